@@ -1,0 +1,50 @@
+# Compiler settings shared by every target, and the two functions that create libraries and programs with them.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+find_package(Threads REQUIRED)
+
+# The project's Python tools (pywbem's MOF compiler) live in a virtual environment made by scripts/setup.
+if(EXISTS "${CMAKE_SOURCE_DIR}/.venv/bin/python3")
+    set(VRAX_PYTHON "${CMAKE_SOURCE_DIR}/.venv/bin/python3" CACHE FILEPATH "Python with pywbem")
+else()
+    set(VRAX_PYTHON python3 CACHE FILEPATH "Python with pywbem")
+endif()
+
+# Compile options of the project's own sources. Generated sources take only the first group.
+add_library(vrax_options INTERFACE)
+target_compile_options(vrax_options INTERFACE -Wall -Wextra $<$<BOOL:${VRAX_WERROR}>:-Werror>)
+target_link_libraries(vrax_options INTERFACE Threads::Threads)
+if(VRAX_SANITIZE)
+    target_compile_options(vrax_options INTERFACE -fsanitize=${VRAX_SANITIZE} -fno-sanitize-recover=all
+                                                  -fno-omit-frame-pointer)
+    target_link_options(vrax_options INTERFACE -fsanitize=${VRAX_SANITIZE})
+endif()
+
+add_library(vrax_warnings INTERFACE)
+target_link_libraries(vrax_warnings INTERFACE vrax_options)
+target_compile_options(vrax_warnings INTERFACE -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+                       -Woverloaded-virtual -Wformat=2)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # -Wnull-dereference reports paths through inlined standard library code when sanitizers are on.
+    target_compile_options(vrax_warnings INTERFACE -Wduplicated-cond -Wlogical-op)
+    if(NOT VRAX_SANITIZE)
+        target_compile_options(vrax_warnings INTERFACE -Wnull-dereference)
+    endif()
+elseif(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    target_compile_options(vrax_warnings INTERFACE -Wthread-safety -Wthread-safety-beta)
+endif()

@@ -1,0 +1,23 @@
+# vrax_add_test(<name> SOURCES <files> [LIBS <libraries>])
+#   A GoogleTest program whose cases run one by one under ctest, through the emulator when cross-compiling.
+
+if(VRAX_TESTS)
+    enable_testing()
+    include(GoogleTest)
+    if(CMAKE_CROSSCOMPILING)
+        # The packaged library is the build machine's; for the target it is built from Debian's source package.
+        add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
+    else()
+        find_package(GTest REQUIRED)
+    endif()
+endif()
+
+function(vrax_add_test name)
+    if(NOT VRAX_TESTS)
+        return()
+    endif()
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE vrax_warnings ${arg_LIBS} $<IF:$<TARGET_EXISTS:GTest::gtest_main>,GTest::gtest_main,gtest_main>)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
+endfunction()
