@@ -1,0 +1,72 @@
+# Thin front of the CMake presets. Every target installs what it needs first (scripts/setup).
+SHELL := /bin/bash
+JOBS ?= $(shell nproc)
+PORT ?= 5988
+SCENARIO ?= simulator/scenarios/default.json
+PYTHON := .venv/bin/python3
+
+.PHONY: help run demo test test-asan test-tsan test-ppc test-clang-tsa test-install bench format lint setup clean
+
+help:
+	@sed -n 's/^## //p' Makefile
+
+setup:
+	@scripts/setup
+
+## make run        build the agent and start it on the default scenario (PORT=5988, SCENARIO=file)
+run: setup
+	@scripts/build release bundle
+	@scripts/show-how-to-query $(PORT)
+	@exec build/release/bin/cimd --port $(PORT) --scenario $(SCENARIO)
+
+## make demo       start the agent on a free port, walk it with a real client, stop
+demo: setup
+	@scripts/build release bundle
+	@$(PYTHON) scripts/demo.py build/release
+
+## make test       formatting check, build, unit tests, end-to-end tests
+test: setup lint
+	@scripts/build dev
+	ctest --preset dev -j$(JOBS)
+	$(PYTHON) -m pytest -q tests --build-dir build/dev
+
+## make test-asan  the same under the address and undefined-behaviour sanitizers
+test-asan: setup
+	@scripts/build asan
+	ctest --preset asan -j$(JOBS)
+	$(PYTHON) -m pytest -q tests/e2e --build-dir build/asan
+
+## make test-tsan  the same under the thread sanitizer
+test-tsan: setup
+	@scripts/build tsan
+	ctest --preset tsan -j$(JOBS)
+	TSAN_OPTIONS=halt_on_error=1 $(PYTHON) -m pytest -q tests/e2e --build-dir build/tsan
+
+## make test-ppc   unit tests as 32-bit big-endian PowerPC programs under qemu
+test-ppc: setup
+	@scripts/build ppc
+	ctest --preset ppc -j$(JOBS)
+
+## make test-clang-tsa  compile with clang's lock analysis
+test-clang-tsa: setup
+	@scripts/build clang-tsa
+
+## make test-install    install the toolkit, then build the module against that installation
+test-install: setup
+	@scripts/check-installed-toolkit
+
+## make bench      performance figures of an optimised build
+bench: setup
+	@scripts/build release
+	@scripts/bench build/release
+
+## make format     format the sources in place
+format: setup
+	@scripts/sources | xargs clang-format-14 -i
+
+## make lint       formatting and wording checks
+lint: setup
+	@scripts/lint
+
+clean:
+	rm -rf build
