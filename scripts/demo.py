@@ -1,0 +1,85 @@
+"""Starts the agent on the default scenario, reads it with pywbem as a management client would, and stops it.
+
+Usage: demo.py <build directory>. Exit status 0 when everything a client needs was there.
+"""
+
+import sys
+
+import pywbem
+
+from agent_process import NAMESPACE, AgentProcess
+
+
+def heading(text):
+    print(f"\n{text}\n{'-' * len(text)}")
+
+
+def show(instance, *names):
+    print(f"  {instance.classname}")
+    for name in names:
+        print(f"    {name:<28} {instance[name]}")
+
+
+def one(connection, class_name):
+    """The single instance of a class; more or fewer is an error of the agent."""
+    instances = connection.EnumerateInstances(class_name)
+    if len(instances) != 1:
+        raise SystemExit(f"demo: expected one instance of {class_name}, got {len(instances)}")
+    return instances[0]
+
+
+def walk_server(connection):
+    heading("Who answers")
+    manager = one(connection, "CIM_ObjectManager")
+    show(manager, "ElementName", "Description", "Name", "Started", "OperationalStatus")
+    show(one(connection, "CIM_Namespace"), "Name", "ClassType", "ClassTypeVersion", "ObjectManagerName")
+    show(one(connection, "CIM_ObjectManagerCommunicationMechanism"),
+         "ElementName", "CommunicationMechanism", "Version", "FunctionalProfilesSupported")
+    return manager
+
+
+def walk_associations(connection, manager):
+    heading("What belongs to the object manager")
+    for association in ("VRAX_NamespaceInManager", "VRAX_CIMXMLCommMechanismForManager"):
+        associated = connection.Associators(manager.path, AssocClass=association)
+        if len(associated) != 1:
+            raise SystemExit(f"demo: {association} leads to {len(associated)} instances, expected one")
+        print(f"  {association} -> {associated[0].path.classname}, Name {associated[0]['Name']!r}")
+        back = connection.AssociatorNames(associated[0].path, AssocClass=association)
+        if back != [manager.path]:
+            raise SystemExit(f"demo: {association} does not lead back to the object manager: {back}")
+
+
+def walk_statistics(connection):
+    heading("Port statistics")
+    collection = one(connection, "VRAX_StatisticsCollection")
+    show(collection, "ElementName", "InstanceID", "TimeLastSampled", "SampleInterval")
+    rates = {rate["InstanceID"].lower(): rate for rate in connection.EnumerateInstances("VRAX_FCPortRateStatistics")}
+    ports = connection.EnumerateInstances("VRAX_FCPortStatistics")
+    if not ports or len(rates) != len(ports):
+        raise SystemExit(f"demo: {len(ports)} port statistics but {len(rates)} rate statistics")
+    print(f"\n  {'port WWN':<18}{'received MB':>13}{'sent MB':>13}{'frames in':>14}{'frames out':>14}"
+          f"{'CRC errors':>12}{'in MB/s':>9}{'out MB/s':>9}")
+    for port in ports:
+        identity = port["InstanceID"].removeprefix("VRAX:FCPortStatistics:")
+        rate = rates[identity.lower()]
+        print(f"  {identity.split(':')[1]:<18}{port['BytesReceived'] / 1e6:>13,.0f}"
+              f"{port['BytesTransmitted'] / 1e6:>13,.0f}{port['PacketsReceived']:>14,}{port['PacketsTransmitted']:>14,}"
+              f"{port['CRCErrors']:>12,}{rate['RxRate'] / 1e6:>9.1f}{rate['TxRate'] / 1e6:>9.1f}")
+    print(f"\n  {len(ports)} ports, sampled {ports[0]['StatisticTime']}")
+
+
+def main():
+    if len(sys.argv) != 2:
+        raise SystemExit("usage: demo.py <build directory>")
+    with AgentProcess(sys.argv[1]) as agent:
+        print(f"The agent listens on {agent.url}, namespace {NAMESPACE}.")
+        connection = pywbem.WBEMConnection(agent.url, default_namespace=NAMESPACE)
+        manager = walk_server(connection)
+        walk_associations(connection, manager)
+        walk_statistics(connection)
+    print("\nThe agent stopped.")
+
+
+if __name__ == "__main__":
+    main()

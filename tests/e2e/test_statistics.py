@@ -1,0 +1,73 @@
+"""Port statistics as a client reads them: complete, consistent with each other, served from the map once loaded."""
+
+import datetime
+import json
+
+import pywbem
+import pytest
+
+from agent_process import DEFAULT_SCENARIO, AgentProcess
+
+
+@pytest.fixture(scope="module")
+def scenario():
+    return json.loads(DEFAULT_SCENARIO.read_text())
+
+
+def test_every_local_port_has_counters_and_rates(connection, agent):
+    counters = connection.EnumerateInstances("VRAX_FCPortStatistics")
+    rates = connection.EnumerateInstances("VRAX_FCPortRateStatistics")
+    [collection] = connection.EnumerateInstances("VRAX_StatisticsCollection")
+    assert len(counters) == 24
+    ports = [c["InstanceID"].removeprefix("VRAX:FCPortStatistics:") for c in counters]
+    assert ports == [r["InstanceID"] for r in rates]
+    assert {port.split(":")[0].lower() for port in ports} == {collection["InstanceID"].lower()}
+    assert len({c["StatisticTime"].datetime for c in counters}) <= len(counters)
+    assert any(c["BytesReceived"] > 0 for c in counters)
+    for counter in counters:
+        assert counter["BytesReceived"] % 4 == 0, "counted in four-byte words"
+        assert counter["ElementName"] == "FC Port Statistics"
+        assert counter["SampleInterval"] is None and counter["NOSCount"] is None
+    for rate in rates:
+        assert rate["SampleInterval"].timedelta == datetime.timedelta(seconds=1)
+
+
+def test_second_request_is_answered_from_the_map(connection):
+    first = connection.EnumerateInstances("VRAX_FCPortStatistics")
+    assert connection.EnumerateInstances("VRAX_FCPortStatistics") == first
+
+
+def test_get_equals_enumerate_and_honours_the_property_list(connection):
+    for enumerated in connection.EnumerateInstances("VRAX_FCPortRateStatistics")[:3]:
+        assert connection.GetInstance(enumerated.path) == enumerated
+        some = connection.GetInstance(enumerated.path, PropertyList=["rxrate", "TxRate", "NoSuchProperty"])
+        assert {"RxRate", "TxRate"} <= set(some.properties)
+        assert "RxFrameRate" not in some.properties
+        assert some["RxRate"] == enumerated["RxRate"]
+
+
+def test_local_only_hides_nothing(connection):
+    everything = connection.EnumerateInstances("CIM_FCPortStatistics", DeepInheritance=True, LocalOnly=False)
+    assert connection.EnumerateInstances("CIM_FCPortStatistics", DeepInheritance=True, LocalOnly=True) == everything
+
+
+def test_shallow_inheritance_answers_the_properties_of_the_named_class(connection):
+    for instance in connection.EnumerateInstances("CIM_StatisticalData", DeepInheritance=False):
+        assert instance.classname.startswith("VRAX_FCPort")
+        assert "BytesReceived" not in instance.properties
+        assert instance["InstanceID"] == instance.path["InstanceID"]
+
+
+def test_reset_of_statistics_is_refused(connection):
+    path = connection.EnumerateInstanceNames("VRAX_FCPortStatistics")[0]
+    with pytest.raises(pywbem.CIMError) as error:
+        connection.InvokeMethod("ResetSelectedStats", path, SelectedStatistics=["CRCErrors"])
+    assert error.value.status_code == pywbem.CIM_ERR_NOT_SUPPORTED
+
+
+def test_a_scenario_with_a_mistake_stops_the_start(build_dir, tmp_path, scenario):
+    broken = tmp_path / "broken.json"
+    broken.write_text(json.dumps({**scenario, "colour": "green"}))
+    with pytest.raises(RuntimeError) as error:
+        AgentProcess(build_dir, scenario=broken).__enter__()
+    assert "broken.json" in str(error.value) and "colour" in str(error.value)
