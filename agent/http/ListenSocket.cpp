@@ -1,0 +1,111 @@
+// Opening the listening socket.
+#include "agent/http/ListenSocket.h"
+
+#include <cerrno>
+#include <memory>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <stdexcept>
+#include <string_view>
+#include <sys/socket.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace cimd
+{
+
+namespace
+{
+
+struct FreeAddrinfo
+{
+    void operator()(addrinfo* info) const { freeaddrinfo(info); }
+};
+
+[[noreturn]] void fail(const std::string& url, const char* step)
+{
+    const std::string reason = std::generic_category().message(errno);
+    throw std::runtime_error("cannot listen on " + url + ": " + step + ": " + reason);
+}
+
+std::uint16_t boundPort(int fd)
+{
+    sockaddr_storage bound{};
+    socklen_t size = sizeof bound;
+    char service[8] = "";
+    if (getsockname(fd, reinterpret_cast<sockaddr*>(&bound), &size) != 0 ||
+        getnameinfo(reinterpret_cast<const sockaddr*>(&bound),
+                    size,
+                    nullptr,
+                    0,
+                    service,
+                    sizeof service,
+                    NI_NUMERICSERV) != 0)
+        return 0;
+    return static_cast<std::uint16_t>(std::stoul(service));
+}
+
+} // namespace
+
+ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog)
+    : _port(port), _address(address)
+{
+    if (_address.size() > 2 && _address.front() == '[' && _address.back() == ']')
+        _address = _address.substr(1, _address.size() - 2);
+
+    addrinfo hints{};
+    hints.ai_family = AF_UNSPEC;
+    hints.ai_socktype = SOCK_STREAM;
+    hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV | AI_PASSIVE;
+    addrinfo* found = nullptr;
+    const int rc = getaddrinfo(_address.c_str(), std::to_string(port).c_str(), &hints, &found);
+    if (rc != 0)
+        throw std::runtime_error("cannot listen on \"" + address +
+                                 "\": not an IPv4 or IPv6 address: " + gai_strerror(rc));
+    const std::unique_ptr<addrinfo, FreeAddrinfo> info(found);
+    _ipv6 = info->ai_family == AF_INET6;
+
+    const int fd = socket(info->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (fd < 0)
+        fail(url(), "socket");
+    _fd = fd;
+    // The destructor does not run for a constructor that throws: hold the descriptor in an object that is
+    // complete.
+    ListenSocket guard(std::move(*this));
+    const int on = 1;
+    if (setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0)
+        fail(guard.url(), "SO_REUSEADDR");
+    if (guard._ipv6 && setsockopt(fd, IPPROTO_IPV6, IPV6_V6ONLY, &on, sizeof on) != 0)
+        fail(guard.url(), "IPV6_V6ONLY");
+    if (bind(fd, info->ai_addr, info->ai_addrlen) != 0)
+        fail(guard.url(), "bind");
+    if (listen(fd, static_cast<int>(backlog)) != 0)
+        fail(guard.url(), "listen");
+    _address = guard._address;
+    _port = boundPort(fd);
+    _fd = guard.release();
+}
+
+ListenSocket::ListenSocket(ListenSocket&& other) noexcept
+    : _fd(std::exchange(other._fd, -1)), _port(other._port), _ipv6(other._ipv6), _address(other._address)
+{
+}
+
+ListenSocket::~ListenSocket()
+{
+    if (_fd >= 0)
+        close(_fd);
+}
+
+std::string ListenSocket::url() const
+{
+    return "http://" + (_ipv6 ? "[" + _address + "]" : _address) + ":" + std::to_string(_port);
+}
+
+int ListenSocket::release()
+{
+    return std::exchange(_fd, -1);
+}
+
+} // namespace cimd

@@ -1,0 +1,39 @@
+// The listening TCP socket, opened before anything else so that a taken port is reported at once.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace cimd
+{
+
+/** Owns a listening, non-blocking TCP socket bound to one address. */
+class ListenSocket
+{
+  public:
+    /**
+     * @param address  Numeric IPv4 or IPv6 address; an IPv6 address may stand in brackets.
+     * @param port     0 takes any free port.
+     * Throws std::runtime_error naming address, port and reason.
+     */
+    ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog);
+    ~ListenSocket();
+    ListenSocket(ListenSocket&& other) noexcept;
+    ListenSocket(const ListenSocket&) = delete;
+    ListenSocket& operator=(const ListenSocket&) = delete;
+
+    std::uint16_t port() const { return _port; }
+    bool ipv6() const { return _ipv6; }
+    /** "http://127.0.0.1:5988", with brackets around an IPv6 address. */
+    std::string url() const;
+    /** Gives the descriptor away; the caller closes it. */
+    int release();
+
+  private:
+    int _fd = -1;
+    std::uint16_t _port = 0;
+    bool _ipv6 = false;
+    std::string _address;
+};
+
+} // namespace cimd

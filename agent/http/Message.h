@@ -1,0 +1,35 @@
+// HTTP requests and responses as the layers above the server see them.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace cimd
+{
+
+using HttpHeader = std::pair<std::string, std::string>;
+
+struct HttpRequest
+{
+    std::string method;
+    std::string target; ///< Path without the query, percent sequences decoded.
+    std::string peer;   ///< Client address as text, e.g. "192.0.2.7" or "fe80::1".
+    std::vector<HttpHeader> headers;
+    std::string body;
+
+    /** Value of a header, its name compared without regard to case; null when the request lacks it. */
+    const std::string* header(std::string_view name) const;
+};
+
+struct HttpResponse
+{
+    unsigned status = 200;
+    std::vector<HttpHeader> headers; ///< Content-Length, Date and Connection are the server's.
+    std::string body;
+};
+
+bool equalNoCase(std::string_view a, std::string_view b);
+
+} // namespace cimd
