@@ -55,4 +55,9 @@ std::size_t CimName::hash() const
     return value;
 }
 
+bool isListed(const PropertyList& list, const CimName& name)
+{
+    return !list || std::find(list->begin(), list->end(), name) != list->end();
+}
+
 } // namespace cimd

@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace cimd
 {
@@ -44,6 +46,11 @@ class CimName
   private:
     std::shared_ptr<const std::string> _text; // null for the empty name
 };
+
+// Absent: all properties. Present and empty: none. Names the class does not have are ignored when reading.
+using PropertyList = std::optional<std::vector<CimName>>;
+
+bool isListed(const PropertyList& list, const CimName& name);
 
 } // namespace cimd
 

@@ -48,6 +48,23 @@ std::uint16_t boundPort(int fd)
 
 } // namespace
 
+FileDescriptor::~FileDescriptor()
+{
+    if (_fd >= 0)
+        close(_fd);
+}
+
+FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept
+{
+    FileDescriptor old(std::exchange(_fd, other.release()));
+    return *this;
+}
+
+int FileDescriptor::release()
+{
+    return std::exchange(_fd, -1);
+}
+
 ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog)
     : _port(port), _address(address)
 {
@@ -66,46 +83,24 @@ ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsig
     const std::unique_ptr<addrinfo, FreeAddrinfo> info(found);
     _ipv6 = info->ai_family == AF_INET6;
 
-    const int fd = socket(info->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (fd < 0)
+    _fd = FileDescriptor(socket(info->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (_fd.get() < 0)
         fail(url(), "socket");
-    _fd = fd;
-    // The destructor does not run for a constructor that throws: hold the descriptor in an object that is
-    // complete.
-    ListenSocket guard(std::move(*this));
     const int on = 1;
-    if (setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0)
-        fail(guard.url(), "SO_REUSEADDR");
-    if (guard._ipv6 && setsockopt(fd, IPPROTO_IPV6, IPV6_V6ONLY, &on, sizeof on) != 0)
-        fail(guard.url(), "IPV6_V6ONLY");
-    if (bind(fd, info->ai_addr, info->ai_addrlen) != 0)
-        fail(guard.url(), "bind");
-    if (listen(fd, static_cast<int>(backlog)) != 0)
-        fail(guard.url(), "listen");
-    _address = guard._address;
-    _port = boundPort(fd);
-    _fd = guard.release();
-}
-
-ListenSocket::ListenSocket(ListenSocket&& other) noexcept
-    : _fd(std::exchange(other._fd, -1)), _port(other._port), _ipv6(other._ipv6), _address(other._address)
-{
-}
-
-ListenSocket::~ListenSocket()
-{
-    if (_fd >= 0)
-        close(_fd);
+    if (setsockopt(_fd.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0)
+        fail(url(), "SO_REUSEADDR");
+    if (_ipv6 && setsockopt(_fd.get(), IPPROTO_IPV6, IPV6_V6ONLY, &on, sizeof on) != 0)
+        fail(url(), "IPV6_V6ONLY");
+    if (bind(_fd.get(), info->ai_addr, info->ai_addrlen) != 0)
+        fail(url(), "bind");
+    if (listen(_fd.get(), static_cast<int>(backlog)) != 0)
+        fail(url(), "listen");
+    _port = boundPort(_fd.get());
 }
 
 std::string ListenSocket::url() const
 {
     return "http://" + (_ipv6 ? "[" + _address + "]" : _address) + ":" + std::to_string(_port);
-}
-
-int ListenSocket::release()
-{
-    return std::exchange(_fd, -1);
 }
 
 } // namespace cimd

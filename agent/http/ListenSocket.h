@@ -7,6 +7,22 @@
 namespace cimd
 {
 
+/** Closes a file descriptor at the end of its scope. */
+class FileDescriptor
+{
+  public:
+    explicit FileDescriptor(int fd = -1) : _fd(fd) {}
+    ~FileDescriptor();
+    FileDescriptor(FileDescriptor&& other) noexcept : _fd(other.release()) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept;
+    int get() const { return _fd; }
+    /** Gives the descriptor away; the caller closes it. */
+    int release();
+
+  private:
+    int _fd;
+};
+
 /** Owns a listening, non-blocking TCP socket bound to one address. */
 class ListenSocket
 {
@@ -17,20 +33,16 @@ class ListenSocket
      * Throws std::runtime_error naming address, port and reason.
      */
     ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog);
-    ~ListenSocket();
-    ListenSocket(ListenSocket&& other) noexcept;
-    ListenSocket(const ListenSocket&) = delete;
-    ListenSocket& operator=(const ListenSocket&) = delete;
 
     std::uint16_t port() const { return _port; }
     bool ipv6() const { return _ipv6; }
     /** "http://127.0.0.1:5988", with brackets around an IPv6 address. */
     std::string url() const;
     /** Gives the descriptor away; the caller closes it. */
-    int release();
+    int release() { return _fd.release(); }
 
   private:
-    int _fd = -1;
+    FileDescriptor _fd;
     std::uint16_t _port = 0;
     bool _ipv6 = false;
     std::string _address;

@@ -15,7 +15,7 @@ struct HttpRequest
 {
     std::string method;
     std::string target; ///< Path without the query, percent sequences decoded.
-    std::string peer;   ///< Client address as text, e.g. "192.0.2.7" or "fe80::1".
+    std::string peer;   ///< Client address and port, e.g. "192.0.2.7:49152" or "[fe80::1]:49152".
     std::vector<HttpHeader> headers;
     std::string body;
 
@@ -29,7 +29,5 @@ struct HttpResponse
     std::vector<HttpHeader> headers; ///< Content-Length, Date and Connection are the server's.
     std::string body;
 };
-
-bool equalNoCase(std::string_view a, std::string_view b);
 
 } // namespace cimd

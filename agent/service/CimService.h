@@ -45,9 +45,6 @@ struct RequestContext
     std::string acceptLanguage; // HTTP Accept-Language, may be empty
 };
 
-// Absent: all properties. Present and empty: none. Names the class does not have are ignored when reading.
-using PropertyList = std::optional<std::vector<CimName>>;
-
 // Namespaces are given without a leading slash. Defaults are those of DSP0200.
 struct EnumerateInstancesRequest
 {

@@ -1,0 +1,75 @@
+// One class of the repository with what it inherits resolved.
+#pragma once
+
+#include "agent/cim/ClassDecl.h"
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace cimd
+{
+
+// Immutable once the repository is loaded; lives as long as the repository. Inherited features are not
+// copied: they are the declarations of the superclass that made them.
+class ClassInfo
+{
+  public:
+    // Takes over what the class declares itself; every own declaration that overrides an inherited one
+    // receives the qualifiers that propagate to it. `superClass` is null for a root class.
+    ClassInfo(ClassDecl own, const ClassInfo* superClass);
+    ClassInfo(const ClassInfo&) = delete;
+    ClassInfo& operator=(const ClassInfo&) = delete;
+
+    const CimName& name() const { return _own.name; }
+    const ClassInfo* superClass() const { return _superClass; }
+    const std::vector<const ClassInfo*>& subclasses() const
+    {
+        return _subclasses;
+    } // direct ones, in order of loading
+
+    bool isA(const CimName& className) const;
+    bool isA(const ClassInfo& other) const;
+    bool isAssociation() const { return _isAssociation; }
+    bool isIndication() const { return _isIndication; }
+    bool isAbstract() const { return _own.isAbstract(); }
+
+    // Inherited properties come first; one that is declared again keeps its place.
+    const std::vector<const PropertyDecl*>& properties() const { return _properties; }
+    std::optional<std::size_t> findProperty(const CimName& property) const; // index into properties()
+    const std::vector<const PropertyDecl*>& keys() const { return _keys; }
+    const std::vector<const PropertyDecl*>& references() const { return _references; }
+
+    const std::vector<const MethodDecl*>& methods() const { return _methods; }
+    const MethodDecl* findMethod(const CimName& method) const;
+
+    // What a client sees of the class: its own and, unless `localOnly`, its inherited features with the
+    // qualifiers that reach it.
+    struct View
+    {
+        bool localOnly = false;
+        bool includeQualifiers = true;
+        bool includeClassOrigin = true;
+    };
+    ClassDecl describe(const View& view, const PropertyList& properties) const;
+
+  private:
+    friend class ClassRepository;
+
+    bool declares(const PropertyDecl& property) const;
+    bool declares(const MethodDecl& method) const;
+    void index();
+
+    ClassDecl _own;
+    const ClassInfo* _superClass;
+    std::vector<const ClassInfo*> _subclasses;
+    std::vector<const PropertyDecl*> _properties;
+    std::vector<std::size_t> _byName; // indexes of _properties ordered by property name
+    std::vector<const PropertyDecl*> _keys;
+    std::vector<const PropertyDecl*> _references;
+    std::vector<const MethodDecl*> _methods;
+    bool _isAssociation = false;
+    bool _isIndication = false;
+};
+
+} // namespace cimd

@@ -1,0 +1,15 @@
+// Reads the XML form of a class repository.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace cimd
+{
+
+class ClassRepository;
+
+// Adds every declaration of the text; RepositoryError with file name, line and class if one cannot be read.
+void readRepository(ClassRepository& repository, std::string_view text, const std::string& fileName);
+
+} // namespace cimd

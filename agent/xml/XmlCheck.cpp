@@ -1,0 +1,297 @@
+// One pass over the characters, then one over the markup.
+#include "agent/xml/XmlCheck.h"
+
+#include "agent/cim/CimName.h"
+#include "agent/xml/Utf8.h"
+
+#include <algorithm>
+#include <charconv>
+#include <vector>
+
+namespace cimd
+{
+
+namespace
+{
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kSpace = " \t\r\n";
+
+bool isSpace(char c)
+{
+    return kSpace.find(c) != std::string_view::npos;
+}
+
+bool isNameStart(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+bool isNameCharacter(char c)
+{
+    return isNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
+}
+
+void checkCharacters(std::string_view text)
+{
+    for (std::size_t at = 0; at < text.size();)
+    {
+        const std::size_t start = at;
+        const char32_t c = decodeUtf8(text, at);
+        if (c == kNoCharacter)
+            throw XmlError(text, start, "not UTF-8");
+        if (!isXmlCharacter(c))
+            throw XmlError(text, start, "a character that XML does not allow");
+    }
+}
+
+class Checker
+{
+  public:
+    Checker(std::string_view text, std::size_t maxDepth) : _text(text), _maxDepth(maxDepth) {}
+
+    void run()
+    {
+        if (accept(kByteOrderMark))
+            _text.remove_prefix(_at), _at = 0;
+        if (startsWith("<?xml") && _text.size() > 5 && isSpace(_text[5]))
+            declaration();
+        bool rootSeen = false;
+        while (_at < _text.size())
+        {
+            if (accept("<!--"))
+                comment();
+            else if (accept("<?"))
+                instruction();
+            else if (!_open.empty() && accept("<![CDATA["))
+                until("]]>", "an unfinished CDATA section");
+            else if (_open.empty() && !rootSeen && accept("<!DOCTYPE"))
+                documentType();
+            else if (accept("</"))
+                endTag();
+            else if (_text[_at] == '<')
+            {
+                if (_open.empty() && rootSeen)
+                    fail("a second root element");
+                rootSeen = true;
+                startTag();
+            }
+            else
+                text();
+        }
+        if (!_open.empty())
+            fail("element " + std::string(_open.back()) + " is not closed");
+        if (!rootSeen)
+            fail("no element");
+    }
+
+  private:
+    [[noreturn]] void fail(const std::string& what) const { throw XmlError(_text, _at, what); }
+
+    bool startsWith(std::string_view token) const { return _text.compare(_at, token.size(), token) == 0; }
+
+    bool accept(std::string_view token)
+    {
+        if (!startsWith(token))
+            return false;
+        _at += token.size();
+        return true;
+    }
+
+    std::string_view until(std::string_view token, const char* fault)
+    {
+        const std::size_t end = _text.find(token, _at);
+        if (end == std::string_view::npos)
+            fail(fault);
+        const std::string_view body = _text.substr(_at, end - _at);
+        _at = end + token.size();
+        return body;
+    }
+
+    bool skipSpace()
+    {
+        const std::size_t start = _at;
+        _at = std::min(_text.find_first_not_of(kSpace, _at), _text.size());
+        return _at != start;
+    }
+
+    std::string_view name()
+    {
+        const std::size_t start = _at;
+        if (_at == _text.size() || !isNameStart(_text[_at]))
+            fail("a name was expected");
+        while (_at < _text.size() && isNameCharacter(_text[_at]))
+            ++_at;
+        return _text.substr(start, _at - start);
+    }
+
+    std::string_view quoted()
+    {
+        const char quote = _at < _text.size() ? _text[_at] : '\0';
+        if (quote != '"' && quote != '\'')
+            fail("a quoted value was expected");
+        ++_at;
+        return until(std::string_view(&quote, 1), "an unfinished quoted value");
+    }
+
+    void declaration()
+    {
+        accept("<?xml");
+        const std::string_view body = until("?>", "an unfinished XML declaration");
+        const std::size_t found = body.find("encoding");
+        if (found == std::string_view::npos)
+            return;
+        const std::size_t open = body.find_first_of("\"'", found);
+        const std::size_t close = open == std::string_view::npos ? open : body.find(body[open], open + 1);
+        if (close == std::string_view::npos)
+            fail("a quoted encoding was expected");
+        const std::string_view encoding = body.substr(open + 1, close - open - 1);
+        if (!equalNoCase(encoding, "utf-8") && !equalNoCase(encoding, "us-ascii"))
+            fail("encoding " + std::string(encoding) + " is not supported");
+    }
+
+    void comment()
+    {
+        until("--", "an unfinished comment");
+        if (!accept(">"))
+            fail("\"--\" inside a comment");
+    }
+
+    void instruction()
+    {
+        if (equalNoCase(name(), "xml"))
+            fail("an XML declaration that is not at the start");
+        until("?>", "an unfinished processing instruction");
+    }
+
+    void documentType()
+    {
+        while (_at < _text.size() && _text[_at] != '>')
+        {
+            if (_text[_at] == '[')
+                fail("an internal document type subset is not accepted");
+            if (_text[_at] == '"' || _text[_at] == '\'')
+                quoted();
+            else
+                ++_at;
+        }
+        if (!accept(">"))
+            fail("an unfinished document type declaration");
+    }
+
+    void endTag()
+    {
+        const std::string_view tag = name();
+        skipSpace();
+        if (_open.empty() || tag != _open.back())
+            fail("end tag " + std::string(tag) + " closes nothing");
+        if (!accept(">"))
+            fail("\">\" was expected");
+        _open.pop_back();
+    }
+
+    void startTag()
+    {
+        ++_at;
+        const std::string_view tag = name();
+        _attributes.clear();
+        for (;;)
+        {
+            const bool space = skipSpace();
+            if (accept("/>"))
+                return;
+            if (accept(">"))
+                break;
+            if (!space)
+                fail("white space was expected after " + std::string(tag));
+            attribute();
+        }
+        if (_open.size() == _maxDepth)
+            fail("elements nested deeper than " + std::to_string(_maxDepth));
+        _open.push_back(tag);
+    }
+
+    void attribute()
+    {
+        const std::string_view attribute = name();
+        if (std::find(_attributes.begin(), _attributes.end(), attribute) != _attributes.end())
+            fail("attribute " + std::string(attribute) + " twice");
+        if (_attributes.size() == kXmlAttributes)
+            fail("more than " + std::to_string(kXmlAttributes) + " attributes");
+        _attributes.push_back(attribute);
+        skipSpace();
+        if (!accept("="))
+            fail("\"=\" was expected after attribute " + std::string(attribute));
+        skipSpace();
+        const std::string_view value = quoted();
+        if (value.find('<') != std::string_view::npos)
+            fail("\"<\" in attribute " + std::string(attribute));
+        references(value);
+    }
+
+    void text()
+    {
+        const std::size_t end = std::min(_text.find('<', _at), _text.size());
+        const std::string_view run = _text.substr(_at, end - _at);
+        if (_open.empty() && run.find_first_not_of(kSpace) != std::string_view::npos)
+            fail("text outside the root element");
+        if (run.find("]]>") != std::string_view::npos)
+            fail("\"]]>\" in text");
+        references(run);
+        _at = end;
+    }
+
+    void references(std::string_view run) const
+    {
+        for (std::size_t at = run.find('&'); at != std::string_view::npos; at = run.find('&', at + 1))
+        {
+            const std::size_t end = run.find(';', at);
+            if (end == std::string_view::npos || !isReference(run.substr(at + 1, end - at - 1)))
+                fail("\"&\" that starts no known reference");
+        }
+    }
+
+    static bool isReference(std::string_view name)
+    {
+        if (name.empty() || name.front() != '#')
+            return name == "amp" || name == "lt" || name == "gt" || name == "quot" || name == "apos";
+        name.remove_prefix(1);
+        const bool hex = !name.empty() && name.front() == 'x';
+        name.remove_prefix(hex ? 1 : 0);
+        unsigned value = 0;
+        const char* const end = name.data() + name.size();
+        const auto [stop, error] = std::from_chars(name.data(), end, value, hex ? 16 : 10);
+        return error == std::errc() && stop == end && isXmlCharacter(value);
+    }
+
+    std::string_view _text;
+    const std::size_t _maxDepth;
+    std::size_t _at = 0;
+    std::vector<std::string_view> _open;
+    std::vector<std::string_view> _attributes; // of the current tag
+};
+
+std::string place(std::string_view text, std::size_t offset)
+{
+    const std::string_view before = text.substr(0, std::min(offset, text.size()));
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    const std::size_t start = before.rfind('\n');
+    const std::size_t column = before.size() - (start == std::string_view::npos ? 0 : start + 1) + 1;
+    return "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
+}
+
+} // namespace
+
+XmlError::XmlError(std::string_view text, std::size_t offset, const std::string& what)
+    : std::runtime_error(place(text, offset) + what)
+{
+}
+
+void checkXml(std::string_view text, std::size_t maxDepth)
+{
+    checkCharacters(text);
+    Checker(text, maxDepth).run();
+}
+
+} // namespace cimd

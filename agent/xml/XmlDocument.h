@@ -1,0 +1,49 @@
+// A parsed XML text and the few ways in which CIM-XML looks at its elements.
+#pragma once
+
+#include <pugixml.hpp>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cimd
+{
+
+using XmlElement = pugi::xml_node;
+
+/** Owns the tree; XmlElements point into it. */
+class XmlDocument
+{
+  public:
+    /** Takes the text, checks it (see checkXml()) and builds the tree in it. Throws XmlError. */
+    XmlDocument(std::string text, std::size_t maxDepth);
+    XmlDocument(const XmlDocument&) = delete;
+    XmlDocument& operator=(const XmlDocument&) = delete;
+
+    XmlElement root() const { return _tree.document_element(); }
+
+  private:
+    std::string _text;
+    pugi::xml_document _tree;
+};
+
+/** Child elements in order; comments, text and processing instructions left out. */
+std::vector<XmlElement> children(XmlElement element);
+
+/** First child element, an empty handle if there is none. */
+XmlElement firstChild(XmlElement element);
+
+/** Next element beside this one, an empty handle after the last. */
+XmlElement nextElement(XmlElement element);
+
+inline bool isTag(XmlElement element, std::string_view tag)
+{
+    return tag == element.name();
+}
+
+/** All character data of the element, CDATA sections included, white space kept. */
+std::string textOf(XmlElement element);
+
+} // namespace cimd
