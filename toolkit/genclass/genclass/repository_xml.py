@@ -1,0 +1,46 @@
+"""Writes the agent's class repository: one file of DSP0201 declarations.
+
+Form, in this order:
+
+  <CIM CIMVERSION="2.0" DTDVERSION="2.0"><DECLARATION><DECLGROUP>
+    <QUALIFIER.DECLARATION .../>      one per qualifier type, with SCOPE, flavors and default
+    <VALUE.OBJECT><CLASS NAME SUPERCLASS>
+      QUALIFIER*, (PROPERTY | PROPERTY.ARRAY | PROPERTY.REFERENCE)*, METHOD*
+    </CLASS></VALUE.OBJECT>           superclasses and referenced classes before the classes that need them
+  </DECLGROUP></DECLARATION></CIM>
+
+A class holds its own declarations only: what it inherits stands in its superclass, so the class origin of an element
+is the first class of the chain that declares it (an overriding declaration repeats the name and carries an Override
+qualifier). PROPAGATED and CLASSORIGIN are therefore left out. Qualifiers are those written in the MOF; the reader
+propagates them by their TOSUBCLASS flavor, which is "true" where the attribute is absent (as OVERRIDABLE is).
+Properties of an association that refer to classes carry REFERENCECLASS. A property or parameter that holds an
+embedded instance or object is a string with the EmbeddedInstance or EmbeddedObject qualifier.
+"""
+
+from xml.dom import minidom
+
+
+def repository(models, qualifiers):
+    out = ['<?xml version="1.0" encoding="utf-8"?>\n',
+           '<CIM CIMVERSION="2.0" DTDVERSION="2.0">\n<DECLARATION>\n<DECLGROUP>\n']
+    out += [_text(declaration.tocimxml()) for declaration in qualifiers.values()]
+    for model in models:
+        element = model.compiled.cim.tocimxml()
+        _strip(element)
+        out.append(f"<VALUE.OBJECT>\n{_text(element)}</VALUE.OBJECT>\n")
+    out.append("</DECLGROUP>\n</DECLARATION>\n</CIM>\n")
+    return "".join(out)
+
+
+def _strip(element):
+    for child in element.childNodes:
+        if child.nodeType == minidom.Node.ELEMENT_NODE:
+            for attribute in ("PROPAGATED", "CLASSORIGIN"):
+                if child.hasAttribute(attribute):
+                    child.removeAttribute(attribute)
+            _strip(child)
+
+
+def _text(element):
+    """One line an element; MOF texts may hold any character, so whitespace is not added inside values."""
+    return element.toxml() + "\n"
