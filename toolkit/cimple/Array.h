@@ -1,0 +1,258 @@
+// The CIM array type: a growable sequence with value semantics, one pointer in size.
+#ifndef CIMPLE_ARRAY_H
+#define CIMPLE_ARRAY_H
+
+#include <algorithm>
+#include <cimple/Datetime.h>
+#include <cimple/String.h>
+#include <cimple/char16.h>
+#include <cimple/config.h>
+#include <functional>
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+CIMPLE_NAMESPACE_BEGIN
+
+struct Instance;
+
+// What all arrays have in common, so that instances can handle arrays of any class pointer alike.
+class CIMPLE_CIMPLE_LINKAGE Array_Base
+{
+  public:
+    size_t size() const { return _rep ? _rep->size : 0; }
+    size_t capacity() const { return _rep ? _rep->capacity : 0; }
+
+  protected:
+    static const size_t kMinCapacity = 8;
+
+    struct alignas(8) Rep
+    {
+        size_t size;
+        size_t capacity;
+    };
+
+    Array_Base() : _rep(nullptr) {}
+    Array_Base(const Array_Base&) = delete;
+    Array_Base& operator=(const Array_Base&) = delete;
+    ~Array_Base() = default;
+
+    // Memory for a representation with room for the elements; throws std::bad_alloc.
+    static Rep* allocate(size_t capacity, size_t element_size);
+    static void release(Rep* rep);
+
+    // A capacity for this many elements that leaves room to grow.
+    static size_t grown(size_t size);
+
+    Rep* _rep; // null while the array never held an element
+};
+
+// Copying copies the elements. Pointers to instances are copied as pointers: who owns what they point to is
+// the business of the instance that contains the array. Positions are not checked.
+template <class T>
+class Array : public Array_Base
+{
+  public:
+    Array() = default;
+    Array(const Array& x) : Array_Base() { append(x.data(), x.size()); }
+    Array(Array&& x) noexcept : Array_Base() { swap(x); }
+    Array(const T* data, size_t size) { append(data, size); }
+    ~Array() { destroy_rep(); }
+
+    Array& operator=(const Array& x)
+    {
+        if (this != &x)
+            assign(x.data(), x.size());
+        return *this;
+    }
+    Array& operator=(Array&& x) noexcept
+    {
+        swap(x);
+        return *this;
+    }
+
+    void assign(const Array& x) { *this = x; }
+    void assign(const T* data, size_t size)
+    {
+        Array copy(data, size);
+        swap(copy);
+    }
+
+    const T* data() const { return elements(_rep); }
+    T* data() { return elements(_rep); }
+    T& operator[](size_t pos) { return data()[pos]; }
+    const T& operator[](size_t pos) const { return data()[pos]; }
+
+    // Never shrinks.
+    void reserve(size_t capacity)
+    {
+        if (capacity > this->capacity())
+            reallocate(capacity);
+    }
+
+    // New elements are zero, false, empty or null.
+    void resize(size_t size)
+    {
+        const size_t old_size = this->size();
+        if (size < old_size)
+            remove(size, old_size - size);
+        else if (size > old_size)
+        {
+            make_room(size);
+            std::uninitialized_value_construct_n(data() + old_size, size - old_size);
+            _rep->size = size;
+        }
+    }
+
+    // The elements inserted may be (part of) this array's own.
+    void insert(size_t pos, const T* data, size_t n)
+    {
+        if (n == 0)
+            return;
+        if (owns(data))
+        {
+            const Array copy(data, n);
+            insert(pos, copy.data(), n);
+            return;
+        }
+        const size_t old_size = size();
+        make_room(old_size + n);
+        T* const first = this->data();
+        std::uninitialized_copy_n(data, n, first + old_size);
+        _rep->size = old_size + n;
+        if (pos < old_size)
+            std::rotate(first + pos, first + old_size, first + old_size + n);
+    }
+    void insert(size_t pos, const T& x) { insert(pos, std::addressof(x), 1); }
+
+    void append(const T* data, size_t n) { insert(size(), data, n); }
+    void append(const T& x) { insert(size(), std::addressof(x), 1); }
+    void prepend(const T* data, size_t n) { insert(0, data, n); }
+    void prepend(const T& x) { insert(0, std::addressof(x), 1); }
+
+    // The order of the rest stays.
+    void remove(size_t pos, size_t n)
+    {
+        if (n == 0)
+            return;
+        T* const first = data();
+        T* const last = first + size();
+        T* const new_last = std::move(first + pos + n, last, first + pos);
+        std::destroy(new_last, last);
+        _rep->size -= n;
+    }
+    void remove(size_t pos) { remove(pos, 1); }
+
+    // Keeps the capacity.
+    void clear() { remove(0, size()); }
+
+    void swap(Array& x) noexcept { std::swap(_rep, x._rep); }
+
+    // Index of the first equal element, or size_t(-1).
+    size_t find(const T& x) const
+    {
+        for (size_t i = 0; i < size(); i++)
+        {
+            if ((*this)[i] == x)
+                return i;
+        }
+        return size_t(-1);
+    }
+
+    static Array make(const T& x0) { return make_from(x0); }
+    static Array make(const T& x0, const T& x1) { return make_from(x0, x1); }
+    static Array make(const T& x0, const T& x1, const T& x2) { return make_from(x0, x1, x2); }
+    static Array make(const T& x0, const T& x1, const T& x2, const T& x3)
+    {
+        return make_from(x0, x1, x2, x3);
+    }
+    static Array make(const T& x0, const T& x1, const T& x2, const T& x3, const T& x4)
+    {
+        return make_from(x0, x1, x2, x3, x4);
+    }
+
+  private:
+    static T* elements(Rep* rep)
+    {
+        static_assert(alignof(T) <= alignof(Rep), "elements follow the representation's head");
+        return rep ? reinterpret_cast<T*>(rep + 1) : nullptr;
+    }
+
+    template <class... Ts>
+    static Array make_from(const Ts&... xs)
+    {
+        Array array;
+        array.reserve(sizeof...(xs));
+        (array.append(xs), ...);
+        return array;
+    }
+
+    bool owns(const T* element) const
+    {
+        const std::less<const T*> before;
+        return _rep && !before(element, data()) && before(element, data() + size());
+    }
+
+    void make_room(size_t size)
+    {
+        if (size > capacity())
+            reallocate(grown(size));
+    }
+
+    void reallocate(size_t capacity)
+    {
+        Rep* const rep = allocate(capacity, sizeof(T));
+        rep->size = size();
+        if (_rep)
+        {
+            std::uninitialized_move_n(data(), size(), elements(rep));
+            std::destroy_n(data(), size());
+        }
+        release(_rep);
+        _rep = rep;
+    }
+
+    void destroy_rep()
+    {
+        if (_rep)
+            std::destroy_n(data(), size());
+        release(_rep);
+    }
+};
+
+template <class T>
+bool operator==(const Array<T>& x, const Array<T>& y)
+{
+    return x.size() == y.size() && std::equal(x.data(), x.data() + x.size(), y.data());
+}
+
+template <class T>
+inline void __clear(Array<T>& x)
+{
+    x.clear();
+}
+
+typedef Array<boolean> Array_boolean;
+typedef Array<uint8> Array_uint8;
+typedef Array<sint8> Array_sint8;
+typedef Array<uint16> Array_uint16;
+typedef Array<sint16> Array_sint16;
+typedef Array<uint32> Array_uint32;
+typedef Array<sint32> Array_sint32;
+typedef Array<uint64> Array_uint64;
+typedef Array<sint64> Array_sint64;
+typedef Array<real32> Array_real32;
+typedef Array<real64> Array_real64;
+typedef Array<char16> Array_char16;
+typedef Array<String> Array_String;
+typedef Array<Datetime> Array_Datetime;
+typedef Array<Instance*> Array_Instance;
+typedef Array<Instance*> Array_Ref;
+
+static_assert(sizeof(Array_boolean) == sizeof(void*) && sizeof(Array_uint64) == sizeof(void*) &&
+                  sizeof(Array_String) == sizeof(void*) && sizeof(Array_Instance) == sizeof(void*),
+              "instances hold arrays as one pointer");
+
+CIMPLE_NAMESPACE_END
+
+#endif
