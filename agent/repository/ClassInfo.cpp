@@ -153,14 +153,14 @@ bool ClassInfo::isA(const ClassInfo& other) const
     return false;
 }
 
-std::optional<std::size_t> ClassInfo::findProperty(const CimName& property) const
+std::optional<std::size_t> ClassInfo::findProperty(std::string_view property) const
 {
-    const auto place =
-        std::lower_bound(_byName.begin(),
-                         _byName.end(),
-                         property,
-                         [this](std::size_t i, const CimName& name) { return _properties[i]->name < name; });
-    if (place == _byName.end() || _properties[*place]->name != property)
+    const auto place = std::lower_bound(_byName.begin(),
+                                        _byName.end(),
+                                        property,
+                                        [this](std::size_t i, std::string_view name)
+                                        { return compareNoCase(_properties[i]->name.str(), name) < 0; });
+    if (place == _byName.end() || !equalNoCase(_properties[*place]->name.str(), property))
         return std::nullopt;
     return *place;
 }

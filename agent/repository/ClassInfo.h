@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace cimd
@@ -36,7 +37,7 @@ class ClassInfo
 
     // Inherited properties come first; one that is declared again keeps its place.
     const std::vector<const PropertyDecl*>& properties() const { return _properties; }
-    std::optional<std::size_t> findProperty(const CimName& property) const; // index into properties()
+    std::optional<std::size_t> findProperty(std::string_view property) const; // index into properties()
     const std::vector<const PropertyDecl*>& keys() const { return _keys; }
     const std::vector<const PropertyDecl*>& references() const { return _references; }
 

@@ -29,7 +29,7 @@ void checkOverrides(const ClassDecl& decl, const ClassInfo& superClass)
 {
     for (const PropertyDecl& property : decl.properties)
     {
-        const auto index = superClass.findProperty(property.name);
+        const auto index = superClass.findProperty(property.name.str());
         if (!index)
             continue;
         const PropertyDecl& above = *superClass.properties()[*index];

@@ -24,7 +24,8 @@ class Sink
 {
   public:
     virtual ~Sink() = default;
-    virtual void put(Item item) = 0;
+    // The item lives only during the call: copy what must outlive it.
+    virtual void put(const Item& item) = 0;
 };
 
 // Keeps what it is given.
@@ -32,7 +33,7 @@ template <class Item>
 class Collector : public Sink<Item>
 {
   public:
-    void put(Item item) override { items.push_back(std::move(item)); }
+    void put(const Item& item) override { items.push_back(item); }
 
     std::vector<Item> items;
 };
