@@ -36,7 +36,7 @@ function(vrax_genclass target)
     list(TRANSFORM inputs REPLACE "^in " "")
     string(REGEX MATCHALL "out [^\n]+" outputs "${listed}")
     list(TRANSFORM outputs REPLACE "^out " "")
-    file(GLOB generator CONFIGURE_DEPENDS "${VRAX_GENCLASS_DIR}/genclass/*.py")
+    file(GLOB generator "${VRAX_GENCLASS_DIR}/genclass/*.py")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${inputs} ${generator} ${arg_PROVIDERS})
 
     add_custom_command(OUTPUT ${outputs} COMMAND ${genclass} ${options}

@@ -8,7 +8,7 @@ import os
 from dataclasses import dataclass
 
 import pywbem
-from pywbem import MOFCompileError, MOFCompiler
+from pywbem import MOFCompileError, MOFCompiler, MOFParseError
 from pywbem._mof_compiler import MOFWBEMConnection
 
 from . import source
@@ -141,16 +141,19 @@ class MofReader:
             self._compiler.compile_file(path, _NAMESPACE)
         except GenclassError:
             raise
+        except MOFParseError as error:
+            raise self._error(path, error.msg, looked_ahead=False) from error
         except MOFCompileError as error:
             raise self._error(path, error.msg) from error
         except (ValueError, TypeError, pywbem.Error) as error:
             raise self._error(path, str(error)) from error
 
-    def _error(self, path, message):
-        """An error of the compiler, at the line that it had read up to."""
+    def _error(self, path, message, looked_ahead=True):
+        """An error of the compiler at the last token it had read, or at the one before if that was only a look ahead."""
         path = self._compiler.parser.file or path
         mof = self._compiler.parser.mof
-        line = mof.count("\n", 0, min(self._probe.current.lexpos, len(mof.rstrip()))) + 1
+        read = list(source.tokens(mof[:self._probe.current.lexpos]))[-2:]
+        line = (read[0] if looked_ahead else read[-1]).line if read else 1
         return GenclassError(Place(path, line), source.declaration_at(mof, line), message)
 
     def _add_class(self, cim):
