@@ -33,6 +33,7 @@ class ObjectPath
     const std::string& nameSpace() const { return _nameSpace; } // without a leading slash
     const CimName& className() const { return _className; }
     const std::vector<KeyBinding>& keys() const { return _keys; }
+    std::vector<KeyBinding>& keys() { return _keys; } // to change values and the spelling of names in place
 
     void setHost(std::string host) { _host = std::move(host); }
     void setNameSpace(std::string nameSpace) { _nameSpace = std::move(nameSpace); }

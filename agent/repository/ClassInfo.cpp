@@ -134,7 +134,11 @@ void ClassInfo::index()
             _keys.push_back(property);
         if (property->type == CimType::Reference)
             _references.push_back(property);
+        _blank.push_back({property->name, CimValue::null(property->type, property->isArray), {}});
     }
+    std::sort(_keys.begin(),
+              _keys.end(),
+              [](const PropertyDecl* a, const PropertyDecl* b) { return a->name < b->name; });
 }
 
 bool ClassInfo::isA(const CimName& className) const

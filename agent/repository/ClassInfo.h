@@ -2,6 +2,7 @@
 #pragma once
 
 #include "agent/cim/ClassDecl.h"
+#include "agent/cim/Instance.h"
 
 #include <cstddef>
 #include <optional>
@@ -38,11 +39,17 @@ class ClassInfo
     // Inherited properties come first; one that is declared again keeps its place.
     const std::vector<const PropertyDecl*>& properties() const { return _properties; }
     std::optional<std::size_t> findProperty(std::string_view property) const; // index into properties()
-    const std::vector<const PropertyDecl*>& keys() const { return _keys; }
+    const std::vector<const PropertyDecl*>& keys() const
+    {
+        return _keys;
+    } // ordered by name, as keys of a path are
     const std::vector<const PropertyDecl*>& references() const { return _references; }
 
     const std::vector<const MethodDecl*>& methods() const { return _methods; }
     const MethodDecl* findMethod(const CimName& method) const;
+
+    // Every property in class order, NULL: where the properties of an instance are filled in.
+    const std::vector<Property>& blank() const { return _blank; }
 
     // What a client sees of the class: its own and, unless `localOnly`, its inherited features with the
     // qualifiers that reach it.
@@ -69,6 +76,7 @@ class ClassInfo
     std::vector<const PropertyDecl*> _keys;
     std::vector<const PropertyDecl*> _references;
     std::vector<const MethodDecl*> _methods;
+    std::vector<Property> _blank;
     bool _isAssociation = false;
     bool _isIndication = false;
 };

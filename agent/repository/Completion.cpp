@@ -1,0 +1,107 @@
+// Checks and spelling of paths against their classes.
+#include "agent/repository/Completion.h"
+
+#include "agent/cim/Coercion.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace cimd
+{
+namespace
+{
+
+[[noreturn]] void fail(const ClassInfo& info, const std::string& reason)
+{
+    throw ShapeError("class " + info.name().str() + ": " + reason);
+}
+
+// Keys of a path and of a class are both ordered by name.
+[[noreturn]] void reportKeyNames(const ObjectPath& path, const ClassInfo& info)
+{
+    for (const PropertyDecl* key : info.keys())
+        if (!path.findKey(key->name))
+            fail(info, "key " + key->name.str() + " is missing");
+    for (const KeyBinding& binding : path.keys())
+    {
+        const auto isDeclared = [&](const PropertyDecl* key) { return key->name == binding.name; };
+        if (std::none_of(info.keys().begin(), info.keys().end(), isDeclared))
+            fail(info, binding.name.str() + " is no key of the class");
+    }
+    fail(info, "the keys do not fit the class");
+}
+
+bool isComplete(const ObjectPath& path, const ClassRepository& repository)
+{
+    const ClassInfo* info = repository.find(path.className());
+    if (path.nameSpace().empty())
+        return false;
+    if (!info)
+        return true;
+    if (!info->name().identical(path.className()) || path.keys().size() != info->keys().size())
+        return false;
+    for (std::size_t i = 0; i < path.keys().size(); ++i)
+    {
+        const KeyBinding& binding = path.keys()[i];
+        const PropertyDecl& key = *info->keys()[i];
+        if (!key.name.identical(binding.name) || !binding.value.hasType(key.type, false) ||
+            key.type == CimType::Reference)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+void completePath(ObjectPath& path,
+                  const ClassInfo& info,
+                  const ClassRepository& repository,
+                  const std::string& nameSpace)
+{
+    path.setClassName(info.name());
+    if (path.nameSpace().empty())
+        path.setNameSpace(nameSpace);
+    if (path.keys().size() != info.keys().size())
+        reportKeyNames(path, info);
+    for (std::size_t i = 0; i < info.keys().size(); ++i)
+    {
+        const PropertyDecl& key = *info.keys()[i];
+        KeyBinding& binding = path.keys()[i];
+        if (binding.name != key.name)
+            reportKeyNames(path, info);
+        binding.name = key.name;
+        if (!binding.value.hasType(key.type, false))
+        {
+            auto value = coerceKey(binding.value, key.type);
+            if (!value)
+                fail(info, "key " + key.name.str() + " is no valid " + typeText(key.type, false));
+            binding.value = std::move(*value);
+        }
+        if (key.type == CimType::Reference)
+            binding.value = completeReference(binding.value, key.referenceClass, repository, nameSpace);
+    }
+}
+
+CimValue completeReference(const CimValue& value,
+                           const CimName& declaredClass,
+                           const ClassRepository& repository,
+                           const std::string& nameSpace)
+{
+    if (value.isNull())
+        return value;
+    const ObjectPath& given = value.asReference();
+    const ClassInfo* info = repository.find(given.className());
+    if (info && repository.find(declaredClass) && !info->isA(declaredClass))
+        throw ShapeError("a reference to " + info->name().str() + " stands where " + declaredClass.str() +
+                         " is declared");
+    if (isComplete(given, repository))
+        return value;
+    ObjectPath path = given;
+    if (info)
+        completePath(path, *info, repository, nameSpace);
+    else
+        path.setNameSpace(nameSpace);
+    return CimValue::reference(std::move(path));
+}
+
+} // namespace cimd
