@@ -111,7 +111,7 @@ class HttpServer::Impl
           _pool(std::make_unique<WorkerPool>(limits.workers, limits.queuedRequests))
     {
         const unsigned flags = MHD_USE_EPOLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME | MHD_USE_ITC |
-                               (socket.ipv6() ? MHD_USE_IPv6 : 0U);
+                               (socket.ipv6() ? unsigned{MHD_USE_IPv6} : 0U);
         _daemon = MHD_start_daemon(flags,
                                    socket.port(),
                                    nullptr,

@@ -1,0 +1,108 @@
+// One HTTP request to one operation.
+#include "agent/ops/FrontEnd.h"
+
+#include "agent/http/CimHeaders.h"
+#include "agent/log/Log.h"
+
+#include <chrono>
+
+namespace cimd
+{
+
+namespace
+{
+
+constexpr unsigned kBadRequest = 400;
+
+std::string headerText(const HttpRequest& request, const char* name)
+{
+    const std::string* value = request.header(name);
+    return value != nullptr ? *value : std::string();
+}
+
+[[noreturn]] void mismatch(const std::string& header, const std::string& what)
+{
+    throw RequestError(kBadRequest, "header-mismatch", header + " is not the " + what + " of the message");
+}
+
+/** The object an extrinsic call is about, or nothing if its path is faulty: the operation reports that. */
+std::optional<ObjectPath> targetOf(const WireRequest& wire, const Limits& limits)
+try
+{
+    return ElementReader(limits.xmlDepth, limits.embeddedDepth).path(wire.target);
+}
+catch (const CimError&)
+{
+    return std::nullopt;
+}
+
+void checkAgreement(const HttpRequest& request, const WireRequest& wire, const Limits& limits)
+{
+    if (!equalNoCase(percentDecoded(headerText(request, "CIMMethod")), wire.method))
+        mismatch("CIMMethod", "method");
+    const std::string object = headerText(request, "CIMObject");
+    if (!wire.extrinsic)
+    {
+        if (!namesNameSpace(object, wire.nameSpace))
+            mismatch("CIMObject", "namespace");
+        return;
+    }
+    const std::optional<ObjectPath> target = targetOf(wire, limits);
+    if (target && !namesObject(object, *target))
+        mismatch("CIMObject", "object");
+}
+
+void logOperation(const HttpRequest& request,
+                  const WireRequest& wire,
+                  const Outcome& outcome,
+                  std::chrono::steady_clock::time_point start)
+{
+    // A failure may be the server's or a provider's and deserves attention; other errors are everyday
+    // answers.
+    const bool failed = outcome.error && outcome.error->status() == CimStatus::Failed;
+    const LogLevel level = failed ? LogLevel::Warning : LogLevel::Info;
+    if (!logEnabled(level))
+        return;
+    const auto elapsed =
+        std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
+    std::string line = operationText(wire.method, outcome.subject) + request.peer + ": ";
+    line += outcome.error ? std::string(statusName(outcome.error->status())) + ": " + outcome.error->what()
+                          : "ok";
+    log(level, "cim", line + " (" + std::to_string(elapsed.count()) + " us)");
+}
+
+} // namespace
+
+std::optional<HttpResponse> FrontEnd::refuse(const HttpRequest& head)
+{
+    std::optional<HttpResponse> response = refuseHead(head);
+    if (response && logEnabled(LogLevel::Info))
+        log(LogLevel::Info,
+            "http",
+            head.peer + ": " + head.method + " " + head.target + ": HTTP " +
+                std::to_string(response->status));
+    return response;
+}
+
+HttpResponse FrontEnd::answer(const HttpRequest& request)
+try
+{
+    const auto start = std::chrono::steady_clock::now();
+    const WireRequest wire = readRequest(request.body, _limits.xmlDepth);
+    checkAgreement(request, wire, _limits);
+
+    RequestContext context;
+    context.clientAddress = request.peer;
+    context.acceptLanguage = headerText(request, "Accept-Language");
+    HttpResponse response = cimResponse();
+    const Outcome outcome = _operations.run(context, headerText(request, "Host"), wire, response.body);
+    logOperation(request, wire, outcome, start);
+    return response;
+}
+catch (const RequestError& error)
+{
+    log(LogLevel::Warning, "http", request.peer + ": " + error.cimError() + ": " + error.what());
+    return refusal(error.httpStatus(), error.cimError(), error.what());
+}
+
+} // namespace cimd

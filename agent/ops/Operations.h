@@ -1,0 +1,42 @@
+// From a parsed CIM-XML request to the service and back to a CIM-XML response.
+#pragma once
+
+#include "agent/Limits.h"
+#include "agent/service/CimService.h"
+#include "agent/xml/RequestReader.h"
+
+#include <optional>
+#include <string>
+
+namespace cimd
+{
+
+/** What became of a request, for the log. */
+struct Outcome
+{
+    std::string subject;           ///< class or qualifier the request was about; may be empty
+    std::optional<CimError> error; ///< what the client was told, if the operation failed
+};
+
+/** Has no state of its own, so any number of threads may run operations. */
+class Operations
+{
+  public:
+    /** `service` outlives the object. */
+    Operations(CimService& service, const Limits& limits);
+
+    /**
+     * Runs the request and appends the whole response message to `out`, errors included: nothing is thrown
+     * but lack of memory. When an operation fails after it produced results, the response holds the error
+     * alone.
+     * @param host  How the client addressed this server; stands in the INSTANCEPATHs of the answer.
+     */
+    Outcome
+    run(const RequestContext& context, const std::string& host, const WireRequest& request, std::string& out);
+
+  private:
+    CimService& _service;
+    ElementReader _reader;
+};
+
+} // namespace cimd

@@ -1,0 +1,23 @@
+# CIM-XML over HTTP, and the program.
+pkg_check_modules(microhttpd REQUIRED IMPORTED_TARGET libmicrohttpd)
+
+add_library(cimd_wire STATIC
+    http/CimHeaders.cpp
+    http/HttpServer.cpp
+    http/ListenSocket.cpp
+    http/Message.cpp
+    http/WorkerPool.cpp
+    ops/FrontEnd.cpp
+    ops/Operations.cpp
+    ops/Parameters.cpp
+    xml/DeclarationWriter.cpp
+    xml/ElementReader.cpp
+    xml/ElementWriter.cpp
+    xml/RequestReader.cpp
+    xml/ResponseWriter.cpp
+    xml/Utf8.cpp
+    xml/XmlCheck.cpp
+    xml/XmlDocument.cpp
+    xml/XmlWriter.cpp
+)
+target_link_libraries(cimd_wire PUBLIC cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd)

@@ -1,0 +1,17 @@
+// Writes the declaration elements of CIM-XML: classes and qualifier types.
+#pragma once
+
+#include "agent/cim/ClassDecl.h"
+#include "agent/xml/XmlWriter.h"
+
+namespace cimd
+{
+
+/** CLASS with what the declaration holds: qualifiers and class origins that were not asked for are not in it.
+ */
+void writeClass(XmlWriter& xml, const ClassDecl& decl);
+
+/** QUALIFIER.DECLARATION */
+void writeQualifierDeclaration(XmlWriter& xml, const QualifierDecl& decl);
+
+} // namespace cimd

@@ -1,0 +1,34 @@
+// Writes CIM-XML response messages: the envelope around results, and errors.
+#pragma once
+
+#include "agent/cim/CimError.h"
+#include "agent/xml/RequestReader.h"
+#include "agent/xml/XmlWriter.h"
+
+#include <string>
+
+namespace cimd
+{
+
+/** Envelope of the answer to one request; what an operation returns goes between begin() and end(). */
+class ResponseWriter
+{
+  public:
+    ResponseWriter(std::string& out, const WireRequest& request) : _xml(out), _request(request) {}
+
+    XmlWriter& xml() { return _xml; }
+
+    /** `returnsValue` puts an IRETURNVALUE around the content of an intrinsic operation's answer. */
+    void begin(bool returnsValue);
+    void end(bool returnsValue);
+    /** A whole message with an ERROR element. */
+    void error(const CimError& error);
+
+  private:
+    std::string_view responseTag() const { return _request.extrinsic ? "METHODRESPONSE" : "IMETHODRESPONSE"; }
+
+    XmlWriter _xml;
+    const WireRequest& _request;
+};
+
+} // namespace cimd
