@@ -1,0 +1,107 @@
+// Base of the association providers.
+#ifndef COMMON_ASSOCIATION_PROVIDER_H
+#define COMMON_ASSOCIATION_PROVIDER_H
+
+#include "common/Composite_Provider.h"
+
+namespace cimple
+{
+
+// Base of the provider of an association between the classes of END_PROVIDERS. Besides what Map_Provider asks
+// for, PROVIDER supplies the reference properties that pairs are made of:
+//   static constexpr auto kFirstRole = &VRAX_X::Antecedent;
+//   static constexpr auto kSecondRole = &VRAX_X::Dependent;
+// Its build() says which instances of the ends belong together:
+//   joinFirst<VRAX_ObjectManager, VRAX_Namespace>(map);
+// or, walking end<VRAX_A>() and end<VRAX_B>(), join(map, a, b) for each pair.
+//
+// Requests for associators and references are not supported here: the adapter answers them from the
+// association instances, each of which carries clones of both its ends.
+template <class PROVIDER, class CLASS, class... END_PROVIDERS>
+class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS, END_PROVIDERS...>
+{
+  public:
+    Enum_Associator_Names_Status enum_associator_names(const Instance*,
+                                                       const String&,
+                                                       const String&,
+                                                       const String&,
+                                                       Enum_Associator_Names_Handler<Instance>*)
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        return ENUM_ASSOCIATOR_NAMES_UNSUPPORTED;
+    }
+
+    Enum_Associators_Status enum_associators(
+        const Instance*, const String&, const String&, const String&, Enum_Associators_Handler<Instance>*)
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        return ENUM_ASSOCIATORS_UNSUPPORTED;
+    }
+
+    Enum_References_Status
+    enum_references(const Instance*, const CLASS*, const String&, Enum_References_Handler<CLASS>*)
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        return ENUM_REFERENCES_UNSUPPORTED;
+    }
+
+  protected:
+    // A new association instance between clones of the two instances; the caller may fill further properties
+    // before it inserts it. Never null: throws when it cannot be created.
+    static Owned<CLASS> pair(const Instance* first, const Instance* second)
+    {
+        Owned<CLASS> association = makeWithDefaults<CLASS>();
+        if (!association)
+        {
+            throw VRAX_Except(PROVIDER::kSource,
+                              "load",
+                              __LINE__,
+                              CRIT,
+                              "Unable to create instance of %s",
+                              CLASS::static_meta_class.name);
+        }
+        refer(association.get()->*PROVIDER::kFirstRole, first);
+        refer(association.get()->*PROVIDER::kSecondRole, second);
+        return association;
+    }
+
+    // Adds the pair to the map; a pair that is already there is dropped.
+    static void join(Map_Writer<CLASS>& map, const Instance* first, const Instance* second)
+    {
+        Owned<CLASS> association = pair(first, second);
+        map.insert(association);
+    }
+
+    // Joins the first instance of each end; nothing when either end has none.
+    template <class FIRST, class SECOND>
+    static void joinFirst(Map_Writer<CLASS>& map)
+    {
+        const FIRST* first = Map_View<FIRST>().first();
+        const SECOND* second = Map_View<SECOND>().first();
+        if (first != nullptr && second != nullptr)
+            join(map, first, second);
+    }
+
+  private:
+    template <class REFERENCED>
+    static void refer(REFERENCED*& reference, const Instance* target)
+    {
+        Owned<Instance> copy(clone(target));
+        reference = cast<REFERENCED*>(copy.get());
+        if (reference == nullptr)
+        {
+            throw VRAX_Except(PROVIDER::kSource,
+                              "load",
+                              __LINE__,
+                              CRIT,
+                              "%s cannot refer to an instance of %s",
+                              CLASS::static_meta_class.name,
+                              target->meta_class->name);
+        }
+        copy.release();
+    }
+};
+
+} // namespace cimple
+
+#endif

@@ -1,0 +1,196 @@
+// What every provider that serves its class from an instance map has in common.
+#ifndef COMMON_MAP_PROVIDER_H
+#define COMMON_MAP_PROVIDER_H
+
+#include "common/VRAX_Except.h"
+#include "common/map_access.h"
+#include "common/map_locks.h"
+#include "support/checkInstanceKeys.h"
+#include "support/cim_log.h"
+
+#include <cstring>
+#include <exception>
+
+namespace cimple
+{
+
+// Thrown by a build() that has logged its failure itself, or that fails without a message.
+struct Load_Failed
+{
+};
+
+// The line on entry to an operation.
+inline void trace(const char* source, const char* function, int line)
+{
+    cim_log(kLogTrace, "%s:%s[%d]\n", source, function, line);
+}
+
+// Base of a provider class PROVIDER for instances of CLASS; reached through Instance_Provider_Base and
+// Association_Provider_Base. PROVIDER supplies
+//   static constexpr const char* kSource: its source unit, as in "serverProviders/VRAX_Namespace_Provider";
+//   Load_Status load();
+//   void build(Map_Writer<CLASS>&): creates all instances from the switch or from other maps. Called under
+//   the
+//     map's write lock with the map empty. A failure is thrown: VRAX_Except, or Load_Failed.
+// Objects have no data: all state is in VRAX_Maps, and any number of them may work at the same time.
+template <class PROVIDER, class CLASS>
+class Map_Provider
+{
+  public:
+    typedef CLASS Class;
+    static constexpr providerEnum_t kIndex = Map_Index<CLASS>::value;
+
+    // Empties the map and makes it stale. Within a load the write lock is already held further out and both
+    // attempts here fail, which is fine; called by the server, the write lock keeps readers out, and the read
+    // lock is the one that fails.
+    Unload_Status unload()
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        MapWrLock writeLock(kIndex);
+        MapRdLock readLock(kIndex);
+        maps().InstMapForceUnload(kIndex);
+        map().clear();
+        return UNLOAD_OK;
+    }
+
+    Get_Instance_Status get_instance(const CLASS* model, CLASS*& instance)
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        Instance* found = nullptr;
+        Get_Instance_Status status = GET_INSTANCE_FAILED;
+        serve([&](Inst_Map& loaded) { status = loaded._get_instance(model, found); });
+        if (status == GET_INSTANCE_OK)
+            instance = static_cast<CLASS*>(found);
+        return status;
+    }
+
+    Enum_Instances_Status enum_instances(const CLASS* model, Enum_Instances_Handler<CLASS>* handler)
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        Enum_Instances_Status status = ENUM_INSTANCES_FAILED;
+        serve([&](Inst_Map& loaded)
+              { status = loaded._enum_instances(model, handler->_proc, handler->_client_data); });
+        return status;
+    }
+
+    // Providers hide the operations that they support.
+    Create_Instance_Status create_instance(CLASS*)
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        return CREATE_INSTANCE_UNSUPPORTED;
+    }
+    Delete_Instance_Status delete_instance(const CLASS*)
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        return DELETE_INSTANCE_UNSUPPORTED;
+    }
+    Modify_Instance_Status modify_instance(const CLASS*, const CLASS*)
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        return MODIFY_INSTANCE_UNSUPPORTED;
+    }
+
+    // What the methods that a class has but does not support answer.
+    static Invoke_Method_Status unsupported_method(const char* method)
+    {
+        trace(PROVIDER::kSource, method, __LINE__);
+        return INVOKE_METHOD_UNSUPPORTED;
+    }
+
+  protected:
+    Map_Provider() { cim_log(kLogTrace, "%s:%s[%d]\n", PROVIDER::kSource, className(), __LINE__); }
+    ~Map_Provider() { cim_log(kLogTrace, "%s:~%s[%d]\n", PROVIDER::kSource, className(), __LINE__); }
+    Map_Provider(const Map_Provider&) = delete;
+    Map_Provider& operator=(const Map_Provider&) = delete;
+
+    PROVIDER& self() { return static_cast<PROVIDER&>(*this); }
+    static VRAX_Maps& maps() { return *VRAX_Maps::getInstance(); }
+    static Inst_Map& map() { return maps().map<CLASS>(); }
+
+    // Empties and builds the map and records the outcome. The caller holds the write lock.
+    Load_Status rebuild()
+    {
+        self().unload();
+        try
+        {
+            Map_Writer<CLASS> writer;
+            self().build(writer);
+            maps().InstMapLoadSetOK(kIndex);
+            return LOAD_OK;
+        }
+        catch (const VRAX_Except& failure)
+        {
+            failure.print();
+        }
+        catch (const Load_Failed&)
+        {
+        }
+        catch (const std::exception& failure)
+        {
+            cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", PROVIDER::kSource, "load", __LINE__, failure.what());
+        }
+        maps().InstMapLoadSetFailed(kIndex);
+        return LOAD_FAILED;
+    }
+
+    // Inserts an instance whose keys are all set; a duplicate is dropped. Throws when a key is missing.
+    static void insertChecked(Map_Writer<CLASS>& target, Owned<CLASS>& instance)
+    {
+        if (!checkInstanceKeys(instance.get()))
+        {
+            throw VRAX_Except(PROVIDER::kSource,
+                              "load",
+                              __LINE__,
+                              CRIT,
+                              "%s::One or more Key Properties are not Populated",
+                              CLASS::static_meta_class.name);
+        }
+        target.insert(instance);
+    }
+
+  private:
+    static const char* className() { return std::strrchr(PROVIDER::kSource, '/') + 1; }
+
+    // Calls answer(map) under the read lock with the map loaded; does not call it when the load fails.
+    // Between the load and the read lock another thread may have emptied the map or failed to rebuild it:
+    // what it holds then must not be served, and the load is repeated.
+    template <class ANSWER>
+    void serve(ANSWER answer)
+    {
+        while (self().load() == LOAD_OK)
+        {
+            MapRdLock lock(kIndex);
+            Inst_Map& loaded = map();
+            if (loaded.complete())
+                return answer(loaded);
+        }
+    }
+};
+
+// Base of the provider of a class whose instances come from the switch or are constants.
+template <class PROVIDER, class CLASS>
+class Instance_Provider_Base : public Map_Provider<PROVIDER, CLASS>
+{
+    typedef Map_Provider<PROVIDER, CLASS> Base;
+
+  public:
+    // True when a load would find nothing to do.
+    static bool isCurrent() { return Base::maps().InstMapIsFresh(Base::kIndex); }
+
+    Load_Status load()
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        // A fresh map needs no lock to be left alone; waiting here would make every request on it wait for
+        // the slowest reader.
+        if (isCurrent())
+            return LOAD_OK;
+        MapWrLock lock(Base::kIndex);
+        if (isCurrent())
+            return LOAD_OK;
+        return Base::rebuild();
+    }
+};
+
+} // namespace cimple
+
+#endif

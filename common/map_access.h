@@ -1,0 +1,71 @@
+// Typed access to instance maps: what loads read from other maps and write into their own.
+#ifndef COMMON_MAP_ACCESS_H
+#define COMMON_MAP_ACCESS_H
+
+#include "common/owned.h"
+#include "support/VRAX_Maps.h"
+
+namespace cimple
+{
+
+// A loaded map as a row of instances, in order of insertion. The caller holds the map's lock; the instances
+// stay the map's.
+template <class CLASS>
+class Map_View
+{
+  public:
+    Map_View() : _map(VRAX_Maps::getInstance()->map<CLASS>()) {}
+
+    class Iterator
+    {
+      public:
+        Iterator(const Inst_Map& map, std::size_t position) : _map(map), _position(position) {}
+        const CLASS* operator*() const { return static_cast<const CLASS*>(_map.at(_position)); }
+        Iterator& operator++()
+        {
+            ++_position;
+            return *this;
+        }
+        bool operator!=(const Iterator& other) const { return _position != other._position; }
+
+      private:
+        const Inst_Map& _map;
+        std::size_t _position;
+    };
+
+    std::size_t size() const { return _map.size(); }
+    Iterator begin() const { return Iterator(_map, 0); }
+    Iterator end() const { return Iterator(_map, _map.size()); }
+    // Null when the map is empty.
+    const CLASS* first() const { return _map.size() > 0 ? *begin() : nullptr; }
+
+  private:
+    const Inst_Map& _map;
+};
+
+// The map that a load fills. The caller holds the map's write lock.
+template <class CLASS>
+class Map_Writer
+{
+  public:
+    Map_Writer() : _map(VRAX_Maps::getInstance()->map<CLASS>()) {}
+
+    // Hands the instance to the map. False when an instance with equal keys is already there; the caller
+    // then still owns it.
+    bool insert(Owned<CLASS>& instance)
+    {
+        if (_map._insert(instance.get()) == static_cast<std::size_t>(-1))
+            return false;
+        instance.release();
+        return true;
+    }
+
+    std::size_t size() const { return _map.size(); }
+
+  private:
+    Inst_Map& _map;
+};
+
+} // namespace cimple
+
+#endif

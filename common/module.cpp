@@ -1,0 +1,42 @@
+// The module's entry points: registration of every provider, and its CMPI factories.
+//
+// cimple_module returns the list of registrations. Each class of providers.def has the CMPI factories of its
+// kind under two names, <Class>_Provider_Create_<Type>MI and <Class>_Create_<Type>MI.
+#include "common/dispatch.h"
+#include "providers_includes.h"
+
+using namespace cimple;
+
+// The toolkit's registration macros look for a function of this name.
+#define VRAX_PROC_INSTANCE(provider) Instance_Provider_Proc_T<provider>
+#define VRAX_PROC_ASSOCIATION(provider) Association_Provider_Proc_T<provider>
+#define VRAX_PROC_INDICATION(provider) Indication_Provider_Proc_T<provider>
+#define VRAX_PROVIDER(kind, folder, cls)                                                                     \
+    static int __cimple_##cls##_Provider_proc(const Registration* registration,                              \
+                                              int operation,                                                 \
+                                              void* arg0,                                                    \
+                                              void* arg1,                                                    \
+                                              void* arg2,                                                    \
+                                              void* arg3,                                                    \
+                                              void* arg4,                                                    \
+                                              void* arg5,                                                    \
+                                              void* arg6,                                                    \
+                                              void* arg7)                                                    \
+    {                                                                                                        \
+        return Dispatch<cls##_Provider, VRAX_PROC_##kind(cls##_Provider)>::proc(                             \
+            registration, operation, arg0, arg1, arg2, arg3, arg4, arg5, arg6, arg7);                        \
+    }
+#include "common/providers.def"
+#undef VRAX_PROVIDER
+
+CIMPLE_MODULE(VRAX_Module);
+
+#define VRAX_PROVIDER(kind, folder, cls) CIMPLE_##kind##_PROVIDER(cls##_Provider);
+#include "common/providers.def"
+#undef VRAX_PROVIDER
+
+#define VRAX_PROVIDER(kind, folder, cls)                                                                     \
+    CIMPLE_CMPI_##kind##_PROVIDER(cls##_Provider);                                                           \
+    CIMPLE_CMPI_##kind##_PROVIDER2(cls##_Provider, cls);
+#include "common/providers.def"
+#undef VRAX_PROVIDER
