@@ -6,9 +6,13 @@
 #include <cstdarg>
 #include <cstdio>
 
-VRAX_Except::VRAX_Except(
-    const char* file, const char* function, int line, except_enum severity, const char* format, ...)
-    : file(file), function(function), line(line), severity(severity)
+VRAX_Except::VRAX_Except(const char* fromFile,
+                         const char* fromFunction,
+                         int fromLine,
+                         except_enum howSevere,
+                         const char* format,
+                         ...)
+    : file(fromFile), function(fromFunction), line(fromLine), severity(howSevere)
 {
     va_list args;
     va_start(args, format);

@@ -19,8 +19,12 @@ class VRAX_Except
     static constexpr std::size_t kMessageSize = 2024;
 
     // Formats the message as printf does.
-    [[gnu::format(printf, 6, 7)]] VRAX_Except(
-        const char* file, const char* function, int line, except_enum severity, const char* format, ...);
+    [[gnu::format(printf, 6, 7)]] VRAX_Except(const char* fromFile,
+                                              const char* fromFunction,
+                                              int fromLine,
+                                              except_enum howSevere,
+                                              const char* format,
+                                              ...);
 
     // Logs "Exception[INFO]:" at the information level, "Exception[CRIT]:" at the critical one, followed by
     // file, function, line and message.
