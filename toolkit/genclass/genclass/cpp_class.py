@@ -35,13 +35,12 @@ def _referenced(model):
 def header(model):
     guard = f"_cimple_{model.name}_h"
     referenced = _referenced(model)
-    includes = [model.superclass.name] if model.superclass else []
-    includes += [name for name in referenced if name not in includes]
     out = [BANNER.format(what="Description", name=model.name), f"#ifndef {guard}\n#define {guard}\n\n",
            "#include <cimple/cimple.h>\n"]
-    out += [f'#include "{name}.h"\n' for name in includes]
+    if model.superclass:
+        out.append(f'#include "{model.superclass.name}.h"\n')
     out.append("\nCIMPLE_NAMESPACE_BEGIN\n\n")
-    out += [f"class {name};\n" for name in referenced]  # headers of classes that refer to each other meet here
+    out += [f"class {name};\n" for name in referenced]
     out.append("\n" if referenced else "")
     keys = ", ".join(model.keys) or "none"
     out.append(f"// Keys: {keys}\nclass {model.name} : public Instance\n{{\npublic:\n")
@@ -55,7 +54,11 @@ def header(model):
         out.append(f"    {member_type(feature.item.field_of or feature.item)} {feature.item.name};\n")
     out.append(f"\n    CIMPLE_CLASS({model.name})\n}};\n")
     out += [_record(model, feature) for feature in model.methods]
-    out.append("\nCIMPLE_NAMESPACE_END\n\n#endif\n")
+    out.append("\nCIMPLE_NAMESPACE_END\n\n")
+    if referenced:
+        # At the end: a referenced class may derive from this one or refer to it in turn.
+        out += [f'#include "{name}.h"\n' for name in referenced] + ["\n"]
+    out.append("#endif\n")
     return "".join(out)
 
 

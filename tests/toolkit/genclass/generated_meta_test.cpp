@@ -1,0 +1,240 @@
+// The meta data that the generator writes: feature order, kinds, flags, defaults, offsets and keys.
+#include <cimple/cimple.h>
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "repository.h"
+
+using namespace cimple;
+
+namespace
+{
+
+constexpr uint32 P = CIMPLE_FLAG_PROPERTY, R = CIMPLE_FLAG_REFERENCE, M = CIMPLE_FLAG_METHOD;
+constexpr uint32 KEY = CIMPLE_FLAG_KEY, READ = CIMPLE_FLAG_READ, WRITE = CIMPLE_FLAG_WRITE;
+constexpr uint32 IN = CIMPLE_FLAG_IN, OUT = CIMPLE_FLAG_OUT, EMBEDDED = CIMPLE_FLAG_EMBEDDED_INSTANCE;
+
+struct Row
+{
+    const char* name;
+    uint32 flags;
+    int local;
+    int detail = 0;               // subscript; for methods the type of the result
+    const char* target = nullptr; // class of references; for properties nothing
+};
+
+const Meta_Reference& asReference(const Meta_Feature* feature)
+{
+    return *reinterpret_cast<const Meta_Reference*>(feature);
+}
+
+const Meta_Property& asProperty(const Meta_Feature* feature)
+{
+    return *reinterpret_cast<const Meta_Property*>(feature);
+}
+
+const Meta_Method& asMethod(const Meta_Feature* feature)
+{
+    return *reinterpret_cast<const Meta_Method*>(feature);
+}
+
+void expectFeature(const Meta_Feature* feature, const Row& row)
+{
+    SCOPED_TRACE(row.name);
+    EXPECT_STREQ(feature->name, row.name);
+    EXPECT_EQ(feature->flags, row.flags);
+    if (row.flags & M)
+        EXPECT_EQ(int{asMethod(feature).return_type}, row.detail);
+    else if (row.flags & R)
+    {
+        EXPECT_EQ(int{asReference(feature).subscript}, row.detail);
+        EXPECT_STREQ(asReference(feature).meta_class->name, row.target);
+    }
+    else
+        EXPECT_EQ(int{asProperty(feature).subscript}, row.detail);
+}
+
+void expectClass(
+    const Meta_Class& mc, uint32 flags, const char* super, size_t keys, const std::vector<Row>& rows)
+{
+    SCOPED_TRACE(mc.name);
+    EXPECT_EQ(mc.flags, flags);
+    EXPECT_STREQ(mc.super_meta_class ? mc.super_meta_class->name : "", super);
+    EXPECT_EQ(mc.num_keys, keys);
+    ASSERT_EQ(mc.num_meta_features, rows.size());
+    for (size_t i = 0; i < rows.size(); ++i)
+    {
+        expectFeature(mc.meta_features[i], rows[i]);
+        EXPECT_EQ(int{mc.locals[i].local}, rows[i].local) << rows[i].name;
+    }
+}
+
+TEST(GeneratedMeta, FeaturesOfASubclassFollowThoseItInheritsAndOverridesStayInPlace)
+{
+    expectClass(Test_Twig::static_meta_class,
+                CIMPLE_FLAG_CLASS,
+                "Test_Leaf",
+                2,
+                {{"Id", P | KEY | READ, 0},
+                 {"Reset", M, 1, UINT32},
+                 {"Slot", P | KEY | READ, 0},
+                 {"Level", P | READ | WRITE, 1},
+                 {"Swap", M, 0, UINT32},
+                 {"Label", P | READ | CIMPLE_FLAG_REQUIRED, 0},
+                 {"Corner", R | READ | EMBEDDED, 0, 0, "Test_Point"},
+                 {"Outline", R | READ | EMBEDDED, 0, -1, "Test_Point"},
+                 {"Move", M, 0, UINT16},
+                 {"Anything", R | READ | CIMPLE_FLAG_EMBEDDED_OBJECT, 0, 0, "Instance"},
+                 {"Things", R | READ | CIMPLE_FLAG_EMBEDDED_OBJECT, 0, -1, "Instance"},
+                 {"Count", M | CIMPLE_FLAG_STATIC, 0, UINT32},
+                 {"Center", M, 0, STRING},
+                 {"Moves", P | READ | CIMPLE_FLAG_COUNTER, 0},
+                 {"Age", P | READ, 1}});
+}
+
+TEST(GeneratedMeta, KindsOfClasses)
+{
+    expectClass(Test_Nothing::static_meta_class, CIMPLE_FLAG_CLASS, "", 0, {});
+    expectClass(Test_Base::static_meta_class,
+                CIMPLE_FLAG_CLASS | CIMPLE_FLAG_ABSTRACT,
+                "",
+                2,
+                {{"Id", P | KEY | READ, 1},
+                 {"Reset", M, 1, UINT32},
+                 {"Slot", P | KEY | READ, 1},
+                 {"Level", P | READ | WRITE, 1},
+                 {"Swap", M, 1, UINT32},
+                 {"Label", P | READ | CIMPLE_FLAG_REQUIRED, 1}});
+    expectClass(Test_Link::static_meta_class,
+                CIMPLE_FLAG_ASSOCIATION | CIMPLE_FLAG_AGGREGATION,
+                "",
+                2,
+                {{"Whole", R | KEY | CIMPLE_FLAG_AGGREGATE, 1, 0, "Test_Base"},
+                 {"Part", R | KEY | CIMPLE_FLAG_WEAK, 1, 0, "Test_Base"},
+                 {"Active", P | READ, 1}});
+    expectClass(Test_LeafLink::static_meta_class,
+                CIMPLE_FLAG_ASSOCIATION | CIMPLE_FLAG_AGGREGATION,
+                "Test_Link",
+                2,
+                {{"Whole", R | KEY | CIMPLE_FLAG_AGGREGATE, 0, 0, "Test_Base"},
+                 {"Part", R | KEY | CIMPLE_FLAG_WEAK, 1, 0, "Test_Leaf"},
+                 {"Active", P | READ, 0}});
+    expectClass(
+        Test_Event::static_meta_class,
+        CIMPLE_FLAG_INDICATION,
+        "",
+        0,
+        {{"Text", P | READ, 1}, {"Source", R | READ | CIMPLE_FLAG_EMBEDDED_OBJECT, 1, 0, "Instance"}});
+}
+
+TEST(GeneratedMeta, ParametersStandInOrderWithTheResultLast)
+{
+    const Meta_Method& move = Test_Twig_Move_method::static_meta_class;
+    const std::vector<Row> rows = {{"Steps", P | IN, 0},
+                                   {"Path", P | OUT, 0},
+                                   {"Rest", P | IN | OUT, 0},
+                                   {"Weights", P | IN, 0, -1},
+                                   {"From", R | IN | EMBEDDED, 0, 0, "Test_Point"},
+                                   {"To", R | OUT | EMBEDDED, 0, 0, "Test_Point"},
+                                   {"Where", R | IN, 0, 0, "Test_Base"},
+                                   {"Stops", R | IN, 0, -1, "Test_Base"},
+                                   {"Links", R | OUT, 0, -1, "Test_Link"},
+                                   {"Last", R | OUT, 0, 0, "Test_Leaf"},
+                                   {"return_value", P | OUT, 0}};
+    ASSERT_EQ(move.num_meta_features, rows.size());
+    for (size_t i = 0; i < rows.size(); ++i)
+        expectFeature(move.meta_features[i], rows[i]);
+    EXPECT_EQ(move.size, sizeof(Test_Twig_Move_method));
+
+    const Meta_Method& center = Test_Leaf_Center_method::static_meta_class;
+    ASSERT_EQ(center.num_meta_features, 1u);
+    expectFeature(center.meta_features[0], {"return_value", R | OUT | EMBEDDED, 0, 0, "Test_Point"});
+}
+
+TEST(GeneratedMeta, AnOverriddenMethodIsItsOwnAndAnInheritedOneIsShared)
+{
+    EXPECT_EQ(find_method(&Test_Twig::static_meta_class, "Reset"),
+              &Test_Twig_Reset_method::static_meta_class);
+    EXPECT_NE(&Test_Twig_Reset_method::static_meta_class, &Test_Base_Reset_method::static_meta_class);
+    EXPECT_EQ(find_method(&Test_Twig::static_meta_class, "Move"), &Test_Leaf_Move_method::static_meta_class);
+}
+
+TEST(GeneratedMeta, OffsetsAreThoseOfTheMembers)
+{
+    Test_Twig* twig = Test_Twig::create();
+    Test_Twig_Move_method* move = Test_Twig_Move_method::create();
+    auto expectAt = [](const Instance* object, uint32 offset, const void* member)
+    { EXPECT_EQ(reinterpret_cast<const char*>(object) + offset, static_cast<const char*>(member)); };
+    const Meta_Class* mc = &Test_Twig::static_meta_class;
+    expectAt(twig, find_property(mc, "Id")->offset, &twig->Id);
+    expectAt(twig, find_property(mc, "Slot")->offset, &twig->Slot);
+    expectAt(twig, find_property(mc, "Level")->offset, &twig->Level);
+    expectAt(twig, find_property(mc, "Label")->offset, &twig->Label);
+    expectAt(twig, find_reference(mc, "Corner")->offset, &twig->Corner);
+    expectAt(twig, find_reference(mc, "Outline")->offset, &twig->Outline);
+    expectAt(twig, find_reference(mc, "Anything")->offset, &twig->Anything);
+    expectAt(twig, find_reference(mc, "Things")->offset, &twig->Things);
+    expectAt(twig, find_property(mc, "Moves")->offset, &twig->Moves);
+    expectAt(twig, find_property(mc, "Age")->offset, &twig->Age);
+    const Meta_Method* mm = &Test_Twig_Move_method::static_meta_class;
+    expectAt(move, find_parameter(mm, "Rest")->offset, &move->Rest);
+    expectAt(move, find_reference(mm, "Links")->offset, &move->Links);
+    expectAt(move, find_parameter(mm, "return_value")->offset, &move->return_value);
+    Test_Twig_Move_method::destroy(move);
+    Test_Twig::destroy(twig);
+}
+
+TEST(GeneratedMeta, ASubclassBeginsLikeItsSuperclassInEveryClass)
+{
+    const Meta_Repository& repository = *Test_Twig::static_meta_class.meta_repository;
+    EXPECT_EQ(repository.num_meta_classes, 10u);
+    std::set<std::string> seen;
+    for (size_t c = 0; c < repository.num_meta_classes; ++c)
+    {
+        const Meta_Class& mc = *repository.meta_classes[c];
+        SCOPED_TRACE(mc.name);
+        EXPECT_EQ(mc.meta_repository, &repository);
+        const Meta_Class* super = mc.super_meta_class;
+        seen.insert(mc.name);
+        if (!super)
+            continue;
+        EXPECT_TRUE(seen.count(super->name)) << "a superclass comes first";
+        ASSERT_GE(mc.num_meta_features, super->num_meta_features);
+        for (size_t i = 0; i < super->num_meta_features; ++i)
+        {
+            const Meta_Feature *own = mc.meta_features[i], *inherited = super->meta_features[i];
+            EXPECT_STREQ(own->name, inherited->name);
+            EXPECT_EQ(own == inherited, mc.locals[i].local == 0) << own->name;
+            if (own->flags & P)
+            {
+                EXPECT_EQ(asProperty(own).offset, asProperty(inherited).offset) << own->name;
+            }
+            else if (own->flags & R)
+            {
+                EXPECT_EQ(asReference(own).offset, asReference(inherited).offset) << own->name;
+            }
+        }
+    }
+}
+
+TEST(GeneratedMeta, FixedArraysKeepTheirSize)
+{
+    EXPECT_EQ(find_property(&Test_Arrays::static_meta_class, "Fixed")->subscript, 4);
+    EXPECT_EQ(find_property(&Test_Arrays::static_meta_class, "U16")->subscript, -1);
+}
+
+TEST(GeneratedMeta, AnOverrideHasTheDefaultItDeclaresAndNoOther)
+{
+    auto defaultOf = [](const Meta_Class& mc)
+    {
+        const Meta_Value* value = find_property(&mc, "Level")->value;
+        return value ? int{reinterpret_cast<const Meta_Value_Scalar<uint8>*>(value)->value} : -1;
+    };
+    EXPECT_EQ(defaultOf(Test_Base::static_meta_class), 7);
+    EXPECT_EQ(defaultOf(Test_Leaf::static_meta_class), 9);
+    EXPECT_EQ(defaultOf(Test_Twig::static_meta_class), -1);
+}
+
+} // namespace
