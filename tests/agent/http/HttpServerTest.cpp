@@ -1,0 +1,373 @@
+// The HTTP server over real sockets: connections, limits, overload and stopping.
+#include "agent/http/HttpServer.h"
+
+#include "tests/agent/http/RawClient.h"
+
+#include <condition_variable>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace cimd
+{
+namespace
+{
+
+constexpr std::chrono::minutes kLong{2};
+
+// Answers with the body it got; some bodies and targets mean more.
+class EchoHandler : public HttpHandler
+{
+  public:
+    std::optional<HttpResponse> refuse(const HttpRequest& head) override
+    {
+        if (head.target == "/refused")
+            return HttpResponse{403, {}, "no"};
+        return std::nullopt;
+    }
+
+    HttpResponse answer(const HttpRequest& request) override
+    {
+        if (request.body == "wait")
+            wait();
+        if (request.body == "throw")
+            throw std::runtime_error("broken");
+        if (request.body == "large")
+            return {200, {}, std::string(kLargeBytes, 'x')};
+        if (request.body == "peer")
+            return {200, {}, request.peer};
+        return {200, {{"X-Body", "echo"}}, request.body};
+    }
+
+    // Returns once as many handlers as given wait in here at the same time.
+    void awaitWaiting(unsigned count)
+    {
+        std::unique_lock<std::mutex> lock(_mutex);
+        _changed.wait(lock, [&] { return _waiting >= count; });
+    }
+
+    void release()
+    {
+        std::lock_guard<std::mutex> lock(_mutex);
+        _released = true;
+        _changed.notify_all();
+    }
+
+    static constexpr std::size_t kLargeBytes = 5'000'000;
+
+  private:
+    void wait()
+    {
+        std::unique_lock<std::mutex> lock(_mutex);
+        ++_waiting;
+        _changed.notify_all();
+        _changed.wait(lock, [this] { return _released; });
+    }
+
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    unsigned _waiting = 0;
+    bool _released = false;
+};
+
+class HttpServerTest : public ::testing::Test
+{
+  protected:
+    void start(const Limits& limits = Limits(), const std::string& address = "127.0.0.1")
+    {
+        ListenSocket socket(address, 0, limits.backlog);
+        port = socket.port();
+        server = std::make_unique<HttpServer>(handler, limits, std::move(socket));
+    }
+
+    void TearDown() override { handler.release(); }
+
+    EchoHandler handler;
+    std::unique_ptr<HttpServer> server;
+    std::uint16_t port = 0;
+};
+
+TEST_F(HttpServerTest, KeepsTheConnectionForFurtherRequests)
+{
+    start();
+    RawClient client(port);
+    for (const char* body : {"one", "", "three"})
+    {
+        const RawResponse response = client.ask(post(body));
+        EXPECT_EQ(200, response.status);
+        EXPECT_EQ(body, response.body);
+        EXPECT_EQ("echo", response.header("X-Body"));
+        EXPECT_EQ("", response.header("Connection"));
+    }
+}
+
+TEST_F(HttpServerTest, AnswersPipelinedRequestsInOrder)
+{
+    start();
+    RawClient client(port);
+    client.send(post("first") + post("second") + post("third"));
+    for (const char* body : {"first", "second", "third"})
+        EXPECT_EQ(body, client.receive().body);
+}
+
+TEST_F(HttpServerTest, ReadsARequestThatArrivesByteByByte)
+{
+    start();
+    RawClient client(port);
+    for (const char byte : post("slow"))
+        client.send(std::string_view(&byte, 1));
+    EXPECT_EQ("slow", client.receive().body);
+}
+
+TEST_F(HttpServerTest, ReadsChunkedBodies)
+{
+    start();
+    RawClient client(port);
+    const RawResponse response =
+        client.ask("POST /cimom HTTP/1.1\r\nHost: s\r\nTE: chunked, trailers\r\n"
+                   "Transfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n");
+    EXPECT_EQ("abcde", response.body);
+}
+
+TEST_F(HttpServerTest, DeliversLargeAnswersWhole)
+{
+    start();
+    RawClient client(port);
+    EXPECT_EQ(EchoHandler::kLargeBytes, client.ask(post("large")).body.size());
+    EXPECT_EQ("next", client.ask(post("next")).body);
+}
+
+TEST_F(HttpServerTest, TellsTheHandlerWhoAsks)
+{
+    start();
+    const std::string peer = RawClient(port).ask(post("peer")).body;
+    EXPECT_EQ(0U, peer.find("127.0.0.1:")) << peer;
+}
+
+TEST_F(HttpServerTest, ListensOnIpv6)
+{
+    try
+    {
+        start(Limits(), "[::1]");
+    }
+    catch (const std::runtime_error& error)
+    {
+        GTEST_SKIP() << "this machine has no IPv6 loopback: " << error.what();
+    }
+    const std::string peer = RawClient(port, true).ask(post("peer")).body;
+    EXPECT_EQ(0U, peer.find("[::1]:")) << peer;
+}
+
+struct TooLarge
+{
+    const char* name;
+    std::string bytes;
+    bool usableAfterwards;
+};
+
+void PrintTo(const TooLarge& row, std::ostream* out)
+{
+    *out << row.name;
+}
+
+class HttpServerLimit : public HttpServerTest, public ::testing::WithParamInterface<TooLarge>
+{
+};
+
+constexpr std::size_t kBodyLimit = 1000;
+
+TEST_P(HttpServerLimit, IsAnsweredAsTooLarge)
+{
+    Limits limits;
+    limits.bodyBytes = kBodyLimit;
+    limits.discardBytes = 100 * kBodyLimit;
+    start(limits);
+    RawClient client(port);
+    EXPECT_EQ(413, client.ask(GetParam().bytes).status);
+    if (GetParam().usableAfterwards)
+        EXPECT_EQ("next", client.ask(post("next")).body);
+    else
+        EXPECT_NO_THROW(client.awaitClose());
+}
+
+const TooLarge kTooLarge[] = {
+    {"OneByteMore", post(std::string(kBodyLimit + 1, 'x')), true},
+    {"MuchMore", post(std::string(kBodyLimit * 90, 'x')), true},
+    {"Chunked",
+     "POST /cimom HTTP/1.1\r\nHost: s\r\nTransfer-Encoding: chunked\r\n\r\n7d0\r\n" + std::string(2000, 'x') +
+         "\r\n0\r\n\r\n",
+     true},
+    {"OnlyAnnounced", "POST /cimom HTTP/1.1\r\nHost: s\r\nContent-Length: 100001\r\n\r\n", false},
+    {"AskedFirst",
+     "POST /cimom HTTP/1.1\r\nHost: s\r\nExpect: 100-continue\r\nContent-Length: 1001\r\n\r\n",
+     false},
+    {"AbsurdLength",
+     "POST /cimom HTTP/1.1\r\nHost: s\r\nContent-Length: 99999999999999999999999\r\n\r\n",
+     false},
+};
+
+INSTANTIATE_TEST_SUITE_P(Bodies,
+                         HttpServerLimit,
+                         ::testing::ValuesIn(kTooLarge),
+                         [](const auto& row) { return row.param.name; });
+
+TEST_F(HttpServerTest, TakesABodyOfExactlyTheLimit)
+{
+    Limits limits;
+    limits.bodyBytes = kBodyLimit;
+    start(limits);
+    const std::string body(kBodyLimit, 'x');
+    EXPECT_EQ(body, RawClient(port).ask(post(body)).body);
+}
+
+TEST_F(HttpServerTest, HangsUpOnAnEndlessBody)
+{
+    Limits limits;
+    limits.bodyBytes = kBodyLimit;
+    limits.discardBytes = 100 * kBodyLimit;
+    start(limits);
+    RawClient client(port);
+    client.send("POST /cimom HTTP/1.1\r\nHost: s\r\nTransfer-Encoding: chunked\r\n\r\n");
+    const std::string chunk = "7d0\r\n" + std::string(2000, 'x') + "\r\n";
+    // The kernel's buffers take some of it after the server has stopped reading.
+    EXPECT_THROW(
+        {
+            for (int i = 0; i < 100'000; ++i)
+                client.send(chunk);
+        },
+        std::runtime_error);
+}
+
+TEST_F(HttpServerTest, RefusesHeadsThatAreTooLarge)
+{
+    start();
+    const std::string header = "X-Filler: " + std::string(2 * Limits().headBytes, 'x') + "\r\n";
+    EXPECT_EQ(431, RawClient(port).ask(post("body", header)).status);
+}
+
+TEST_F(HttpServerTest, ReadsTheBodyOfARefusedRequestAndGoesOn)
+{
+    start();
+    RawClient client(port);
+    const RawResponse refused =
+        client.ask("POST /refused HTTP/1.1\r\nHost: s\r\nContent-Length: 4\r\n\r\nbody");
+    EXPECT_EQ(403, refused.status);
+    EXPECT_EQ("no", refused.body);
+    EXPECT_EQ("next", client.ask(post("next")).body);
+}
+
+TEST_F(HttpServerTest, InvitesTheBodyOfAClientThatAsksFirst)
+{
+    start();
+    RawClient client(port);
+    client.send("POST /cimom HTTP/1.1\r\nHost: s\r\nExpect: 100-continue\r\nContent-Length: 4\r\n\r\n");
+    EXPECT_EQ(100, client.receive().status);
+    EXPECT_EQ("body", client.ask("body").body);
+}
+
+TEST_F(HttpServerTest, SaysSoWhenTheHandlerBreaks)
+{
+    start();
+    RawClient client(port);
+    EXPECT_EQ(500, client.ask(post("throw")).status);
+    EXPECT_EQ("next", client.ask(post("next")).body);
+}
+
+TEST_F(HttpServerTest, RefusesWhatDoesNotFitTheQueue)
+{
+    Limits limits;
+    limits.workers = 1;
+    limits.queuedRequests = 0;
+    start(limits);
+    RawClient running(port);
+    running.send(post("wait"));
+    handler.awaitWaiting(1);
+
+    RawClient refused(port);
+    EXPECT_EQ(503, refused.ask(post("too much")).status);
+    handler.release();
+    EXPECT_EQ("wait", running.receive().body);
+    EXPECT_EQ(200, refused.ask(post("again")).status);
+}
+
+TEST_F(HttpServerTest, SurvivesAClientThatLeavesBeforeItsAnswer)
+{
+    start();
+    {
+        RawClient client(port);
+        client.send(post("wait"));
+        handler.awaitWaiting(1);
+    }
+    handler.release();
+    EXPECT_EQ("next", RawClient(port).ask(post("next")).body);
+}
+
+TEST_F(HttpServerTest, FinishesRequestsInFlightWhenStopped)
+{
+    start();
+    RawClient busy(port);
+    busy.send(post("wait"));
+    handler.awaitWaiting(1);
+    RawClient kept(port);
+    EXPECT_EQ("before", kept.ask(post("before")).body);
+
+    EXPECT_FALSE(server->stop(std::chrono::milliseconds(0))) << "a handler is running";
+    EXPECT_FALSE(canConnect(port));
+    const RawResponse late = kept.ask(post("late"));
+    EXPECT_EQ(503, late.status);
+    EXPECT_EQ("close", late.header("Connection"));
+
+    handler.release();
+    const RawResponse answer = busy.receive();
+    EXPECT_EQ("wait", answer.body);
+    EXPECT_EQ("close", answer.header("Connection"));
+    EXPECT_TRUE(server->stop(kLong));
+}
+
+TEST_F(HttpServerTest, ServesManyClientsAtOnce)
+{
+    start();
+    std::vector<std::thread> clients;
+    std::vector<int> right(8, 0);
+    for (std::size_t i = 0; i < right.size(); ++i)
+        clients.emplace_back(
+            [this, i, &right]
+            {
+                RawClient client(port);
+                for (int n = 0; n < 50; ++n)
+                {
+                    const std::string body = std::to_string(i) + ":" + std::to_string(n);
+                    right[i] += client.ask(post(body)).body == body ? 1 : 0;
+                }
+            });
+    for (std::thread& client : clients)
+        client.join();
+    EXPECT_EQ(std::vector<int>(8, 50), right);
+    EXPECT_TRUE(server->stop(kLong));
+}
+
+TEST(ListenSocketTest, SaysWhichAddressFailsAndWhy)
+{
+    const ListenSocket taken("127.0.0.1", 0, 1);
+    const auto reason = [](const std::string& address, std::uint16_t port)
+    {
+        try
+        {
+            ListenSocket socket(address, port, 1);
+        }
+        catch (const std::runtime_error& error)
+        {
+            return std::string(error.what());
+        }
+        return std::string("no error");
+    };
+    EXPECT_EQ("cannot listen on http://127.0.0.1:" + std::to_string(taken.port()) +
+                  ": bind: Address already in use",
+              reason("127.0.0.1", taken.port()));
+    EXPECT_EQ(0U, reason("localhost", 0).find("cannot listen on \"localhost\": not an IPv4 or IPv6 address"));
+}
+
+} // namespace
+} // namespace cimd
