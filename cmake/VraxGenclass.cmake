@@ -45,4 +45,8 @@ function(vrax_genclass target)
     add_library(${target} STATIC ${outputs})
     target_include_directories(${target} SYSTEM PUBLIC "${arg_OUTPUT}")
     target_link_libraries(${target} PUBLIC cimple PRIVATE vrax_options)
+    if(CIMPLE_ROOT)
+        # The original's flag and offset macros are wider than the fields they initialise.
+        target_compile_options(${target} PRIVATE -Wno-narrowing)
+    endif()
 endfunction()

@@ -56,6 +56,8 @@ def _check_name(model, feature):
 def _check_override(model, feature):
     overridden = model.superclass.find(feature.item.name) if model.superclass else None
     named = feature.item.qualifiers.get("override")
+    if named is not None and overridden is not None and named.value.lower() != feature.item.name.lower():
+        raise model.compiled.error(f"overrides {named.value} under another name", feature.item.name)
     if overridden is None:
         if named is not None:
             raise model.compiled.error(f"overrides {named.value}, which no superclass declares", feature.item.name)

@@ -62,17 +62,19 @@ def _unsupported(model, method):
 def _dispatch(model, methods):
     out = [f"template <>\nstruct Method_Dispatch<{model.name}>\n{{\n    template <class Provider>\n"]
     if not methods:
-        out.append(f"    static int invoke(Provider*, const {model.name}*, Instance*)\n    {{\n        return -1;\n    }}\n}};\n")
+        out.append(f"    static int invoke(Provider*, const {model.name}*, Instance*)\n"
+                   "    {\n        return -1;\n    }\n};\n")
         return "".join(out)
-    uses_self = any(not method.has("static") for method in methods)
-    out.append(f"    static int invoke(Provider* provider, const {model.name}* {'self' if uses_self else ''}, Instance* method)\n    {{\n"
+    target = " self" if any(not method.has("static") for method in methods) else ""
+    out.append(f"    static int invoke(Provider* provider, const {model.name}*{target}, Instance* method)\n    {{\n"
                "        const char* name = method->meta_class->name;\n")
     for method in methods:
-        arguments = [] if method.has("static") else ["self"]
-        arguments += [f"record->{element.name}" for element in member_names(method)]
+        passed = [] if method.has("static") else ["self"]
+        passed += [f"record->{element.name}" for element in member_names(method)]
+        arguments = ",\n                ".join(passed)
         out.append(f'        if (strcasecmp(name, "{method.name}") == 0)\n        {{\n'
                    f"            {method_class(model.name, method.name)}* record =\n"
                    f"                static_cast<{method_class(model.name, method.name)}*>(method);\n"
-                   f"            return provider->{method.name}({', '.join(arguments)});\n        }}\n")
+                   f"            return provider->{method.name}({arguments});\n        }}\n")
     out.append("        return -1;\n    }\n};\n")
     return "".join(out)

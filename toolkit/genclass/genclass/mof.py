@@ -35,7 +35,7 @@ class CompiledClass:
         declaration, line = f"class {self.cim.classname}", self.text.line
         if found:
             declaration, line = f"{declaration}: {kind} {found.name}", found.line
-            argument = next((p for p in found.parameters if parameter and p.name.lower() == parameter.lower()), None)
+            argument = found.parameter(parameter) if parameter else None
             if argument:
                 declaration, line = f"{declaration}: parameter {argument.name}", argument.line
         return GenclassError(self.place(line), declaration, message)
@@ -79,7 +79,10 @@ class _LexerProbe:
 
 
 class MofReader:
-    """Compiles files once each. `classes` maps lower-case names to CompiledClass, `qualifiers` names to declarations."""
+    """Compiles files once each.
+
+    `classes` maps lower-case names to CompiledClass, `qualifiers` names to declarations; `files` were read for them.
+    """
 
     def __init__(self, search_path):
         self.classes = {}
@@ -149,7 +152,7 @@ class MofReader:
             raise self._error(path, str(error)) from error
 
     def _error(self, path, message, looked_ahead=True):
-        """An error of the compiler at the last token it had read, or at the one before if that was only a look ahead."""
+        """An error of the compiler at the last token it had read, or at the one before where it looked ahead."""
         path = self._compiler.parser.file or path
         mof = self._compiler.parser.mof
         read = list(source.tokens(mof[:self._probe.current.lexpos]))[-2:]

@@ -46,6 +46,9 @@ class FeatureText:
     default: list = field(default_factory=list)
     parameters: list = field(default_factory=list)  # of FeatureText
 
+    def parameter(self, name):
+        return next((p for p in self.parameters if p.name.lower() == name.lower()), None)
+
 
 @dataclass
 class ClassText:
