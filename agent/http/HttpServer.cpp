@@ -151,7 +151,7 @@ class HttpServer::Impl
         if (!_stopping.exchange(true))
             FileDescriptor listening(MHD_quiesce_daemon(_daemon));
         std::unique_lock<std::mutex> lock(_mutex);
-        _changed.wait_for(lock, grace, [this] { return _exchanges == 0; });
+        _changed.wait_for(lock, grace, [this] { return _exchanges == 0 && _running == 0; });
         return _running == 0;
     }
 
