@@ -68,6 +68,7 @@ class CIMPLE_CIMPLE_LINKAGE String
     struct Rep;
 
     char* mutable_data(size_t capacity);
+    bool owns(const char* s) const;
 
     Rep* _rep; // null for the empty string
 };
