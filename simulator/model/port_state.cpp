@@ -1,0 +1,112 @@
+// What follows from the facts of a port: its state, type, speed and name.
+#include "simulator/model/fabric_model.h"
+#include "simulator/model/hex.h"
+
+#include <algorithm>
+
+namespace simulator
+{
+namespace
+{
+
+constexpr std::size_t kWwnDigits = 16;
+constexpr std::size_t kPortDigits = 3;
+constexpr std::size_t kLowDigits = 12; // the IEEE part of a WWN
+
+bool hasLink(const Port& port)
+{
+    const bool connected = port.nodes > 0 || port.isl;
+    return port.facts.link == LinkState::up || (port.facts.link == LinkState::automatic && connected);
+}
+
+// The slower of two speeds, where automatic sets no limit.
+LinkSpeed slower(LinkSpeed a, LinkSpeed b)
+{
+    if (a == LinkSpeed::automatic || b == LinkSpeed::automatic)
+    {
+        return a == LinkSpeed::automatic ? b : a;
+    }
+    return std::min(a, b);
+}
+
+} // namespace
+
+std::string_view operState(const Switch& owner, const Port& port)
+{
+    const AdminState state =
+        owner.facts.adminState != AdminState::online ? owner.facts.adminState : port.facts.adminState;
+    if (state != AdminState::online)
+    {
+        return toText(state);
+    }
+    if (port.facts.failed)
+    {
+        return "Downed";
+    }
+    if (!hasLink(port))
+    {
+        return "Offline";
+    }
+    return port.isl && port.isolated ? "Isolated" : "Online";
+}
+
+bool isOnline(const Switch& owner, const Port& port)
+{
+    return operState(owner, port) == "Online";
+}
+
+std::string_view runningType(const Switch& owner, const Port& port)
+{
+    const bool negotiated = port.facts.type == PortType::g || port.facts.type == PortType::gl;
+    if (!negotiated)
+    {
+        return toText(port.facts.type);
+    }
+    if (!isOnline(owner, port))
+    {
+        return "Unknown";
+    }
+    if (port.isl)
+    {
+        return "E";
+    }
+    if (port.loop && port.facts.type == PortType::gl)
+    {
+        return "FL";
+    }
+    return port.nodes > 0 ? "F" : toText(port.facts.type);
+}
+
+LinkSpeed linkSpeed(const Switch& owner, const Port& port)
+{
+    if (!isOnline(owner, port))
+    {
+        return LinkSpeed::automatic;
+    }
+    return slower(port.facts.speedCapability, slower(port.facts.speed, port.nodeSpeed));
+}
+
+std::string portWwn(std::string_view switchWwn, int number)
+{
+    if (switchWwn.size() != kWwnDigits)
+    {
+        return {};
+    }
+    const auto digits = hexOf(static_cast<std::uint64_t>(number), kPortDigits);
+    return "2" + digits + std::string(switchWwn.substr(kWwnDigits - kLowDigits));
+}
+
+std::optional<int> portNumberOf(std::string_view switchWwn, std::string_view wwn)
+{
+    std::uint64_t number = 0;
+    const bool ours = isHex(switchWwn, kWwnDigits) && isHex(wwn, kWwnDigits) && wwn.front() == '2' &&
+                      upperCase(wwn.substr(kWwnDigits - kLowDigits)) ==
+                          upperCase(switchWwn.substr(kWwnDigits - kLowDigits));
+    if (!ours || !parseHex(wwn.substr(1, kPortDigits), number))
+    {
+        return std::nullopt;
+    }
+    return static_cast<int>(number);
+}
+
+} // namespace simulator

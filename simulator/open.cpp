@@ -1,0 +1,65 @@
+// Starting and saving the simulated switch from a program that hosts the platform library.
+#include "simulator/open.h"
+
+#include "simulator/engine/engine.h"
+#include "simulator/scenario/scenario_json.h"
+
+#include <cstdio>
+#include <exception>
+
+namespace simulator
+{
+namespace
+{
+
+template <class Run> // void()
+int report(const char* path, char* message, size_t messageSize, Run run)
+{
+    const auto tell = [message, messageSize](const char* text)
+    {
+        if (message != nullptr && messageSize != 0)
+        {
+            std::snprintf(message, messageSize, "%s", text);
+        }
+    };
+    try
+    {
+        if (path == nullptr || *path == '\0')
+        {
+            tell("no scenario file named");
+            return -1;
+        }
+        run();
+        tell("");
+        return 0;
+    }
+    catch (const std::exception& error)
+    {
+        tell(error.what());
+        return -1;
+    }
+}
+
+} // namespace
+} // namespace simulator
+
+using namespace simulator;
+
+extern "C" int vraxsim_open(const char* scenarioPath, char* message, size_t messageSize)
+{
+    return report(
+        scenarioPath, message, messageSize, [&] { Engine::instance().open(readScenario(scenarioPath)); });
+}
+
+extern "C" int vraxsim_save(const char* scenarioPath, char* message, size_t messageSize)
+{
+    return report(scenarioPath,
+                  message,
+                  messageSize,
+                  [&]
+                  {
+                      const Scenario scenario = Engine::instance().read(
+                          [](const FabricModel& model, std::uint64_t) { return model.toScenario(); });
+                      writeScenario(scenario, scenarioPath);
+                  });
+}

@@ -1,0 +1,22 @@
+// Starting and saving the simulated switch from a program that hosts the platform library.
+#ifndef SIMULATOR_OPEN_H
+#define SIMULATOR_OPEN_H
+
+#include <stddef.h>
+
+// Both return 0, or -1 with a text in `message` (cut to messageSize bytes, always terminated; may be null)
+// and nothing is changed. They may be called at any time and from any thread that holds nothing of the data
+// cache.
+extern "C"
+{
+
+    // Replaces the fabric by that of a scenario file. When it was never called, the first platform call opens
+    // the built-in scenario.
+    int vraxsim_open(const char* scenarioPath, char* message, size_t messageSize);
+
+    // Writes the durable part of the fabric as a scenario file, in one step: configuration, names, switches,
+    // nodes and links, but no counters.
+    int vraxsim_save(const char* scenarioPath, char* message, size_t messageSize);
+}
+
+#endif

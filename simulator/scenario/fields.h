@@ -1,0 +1,120 @@
+// The fields of a scenario, named once for the reader, the writer and whoever comes next.
+//
+// A visitor offers number, text, wwn, choice, flag, address, bytes and codes; each takes the field's name in
+// the file, the value and what limits it. Required fields are passed as such; the others keep the value they
+// have.
+#ifndef SIMULATOR_SCENARIO_FIELDS_H
+#define SIMULATOR_SCENARIO_FIELDS_H
+
+#include "simulator/scenario/scenario.h"
+
+#include <cstddef>
+
+namespace simulator
+{
+
+enum class Presence
+{
+    optional,
+    required
+};
+
+constexpr std::size_t kPortReservedSize = 288;  // bytes of the port record that belong to other services
+constexpr std::size_t kSwitchReservedSize = 69; // the same of the switch record, in their order
+
+// `Port` is PortScenario or const PortScenario; likewise below.
+template <class Visitor, class Port>
+void visitPort(Visitor& visit, Port& port, bool local)
+{
+    visit.wwn("wwn", port.wwn);
+    visit.choice("adminState", port.adminState);
+    visit.choice("type", port.type);
+    visit.choice("link", port.link);
+    visit.flag("failed", port.failed);
+    if (!local)
+    {
+        return;
+    }
+    visit.text("name", port.name, 255);
+    visit.choice("hardware", port.hardware);
+    visit.choice("speedCapability", port.speedCapability);
+    visit.choice("speed", port.speed);
+    visit.choice("diagnostics", port.diagnostics);
+    visit.choice("rscn", port.rscn);
+    visit.flag("autoPerfTuning", port.autoPerfTuning);
+    visit.flag("mfs", port.mfs);
+    visit.flag("lcf", port.lcf);
+    visit.flag("vi", port.vi);
+    visit.flag("scan", port.scan);
+    visit.number("maxCredit", port.maxCredit, 0, 65535);
+    visit.number("rxLoadPercent", port.rxLoadPercent, 0, 100);
+    visit.number("txLoadPercent", port.txLoadPercent, 0, 100);
+    visit.number(
+        "frameBytes", port.frameBytes, 36, 2148); // FC-FS-3: header, CRC and delimiters up to a full frame
+    visit.number("class2Percent", port.class2Percent, 0, 100);
+    visit.number("errorsPerHour", port.errorsPerHour, 0, 1000000);
+    visit.bytes("reserved", port.reserved, kPortReservedSize);
+}
+
+// All fields but "local", which decides what else there is, and the ports.
+template <class Visitor, class Switch>
+void visitSwitch(Visitor& visit, Switch& one)
+{
+    visit.number("domain", one.domain, 1, kMaxDomainId, Presence::required);
+    visit.wwn("wwn", one.wwn, Presence::required);
+    visit.text("name", one.name, 32);
+    if (!one.local)
+    {
+        return;
+    }
+    visit.text("type", one.type, 64);
+    visit.text("productName", one.productName, 128);
+    visit.choice("adminState", one.adminState);
+    visit.choice("configuredAdminState", one.configuredAdminState);
+    visit.flag("transparent", one.transparent);
+    visit.codes("faults", one.faults);
+    visit.number("preferredDomain", one.preferredDomain, 0, kMaxDomainId);
+    visit.flag("domainLocked", one.domainLocked);
+    visit.number("principalPriority", one.principalPriority, 0, 255);
+    visit.bytes("reserved", one.reserved, kSwitchReservedSize);
+}
+
+template <class Visitor, class Node>
+void visitNode(Visitor& visit, Node& node)
+{
+    visit.number("domain", node.domain, 1, kMaxDomainId, Presence::required);
+    visit.number("port", node.port, 0, kMaxRemotePorts - 1, Presence::required);
+    visit.address("address", node.address);
+    visit.wwn("portWwn", node.portWwn, Presence::required);
+    visit.wwn("nodeWwn", node.nodeWwn);
+    visit.text("portName", node.portName, 255);
+    visit.text("nodeName", node.nodeName, 255);
+    visit.choice("role", node.role);
+    visit.choice("type", node.type);
+    visit.text("classes", node.classes, 63);
+    visit.text("protocols", node.protocols, 255);
+    visit.choice("speed", node.speed);
+}
+
+template <class Visitor, class Isl>
+void visitIsl(Visitor& visit, Isl& link)
+{
+    visit.number("domain", link.domain, 1, kMaxDomainId, Presence::required);
+    visit.number("port", link.port, 0, kMaxRemotePorts - 1, Presence::required);
+    visit.number("toDomain", link.toDomain, 1, kMaxDomainId, Presence::required);
+    visit.number("toPort", link.toPort, 0, kMaxRemotePorts - 1, Presence::required);
+    visit.flag("isolated", link.isolated);
+}
+
+template <class Visitor, class Facts>
+void visitScenario(Visitor& visit, Facts& scenario)
+{
+    visit.number("seed", scenario.seed, 0, 1000000000);
+    visit.number("uptimeSeconds", scenario.uptimeSeconds, 0, 1000000000);
+    visit.number("principal", scenario.principal, 0, kMaxDomainId);
+    visit.flag("noPrincipal", scenario.noPrincipal);
+}
+
+} // namespace simulator
+
+#endif

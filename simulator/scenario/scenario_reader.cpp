@@ -1,0 +1,220 @@
+// Reads scenarios: JSON, strictly, with errors that say where and what was expected.
+#include "simulator/scenario/json_fields.h"
+#include "simulator/scenario/scenario_json.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+namespace simulator
+{
+namespace
+{
+
+// "12:7" of a byte position, both counted from 1.
+std::string lineAndColumn(std::string_view text, std::size_t position)
+{
+    const std::string_view before = text.substr(0, std::min(position, text.size()));
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    const std::size_t lineStart = before.rfind('\n') + 1; // npos + 1 is 0: the first line
+    return std::to_string(line) + ":" + std::to_string(before.size() - lineStart + 1);
+}
+
+// The parser keeps one of two fields of the same name without a word; authors want to hear of it.
+class DuplicateCheck
+{
+  public:
+    void operator()(Json::parse_event_t event, const Json& parsed)
+    {
+        if (event == Json::parse_event_t::object_start)
+        {
+            _open.emplace_back();
+        }
+        else if (event == Json::parse_event_t::object_end)
+        {
+            _open.pop_back();
+        }
+        else if (event == Json::parse_event_t::key && !_open.back().insert(parsed.get<std::string>()).second)
+        {
+            throw ScenarioError(
+                "", "the field \"" + parsed.get<std::string>() + "\" appears twice in one object");
+        }
+    }
+
+  private:
+    std::vector<std::set<std::string>> _open;
+};
+
+Json parseJson(std::string_view text, const std::string& source)
+{
+    try
+    {
+        DuplicateCheck check;
+        return Json::parse(text.begin(),
+                           text.end(),
+                           [&check](int, Json::parse_event_t event, Json& parsed)
+                           {
+                               check(event, parsed);
+                               return true;
+                           });
+    }
+    catch (const ScenarioError& error)
+    {
+        throw ScenarioError(source, error.what());
+    }
+    catch (const Json::parse_error& error)
+    {
+        // The library's text begins with its own error number and position.
+        const std::string what = error.what();
+        const std::size_t start = what.find(": ");
+        const std::size_t position = error.byte == 0 ? 0 : error.byte - 1;
+        throw ScenarioError(source + ":" + lineAndColumn(text, position),
+                            start == std::string::npos ? what : what.substr(start + 2));
+    }
+}
+
+PortScenario* findPort(std::vector<PortScenario>& ports, int number)
+{
+    const auto found = std::find_if(
+        ports.begin(), ports.end(), [number](const PortScenario& port) { return port.number == number; });
+    return found == ports.end() ? nullptr : &*found;
+}
+
+// A switch has portCount ports like portDefaults; entries of "ports" change some of them or add others.
+void readPorts(JsonFieldReader& fields, SwitchScenario& one)
+{
+    PortScenario base;
+    if (const Json* defaults = fields.object("portDefaults"))
+    {
+        JsonFieldReader baseFields(*defaults, fields.placeOf("portDefaults"));
+        visitPort(baseFields, base, one.local);
+        baseFields.finish();
+    }
+    int count = 0;
+    fields.number("portCount", count, 0, one.local ? kMaxLocalPorts : kMaxRemotePorts);
+    for (base.number = 0; base.number < count; ++base.number)
+    {
+        one.ports.push_back(base);
+    }
+    const Json* list = fields.array("ports");
+    if (list == nullptr)
+    {
+        return;
+    }
+    std::set<int> described;
+    for (std::size_t i = 0; i < list->size(); ++i)
+    {
+        const Json& entry = (*list)[i];
+        const std::string place = fields.placeOf("ports") + "/" + std::to_string(i);
+        JsonFieldReader portFields(entry, place);
+        int number = 0;
+        portFields.number("number", number, 0, kMaxRemotePorts - 1, Presence::required);
+        if (!described.insert(number).second)
+        {
+            throw ScenarioError(place + "/number", "port " + std::to_string(number) + " is described twice");
+        }
+        PortScenario* existing = findPort(one.ports, number);
+        PortScenario port = existing != nullptr ? *existing : base;
+        port.number = number;
+        visitPort(portFields, port, one.local);
+        portFields.finish();
+        if (existing != nullptr)
+        {
+            *existing = port;
+        }
+        else
+        {
+            one.ports.push_back(port);
+        }
+    }
+    std::sort(one.ports.begin(),
+              one.ports.end(),
+              [](const PortScenario& a, const PortScenario& b) { return a.number < b.number; });
+}
+
+SwitchScenario readSwitch(const Json& object, const std::string& place)
+{
+    SwitchScenario one;
+    JsonFieldReader fields(object, place);
+    fields.flag("local", one.local);
+    visitSwitch(fields, one);
+    readPorts(fields, one);
+    fields.finish();
+    return one;
+}
+
+template <class T, class Read>
+std::vector<T> readList(JsonFieldReader& fields, const char* name, Read read)
+{
+    std::vector<T> result;
+    const Json* list = fields.array(name);
+    for (std::size_t i = 0; list != nullptr && i < list->size(); ++i)
+    {
+        result.push_back(read((*list)[i], fields.placeOf(name) + "/" + std::to_string(i)));
+    }
+    return result;
+}
+
+Scenario readTop(const Json& top)
+{
+    Scenario scenario;
+    JsonFieldReader fields(top, "");
+    visitScenario(fields, scenario);
+    scenario.switches = readList<SwitchScenario>(fields, "switches", readSwitch);
+    scenario.nodes = readList<NodeScenario>(fields,
+                                            "nodes",
+                                            [](const Json& object, const std::string& place)
+                                            {
+                                                NodeScenario node;
+                                                JsonFieldReader nodeFields(object, place);
+                                                visitNode(nodeFields, node);
+                                                nodeFields.finish();
+                                                return node;
+                                            });
+    scenario.isls = readList<IslScenario>(fields,
+                                          "isls",
+                                          [](const Json& object, const std::string& place)
+                                          {
+                                              IslScenario link;
+                                              JsonFieldReader linkFields(object, place);
+                                              visitIsl(linkFields, link);
+                                              linkFields.finish();
+                                              return link;
+                                          });
+    fields.finish();
+    return scenario;
+}
+
+} // namespace
+
+Scenario parseScenario(std::string_view text, const std::string& source)
+{
+    const Json top = parseJson(text, source);
+    try
+    {
+        Scenario scenario = readTop(top);
+        validate(scenario);
+        return scenario;
+    }
+    catch (const ScenarioError& error)
+    {
+        throw ScenarioError(source, error.what());
+    }
+}
+
+Scenario readScenario(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf(); // fails without being bad when the file is empty
+    if (!file || text.bad())
+    {
+        throw ScenarioError(path, std::string("cannot read the scenario: ") + std::strerror(errno));
+    }
+    return parseScenario(text.str(), path);
+}
+
+} // namespace simulator

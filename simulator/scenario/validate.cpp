@@ -1,0 +1,178 @@
+// Checks that the parts of a scenario fit one another.
+#include "simulator/scenario/scenario.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace simulator
+{
+namespace
+{
+
+std::string at(const char* list, std::size_t index, const char* field)
+{
+    return "/" + std::string(list) + "/" + std::to_string(index) + "/" + field;
+}
+
+std::string lowerCase(std::string text)
+{
+    for (char& c : text)
+    {
+        c = (c >= 'A' && c <= 'F') ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return text;
+}
+
+class Validator
+{
+  public:
+    explicit Validator(const Scenario& scenario) : _scenario(scenario) {}
+
+    void run()
+    {
+        checkSwitches();
+        checkIsls();
+        checkNodes();
+        const bool known = _scenario.principal == 0 || _ports.count(_scenario.principal) != 0;
+        if (!known)
+        {
+            throw ScenarioError("/principal", "no switch has domain " + std::to_string(_scenario.principal));
+        }
+    }
+
+  private:
+    void checkSwitches()
+    {
+        int locals = 0;
+        std::set<std::string> wwns;
+        for (std::size_t i = 0; i < _scenario.switches.size(); ++i)
+        {
+            const SwitchScenario& one = _scenario.switches[i];
+            if (!_ports.emplace(one.domain, std::set<int>()).second)
+            {
+                throw ScenarioError(at("switches", i, "domain"),
+                                    "domain " + std::to_string(one.domain) + " is used twice");
+            }
+            if (!wwns.insert(lowerCase(one.wwn)).second)
+            {
+                throw ScenarioError(at("switches", i, "wwn"), one.wwn + " is used twice");
+            }
+            locals += one.local ? 1 : 0;
+            checkPorts(one, at("switches", i, "ports"));
+        }
+        if (locals != 1)
+        {
+            throw ScenarioError("/switches",
+                                "expected exactly one switch with \"local\": true, got " +
+                                    std::to_string(locals));
+        }
+    }
+
+    void checkPorts(const SwitchScenario& owner, const std::string& place)
+    {
+        const int limit = owner.local ? kMaxLocalPorts : kMaxRemotePorts;
+        std::set<int>& numbers = _ports[owner.domain];
+        for (const PortScenario& port : owner.ports)
+        {
+            if (port.number < 0 || port.number >= limit)
+            {
+                throw ScenarioError(place,
+                                    "expected port numbers 0 to " + std::to_string(limit - 1) + ", got " +
+                                        std::to_string(port.number));
+            }
+            if (port.speedCapability == LinkSpeed::automatic)
+            {
+                throw ScenarioError(
+                    place, "port " + std::to_string(port.number) + ": speedCapability cannot be Auto");
+            }
+            if (!numbers.insert(port.number).second)
+            {
+                throw ScenarioError(place, "port " + std::to_string(port.number) + " appears twice");
+            }
+        }
+    }
+
+    void checkPort(int domain, int port, const std::string& domainPlace, const std::string& portPlace) const
+    {
+        const auto found = _ports.find(domain);
+        if (found == _ports.end())
+        {
+            throw ScenarioError(domainPlace, "no switch has domain " + std::to_string(domain));
+        }
+        if (found->second.count(port) == 0)
+        {
+            throw ScenarioError(portPlace,
+                                "the switch of domain " + std::to_string(domain) + " has no port " +
+                                    std::to_string(port));
+        }
+    }
+
+    void takeForIsl(int domain, int port, const std::string& place)
+    {
+        if (!_islPorts.emplace(domain, port).second)
+        {
+            throw ScenarioError(place, "port " + std::to_string(port) + " already has a link");
+        }
+    }
+
+    void checkIsls()
+    {
+        for (std::size_t i = 0; i < _scenario.isls.size(); ++i)
+        {
+            const IslScenario& link = _scenario.isls[i];
+            checkPort(link.domain, link.port, at("isls", i, "domain"), at("isls", i, "port"));
+            checkPort(link.toDomain, link.toPort, at("isls", i, "toDomain"), at("isls", i, "toPort"));
+            takeForIsl(link.domain, link.port, at("isls", i, "port"));
+            takeForIsl(link.toDomain, link.toPort, at("isls", i, "toPort"));
+        }
+    }
+
+    void checkNodes() const
+    {
+        if (_scenario.nodes.size() > static_cast<std::size_t>(kMaxNodes))
+        {
+            throw ScenarioError("/nodes",
+                                "expected at most " + std::to_string(kMaxNodes) + " nodes, got " +
+                                    std::to_string(_scenario.nodes.size()));
+        }
+        std::set<std::uint32_t> addresses;
+        for (std::size_t i = 0; i < _scenario.nodes.size(); ++i)
+        {
+            const NodeScenario& node = _scenario.nodes[i];
+            checkPort(node.domain, node.port, at("nodes", i, "domain"), at("nodes", i, "port"));
+            if (_islPorts.count({node.domain, node.port}) != 0)
+            {
+                throw ScenarioError(at("nodes", i, "port"),
+                                    "port " + std::to_string(node.port) + " has a link to another switch");
+            }
+            if (node.address == 0)
+            {
+                continue;
+            }
+            if (node.address >> 16 != static_cast<std::uint32_t>(node.domain))
+            {
+                throw ScenarioError(at("nodes", i, "address"),
+                                    "expected an address of domain " + std::to_string(node.domain) +
+                                        ": the domain is its first byte");
+            }
+            if (!addresses.insert(node.address).second)
+            {
+                throw ScenarioError(at("nodes", i, "address"), "the address is used twice");
+            }
+        }
+    }
+
+    const Scenario& _scenario;
+    std::map<int, std::set<int>> _ports; // port numbers by domain
+    std::set<std::pair<int, int>> _islPorts;
+};
+
+} // namespace
+
+void validate(const Scenario& scenario)
+{
+    Validator(scenario).run();
+}
+
+} // namespace simulator

@@ -1,0 +1,168 @@
+// The attribute store's calls.
+#include "platform/xpl_sml.h"
+
+#include "simulator/engine/engine.h"
+#include "simulator/keys/attribute_keys.h"
+#include "simulator/services/session.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+namespace simulator
+{
+namespace
+{
+
+// The key of an entry; empty when the text does not end within its field.
+std::string_view keyOf(const xpl_smlEntry& entry)
+{
+    const void* end = std::memchr(entry.key, '\0', sizeof entry.key);
+    return end != nullptr ? std::string_view(entry.key) : std::string_view();
+}
+
+std::int32_t readKey(const FabricModel& model, std::string_view key, std::uint64_t now, char* value)
+{
+    Probe& probe = Engine::instance().probe;
+    Answer answer(value);
+    const std::int32_t injected = probe.enterKey(key);
+    if (injected != XPL_OK)
+    {
+        return injected;
+    }
+    std::string given;
+    if (probe.overridden(key, given))
+    {
+        return answer.text(given);
+    }
+    KeyArguments arguments;
+    const ReadHandler* handler = readKeys().find(key, arguments);
+    return handler != nullptr ? (*handler)(model, arguments, now, answer) : std::int32_t{XPL_UNKNOWN_KEY};
+}
+
+std::int32_t writeKey(FabricModel& model, std::string_view key, std::uint64_t now)
+{
+    const std::int32_t injected = Engine::instance().probe.enterKey(key);
+    if (injected != XPL_OK)
+    {
+        return injected;
+    }
+    KeyArguments arguments;
+    const WriteHandler* handler = writeKeys().find(key, arguments);
+    return handler != nullptr ? (*handler)(model, arguments, now) : std::int32_t{XPL_UNKNOWN_KEY};
+}
+
+// What both batch calls check and count before they touch the model.
+std::int32_t beginBatch(Call call, xpl_Handle handle, const xpl_smlEntry* entries, std::uint32_t count)
+{
+    const std::int32_t begun = beginCall(call, handle);
+    if (begun != XPL_OK)
+    {
+        return begun;
+    }
+    if (entries == nullptr && count != 0)
+    {
+        return XPL_INVALID_PARAMETER;
+    }
+    for (std::uint32_t i = 0; i < count; ++i)
+    {
+        if (keyOf(entries[i]).empty())
+        {
+            return XPL_INVALID_PARAMETER;
+        }
+    }
+    return Engine::instance().probe.enterBatch(call, entries, count);
+}
+
+// Formats the key of a single access into `key`; false when it is empty or does not fit.
+[[gnu::format(printf, 2, 0)]] bool
+formatKey(char (&key)[kXplSmlTextSize], const char* format, va_list arguments)
+{
+    const int length = format != nullptr ? std::vsnprintf(key, sizeof key, format, arguments) : 0;
+    return length > 0 && static_cast<std::size_t>(length) < sizeof key;
+}
+
+std::int32_t keep(std::int32_t* error, std::int32_t status)
+{
+    if (error != nullptr)
+    {
+        *error = status;
+    }
+    return status;
+}
+
+} // namespace
+} // namespace simulator
+
+using namespace simulator;
+
+extern "C" int xpl_smlGetBatch(xpl_Handle handle, xpl_smlEntry* entries, std::uint32_t count)
+{
+    const std::int32_t begun = beginBatch(Call::smlGetBatch, handle, entries, count);
+    if (begun != XPL_OK)
+    {
+        return begun;
+    }
+    Engine::instance().read(
+        [&](const FabricModel& model, std::uint64_t now)
+        {
+            for (std::uint32_t i = 0; i < count; ++i)
+            {
+                entries[i].status = readKey(model, entries[i].key, now, entries[i].value);
+            }
+        });
+    return XPL_OK;
+}
+
+extern "C" int xpl_smlBatchSet(xpl_Handle handle, xpl_smlEntry* entries, std::uint32_t count)
+{
+    const std::int32_t begun = beginBatch(Call::smlBatchSet, handle, entries, count);
+    if (begun != XPL_OK)
+    {
+        return begun;
+    }
+    Engine::instance().write(
+        [&](FabricModel& model, std::uint64_t now)
+        {
+            for (std::uint32_t i = 0; i < count; ++i)
+            {
+                entries[i].value[0] = '\0';
+                entries[i].status = writeKey(model, entries[i].key, now);
+            }
+        });
+    return XPL_OK;
+}
+
+extern "C" int xpl_smlGetV(xpl_Handle handle, char* value, std::int32_t* error, const char* keyFormat, ...)
+{
+    char key[kXplSmlTextSize];
+    va_list arguments;
+    va_start(arguments, keyFormat);
+    const bool formatted = formatKey(key, keyFormat, arguments);
+    va_end(arguments);
+    const std::int32_t begun = beginCall(Call::smlGetV, handle);
+    if (begun != XPL_OK || !formatted || value == nullptr)
+    {
+        return keep(error, begun != XPL_OK ? begun : std::int32_t{XPL_INVALID_PARAMETER});
+    }
+    return keep(error,
+                Engine::instance().read([&](const FabricModel& model, std::uint64_t now)
+                                        { return readKey(model, key, now, value); }));
+}
+
+extern "C" int xpl_smlSetV(xpl_Handle handle, std::int32_t* error, const char* keyFormat, ...)
+{
+    char key[kXplSmlTextSize];
+    va_list arguments;
+    va_start(arguments, keyFormat);
+    const bool formatted = formatKey(key, keyFormat, arguments);
+    va_end(arguments);
+    const std::int32_t begun = beginCall(Call::smlSetV, handle);
+    if (begun != XPL_OK || !formatted)
+    {
+        return keep(error, begun != XPL_OK ? begun : std::int32_t{XPL_INVALID_PARAMETER});
+    }
+    return keep(error,
+                Engine::instance().write([&](FabricModel& model, std::uint64_t now)
+                                         { return writeKey(model, key, now); }));
+}
