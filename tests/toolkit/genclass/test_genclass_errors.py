@@ -1,4 +1,4 @@
-"""What the generator says about faulty input: where, which declaration, and what is wrong; and that it writes nothing."""
+"""What the generator says about faulty input: where, which declaration and what is wrong; it then writes nothing."""
 
 import pytest
 
@@ -83,13 +83,21 @@ CASES = {
     "reference narrowed to a stranger": (
         BASE + "[Association]\nclass Test_L\n{\n    [Key] Test_Base REF A;\n    [Key] Test_Base REF B;\n};\n"
         '[Association]\nclass Test_X : Test_L\n{\n    [Override("A")] CIM_Zone REF A;\n};\n',
-        "mof/test.mof:16: class Test_X: property A: overrides a reference to Test_Base, of which CIM_Zone is no subclass"),
+        "mof/test.mof:16: class Test_X: property A: overrides a reference to Test_Base, of which CIM_Zone is no "
+        "subclass"),
     "reference outside an association": (
         BASE + "class Test_X\n{\n    Test_Base REF A;\n};\n",
         "mof/test.mof:9: class Test_X: property A: a reference, but the class is no association"),
     "association below a plain class": (
         BASE + "[Association]\nclass Test_X : Test_Base\n{\n};\n",
         "mof/test.mof:8: class Test_X: is an association but its superclass Test_Base is a class"),
+    "embedded instance in a number": (
+        'class Test_X\n{\n    uint32 Do(\n        [EmbeddedInstance("Test_X")] uint8 A);\n};\n',
+        "mof/test.mof:4: class Test_X: method Do: parameter A: an embedded instance in a uint8, but only a string "
+        "holds one"),
+    "override under another name": (
+        BASE + 'class Test_X : Test_Base\n{\n    [Override("Id")] uint16 Level;\n};\n',
+        "mof/test.mof:9: class Test_X: property Level: overrides Id under another name"),
     "name that C++ takes": (
         "class Test_X\n{\n    uint8 register;\n};\n",
         "mof/test.mof:3: class Test_X: property register: register cannot name a member of the generated C++ class"),

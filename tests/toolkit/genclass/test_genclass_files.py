@@ -79,7 +79,8 @@ def test_a_change_rewrites_only_the_files_it_changes(scratch):
     generate(scratch)
     for path in scratch.folder.rglob("*"):
         os.utime(path, ns=(1, 1))
-    generate(scratch, MOF.replace("class Test_Leaf : Test_Base\n{", "class Test_Leaf : Test_Base\n{\n    uint8 More;"))
+    leaf = "class Test_Leaf : Test_Base\n{"
+    generate(scratch, MOF.replace(leaf, f"{leaf}\n    uint8 More;"))
     touched = {path.name for path in scratch.folder.rglob("*") if path.is_file() and path.stat().st_mtime_ns != 1}
     assert touched - {"test.mof", "providers.def"} == {"Test_Leaf.h", "Test_Leaf.cpp", "repository.xml"}
 
@@ -114,6 +115,24 @@ def test_repository_declares_classes_before_those_that_need_them(scratch):
     assert key.get("OVERRIDABLE") == "false" and key.find("SCOPE").get("REFERENCE") == "true"
     abstract = group.find("QUALIFIER.DECLARATION[@NAME='Abstract']")
     assert abstract.get("TOSUBCLASS") == "false"
+
+
+def test_a_superclass_that_refers_to_its_subclass_still_comes_first(scratch):
+    scratch.write(MOF.replace("[In] Test_Base REF One", "[In] Test_Other REF One")
+                  + "class Test_Other\n{\n    uint8 Do([In] Test_Leaf REF A);\n};\n")
+    assert scratch.run("--class", "Test_Base").returncode == 0
+    declared = [c.get("NAME") for c in ET.parse(scratch.folder / "repository.xml").getroot().iter("CLASS")]
+    assert sorted(declared) == ["Test_Base", "Test_Leaf", "Test_Other", "Test_Part"]
+    assert declared.index("Test_Base") < declared.index("Test_Leaf")
+
+
+def test_an_included_file_is_read_and_listed(scratch):
+    (scratch.folder / "parts").mkdir()
+    scratch.write("class Test_Base\n{\n    [Key] string Id;\n};\n", "../parts/base.mof")
+    scratch.write('#pragma include ("../parts/base.mof")\nclass Test_X : Test_Base\n{\n};\n')
+    result = scratch.run("--class", "Test_X", "--list")
+    assert result.returncode == 0, result.stderr
+    assert "in parts/base.mof" in result.stdout.splitlines()
 
 
 def test_repository_holds_each_classs_own_declarations(scratch):

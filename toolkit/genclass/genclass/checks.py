@@ -87,9 +87,19 @@ def _check_parameters(model, method):
     for index, name in enumerate(names):
         if name in names[:index]:
             raise model.compiled.error("already declared", method.name, name)
+    for parameter in method.parameters:
+        _check_embedded(model, method, parameter)
+
+
+def _check_embedded(model, item, parameter=None):
+    element = parameter or item
+    if element.kind == "embedded" and element.type != "string":
+        raise model.compiled.error(f"an embedded instance in a {element.type}, but only a string holds one", item.name,
+                                   parameter.name if parameter else None)
 
 
 def _check_property(model, item):
+    _check_embedded(model, item)
     if item.kind == "reference" and model.kind != "association":
         raise model.compiled.error("a reference, but the class is no association", item.name)
     if item.kind == "reference" and item.is_array:

@@ -119,10 +119,7 @@ def build_models(reader, names, checks, missing):
     builder = _Builder(reader, checks)
     roots = [builder.resolve(name, lambda _, n=name: missing(n)) for name in names]
     builder.resolve_targets()
-    ordered = {}
-    for root in roots:
-        builder.order(root, ordered)
-    return list(ordered.values())
+    return builder.in_order(roots)
 
 
 class _Builder:
@@ -165,23 +162,35 @@ class _Builder:
             for item, part in _targets(model):
                 self._check_narrowing(model, item, part)
 
-    def order(self, model, ordered):
-        if model.name not in ordered:
-            ordered[model.name] = None
+    def in_order(self, roots):
+        """All models, each after its superclass and, where they do not refer to each other, after its targets."""
+        ordered, unfinished = {}, set()
+
+        def is_below_unfinished(model):
+            return model is not None and (model.name in unfinished or is_below_unfinished(model.superclass))
+
+        def visit(model):
+            if model.name in ordered or is_below_unfinished(model):
+                return
+            unfinished.add(model.name)
             if model.superclass:
-                self.order(model.superclass, ordered)
+                visit(model.superclass)
             for _, part in _targets(model):
-                self.order(self._models[part.target.lower()], ordered)
-            del ordered[model.name]  # keeps its place for after what it needs
+                visit(self._models[part.target.lower()])
+            unfinished.remove(model.name)
             ordered[model.name] = model
+
+        for model in [*roots, *self._models.values()]:  # the latter for those that had to wait
+            visit(model)
+        return list(ordered.values())
 
     def _check_narrowing(self, model, item, part):
         overridden = model.superclass.find(item.name) if model.superclass else None
         if overridden and part is item and part.kind == "reference" and not overridden.is_method:
             target = self._models[part.target.lower()]
             if not target.is_a(overridden.item.target):
-                raise model.compiled.error(f"overrides a reference to {overridden.item.target}, of which {target.name} "
-                                           "is no subclass", item.name)
+                raise model.compiled.error(f"overrides a reference to {overridden.item.target}, of which "
+                                           f"{target.name} is no subclass", item.name)
 
 
 def _targets(model):
