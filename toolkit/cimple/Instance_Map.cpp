@@ -26,13 +26,14 @@ void Instance_Map_Base::clear()
 
 size_t Instance_Map_Base::_insert(Instance* instance)
 {
-    if (_find(instance) != size_t(-1))
+    const Key_Index::Digest digest = Key_Index::digest_of(instance);
+    if (_index->find(_instances, instance, digest) != size_t(-1))
         return size_t(-1);
     const size_t pos = _instances.size();
     _instances.append(instance);
     try
     {
-        _index->add(instance);
+        _index->add(instance, digest);
     }
     catch (...)
     {
@@ -44,7 +45,7 @@ size_t Instance_Map_Base::_insert(Instance* instance)
 
 size_t Instance_Map_Base::_find(const Instance* instance) const
 {
-    return _index->find(_instances, instance);
+    return _index->find(_instances, instance, Key_Index::digest_of(instance));
 }
 
 Instance* Instance_Map_Base::_lookup(const Instance* instance) const
@@ -84,11 +85,10 @@ Instance_Map_Base::_enum_instances(const Instance*, Enum_Instances_Proc proc, vo
 
 Create_Instance_Status Instance_Map_Base::_create_instance(const Instance* instance)
 {
-    if (_find(instance) != size_t(-1))
-        return CREATE_INSTANCE_DUPLICATE;
     Ref<Instance> copied(clone(instance));
-    _insert(copied.ptr());
-    copied.steal();
+    if (_insert(copied.ptr()) == size_t(-1))
+        return CREATE_INSTANCE_DUPLICATE;
+    copied.steal(); // the map's
     return CREATE_INSTANCE_OK;
 }
 

@@ -11,11 +11,7 @@ namespace
 {
 const size_t kMinBuckets = 16;
 
-struct Digest
-{
-    size_t shape; // of the names and types of keys
-    size_t value; // of those and their values
-};
+typedef Key_Index::Digest Digest;
 
 // Spreads a hash over all bits, so that sums of hashes do not collide for related values.
 size_t mix(size_t x)
@@ -35,8 +31,6 @@ size_t hash_of_name(const char* name)
     return hash;
 }
 
-Digest digest_of(const Instance* instance);
-
 Digest digest_of_property(const Instance* instance, const Meta_Property* mp)
 {
     const void* const field = __property_of(instance, mp);
@@ -53,25 +47,8 @@ Digest digest_of_reference(const Instance* instance, const Meta_Reference* mr)
     const Instance* const value = __ref_of(instance, mr);
     if (!value)
         return {name, name};
-    const Digest nested = digest_of(value);
+    const Digest nested = Key_Index::digest_of(value);
     return {mix(name + nested.shape), mix(name + nested.value)};
-}
-
-// Sums, because classes may list the same keys in a different order.
-Digest digest_of(const Instance* instance)
-{
-    Digest sum = {0, 0};
-    for (const Meta_Feature* mf : features_of(instance->meta_class))
-    {
-        if (!is_key(mf))
-            continue;
-        const Meta_Property* const mp = as_property(mf);
-        const Digest digest =
-            mp ? digest_of_property(instance, mp) : digest_of_reference(instance, as_reference(mf));
-        sum.shape += mix(digest.shape);
-        sum.value += mix(digest.value);
-    }
-    return sum;
 }
 
 // Whether key_eq(a, b) could hold if only the values agreed.
@@ -106,12 +83,28 @@ bool shapes_match(const Instance* a, const Instance* b)
 }
 } // namespace
 
-size_t Key_Index::find(const Array<Instance*>& instances, const Instance* model) const
+// Sums, because classes may list the same keys in a different order.
+Key_Index::Digest Key_Index::digest_of(const Instance* instance)
+{
+    Digest sum = {0, 0};
+    for (const Meta_Feature* mf : features_of(instance->meta_class))
+    {
+        if (!is_key(mf))
+            continue;
+        const Meta_Property* const mp = as_property(mf);
+        const Digest digest =
+            mp ? digest_of_property(instance, mp) : digest_of_reference(instance, as_reference(mf));
+        sum.shape += mix(digest.shape);
+        sum.value += mix(digest.value);
+    }
+    return sum;
+}
+
+size_t Key_Index::find(const Array<Instance*>& instances, const Instance* model, const Digest& digest) const
 {
     if (_buckets.empty())
         return size_t(-1);
 
-    const Digest digest = digest_of(model);
     if (may_match_other_shape(model, digest.shape))
     {
         for (size_t pos = 0; pos < instances.size(); pos++)
@@ -137,9 +130,8 @@ bool Key_Index::may_match_other_shape(const Instance* model, size_t shape) const
                        { return known.hash != shape && shapes_match(known.sample.get(), model); });
 }
 
-void Key_Index::add(const Instance* instance)
+void Key_Index::add(const Instance* instance, const Digest& digest)
 {
-    const Digest digest = digest_of(instance);
     const bool known = std::any_of(
         _shapes.begin(), _shapes.end(), [&](const Shape& shape) { return shape.hash == digest.shape; });
     if (!known)

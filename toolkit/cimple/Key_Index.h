@@ -19,11 +19,19 @@ CIMPLE_NAMESPACE_BEGIN
 class Key_Index
 {
   public:
+    struct Digest
+    {
+        size_t shape; // hash of the names and types of keys
+        size_t value; // hash of those and their values
+    };
+
+    static Digest digest_of(const Instance* instance);
+
     // Position of the first instance that has all its keys from the model, or size_t(-1).
-    size_t find(const Array<Instance*>& instances, const Instance* model) const;
+    size_t find(const Array<Instance*>& instances, const Instance* model, const Digest& digest) const;
 
     // The next position is this instance's. Nothing changes if memory runs out.
-    void add(const Instance* instance);
+    void add(const Instance* instance, const Digest& digest);
 
     // The position is gone; those behind it move up.
     void remove(size_t pos);

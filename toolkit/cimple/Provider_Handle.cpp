@@ -33,12 +33,9 @@ Status checked(int rc, std::initializer_list<Status> valid, Status missing, Stat
 }
 
 // The instance as one that nobody else holds.
-Instance* make_own(Instance* instance)
+Instance* make_own(Ref<Instance> held)
 {
-    const Ref<Instance> held(instance);
-    if (held.count() == 1)
-        return const_cast<Ref<Instance>&>(held).steal();
-    return clone(instance);
+    return held.count() == 1 ? held.steal() : clone(held.ptr());
 }
 
 struct Search
@@ -186,7 +183,7 @@ Get_Instance_Status Provider_Handle::get_instance(const Instance* model, Instanc
     }
     if (!search.found)
         return GET_INSTANCE_NOT_FOUND;
-    instance = make_own(search.found.steal());
+    instance = make_own(std::move(search.found));
     return GET_INSTANCE_OK;
 }
 

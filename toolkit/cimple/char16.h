@@ -9,9 +9,9 @@ CIMPLE_NAMESPACE_BEGIN
 class char16
 {
   public:
-    char16() : _code(0) {}
+    constexpr char16() : _code(0) {}
     char16(const char16&) = default;
-    char16(uint16 x) : _code(x) {}
+    constexpr char16(uint16 x) : _code(x) {}
     char16& operator=(const char16&) = default;
     char16& operator=(uint16 x)
     {
