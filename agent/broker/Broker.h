@@ -1,0 +1,65 @@
+// The CMPI broker: what provider libraries see of the agent.
+#pragma once
+
+#include "agent/broker/Objects.h"
+#include "agent/repository/ClassRepository.h"
+#include "agent/service/CimService.h"
+
+#include <cmpift.h>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+namespace cimd
+{
+
+// One broker serves all libraries and threads. It must outlive every provider's cleanup.
+class Broker
+{
+  public:
+    // Takes indications from any attached thread; `nameSpace` is where it originates. Throws what it likes.
+    using IndicationHandler = std::function<void(
+        const RequestContext& context, const std::string& nameSpace, const Instance& indication)>;
+
+    explicit Broker(const ClassRepository& repository);
+    Broker(const Broker&) = delete;
+    Broker& operator=(const Broker&) = delete;
+
+    const CMPIBroker* handle() const { return &_handle; }
+    const ClassRepository& repository() const { return _repository; }
+
+    // Who answers the providers' own requests; not supported before it is set. Set it before providers run.
+    void connect(CimService& service) { _service = &service; }
+    CimService& service() const;
+
+    // Without a handler indications are dropped, which is no error: nobody subscribed. Set it before
+    // providers run.
+    void onIndication(IndicationHandler handler) { _indicationHandler = std::move(handler); }
+    void
+    deliver(const RequestContext& context, const std::string& nameSpace, const Instance& indication) const;
+
+    // Threads that providers start. A prepared context belongs to the broker until its thread detaches.
+    CMPIContext* prepareThread(const ContextObject& context);
+    void attachThread(const CMPIContext* context);
+    void detachThread(const CMPIContext* context);
+
+    static Broker& of(const CMPIBroker* handle);
+
+  private:
+    struct Thread
+    {
+        std::unique_ptr<ContextObject> context;
+        std::unique_ptr<CallScope> scope; // null until the thread attached
+    };
+
+    const ClassRepository& _repository;
+    CimService* _service = nullptr;
+    IndicationHandler _indicationHandler;
+    CMPIBroker _handle;
+    std::mutex _mutex; // guards _threads
+    std::unordered_map<const CMPIContext*, Thread> _threads;
+};
+
+} // namespace cimd

@@ -1,0 +1,206 @@
+// Properties, keys and completion of provider instances.
+#include "agent/broker/InstanceObject.h"
+
+#include "agent/cim/CimError.h"
+#include "agent/cim/Coercion.h"
+#include "agent/repository/Completion.h"
+
+#include <algorithm>
+
+namespace cimd
+{
+InstanceObject::InstanceObject(const ClassRepository& classes, const ObjectPath& path)
+    : CMPIInstance{this, kTable}, repository(&classes), info(classes.find(path.className())),
+      _instance(info ? info->name() : path.className())
+{
+    _instance.setPath(path);
+    if (!info)
+        return;
+    _instance.properties() = info->blank();
+    _isSet.resize(info->properties().size());
+}
+
+InstanceObject::InstanceObject(const ClassRepository& classes, const Instance& source)
+    : InstanceObject(classes, source.hasPath() ? source.path() : ObjectPath({}, source.className()))
+{
+    for (const Property& property : source.properties())
+        set(property.name.str(), property.value);
+}
+
+InstanceObject::InstanceObject(const InstanceObject& other)
+    : CMPIInstance{this, kTable}, Tracked(), repository(other.repository), info(other.info),
+      _instance(other._instance), _isSet(other._isSet), _kept(other._kept), _fault(other._fault)
+{
+}
+
+std::size_t InstanceObject::indexOf(std::string_view name) const
+{
+    const auto& properties = _instance.properties();
+    if (info)
+        return info->findProperty(name).value_or(properties.size());
+    const auto place = std::find_if(properties.begin(),
+                                    properties.end(),
+                                    [&](const Property& p) { return equalNoCase(p.name.str(), name); });
+    return static_cast<std::size_t>(place - properties.begin());
+}
+
+bool InstanceObject::isKept(std::string_view name) const
+{
+    return !_kept || std::any_of(_kept->begin(),
+                                 _kept->end(),
+                                 [&](const CimName& kept) { return equalNoCase(kept.str(), name); });
+}
+
+void InstanceObject::set(std::string_view name, CimValue value)
+{
+    if (!isKept(name))
+        return;
+    const std::size_t index = indexOf(name);
+    auto& properties = _instance.properties();
+    if (!info)
+    {
+        _instance.set(index < properties.size() ? properties[index].name : CimName(name), std::move(value));
+        _isSet.resize(properties.size(), true);
+        return;
+    }
+    if (index == properties.size())
+        throw CmpiError(CMPI_RC_ERR_NO_SUCH_PROPERTY,
+                        "class " + info->name().str() + " has no property " + std::string(name));
+    const PropertyDecl& declared = *info->properties()[index];
+    const CimType givenType = value.type();
+    const bool givenArray = value.isArray();
+    auto fitting = conform(std::move(value), declared.type, declared.isArray);
+    if (!fitting)
+    {
+        if (_fault.empty())
+            _fault = "class " + info->name().str() + ": property " + declared.name.str() + " was set as " +
+                     typeText(givenType, givenArray) + " but is " + typeText(declared.type, declared.isArray);
+        throw CmpiError(CMPI_RC_ERR_TYPE_MISMATCH, _fault);
+    }
+    properties[index].value = std::move(*fitting);
+    _isSet[index] = true;
+}
+
+const Property* InstanceObject::find(std::string_view name) const
+{
+    const std::size_t index = indexOf(name);
+    return index < _isSet.size() && _isSet[index] ? &_instance.properties()[index] : nullptr;
+}
+
+const Property* InstanceObject::at(std::size_t index) const
+{
+    for (std::size_t i = 0; i < _isSet.size(); ++i)
+        if (_isSet[i] && index-- == 0)
+            return &_instance.properties()[i];
+    return nullptr;
+}
+
+std::size_t InstanceObject::count() const
+{
+    return static_cast<std::size_t>(std::count(_isSet.begin(), _isSet.end(), true));
+}
+
+void InstanceObject::keepOnly(const char** properties, const char** keys)
+{
+    if (!properties)
+    {
+        _kept.reset();
+        return;
+    }
+    std::vector<CimName> names;
+    for (const char** list : {properties, keys})
+        for (; list && *list; ++list)
+            names.emplace_back(*list);
+    _kept = std::move(names);
+    auto& all = _instance.properties();
+    for (std::size_t i = 0; i < _isSet.size(); ++i)
+    {
+        if (!_isSet[i] || isKept(all[i].name.str()))
+            continue;
+        _isSet[i] = false;
+        all[i].value = CimValue::null(all[i].value.type(), all[i].value.isArray());
+    }
+}
+
+void InstanceObject::setPath(ObjectPath path)
+{
+    if (path.className() != _instance.className())
+        throw CmpiError(CMPI_RC_ERR_INVALID_PARAMETER,
+                        "a path of class " + path.className().str() + " for an instance of class " +
+                            _instance.className().str());
+    _instance.setPath(std::move(path));
+}
+
+ObjectPath InstanceObject::path() const
+{
+    ObjectPath result = _instance.path();
+    if (!info || result.keys().size() == info->keys().size())
+        return result;
+    for (const PropertyDecl* key : info->keys())
+        if (!result.findKey(key->name))
+            if (const Property* property = find(key->name.str()); property && !property->value.isNull())
+                result.setKey(key->name, property->value);
+    return result;
+}
+
+void InstanceObject::completeReferences(const std::string& nameSpace)
+{
+    for (const PropertyDecl* declared : info->references())
+    {
+        CimValue& value = _instance.properties()[*info->findProperty(declared->name.str())].value;
+        if (value.isNull())
+            continue;
+        if (!value.isArray())
+        {
+            value = completeReference(value, declared->referenceClass, *repository, nameSpace);
+            continue;
+        }
+        CimValue::Elements elements;
+        for (const CimValue& element : value.elements())
+            elements.push_back(completeReference(element, declared->referenceClass, *repository, nameSpace));
+        value = CimValue::array(CimType::Reference, std::move(elements));
+    }
+}
+
+const Instance& InstanceObject::complete(const std::string& nameSpace)
+{
+    if (!info)
+        throw CimError(CimStatus::Failed,
+                       "the provider returned an instance of the unknown class " +
+                           _instance.className().str());
+    if (!_fault.empty())
+        throw CimError(CimStatus::Failed, "the provider's instance is wrong: " + _fault);
+    try
+    {
+        ObjectPath full = path();
+        completePath(full, *info, *repository, nameSpace);
+        for (const KeyBinding& key : full.keys())
+        {
+            const std::size_t index = indexOf(key.name.str());
+            if (!_isSet[index] && isKept(key.name.str()))
+            {
+                _instance.properties()[index].value = key.value;
+                _isSet[index] = true;
+            }
+        }
+        _instance.setPath(std::move(full));
+        completeReferences(nameSpace);
+    }
+    catch (const ShapeError& error)
+    {
+        throw CimError(CimStatus::Failed, std::string("the provider's instance is wrong: ") + error.what());
+    }
+    return _instance;
+}
+
+Instance InstanceObject::given() const
+{
+    Instance result(_instance.className());
+    result.setPath(path());
+    for (std::size_t i = 0; i < _isSet.size(); ++i)
+        if (_isSet[i])
+            result.properties().push_back(_instance.properties()[i]);
+    return result;
+}
+
+} // namespace cimd

@@ -1,0 +1,55 @@
+// An instance in the hands of a provider.
+#pragma once
+
+#include "agent/broker/Objects.h"
+
+namespace cimd
+{
+
+// Properties of a known class stand in class order from the start, so that a complete instance needs no
+// sorting and no second copy. Mistakes of the provider that a table function can only report with a code
+// nobody may look at are kept here and end the operation when the instance is returned.
+struct InstanceObject : CMPIInstance, Tracked
+{
+    using Handle = CMPIInstance;
+    static constexpr const CMPIInstanceFT* kTable = &kInstanceTable;
+
+    // An empty instance of the path's class.
+    InstanceObject(const ClassRepository& classes, const ObjectPath& path);
+    // One with the properties of a given instance; CmpiError if one does not fit the class.
+    InstanceObject(const ClassRepository& classes, const Instance& source);
+    InstanceObject(const InstanceObject& other);
+
+    // CmpiError if the class lacks the property or the value is of another type.
+    void set(std::string_view name, CimValue value);
+    // Properties the class has but nobody set are not there.
+    const Property* find(std::string_view name) const;
+    const Property* at(std::size_t index) const;
+    std::size_t count() const;
+
+    void keepOnly(const char** properties, const char** keys);
+    void setPath(ObjectPath path);
+    // The path with the keys that were only set as properties.
+    ObjectPath path() const;
+
+    // Makes path and key properties agree, spells everything as declared and gives the whole instance.
+    // CimError if the instance is not one of its class.
+    const Instance& complete(const std::string& nameSpace);
+    // The properties that were set, as an instance without the rest.
+    Instance given() const;
+
+    const ClassRepository* repository;
+    const ClassInfo* info; // null if the repository does not know the class
+
+  private:
+    std::size_t indexOf(std::string_view name) const; // of an existing property, or the number of properties
+    bool isKept(std::string_view name) const;
+    void completeReferences(const std::string& nameSpace);
+
+    Instance _instance;
+    std::vector<bool> _isSet;
+    PropertyList _kept; // what setPropertyFilter allows
+    std::string _fault;
+};
+
+} // namespace cimd
