@@ -62,7 +62,9 @@ CASES = {
         "mof/test.mof:3: class Test_X: property When: "),
     "unknown qualifier": (
         "class Test_X\n{\n    uint8 A;\n    [Sometimes] uint8 B;\n};\n",
-        "mof/test.mof:4: class Test_X: property B: "),
+        "mof/test.mof:4: class Test_X: property B: unknown qualifier Sometimes"),
+    "class that no file declares": (
+        BASE, "mof: class Test_X: no MOF file declares this class"),
     "syntax error": (
         "class Test_X\n{\n    uint8 A;\n    uint8 uint8 B;\n};\n",
         "mof/test.mof:4: class Test_X: property B: MOF grammar error"),

@@ -38,7 +38,7 @@ def _generate(arguments):
     def missing(name):
         if name in places:
             return places[name].error("no MOF file declares this class")
-        return GenclassError(Place(arguments.schema[0], 1), f"class {name}", "no MOF file declares this class")
+        return GenclassError(Place(arguments.schema[0]), f"class {name}", "no MOF file declares this class")
 
     registered = [*places, *arguments.classes]
     models = model.build_models(reader, [*registered, *arguments.also], checks.check_class, missing)

@@ -4,15 +4,16 @@ import os
 
 
 class Place:
-    """A line of a file; files are shown relative to the current directory when they are below it."""
+    """A line of a file, or a folder; shown relative to the current directory when below it."""
 
-    def __init__(self, path, line):
+    def __init__(self, path, line=None):
         self.path = path
         self.line = line
 
     def __str__(self):
         shown = os.path.relpath(self.path)
-        return f"{self.path if shown.startswith('..') else shown}:{self.line}"
+        shown = self.path if shown.startswith("..") else shown
+        return shown if self.line is None else f"{shown}:{self.line}"
 
 
 class GenclassError(Exception):

@@ -5,11 +5,11 @@ so a file needs no include directives, and files that nobody asks for are not co
 """
 
 import os
+import re
 from dataclasses import dataclass
 
 import pywbem
-from pywbem import MOFCompileError, MOFCompiler, MOFParseError
-from pywbem._mof_compiler import MOFWBEMConnection
+from pywbem import MOFCompileError, MOFCompiler, MOFDependencyError, MOFParseError, MOFWBEMConnection
 
 from . import source
 from .errors import GenclassError, Place
@@ -146,6 +146,9 @@ class MofReader:
             raise
         except MOFParseError as error:
             raise self._error(path, error.msg, looked_ahead=False) from error
+        except MOFDependencyError as error:  # classes are resolved later, so only qualifiers are left
+            name = re.search(r"qualifier '(\w+)'", error.msg)
+            raise self._error(path, f"unknown qualifier {name.group(1)}" if name else error.msg) from error
         except MOFCompileError as error:
             raise self._error(path, error.msg) from error
         except (ValueError, TypeError, pywbem.Error) as error:
