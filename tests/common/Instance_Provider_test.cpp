@@ -1,0 +1,282 @@
+// Tests of the load and serve pattern of instance providers.
+#include "tests/common/testing/Fake_Providers.h"
+#include "tests/common/testing/served.h"
+#include "tests/support/Log_Capture.h"
+#include "tests/support/Manual_Clock.h"
+
+#include <cerrno>
+#include <future>
+#include <set>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace cimple
+{
+namespace
+{
+
+typedef Script<VRAX_FCPortStatistics> Ports;
+constexpr std::size_t kPorts = Ports_Provider::kCount;
+
+class InstanceProvider : public testing::Test
+{
+  protected:
+    void SetUp() override { resetFakeProviders(); }
+    void TearDown() override { resetFakeProviders(); }
+
+    static int get(const char* id)
+    {
+        Owned<VRAX_FCPortStatistics> model(VRAX_FCPortStatistics::create(true));
+        model->InstanceID.set(id);
+        VRAX_FCPortStatistics* found = nullptr;
+        const int status = Ports_Provider().get_instance(model.get(), found);
+        const Owned<VRAX_FCPortStatistics> owner(found);
+        EXPECT_EQ(found != nullptr, status == GET_INSTANCE_OK);
+        if (found != nullptr)
+        {
+            EXPECT_EQ(found->InstanceID.value, id);
+        }
+        return status;
+    }
+
+    Manual_Clock clock;
+};
+
+TEST_F(InstanceProvider, BuildsOncePerPeriod)
+{
+    for (int period = 1; period <= 3; ++period)
+    {
+        for (int request = 0; request < 2; ++request)
+        {
+            const Served served = serve<Ports_Provider>();
+            EXPECT_EQ(served.status, ENUM_INSTANCES_OK);
+            EXPECT_EQ(served.count, kPorts);
+            EXPECT_EQ(get("2"), GET_INSTANCE_OK);
+        }
+        EXPECT_EQ(Ports::builds, period);
+        clock.outlive();
+    }
+}
+
+TEST_F(InstanceProvider, AKeyThatIsNotThereIsNotFoundRatherThanFailed)
+{
+    EXPECT_EQ(get("9"), GET_INSTANCE_NOT_FOUND);
+}
+
+TEST_F(InstanceProvider, AFailedLoadIsLoggedAnsweredAsFailureAndRepeatedByTheNextRequest)
+{
+    struct Row
+    {
+        const char* what;
+        std::function<void()> fail;
+        std::vector<std::string> logged;
+    };
+    const Row rows[] = {
+        {"exception of the providers",
+         [] { throw VRAX_Except(Ports_Provider::kSource, "load", 7, CRIT, "no %s", "port"); },
+         {"Exception[CRIT]:testProviders/Ports_Provider:load[] no port"}},
+        {"failure that was logged before", [] { throw Load_Failed(); }, {}},
+        {"incomplete key",
+         []
+         {
+             Map_Writer<VRAX_FCPortStatistics> map;
+             Ports_Provider::insert(map, "");
+         },
+         {"Exception[CRIT]:testProviders/Ports_Provider:load[] "
+          "VRAX_FCPortStatistics::One or more Key Properties are not Populated"}},
+        {"out of memory",
+         [] { throw std::bad_alloc(); },
+         {"CRIT:testProviders/Ports_Provider:load[] std::bad_alloc"}},
+    };
+    for (const Row& row : rows)
+    {
+        resetFakeProviders();
+        Ports::instead = [&](Map_Writer<VRAX_FCPortStatistics>& map)
+        {
+            Ports_Provider::insert(map, "1");
+            row.fail();
+        };
+        const Log_Capture log;
+        EXPECT_EQ(Ports_Provider().load(), LOAD_FAILED) << row.what;
+        EXPECT_EQ(log.texts(), row.logged) << row.what;
+
+        // Nothing of the failed load is ever served, and each request tries again.
+        const Served served = serve<Ports_Provider>();
+        EXPECT_EQ(served.status, ENUM_INSTANCES_FAILED) << row.what;
+        EXPECT_EQ(served.count, 0u) << row.what;
+        EXPECT_EQ(get("1"), GET_INSTANCE_FAILED) << row.what;
+        EXPECT_EQ(Ports::builds, 3) << row.what;
+
+        Ports::instead = nullptr;
+        EXPECT_EQ(serve<Ports_Provider>().count, kPorts) << row.what;
+        EXPECT_EQ(get("1"), GET_INSTANCE_OK) << row.what;
+    }
+}
+
+TEST_F(InstanceProvider, ADuplicateIsDropped)
+{
+    Ports::instead = [](Map_Writer<VRAX_FCPortStatistics>& map)
+    {
+        Ports_Provider::insert(map, "1");
+        Ports_Provider::insert(map, "1");
+    };
+    EXPECT_EQ(serve<Ports_Provider>().count, 1u);
+}
+
+TEST_F(InstanceProvider, LoadsUnderAWriteLockOfTheCallerAndLeavesItHeld)
+{
+    const MapWrLock lock(Ports_Provider::kIndex);
+    ASSERT_TRUE(lock.obtained());
+    EXPECT_EQ(Ports_Provider().load(), LOAD_OK);
+    clock.outlive();
+    EXPECT_EQ(Ports_Provider().load(), LOAD_OK);
+    EXPECT_EQ(serve<Ports_Provider>().count, kPorts) << "the read lock of serving fails, too";
+    EXPECT_EQ(Ports::builds, 2);
+    EXPECT_EQ(VRAX_Maps::getInstance()->wrLock(Ports_Provider::kIndex), EDEADLK) << "still this thread's";
+}
+
+TEST_F(InstanceProvider, UnsupportedOperationsSaySo)
+{
+    Ports_Provider provider;
+    EXPECT_EQ(provider.create_instance(nullptr), 81);
+    EXPECT_EQ(provider.delete_instance(nullptr), 91);
+    EXPECT_EQ(provider.modify_instance(nullptr, nullptr), 101);
+    EXPECT_EQ(Ports_Provider::unsupported_method("ResetSelectedStats"), 131);
+}
+
+TEST_F(InstanceProvider, TracesEveryOperation)
+{
+    const Log_Capture log(kLogTrace);
+    {
+        Ports_Provider provider;
+        serve(provider);
+        provider.unload();
+        provider.create_instance(nullptr);
+        provider.delete_instance(nullptr);
+        provider.modify_instance(nullptr, nullptr);
+        Ports_Provider::unsupported_method("ResetSelectedStats");
+    }
+    std::vector<std::string> expected;
+    for (const char* function : {"Ports_Provider",
+                                 "enum_instances",
+                                 "load",
+                                 "unload",
+                                 "unload",
+                                 "create_instance",
+                                 "delete_instance",
+                                 "modify_instance",
+                                 "ResetSelectedStats",
+                                 "~Ports_Provider"})
+        expected.push_back(std::string("testProviders/Ports_Provider:") + function + "[]");
+    EXPECT_EQ(log.texts(), expected);
+}
+
+// Requests, reloads and unloads at once: every answer is whole.
+TEST_F(InstanceProvider, ServesWholeAnswersWhileTheMapIsReloadedAndUnloaded)
+{
+    constexpr int kRounds = 300;
+    std::vector<std::thread> threads;
+    std::atomic<int> wrong{0};
+    for (int i = 0; i < 3; ++i)
+    {
+        threads.emplace_back(
+            [&]
+            {
+                for (int round = 0; round < kRounds; ++round)
+                {
+                    std::set<std::string> ids;
+                    const Served served =
+                        serve<Ports_Provider>([&](const VRAX_FCPortStatistics& port)
+                                              { ids.insert(port.InstanceID.value.c_str()); });
+                    wrong += served.status != ENUM_INSTANCES_OK || ids.size() != kPorts;
+                }
+            });
+    }
+    for (int i = 0; i < 3; ++i)
+    {
+        threads.emplace_back(
+            [&]
+            {
+                for (int round = 0; round < kRounds; ++round)
+                    wrong += get("3") != GET_INSTANCE_OK;
+            });
+    }
+    threads.emplace_back(
+        [&]
+        {
+            for (int round = 0; round < kRounds; ++round)
+                Ports_Provider().unload();
+        });
+    threads.emplace_back(
+        [&]
+        {
+            for (int round = 0; round < kRounds; ++round)
+                clock.outlive();
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, 0);
+}
+
+// A load that fails now and then must show as a failure, never as fewer instances.
+TEST_F(InstanceProvider, NeverServesTheRestOfAFailedLoad)
+{
+    std::atomic<int> turn{0};
+    Ports::instead = [&](Map_Writer<VRAX_FCPortStatistics>& map)
+    {
+        Ports_Provider::insert(map, "1");
+        if (++turn % 2 == 0)
+            throw Load_Failed();
+        Ports_Provider::insert(map, "2");
+    };
+    std::vector<std::thread> threads;
+    std::atomic<int> wrong{0};
+    for (int i = 0; i < 4; ++i)
+    {
+        threads.emplace_back(
+            [&]
+            {
+                for (int round = 0; round < 300; ++round)
+                {
+                    clock.outlive();
+                    const Served served = serve<Ports_Provider>();
+                    wrong += served.count != (served.status == ENUM_INSTANCES_OK ? 2u : 0u);
+                }
+            });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, 0);
+}
+
+// The server may unload a class while a request on it is being answered.
+TEST_F(InstanceProvider, UnloadWaitsForReaders)
+{
+    std::thread unloading;
+    std::size_t seen = 0;
+    std::atomic<bool> unloaded{false};
+    serve<Ports_Provider>(
+        [&](const VRAX_FCPortStatistics& port)
+        {
+            if (seen++ == 0)
+            {
+                std::promise<void> running;
+                unloading = std::thread(
+                    [&unloaded, &running]
+                    {
+                        running.set_value();
+                        Ports_Provider().unload();
+                        unloaded = true;
+                    });
+                running.get_future().wait();
+            }
+            EXPECT_FALSE(unloaded) << "while port " << port.InstanceID.value.c_str() << " is handed out";
+        });
+    unloading.join();
+    EXPECT_EQ(seen, kPorts);
+    EXPECT_TRUE(unloaded);
+}
+
+} // namespace
+} // namespace cimple

@@ -1,0 +1,107 @@
+// Tests of the lock-order check: what it lets through and what it stops.
+#include "support/lock_order.h"
+
+#include "support/VRAX_Maps.h"
+
+#include <gtest/gtest.h>
+
+#ifdef VRAX_LOCK_CHECKS
+
+namespace cimple
+{
+namespace
+{
+
+VRAX_Maps& maps()
+{
+    return *VRAX_Maps::getInstance();
+}
+
+void holdDataCache()
+{
+    lock_order::asking(lock_order::Lock::dataCache(), lock_order::Mode::Read);
+    lock_order::obtained(lock_order::Lock::dataCache(), lock_order::Mode::Read);
+}
+
+class LockOrderDeathTest : public testing::Test
+{
+  protected:
+    void SetUp() override { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
+};
+
+TEST_F(LockOrderDeathTest, StopsInversionsWithBothNames)
+{
+    struct Row
+    {
+        void (*take)();
+        const char* message;
+    };
+    const Row rows[] = {
+        {[]
+         {
+             maps().wrLock(VRAX_Namespace_Idx);
+             maps().wrLock(VRAX_ObjectManager_Idx);
+         },
+         "VRAX_ObjectManager asked for while holding VRAX_Namespace"},
+        {[]
+         {
+             maps().rdLock(VRAX_Namespace_Idx);
+             maps().rdLock(VRAX_NamespaceInManager_Idx);
+         },
+         "VRAX_NamespaceInManager asked for while holding VRAX_Namespace"},
+        {[]
+         {
+             maps().wrLock(VRAX_FCSwitchZone_Idx);
+             maps().wrLock(VRAX_FabricZone_Idx);
+         },
+         "VRAX_FabricZone asked for while holding VRAX_FCSwitchZone"},
+        {[]
+         {
+             maps().rdLock(VRAX_Namespace_Idx);
+             maps().wrLock(VRAX_Namespace_Idx);
+         },
+         "a read lock cannot become a write lock"},
+        {[]
+         {
+             maps().wrLock(VRAX_Namespace_Idx);
+             maps().associationLoadMutex().lock();
+         },
+         "the association-load mutex asked for while holding VRAX_Namespace"},
+        {[]
+         {
+             holdDataCache();
+             maps().wrLock(VRAX_FCPort_Idx);
+         },
+         "VRAX_FCPort asked for while holding the data cache"},
+    };
+    for (const Row& row : rows)
+        EXPECT_DEATH(row.take(), row.message);
+}
+
+TEST(LockOrder, LetsTheGivenOrderAndNestedAttemptsThrough)
+{
+    maps().associationLoadMutex().lock();
+    EXPECT_EQ(maps().wrLock(VRAX_NamespaceInManager_Idx), 0);
+    EXPECT_EQ(maps().wrLock(VRAX_ObjectManager_Idx), 0);
+    EXPECT_EQ(maps().wrLock(VRAX_Namespace_Idx), 0);
+    // A nested load asks again for what this thread holds, mutex included.
+    maps().associationLoadMutex().lock();
+    EXPECT_NE(maps().wrLock(VRAX_ObjectManager_Idx), 0);
+    maps().associationLoadMutex().unlock();
+    maps().associationLoadMutex().unlock();
+    holdDataCache();
+    holdDataCache();
+    lock_order::released(lock_order::Lock::dataCache());
+    lock_order::released(lock_order::Lock::dataCache());
+    maps().unlock(VRAX_Namespace_Idx);
+    maps().unlock(VRAX_ObjectManager_Idx);
+    maps().unlock(VRAX_NamespaceInManager_Idx);
+    // Nothing is left behind that would forbid a lower lock.
+    maps().associationLoadMutex().lock();
+    maps().associationLoadMutex().unlock();
+}
+
+} // namespace
+} // namespace cimple
+
+#endif
