@@ -39,7 +39,7 @@ class Key_Index
     void clear();
 
   private:
-    static const uint32 kNone = 0xFFFFFFFF;
+    static constexpr uint32 kNone = 0xFFFFFFFF;
 
     struct Node
     {
