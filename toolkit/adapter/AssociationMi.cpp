@@ -1,0 +1,246 @@
+// The association interface, answered from what association instances carry: no call goes back to the broker.
+#include "Call.h"
+#include "ResultSink.h"
+#include "Scalars.h"
+#include <cmpimacs.h>
+
+namespace cimple_cmpi
+{
+
+using namespace cimple;
+
+namespace
+{
+
+// A request to follow the provider's association from one object. Filters are empty if they filter nothing.
+struct Request
+{
+    Ref<Instance> source;
+    String resultClass;
+    String role;
+    String resultRole;
+};
+
+String textOrEmpty(const char* text)
+{
+    return text ? String(text) : String();
+}
+
+// Whether a class or one of its superclasses has the name; an empty name fits all.
+bool isOfClass(const Meta_Class* metaClass, const char* name)
+{
+    if (!name || !*name)
+        return true;
+    for (; metaClass; metaClass = metaClass->super_meta_class)
+        if (eqi(metaClass->name, name))
+            return true;
+    return false;
+}
+
+// Whether instances of the association can refer to an instance of the source class (in that role) and, by
+// another reference of that role, to something else. Spares the provider requests that have no answer: a
+// broker asks all associations when the client names none.
+bool canConnect(const Meta_Class* association,
+                const Meta_Class* sourceClass,
+                const String& role,
+                const String& resultRole)
+{
+    bool source = false;
+    bool result = false;
+    for (const Meta_Feature* feature : features_of(association))
+    {
+        const Meta_Reference* mr = as_reference(feature);
+        if (!mr || mr->subscript != 0)
+            continue;
+        source =
+            source || ((role.empty() || role.equali(mr->name)) && is_subclass(mr->meta_class, sourceClass));
+        result = result || resultRole.empty() || resultRole.equali(mr->name);
+    }
+    return source && result;
+}
+
+// Fills in the source. False if the answer is empty without asking the provider: the association is not of
+// the class asked for, or the source is of a class that it cannot refer to.
+bool prepare(Call& call, const CMPIObjectPath* path, const char* assocClass, Request& request)
+{
+    const Meta_Class* const own = call.providerClass();
+    if (!isOfClass(own, assocClass))
+        return false;
+    const Meta_Class* sourceClass = find_meta_class(own, classNameOf(path).c_str());
+    if (!sourceClass || !canConnect(own, sourceClass, request.role, request.resultRole))
+        return false;
+    request.source = call.from().fromPath(path, sourceClass, FromCmpi::kAllKeys);
+    return true;
+}
+
+struct AssociatorSearch
+{
+    const Request& request;
+    ResultSink& sink;
+};
+
+// Delivers the far ends of one association instance.
+bool followAssociation(Instance* association, Enum_Instances_Status, void* data)
+{
+    if (!association)
+        return false;
+    const Ref<Instance> owned(association);
+    const AssociatorSearch& search = *static_cast<AssociatorSearch*>(data);
+    const Instance* ends[CIMPLE_MAX_REFERENCES_PER_CLASS];
+    const ssize_t count = get_associators(search.request.source.ptr(),
+                                          association,
+                                          search.request.resultClass.c_str(),
+                                          search.request.role.c_str(),
+                                          search.request.resultRole.c_str(),
+                                          ends);
+    bool more = true;
+    for (ssize_t i = 0; more && i < count; i++)
+        more = search.sink.take(ends[i]);
+    return more;
+}
+
+void findAssociators(Call& call, const Request& request, ResultSink& sink)
+{
+    Provider_Handle& provider = call.provider();
+    const Enum_Associators_Status status =
+        provider.enum_associators(request.source.ptr(),
+                                  request.resultClass,
+                                  request.role,
+                                  request.resultRole,
+                                  ResultSink::receive<const Instance*, Enum_Associators_Status>,
+                                  &sink);
+    if (status != ENUM_ASSOCIATORS_UNSUPPORTED)
+        return checkProvider(status);
+
+    const Ref<Instance> model(create(call.providerClass()));
+    nullify_non_keys(model.ptr());
+    AssociatorSearch search = {request, sink};
+    checkProvider(provider.enum_instances(model.ptr(), followAssociation, &search));
+}
+
+void findAssociatorNames(Call& call, const Request& request, ResultSink& sink)
+{
+    checkProvider(call.provider().enum_associator_names(
+        request.source.ptr(),
+        request.resultClass,
+        request.role,
+        request.resultRole,
+        ResultSink::receive<const Instance*, Enum_Associator_Names_Status>,
+        &sink));
+}
+
+void findReferences(Call& call, const Request& request, ResultSink& sink)
+{
+    const Ref<Instance> model(create(call.providerClass()));
+    checkProvider(call.provider().enum_references(request.source.ptr(),
+                                                  model.ptr(),
+                                                  request.role,
+                                                  ResultSink::receive<Instance*, Enum_References_Status>,
+                                                  &sink));
+}
+
+CMPIStatus cleanup(CMPIAssociationMI* mi, const CMPIContext* context, CMPIBoolean terminating)
+{
+    return StaticData::of(mi->hdl).cleanup(kAssociationMi, context, terminating);
+}
+
+CMPIStatus associators(CMPIAssociationMI* mi,
+                       const CMPIContext* context,
+                       const CMPIResult* result,
+                       const CMPIObjectPath* path,
+                       const char* assocClass,
+                       const char* resultClass,
+                       const char* role,
+                       const char* resultRole,
+                       const char** properties)
+{
+    return run(
+        mi,
+        context,
+        "associators",
+        [&](Call& call)
+        {
+            ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Instances, properties);
+            Request request = {{}, textOrEmpty(resultClass), textOrEmpty(role), textOrEmpty(resultRole)};
+            if (prepare(call, path, assocClass, request))
+                findAssociators(call, request, sink);
+            sink.finish();
+        });
+}
+
+CMPIStatus associatorNames(CMPIAssociationMI* mi,
+                           const CMPIContext* context,
+                           const CMPIResult* result,
+                           const CMPIObjectPath* path,
+                           const char* assocClass,
+                           const char* resultClass,
+                           const char* role,
+                           const char* resultRole)
+{
+    return run(
+        mi,
+        context,
+        "associator names",
+        [&](Call& call)
+        {
+            ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Paths, nullptr);
+            Request request = {{}, textOrEmpty(resultClass), textOrEmpty(role), textOrEmpty(resultRole)};
+            if (prepare(call, path, assocClass, request))
+                findAssociatorNames(call, request, sink);
+            sink.finish();
+        });
+}
+
+CMPIStatus references(CMPIAssociationMI* mi,
+                      const CMPIContext* context,
+                      const CMPIResult* result,
+                      const CMPIObjectPath* path,
+                      const char* resultClass,
+                      const char* role,
+                      const char** properties)
+{
+    return run(mi,
+               context,
+               "references",
+               [&](Call& call)
+               {
+                   ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Instances, properties);
+                   Request request = {{}, {}, textOrEmpty(role), {}};
+                   if (prepare(call, path, resultClass, request))
+                       findReferences(call, request, sink);
+                   sink.finish();
+               });
+}
+
+CMPIStatus referenceNames(CMPIAssociationMI* mi,
+                          const CMPIContext* context,
+                          const CMPIResult* result,
+                          const CMPIObjectPath* path,
+                          const char* resultClass,
+                          const char* role)
+{
+    return run(mi,
+               context,
+               "reference names",
+               [&](Call& call)
+               {
+                   ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Paths, nullptr);
+                   Request request = {{}, {}, textOrEmpty(role), {}};
+                   if (prepare(call, path, resultClass, request))
+                       findReferences(call, request, sink);
+                   sink.finish();
+               });
+}
+
+} // namespace
+
+const CMPIAssociationMIFT kAssociationFunctions = {CMPIVersion200,
+                                                   CMPIVersion200,
+                                                   nullptr,
+                                                   cleanup,
+                                                   associators,
+                                                   associatorNames,
+                                                   references,
+                                                   referenceNames};
+
+} // namespace cimple_cmpi

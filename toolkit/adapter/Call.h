@@ -1,0 +1,86 @@
+// What every CMPI function of the adapter does around its own business.
+#pragma once
+
+#include "Adapter.h"
+#include "CmpiThreadContext.h"
+#include "Failure.h"
+#include "FromCmpi.h"
+
+#include <string>
+
+namespace cimple_cmpi
+{
+
+// A status with a text "<class>: <operation>: <reason>", made by the broker.
+CMPIStatus statusOf(const StaticData& data, const char* operation, const Failure& failure) noexcept;
+
+// Runs a body and turns whatever it throws into a status: nothing gets out into the broker's C code.
+template <class Body>
+CMPIStatus guarded(StaticData& data, const char* operation, Body body) noexcept
+{
+    try
+    {
+        try
+        {
+            cimple::Error::clear();
+            body();
+            return {CMPI_RC_OK, nullptr};
+        }
+        catch (const Failure& failure)
+        {
+            return statusOf(data, operation, failure);
+        }
+        catch (const std::exception& e)
+        {
+            return statusOf(
+                data, operation, Failure(CMPI_RC_ERR_FAILED, std::string("exception: ") + e.what()));
+        }
+    }
+    catch (...)
+    {
+        return statusOf(data, operation, Failure(CMPI_RC_ERR_FAILED, "exception of an unknown type"));
+    }
+}
+
+// A call of the broker on its way to the provider: holds the provider in place and gives its code a context.
+class Call
+{
+  public:
+    Call(StaticData& data, const CMPIContext* context);
+
+    const CMPIBroker* broker() const { return _context.broker(); }
+    Adapter& adapter() { return _adapter; }
+    cimple::Provider_Handle& provider() { return _adapter.provider(); }
+    const cimple::Meta_Class* providerClass() const { return _data.registration->meta_class; }
+
+    // Conversion of what came with the call; classes are those that the module knows.
+    FromCmpi from() const { return FromCmpi(providerClass()); }
+
+    // The class to make a model of when a request names `className`. It is the provider's class or derives
+    // from it, because a provider reads a model as an instance of its own class. INVALID_CLASS for a class
+    // that the module does not know or that the provider does not serve.
+    const cimple::Meta_Class* modelClass(const std::string& className) const;
+
+  private:
+    StaticData& _data;
+    Gate::Pass _pass;
+    Adapter& _adapter;
+    CmpiThreadContext _context;
+    ContextScope _scope;
+};
+
+// Runs a function of a management interface.
+template <class Mi, class Body>
+CMPIStatus run(const Mi* mi, const CMPIContext* context, const char* operation, Body body) noexcept
+{
+    StaticData& data = StaticData::of(mi->hdl);
+    return guarded(data,
+                   operation,
+                   [&]
+                   {
+                       Call call(data, context);
+                       body(call);
+                   });
+}
+
+} // namespace cimple_cmpi
