@@ -1,0 +1,108 @@
+// Creating and ending a provider's management interfaces.
+#include "agent/providers/Provider.h"
+
+#include "agent/broker/ProviderCall.h"
+#include "agent/cim/CimError.h"
+#include "agent/log/Log.h"
+
+#include <utility>
+
+namespace cimd
+{
+namespace
+{
+
+// Neither factories nor cleanup return results.
+class NoResults : public ResultReceiver
+{
+};
+
+} // namespace
+
+Provider::Provider(const Broker& broker,
+                   const ProviderLibrary& library,
+                   std::string name,
+                   std::string nameSpace)
+    : _broker(broker), _library(library), _name(std::move(name)), _nameSpace(std::move(nameSpace))
+{
+}
+
+template <class Interface>
+Interface* Provider::create(const char* kind)
+{
+    using Specific = Interface* (*)(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
+    using Generic = Interface* (*)(const CMPIBroker*, const CMPIContext*, const char*, CMPIStatus*);
+    const std::string suffix = std::string("_Create_") + kind + "MI";
+    const std::string label = _library.file() + ": " + _name + suffix;
+    const auto specific = reinterpret_cast<Specific>(_library.symbol(_name + suffix));
+    const auto generic = reinterpret_cast<Generic>(_library.symbol("_Generic" + suffix));
+    if (!specific && !generic)
+        throw CimError(CimStatus::Failed, label + " is not exported");
+
+    const RequestContext nobody;
+    NoResults results;
+    ProviderCall call(_broker, {nobody, _nameSpace, 0, {}, label}, results);
+    Interface* created = nullptr;
+    call.run(
+        [&]
+        {
+            CMPIStatus status{CMPI_RC_OK, nullptr};
+            created = specific ? specific(_broker.handle(), call.context(), &status)
+                               : generic(_broker.handle(), call.context(), _name.c_str(), &status);
+            return status;
+        });
+    if (!created || !created->ft)
+        throw CimError(CimStatus::Failed, label + " returned no interface");
+    log(LogLevel::Debug, "providers", label + " succeeded");
+    return created;
+}
+
+template <class Interface>
+void Provider::cleanUp(InterfaceSlot<Interface>& slot, const char* kind)
+{
+    Interface* ending = slot.take();
+    if (!ending || !ending->ft->cleanup)
+        return;
+    const RequestContext nobody;
+    NoResults results;
+    const std::string label = "cleanup of " + _name + " (" + kind + ")";
+    try
+    {
+        ProviderCall call(_broker, {nobody, _nameSpace, 0, {}, label}, results);
+        call.run([&] { return ending->ft->cleanup(ending, call.context(), 1); });
+    }
+    catch (const std::exception& error)
+    {
+        log(LogLevel::Warning, "providers", label + ": " + error.what());
+    }
+}
+
+CMPIInstanceMI* Provider::instance()
+{
+    return _instance.getOrCreate([this] { return create<CMPIInstanceMI>("Instance"); });
+}
+
+CMPIAssociationMI* Provider::association()
+{
+    return _association.getOrCreate([this] { return create<CMPIAssociationMI>("Association"); });
+}
+
+CMPIMethodMI* Provider::method()
+{
+    return _method.getOrCreate([this] { return create<CMPIMethodMI>("Method"); });
+}
+
+CMPIIndicationMI* Provider::indication()
+{
+    return _indication.getOrCreate([this] { return create<CMPIIndicationMI>("Indication"); });
+}
+
+void Provider::cleanUp()
+{
+    cleanUp(_indication, "indication");
+    cleanUp(_association, "association");
+    cleanUp(_method, "method");
+    cleanUp(_instance, "instance");
+}
+
+} // namespace cimd

@@ -1,0 +1,119 @@
+// Loading and finding providers.
+#include "agent/providers/ProviderManager.h"
+
+#include "agent/cim/CimName.h"
+
+#include <algorithm>
+
+namespace cimd
+{
+
+bool ProviderEntry::serves(const std::string& nameSpace) const
+{
+    const auto& served = registration.nameSpaces;
+    return served.front() == "*" ||
+           std::any_of(served.begin(),
+                       served.end(),
+                       [&](const std::string& name) { return equalNoCase(name, nameSpace); });
+}
+
+ProviderManager::ProviderManager(const Broker& broker,
+                                 std::vector<Registration> registrations,
+                                 const std::string& directory)
+{
+    for (Registration& registration : registrations)
+    {
+        const ClassInfo* info = broker.repository().find(registration.className);
+        if (!info)
+            throw RegistrationError(registration.place + ": class " + registration.className.str() +
+                                    " is not in the class repository");
+        Provider& served = provider(broker, directory, registration);
+        addNameSpaces(registration);
+        _entries.push_back({info, &served, std::move(registration)});
+    }
+}
+
+ProviderManager::~ProviderManager()
+{
+    cleanUp();
+}
+
+const ProviderLibrary& ProviderManager::library(const std::string& directory,
+                                                const Registration& registration)
+{
+    const auto known =
+        std::find_if(_libraries.begin(),
+                     _libraries.end(),
+                     [&](const NamedLibrary& l) { return l.location == registration.location; });
+    if (known != _libraries.end())
+        return *known->library;
+    try
+    {
+        _libraries.push_back(
+            {registration.location, std::make_unique<ProviderLibrary>(directory, registration.location)});
+    }
+    catch (const std::exception& error)
+    {
+        throw RegistrationError(registration.place + ": class " + registration.className.str() + ": " +
+                                error.what());
+    }
+    return *_libraries.back().library;
+}
+
+Provider& ProviderManager::provider(const Broker& broker,
+                                    const std::string& directory,
+                                    const Registration& registration)
+{
+    const auto known = std::find_if(_providers.begin(),
+                                    _providers.end(),
+                                    [&](const NamedProvider& p) {
+                                        return p.location == registration.location &&
+                                               p.provider->name() == registration.provider;
+                                    });
+    if (known != _providers.end())
+        return *known->provider;
+    auto created = std::make_unique<Provider>(
+        broker, library(directory, registration), registration.provider, registration.nameSpaces.front());
+    _providers.push_back({registration.location, std::move(created)});
+    return *_providers.back().provider;
+}
+
+void ProviderManager::addNameSpaces(const Registration& registration)
+{
+    for (const std::string& nameSpace : registration.nameSpaces)
+    {
+        const auto isSame = [&](const std::string& known) { return equalNoCase(known, nameSpace); };
+        if (nameSpace != "*" && std::none_of(_nameSpaces.begin(), _nameSpaces.end(), isSame))
+            _nameSpaces.push_back(nameSpace);
+    }
+}
+
+const ProviderEntry*
+ProviderManager::find(const ClassInfo& info, ProviderKind kind, const std::string& nameSpace) const
+{
+    const auto place = std::find_if(_entries.begin(),
+                                    _entries.end(),
+                                    [&](const ProviderEntry& entry) {
+                                        return entry.info == &info && entry.registration.has(kind) &&
+                                               entry.serves(nameSpace);
+                                    });
+    return place == _entries.end() ? nullptr : &*place;
+}
+
+std::vector<const ProviderEntry*>
+ProviderManager::family(const ClassInfo& info, ProviderKind kind, const std::string& nameSpace) const
+{
+    std::vector<const ProviderEntry*> found;
+    for (const ProviderEntry& entry : _entries)
+        if (entry.registration.has(kind) && entry.serves(nameSpace) && entry.info->isA(info))
+            found.push_back(&entry);
+    return found;
+}
+
+void ProviderManager::cleanUp()
+{
+    for (const NamedProvider& named : _providers)
+        named.provider->cleanUp();
+}
+
+} // namespace cimd

@@ -1,0 +1,77 @@
+// All registered providers, found by class.
+#pragma once
+
+#include "agent/broker/Broker.h"
+#include "agent/providers/Provider.h"
+#include "agent/providers/Registration.h"
+#include "agent/repository/ClassRepository.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace cimd
+{
+
+// One class served by one provider.
+struct ProviderEntry
+{
+    const ClassInfo* info;
+    Provider* provider;
+    Registration registration;
+
+    bool serves(const std::string& nameSpace) const;
+};
+
+class ProviderManager
+{
+  public:
+    // Loads the libraries of all entries from `directory`; providers are created when first needed.
+    // RegistrationError naming the entry if its class is not in the repository or its library cannot be
+    // loaded.
+    ProviderManager(const Broker& broker,
+                    std::vector<Registration> registrations,
+                    const std::string& directory);
+    // Calls cleanUp.
+    ~ProviderManager();
+    ProviderManager(const ProviderManager&) = delete;
+    ProviderManager& operator=(const ProviderManager&) = delete;
+
+    // In order of registration.
+    const std::vector<ProviderEntry>& entries() const { return _entries; }
+    // The entry of exactly this class; null if there is none.
+    const ProviderEntry* find(const ClassInfo& info, ProviderKind kind, const std::string& nameSpace) const;
+    // The entries of this class and its subclasses, in order of registration.
+    std::vector<const ProviderEntry*>
+    family(const ClassInfo& info, ProviderKind kind, const std::string& nameSpace) const;
+
+    // Every namespace an entry serves, in order of registration.
+    const std::vector<std::string>& nameSpaces() const { return _nameSpaces; }
+
+    // Ends all providers. No operation may be in progress, and none may follow.
+    void cleanUp();
+
+  private:
+    const ProviderLibrary& library(const std::string& directory, const Registration& registration);
+    Provider& provider(const Broker& broker, const std::string& directory, const Registration& registration);
+    void addNameSpaces(const Registration& registration);
+
+    struct NamedLibrary
+    {
+        std::string location;
+        std::unique_ptr<ProviderLibrary> library;
+    };
+
+    struct NamedProvider
+    {
+        std::string location;
+        std::unique_ptr<Provider> provider;
+    };
+
+    std::vector<NamedLibrary> _libraries;
+    std::vector<NamedProvider> _providers;
+    std::vector<ProviderEntry> _entries;
+    std::vector<std::string> _nameSpaces;
+};
+
+} // namespace cimd

@@ -1,0 +1,48 @@
+// Checks of what clients send against the schema; every mistake is answered with a CimError that names it.
+#pragma once
+
+#include "agent/cim/CimError.h"
+#include "agent/cim/Instance.h"
+#include "agent/repository/ClassRepository.h"
+#include "agent/service/CimService.h"
+
+#include <string>
+#include <vector>
+
+namespace cimd
+{
+
+// All of these throw CimError with InvalidParameter unless they say otherwise.
+class InputCheck
+{
+  public:
+    InputCheck(const ClassRepository& repository, std::string nameSpace)
+        : _repository(repository), _nameSpace(std::move(nameSpace))
+    {
+    }
+
+    const std::string& nameSpace() const { return _nameSpace; }
+
+    // InvalidClass if there is no such class.
+    const ClassInfo& classNamed(const CimName& name) const;
+    // The class of a filter such as AssocClass, null for an empty name.
+    const ClassInfo* filterClass(const CimName& name, const char* parameter) const;
+
+    // The complete path of an instance.
+    ObjectPath instancePath(const ObjectPath& path, const ClassInfo& info) const;
+    // The instance with its properties spelled and typed as declared, and without a path.
+    Instance instance(const Instance& given, const ClassInfo& info) const;
+    // Arguments for the parameters of a method: in parameters only, each once, required ones given.
+    std::vector<Argument> arguments(const std::vector<Argument>& given, const MethodDecl& method) const;
+
+    // A value for a declared element; `what` names it in messages.
+    CimValue value(const CimValue& given, const TypedElement& declared, const std::string& what) const;
+
+  private:
+    CimValue scalar(const CimValue& given, const TypedElement& declared, const std::string& what) const;
+
+    const ClassRepository& _repository;
+    std::string _nameSpace;
+};
+
+} // namespace cimd
