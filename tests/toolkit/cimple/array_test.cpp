@@ -1,0 +1,168 @@
+// Arrays: the operations against std::vector, elements with and without destructors, own elements as
+// arguments.
+#include <cimple/cimple.h>
+#include <gtest/gtest.h>
+#include <random>
+#include <vector>
+
+using namespace cimple;
+
+namespace
+{
+template <class T>
+T make_element(unsigned n);
+
+template <>
+uint32 make_element<uint32>(unsigned n)
+{
+    return n;
+}
+template <>
+String make_element<String>(unsigned n)
+{
+    return String(std::to_string(n).c_str());
+}
+template <>
+Datetime make_element<Datetime>(unsigned n)
+{
+    return Datetime(uint64(n));
+}
+template <>
+boolean make_element<boolean>(unsigned n)
+{
+    return n % 2 != 0;
+}
+
+template <class T>
+class ArrayTest : public testing::Test
+{
+};
+typedef testing::Types<uint32, String, Datetime, boolean> Element_Types;
+TYPED_TEST_SUITE(ArrayTest, Element_Types);
+
+TYPED_TEST(ArrayTest, BehavesLikeAVector)
+{
+    std::mt19937 random(1);
+    const auto below = [&random](size_t n)
+    { return std::uniform_int_distribution<size_t>(0, n - 1)(random); };
+    Array<TypeParam> array;
+    std::vector<TypeParam> oracle;
+    for (unsigned step = 0; step < 3000; step++)
+    {
+        const TypeParam element = make_element<TypeParam>(step);
+        const size_t pos = below(oracle.size() + 1);
+        const auto at = oracle.begin() + static_cast<std::ptrdiff_t>(pos);
+        switch (below(8))
+        {
+        case 0:
+        case 1:
+            array.append(element);
+            oracle.push_back(element);
+            break;
+        case 2:
+            array.prepend(element);
+            oracle.insert(oracle.begin(), element);
+            break;
+        case 3:
+            array.insert(pos, element);
+            oracle.insert(at, element);
+            break;
+        case 4: // elements of its own
+        {
+            const size_t n = below(oracle.size() - pos + 1);
+            const std::vector<TypeParam> part(at, at + static_cast<std::ptrdiff_t>(n));
+            array.insert(pos / 2, array.data() + pos, n);
+            oracle.insert(oracle.begin() + static_cast<std::ptrdiff_t>(pos / 2), part.begin(), part.end());
+            break;
+        }
+        case 5:
+        {
+            const size_t n = below(oracle.size() - pos + 1);
+            array.remove(pos, n);
+            oracle.erase(at, at + static_cast<std::ptrdiff_t>(n));
+            break;
+        }
+        case 6:
+        {
+            const size_t n = below(20);
+            array.resize(n);
+            oracle.resize(n);
+            break;
+        }
+        default:
+        {
+            Array<TypeParam> copy;
+            copy.assign(array);
+            copy.append(element);
+            array.swap(copy);
+            oracle.push_back(element);
+            break;
+        }
+        }
+        ASSERT_EQ(array.size(), oracle.size()) << step;
+        for (size_t i = 0; i < oracle.size(); i++)
+            ASSERT_TRUE(array[i] == oracle[i]) << step << " " << i;
+        ASSERT_GE(array.capacity(), array.size());
+    }
+}
+
+TYPED_TEST(ArrayTest, FindsTheIndexAndCompares)
+{
+    const TypeParam zero = make_element<TypeParam>(0);
+    const TypeParam one = make_element<TypeParam>(1);
+    Array<TypeParam> array = Array<TypeParam>::make(zero, zero, zero, one, zero);
+    EXPECT_EQ(array.find(one), 3u);
+    EXPECT_EQ(array.find(zero), 0u);
+    array.remove(3);
+    EXPECT_EQ(array.find(one), size_t(-1));
+
+    Array<TypeParam> copy(array);
+    EXPECT_TRUE(copy == array);
+    copy[2] = one;
+    EXPECT_FALSE(copy == array);
+    EXPECT_TRUE(array[2] == zero);
+    copy.clear();
+    EXPECT_EQ(copy.size(), 0u);
+    EXPECT_GE(copy.capacity(), 4u);
+    EXPECT_TRUE(copy == Array<TypeParam>());
+}
+
+TEST(ArrayOfPointersTest, OwnsNothing)
+{
+    Instance* const instance = nullptr;
+    Array_Instance array;
+    array.append(instance);
+    const Array_Instance copy(array);
+    array.clear();
+    EXPECT_EQ(copy.size(), 1u);
+}
+
+TEST(ArrayMemoryTest, RefusesSizesBeyondTheAddressSpace)
+{
+    Array_uint64 array;
+    EXPECT_THROW(array.reserve(size_t(-1) / 4), std::bad_alloc);
+    array.append(1);
+    EXPECT_EQ(array[0], 1u);
+}
+
+TEST(PropertyTest, ComparesFlagAndValue)
+{
+    Property<uint32> x;
+    Property<uint32> y;
+    x.set(5);
+    y.set(5);
+    EXPECT_TRUE(x == y);
+    y.null = 1;
+    EXPECT_TRUE(x != y);
+    x.clear();
+    EXPECT_TRUE(x.null != 0 && x.value == 0);
+    EXPECT_TRUE(x != y) << "leftover values count";
+
+    Property<Array_String> array;
+    array.clear();
+    array.set(Array_String::make("a", "b"));
+    EXPECT_TRUE(array.null == 0 && array.value.size() == 2);
+    array.clear();
+    EXPECT_TRUE(array.null != 0 && array.value.size() == 0);
+}
+} // namespace
