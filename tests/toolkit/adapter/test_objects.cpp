@@ -1,0 +1,186 @@
+// Tracking of the test broker's objects, and values in and out of them.
+#include "test_object_types.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace test_broker
+{
+
+namespace
+{
+
+thread_local Session* currentSession = nullptr;
+
+} // namespace
+
+Object::Object(Journal& j) : journal(j) {}
+
+Object::~Object() = default;
+
+Journal::~Journal()
+{
+    for (Object* clone : _clones)
+        delete clone;
+}
+
+void Journal::violation(const std::string& text)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    _violations.push_back(text);
+}
+
+std::vector<std::string> Journal::violations() const
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    return _violations;
+}
+
+size_t Journal::clonesAlive() const
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    return _clones.size();
+}
+
+void Journal::adoptClone(Object* object)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    _clones.insert(object);
+}
+
+bool Journal::releaseClone(Object* object)
+{
+    {
+        std::lock_guard<std::mutex> lock(_mutex);
+        if (_clones.erase(object) == 0)
+            return false;
+    }
+    delete object;
+    return true;
+}
+
+Session::Session(const CMPIContext* context) : _context(context), _outer(currentSession)
+{
+    currentSession = this;
+}
+
+Session::~Session()
+{
+    _objects.clear();
+    currentSession = _outer;
+}
+
+Session* Session::current()
+{
+    return currentSession;
+}
+
+void Session::add(std::unique_ptr<Object> object)
+{
+    _objects.push_back(std::move(object));
+}
+
+bool Session::release(Object* object)
+{
+    // Objects released early are young: search from the end.
+    auto at = std::find_if(_objects.rbegin(), _objects.rend(), [&](auto& o) { return o.get() == object; });
+    if (at == _objects.rend())
+        return false;
+    _objects.erase(std::next(at).base());
+    return true;
+}
+
+CMPIData dataOf(Journal& journal, const Value& value)
+{
+    CMPIData data;
+    memset(&data, 0, sizeof data);
+    data.type = value.type;
+    data.state = value.null ? CMPI_nullValue : CMPI_goodValue;
+    if (value.null)
+        return data;
+    if (value.type & CMPI_ARRAY)
+        data.value.array = newArray(journal, value);
+    else if (value.type == CMPI_string)
+        data.value.string = newString(journal, value.text);
+    else if (value.type == CMPI_dateTime)
+        data.value.dateTime = newDateTime(journal, value.text);
+    else if (value.type == CMPI_ref)
+        data.value.ref = newPath(journal, *value.path);
+    else if (value.type == CMPI_instance)
+        data.value.inst = newInstance(journal, *value.inst);
+    else
+        data.value = value.scalar;
+    return data;
+}
+
+Value valueOf(const CMPIValue* value, CMPIType type)
+{
+    if (type & CMPI_ARRAY)
+        return value->array ? self(value->array).value : Value::nullOf(type);
+    switch (type)
+    {
+    case CMPI_chars:
+        return Value::string(reinterpret_cast<const char*>(value));
+    case CMPI_string:
+        return value->string ? Value::string(self(value->string).text) : Value::nullOf(type);
+    case CMPI_dateTime:
+        return value->dateTime ? Value::dateTime(self(value->dateTime).text) : Value::nullOf(type);
+    case CMPI_ref:
+        return value->ref ? Value::ref(self(value->ref).path) : Value::nullOf(type);
+    case CMPI_instance:
+        return value->inst ? Value::instance(self(value->inst).inst) : Value::nullOf(type);
+    case CMPI_boolean:
+        return Value::boolean(value->boolean != 0);
+    case CMPI_char16:
+        return Value::char16(value->char16);
+    case CMPI_real32:
+        return Value::real32(value->real32);
+    case CMPI_real64:
+        return Value::real64(value->real64);
+    case CMPI_uint8:
+        return Value::integer(type, value->uint8);
+    case CMPI_uint16:
+        return Value::integer(type, value->uint16);
+    case CMPI_uint32:
+        return Value::integer(type, value->uint32);
+    case CMPI_uint64:
+        return Value::integer(type, value->uint64);
+    case CMPI_sint8:
+        return Value::integer(type, static_cast<CMPIUint64>(value->sint8));
+    case CMPI_sint16:
+        return Value::integer(type, static_cast<CMPIUint64>(value->sint16));
+    case CMPI_sint32:
+        return Value::integer(type, static_cast<CMPIUint64>(value->sint32));
+    case CMPI_sint64:
+        return Value::integer(type, static_cast<CMPIUint64>(value->sint64));
+    default:
+        return Value();
+    }
+}
+
+const Path& pathOf(const CMPIObjectPath* path)
+{
+    return self(path).path;
+}
+
+const Inst& instOf(const CMPIInstance* inst)
+{
+    return self(inst).inst;
+}
+
+const std::vector<Named>& argsOf(const CMPIArgs* args)
+{
+    return self(args).args;
+}
+
+const std::vector<Named>& entriesOf(const CMPIContext* context)
+{
+    return self(context).entries;
+}
+
+std::string textOf(const CMPIString* string)
+{
+    return string ? self(string).text : std::string();
+}
+
+} // namespace test_broker

@@ -1,0 +1,246 @@
+// Construction, look-up and texts of the test broker's values.
+#include "test_values.h"
+
+#include <cinttypes>
+#include <cstdio>
+#include <strings.h>
+
+namespace test_broker
+{
+
+namespace
+{
+
+Value make(CMPIType type)
+{
+    Value value;
+    value.type = type;
+    value.null = false;
+    return value;
+}
+
+std::string quoted(const std::string& text)
+{
+    std::string result = "\"";
+    for (char c : text)
+    {
+        if (c == '"' || c == '\\')
+            result += '\\';
+        result += c;
+    }
+    return result + "\"";
+}
+
+std::string listOf(const std::vector<Named>& list)
+{
+    std::string result;
+    for (const Named& item : list)
+        result += (result.empty() ? "" : ",") + item.first + "=" + textOf(item.second);
+    return result;
+}
+
+} // namespace
+
+Value Value::nullOf(CMPIType type)
+{
+    Value value;
+    value.type = type;
+    return value;
+}
+
+Value Value::boolean(bool x)
+{
+    Value value = make(CMPI_boolean);
+    value.scalar.boolean = x;
+    return value;
+}
+
+Value Value::char16(CMPIChar16 x)
+{
+    Value value = make(CMPI_char16);
+    value.scalar.char16 = x;
+    return value;
+}
+
+Value Value::integer(CMPIType type, CMPIUint64 bits)
+{
+    Value value = make(type);
+    switch (type)
+    {
+    case CMPI_uint8:
+        value.scalar.uint8 = static_cast<CMPIUint8>(bits);
+        break;
+    case CMPI_uint16:
+        value.scalar.uint16 = static_cast<CMPIUint16>(bits);
+        break;
+    case CMPI_uint32:
+        value.scalar.uint32 = static_cast<CMPIUint32>(bits);
+        break;
+    case CMPI_uint64:
+        value.scalar.uint64 = bits;
+        break;
+    case CMPI_sint8:
+        value.scalar.sint8 = static_cast<CMPISint8>(bits);
+        break;
+    case CMPI_sint16:
+        value.scalar.sint16 = static_cast<CMPISint16>(bits);
+        break;
+    case CMPI_sint32:
+        value.scalar.sint32 = static_cast<CMPISint32>(bits);
+        break;
+    default:
+        value.scalar.sint64 = static_cast<CMPISint64>(bits);
+        break;
+    }
+    return value;
+}
+
+Value Value::real32(float x)
+{
+    Value value = make(CMPI_real32);
+    value.scalar.real32 = x;
+    return value;
+}
+
+Value Value::real64(double x)
+{
+    Value value = make(CMPI_real64);
+    value.scalar.real64 = x;
+    return value;
+}
+
+Value Value::string(std::string x)
+{
+    Value value = make(CMPI_string);
+    value.text = std::move(x);
+    return value;
+}
+
+Value Value::dateTime(std::string x)
+{
+    Value value = make(CMPI_dateTime);
+    value.text = std::move(x);
+    return value;
+}
+
+Value Value::ref(Path x)
+{
+    Value value = make(CMPI_ref);
+    value.path = std::make_shared<const Path>(std::move(x));
+    return value;
+}
+
+Value Value::instance(Inst x)
+{
+    Value value = make(CMPI_instance);
+    value.inst = std::make_shared<const Inst>(std::move(x));
+    return value;
+}
+
+Value Value::array(CMPIType elementType, std::vector<Value> x)
+{
+    Value value = make(static_cast<CMPIType>(elementType | CMPI_ARRAY));
+    value.elements = std::move(x);
+    return value;
+}
+
+const Value* Inst::property(const char* name) const
+{
+    return find(properties, name);
+}
+
+void set(std::vector<Named>& list, const std::string& name, Value value)
+{
+    for (Named& item : list)
+    {
+        if (strcasecmp(item.first.c_str(), name.c_str()) == 0)
+        {
+            item.second = std::move(value);
+            return;
+        }
+    }
+    list.emplace_back(name, std::move(value));
+}
+
+const Value* find(const std::vector<Named>& list, const char* name)
+{
+    for (const Named& item : list)
+        if (strcasecmp(item.first.c_str(), name) == 0)
+            return &item.second;
+    return nullptr;
+}
+
+std::string textOf(const Value& value)
+{
+    if (value.null)
+        return "null";
+    if (value.type & CMPI_ARRAY)
+    {
+        std::string result;
+        for (const Value& element : value.elements)
+            result += (result.empty() ? "" : ",") + textOf(element);
+        return "[" + result + "]";
+    }
+    char text[64] = "?";
+    switch (value.type)
+    {
+    case CMPI_boolean:
+        return value.scalar.boolean ? "true" : "false";
+    case CMPI_char16:
+        snprintf(text, sizeof text, "c:%u", value.scalar.char16);
+        break;
+    case CMPI_uint8:
+        snprintf(text, sizeof text, "u8:%u", value.scalar.uint8);
+        break;
+    case CMPI_uint16:
+        snprintf(text, sizeof text, "u16:%u", value.scalar.uint16);
+        break;
+    case CMPI_uint32:
+        snprintf(text, sizeof text, "u32:%u", value.scalar.uint32);
+        break;
+    case CMPI_uint64:
+        snprintf(text, sizeof text, "u64:%llu", value.scalar.uint64);
+        break;
+    case CMPI_sint8:
+        snprintf(text, sizeof text, "s8:%d", value.scalar.sint8);
+        break;
+    case CMPI_sint16:
+        snprintf(text, sizeof text, "s16:%d", value.scalar.sint16);
+        break;
+    case CMPI_sint32:
+        snprintf(text, sizeof text, "s32:%d", value.scalar.sint32);
+        break;
+    case CMPI_sint64:
+        snprintf(text, sizeof text, "s64:%lld", value.scalar.sint64);
+        break;
+    case CMPI_real32:
+        snprintf(text, sizeof text, "r32:%.9g", static_cast<double>(value.scalar.real32));
+        break;
+    case CMPI_real64:
+        snprintf(text, sizeof text, "r64:%.17g", value.scalar.real64);
+        break;
+    case CMPI_string:
+        return quoted(value.text);
+    case CMPI_dateTime:
+        return "d:" + value.text;
+    case CMPI_ref:
+        return "<" + textOf(*value.path) + ">";
+    case CMPI_instance:
+        return textOf(*value.inst);
+    default:
+        break;
+    }
+    return text;
+}
+
+std::string textOf(const Path& path)
+{
+    return path.ns + ":" + path.className + (path.keys.empty() ? "" : ".") + listOf(path.keys);
+}
+
+std::string textOf(const Inst& inst)
+{
+    return inst.path.className + "{" + listOf(inst.properties) + "}";
+}
+
+} // namespace test_broker

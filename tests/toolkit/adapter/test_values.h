@@ -1,0 +1,73 @@
+// Plain C++ values of the test broker: what a CIM server would keep of instances, paths and arguments.
+#pragma once
+
+#include <cmpift.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace test_broker
+{
+
+struct Path;
+struct Inst;
+
+// One CIM value. `type` is a CMPI type code (never CMPI_chars), with the array bit for arrays; a NULL value
+// keeps its type.
+struct Value
+{
+    CMPIType type = CMPI_null;
+    bool null = true;
+    CMPIValue scalar = {0};           // numbers, booleans, char16: the member that `type` names
+    std::string text;                 // strings and datetimes (25 characters)
+    std::shared_ptr<const Path> path; // references
+    std::shared_ptr<const Inst> inst; // embedded instances
+    std::vector<Value> elements;      // arrays
+
+    static Value nullOf(CMPIType type);
+    static Value boolean(bool x);
+    static Value char16(CMPIChar16 x);
+    static Value integer(CMPIType type, CMPIUint64 bits); // any integer type; the low bits count
+    static Value real32(float x);
+    static Value real64(double x);
+    static Value string(std::string x);
+    static Value dateTime(std::string x);
+    static Value ref(Path x);
+    static Value instance(Inst x);
+    static Value array(CMPIType elementType, std::vector<Value> x);
+};
+
+using Named = std::pair<std::string, Value>;
+
+struct Path
+{
+    std::string ns;
+    std::string className;
+    std::vector<Named> keys;
+};
+
+struct Inst
+{
+    Path path;
+    std::vector<Named> properties;
+
+    // The property of that name in any letter case, or null.
+    const Value* property(const char* name) const;
+};
+
+// Adds or replaces; names compare without regard to case.
+void set(std::vector<Named>& list, const std::string& name, Value value);
+const Value* find(const std::vector<Named>& list, const char* name);
+
+// Stable texts for comparisons: `root/x:Demo_Rack.Name="r1"`, `Demo_Rack{Name="r1",Slots=[u16:1,null]}`.
+std::string textOf(const Value& value);
+std::string textOf(const Path& path);
+std::string textOf(const Inst& inst);
+
+// Value read from a value argument of a CMPI call: exactly the bytes of the member that the type names.
+// Objects are read through their `hdl`, so they must be objects of this broker.
+Value valueOf(const CMPIValue* value, CMPIType type);
+
+} // namespace test_broker
