@@ -7,7 +7,6 @@
 #include <cstring>
 #include <fstream>
 #include <set>
-#include <sstream>
 
 namespace simulator
 {
@@ -208,13 +207,17 @@ Scenario parseScenario(std::string_view text, const std::string& source)
 Scenario readScenario(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf(); // fails without being bad when the file is empty
-    if (!file || text.bad())
+    std::string text;
+    char block[1 << 14];
+    while (file.read(block, sizeof block) || file.gcount() > 0)
+    {
+        text.append(block, static_cast<std::size_t>(file.gcount()));
+    }
+    if (!file.eof()) // could not be opened, or is a directory
     {
         throw ScenarioError(path, std::string("cannot read the scenario: ") + std::strerror(errno));
     }
-    return parseScenario(text.str(), path);
+    return parseScenario(text, path);
 }
 
 } // namespace simulator

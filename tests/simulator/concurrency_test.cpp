@@ -1,0 +1,93 @@
+// Tests of calls from many threads at once, for the thread sanitizer as much as for their results.
+#include "platform/data_cache.h"
+#include "platform/switch_server.h"
+#include "platform/xpl_lib.h"
+#include "simulator/testing/sim_switch.h"
+#include "tests/simulator/sml.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+using namespace simulator;
+
+namespace
+{
+
+void readEverything()
+{
+    DataCache* cache = DataCache::instance();
+    ASSERT_EQ(0, cache->dcRdLock());
+    const FabricCache* fabric = cache->getFabric(1);
+    for (SwitchCache* one = fabric->getFirstSwitch(); one != nullptr; one = fabric->getNextSwitch(one))
+    {
+        EXPECT_FALSE(one->getWwn().empty()) << "a switch left under the read lock";
+        const std::string domain = std::to_string(one->getDomainID());
+        char address[kAttachedPortAddressSize];
+        for (int next = get_first_attached_port(domain.c_str(), address); next != 0;
+             next = get_next_attached_port(domain.c_str(), next, address))
+        {
+            EXPECT_EQ(16u, valueOf("Oper.NameServerAll." + domain + ".Entry." + address + ".PortWwn").size());
+        }
+    }
+    for (std::string index = cache->getFirstRootPortIndex(); !index.empty();
+         index = cache->getNextRootPortIndex(index))
+    {
+        // The two belong together: one batch is one state of the switch.
+        auto entries =
+            batchOf({"Oper.UserPort.0." + index + ".OperState", "Oper.UserPort.0." + index + ".LinkSpeed"});
+        ASSERT_EQ(0, getBatch(entries));
+        EXPECT_EQ(std::strcmp(entries[0].value, "Online") == 0,
+                  std::strcmp(entries[1].value, "Unknown") != 0);
+    }
+    cache->dcRdUnlock();
+    char** cell = get_Local_Switch_World_Wide_Name();
+    std::free(*cell);
+    xpl_libFreeMemory(cell);
+}
+
+TEST(Concurrency, ReadersSeeWholeStatesWhileEverythingChanges)
+{
+    SimSwitch sim = SimSwitch::make().ports(6);
+    std::atomic<bool> stop{false};
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 4; ++i)
+    {
+        readers.emplace_back(
+            [&stop]
+            {
+                while (!stop)
+                {
+                    readEverything();
+                }
+            });
+    }
+    SwitchScenario remote = SimSwitch::make().remote(2, 3).scenario().switches.back();
+    NodeScenario node;
+    node.domain = 2;
+    node.port = 1;
+    node.portWwn = "210002a5c0de0001";
+    for (int i = 0; i < 60; ++i)
+    {
+        sim.addSwitch(remote);
+        sim.portDown(i % 6);
+        sim.addNode(node);
+        setKey("Config.UserPort.0.0.LinkSpeed.2Gb/s");
+        sim.advance(std::chrono::milliseconds(300));
+        sim.removeNode(node.portWwn);
+        sim.portUp(i % 6);
+        sim.failNext("Oper.Nothing.", 1);
+        sim.removeSwitch(2);
+        setKey("Config.UserPort.0.0.LinkSpeed.Auto");
+    }
+    stop = true;
+    for (std::thread& reader : readers)
+    {
+        reader.join();
+    }
+    EXPECT_EQ(0u, sim.outstandingBlocks());
+    EXPECT_EQ(0, sim.heldCacheLocks());
+}
+
+} // namespace

@@ -1,0 +1,372 @@
+// Tests of the attribute store: which keys answer what, how batches end, what writes change.
+#include "platform/data_cache.h"
+#include "platform/switch_server.h"
+#include "simulator/keys/key_registry.h"
+#include "simulator/scenario/scenario_json.h"
+#include "simulator/testing/sim_switch.h"
+#include "tests/simulator/sml.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+using namespace simulator;
+
+namespace
+{
+
+TEST(KeyRegistry, FindsByPartsAndTakesArguments)
+{
+    KeyRegistry<int> registry;
+    registry.add("Oper.UserPort.0.%s.LinkSpeed", 1);
+    registry.add("Oper.UserPort.0.%s.C64.InvalidCRCs", 2);
+    registry.add("Oper.Switch.Echo.%*", 3);
+    registry.add("Config.UserPort.0.%d.Type.%*", 4);
+    struct
+    {
+        const char* key;
+        int handler; // 0: none
+        std::string first, second;
+    } const rows[] = {
+        {"Oper.UserPort.0.17.LinkSpeed", 1, "17", ""},
+        {"Oper.UserPort.0.17.C64.InvalidCRCs", 2, "17", ""},
+        {"Oper.UserPort.0..LinkSpeed", 1, "", ""},
+        {"Oper.Switch.Echo.a.b.c", 3, "a.b.c", ""},
+        {"Oper.Switch.Echo.", 3, "", ""},
+        {"Config.UserPort.0.5.Type.G.x", 4, "5", "G.x"},
+        {"Oper.Switch.Echo", 0, "", ""},
+        {"Oper.UserPort.0.17", 0, "", ""},
+        {"Oper.UserPort.0.17.LinkSpeed.", 0, "", ""},
+        {"Oper.UserPort.1.17.LinkSpeed", 0, "", ""},
+        {"oper.UserPort.0.17.LinkSpeed", 0, "", ""},
+        {".Oper", 0, "", ""},
+        {"", 0, "", ""},
+    };
+    for (const auto& row : rows)
+    {
+        KeyArguments arguments;
+        const int* handler = registry.find(row.key, arguments);
+        EXPECT_EQ(row.handler, handler != nullptr ? *handler : 0) << row.key;
+        EXPECT_EQ(row.handler != 0 ? row.first : std::string(arguments[0]), arguments[0]) << row.key;
+        EXPECT_EQ(row.handler != 0 ? row.second : std::string(arguments[1]), arguments[1]) << row.key;
+    }
+    EXPECT_THROW(registry.add("Oper.UserPort.0.%d.LinkSpeed", 5), std::logic_error);
+    EXPECT_THROW(registry.add("a.%s.%s.%s.%s.%s", 6), std::logic_error);
+}
+
+const char* const kLocalPortKeys[] = {
+    "Oper.UserPort.0.%s.SymPortName",       "Oper.UserPort.0.%s.OperState",
+    "Oper.UserPort.0.%s.AdminState",        "Oper.UserPort.0.%s.WWN",
+    "Oper.UserPort.0.%s.RunningType",       "Oper.UserPort.0.%s.LinkSpeed",
+    "Oper.UserPort.0.%s.IOStreamGuardMode", "Oper.UserPort.0.%s.PerfTuningMode",
+    "Oper.UserPort.0.%s.MaxCredit",         "Oper.Switch.Echo.%s",
+    "Config.UserPort.0.%s.LinkSpeed",       "Config.UserPort.0.%s.Type",
+    "Config.UserPort.0.%s.RSCNEnable",      "Config.UserPort.0.%s.AutoPerfTuning",
+    "Config.UserPort.0.%s.MFSEnable",       "Config.UserPort.0.%s.LCFEnable",
+    "Config.UserPort.0.%s.VIEnable",        "Config.UserPort.0.%s.ScanEnable",
+    "Oper.UserPort.0.%s.RxBytePerf",        "Oper.UserPort.0.%s.TxBytePerf",
+    "Oper.UserPort.0.%s.RxFramePerf",       "Oper.UserPort.0.%s.TxFramePerf",
+};
+
+const char* const kCounterNames[] = {
+    "TotalLIPRecv",   "RxLinkResets",       "TxLinkResets",     "PrimSeqErrors",   "InvDestAddr",
+    "Class3FramesIn", "Class3FramesOut",    "Class2FramesIn",   "Class2FramesOut", "DecodeErrors",
+    "LinkFailures",   "LossOfSyncs",        "InvalidCRCs",      "TotalRxWords",    "TotalTxWords",
+    "TotalRxFrames",  "TotalTxFrames",      "FBusys",           "ShortFramesIn",   "LongFramesIn",
+    "FRejects",       "BBCR_FrameFailures", "BBCR_RRDYFailures"};
+
+std::string filled(std::string pattern, const std::vector<std::string>& values)
+{
+    for (const std::string& value : values)
+    {
+        pattern.replace(pattern.find('%'), 2, value);
+    }
+    return pattern;
+}
+
+// Reads keys in one batch; every one must answer.
+void expectAllAnswer(const std::vector<std::string>& keys)
+{
+    auto entries = batchOf(keys);
+    ASSERT_EQ(0, getBatch(entries));
+    for (const xpl_smlEntry& entry : entries)
+    {
+        EXPECT_EQ(XPL_OK, entry.status) << entry.key;
+    }
+    EXPECT_FALSE(isErrors(entries.data(), static_cast<std::uint32_t>(entries.size())));
+}
+
+TEST(DefaultScenario, AnswersEveryKeyOfEveryElementOnAWalk)
+{
+    const SimSwitch sim(readScenario(SCENARIO_DIR "/default.json"));
+    DataCache* cache = DataCache::instance();
+    expectAllAnswer({"Oper.Switch.WWN",
+                     "Config.Switch.SymName",
+                     "Oper.Switch.OperState",
+                     "Oper.Switch.AdminState",
+                     "Config.Switch.AdminState",
+                     "Oper.Switch.DomainID",
+                     "Oper.Switch.Type",
+                     "Oper.Switch.WhoIsPrincipal"});
+    int localPorts = 0;
+    for (std::string index = cache->getFirstRootPortIndex(); !index.empty();
+         index = cache->getNextRootPortIndex(index), ++localPorts)
+    {
+        std::vector<std::string> keys;
+        for (const char* pattern : kLocalPortKeys)
+        {
+            keys.push_back(filled(pattern, {index}));
+        }
+        for (const char* name : kCounterNames)
+        {
+            keys.push_back("Oper.UserPort.0." + index + ".C64." + name);
+        }
+        const bool ethernet = cache->getPortHWType(index) == kPortHWTypeEthernet;
+        keys.push_back("Oper.UserPort.0." + index + (ethernet ? ".EthSpeedCapability" : ".SpeedCapability"));
+        expectAllAnswer(keys);
+    }
+    EXPECT_EQ(24, localPorts);
+
+    int switches = 0, remotePorts = 0, nodes = 0;
+    const FabricCache* fabric = cache->getFabric(1);
+    for (SwitchCache* one = fabric->getFirstSwitch(); one != nullptr;
+         one = fabric->getNextSwitch(one), ++switches)
+    {
+        const std::string domain = std::to_string(one->getDomainID());
+        expectAllAnswer(
+            {"Oper.Fabric.Entry." + domain + ".WWN", "Oper.Fabric.Entry." + domain + ".SymNodeName"});
+        for (PortCache port = one->getFirstPort(); !one->isLocal() && !port.isNull();
+             port = one->getNextPort(port), ++remotePorts)
+        {
+            const std::string entry =
+                "Oper.TopologyAll." + domain + ".Entry." + std::to_string(port.getEntryNumber()) + ".";
+            expectAllAnswer(
+                {entry + "PortState", entry + "PortType", entry + "PortWwn", entry + "PortNumber"});
+        }
+        char address[kAttachedPortAddressSize];
+        for (int next = get_first_attached_port(domain.c_str(), address); next != 0;
+             next = get_next_attached_port(domain.c_str(), next, address), ++nodes)
+        {
+            std::vector<std::string> keys;
+            for (const char* name : {"PortWwn",
+                                     "NodeWwn",
+                                     "SymPortName",
+                                     "SymNodeName",
+                                     "PortType",
+                                     "COSList",
+                                     "FC4StdTypeList",
+                                     "FabricPortName"})
+            {
+                keys.push_back("Oper.NameServerAll." + domain + ".Entry." + address + "." + name);
+            }
+            expectAllAnswer(keys);
+        }
+    }
+    EXPECT_EQ(3, switches);
+    EXPECT_EQ(24 + 16, remotePorts);
+    EXPECT_EQ(22, nodes);
+}
+
+// One switch with a port in each interesting condition.
+Scenario conditions()
+{
+    SimSwitchSetup setup;
+    setup.ports(12).wwn("100002A5C0DE00aB").remote(2, 2).isl({1, 10, 2, 0, false}).isl({1, 11, 2, 1, true});
+    const auto change = [&setup](int number, auto how) { setup.port(number, how); };
+    change(0, [](PortScenario& p) { p.link = LinkState::automatic; });
+    change(1, [](PortScenario& p) { p.adminState = AdminState::offline; });
+    change(2, [](PortScenario& p) { p.adminState = AdminState::diagnostics; });
+    change(3, [](PortScenario& p) { p.failed = true; });
+    change(4,
+           [](PortScenario& p) { p.hardware = PortHardware::ethernet, p.speedCapability = LinkSpeed::gb10; });
+    change(5, [](PortScenario& p) { p.type = PortType::th, p.diagnostics = DiagStatus::unavailable; });
+    change(6, [](PortScenario& p) { p.link = LinkState::automatic; });
+    change(7, [](PortScenario& p) { p.wwn = "0000000000000000", p.diagnostics = DiagStatus::failed; });
+    change(8,
+           [](PortScenario& p) { p.autoPerfTuning = false, p.lcf = p.vi = true, p.rscn = RscnEnable::no; });
+    change(9, [](PortScenario& p) { p.type = PortType::g; });
+    NodeScenario host;
+    host.domain = 1;
+    host.port = 6;
+    host.portWwn = "210002A5c0de0006";
+    host.role = NodeRole::initiator;
+    host.type = NodePortType::nl;
+    host.speed = LinkSpeed::gb4;
+    setup.node(host).node(1, 9, "210002a5c0de0009");
+    return setup.scenario();
+}
+
+TEST(Keys, TellTheConditionOfPorts)
+{
+    const SimSwitch sim(conditions());
+    struct
+    {
+        const char* key;
+        const char* value;
+    } const rows[] = {
+        {"Oper.Switch.WWN", "100002A5C0DE00aB"},
+        {"Oper.Switch.DomainID", "1"},
+        {"Oper.Switch.Echo.20.05", "20.05"},
+        {"Oper.Switch.WhoIsPrincipal", "100002A5C0DE00aB"},
+        {"Oper.Fabric.Entry.2.SymNodeName", "remote-2"},
+        {"Oper.Fabric.Entry.3.WWN", "status 2"},
+        {"Oper.UserPort.0.0.OperState", "Offline"},
+        {"Oper.UserPort.0.0.RunningType", "Unknown"},
+        {"Oper.UserPort.0.0.LinkSpeed", "Unknown"},
+        {"Oper.UserPort.0.0.SymPortName", "Port0"},
+        {"Oper.UserPort.0.1.OperState", "Offline"},
+        {"Oper.UserPort.0.1.AdminState", "Offline"},
+        {"Oper.UserPort.0.2.OperState", "Diagnostics"},
+        {"Oper.UserPort.0.3.OperState", "Downed"},
+        {"Oper.UserPort.0.3.AdminState", "Online"},
+        {"Oper.UserPort.0.4.EthSpeedCapability", "10Gb/s"},
+        {"Oper.UserPort.0.4.SpeedCapability", "status 16"},
+        {"Oper.UserPort.0.5.SpeedCapability", "8Gb/s"},
+        {"Oper.UserPort.0.5.EthSpeedCapability", "status 16"},
+        {"Oper.UserPort.0.5.RunningType", "TH"},
+        {"Oper.UserPort.0.5.DiagStatus", "status 16"},
+        {"Oper.UserPort.0.6.OperState", "Online"}, // a node is attached
+        {"Oper.UserPort.0.6.RunningType", "FL"},
+        {"Oper.UserPort.0.6.LinkSpeed", "4Gb/s"},
+        {"Oper.UserPort.0.6.IOStreamGuardMode", "Enabled"}, // left to itself, guards an initiator
+        {"Oper.UserPort.0.6.WWN",
+         "2006"
+         "02A5C0DE00aB"},
+        {"Oper.UserPort.0.7.WWN", "0000000000000000"},
+        {"Oper.UserPort.0.7.DiagStatus", "Failed"},
+        {"Oper.UserPort.0.8.PerfTuningMode", "LCF-VI"},
+        {"Oper.UserPort.0.8.IOStreamGuardMode", "Enabled"},
+        {"Oper.UserPort.0.8.RunningType", "GL"}, // up, with nobody there
+        {"Oper.UserPort.0.9.RunningType", "F"},
+        {"Oper.UserPort.0.9.IOStreamGuardMode", "Disabled"},
+        {"Oper.UserPort.0.9.MaxCredit", "16"},
+        {"Oper.UserPort.0.10.RunningType", "E"},
+        {"Oper.UserPort.0.11.OperState", "Isolated"},
+        {"Oper.UserPort.0.12.OperState", "status 2"},
+        {"Oper.UserPort.0.06.OperState", "status 2"}, // no index the cache hands out
+        {"Oper.UserPort.0.-1.OperState", "status 2"},
+        {"Oper.UserPort.0.6.Colour", "status 2"},
+        {"Oper.TopologyAll.2.Entry.0.PortType", "E"},
+        {"Oper.TopologyAll.2.Entry.1.PortState", "Isolated"},
+        {"Oper.TopologyAll.2.Entry.1.PortNumber", "1"},
+        {"Oper.TopologyAll.2.Entry.2.PortState", "status 2"},
+        {"Oper.NameServerAll.1.Entry.010600.PortWwn", "210002A5c0de0006"},
+        {"Oper.NameServerAll.1.Entry.010600.NodeWwn", "210002A5c0de0006"},
+        {"Oper.NameServerAll.1.Entry.010600.PortType", "NL"},
+        {"Oper.NameServerAll.1.Entry.010600.FabricPortName", "200602A5C0DE00aB"},
+        {"Oper.NameServerAll.1.Entry.010601.PortWwn", "status 2"},
+        {"Oper.NameServerAll.2.Entry.010600.PortWwn", "status 2"},
+        {"Nonsense", "status 2"},
+    };
+    for (const auto& row : rows)
+    {
+        EXPECT_EQ(row.value, valueOf(row.key)) << row.key;
+    }
+}
+
+TEST(Keys, FollowWhatHappensToTheSwitch)
+{
+    SimSwitch sim(conditions());
+    sim.portDown(6);
+    EXPECT_EQ("Offline", valueOf("Oper.UserPort.0.6.OperState"));
+    EXPECT_EQ("status 2", valueOf("Oper.NameServerAll.1.Entry.010600.PortWwn")) << "left the name server";
+    sim.portUp(6);
+    EXPECT_EQ("210002A5c0de0006", valueOf("Oper.NameServerAll.1.Entry.010600.PortWwn"));
+    sim.removeNode("210002a5C0DE0006"); // in any case
+    EXPECT_EQ("GL", valueOf("Oper.UserPort.0.6.RunningType"));
+    EXPECT_EQ("8Gb/s", valueOf("Oper.UserPort.0.6.LinkSpeed")) << "the slow node is gone";
+
+    sim.changePort(10, [](PortScenario& port) { port.link = LinkState::automatic; });
+    sim.removeSwitch(2);
+    EXPECT_EQ("Offline", valueOf("Oper.UserPort.0.10.OperState")) << "its link is down";
+    EXPECT_EQ("status 2", valueOf("Oper.Fabric.Entry.2.WWN"));
+
+    sim.changeSwitch([](SwitchScenario& one) { one.adminState = AdminState::offline; });
+    EXPECT_EQ("Offline", valueOf("Oper.UserPort.0.9.OperState")) << "an offline switch has no port online";
+    sim.setPrincipal(0);
+    EXPECT_EQ("status 16", valueOf("Oper.Switch.WhoIsPrincipal"));
+}
+
+TEST(Batch, AnswersEachEntryForItself)
+{
+    const SimSwitch sim = SimSwitch::make().ports(2);
+    auto entries =
+        batchOf({"Oper.UserPort.0.0.AdminState", "Oper.UserPort.0.7.AdminState", "Oper.Switch.Echo.x"});
+    EXPECT_EQ(0, getBatch(entries));
+    EXPECT_STREQ("Online", entries[0].value);
+    EXPECT_EQ(XPL_UNKNOWN_KEY, entries[1].status);
+    EXPECT_STREQ("", entries[1].value);
+    EXPECT_STREQ("x", entries[2].value);
+    EXPECT_TRUE(isErrors(entries.data(), 3));
+    EXPECT_FALSE(isErrors(entries.data(), 1));
+    entries[1].status = XPL_NOT_AVAILABLE;
+    EXPECT_FALSE(isErrors(entries.data(), 3)) << "a value that is missing is not an error";
+}
+
+TEST(Batch, RefusesWhatItCannotRead)
+{
+    const SimSwitch sim = SimSwitch::make();
+    auto entries = batchOf({"Oper.Switch.WWN"});
+    EXPECT_EQ(XPL_INVALID_HANDLE, xpl_smlGetBatch(nullptr, entries.data(), 1));
+    EXPECT_EQ(XPL_INVALID_PARAMETER, xpl_smlGetBatch(hSwitch, nullptr, 1));
+    EXPECT_EQ(XPL_OK, xpl_smlGetBatch(hSwitch, nullptr, 0));
+    EXPECT_EQ(XPL_OK, xpl_smlBatchSet(hSwitch, nullptr, 0));
+    std::memset(entries[0].key, 'x', sizeof entries[0].key);
+    EXPECT_EQ(XPL_INVALID_PARAMETER, getBatch(entries)) << "a key without an end";
+    EXPECT_EQ("status 9", valueOf("Oper.Switch.Echo." + std::string(300, 'x'))) << "a key that does not fit";
+    EXPECT_EQ(std::string(238, 'x'), valueOf("Oper.Switch.Echo." + std::string(238, 'x')));
+}
+
+TEST(Writes, ChangeTheConfigurationAndWhatFollows)
+{
+    const SimSwitch sim(conditions());
+    struct
+    {
+        const char* write;
+        int status;
+        const char* key;
+        const char* value;
+    } const rows[] = {
+        {"Config.UserPort.0.9.LinkSpeed.2Gb/s", 0, "Config.UserPort.0.9.LinkSpeed", "2Gb/s"},
+        {"Config.UserPort.0.9.LinkSpeed.10Gb/s",
+         9,
+         "Oper.UserPort.0.9.LinkSpeed",
+         "2Gb/s"}, // beyond its optics
+        {"Config.UserPort.0.9.LinkSpeed.ERROR", 9, "Config.UserPort.0.9.LinkSpeed", "2Gb/s"},
+        {"Config.UserPort.0.9.LinkSpeed.Auto", 0, "Oper.UserPort.0.9.LinkSpeed", "8Gb/s"},
+        {"Config.UserPort.0.9.Type.TF", 0, "Oper.UserPort.0.9.RunningType", "TF"},
+        {"Config.UserPort.0.9.Type.X", 9, "Config.UserPort.0.9.Type", "TF"},
+        {"Config.UserPort.0.9.RSCNEnable.False", 0, "Oper.UserPort.0.9.IOStreamGuardMode", "Enabled"},
+        {"Config.UserPort.0.9.RSCNEnable.True", 0, "Oper.UserPort.0.9.IOStreamGuardMode", "Disabled"},
+        {"Config.UserPort.0.9.AutoPerfTuning.False", 0, "Oper.UserPort.0.9.PerfTuningMode", "Normal"},
+        {"Config.UserPort.0.9.VIEnable.True", 0, "Oper.UserPort.0.9.PerfTuningMode", "VI"},
+        {"Config.UserPort.0.9.LCFEnable.True", 0, "Oper.UserPort.0.9.PerfTuningMode", "LCF-VI"},
+        {"Config.UserPort.0.9.MFSEnable.True", 0, "Oper.UserPort.0.9.PerfTuningMode", "MFS"},
+        {"Config.UserPort.0.9.MFSEnable.maybe", 9, "Config.UserPort.0.9.MFSEnable", "True"},
+        {"Config.UserPort.0.9.ScanEnable.False", 0, "Config.UserPort.0.9.ScanEnable", "False"},
+        {"Config.UserPort.0.99.ScanEnable.False", 2, "Config.UserPort.0.9.ScanEnable", "False"},
+        {"Config.UserPort.0.9.ScanEnable", 2, "Config.UserPort.0.9.ScanEnable", "False"},
+        {"Oper.UserPort.0.9.OperState.Online", 2, "Oper.UserPort.0.9.OperState", "Online"},
+    };
+    for (const auto& row : rows)
+    {
+        EXPECT_EQ(row.status, setKey(row.write)) << row.write;
+        EXPECT_EQ(row.value, valueOf(row.key)) << "after " << row.write;
+    }
+}
+
+TEST(Writes, ARefusedEntryDoesNotStopTheOthers)
+{
+    const SimSwitch sim = SimSwitch::make().ports(1);
+    auto entries = batchOf({"Config.UserPort.0.0.Type.E",
+                            "Config.UserPort.0.0.Type.ERROR",
+                            "Config.UserPort.0.0.ScanEnable.False"});
+    EXPECT_EQ(0, xpl_smlBatchSet(hSwitch, entries.data(), 3));
+    EXPECT_EQ(XPL_OK, entries[0].status);
+    EXPECT_EQ(XPL_INVALID_PARAMETER, entries[1].status);
+    EXPECT_EQ(XPL_OK, entries[2].status);
+    EXPECT_EQ("E", valueOf("Config.UserPort.0.0.Type"));
+    EXPECT_EQ("False", valueOf("Config.UserPort.0.0.ScanEnable"));
+}
+
+} // namespace

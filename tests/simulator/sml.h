@@ -1,0 +1,57 @@
+// Short forms of attribute store calls for tests.
+#ifndef TESTS_SIMULATOR_SML_H
+#define TESTS_SIMULATOR_SML_H
+
+#include "platform/xpl_sml.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+inline std::vector<xpl_smlEntry> batchOf(const std::vector<std::string>& keys)
+{
+    std::vector<xpl_smlEntry> entries(keys.size());
+    for (std::size_t i = 0; i < keys.size(); ++i)
+    {
+        std::memset(&entries[i], 0x5A, sizeof entries[i]); // the switch must set value and status
+        std::strncpy(entries[i].key, keys[i].c_str(), kXplSmlTextSize - 1);
+        entries[i].key[kXplSmlTextSize - 1] = '\0';
+    }
+    return entries;
+}
+
+inline int getBatch(std::vector<xpl_smlEntry>& entries)
+{
+    return xpl_smlGetBatch(hSwitch, entries.data(), static_cast<std::uint32_t>(entries.size()));
+}
+
+// The value of one key; "status N" when it has none.
+inline std::string valueOf(const std::string& key)
+{
+    char value[kXplSmlTextSize] = "untouched";
+    std::int32_t error = -1;
+    const int status = xpl_smlGetV(hSwitch, value, &error, "%s", key.c_str());
+    return status == 0 && error == 0 ? value : "status " + std::to_string(status);
+}
+
+inline std::uint64_t counterOf(int port, const std::string& name)
+{
+    return std::strtoull(
+        valueOf("Oper.UserPort.0." + std::to_string(port) + ".C64." + name).c_str(), nullptr, 16);
+}
+
+inline std::uint64_t rateOf(int port, const std::string& name)
+{
+    return std::strtoull(
+        valueOf("Oper.UserPort.0." + std::to_string(port) + "." + name).c_str(), nullptr, 10);
+}
+
+inline int setKey(const std::string& key)
+{
+    std::int32_t error = -1;
+    const int status = xpl_smlSetV(hSwitch, &error, "%s", key.c_str());
+    return status == error ? status : -1;
+}
+
+#endif

@@ -1,0 +1,117 @@
+// Tests of the switch server's helpers: text cells, the walk of attached ports, small texts.
+#include "platform/switch_server.h"
+
+#include "platform/vpd.h"
+#include "platform/xpl_lib.h"
+#include "simulator/testing/sim_switch.h"
+#include "tests/simulator/sml.h"
+
+#include <gtest/gtest.h>
+
+using namespace simulator;
+
+namespace
+{
+
+// Takes a cell's value and gives all memory back, as callers must.
+std::string taken(char** cell)
+{
+    const std::string value = *cell != nullptr ? *cell : "none";
+    std::free(*cell);
+    xpl_libFreeMemory(cell);
+    return value;
+}
+
+TEST(TextCells, HoldTheWwnOrNothing)
+{
+    SimSwitch sim = SimSwitch::make().remote(2, 1).principal(2);
+    EXPECT_EQ("100002a5c0de0001", taken(get_Local_Switch_World_Wide_Name()));
+    EXPECT_EQ("100002a5c0de1002", taken(get_Principal_Switch_World_Wide_Name()));
+    sim.setPrincipal(0);
+    EXPECT_EQ("none", taken(get_Principal_Switch_World_Wide_Name()));
+    sim.failNext("get_Local_Switch_World_Wide_Name");
+    EXPECT_EQ("none", taken(get_Local_Switch_World_Wide_Name()));
+
+    char** kept = get_Local_Switch_World_Wide_Name();
+    EXPECT_EQ(1u, sim.outstandingBlocks());
+    taken(kept);
+    EXPECT_EQ(0u, sim.outstandingBlocks());
+    xpl_libFreeMemory(nullptr);
+}
+
+TEST(TextCellsDeathTest, ForeignBlocksAreNotTakenBack)
+{
+    int foreign = 0;
+    EXPECT_DEATH(xpl_libFreeMemory(&foreign), "a block that the library did not hand out");
+}
+
+std::vector<std::string> attachedTo(const char* domain)
+{
+    std::vector<std::string> addresses;
+    char address[kAttachedPortAddressSize];
+    for (int next = get_first_attached_port(domain, address); next != 0;
+         next = get_next_attached_port(domain, next, address))
+    {
+        addresses.emplace_back(address);
+    }
+    return addresses;
+}
+
+TEST(AttachedPorts, AreWalkedByAddress)
+{
+    NodeScenario fixed;
+    fixed.domain = 1;
+    fixed.port = 0;
+    fixed.address = 0x01FFEE;
+    fixed.portWwn = "210002a5c0de0004";
+    SimSwitch sim = SimSwitch::make()
+                        .ports(12)
+                        .remote(2, 1)
+                        .node(fixed)
+                        .node(1, 11, "210002a5c0de0001")
+                        .node(1, 3, "210002a5c0de0002")
+                        .node(1, 3, "210002a5c0de0003"); // a second one on the same port
+    EXPECT_EQ((std::vector<std::string>{"010300", "010301", "010b00", "01ffee"}), attachedTo("1"));
+    EXPECT_TRUE(attachedTo("2").empty());
+    for (const char* bad : {"3", "", "x", "-1"})
+    {
+        EXPECT_TRUE(attachedTo(bad).empty()) << bad;
+    }
+    sim.portDown(3);
+    EXPECT_EQ((std::vector<std::string>{"010b00", "01ffee"}), attachedTo("1"));
+}
+
+TEST(AttachedPorts, AWalkSurvivesLogouts)
+{
+    SimSwitch sim = SimSwitch::make()
+                        .node(1, 0, "210002a5c0de0001")
+                        .node(1, 1, "210002a5c0de0002")
+                        .node(1, 2, "210002a5c0de0003");
+    char address[kAttachedPortAddressSize];
+    const int first = get_first_attached_port("1", address);
+    sim.removeNode("210002a5c0de0001"); // where the walk stands
+    sim.removeNode("210002a5c0de0002"); // where it would go next
+    EXPECT_NE(0, get_next_attached_port("1", first, address));
+    EXPECT_STREQ("010200", address);
+}
+
+TEST(SmallTexts, UpperCaseAndProductName)
+{
+    char text[] = "10:0a-fF z";
+    EXPECT_STREQ("10:0A-FF Z", toUpper(text));
+    EXPECT_EQ(nullptr, toUpper(nullptr));
+
+    SimSwitch sim =
+        SimSwitch::make().switchFacts([](SwitchScenario& one) { one.productName = "  Rowan Blade  "; });
+    char name[kVpdProductNameSize] = "?";
+    EXPECT_EQ(0, VPD_Client::read_product_name(name, sizeof name));
+    EXPECT_STREQ("  Rowan Blade  ", name);
+    EXPECT_EQ(0, VPD_Client::read_product_name(name, 4));
+    EXPECT_STREQ("  R", name);
+    EXPECT_EQ(XPL_INVALID_PARAMETER, VPD_Client::read_product_name(name, 0));
+    sim.failNext("VPD_Client::read_product_name");
+    EXPECT_EQ(XPL_UNREACHABLE, VPD_Client::read_product_name(name, sizeof name));
+    EXPECT_STREQ("  R", name) << "left alone";
+}
+
+} // namespace
