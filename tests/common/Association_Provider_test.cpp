@@ -1,5 +1,5 @@
 // Tests of the load of associations and composites: end maps, staleness, locks and failures.
-#include "tests/common/testing/Create_Failures.h"
+#include "tests/common/testing/Failures.h"
 #include "tests/common/testing/Fake_Providers.h"
 #include "tests/common/testing/served.h"
 #include "tests/support/Log_Capture.h"

@@ -1,0 +1,96 @@
+// Tests of what owns the platform's memory and locks, and of the walk of the local ports.
+#include "common/CacheLock.h"
+#include "common/VRAX_Except.h"
+#include "common/XPL_Mem.h"
+#include "common/local_switch.h"
+#include "platform/switch_server.h"
+#include "tests/common/testing/Switch_Test.h"
+
+#include <string>
+#include <vector>
+
+namespace cimple
+{
+namespace
+{
+
+class PlatformMemory : public Switch_Test
+{
+};
+
+TEST_F(PlatformMemory, ACellAndItsValueAreGivenBack)
+{
+    {
+        const XPL_Mem<char*> wwn(get_Local_Switch_World_Wide_Name());
+        ASSERT_FALSE(wwn.empty());
+        EXPECT_STREQ(*wwn, "100002a5c0de0001");
+        EXPECT_EQ(sim.outstandingBlocks(), 1u);
+        // The value may be exchanged for another one that free() takes.
+        std::free(*wwn);
+        *wwn = nullptr;
+    }
+    EXPECT_EQ(sim.outstandingBlocks(), 0u);
+    const XPL_Mem<char*> nothing(nullptr);
+    EXPECT_TRUE(nothing.empty());
+}
+
+TEST_F(PlatformMemory, LookingIntoNoCellStopsTheProgram)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const XPL_Mem<char*> nothing(nullptr);
+    EXPECT_DEATH(*nothing, "apps/cimd/XPL_Mem:.*T& XPL_Mem<T>::operator.*_p != 0");
+}
+
+TEST_F(PlatformMemory, ALoadIsToldWhenTheSwitchHasNoWwn)
+{
+    EXPECT_STREQ(Local_Switch_Wwn("x/X_Provider").text(), "100002a5c0de0001");
+    sim.failNext("get_Local_Switch_World_Wide_Name");
+    try
+    {
+        const Local_Switch_Wwn wwn("x/X_Provider");
+        FAIL() << wwn.text();
+    }
+    catch (const VRAX_Except& failure)
+    {
+        EXPECT_STREQ(failure.file, "x/X_Provider");
+        EXPECT_STREQ(failure.function, "load");
+        EXPECT_STREQ(failure.message, "Unable to retrieve localWWN");
+        EXPECT_EQ(failure.severity, CRIT);
+    }
+}
+
+TEST_F(PlatformMemory, TheCacheLockReleasesWhatItObtainedAndNothingElse)
+{
+    {
+        const CacheLock outer;
+        const CacheLock inner;
+        EXPECT_TRUE(outer.obtained());
+        EXPECT_TRUE(inner.obtained());
+        sim.refuseCacheLock();
+        const CacheLock refused;
+        EXPECT_FALSE(refused.obtained());
+        EXPECT_THROW(requireCacheLock(refused, "x"), VRAX_Except);
+        EXPECT_EQ(sim.heldCacheLocks(), 2);
+    }
+    EXPECT_EQ(sim.heldCacheLocks(), 0);
+}
+
+TEST_F(PlatformMemory, TheWalkVisitsEveryLocalPortOnceAndAsksForNoMore)
+{
+    const auto walk = []
+    {
+        const CacheLock lock;
+        std::vector<std::string> indexes;
+        for (const std::string& index : Root_Ports(*DataCache::instance()))
+            indexes.push_back(index);
+        return indexes;
+    };
+    EXPECT_EQ(walk(), (std::vector<std::string>{"0", "1", "2", "3"}));
+    EXPECT_EQ(sim.calls("DataCache::getNextRootPortIndex"), 4u);
+    sim.open(simulator::SimSwitch::make().ports(0).scenario());
+    EXPECT_TRUE(walk().empty());
+    EXPECT_EQ(sim.calls("DataCache::getNextRootPortIndex"), 0u);
+}
+
+} // namespace
+} // namespace cimple

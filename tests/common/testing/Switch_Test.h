@@ -1,0 +1,70 @@
+// Fixture of tests that drive real providers against a simulated switch.
+#ifndef TESTS_COMMON_TESTING_SWITCH_TEST_H
+#define TESTS_COMMON_TESTING_SWITCH_TEST_H
+
+#include "simulator/testing/sim_switch.h"
+#include "tests/common/testing/Failures.h"
+#include "tests/common/testing/described.h"
+#include "tests/common/testing/served.h"
+#include "tests/support/Log_Capture.h"
+#include "tests/support/Manual_Clock.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+// A switch of four ports; every map of the module is stale at the start.
+class Switch_Test : public testing::Test
+{
+  protected:
+    typedef std::map<std::string, std::string> Description;
+
+    Switch_Test() : sim(simulator::SimSwitch::make()) { makeAllStale(); }
+    ~Switch_Test() override
+    {
+        makeAllStale();
+        // Whatever a test did, nothing of the platform's stays with the providers.
+        EXPECT_EQ(sim.heldCacheLocks(), 0);
+        EXPECT_EQ(sim.outstandingBlocks(), 0u);
+    }
+
+    // Every instance that the provider serves, described; a failed enumeration fails the test.
+    template <class PROVIDER>
+    std::vector<Description> instances()
+    {
+        std::vector<Description> result;
+        const Served served = serve<PROVIDER>([&](const typename PROVIDER::Class& instance)
+                                              { result.push_back(described(instance)); });
+        EXPECT_EQ(served.status, 0);
+        return result;
+    }
+
+    // A load of the stale map fails with this log line (without its line number; empty: with none), leaves
+    // the map stale and gives back everything that it took from the platform.
+    template <class PROVIDER>
+    void expectLoadFails(const std::string& logged)
+    {
+        cimple::VRAX_Maps::getInstance()->InstMapForceUnload(PROVIDER::kIndex);
+        const Log_Capture log;
+        EXPECT_EQ(PROVIDER().load(), 30) << logged;
+        EXPECT_EQ(log.texts(),
+                  logged.empty() ? std::vector<std::string>() : std::vector<std::string>{logged});
+        EXPECT_FALSE(cimple::VRAX_Maps::getInstance()->InstMapIsFresh(PROVIDER::kIndex));
+        EXPECT_EQ(sim.heldCacheLocks(), 0) << logged;
+        EXPECT_EQ(sim.outstandingBlocks(), 0u) << logged;
+    }
+
+    simulator::SimSwitch sim;
+    Manual_Clock clock;
+
+  private:
+    static void makeAllStale()
+    {
+        for (std::size_t i = 0; i < cimple::kMapCount; ++i)
+            cimple::VRAX_Maps::getInstance()->InstMapForceUnload(static_cast<cimple::providerEnum_t>(i));
+    }
+};
+
+#endif

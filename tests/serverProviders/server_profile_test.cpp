@@ -1,0 +1,150 @@
+// Tests of the object manager, its namespace, its communication mechanism and the associations between them.
+#include "serverProviders/VRAX_CIMXMLCommMechanismForManager_Provider.h"
+#include "serverProviders/VRAX_NamespaceInManager_Provider.h"
+#include "tests/common/testing/Switch_Test.h"
+
+namespace cimple
+{
+namespace
+{
+
+constexpr const char* kWwn = "100002A5c0de00ff";
+
+class ServerProfile : public Switch_Test
+{
+  protected:
+    void SetUp() override { sim.open(simulator::SimSwitch::make().wwn(kWwn).scenario()); }
+};
+
+TEST_F(ServerProfile, PublishesTheListedPropertiesAndNoOthers)
+{
+    EXPECT_EQ(instances<VRAX_Namespace_Provider>(),
+              (std::vector<Description>{{
+                  {"Caption", "VRAX_Namespace class instance"},
+                  {"Description", "VRAX_Namespace class instance"},
+                  {"ElementName", "VRAX_Namespace"},
+                  {"SystemCreationClassName", "VRAX_FCSwitch"},
+                  {"SystemName", kWwn},
+                  {"ObjectManagerCreationClassName", "VRAX_ObjectManager"},
+                  {"ObjectManagerName", kWwn},
+                  {"CreationClassName", "VRAX_Namespace"},
+                  {"Name", "root/interop"},
+                  {"ClassInfo", "11"},
+                  {"ClassType", "2"},
+                  {"ClassTypeVersion", "2.15.0"},
+              }}));
+    EXPECT_EQ(instances<VRAX_ObjectManager_Provider>(),
+              (std::vector<Description>{{
+                  {"Caption", "VRAX_ObjectManager instance"},
+                  {"Description", "Embedded CIMAgent"},
+                  {"ElementName", "Tarvel CIMAgent"},
+                  {"Name", kWwn},
+                  {"OperationalStatus", "[2]"},
+                  {"StatusDescriptions", "[OK]"},
+                  {"SystemCreationClassName", "VRAX_FCSwitch"},
+                  {"SystemName", kWwn},
+                  {"CreationClassName", "VRAX_ObjectManager"},
+                  {"Started", "true"},
+              }}));
+    EXPECT_EQ(instances<VRAX_CIMXMLCommunicationMechanism_Provider>(),
+              (std::vector<Description>{{
+                  {"ElementName", "CIMXML Communications Mechanism"},
+                  {"Name", "CIMXML Communications Mechanism"},
+                  {"OperationalStatus", "[2]"},
+                  {"SystemCreationClassName", "VRAX_FCSwitch"},
+                  {"SystemName", kWwn},
+                  {"CreationClassName", "VRAX_CIMXMLCommunicationMechanism"},
+                  {"CommunicationMechanism", "2"},
+                  {"FunctionalProfilesSupported", "[2, 3, 5, 6, 9]"},
+                  {"MultipleOperationsSupported", "false"},
+                  {"AuthenticationMechanismsSupported", "[3]"},
+                  {"Version", "1.1"},
+                  {"CIMValidated", "false"},
+                  // Defaults of the class.
+                  {"EnabledState", "5"},
+                  {"RequestedState", "12"},
+                  {"EnabledDefault", "2"},
+              }}));
+}
+
+TEST_F(ServerProfile, AssociationsLoadTheirEndsAndReferToWholeInstances)
+{
+    EXPECT_EQ(instances<VRAX_NamespaceInManager_Provider>(),
+              (std::vector<Description>{
+                  {{"Antecedent", "-> VRAX_ObjectManager"}, {"Dependent", "-> VRAX_Namespace"}}}));
+    serve<VRAX_NamespaceInManager_Provider>(
+        [&](const VRAX_NamespaceInManager& association)
+        {
+            EXPECT_EQ(described(*association.Antecedent), instances<VRAX_ObjectManager_Provider>().at(0));
+            EXPECT_EQ(described(*association.Dependent), instances<VRAX_Namespace_Provider>().at(0));
+        });
+    EXPECT_EQ(instances<VRAX_CIMXMLCommMechanismForManager_Provider>(),
+              (std::vector<Description>{{{"Antecedent", "-> VRAX_ObjectManager"},
+                                         {"Dependent", "-> VRAX_CIMXMLCommunicationMechanism"}}}));
+    // Each of the three ends was read from the switch once.
+    EXPECT_EQ(sim.calls("get_Local_Switch_World_Wide_Name"), 3u);
+    EXPECT_EQ(sim.platformCalls(), 3u);
+}
+
+TEST_F(ServerProfile, ServesFreshMapsWithoutTheSwitchAndStaleOnesFromIt)
+{
+    instances<VRAX_NamespaceInManager_Provider>();
+    sim.mark();
+    instances<VRAX_NamespaceInManager_Provider>();
+    instances<VRAX_ObjectManager_Provider>();
+    EXPECT_EQ(sim.platformCalls(), 0u);
+    clock.outlive();
+    instances<VRAX_NamespaceInManager_Provider>();
+    EXPECT_EQ(sim.platformCalls(), 2u);
+}
+
+TEST_F(ServerProfile, FailuresOfTheLoadsAndTheirMessages)
+{
+    {
+        const Create_Failures failures("VRAX_Namespace");
+        expectLoadFails<VRAX_Namespace_Provider>("");
+    }
+    {
+        const Create_Failures failures("VRAX_ObjectManager");
+        expectLoadFails<VRAX_ObjectManager_Provider>(
+            "CRIT:serverProviders/VRAX_ObjectManager_Provider:load[] Unable to create VRAX_ObjectManager");
+        // The end of both associations.
+        const Log_Capture log;
+        EXPECT_EQ(VRAX_NamespaceInManager_Provider().load(), 30);
+        EXPECT_EQ(VRAX_CIMXMLCommMechanismForManager_Provider().load(), 30);
+    }
+    {
+        const Create_Failures failures("VRAX_CIMXMLCommunicationMechanism");
+        expectLoadFails<VRAX_CIMXMLCommunicationMechanism_Provider>(
+            "CRIT:serverProviders/VRAX_CIMXMLCommunicationMechanism_Provider:load[] "
+            "Unable to create VRAX_CIMXMLCommunicationMechanism");
+    }
+    {
+        const Create_Failures failures("VRAX_NamespaceInManager");
+        expectLoadFails<VRAX_NamespaceInManager_Provider>(
+            "Exception[CRIT]:serverProviders/VRAX_NamespaceInManager_Provider:load[] "
+            "Unable to create instance of VRAX_NamespaceInManager");
+    }
+    {
+        const Create_Failures failures("VRAX_CIMXMLCommMechanismForManager");
+        expectLoadFails<VRAX_CIMXMLCommMechanismForManager_Provider>(
+            "Exception[CRIT]:serverProviders/VRAX_CIMXMLCommMechanismForManager_Provider:load[] "
+            "Unable to create instance of VRAX_CIMXMLCommMechanismForManager");
+    }
+    {
+        const Key_Failures failures("VRAX_Namespace");
+        expectLoadFails<VRAX_Namespace_Provider>(
+            "Exception[CRIT]:serverProviders/VRAX_Namespace_Provider:load[] "
+            "VRAX_Namespace::One or more Key Properties are not Populated");
+    }
+    sim.failNext("get_Local_Switch_World_Wide_Name");
+    expectLoadFails<VRAX_ObjectManager_Provider>(
+        "Exception[CRIT]:serverProviders/VRAX_ObjectManager_Provider:load[] Unable to retrieve localWWN");
+
+    // After all of this the next request succeeds.
+    EXPECT_EQ(instances<VRAX_NamespaceInManager_Provider>().size(), 1u);
+    EXPECT_EQ(instances<VRAX_CIMXMLCommMechanismForManager_Provider>().size(), 1u);
+}
+
+} // namespace
+} // namespace cimple
