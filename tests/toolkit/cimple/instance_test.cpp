@@ -1,0 +1,301 @@
+// Instances: what create, clone, copy and clear leave, who owns references, how instances compare.
+#include "demo_objects.h"
+#include <gtest/gtest.h>
+
+using namespace cimple;
+
+namespace
+{
+int count(const Instance* instance)
+{
+    return Atomic_get(&instance->__refs);
+}
+
+TEST(InstanceTest, CreatesZeroValuesThatAreNotNull)
+{
+    const Ref<Demo_Everything> x(Demo_Everything::create());
+    EXPECT_EQ(count(x.ptr()), 1);
+    EXPECT_EQ(x->__magic, CIMPLE_INSTANCE_MAGIC);
+    EXPECT_TRUE(x->__name_space.empty());
+#define CHECK(T, NAME, X, Y)                                                                                 \
+    EXPECT_TRUE(x->The##NAME.null == 0 && x->The##NAME.value == T()) << #NAME;                               \
+    EXPECT_TRUE(x->The##NAME##Array.null == 0 && x->The##NAME##Array.value.size() == 0) << #NAME;            \
+    EXPECT_TRUE(x->Default##NAME.null == 0 && x->Default##NAME.value == T()) << #NAME;                       \
+    EXPECT_TRUE(x->Default##NAME##Array.null == 0 && x->Default##NAME##Array.value.size() == 0) << #NAME;
+    DEMO_FOR_EACH_FEATURE(CHECK)
+#undef CHECK
+    EXPECT_TRUE(!x->Embedded && !x->Object);
+    EXPECT_TRUE(x->EmbeddedArray.null == 0 && x->ObjectArray.null == 0 && x->ObjectArray.value.size() == 0);
+}
+
+TEST(InstanceTest, CreatesDefaultsAndNulls)
+{
+    const Ref<Demo_Everything> x(Demo_Everything::create(true));
+#define CHECK(T, NAME, X, Y)                                                                                 \
+    EXPECT_TRUE(x->The##NAME.null != 0 && x->The##NAME.value == T()) << #NAME;                               \
+    EXPECT_TRUE(x->The##NAME##Array.null != 0) << #NAME;                                                     \
+    EXPECT_TRUE(x->Default##NAME.null == 0 && x->Default##NAME.value == T(X)) << #NAME;                      \
+    EXPECT_TRUE(x->Default##NAME##Array.null == 0) << #NAME;                                                 \
+    EXPECT_TRUE(x->Default##NAME##Array.value == Array<T>::make(T(X), T(Y))) << #NAME;
+    DEMO_FOR_EACH_FEATURE(CHECK)
+#undef CHECK
+    EXPECT_TRUE(x->EmbeddedArray.null == 0) << "arrays of references are never born null";
+
+    const Ref<Demo_Sensor> sensor(Demo_Sensor::create(true));
+    EXPECT_TRUE(sensor->Label.value == "unnamed") << "inherited default";
+    EXPECT_TRUE(sensor->Enabled.value && sensor->Id.null != 0);
+}
+
+TEST(InstanceTest, CreatesMethodObjects)
+{
+    Demo_Sensor_Calibrate_method* const method = Demo_Sensor_Calibrate_method::create();
+    EXPECT_STREQ(class_name_of(method), "Calibrate");
+    EXPECT_TRUE(method->Target.null == 0 && method->return_value.null == 0 && !method->Where);
+    method->Where = demo::rack("r1").steal();
+    Demo_Sensor_Calibrate_method* const copy = method->clone();
+    EXPECT_TRUE(identical(method, copy));
+    EXPECT_TRUE(copy->Where->Name.value == "r1");
+    EXPECT_EQ(cast<Demo_Sensor*>(method), nullptr);
+    EXPECT_EQ(cast<Instance*>(method), method);
+    nullify_properties(method);
+    EXPECT_TRUE(method->Target.null && method->return_value.null);
+    Demo_Sensor_Calibrate_method::destroy(method);
+    Demo_Sensor_Calibrate_method::destroy(copy);
+}
+
+TEST(InstanceTest, ClonesDeeply)
+{
+    Ref<Demo_Everything> x = demo::everything();
+    Ref<Demo_Everything> y(x->clone());
+    EXPECT_TRUE(identical(x.ptr(), y.ptr()));
+    EXPECT_EQ(count(y.ptr()), 1);
+    EXPECT_EQ(y->__name_space, "root/demo");
+    EXPECT_TRUE(y->Embedded != x->Embedded && y->Object != x->Object);
+    EXPECT_TRUE(y->ObjectArray.value[1] != x->ObjectArray.value[1]);
+    EXPECT_EQ(y->EmbeddedArray.value[1], nullptr);
+
+    x->Embedded->High.set(99);
+    x->TheStringArray.value[0].append("changed");
+    EXPECT_TRUE(y->Embedded->High.value == 1);
+    EXPECT_FALSE(y->TheStringArray == x->TheStringArray);
+}
+
+TEST(InstanceTest, KeyClonesOnlyKeys)
+{
+    Ref<Demo_Sensor> s = demo::sensor(7);
+    s->__name_space = "root/demo";
+    s->Limits = Demo_Limits::create();
+    const Ref<Instance> keys(key_clone(s.ptr()));
+    const Demo_Sensor* const k = cast<Demo_Sensor*>(keys.ptr());
+    EXPECT_TRUE(k->Id.value == 7 && k->Id.null == 0);
+    EXPECT_TRUE(k->Label.null && k->Enabled.null && k->Modes.null && !k->Limits);
+    EXPECT_TRUE(k->__name_space.empty());
+
+    Ref<Demo_SensorInRack> link = demo::sensor_in_rack("r1", 7);
+    link->Slot.set(3);
+    const Ref<Instance> link_keys(key_clone(link.ptr()));
+    const Demo_SensorInRack* const l = cast<Demo_SensorInRack*>(link_keys.ptr());
+    EXPECT_TRUE(l->Rack != link->Rack && l->Rack->Name.value == "r1" && l->Slot.null);
+}
+
+TEST(InstanceTest, OwnsItsReferences)
+{
+    Ref<Demo_Rack> rack = demo::rack("shared");
+    {
+        Ref<Demo_Everything> x(Demo_Everything::create());
+        ref(rack.ptr());
+        x->Object = rack.ptr();
+        ref(rack.ptr());
+        x->ObjectArray.value.append(rack.ptr());
+        EXPECT_EQ(rack.count(), 3u);
+        Ref<Demo_Everything> y(x->clone());
+        EXPECT_EQ(rack.count(), 3u) << "clones have objects of their own";
+        clear(x.ptr());
+        EXPECT_EQ(rack.count(), 1u);
+        ref(rack.ptr());
+        x->Object = rack.ptr();
+        copy(x.ptr(), y.ptr());
+        EXPECT_EQ(rack.count(), 1u) << "what is copied over is released";
+        EXPECT_EQ(x->ObjectArray.value.size(), 1u);
+    }
+    EXPECT_EQ(rack.count(), 1u);
+}
+
+TEST(InstanceTest, ClearMakesEverythingNull)
+{
+    Ref<Demo_Everything> x = demo::everything();
+    clear(x.ptr());
+    EXPECT_TRUE(x->__name_space.empty() && !x->Embedded && !x->Object);
+    EXPECT_TRUE(x->ObjectArray.null && x->ObjectArray.value.size() == 0);
+#define CHECK(T, NAME, X, Y)                                                                                 \
+    EXPECT_TRUE(x->The##NAME.null && x->The##NAME.value == T()) << #NAME;                                    \
+    EXPECT_TRUE(x->The##NAME##Array.null && x->The##NAME##Array.value.size() == 0) << #NAME;
+    DEMO_FOR_EACH_FEATURE(CHECK)
+#undef CHECK
+}
+
+TEST(InstanceTest, CopiesWhatTheModelAsksFor)
+{
+    Ref<Demo_Sensor> dest = demo::sensor(1);
+    dest->Health.set(5);
+    Ref<Demo_Sensor> src = demo::sensor(2);
+    src->Label.set("new");
+    src->Limits = Demo_Limits::create();
+    src->Modes.set(Array_uint16::make(1, 2));
+
+    Ref<Demo_Sensor> model(Demo_Sensor::create(true));
+    nullify_properties(model.ptr());
+    model->Label.null = 0;
+    model->Health.null = 0;
+    copy(dest.ptr(), src.ptr(), model.ptr());
+    EXPECT_TRUE(dest->Label.value == "new" && dest->Id.value == 1 && !dest->Limits && dest->Modes.null);
+    EXPECT_TRUE(dest->Health.null) << "asked for, and null in the source";
+
+    __create_refs(model.ptr());
+    copy(dest.ptr(), src.ptr(), model.ptr());
+    EXPECT_TRUE(dest->Limits && dest->Limits != src->Limits);
+
+    const Ref<Demo_Element> element_model =
+        demo::element(0); // of the superclass, which knows only two features
+    copy(dest.ptr(), src.ptr(), element_model.ptr());
+    EXPECT_TRUE(dest->Id.value == 2 && dest->Modes.null);
+
+    copy(dest.ptr(), src.ptr());
+    EXPECT_TRUE(identical(dest.ptr(), src.ptr()));
+    copy(dest.ptr(), dest.ptr());
+    EXPECT_TRUE(identical(dest.ptr(), src.ptr()));
+}
+
+// Pairs of instances and whether their keys agree, from either side.
+TEST(InstanceTest, ComparesKeys)
+{
+    Ref<Demo_Sensor> renamed = demo::sensor(7);
+    renamed->Label.set("other");
+    renamed->__name_space = "elsewhere";
+    Ref<Demo_Sensor> null_key = demo::sensor(7);
+    null_key->Id.null = 1;
+    Ref<Demo_Sensor> other_null_key = demo::sensor(8);
+    other_null_key->Id.null = 1;
+    Ref<Demo_SensorInRack> no_rack = demo::sensor_in_rack("r1", 7);
+    unref(no_rack->Rack);
+    no_rack->Rack = nullptr;
+
+    const struct
+    {
+        const char* what;
+        Ref<Instance> a;
+        Ref<Instance> b;
+        bool a_in_b;
+        bool b_in_a;
+    } rows[] = {
+        {"same key", demo::sensor(7).steal(), renamed.steal(), true, true},
+        {"other key", demo::sensor(7).steal(), demo::sensor(8).steal(), false, false},
+        {"superclass", demo::sensor(7).steal(), demo::element(7).steal(), true, true},
+        {"other type of key", demo::rack("7").steal(), demo::sensor(7).steal(), false, false},
+        {"null and value", demo::sensor(7).steal(), clone(null_key.ptr()), false, false},
+        {"null and null", null_key.steal(), other_null_key.steal(), true, true},
+        {"references",
+         demo::sensor_in_rack("r", 1).steal(),
+         demo::sensor_in_rack("r", 1).steal(),
+         true,
+         true},
+        {"other reference",
+         demo::sensor_in_rack("r", 1).steal(),
+         demo::sensor_in_rack("r", 2).steal(),
+         false,
+         false},
+        {"null reference", demo::sensor_in_rack("r1", 7).steal(), clone(no_rack.ptr()), false, false},
+        {"null references", clone(no_rack.ptr()), no_rack.steal(), true, true},
+        {"ends of other classes",
+         demo::dependency(demo::rack("r").steal(), demo::sensor(1).steal()).steal(),
+         demo::dependency(demo::rack("r").steal(), demo::element(1).steal()).steal(),
+         true,
+         true},
+        {"no keys at all", Demo_Limits::create(), demo::sensor(1).steal(), true, false},
+    };
+    for (const auto& row : rows)
+    {
+        EXPECT_EQ(key_eq(row.a.ptr(), row.b.ptr()), row.a_in_b) << row.what;
+        EXPECT_EQ(key_eq(row.b.ptr(), row.a.ptr()), row.b_in_a) << row.what;
+    }
+}
+
+TEST(InstanceTest, IdenticalMeansEveryFeature)
+{
+    typedef void (*Change)(Demo_Everything*);
+    const Change changes[] = {
+#define CHANGES(T, NAME, X, Y)                                                                               \
+    [](Demo_Everything* x) { x->The##NAME.null = 1; }, [](Demo_Everything* x) { x->The##NAME.set(T()); },    \
+        [](Demo_Everything* x) { x->The##NAME##Array.value.remove(0); },
+        DEMO_FOR_EACH_FEATURE(CHANGES)
+#undef CHANGES
+            [](Demo_Everything * x){x->Embedded->Low.set(7);
+}
+, [](Demo_Everything* x) { x->EmbeddedArray.value.remove(1); },
+    [](Demo_Everything* x) { x->EmbeddedArray.null = 1; },
+    [](Demo_Everything* x) { x->Object->__name_space = "elsewhere"; },
+    [](Demo_Everything* x)
+{ x->ObjectArray.value.swap(x->ObjectArray.value), unref(x->Object), x->Object = nullptr; },
+    [](Demo_Everything* x) { x->__name_space = "elsewhere"; },
+}; // namespace
+size_t i = 0;
+for (const Change change : changes)
+{
+    Ref<Demo_Everything> x = demo::everything();
+    Ref<Demo_Everything> y(x->clone());
+    change(y.ptr());
+    EXPECT_FALSE(identical(x.ptr(), y.ptr())) << "change " << i;
+    i++;
+}
+
+Ref<Demo_Sensor> a = demo::sensor(1);
+const Ref<Demo_Sensor> b = demo::sensor(1);
+a->Health.value = 9; // null on both sides: what is left in the value does not count
+EXPECT_TRUE(identical(a.ptr(), b.ptr()));
+EXPECT_FALSE(identical(demo::element(1).ptr(), b.ptr())) << "other class";
+}
+
+TEST(InstanceTest, CastsBySchema)
+{
+    const Ref<Demo_Sensor> sensor = demo::sensor(7);
+    Demo_Element* const element = cast<Demo_Element*>(sensor.ptr());
+    ASSERT_NE(element, nullptr);
+    element->Label.set("through the superclass");
+    EXPECT_EQ(sensor->Label.value, "through the superclass");
+    EXPECT_NE(cast<Demo_Thing*>(sensor.ptr()), nullptr);
+    EXPECT_EQ(cast<Demo_Rack*>(sensor.ptr()), nullptr);
+    EXPECT_EQ(cast<Demo_Sensor*>(demo::element(7).ptr()), nullptr);
+    EXPECT_EQ(cast<Demo_Sensor*>(nullptr), nullptr);
+    EXPECT_TRUE(is_a<Demo_Element>(sensor.ptr()) && is_a<Instance>(sensor.ptr()) &&
+                !is_a<Demo_Rack>(sensor.ptr()));
+}
+
+TEST(RefTest, CountsAndAdopts)
+{
+    Demo_Rack* const rack = Demo_Rack::create();
+    Ref<Instance> adopted(rack);
+    EXPECT_EQ(adopted.count(), 1u);
+    Ref<Demo_Rack> shared;
+    EXPECT_TRUE(!shared && shared.count() == 0);
+    shared.reset(rack);
+    EXPECT_EQ(adopted.count(), 2u);
+    shared.reset(rack);
+    EXPECT_EQ(adopted.count(), 2u);
+    shared = shared;
+    EXPECT_EQ(adopted.count(), 2u);
+
+    Ref<Demo_Sensor> wrong(rack); // not a sensor: nothing is taken over
+    EXPECT_FALSE(wrong);
+    wrong.reset();
+    EXPECT_EQ(adopted.count(), 2u);
+
+    Demo_Rack* const stolen = shared.steal();
+    EXPECT_TRUE(!shared && stolen == rack && adopted.count() == 2u);
+    unref(stolen);
+    Ref<Instance> moved(std::move(adopted));
+    EXPECT_TRUE(moved && moved.count() == 1u);
+    unref(static_cast<Instance*>(nullptr));
+    ref(static_cast<Instance*>(nullptr));
+    destroyer(nullptr);
+}
+} // namespace
