@@ -40,12 +40,12 @@ bool key_feature_eq(const Instance* a, const Meta_Feature* fa, const Instance* b
     if (const Meta_Property* pa = as_property(fa))
     {
         const Meta_Property* const pb = as_property(fb);
-        return pa->type == pb->type && pa->subscript == pb->subscript &&
+        return pb && pa->type == pb->type && pa->subscript == pb->subscript &&
                property_eq(pa, __property_of(a, pa), __property_of(b, pb));
     }
     const Meta_Reference* const ra = as_reference(fa);
     const Meta_Reference* const rb = as_reference(fb);
-    return ra->subscript == rb->subscript && related(ra->meta_class, rb->meta_class) &&
+    return ra && rb && ra->subscript == rb->subscript && related(ra->meta_class, rb->meta_class) &&
            refs_equal(a, ra, b, rb, key_eq);
 }
 } // namespace

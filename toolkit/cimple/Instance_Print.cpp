@@ -43,7 +43,8 @@ class Printer
             if (const Meta_Property* mp = as_property(mf))
                 print_property(instance, mp, level + 1);
             else if (const Meta_Reference* mr = as_reference(mf))
-                print_reference(instance, mr, level + 1);
+                print_reference(
+                    instance, mr, extent == Extent::kKeys ? Extent::kKeys : Extent::kNested, level + 1);
         }
         line(level, "}");
     }
@@ -63,20 +64,20 @@ class Printer
         fputs(";\n", _os);
     }
 
-    void print_nested(const Instance* instance, int level) const
+    void print_nested(const Instance* instance, Extent extent, int level) const
     {
         if (instance)
-            print(instance, Extent::kNested, level);
+            print(instance, extent, level);
         else
             fputs("NULL", _os);
     }
 
-    void print_reference(const Instance* instance, const Meta_Reference* mr, int level) const
+    void print_reference(const Instance* instance, const Meta_Reference* mr, Extent extent, int level) const
     {
         line(level, mr->meta_class->name);
         fprintf(_os, " %s = ", mr->name);
         if (mr->subscript == 0)
-            print_nested(__ref_of(instance, mr), level);
+            print_nested(__ref_of(instance, mr), extent, level);
         else if (__array_ref_of(instance, mr).null != 0)
             fputs("NULL", _os);
         else
@@ -86,7 +87,7 @@ class Printer
             for (size_t i = 0; i < elements.size(); i++)
             {
                 fputs(i > 0 ? ", " : " ", _os);
-                print_nested(elements[i], level);
+                print_nested(elements[i], extent, level);
             }
             fputs(elements.size() > 0 ? " }" : "}", _os);
         }

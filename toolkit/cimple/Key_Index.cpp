@@ -64,13 +64,13 @@ bool shapes_match(const Instance* a, const Instance* b)
         if (const Meta_Property* pa = as_property(fa))
         {
             const Meta_Property* const pb = as_property(fb);
-            if (pa->type != pb->type || pa->subscript != pb->subscript)
+            if (!pb || pa->type != pb->type || pa->subscript != pb->subscript)
                 return false;
             continue;
         }
         const Meta_Reference* const ra = as_reference(fa);
         const Meta_Reference* const rb = as_reference(fb);
-        if (ra->subscript != rb->subscript)
+        if (!ra || !rb || ra->subscript != rb->subscript)
             return false;
         if (ra->subscript != 0)
             continue;

@@ -1,6 +1,8 @@
 // Instances: what create, clone, copy and clear leave, who owns references, how instances compare.
 #include "demo_objects.h"
+#include <functional>
 #include <gtest/gtest.h>
+#include <vector>
 
 using namespace cimple;
 
@@ -222,37 +224,33 @@ TEST(InstanceTest, ComparesKeys)
 
 TEST(InstanceTest, IdenticalMeansEveryFeature)
 {
-    typedef void (*Change)(Demo_Everything*);
-    const Change changes[] = {
-#define CHANGES(T, NAME, X, Y)                                                                               \
-    [](Demo_Everything* x) { x->The##NAME.null = 1; }, [](Demo_Everything* x) { x->The##NAME.set(T()); },    \
-        [](Demo_Everything* x) { x->The##NAME##Array.value.remove(0); },
-        DEMO_FOR_EACH_FEATURE(CHANGES)
-#undef CHANGES
-            [](Demo_Everything * x){x->Embedded->Low.set(7);
-}
-, [](Demo_Everything* x) { x->EmbeddedArray.value.remove(1); },
-    [](Demo_Everything* x) { x->EmbeddedArray.null = 1; },
-    [](Demo_Everything* x) { x->Object->__name_space = "elsewhere"; },
-    [](Demo_Everything* x)
-{ x->ObjectArray.value.swap(x->ObjectArray.value), unref(x->Object), x->Object = nullptr; },
-    [](Demo_Everything* x) { x->__name_space = "elsewhere"; },
-}; // namespace
-size_t i = 0;
-for (const Change change : changes)
-{
-    Ref<Demo_Everything> x = demo::everything();
-    Ref<Demo_Everything> y(x->clone());
-    change(y.ptr());
-    EXPECT_FALSE(identical(x.ptr(), y.ptr())) << "change " << i;
-    i++;
-}
+    std::vector<std::function<void(Demo_Everything*)>> changes;
+#define ADD_CHANGES(T, NAME, X, Y)                                                                           \
+    changes.push_back([](Demo_Everything* x) { x->The##NAME.null = 1; });                                    \
+    changes.push_back([](Demo_Everything* x) { x->The##NAME.set(T()); });                                    \
+    changes.push_back([](Demo_Everything* x) { x->The##NAME##Array.value.remove(0); });
+    DEMO_FOR_EACH_FEATURE(ADD_CHANGES)
+#undef ADD_CHANGES
+    changes.push_back([](Demo_Everything* x) { x->Embedded->Low.set(7); });
+    changes.push_back([](Demo_Everything* x) { x->EmbeddedArray.value.remove(1); });
+    changes.push_back([](Demo_Everything* x) { x->EmbeddedArray.null = 1; });
+    changes.push_back([](Demo_Everything* x) { x->Object->__name_space = "elsewhere"; });
+    changes.push_back([](Demo_Everything* x) { unref(std::exchange(x->Object, nullptr)); });
+    changes.push_back([](Demo_Everything* x) { x->__name_space = "elsewhere"; });
 
-Ref<Demo_Sensor> a = demo::sensor(1);
-const Ref<Demo_Sensor> b = demo::sensor(1);
-a->Health.value = 9; // null on both sides: what is left in the value does not count
-EXPECT_TRUE(identical(a.ptr(), b.ptr()));
-EXPECT_FALSE(identical(demo::element(1).ptr(), b.ptr())) << "other class";
+    for (size_t i = 0; i < changes.size(); i++)
+    {
+        Ref<Demo_Everything> x = demo::everything();
+        Ref<Demo_Everything> y(x->clone());
+        changes[i](y.ptr());
+        EXPECT_FALSE(identical(x.ptr(), y.ptr())) << "change " << i;
+    }
+
+    Ref<Demo_Sensor> a = demo::sensor(1);
+    const Ref<Demo_Sensor> b = demo::sensor(1);
+    a->Health.value = 9; // null on both sides: what is left in the value does not count
+    EXPECT_TRUE(identical(a.ptr(), b.ptr()));
+    EXPECT_FALSE(identical(demo::element(1).ptr(), b.ptr())) << "other class";
 }
 
 TEST(InstanceTest, CastsBySchema)
