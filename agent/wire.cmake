@@ -21,3 +21,10 @@ add_library(cimd_wire STATIC
     xml/XmlWriter.cpp
 )
 target_link_libraries(cimd_wire PUBLIC cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd)
+
+add_library(cimd_start STATIC Options.cpp Platform.cpp)
+target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
+
+add_executable(cimd main.cpp)
+target_compile_definitions(cimd PRIVATE CIMD_VERSION="${PROJECT_VERSION}")
+target_link_libraries(cimd PRIVATE cimd_wire cimd_start vrax_warnings)

@@ -25,8 +25,8 @@ class HttpHandler
      */
     virtual std::optional<HttpResponse> refuse(const HttpRequest& head) = 0;
 
-    /** Answers a complete request; runs on a worker. */
-    virtual HttpResponse answer(const HttpRequest& request) = 0;
+    /** Answers a complete request; runs on a worker. May take the body out of it. */
+    virtual HttpResponse answer(HttpRequest& request) = 0;
 };
 
 /** Listens from construction to stop(). Connections are kept alive and may be pipelined. */

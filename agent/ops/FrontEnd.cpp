@@ -5,6 +5,7 @@
 #include "agent/log/Log.h"
 
 #include <chrono>
+#include <utility>
 
 namespace cimd
 {
@@ -84,18 +85,19 @@ std::optional<HttpResponse> FrontEnd::refuse(const HttpRequest& head)
     return response;
 }
 
-HttpResponse FrontEnd::answer(const HttpRequest& request)
+HttpResponse FrontEnd::answer(HttpRequest& request)
 try
 {
     const auto start = std::chrono::steady_clock::now();
-    const WireRequest wire = readRequest(request.body, _limits.xmlDepth);
+    const WireRequest wire = readRequest(std::move(request.body), _limits.xmlDepth);
     checkAgreement(request, wire, _limits);
 
     RequestContext context;
     context.clientAddress = request.peer;
     context.acceptLanguage = headerText(request, "Accept-Language");
     HttpResponse response = cimResponse();
-    const Outcome outcome = _operations.run(context, headerText(request, "Host"), wire, response.body);
+    const std::string host = headerText(request, "Host"); // HTTP/1.0 clients need not send it
+    const Outcome outcome = _operations.run(context, host.empty() ? "localhost" : host, wire, response.body);
     logOperation(request, wire, outcome, start);
     return response;
 }

@@ -14,7 +14,7 @@ class FrontEnd : public HttpHandler
     FrontEnd(CimService& service, const Limits& limits) : _operations(service, limits), _limits(limits) {}
 
     std::optional<HttpResponse> refuse(const HttpRequest& head) override;
-    HttpResponse answer(const HttpRequest& request) override;
+    HttpResponse answer(HttpRequest& request) override;
 
   private:
     Operations _operations;

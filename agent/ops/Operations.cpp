@@ -311,7 +311,8 @@ void invokeMethod(Call& call)
     request.nameSpace = request.path.nameSpace();
     request.method = call.wire.method;
     for (const XmlElement element : call.wire.parameters)
-        request.arguments.push_back(call.reader.argument(element));
+        request.arguments.push_back(
+            named(requiredAttribute(element, "NAME"), [&] { return call.reader.argument(element); }));
     const MethodResult result = call.service.invokeMethod(call.context, request);
     writeReturnValue(call.xml, result.returnValue);
     for (const Argument& argument : result.out)

@@ -12,20 +12,6 @@ namespace
     throw CimError(CimStatus::InvalidParameter, "parameter " + std::string(parameter) + " " + what);
 }
 
-/** Runs a reader and puts the parameter's name before its complaint. */
-template <class Read>
-auto named(const char* parameter, Read read)
-{
-    try
-    {
-        return read();
-    }
-    catch (const CimError& error)
-    {
-        throw CimError(error.status(), std::string("parameter ") + parameter + ": " + error.what());
-    }
-}
-
 } // namespace
 
 Parameters::Parameters(const std::vector<XmlElement>& elements, const ElementReader& reader) : _reader(reader)

@@ -56,4 +56,18 @@ class Parameters
     const ElementReader& _reader;
 };
 
+/** Runs a reader and puts the parameter's name before its complaint. */
+template <class Read>
+auto named(std::string_view parameter, Read read)
+{
+    try
+    {
+        return read();
+    }
+    catch (const CimError& error)
+    {
+        throw CimError(error.status(), "parameter " + std::string(parameter) + ": " + error.what());
+    }
+}
+
 } // namespace cimd

@@ -74,6 +74,8 @@ void readEnvelope(XmlElement root, WireRequest& request)
     if (isTag(firstChild(message), "MULTIREQ"))
         throw RequestError(
             kNotImplemented, "multiple-requests-unsupported", "several operations in one message");
+    if (isTag(firstChild(message), "SIMPLEEXPREQ") || isTag(firstChild(message), "MULTIEXPREQ"))
+        throw RequestError(kNotImplemented, "unsupported-operation", "exports are not received here");
     XmlElement first = firstChild(childOf(message, "SIMPLEREQ"));
     while (isTag(first, "CORRELATOR"))
         first = nextElement(first);

@@ -28,7 +28,7 @@ class EchoHandler : public HttpHandler
         return std::nullopt;
     }
 
-    HttpResponse answer(const HttpRequest& request) override
+    HttpResponse answer(HttpRequest& request) override
     {
         if (request.body == "wait")
             wait();

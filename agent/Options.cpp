@@ -1,0 +1,162 @@
+// Reading the command line; the table of options is also the source of the help text.
+#include "agent/Options.h"
+
+#include <charconv>
+#include <getopt.h>
+#include <string_view>
+#include <vector>
+
+namespace cimd
+{
+
+namespace
+{
+
+constexpr std::string_view kUsage = R"(NAME
+       cimd - CIM-XML server for the management providers of a Fibre Channel switch
+
+SYNOPSIS
+       cimd [--port PORT] [--listen ADDRESS] [--scenario FILE] [--log-level LEVEL]
+            [--repository FILE] [--registration FILE] [--provider-dir DIRECTORY]
+
+DESCRIPTION
+       Answers CIM operations over HTTP at /cimom. Classes come from the repository, providers are loaded through
+       CMPI as the registration file says. When cimd is ready it prints one line with its address to standard
+       output; log lines go to standard error.
+
+OPTIONS
+)";
+
+constexpr std::string_view kEnd = R"(
+SIGNALS
+       SIGTERM and SIGINT end cimd after the requests in flight are answered; a second one ends it at once.
+
+EXIT STATUS
+       0 after a signal, 1 if a request in flight did not finish in time, 2 if cimd could not start.
+)";
+
+struct Entry
+{
+    const char* name;
+    const char* argument; // null: none
+    const char* meaning;
+    CommandLine (*apply)(Options& options, const std::string& value);
+};
+
+[[noreturn]] void fail(const std::string& option, const std::string& what)
+{
+    throw StartError("--" + option + ": " + what);
+}
+
+CommandLine applyPort(Options& options, const std::string& value)
+{
+    const char* const end = value.data() + value.size();
+    const auto [stop, error] = std::from_chars(value.data(), end, options.port);
+    if (error != std::errc() || stop != end)
+        fail("port", '"' + value + "\" is not a port number (0 to 65535)");
+    return CommandLine::Run;
+}
+
+CommandLine applyLogLevel(Options& options, const std::string& value)
+{
+    const std::optional<LogLevel> level = levelFromName(value);
+    if (!level)
+        fail("log-level", '"' + value + "\" is not error, warning, info or debug");
+    options.logLevel = *level;
+    return CommandLine::Run;
+}
+
+template <auto Member>
+CommandLine applyText(Options& options, const std::string& value)
+{
+    options.*Member = value;
+    return CommandLine::Run;
+}
+
+template <CommandLine What>
+CommandLine only(Options&, const std::string&)
+{
+    return What;
+}
+
+constexpr Entry kEntries[] = {
+    {"port", "PORT", "TCP port; 0 takes any free one. Default: 5988.", applyPort},
+    {"listen",
+     "ADDRESS",
+     "IPv4 or IPv6 address to listen on. Default: 127.0.0.1, this machine only.",
+     applyText<&Options::address>},
+    {"scenario",
+     "FILE",
+     "Start the simulated switch from this scenario file. Default: its built-in one.",
+     applyText<&Options::scenario>},
+    {"log-level",
+     "LEVEL",
+     "error, warning, info (a line for each operation) or debug. Default: warning.",
+     applyLogLevel},
+    {"repository",
+     "FILE",
+     "Class repository. Default: ../share/cimd/repository.xml beside the program.",
+     applyText<&Options::repository>},
+    {"registration",
+     "FILE",
+     "Provider registration. Default: ../share/cimd/providers.reg beside the program.",
+     applyText<&Options::registration>},
+    {"provider-dir",
+     "DIRECTORY",
+     "Where provider libraries are. Default: ../lib beside the program.",
+     applyText<&Options::providerDir>},
+    {"help", nullptr, "Print this text and exit.", only<CommandLine::Help>},
+    {"version", nullptr, "Print the version and exit.", only<CommandLine::Version>},
+};
+
+} // namespace
+
+CommandLine readCommandLine(int argc, char* const argv[], const std::string& programDir, Options& options)
+{
+    options.repository = programDir + "/../share/cimd/repository.xml";
+    options.registration = programDir + "/../share/cimd/providers.reg";
+    options.providerDir = programDir + "/../lib";
+
+    std::vector<option> longOptions;
+    for (const Entry& entry : kEntries)
+        longOptions.push_back(
+            {entry.name, entry.argument != nullptr ? required_argument : no_argument, nullptr, 0});
+    longOptions.push_back({nullptr, 0, nullptr, 0});
+
+    optind = 0; // starts over, so that tests can read more than one command line
+    opterr = 0;
+    for (;;)
+    {
+        int index = -1;
+        const int current = optind == 0 ? 1 : optind;
+        const int found = getopt_long(argc, argv, ":", longOptions.data(), &index);
+        if (found == -1)
+            break;
+        if (found == ':')
+            throw StartError(std::string(argv[current]) + ": an argument is missing");
+        if (found == '?')
+            throw StartError(std::string(argv[current]) + ": there is no such option; see cimd --help");
+        const Entry& entry = kEntries[index];
+        const CommandLine what = entry.apply(options, optarg != nullptr ? optarg : "");
+        if (what != CommandLine::Run)
+            return what;
+    }
+    if (optind < argc)
+        throw StartError(std::string(argv[optind]) + ": arguments without an option are not known");
+    return CommandLine::Run;
+}
+
+std::string helpText()
+{
+    std::string text(kUsage);
+    for (const Entry& entry : kEntries)
+    {
+        text += std::string("       --") + entry.name;
+        if (entry.argument != nullptr)
+            text += std::string(" ") + entry.argument;
+        text += std::string("\n              ") + entry.meaning + "\n";
+    }
+    return text + std::string(kEnd);
+}
+
+} // namespace cimd

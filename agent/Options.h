@@ -1,0 +1,49 @@
+// The command line of cimd.
+#pragma once
+
+#include "agent/log/Log.h"
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace cimd
+{
+
+struct Options
+{
+    std::string address = "127.0.0.1";
+    std::uint16_t port = 5988; ///< 0: any free port
+    LogLevel logLevel = LogLevel::Warning;
+    std::optional<std::string> scenario;
+    std::string repository;
+    std::string registration;
+    std::string providerDir;
+};
+
+/** A start that failed: "--port: \"x\" is not a port number". */
+class StartError : public std::runtime_error
+{
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/** What to do after the command line was read. */
+enum class CommandLine
+{
+    Run,
+    Help,
+    Version
+};
+
+/**
+ * Reads the command line into `options`, whose files default to places beside the program:
+ * `programDir`/../share/cimd and `programDir`/../lib. Throws StartError naming the option.
+ */
+CommandLine readCommandLine(int argc, char* const argv[], const std::string& programDir, Options& options);
+
+/** The text of --help. */
+std::string helpText();
+
+} // namespace cimd

@@ -1,0 +1,126 @@
+// Which texts pass as XML, what is said about those that do not, and how the tree is read.
+#include "agent/xml/XmlCheck.h"
+
+#include "agent/xml/XmlDocument.h"
+
+#include <gtest/gtest.h>
+
+namespace cimd
+{
+namespace
+{
+
+constexpr std::size_t kDepth = 4;
+
+std::string fault(std::string_view text)
+{
+    try
+    {
+        checkXml(text, kDepth);
+        return {};
+    }
+    catch (const XmlError& error)
+    {
+        return error.what();
+    }
+}
+
+TEST(XmlCheck, AcceptsWhatIsWellFormed)
+{
+    for (const char* text : {
+             "<a/>",
+             "\xEF\xBB\xBF<?xml version=\"1.0\" encoding='UTF-8'?>\n<a/>\n",
+             "<?xml version='1.0' encoding=\"us-ascii\" standalone='yes' ?><a></a >",
+             "<!-- - c --><!DOCTYPE a SYSTEM \"x>y\"><?pi?><a b='\"' c = \"'>\" ></a><!---->",
+             "<a>&lt;&amp;&gt;&quot;&apos;&#10;&#x1F600;<![CDATA[<&]]]]><![CDATA[>]]></a>",
+             "<n:a xmlns:n='u'><n:b-1.2_/>\xC3\xA9\xF0\x9F\x98\x80</n:a>",
+             "<a><b><c><d/></c></b></a>",
+             "<a><b><c><d></d></c></b></a>",
+         })
+        EXPECT_EQ("", fault(text)) << text;
+}
+
+struct BadXml
+{
+    const char* text;
+    const char* fault;
+};
+
+constexpr BadXml kBad[] = {
+    {"", "line 1, column 1: no element"},
+    {"  <!-- only -->", "line 1, column 16: no element"},
+    {"text", "line 1, column 1: text outside the root element"},
+    {"<a/>x", "line 1, column 5: text outside the root element"},
+    {"<a/><b/>", "line 1, column 5: a second root element"},
+    {"<a>", "line 1, column 4: element a is not closed"},
+    {"<a>\n<b></a>", "line 2, column 7: end tag a closes nothing"},
+    {"</a>", "line 1, column 4: end tag a closes nothing"},
+    {"<a", "line 1, column 3: white space was expected after a"},
+    {"<a b>", "line 1, column 5: \"=\" was expected after attribute b"},
+    {"<a b=c/>", "line 1, column 6: a quoted value was expected"},
+    {"<a b='c/>", "line 1, column 7: an unfinished quoted value"},
+    {"<a b='1'c='2'/>", "line 1, column 9: white space was expected after a"},
+    {"<a b='1' b='2'/>", "line 1, column 11: attribute b twice"},
+    {"<a b='<'/>", "line 1, column 9: \"<\" in attribute b"},
+    {"<a b='&x;'/>", "line 1, column 11: \"&\" that starts no known reference"},
+    {"<1/>", "line 1, column 2: a name was expected"},
+    {"< a/>", "line 1, column 2: a name was expected"},
+    {"<a>&nbsp;</a>", "line 1, column 4: \"&\" that starts no known reference"},
+    {"<a>&</a>", "line 1, column 4: \"&\" that starts no known reference"},
+    {"<a>&#0;</a>", "line 1, column 4: \"&\" that starts no known reference"},
+    {"<a>&#xD800;</a>", "line 1, column 4: \"&\" that starts no known reference"},
+    {"<a>&#99999999999;</a>", "line 1, column 4: \"&\" that starts no known reference"},
+    {"<a>]]></a>", "line 1, column 4: \"]]>\" in text"},
+    {"<a><![CDATA[</a>", "line 1, column 13: an unfinished CDATA section"},
+    {"<![CDATA[x]]><a/>", "line 1, column 2: a name was expected"},
+    {"<a><!-- x --- y --></a>", "line 1, column 13: \"--\" inside a comment"},
+    {"<a><!-- x", "line 1, column 8: an unfinished comment"},
+    {"<a><?xml version='1.0'?></a>", "line 1, column 9: an XML declaration that is not at the start"},
+    {"<a><?pi</a>", "line 1, column 8: an unfinished processing instruction"},
+    {"<!DOCTYPE a [<!ENTITY x 'y'>]><a/>",
+     "line 1, column 13: an internal document type subset is not accepted"},
+    {"<!DOCTYPE a", "line 1, column 12: an unfinished document type declaration"},
+    {"<a/><!DOCTYPE a>", "line 1, column 5: a second root element"},
+    {"<?xml version='1.0' encoding='UTF-16'?><a/>", "line 1, column 40: encoding UTF-16 is not supported"},
+    {"<a>\xE9</a>", "line 1, column 4: not UTF-8"},
+    {"<a>\xC0\xAF</a>", "line 1, column 4: not UTF-8"},
+    {"<a>\xED\xA0\x80</a>", "line 1, column 4: not UTF-8"},
+    {"<a>\xF4\x90\x80\x80</a>", "line 1, column 4: not UTF-8"},
+    {"<a>\xE2\x82", "line 1, column 4: not UTF-8"},
+    {"<a>\x01</a>", "line 1, column 4: a character that XML does not allow"},
+    {"<a>\xEF\xBF\xBF</a>", "line 1, column 4: a character that XML does not allow"},
+    {"<a><b><c><d><e/></d></c></b></a>", ""},
+    {"<a><b><c><d><e></e></d></c></b></a>", "line 1, column 16: elements nested deeper than 4"},
+};
+
+TEST(XmlCheck, SaysWhatIsWrongAndWhere)
+{
+    for (const BadXml& row : kBad)
+        EXPECT_EQ(row.fault, fault(row.text)) << row.text;
+    EXPECT_EQ("line 1, column 4: a character that XML does not allow",
+              fault(std::string_view("<a>\0</a>", 8)));
+}
+
+TEST(XmlCheck, BoundsTheAttributesOfAnElement)
+{
+    std::string text = "<a";
+    for (std::size_t i = 0; i < kXmlAttributes; ++i)
+        text += " a" + std::to_string(i) + "=''";
+    EXPECT_EQ("", fault(text + "/>"));
+    EXPECT_NE("", fault(text + " z=''/>"));
+}
+
+TEST(XmlDocument, KeepsTextAndSkipsWhatIsNotContent)
+{
+    const XmlDocument document("<a> <b> x&#13;<![CDATA[<y>]]><!-- no -->\r\nz </b><!-- --><?pi?>t<c/></a>",
+                               kDepth);
+    const std::vector<XmlElement> found = children(document.root());
+    ASSERT_EQ(2U, found.size());
+    EXPECT_EQ(" x\r<y>\nz ", textOf(found[0]));
+    EXPECT_TRUE(isTag(found[1], "c"));
+    EXPECT_FALSE(nextElement(found[1]));
+    EXPECT_FALSE(isTag(nextElement(found[1]), "c"));
+}
+
+} // namespace
+} // namespace cimd
