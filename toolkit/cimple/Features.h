@@ -23,6 +23,12 @@ inline const Meta_Reference* as_reference(const Meta_Feature* mf)
     return (mf->flags & CIMPLE_FLAG_REFERENCE) != 0 ? reinterpret_cast<const Meta_Reference*>(mf) : nullptr;
 }
 
+// A feature that is known to be a reference, such as a key that is no property.
+inline const Meta_Reference* known_reference(const Meta_Feature* mf)
+{
+    return reinterpret_cast<const Meta_Reference*>(mf);
+}
+
 // All features in order, methods included: for (const Meta_Feature* mf : features_of(mc)).
 class Feature_Range
 {

@@ -93,7 +93,7 @@ Key_Index::Digest Key_Index::digest_of(const Instance* instance)
             continue;
         const Meta_Property* const mp = as_property(mf);
         const Digest digest =
-            mp ? digest_of_property(instance, mp) : digest_of_reference(instance, as_reference(mf));
+            mp ? digest_of_property(instance, mp) : digest_of_reference(instance, known_reference(mf));
         sum.shape += mix(digest.shape);
         sum.value += mix(digest.value);
     }

@@ -242,8 +242,8 @@ int instance_to_model_path(const Instance* instance, String& path)
         text.append(mf->name);
         text.append('=');
         const Meta_Property* const mp = as_property(mf);
-        if ((mp ? append_property(text, instance, mp) : append_reference(text, instance, as_reference(mf))) !=
-            0)
+        if ((mp ? append_property(text, instance, mp)
+                : append_reference(text, instance, known_reference(mf))) != 0)
             return -1;
         separator = ',';
     }

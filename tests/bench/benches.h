@@ -1,0 +1,21 @@
+// The benchmarks, each of which prints its own tables.
+#ifndef TESTS_BENCH_BENCHES_H
+#define TESTS_BENCH_BENCHES_H
+
+#include <cstddef>
+
+namespace bench
+{
+
+// Ports of the local switch, growing tenfold up to the largest switch.
+constexpr std::size_t kPortCounts[] = {15, 153, 1536};
+
+void benchMaps();
+void benchLoads();
+void benchDispatch();
+// `shareDir` holds repository.xml and providers.reg, `libDir` the module.
+void benchCmpi(const char* shareDir, const char* libDir);
+
+} // namespace bench
+
+#endif
