@@ -9,6 +9,13 @@
 
 namespace cimd
 {
+namespace
+{
+
+const std::string kWrong = "the provider's instance is wrong: ";
+
+} // namespace
+
 InstanceObject::InstanceObject(const ClassRepository& classes, const ObjectPath& path)
     : CMPIInstance{this, kTable}, repository(&classes), info(classes.find(path.className())),
       _instance(info ? info->name() : path.className())
@@ -143,54 +150,68 @@ ObjectPath InstanceObject::path() const
     return result;
 }
 
-void InstanceObject::completeReferences(const std::string& nameSpace)
-{
-    for (const PropertyDecl* declared : info->references())
-    {
-        CimValue& value = _instance.properties()[*info->findProperty(declared->name.str())].value;
-        if (value.isNull())
-            continue;
-        if (!value.isArray())
-        {
-            value = completeReference(value, declared->referenceClass, *repository, nameSpace);
-            continue;
-        }
-        CimValue::Elements elements;
-        for (const CimValue& element : value.elements())
-            elements.push_back(completeReference(element, declared->referenceClass, *repository, nameSpace));
-        value = CimValue::array(CimType::Reference, std::move(elements));
-    }
-}
-
-const Instance& InstanceObject::complete(const std::string& nameSpace)
+void InstanceObject::checkUsable() const
 {
     if (!info)
         throw CimError(CimStatus::Failed,
                        "the provider returned an instance of the unknown class " +
                            _instance.className().str());
     if (!_fault.empty())
-        throw CimError(CimStatus::Failed, "the provider's instance is wrong: " + _fault);
+        throw CimError(CimStatus::Failed, kWrong + _fault);
+}
+
+const Instance& InstanceObject::complete(const std::string& nameSpace)
+{
+    checkUsable();
     try
     {
+        for (const std::size_t index : info->structured())
+        {
+            CimValue& value = _instance.properties()[index].value;
+            value = completeValue(value, *info->properties()[index], *repository, nameSpace);
+        }
         ObjectPath full = path();
         completePath(full, *info, *repository, nameSpace);
         for (const KeyBinding& key : full.keys())
-        {
-            const std::size_t index = indexOf(key.name.str());
-            if (!_isSet[index] && isKept(key.name.str()))
-            {
-                _instance.properties()[index].value = key.value;
-                _isSet[index] = true;
-            }
-        }
+            completeKey(key);
         _instance.setPath(std::move(full));
-        completeReferences(nameSpace);
     }
     catch (const ShapeError& error)
     {
-        throw CimError(CimStatus::Failed, std::string("the provider's instance is wrong: ") + error.what());
+        throw CimError(CimStatus::Failed, kWrong + error.what());
     }
     return _instance;
+}
+
+// A key may be set as a property, in the path, or in both alike.
+void InstanceObject::completeKey(const KeyBinding& key)
+{
+    const std::size_t index = indexOf(key.name.str());
+    CimValue& value = _instance.properties()[index].value;
+    if (!value.isNull())
+    {
+        if (value != key.value)
+            throw ShapeError("class " + info->name().str() + ": key property " + key.name.str() +
+                             " differs from the path");
+    }
+    else if (isKept(key.name.str()))
+    {
+        value = key.value;
+        _isSet[index] = true;
+    }
+}
+
+Instance InstanceObject::completeWithoutPath(const std::string& nameSpace) const
+{
+    checkUsable();
+    try
+    {
+        return completeEmbedded(given(), *repository, nameSpace);
+    }
+    catch (const ShapeError& error)
+    {
+        throw CimError(CimStatus::Failed, kWrong + error.what());
+    }
 }
 
 Instance InstanceObject::given() const

@@ -35,6 +35,8 @@ struct InstanceObject : CMPIInstance, Tracked
     // Makes path and key properties agree, spells everything as declared and gives the whole instance.
     // CimError if the instance is not one of its class.
     const Instance& complete(const std::string& nameSpace);
+    // The same for an instance that is embedded in something and needs no path.
+    Instance completeWithoutPath(const std::string& nameSpace) const;
     // The properties that were set, as an instance without the rest.
     Instance given() const;
 
@@ -44,7 +46,8 @@ struct InstanceObject : CMPIInstance, Tracked
   private:
     std::size_t indexOf(std::string_view name) const; // of an existing property, or the number of properties
     bool isKept(std::string_view name) const;
-    void completeReferences(const std::string& nameSpace);
+    void checkUsable() const;
+    void completeKey(const KeyBinding& key);
 
     Instance _instance;
     std::vector<bool> _isSet;

@@ -49,6 +49,28 @@ CMPIStatus deliver(const CMPIResult* result, Deliver body)
         });
 }
 
+// An instance of this call is completed in place; a clone belongs to the provider, who may be returning it to
+// others at the same time.
+void deliverInstance(ResultObject& object, InstanceObject& returned)
+{
+    if (!object.receiver.needsPath())
+    {
+        const Instance complete = returned.completeWithoutPath(object.requestNameSpace);
+        object.receiver.instance(complete, *returned.info);
+    }
+    else if (returned.owner())
+    {
+        const Instance& complete = returned.complete(object.requestNameSpace);
+        object.receiver.instance(complete, *returned.info);
+    }
+    else
+    {
+        InstanceObject copy(returned);
+        const Instance& complete = copy.complete(object.requestNameSpace);
+        object.receiver.instance(complete, *copy.info);
+    }
+}
+
 CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, CMPIType type)
 {
     return deliver(result, [&](ResultObject& object) { object.receiver.data(fromCmpi(value, type)); });
@@ -56,13 +78,8 @@ CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, CMPIType
 
 CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* instance)
 {
-    return deliver(result,
-                   [&](ResultObject& object)
-                   {
-                       auto& returned = objectOf<InstanceObject>(instance);
-                       const Instance& complete = returned.complete(object.requestNameSpace);
-                       object.receiver.instance(complete, *returned.info);
-                   });
+    return deliver(
+        result, [&](ResultObject& object) { deliverInstance(object, objectOf<InstanceObject>(instance)); });
 }
 
 CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path)

@@ -18,6 +18,8 @@ class ResultReceiver
     virtual ~ResultReceiver() = default;
     // Complete: path, names, all properties in class order. Lives only during the call.
     virtual void instance(const Instance& instance, const ClassInfo& info);
+    // False if instances are values, not objects of the server: they come without a path then.
+    virtual bool needsPath() const { return true; }
     virtual void path(const ObjectPath& path, const ClassInfo& info);
     virtual void data(const CimValue& value);
 };

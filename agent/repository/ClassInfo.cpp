@@ -134,6 +134,8 @@ void ClassInfo::index()
             _keys.push_back(property);
         if (property->type == CimType::Reference)
             _references.push_back(property);
+        if (property->type == CimType::Reference || isEmbedded(property->type))
+            _structured.push_back(_blank.size());
         _blank.push_back({property->name, CimValue::null(property->type, property->isArray), {}});
     }
     std::sort(_keys.begin(),

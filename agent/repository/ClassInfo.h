@@ -44,6 +44,8 @@ class ClassInfo
         return _keys;
     } // ordered by name, as keys of a path are
     const std::vector<const PropertyDecl*>& references() const { return _references; }
+    // Indexes of the properties whose values have a class of their own: references and embedded instances.
+    const std::vector<std::size_t>& structured() const { return _structured; }
 
     const std::vector<const MethodDecl*>& methods() const { return _methods; }
     const MethodDecl* findMethod(const CimName& method) const;
@@ -75,6 +77,7 @@ class ClassInfo
     std::vector<std::size_t> _byName; // indexes of _properties ordered by property name
     std::vector<const PropertyDecl*> _keys;
     std::vector<const PropertyDecl*> _references;
+    std::vector<std::size_t> _structured;
     std::vector<const MethodDecl*> _methods;
     std::vector<Property> _blank;
     bool _isAssociation = false;

@@ -51,6 +51,35 @@ bool isComplete(const ObjectPath& path, const ClassRepository& repository)
     return true;
 }
 
+// Only where both classes are known.
+void checkClass(const ClassInfo* info,
+                const CimName& declared,
+                const ClassRepository& repository,
+                const char* what)
+{
+    if (info && repository.find(declared) && !info->isA(declared))
+        throw ShapeError(std::string(what) + ' ' + info->name().str() + " stands where " + declared.str() +
+                         " is declared");
+}
+
+CimValue completeReference(const CimValue& value,
+                           const CimName& declaredClass,
+                           const ClassRepository& repository,
+                           const std::string& nameSpace)
+{
+    const ObjectPath& given = value.asReference();
+    const ClassInfo* info = repository.find(given.className());
+    checkClass(info, declaredClass, repository, "a reference to");
+    if (isComplete(given, repository))
+        return value;
+    ObjectPath path = given;
+    if (info)
+        completePath(path, *info, repository, nameSpace);
+    else
+        path.setNameSpace(nameSpace);
+    return CimValue::reference(std::move(path));
+}
+
 } // namespace
 
 void completePath(ObjectPath& path,
@@ -78,30 +107,55 @@ void completePath(ObjectPath& path,
             binding.value = std::move(*value);
         }
         if (key.type == CimType::Reference)
-            binding.value = completeReference(binding.value, key.referenceClass, repository, nameSpace);
+            binding.value = completeValue(binding.value, key, repository, nameSpace);
     }
 }
 
-CimValue completeReference(const CimValue& value,
-                           const CimName& declaredClass,
-                           const ClassRepository& repository,
-                           const std::string& nameSpace)
+CimValue completeValue(const CimValue& value,
+                       const TypedElement& declared,
+                       const ClassRepository& repository,
+                       const std::string& nameSpace)
 {
-    if (value.isNull())
+    if (value.isNull() || !(declared.type == CimType::Reference || isEmbedded(declared.type)))
         return value;
-    const ObjectPath& given = value.asReference();
+    if (value.isArray())
+    {
+        CimValue::Elements elements;
+        for (const CimValue& element : value.elements())
+            elements.push_back(completeValue(element, declared, repository, nameSpace));
+        return CimValue::array(declared.type, std::move(elements));
+    }
+    if (declared.type == CimType::Reference)
+        return completeReference(value, declared.referenceClass, repository, nameSpace);
+    Instance embedded = completeEmbedded(value.asInstance(), repository, nameSpace);
+    if (!declared.referenceClass.empty())
+        checkClass(
+            repository.find(embedded.className()), declared.referenceClass, repository, "an instance of");
+    return CimValue::embedded(declared.type, std::move(embedded));
+}
+
+Instance
+completeEmbedded(const Instance& given, const ClassRepository& repository, const std::string& nameSpace)
+{
     const ClassInfo* info = repository.find(given.className());
-    if (info && repository.find(declaredClass) && !info->isA(declaredClass))
-        throw ShapeError("a reference to " + info->name().str() + " stands where " + declaredClass.str() +
-                         " is declared");
-    if (isComplete(given, repository))
-        return value;
-    ObjectPath path = given;
-    if (info)
-        completePath(path, *info, repository, nameSpace);
-    else
-        path.setNameSpace(nameSpace);
-    return CimValue::reference(std::move(path));
+    if (!info)
+        throw ShapeError("class " + given.className().str() + " of an embedded instance is unknown");
+    Instance result(info->name());
+    result.properties() = info->blank();
+    for (const Property& property : given.properties())
+    {
+        const auto index = info->findProperty(property.name.str());
+        if (!index)
+            fail(*info, "there is no property " + property.name.str());
+        const PropertyDecl& declared = *info->properties()[*index];
+        auto fitting = conform(property.value, declared.type, declared.isArray);
+        if (!fitting)
+            fail(*info,
+                 "property " + declared.name.str() + " is " + typeText(declared.type, declared.isArray) +
+                     ", not " + typeText(property.value.type(), property.value.isArray()));
+        result.properties()[*index].value = completeValue(*fitting, declared, repository, nameSpace);
+    }
+    return result;
 }
 
 } // namespace cimd

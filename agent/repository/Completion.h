@@ -26,12 +26,18 @@ void completePath(ObjectPath& path,
                   const ClassRepository& repository,
                   const std::string& nameSpace);
 
-// The same for a path that a reference holds. A class the repository does not know belongs to somebody else:
-// only the namespace is filled in then. The class must be, or derive from, the declared one where both are
-// known.
-CimValue completeReference(const CimValue& value,
-                           const CimName& declaredClass,
-                           const ClassRepository& repository,
-                           const std::string& nameSpace);
+// Completes what a property or parameter of a declared type holds: paths in references, instances in embedded
+// objects, one by one in arrays; other values stay as they are. A referenced class that the repository does
+// not know belongs to somebody else, and only the namespace is filled in. ShapeError if a class is neither
+// the declared one nor derived from it, or something inside does not fit its own class.
+CimValue completeValue(const CimValue& value,
+                       const TypedElement& declared,
+                       const ClassRepository& repository,
+                       const std::string& nameSpace);
+
+// An embedded instance with all properties of its class, in class order, NULL where none was given, and
+// without a path.
+Instance
+completeEmbedded(const Instance& given, const ClassRepository& repository, const std::string& nameSpace);
 
 } // namespace cimd

@@ -64,7 +64,7 @@ InputCheck::scalar(const CimValue& given, const TypedElement& declared, const st
     {
         try
         {
-            return completeReference(given, declared.referenceClass, _repository, _nameSpace);
+            return completeValue(given, declared, _repository, _nameSpace);
         }
         catch (const ShapeError& error)
         {

@@ -18,6 +18,7 @@ class ReturnValue : public ResultReceiver
   public:
     explicit ReturnValue(CimType type) : _value(CimValue::null(type)) {}
 
+    bool needsPath() const override { return false; }
     void instance(const Instance& instance, const ClassInfo&) override
     {
         set(CimValue::embedded(CimType::Instance, instance));
@@ -87,20 +88,9 @@ class OutArguments
                                declared.name.str() + " as " +
                                typeText(place->value.type(), place->value.isArray()) + " but it is " +
                                typeText(declared.type, declared.isArray));
-        return declared.type == CimType::Reference ? complete(*fitting, declared) : *fitting;
-    }
-
-    CimValue complete(const CimValue& value, const ParameterDecl& declared) const
-    {
         try
         {
-            if (!declared.isArray || value.isNull())
-                return completeReference(value, declared.referenceClass, _repository, _nameSpace);
-            CimValue::Elements elements;
-            for (const CimValue& element : value.elements())
-                elements.push_back(
-                    completeReference(element, declared.referenceClass, _repository, _nameSpace));
-            return CimValue::array(CimType::Reference, std::move(elements));
+            return completeValue(*fitting, declared, _repository, _nameSpace);
         }
         catch (const ShapeError& error)
         {
