@@ -63,7 +63,7 @@ Table::Table(std::string title, std::string size, std::string unit)
 {
 }
 
-Table::~Table()
+void Table::print() const
 {
     std::printf("\n%s\n  %10s  %14s  %7s\n", _title.c_str(), _size.c_str(), _unit.c_str(), "ratio");
     double previous = 0;

@@ -24,12 +24,9 @@ class Table
 {
   public:
     Table(std::string title, std::string size, std::string unit);
-    ~Table(); // prints it
-
-    Table(const Table&) = delete;
-    Table& operator=(const Table&) = delete;
 
     void row(std::size_t size, double valuePerUnit, const std::string& remark = "");
+    void print() const;
 
   private:
     struct Row

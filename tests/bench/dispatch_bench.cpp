@@ -69,6 +69,7 @@ void benchDispatch()
         table.row(
             ports, seconds / static_cast<double>(ports) * kNano, delivered == ports ? "" : "INCOMPLETE");
     }
+    table.print();
 }
 
 } // namespace bench

@@ -53,6 +53,7 @@ void benchLoad(const char* title)
                       sim.platformCalls());
         table.row(ports, secondsPerCall(load, stale) / static_cast<double>(ports) * kMicro, remark);
     }
+    table.print();
 }
 
 } // namespace

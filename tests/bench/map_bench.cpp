@@ -115,6 +115,8 @@ void benchMaps()
             });
         memory.row(size, static_cast<double>(bytes) / units);
     }
+    for (const Table* table : {&insert, &find, &get, &memory})
+        table->print();
 }
 
 } // namespace bench
