@@ -1,0 +1,205 @@
+// Tests of the module as a CIM server sees it: the shared library, loaded and driven through CMPI.
+#include "simulator/testing/sim_switch.h"
+#include "test_client.h"
+
+#include <cimple/cimple.h>
+
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <dlfcn.h>
+
+#include <gtest/gtest.h>
+
+using simulator::SimSwitch;
+using test_broker::Broker;
+using test_broker::Client;
+using test_broker::Factories;
+using test_broker::Factory;
+using test_broker::Outcome;
+using test_broker::Path;
+
+namespace
+{
+
+// The module stays loaded, as in a server.
+void* library()
+{
+    static void* const handle = dlopen(VRAX_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
+    return handle;
+}
+
+// Null when the module does not export it.
+Factory factory(const std::string& name)
+{
+    return reinterpret_cast<Factory>(dlsym(library(), name.c_str()));
+}
+
+Factories factories(const std::string& prefix)
+{
+    Factories result;
+    result.instance = factory(prefix + "_Create_InstanceMI");
+    result.method = factory(prefix + "_Create_MethodMI");
+    result.association = factory(prefix + "_Create_AssociationMI");
+    result.indication = factory(prefix + "_Create_IndicationMI");
+    return result;
+}
+
+class Module : public testing::Test
+{
+  protected:
+    Module() : sim(SimSwitch::make()) {}
+
+    void SetUp() override { ASSERT_NE(library(), nullptr) << dlerror(); }
+    // A server's cleanup empties the maps, so that the next test reads its own switch.
+    void TearDown() override
+    {
+        for (const std::unique_ptr<Client>& one : clients)
+            EXPECT_TRUE(one->cleanup().ok());
+        EXPECT_EQ(broker.violations(), "");
+        EXPECT_EQ(sim.outstandingBlocks(), 0u);
+    }
+
+    Client& client(const std::string& className)
+    {
+        clients.push_back(std::make_unique<Client>(broker, factories(className)));
+        return *clients.back();
+    }
+    static Path path(const char* className) { return {"root/interop", className, {}}; }
+
+    SimSwitch sim;
+    Broker broker;
+    std::vector<std::unique_ptr<Client>> clients;
+};
+
+enum Kind
+{
+    INSTANCE,
+    ASSOCIATION,
+    INDICATION
+};
+
+TEST_F(Module, ExportsTheFactoriesOfEachKindUnderBothNamesAndNothingElse)
+{
+    struct Row
+    {
+        Kind kind;
+        const char* className;
+    };
+    const Row rows[] = {
+#define VRAX_PROVIDER(kind, folder, cls) {kind, #cls},
+#include "common/providers.def"
+#undef VRAX_PROVIDER
+    };
+    std::set<std::string> registered;
+    for (const Row& row : rows)
+    {
+        registered.insert(row.className);
+        for (const char* suffix : {"", "_Provider"})
+        {
+            const Factories found = factories(std::string(row.className) + suffix);
+            EXPECT_EQ(found.instance != nullptr, row.kind != INDICATION) << row.className << suffix;
+            EXPECT_NE(found.method, nullptr) << row.className << suffix;
+            EXPECT_EQ(found.association != nullptr, row.kind == ASSOCIATION) << row.className << suffix;
+            EXPECT_EQ(found.indication != nullptr, row.kind == INDICATION) << row.className << suffix;
+        }
+    }
+
+    const auto module = reinterpret_cast<cimple::Module_Proc>(dlsym(library(), "cimple_module"));
+    ASSERT_NE(module, nullptr);
+    std::set<std::string> listed;
+    for (const cimple::Registration* one = module(); one != nullptr; one = one->next)
+        EXPECT_TRUE(listed.insert(one->meta_class->name).second) << one->meta_class->name;
+    EXPECT_EQ(listed, registered);
+
+    for (const char* hidden : {"_ZN6cimple9VRAX_Maps11getInstanceEv",
+                               "_ZN6cimple6createEPKNS_10Meta_ClassEb",
+                               "cimple_cmpi_adapter",
+                               "_Z7cim_logiPKcz"})
+        EXPECT_EQ(dlsym(library(), hidden), nullptr) << hidden;
+}
+
+TEST_F(Module, ServesStatisticsFromOneBatchPerPortAndThenFromTheMap)
+{
+    Client& statistics = client("VRAX_FCPortStatistics");
+    const Outcome cold = statistics.enumerateInstances(path("VRAX_FCPortStatistics"));
+    ASSERT_TRUE(cold.ok()) << cold.message;
+    ASSERT_EQ(cold.instances.size(), 4u);
+    EXPECT_EQ(sim.calls("xpl_smlGetBatch"), 4u);
+    EXPECT_EQ(sim.entries("xpl_smlGetBatch"), 4u * 23u);
+    for (const test_broker::Inst& one : cold.instances)
+    {
+        EXPECT_EQ(one.property("ElementName")->text, "FC Port Statistics");
+        EXPECT_EQ(one.property("InstanceID")->text.substr(0, 39), "VRAX:FCPortStatistics:100002a5c0de0001:");
+    }
+
+    sim.mark();
+    EXPECT_EQ(statistics.enumerateInstances(path("VRAX_FCPortStatistics")).texts(), cold.texts());
+    const Outcome names = statistics.enumerateInstanceNames(path("VRAX_FCPortStatistics"));
+    ASSERT_EQ(names.paths.size(), 4u);
+    const Outcome one = statistics.getInstance(names.paths[2]);
+    ASSERT_TRUE(one.ok()) << one.message;
+    EXPECT_EQ(one.texts().at(0), cold.texts().at(2));
+    EXPECT_EQ(sim.platformCalls(), 0u);
+
+    Path unknown = names.paths[2];
+    test_broker::set(unknown.keys, "InstanceID", test_broker::Value::string("VRAX:FCPortStatistics:none"));
+    EXPECT_EQ(statistics.getInstance(unknown).rc, CMPI_RC_ERR_NOT_FOUND);
+}
+
+TEST_F(Module, AFailedLoadIsAnErrorAndTheNextRequestRecovers)
+{
+    sim.failKey("Oper.UserPort.0.3.TxFramePerf");
+    Client& statistics = client("VRAX_FCPortRateStatistics");
+    const Outcome failed = statistics.enumerateInstances(path("VRAX_FCPortRateStatistics"));
+    EXPECT_EQ(failed.rc, CMPI_RC_ERR_FAILED);
+    EXPECT_TRUE(failed.instances.empty());
+    sim.restore();
+    EXPECT_EQ(statistics.enumerateInstances(path("VRAX_FCPortRateStatistics")).instances.size(), 4u);
+}
+
+TEST_F(Module, AnswersAssociationRequestsFromItsAssociations)
+{
+    Client& pairs = client("VRAX_NamespaceInManager");
+    const Outcome manager = client("VRAX_ObjectManager").enumerateInstanceNames(path("VRAX_ObjectManager"));
+    ASSERT_EQ(manager.paths.size(), 1u) << manager.message;
+    const Outcome namespaces = pairs.associators(manager.paths[0]);
+    ASSERT_EQ(namespaces.instances.size(), 1u) << namespaces.message;
+    EXPECT_EQ(namespaces.instances[0].property("Name")->text, "root/interop");
+    EXPECT_EQ(pairs.references(manager.paths[0]).instances.size(), 1u);
+
+    // A failing end is no empty answer.
+    pairs.cleanup();
+    clients.clear();
+    Client& again = client("VRAX_NamespaceInManager");
+    client("VRAX_ObjectManager").cleanup();
+    sim.failNext("get_Local_Switch_World_Wide_Name");
+    EXPECT_FALSE(again.associators(manager.paths[0]).ok());
+}
+
+TEST_F(Module, UnsupportedAndUnknownMethodsAreErrors)
+{
+    Client& service = client("VRAX_ObjectManager");
+    const Outcome manager = service.enumerateInstanceNames(path("VRAX_ObjectManager"));
+    ASSERT_EQ(manager.paths.size(), 1u) << manager.message;
+    EXPECT_EQ(service.invokeMethod(manager.paths[0], "startservice").rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(service.invokeMethod(manager.paths[0], "MakeCoffee").rc, CMPI_RC_ERR_METHOD_NOT_FOUND);
+}
+
+TEST_F(Module, LogsToTheServer)
+{
+    typedef void (*Configure)(int, void (*)(int, const char*));
+    const auto configure = reinterpret_cast<Configure>(dlsym(library(), "cim_log_configure"));
+    ASSERT_NE(configure, nullptr);
+    static std::vector<std::string> lines;
+    configure(4, [](int, const char* text) { lines.emplace_back(text); });
+    sim.failNext("get_Local_Switch_World_Wide_Name"); // the load when the interface is made
+    client("VRAX_StatisticsCollection");
+    configure(4, nullptr);
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_NE(lines[0].find("Unable to retrieve localWWN"), std::string::npos) << lines[0];
+}
+
+} // namespace
