@@ -44,7 +44,7 @@ void VRAX_FCPortRateStatistics_Provider::build(Map_Writer<VRAX_FCPortRateStatist
     const DataCache& cache = *DataCache::instance();
     const Wwn rootWwn = cache.getRootSwitchWwn();
     const Datetime loadTime = Datetime::now();
-    const Datetime sampleInterval(uint64(Datetime::SEC));
+    const Datetime sampleInterval{uint64{Datetime::SEC}};
     Sml_Batch batch(kRates);
 
     for (const std::string& port : Root_Ports(cache))

@@ -38,7 +38,7 @@ void VRAX_StatisticsCollection_Provider::build(Map_Writer<VRAX_StatisticsCollect
     instance->InstanceID.set(wwn.text());
     instance->ElementName.set("FC Switch Statistics Collection");
     instance->TimeLastSampled.set(loadTime);
-    instance->SampleInterval.set(Datetime(uint64(Datetime::SEC)));
+    instance->SampleInterval.set(Datetime{uint64{Datetime::SEC}});
 
     if (!checkInstanceKeys(instance.get()))
     {
