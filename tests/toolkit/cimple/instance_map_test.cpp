@@ -1,0 +1,311 @@
+// Instance maps: against a linear search, at size, under parallel readers, and who owns what.
+#include "demo_objects.h"
+#include <gtest/gtest.h>
+#include <random>
+#include <set>
+#include <thread>
+#include <vector>
+
+using namespace cimple;
+
+namespace
+{
+const size_t kNone = size_t(-1);
+
+class Map : public Instance_Map_Base
+{
+  public:
+    explicit Map(const Meta_Class& mc) : Instance_Map_Base(&mc) {}
+
+    using Instance_Map_Base::_create_instance;
+    using Instance_Map_Base::_delete_instance;
+    using Instance_Map_Base::_enum_instances;
+    using Instance_Map_Base::_find;
+    using Instance_Map_Base::_get_instance;
+    using Instance_Map_Base::_insert;
+    using Instance_Map_Base::_lookup;
+    using Instance_Map_Base::_modify_instance;
+    using Instance_Map_Base::_remove;
+
+    size_t size() const { return _instances.size(); }
+    Instance* at(size_t pos) const { return _instances[pos]; }
+};
+
+size_t linear_find(const Map& map, const Instance* model)
+{
+    for (size_t pos = 0; pos < map.size(); pos++)
+    {
+        if (key_eq(map.at(pos), model))
+            return pos;
+    }
+    return kNone;
+}
+
+std::vector<Instance*> content(const Map& map)
+{
+    std::vector<Instance*> instances;
+    for (size_t pos = 0; pos < map.size(); pos++)
+        instances.push_back(map.at(pos));
+    return instances;
+}
+
+// Of one of several classes and few different keys, so that equal ones are met often.
+Instance* random_end(std::mt19937& random, bool with_keyless)
+{
+    const unsigned n = std::uniform_int_distribution<unsigned>(0, 7)(random);
+    switch (std::uniform_int_distribution<int>(0, with_keyless ? 4 : 3)(random))
+    {
+    case 0:
+        return demo::rack(std::to_string(n).c_str()).steal();
+    case 1:
+        return demo::sensor(n).steal();
+    case 2:
+        return demo::element(n).steal();
+    case 3:
+        return nullptr;
+    default:
+        return Demo_Limits::create(); // its (empty) set of keys is part of every other
+    }
+}
+
+TEST(InstanceMapTest, AgreesWithALinearSearch)
+{
+    for (const bool with_keyless : {false, true})
+    {
+        std::mt19937 random(with_keyless ? 1 : 2);
+        Map map(Demo_Dependency::static_meta_class);
+        for (int step = 0; step < 4000; step++)
+        {
+            Instance* const antecedent = random_end(random, with_keyless);
+            Instance* const dependent = random_end(random, with_keyless);
+            Ref<Demo_Dependency> link = demo::dependency(antecedent, dependent);
+            const size_t expected = linear_find(map, link.ptr());
+            ASSERT_EQ(map._find(link.ptr()), expected) << step << " " << demo::text_of(link.ptr());
+            ASSERT_EQ(map._lookup(link.ptr()), expected == kNone ? nullptr : map.at(expected)) << step;
+
+            std::vector<Instance*> order = content(map);
+            if (random() % 3 != 0)
+            {
+                const size_t pos = map._insert(link.ptr());
+                ASSERT_EQ(pos, expected == kNone ? order.size() : kNone) << step;
+                if (pos != kNone)
+                    order.push_back(link.steal());
+            }
+            else if (!order.empty())
+            {
+                const size_t pos = random() % order.size();
+                Instance* const removed = map.at(pos);
+                map._remove(pos);
+                unref(removed);
+                order.erase(order.begin() + static_cast<std::ptrdiff_t>(pos));
+            }
+            ASSERT_EQ(content(map), order) << step;
+            if (step % 1500 == 1499)
+                map.clear();
+        }
+    }
+}
+
+TEST(InstanceMapTest, FindsByModelsOfRelatedClasses)
+{
+    Map map(Demo_Sensor::static_meta_class);
+    map._insert(demo::sensor(1).steal());
+    map._insert(demo::sensor(2).steal());
+    EXPECT_EQ(map._find(demo::element(2).ptr()), 1u);
+    EXPECT_EQ(map._find(demo::element(3).ptr()), kNone);
+    EXPECT_EQ(map._find(demo::rack("1").ptr()), kNone);
+    EXPECT_EQ(map._find(Ref<Demo_Thing>(Demo_Thing::create()).ptr()), kNone)
+        << "a model without keys names nothing";
+
+    Map links(Demo_SensorInRack::static_meta_class);
+    links._insert(demo::sensor_in_rack("r", 1).steal());
+    Ref<Demo_SensorInRack> model = demo::sensor_in_rack("r", 1);
+    unref(model->Sensor);
+    model->Sensor = reinterpret_cast<Demo_Sensor*>(demo::element(1).steal()); // as a request may name the end
+    EXPECT_EQ(links._find(model.ptr()), 0u);
+}
+
+TEST(InstanceMapTest, HundredThousandInstances)
+{
+    const uint32 n = 100000;
+    Map sensors(Demo_Sensor::static_meta_class);
+    Map links(Demo_SensorInRack::static_meta_class);
+    for (uint32 i = 0; i < n; i++)
+    {
+        ASSERT_EQ(sensors._insert(demo::sensor(i * 7).steal()), i);
+        ASSERT_EQ(links._insert(demo::sensor_in_rack(std::to_string(i % 100).c_str(), i).steal()), i);
+    }
+    Ref<Demo_Sensor> model = demo::sensor(0);
+    for (uint32 i = 0; i < n; i++)
+    {
+        model->Id.set(i * 7);
+        ASSERT_EQ(sensors._find(model.ptr()), i);
+        model->Id.set(i * 7 + 1);
+        ASSERT_EQ(sensors._find(model.ptr()), kNone);
+        ASSERT_EQ(links._find(demo::sensor_in_rack(std::to_string(i % 100).c_str(), i).ptr()), i);
+        ASSERT_EQ(links._insert(links.at(i)), kNone);
+    }
+    for (uint32 i = 0; i < 200; i++) // from the front, where all others move up
+    {
+        Instance* const removed = sensors.at(i);
+        sensors._remove(i);
+        unref(removed);
+    }
+    for (uint32 i = 0; i < n; i += 99)
+    {
+        model->Id.set(i * 7);
+        const bool gone = i < 400 && i % 2 == 0;
+        ASSERT_EQ(sensors._find(model.ptr()), gone ? kNone : i < 400 ? i / 2 : i - 200) << i;
+        if (i % 9900 == 0)
+            ASSERT_EQ(sensors._find(model.ptr()), linear_find(sensors, model.ptr())) << i;
+    }
+    while (sensors.size() > 0)
+    {
+        Instance* const last = sensors.at(sensors.size() - 1);
+        sensors._remove(sensors.size() - 1);
+        ASSERT_EQ(sensors._lookup(last), nullptr);
+        unref(last);
+    }
+}
+
+TEST(InstanceMapTest, OwnsWhatItHolds)
+{
+    Instance_Map<Demo_Sensor> map;
+    Ref<Demo_Sensor> sensor = demo::sensor(1);
+    ref(sensor.ptr());
+    ASSERT_EQ(map.insert(sensor.ptr()), 0u);
+    const Ref<Demo_Sensor> duplicate = demo::sensor(1);
+    EXPECT_EQ(map.insert(const_cast<Demo_Sensor*>(duplicate.ptr())), kNone);
+    EXPECT_EQ(duplicate.count(), 1u) << "still the caller's";
+    EXPECT_TRUE(map.lookup(duplicate.ptr()) == sensor.ptr() && map[0] == sensor.ptr() && map.size() == 1);
+
+    map.remove(7); // out of range
+    map.remove(0);
+    EXPECT_EQ(sensor.count(), 2u) << "taken out, not released";
+    unref(sensor.ptr());
+    EXPECT_EQ(map.find(duplicate.ptr()), kNone);
+
+    for (const bool clear : {true, false})
+    {
+        ref(sensor.ptr());
+        map.insert(sensor.ptr());
+        if (clear)
+            map.clear();
+        else
+            EXPECT_EQ(map.delete_instance(duplicate.ptr()), DELETE_INSTANCE_OK);
+        EXPECT_EQ(sensor.count(), 1u) << "alive in other hands";
+        EXPECT_EQ(map.size(), 0u);
+    }
+    EXPECT_EQ(map.delete_instance(duplicate.ptr()), DELETE_INSTANCE_NOT_FOUND);
+}
+
+TEST(InstanceMapTest, GetsAndCreatesCopies)
+{
+    Instance_Map<Demo_Sensor> map;
+    Ref<Demo_Sensor> sensor = demo::sensor(1);
+    sensor->Label.set("one");
+    EXPECT_EQ(map.create_instance(sensor.ptr()), CREATE_INSTANCE_OK);
+    EXPECT_EQ(map.create_instance(sensor.ptr()), CREATE_INSTANCE_DUPLICATE);
+    EXPECT_EQ(sensor.count(), 1u);
+    EXPECT_NE(map[0], sensor.ptr());
+
+    Demo_Sensor* found = nullptr;
+    EXPECT_EQ(map.get_instance(demo::sensor(2).ptr(), found), GET_INSTANCE_NOT_FOUND);
+    EXPECT_EQ(found, nullptr);
+    ASSERT_EQ(map.get_instance(demo::sensor(1).ptr(), found), GET_INSTANCE_OK);
+    EXPECT_TRUE(found != map[0] && identical(found, sensor.ptr()));
+    found->Label.set("changed");
+    EXPECT_EQ(map[0]->Label.value, "one");
+    Demo_Sensor::destroy(found);
+}
+
+struct Received
+{
+    size_t wanted = kNone;
+    std::vector<Ref<Instance>> instances;
+};
+
+bool receive(Instance* instance, Enum_Instances_Status status, void* client_data)
+{
+    Received& received = *static_cast<Received*>(client_data);
+    EXPECT_EQ(status, ENUM_INSTANCES_OK);
+    EXPECT_NE(instance, nullptr) << "the closing call is not the map's";
+    received.instances.push_back(Ref<Instance>(instance));
+    return received.instances.size() < received.wanted;
+}
+
+TEST(InstanceMapTest, EnumeratesSharedInstances)
+{
+    Instance_Map<Demo_Sensor> map;
+    for (uint32 id = 0; id < 5; id++)
+        map.insert(demo::sensor(id).steal());
+    Received all;
+    Enum_Instances_Handler<Demo_Sensor> handler(receive, &all);
+    EXPECT_EQ(map.enum_instances(nullptr, &handler), ENUM_INSTANCES_OK);
+    ASSERT_EQ(all.instances.size(), 5u);
+    for (size_t i = 0; i < 5; i++)
+    {
+        EXPECT_EQ(all.instances[i].ptr(), map[i]) << "in order and not copied";
+        EXPECT_EQ(all.instances[i].count(), 2u);
+    }
+    map.clear();
+    EXPECT_EQ(all.instances[4].count(), 1u);
+    EXPECT_EQ(demo::path_of(all.instances[4].ptr()), "Demo_Sensor.Id=4");
+
+    for (uint32 id = 0; id < 5; id++)
+        map.insert(demo::sensor(id).steal());
+    Received two;
+    two.wanted = 2;
+    Enum_Instances_Handler<Demo_Sensor> impatient(receive, &two);
+    EXPECT_EQ(map.enum_instances(nullptr, &impatient), ENUM_INSTANCES_OK);
+    EXPECT_EQ(two.instances.size(), 2u);
+}
+
+TEST(InstanceMapTest, ModifyLeavesHandedOutInstancesAlone)
+{
+    Instance_Map<Demo_Sensor> map;
+    map.insert(demo::sensor(1).steal());
+    Received held;
+    Enum_Instances_Handler<Demo_Sensor> handler(receive, &held);
+    map.enum_instances(nullptr, &handler);
+
+    Ref<Demo_Sensor> request = demo::sensor(1);
+    request->Label.set("new");
+    request->Health.set(3);
+    Ref<Demo_Sensor> model(Demo_Sensor::create());
+    nullify_properties(model.ptr());
+    model->Label.null = 0;
+    EXPECT_EQ(map.modify_instance(model.ptr(), request.ptr()), MODIFY_INSTANCE_OK);
+    EXPECT_TRUE(map[0]->Label.value == "new" && map[0]->Health.null) << "only what the model has";
+    EXPECT_EQ(cast<Demo_Sensor*>(held.instances[0].ptr())->Label.value, "unnamed");
+    EXPECT_EQ(map.find(request.ptr()), 0u);
+    EXPECT_EQ(map.modify_instance(model.ptr(), demo::sensor(2).ptr()), MODIFY_INSTANCE_NOT_FOUND);
+}
+
+TEST(InstanceMapTest, ServesReadersInParallel)
+{
+    Map map(Demo_SensorInRack::static_meta_class);
+    for (uint32 i = 0; i < 50; i++)
+        map._insert(demo::sensor_in_rack("shared", i).steal());
+    std::vector<std::thread> readers;
+    for (int t = 0; t < 4; t++)
+    {
+        readers.emplace_back(
+            [&map]
+            {
+                for (uint32 i = 0; i < 50; i++)
+                {
+                    const Ref<Demo_SensorInRack> model = demo::sensor_in_rack("shared", i);
+                    Instance* found = nullptr;
+                    ASSERT_EQ(map._get_instance(model.ptr(), found), GET_INSTANCE_OK);
+                    unref(found);
+                    Received received;
+                    map._enum_instances(nullptr, receive, &received);
+                    ASSERT_EQ(received.instances.size(), 50u);
+                }
+            });
+    }
+    for (std::thread& reader : readers)
+        reader.join();
+}
+} // namespace

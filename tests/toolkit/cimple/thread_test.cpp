@@ -1,0 +1,272 @@
+// Threads and their contexts, locks and conditions, calls to the server, the log file.
+#include "demo_objects.h"
+#include <cimple/Cond.h>
+#include <cimple/Thread_Context.h>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <vector>
+
+using namespace cimple;
+
+namespace
+{
+struct Events
+{
+    void add(const std::string& event)
+    {
+        const Auto_Mutex guard(lock);
+        list.push_back(event);
+    }
+
+    Mutex lock;
+    std::vector<std::string> list;
+};
+
+// Hands out a list of racks one by one.
+class Racks : public Instance_Source
+{
+  public:
+    explicit Racks(std::vector<std::string> names) : _names(std::move(names)) {}
+    Ref<Instance> next() override
+    {
+        if (_next == _names.size())
+            return Ref<Instance>();
+        return Ref<Instance>(demo::rack(_names[_next++].c_str()).steal());
+    }
+
+  private:
+    std::vector<std::string> _names;
+    size_t _next = 0;
+};
+
+class Context : public Thread_Context
+{
+  public:
+    Context(Events& events, std::string name) : _events(events), _name(std::move(name)) {}
+    ~Context() override { _events.add(_name + " gone"); }
+
+    std::unique_ptr<Thread_Context> create_child() override
+    {
+        return std::make_unique<Context>(_events, _name + ".child");
+    }
+    void thread_started() override { _events.add(_name + " started"); }
+    void thread_ended() override { _events.add(_name + " ended"); }
+
+    std::unique_ptr<Instance_Source> enum_instances(const char* name_space, const Instance*) override
+    {
+        if (std::string(name_space) != "root/demo")
+            return nullptr;
+        return std::make_unique<Racks>(std::vector<std::string>({"a", "b"}));
+    }
+    Ref<Instance> get_instance(const char*, const Instance* model) override
+    {
+        return Ref<Instance>(clone(model));
+    }
+    int create_instance(const char*, const Instance*) override { return 0; }
+    int delete_instance(const char*, const Instance*) override { return 0; }
+    int modify_instance(const char*, const Instance*) override { return 0; }
+    int invoke_method(const char*, const Instance*, Instance*) override { return 0; }
+    void allow_unload(bool flag) override { _events.add(flag ? "may unload" : "stay loaded"); }
+    bool get_username(String& user_name) override
+    {
+        user_name = _name.c_str();
+        return true;
+    }
+
+  private:
+    Events& _events;
+    std::string _name;
+};
+
+class Context_Guard
+{
+  public:
+    explicit Context_Guard(Thread_Context& context) { Thread_Context::push(&context); }
+    ~Context_Guard() { Thread_Context::pop(); }
+};
+
+void* return_argument(void* arg)
+{
+    return arg;
+}
+
+void* exit_early(void* arg)
+{
+    Thread::exit(arg);
+    return nullptr;
+}
+
+TEST(ThreadTest, RunsUnderAChildOfItsCreatorsContext)
+{
+    for (const Thread_Proc proc : {return_argument, exit_early})
+    {
+        Events events;
+        {
+            Context context(events, "parent");
+            const Context_Guard guard(context);
+            Thread thread;
+            ASSERT_EQ(Thread::create_joinable(thread, proc, &events), 0);
+            void* result = nullptr;
+            ASSERT_EQ(Thread::join(thread, result), 0);
+            EXPECT_EQ(result, &events);
+        }
+        EXPECT_EQ(events.list,
+                  std::vector<std::string>(
+                      {"parent.child started", "parent.child ended", "parent.child gone", "parent gone"}));
+    }
+}
+
+TEST(ThreadTest, CallsTheServerFromAChild)
+{
+    Events events;
+    Context context(events, "parent");
+    const Context_Guard guard(context);
+    Thread thread;
+    String user;
+    const auto ask = [](void* arg) -> void*
+    { return cimom::get_username(*static_cast<String*>(arg)) ? arg : nullptr; };
+    ASSERT_EQ(Thread::create_joinable(thread, ask, &user), 0);
+    void* result = nullptr;
+    ASSERT_EQ(Thread::join(thread, result), 0);
+    EXPECT_EQ(result, &user);
+    EXPECT_EQ(user, "parent.child");
+}
+
+TEST(ThreadTest, NamesThreads)
+{
+    EXPECT_TRUE(Thread::equal(Thread::self(), Thread::self()));
+    Thread none;
+    EXPECT_FALSE(Thread::equal(none, Thread::self()));
+    EXPECT_TRUE(Thread::equal(none, Thread()));
+    void* result = nullptr;
+    EXPECT_EQ(Thread::join(none, result), ESRCH);
+
+    Thread thread;
+    ASSERT_EQ(Thread::create_joinable(thread, return_argument, nullptr), 0); // without any context
+    Thread same(thread);
+    EXPECT_TRUE(Thread::equal(same, thread) && !Thread::equal(thread, Thread::self()));
+    EXPECT_EQ(Thread::join(same, result), 0);
+}
+
+// Detached threads are waited for through a condition.
+struct Baton
+{
+    Mutex mutex;
+    Cond cond;
+    int passed = 0;
+
+    void pass()
+    {
+        const Auto_Mutex guard(mutex);
+        passed++;
+        cond.signal();
+    }
+    void wait_for(int n)
+    {
+        const Auto_Mutex guard(mutex);
+        while (passed < n)
+            cond.wait(mutex);
+    }
+};
+
+TEST(ThreadTest, RunsDetached)
+{
+    Baton baton;
+    const auto pass = [](void* arg) -> void*
+    {
+        static_cast<Baton*>(arg)->pass();
+        return nullptr;
+    };
+    for (int i = 0; i < 3; i++)
+    {
+        Thread thread;
+        ASSERT_EQ(Thread::create_detached(thread, pass, &baton), 0);
+    }
+    baton.wait_for(3);
+    const Auto_Mutex last_one_is_out(baton.mutex);
+}
+
+TEST(MutexTest, IsRecursiveUnlessToldOtherwise)
+{
+    Mutex recursive;
+    recursive.lock();
+    EXPECT_EQ(recursive.try_lock(), 0);
+    recursive.unlock();
+    recursive.unlock();
+
+    Mutex plain(false);
+    plain.lock();
+    EXPECT_EQ(plain.try_lock(), -1);
+    plain.unlock();
+    EXPECT_EQ(plain.try_lock(), 0);
+    plain.unlock();
+}
+
+TEST(CimomTest, WalksThroughResults)
+{
+    Events events;
+    Context context(events, "server");
+    const Context_Guard guard(context);
+    const Ref<Demo_Rack> model = demo::rack("model");
+    Instance_Enumerator enumerator;
+    ASSERT_EQ(cimom::enum_instances("root/demo", model.ptr(), enumerator), 0);
+    std::vector<std::string> paths;
+    for (; enumerator; enumerator++)
+        paths.push_back(demo::path_of(enumerator().ptr()));
+    EXPECT_EQ(paths, std::vector<std::string>({"Demo_Rack.Name=\"a\"", "Demo_Rack.Name=\"b\""}));
+    EXPECT_EQ(cimom::enum_instances("root/other", model.ptr(), enumerator), -1);
+    EXPECT_FALSE(enumerator);
+    EXPECT_TRUE(key_eq(cimom::get_instance("root/demo", model.ptr()).ptr(), model.ptr()));
+    cimom::allow_unload(false);
+    EXPECT_EQ(events.list, std::vector<std::string>({"stay loaded"}));
+}
+
+TEST(CimomTest, FailsWithoutAContext)
+{
+    const Ref<Demo_Rack> model = demo::rack("model");
+    Instance_Enumerator enumerator;
+    String user("nobody");
+    EXPECT_EQ(cimom::enum_instances("root/demo", model.ptr(), enumerator), -1);
+    EXPECT_FALSE(enumerator);
+    EXPECT_FALSE(cimom::get_instance("root/demo", model.ptr()));
+    EXPECT_EQ(cimom::create_instance("root/demo", model.ptr()), -1);
+    EXPECT_EQ(cimom::delete_instance("root/demo", model.ptr()), -1);
+    EXPECT_EQ(cimom::modify_instance("root/demo", model.ptr()), -1);
+    EXPECT_EQ(cimom::invoke_method("root/demo", model.ptr(), nullptr), -1);
+    EXPECT_FALSE(cimom::get_username(user));
+    cimom::allow_unload(true);
+}
+
+// In a process of its own, because the settings are read once.
+TEST(LogDeathTest, WritesWhatTheLevelLetsThrough)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto write_and_exit = []
+    {
+        char made[] = "/tmp/cimple_log_XXXXXX";
+        const std::string folder = mkdtemp(made);
+        std::ofstream(folder + "/.cimplerc") << "# settings\nLOG_LEVEL=warn\n";
+        setenv("CIMPLE_HOME", folder.c_str(), 1);
+        CIMPLE_ERR(("port %u down", 7u));
+        CIMPLE_WARN(("%s", std::string(10000, 'x').c_str()));
+        CIMPLE_INFO(("not shown"));
+        log_enable(false);
+        CIMPLE_FATAL(("not shown either"));
+        std::stringstream text;
+        text << std::ifstream(folder + "/.cimple/messages").rdbuf();
+        remove((folder + "/.cimple/messages").c_str());
+        remove((folder + "/.cimple").c_str());
+        remove((folder + "/.cimplerc").c_str());
+        remove(folder.c_str());
+        std::string line;
+        while (std::getline(text, line))
+            fprintf(stderr, "<%s>\n", line.substr(20, 30 + line.find("): ")).substr(0, 100).c_str());
+        _exit(0);
+    };
+    EXPECT_EXIT(write_and_exit(),
+                testing::ExitedWithCode(0),
+                "<ERR: [^>]*thread_test.cpp\\([0-9]+\\): port 7 down>\n<WARN: "
+                "[^>]*thread_test.cpp\\([0-9]+\\): x+>\n$");
+}
+} // namespace
