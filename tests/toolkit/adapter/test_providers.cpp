@@ -1,0 +1,395 @@
+// Providers of the demo classes, their registration and their entry points.
+#include "test_providers.h"
+
+#include <demo_meta.h>
+
+#include <map>
+#include <strings.h>
+
+CIMPLE_NAMESPACE_BEGIN
+
+DEMO_REFERENCE(Demo_Lab_Measure_method, Where, CIMPLE_FLAG_IN, 0, Demo_Rack);
+DEMO_REFERENCE(
+    Demo_Lab_Measure_method, Range, CIMPLE_FLAG_IN | CIMPLE_FLAG_EMBEDDED_INSTANCE, 0, Demo_Limits);
+DEMO_PROPERTY(Demo_Lab_Measure_method, Tags, CIMPLE_FLAG_IN | CIMPLE_FLAG_OUT, UINT16, -1);
+DEMO_REFERENCE(Demo_Lab_Measure_method, Route, CIMPLE_FLAG_IN | CIMPLE_FLAG_OUT, -1, Demo_Rack);
+DEMO_REFERENCE(Demo_Lab_Measure_method, Found, CIMPLE_FLAG_OUT, 0, Demo_Rack);
+DEMO_REFERENCE(
+    Demo_Lab_Measure_method, Measured, CIMPLE_FLAG_OUT | CIMPLE_FLAG_EMBEDDED_INSTANCE, -1, Demo_Limits);
+DEMO_PROPERTY(Demo_Lab_Measure_method, When, CIMPLE_FLAG_OUT, DATETIME, 0);
+DEMO_REFERENCE(
+    Demo_Lab_Measure_method, return_value, CIMPLE_FLAG_OUT | CIMPLE_FLAG_EMBEDDED_INSTANCE, 0, Demo_Limits);
+static const Meta_Feature* _Demo_Lab_Measure_method_MFA[] = {
+    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Where),
+    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Range),
+    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Tags),
+    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Route),
+    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Found),
+    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Measured),
+    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_When),
+    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_return_value)};
+DEMO_METHOD(Demo_Lab_Measure_method, "Measure", 0, UINT32);
+
+DEMO_REFERENCE(Demo_Lab_Locate_method, return_value, CIMPLE_FLAG_OUT, 0, Demo_Rack);
+static const Meta_Feature* _Demo_Lab_Locate_method_MFA[] = {
+    DEMO_FEATURE_ENTRY(_Demo_Lab_Locate_method_return_value)};
+DEMO_METHOD(Demo_Lab_Locate_method, "Locate", CIMPLE_FLAG_STATIC, UINT32);
+
+DEMO_PROPERTY(Demo_Lab, Name, CIMPLE_FLAG_KEY | CIMPLE_FLAG_READ, STRING, 0);
+static const Meta_Feature* _Demo_Lab_MFA[] = {DEMO_FEATURE_ENTRY(_Demo_Lab_Name),
+                                              DEMO_FEATURE_ENTRY(Demo_Lab_Measure_method::static_meta_class),
+                                              DEMO_FEATURE_ENTRY(Demo_Lab_Locate_method::static_meta_class)};
+static const Meta_Feature_Local _Demo_Lab_locals[] = {{1}, {1}, {1}};
+DEMO_CLASS(Demo_Lab, CIMPLE_FLAG_CLASS, nullptr, 1);
+
+CIMPLE_NAMESPACE_END
+
+namespace adapter_test
+{
+
+using namespace cimple;
+
+void Script::reset()
+{
+    load = unload = status = 0;
+    inside = insideLoad = nullptr;
+    instances.clear();
+    nativeAssociators = nativeAssociatorNames = nativeReferences = nullptr;
+    method = nullptr;
+    loads = unloads = enumerations = handed = 0;
+    model.clear();
+    modelNameSpace.clear();
+    keepModels = true;
+}
+
+Script& script(const char* className)
+{
+    static std::map<std::string, Script> scripts;
+    return scripts[className];
+}
+
+std::string textOf(const Instance* instance)
+{
+    char* text = nullptr;
+    size_t size = 0;
+    FILE* stream = open_memstream(&text, &size);
+    fprint(stream, instance);
+    fclose(stream);
+    std::string result(text, size);
+    free(text);
+    return result;
+}
+
+namespace
+{
+
+template <class C>
+class Scripted
+{
+  public:
+    typedef C Class;
+
+    Scripted() { _script.alive++; }
+    ~Scripted() { _script.alive--; }
+
+    Load_Status load()
+    {
+        _script.loads++;
+        if (_script.insideLoad)
+            _script.insideLoad();
+        return static_cast<Load_Status>(_script.load);
+    }
+
+    Unload_Status unload()
+    {
+        _script.unloads++;
+        return static_cast<Unload_Status>(_script.unload);
+    }
+
+    Get_Instance_Status get_instance(const C* model, C*& instance)
+    {
+        enter(model);
+        if (_script.status)
+            return static_cast<Get_Instance_Status>(_script.status);
+        const size_t at = find(model);
+        if (at == size_t(-1))
+            return GET_INSTANCE_NOT_FOUND;
+        instance = static_cast<C*>(clone(_script.instances[at].ptr()));
+        return GET_INSTANCE_OK;
+    }
+
+    Enum_Instances_Status enum_instances(const C* model, Enum_Instances_Handler<C>* handler)
+    {
+        enter(model);
+        _script.enumerations++;
+        for (Ref<Instance>& instance : _script.instances)
+        {
+            ref(instance.ptr());
+            _script.handed++;
+            if (!handler->handle(static_cast<C*>(instance.ptr())))
+                break;
+        }
+        return static_cast<Enum_Instances_Status>(_script.status);
+    }
+
+    Create_Instance_Status create_instance(C* instance)
+    {
+        enter(instance);
+        if (_script.status)
+            return static_cast<Create_Instance_Status>(_script.status);
+        if (find(instance) != size_t(-1))
+            return CREATE_INSTANCE_DUPLICATE;
+        _script.instances.emplace_back(clone(instance));
+        return CREATE_INSTANCE_OK;
+    }
+
+    Delete_Instance_Status delete_instance(const C* instance)
+    {
+        enter(instance);
+        if (_script.status)
+            return static_cast<Delete_Instance_Status>(_script.status);
+        const size_t at = find(instance);
+        if (at == size_t(-1))
+            return DELETE_INSTANCE_NOT_FOUND;
+        _script.instances.erase(_script.instances.begin() + static_cast<std::ptrdiff_t>(at));
+        return DELETE_INSTANCE_OK;
+    }
+
+    Modify_Instance_Status modify_instance(const C* model, const C* instance)
+    {
+        enter(model);
+        if (_script.status)
+            return static_cast<Modify_Instance_Status>(_script.status);
+        const size_t at = find(instance);
+        if (at == size_t(-1))
+            return MODIFY_INSTANCE_NOT_FOUND;
+        copy(_script.instances[at].ptr(), instance, model);
+        return MODIFY_INSTANCE_OK;
+    }
+
+  protected:
+    void enter(const Instance* model)
+    {
+        if (_script.keepModels && model)
+        {
+            _script.model = textOf(model);
+            _script.modelNameSpace = model->__name_space.c_str();
+        }
+        if (_script.inside)
+            _script.inside();
+    }
+
+    size_t find(const Instance* keys)
+    {
+        for (size_t i = 0; i < _script.instances.size(); i++)
+            if (key_eq(keys, _script.instances[i].ptr()))
+                return i;
+        return size_t(-1);
+    }
+
+    Script& _script = script<C>();
+};
+
+template <class C>
+class Scripted_Association : public Scripted<C>
+{
+  public:
+    Enum_Associator_Names_Status enum_associator_names(const Instance*,
+                                                       const String&,
+                                                       const String&,
+                                                       const String&,
+                                                       Enum_Associator_Names_Handler<Instance>* handler)
+    {
+        return native(this->_script.nativeAssociatorNames, handler, ENUM_ASSOCIATOR_NAMES_UNSUPPORTED);
+    }
+
+    Enum_Associators_Status enum_associators(const Instance*,
+                                             const String&,
+                                             const String&,
+                                             const String&,
+                                             Enum_Associators_Handler<Instance>* handler)
+    {
+        return native(this->_script.nativeAssociators, handler, ENUM_ASSOCIATORS_UNSUPPORTED);
+    }
+
+    Enum_References_Status
+    enum_references(const Instance*, const C*, const String&, Enum_References_Handler<C>* handler)
+    {
+        return native(this->_script.nativeReferences, handler, ENUM_REFERENCES_UNSUPPORTED);
+    }
+
+  private:
+    template <class Handler, class Status>
+    Status native(const std::vector<Ref<Instance>>* answer, Handler* handler, Status unsupported)
+    {
+        if (!answer)
+            return unsupported;
+        for (const Ref<Instance>& instance : *answer)
+        {
+            ref(instance.ptr());
+            handler->handle(static_cast<decltype(handledBy(handler))>(const_cast<Instance*>(instance.ptr())));
+        }
+        return static_cast<Status>(this->_script.status);
+    }
+
+    // The type of what a handler takes.
+    template <template <class> class Handler, class T>
+    static T* handledBy(Handler<T>*);
+};
+
+} // namespace
+} // namespace adapter_test
+
+CIMPLE_NAMESPACE_BEGIN
+
+#define TEST_PROVIDER_PARAMETERS                                                                             \
+    const Registration *registration, int operation, void *arg0, void *arg1, void *arg2, void *arg3,         \
+        void *arg4, void *arg5, void *arg6, void *arg7
+#define TEST_PROVIDER_ARGUMENTS registration, operation, arg0, arg1, arg2, arg3, arg4, arg5, arg6, arg7
+
+// Methods fill in what the script says; a script without a method knows none.
+#define TEST_PROVIDER(CLASS, BASE, PROC)                                                                     \
+    class CLASS##_Provider : public adapter_test::BASE<CLASS>                                                \
+    {                                                                                                        \
+      public:                                                                                                \
+        static int proc(TEST_PROVIDER_PARAMETERS)                                                            \
+        {                                                                                                    \
+            if (operation != OPERATION_INVOKE_METHOD)                                                        \
+                return PROC<CLASS##_Provider>::proc(TEST_PROVIDER_ARGUMENTS);                                \
+            CLASS##_Provider* const provider = static_cast<CLASS##_Provider*>(arg0);                         \
+            provider->enter(static_cast<const Instance*>(arg1));                                             \
+            adapter_test::Script& script = provider->_script;                                                \
+            if (!script.method)                                                                              \
+                return -1;                                                                                   \
+            script.method(static_cast<Instance*>(arg2));                                                     \
+            return script.status;                                                                            \
+        }                                                                                                    \
+    }
+
+TEST_PROVIDER(Demo_Rack, Scripted, Instance_Provider_Proc_T);
+TEST_PROVIDER(Demo_Element, Scripted, Instance_Provider_Proc_T);
+TEST_PROVIDER(Demo_Sensor, Scripted, Instance_Provider_Proc_T);
+TEST_PROVIDER(Demo_Everything, Scripted, Instance_Provider_Proc_T);
+TEST_PROVIDER(Demo_Lab, Scripted, Instance_Provider_Proc_T);
+TEST_PROVIDER(Demo_SensorInRack, Scripted_Association, Association_Provider_Proc_T);
+TEST_PROVIDER(Demo_RackAboveRack, Scripted_Association, Association_Provider_Proc_T);
+TEST_PROVIDER(Demo_Dependency, Scripted_Association, Association_Provider_Proc_T);
+
+CIMPLE_NAMESPACE_END
+
+CIMPLE_MODULE(Adapter_Test_Module);
+
+CIMPLE_PROVIDER(Demo_Rack_Provider);
+CIMPLE_PROVIDER(Demo_Element_Provider);
+CIMPLE_PROVIDER(Demo_Sensor_Provider);
+CIMPLE_PROVIDER(Demo_Everything_Provider);
+CIMPLE_PROVIDER(Demo_Lab_Provider);
+CIMPLE_PROVIDER(Demo_SensorInRack_Provider);
+CIMPLE_PROVIDER(Demo_RackAboveRack_Provider);
+CIMPLE_PROVIDER(Demo_Dependency_Provider);
+
+CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Rack_Provider);
+CIMPLE_CMPI_INSTANCE_PROVIDER2(Demo_Rack_Provider, Demo_Rack);
+CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Element_Provider);
+CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Sensor_Provider);
+CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Everything_Provider);
+CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Lab_Provider);
+CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_SensorInRack_Provider);
+CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_RackAboveRack_Provider);
+CIMPLE_CMPI_ASSOCIATION_PROVIDER2(Demo_RackAboveRack_Provider, Demo_RackAboveRack);
+CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_Dependency_Provider);
+
+namespace adapter_test
+{
+
+#define INSTANCE_FACTORIES(CLASS)                                                                            \
+    {                                                                                                        \
+        CLASS##_Create_InstanceMI, CLASS##_Create_MethodMI, nullptr, nullptr                                 \
+    }
+#define ASSOCIATION_FACTORIES(CLASS)                                                                         \
+    {                                                                                                        \
+        CLASS##_Create_InstanceMI, CLASS##_Create_MethodMI, CLASS##_Create_AssociationMI, nullptr            \
+    }
+
+// Some go through the entry points named after the class, some through those of the provider.
+test_broker::Factories rackProvider()
+{
+    return INSTANCE_FACTORIES(Demo_Rack);
+}
+test_broker::Factories elementProvider()
+{
+    return INSTANCE_FACTORIES(Demo_Element_Provider);
+}
+test_broker::Factories sensorProvider()
+{
+    return INSTANCE_FACTORIES(Demo_Sensor_Provider);
+}
+test_broker::Factories everythingProvider()
+{
+    return INSTANCE_FACTORIES(Demo_Everything_Provider);
+}
+test_broker::Factories labProvider()
+{
+    return INSTANCE_FACTORIES(Demo_Lab_Provider);
+}
+test_broker::Factories sensorInRackProvider()
+{
+    return ASSOCIATION_FACTORIES(Demo_SensorInRack_Provider);
+}
+test_broker::Factories rackAboveRackProvider()
+{
+    return ASSOCIATION_FACTORIES(Demo_RackAboveRack);
+}
+test_broker::Factories dependencyProvider()
+{
+    return ASSOCIATION_FACTORIES(Demo_Dependency_Provider);
+}
+
+Ref<Instance> rack(const char* name)
+{
+    Demo_Rack* rack = Demo_Rack::create(true);
+    rack->Name.set(name);
+    return Ref<Instance>(rack);
+}
+
+Ref<Instance> sensor(uint32 id, const char* label)
+{
+    Demo_Sensor* sensor = Demo_Sensor::create(true);
+    sensor->Id.set(id);
+    if (label)
+        sensor->Label.set(label);
+    return Ref<Instance>(sensor);
+}
+
+Ref<Instance> sensorInRack(const char* rackName, uint32 sensorId)
+{
+    Demo_SensorInRack* link = Demo_SensorInRack::create(true);
+    link->Rack = static_cast<Demo_Rack*>(rack(rackName).steal());
+    link->Sensor = static_cast<Demo_Sensor*>(sensor(sensorId).steal());
+    return Ref<Instance>(link);
+}
+
+Ref<Instance> rackAboveRack(const char* upper, const char* lower)
+{
+    Demo_RackAboveRack* link = Demo_RackAboveRack::create(true);
+    link->Upper = static_cast<Demo_Rack*>(rack(upper).steal());
+    link->Lower = static_cast<Demo_Rack*>(rack(lower).steal());
+    return Ref<Instance>(link);
+}
+
+test_broker::Path classPath(const char* className)
+{
+    return {"root/demo", className, {}};
+}
+
+test_broker::Path rackPath(const char* name)
+{
+    return {"root/demo", "Demo_Rack", {{"Name", test_broker::Value::string(name)}}};
+}
+
+test_broker::Path sensorPath(uint32 id)
+{
+    return {"root/demo", "Demo_Sensor", {{"Id", test_broker::Value::integer(CMPI_uint32, id)}}};
+}
+
+} // namespace adapter_test

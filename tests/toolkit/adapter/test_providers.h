@@ -1,0 +1,117 @@
+// Providers of the demo classes that do what a test tells them, and their CMPI entry points.
+#pragma once
+
+#include <cimple/cimple.h>
+#include <demo_classes.h>
+
+#include <atomic>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "test_client.h"
+
+CIMPLE_NAMESPACE_BEGIN
+
+// A class with a method that has every kind of parameter.
+class Demo_Lab_Measure_method : public Instance
+{
+  public:
+    Demo_Rack* Where;                       // in
+    Demo_Limits* Range;                     // in, embedded
+    Property<Array_uint16> Tags;            // in and out
+    Property<Array<Demo_Rack*>> Route;      // in and out
+    Demo_Rack* Found;                       // out
+    Property<Array<Demo_Limits*>> Measured; // out, embedded
+    Property<Datetime> When;                // out
+    Demo_Limits* return_value;              // embedded
+
+    CIMPLE_METHOD(Demo_Lab_Measure_method)
+};
+
+class Demo_Lab_Locate_method : public Instance // static
+{
+  public:
+    Demo_Rack* return_value;
+
+    CIMPLE_METHOD(Demo_Lab_Locate_method)
+};
+
+class Demo_Lab : public Instance
+{
+  public:
+    Property<String> Name; // key
+
+    CIMPLE_CLASS(Demo_Lab)
+};
+
+CIMPLE_NAMESPACE_END
+
+namespace adapter_test
+{
+
+using cimple::Instance;
+using cimple::Ref;
+
+// What the providers of one class do, and what they have seen. Reset by each test before the first request.
+struct Script
+{
+    int load = 0;                         // status of load()
+    int unload = 0;                       // status of unload()
+    int status = 0;                       // status of every operation, if not 0
+    std::function<void()> inside;         // runs in every operation except load and unload
+    std::function<void()> insideLoad;     // runs in load()
+    std::vector<Ref<Instance>> instances; // what the provider has; handed out shared, not copied
+
+    // What an association provider answers itself; null leaves it to the adapter.
+    const std::vector<Ref<Instance>>* nativeAssociators = nullptr;
+    const std::vector<Ref<Instance>>* nativeAssociatorNames = nullptr;
+    const std::vector<Ref<Instance>>* nativeReferences = nullptr;
+
+    // Fills in the outputs of a method.
+    std::function<void(Instance* method)> method;
+
+    std::atomic<int> alive{0}; // provider objects
+    std::atomic<int> loads{0};
+    std::atomic<int> unloads{0};
+    std::atomic<int> enumerations{0};
+    std::atomic<int> handed{0}; // instances handed to a handler
+    std::string model;          // the last model, as printed; not for several threads at once
+    std::string modelNameSpace;
+    bool keepModels = true;
+
+    void reset();
+};
+
+// The script of the providers of a class.
+Script& script(const char* className);
+template <class Class>
+Script& script()
+{
+    return script(Class::static_meta_class.name);
+}
+
+// "Demo_Rack{Name=r1}": non-null properties as toolkit text, for models and what providers get.
+std::string textOf(const Instance* instance);
+
+// The entry points of a provider.
+test_broker::Factories rackProvider();
+test_broker::Factories elementProvider();
+test_broker::Factories sensorProvider();
+test_broker::Factories everythingProvider();
+test_broker::Factories labProvider();
+test_broker::Factories sensorInRackProvider();
+test_broker::Factories rackAboveRackProvider();
+test_broker::Factories dependencyProvider();
+
+// Short forms.
+Ref<Instance> rack(const char* name);
+Ref<Instance> sensor(cimple::uint32 id, const char* label = nullptr);
+Ref<Instance> sensorInRack(const char* rackName, cimple::uint32 sensorId);
+Ref<Instance> rackAboveRack(const char* upper, const char* lower);
+
+test_broker::Path classPath(const char* className);
+test_broker::Path rackPath(const char* name);
+test_broker::Path sensorPath(cimple::uint32 id);
+
+} // namespace adapter_test
