@@ -1,15 +1,20 @@
 // The traffic and error counters of one port as functions of model time.
 #include "simulator/model/traffic_meter.h"
 
+#include <algorithm>
+
 namespace simulator
 {
 namespace
 {
 
-constexpr std::uint64_t kStepsInPeriod = 60;
 constexpr std::uint64_t kStepMilliseconds = 1000;
+constexpr std::uint64_t kStepsInHalf = 30;
+constexpr std::uint64_t kStepsInPeriod = 2 * kStepsInHalf;
+constexpr std::uint64_t kPeriodMilliseconds = kStepsInPeriod * kStepMilliseconds;
 constexpr std::uint64_t kHourMilliseconds = 3600 * 1000;
 constexpr std::uint64_t kBytesPerWord = 4;
+constexpr std::uint64_t kWidestSwing = 290; // thousandths of the mean load
 
 // Transmission words a second: the line rate at 8b/10b, 40 bits a word (FC-PI-4).
 constexpr std::uint64_t wordsPerSecond(LinkSpeed speed)
@@ -34,30 +39,25 @@ constexpr std::uint64_t wordsPerSecond(LinkSpeed speed)
     return 0;
 }
 
-// Thousandths of the mean load in one step: up from 71 % to 129 % in half a period and down again; 1000 in
-// the mean.
-constexpr std::uint64_t swell(std::uint64_t step)
+// In step n of a half period the load is 1000 + swing * (2n - 29) / 29 thousandths of its mean: it climbs
+// from 1000 - swing to 1000 + swing, and falls again in the other half. Counted in 29ths of thousandths all
+// of it is whole.
+constexpr std::uint64_t kParts = kStepsInHalf - 1;
+
+constexpr std::uint64_t loadInStep(std::uint64_t step, std::uint64_t swing)
 {
-    const std::uint64_t place = step % kStepsInPeriod;
-    const std::uint64_t half = kStepsInPeriod / 2;
-    return 710 + 20 * (place < half ? place : kStepsInPeriod - 1 - place);
+    const std::uint64_t place = step < kStepsInHalf ? step : kStepsInPeriod - 1 - step;
+    return kParts * 1000 + 2 * swing * place - swing * kParts;
 }
 
-// The sum of `perStep` from time zero to `now`, the running step in proportion.
-template <class PerStep>
-std::uint64_t accumulate(std::uint64_t now, PerStep perStep)
+// The sum of loadInStep over the first `steps` steps of a period.
+constexpr std::uint64_t loadInSteps(std::uint64_t steps, std::uint64_t swing)
 {
-    const std::uint64_t step = now / kStepMilliseconds;
-    std::uint64_t period = 0;
-    std::uint64_t part = 0;
-    for (std::uint64_t i = 0; i < kStepsInPeriod; ++i)
-    {
-        const std::uint64_t amount = perStep(i);
-        period += amount;
-        part += i < step % kStepsInPeriod ? amount : 0;
-    }
-    return step / kStepsInPeriod * period + part +
-           perStep(step) * (now % kStepMilliseconds) / kStepMilliseconds;
+    const std::uint64_t climbing = steps < kStepsInHalf ? steps : kStepsInPeriod - steps;
+    const std::uint64_t climbed = climbing * kParts * 1000 +
+                                  swing * climbing * (climbing - (climbing > 0 ? 1 : 0)) -
+                                  swing * kParts * climbing;
+    return steps < kStepsInHalf ? climbed : kParts * 1000 * kStepsInPeriod - climbed;
 }
 
 } // namespace
@@ -71,21 +71,35 @@ std::uint64_t mix(std::uint64_t seed, std::uint64_t place)
     return z ^ (z >> 31);
 }
 
-std::uint64_t TrafficMeter::wordsInStep(std::uint64_t step, int percent) const
+std::uint64_t TrafficMeter::wordsUntil(std::uint64_t now, int percent) const
 {
+    if (percent == 0)
+    {
+        return 0;
+    }
+    const std::uint64_t share = static_cast<std::uint64_t>(percent);
     const std::uint64_t line = wordsPerSecond(_speed);
-    const std::uint64_t wanted =
-        line / 100 * static_cast<std::uint64_t>(percent) / 1000 * swell(step + _seed % kStepsInPeriod);
-    return wanted < line ? wanted : line;
+    // No step may ask for more than the link carries.
+    const std::uint64_t swing = std::min<std::uint64_t>(kWidestSwing, 100 * 1000 / share - 1000);
+    const std::uint64_t shifted = now + _seed % kStepsInPeriod * kStepMilliseconds;
+    const std::uint64_t inPeriod = shifted % kPeriodMilliseconds;
+    const std::uint64_t step = inPeriod / kStepMilliseconds;
+    const std::uint64_t load = loadInSteps(step, swing) * kStepMilliseconds +
+                               loadInStep(step, swing) * (inPeriod % kStepMilliseconds);
+    const std::uint64_t fullLoad = kParts * 1000 * kStepMilliseconds; // a second of the mean load
+    return shifted / kPeriodMilliseconds * (line * share * kStepsInPeriod / 100) +
+           load * (line * share / 100) / fullLoad;
 }
 
-std::uint64_t TrafficMeter::perStep(CounterKind kind, std::uint64_t step) const
+std::uint64_t TrafficMeter::trafficUntil(CounterKind kind, std::uint64_t now) const
 {
     const bool receives = kind == CounterKind::rxWords || kind == CounterKind::rxFrames ||
                           kind == CounterKind::rxClass2 || kind == CounterKind::rxClass3;
-    const std::uint64_t words = wordsInStep(step, receives ? _load.rxPercent : _load.txPercent);
+    const std::uint64_t words = wordsUntil(now, receives ? _load.rxPercent : _load.txPercent);
     const std::uint64_t frames = words * kBytesPerWord / static_cast<std::uint64_t>(_load.frameBytes);
-    const std::uint64_t class2 = frames * static_cast<std::uint64_t>(_load.class2Percent) / 100;
+    // In hundreds first: frames times a percentage would overflow after some decades.
+    const auto class2Share = static_cast<std::uint64_t>(_load.class2Percent);
+    const std::uint64_t class2 = frames / 100 * class2Share + frames % 100 * class2Share / 100;
     switch (kind)
     {
     case CounterKind::rxWords:
@@ -121,11 +135,7 @@ std::uint64_t TrafficMeter::errorsUntil(std::size_t index, std::uint64_t now) co
 std::uint64_t TrafficMeter::movedUntil(std::size_t index, std::uint64_t now) const
 {
     const CounterKind kind = kCounters[index].kind;
-    if (kind == CounterKind::error)
-    {
-        return errorsUntil(index, now);
-    }
-    return accumulate(now, [this, kind](std::uint64_t step) { return perStep(kind, step); });
+    return kind == CounterKind::error ? errorsUntil(index, now) : trafficUntil(kind, now);
 }
 
 std::uint64_t TrafficMeter::counter(std::size_t index, std::uint64_t now) const
@@ -175,12 +185,14 @@ void TrafficMeter::clear(std::uint64_t now)
 
 Rates TrafficMeter::rates(std::uint64_t now) const
 {
-    const std::uint64_t step = now / kStepMilliseconds;
+    const std::uint64_t begin = now / kStepMilliseconds * kStepMilliseconds;
+    const auto inSecond = [this, begin](CounterKind kind)
+    { return trafficUntil(kind, begin + kStepMilliseconds) - trafficUntil(kind, begin); };
     Rates rates;
-    rates.rxBytes = perStep(CounterKind::rxWords, step) * kBytesPerWord;
-    rates.txBytes = perStep(CounterKind::txWords, step) * kBytesPerWord;
-    rates.rxFrames = perStep(CounterKind::rxFrames, step);
-    rates.txFrames = perStep(CounterKind::txFrames, step);
+    rates.rxBytes = inSecond(CounterKind::rxWords) * kBytesPerWord;
+    rates.txBytes = inSecond(CounterKind::txWords) * kBytesPerWord;
+    rates.rxFrames = inSecond(CounterKind::rxFrames);
+    rates.txFrames = inSecond(CounterKind::txFrames);
     return rates;
 }
 

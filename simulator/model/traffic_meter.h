@@ -54,8 +54,9 @@ class TrafficMeter
     Rates rates(std::uint64_t now) const;
 
   private:
-    std::uint64_t wordsInStep(std::uint64_t step, int percent) const;
-    std::uint64_t perStep(CounterKind kind, std::uint64_t step) const;
+    // What the present load moves from time zero to `now`.
+    std::uint64_t wordsUntil(std::uint64_t now, int percent) const;
+    std::uint64_t trafficUntil(CounterKind kind, std::uint64_t now) const;
     std::uint64_t errorsUntil(std::size_t index, std::uint64_t now) const;
     std::uint64_t movedUntil(std::size_t index, std::uint64_t now) const;
     void fold(std::uint64_t now);

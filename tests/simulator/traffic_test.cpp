@@ -147,12 +147,13 @@ TEST(Traffic, TheSeedDecidesEverything)
 
 TEST(Traffic, IsTheSameOnEveryMachine)
 {
-    TrafficMeter meter(7, {40, 20, 1024, 10, 3600});
-    meter.setLink(LinkSpeed::gb8, 0);
-    const std::uint64_t now = 123456789;
     EXPECT_EQ(0x63CBE1E459320DD7ULL, mix(7, 0));
-    EXPECT_EQ(meter.counter(*counterNamed("TotalRxWords"), now),
-              meter.counter(*counterNamed("TotalRxWords"), now + 1) - meter.rates(now).rxBytes / 4 / 1000);
+    TrafficMeter meter(7, {40, 100, 1000, 10, 3600});
+    meter.setLink(LinkSpeed::gb8, 0);
+    // Whole minutes carry the mean load to the word, in any phase.
+    EXPECT_EQ(85000000ULL * 60 * 7, meter.counter(*counterNamed("TotalRxWords"), 7 * 60000));
+    EXPECT_EQ(212500000u, meter.rates(123456789).txBytes / 4) << "a full link has nowhere to swell to";
+    EXPECT_EQ(850000u, meter.rates(0).txFrames);
 }
 
 } // namespace
