@@ -1,0 +1,274 @@
+// The association interface: which ends are found from where, under which filters, and what it costs.
+#include "adapter_fixture.h"
+
+#include <algorithm>
+
+namespace adapter_test
+{
+namespace
+{
+
+using test_broker::Filters;
+
+// Paths without namespace and class, in order: "r1 r2".
+std::string shortOf(const Outcome& outcome)
+{
+    if (!outcome.ok())
+        return outcome.texts().at(0);
+    std::string result;
+    const auto add = [&](const Path& path)
+    {
+        for (const Named& key : path.keys)
+            result += (result.empty() ? "" : " ") +
+                      (key.second.type == CMPI_string ? key.second.text : test_broker::textOf(key.second));
+    };
+    for (const Path& path : outcome.paths)
+        add(path);
+    for (const Inst& inst : outcome.instances)
+        add(inst.path);
+    return result;
+}
+
+class AssociationMi : public AdapterTest
+{
+};
+
+TEST_F(AssociationMi, EndsAreFoundUnderAllFilters)
+{
+    script<Demo_SensorInRack>().instances = {
+        sensorInRack("r1", 7), sensorInRack("r1", 8), sensorInRack("r2", 9)};
+    Client& links = client(sensorInRackProvider());
+    const struct
+    {
+        Path source;
+        Filters filters;
+        const char* expected;
+    } cases[] = {
+        {rackPath("r1"), {}, "u32:7 u32:8"},
+        {rackPath("r2"), {}, "u32:9"},
+        {rackPath("r3"), {}, ""},
+        {sensorPath(9), {}, "r2"},
+        {rackPath("r1"), {"Demo_SensorInRack", "Demo_Sensor", "Rack", "Sensor"}, "u32:7 u32:8"},
+        {rackPath("r1"), {"demo_sensorinrack", "demo_sensor", "RACK", "sensor"}, "u32:7 u32:8"},
+        {rackPath("r1"), {"", "", "", ""}, "u32:7 u32:8"},
+        {rackPath("r1"), {nullptr, "Demo_Element", nullptr, nullptr}, "u32:7 u32:8"}, // superclass of the end
+        {rackPath("r1"), {nullptr, "Demo_Thing", nullptr, nullptr}, "u32:7 u32:8"},
+        {rackPath("r1"), {nullptr, "Demo_Rack", nullptr, nullptr}, ""},
+        {rackPath("r1"), {nullptr, "Demo_Unknown", nullptr, nullptr}, ""},
+        {rackPath("r1"), {"Demo_Dependency", nullptr, nullptr, nullptr}, ""}, // not this association
+        {rackPath("r1"), {"Demo_Rack", nullptr, nullptr, nullptr}, ""},
+        {rackPath("r1"), {nullptr, nullptr, "Sensor", nullptr}, ""}, // the source has another role
+        {rackPath("r1"), {nullptr, nullptr, "NoSuchRole", nullptr}, ""},
+        {rackPath("r1"), {nullptr, nullptr, nullptr, "Rack"}, ""}, // the result has another role
+        {sensorPath(7), {nullptr, nullptr, "Sensor", "Rack"}, "r1"},
+    };
+    for (const auto& c : cases)
+    {
+        EXPECT_EQ(shortOf(links.associatorNames(c.source, c.filters)), c.expected);
+        EXPECT_EQ(shortOf(links.associators(c.source, c.filters)), c.expected);
+    }
+}
+
+TEST_F(AssociationMi, ReferencesAreFoundUnderAllFilters)
+{
+    script<Demo_SensorInRack>().instances = {
+        sensorInRack("r1", 7), sensorInRack("r1", 8), sensorInRack("r2", 9)};
+    Client& links = client(sensorInRackProvider());
+    const struct
+    {
+        Path source;
+        Filters filters;
+        size_t count;
+    } cases[] = {
+        {rackPath("r1"), {}, 2},
+        {sensorPath(9), {}, 1},
+        {rackPath("r3"), {}, 0},
+        {rackPath("r1"), {"demo_SensorInRack", nullptr, "rack", nullptr}, 2},
+        {rackPath("r1"), {"Demo_Dependency", nullptr, nullptr, nullptr}, 0},
+        {rackPath("r1"), {nullptr, nullptr, "Sensor", nullptr}, 0},
+    };
+    for (const auto& c : cases)
+    {
+        const Outcome names = links.referenceNames(c.source, c.filters);
+        const Outcome instances = links.references(c.source, c.filters);
+        ASSERT_TRUE(names.ok()) << names.message;
+        ASSERT_EQ(names.paths.size(), c.count);
+        ASSERT_EQ(instances.instances.size(), c.count);
+        for (size_t i = 0; i < c.count; i++) // the same associations under the same names
+            EXPECT_EQ(test_broker::textOf(names.paths[i]), test_broker::textOf(instances.instances[i].path));
+    }
+    EXPECT_EQ(links.referenceNames(sensorPath(9)).texts(),
+              Texts{"root/demo:Demo_SensorInRack.Rack=<root/demo:Demo_Rack.Name=\"r2\">,"
+                    "Sensor=<root/demo:Demo_Sensor.Id=u32:9>"});
+}
+
+TEST_F(AssociationMi, EndsOfOneClassAreFollowedFromBothSides)
+{
+    script<Demo_RackAboveRack>().instances = {
+        rackAboveRack("top", "mid"), rackAboveRack("mid", "low"), rackAboveRack("ring", "ring")};
+    Client& links = client(rackAboveRackProvider());
+    const struct
+    {
+        const char* source;
+        Filters filters;
+        const char* associators;
+        size_t references;
+    } cases[] = {
+        {"mid", {}, "top low", 2},
+        {"mid", {nullptr, nullptr, "Upper", nullptr}, "low", 1},
+        {"mid", {nullptr, nullptr, "Lower", nullptr}, "top", 1},
+        {"mid", {nullptr, nullptr, nullptr, "Upper"}, "top", 2},
+        {"mid", {nullptr, nullptr, "Upper", "Upper"}, "", 1},
+        {"ring", {}, "ring", 1}, // an object's association with itself
+        {"ring", {nullptr, nullptr, "Upper", "Lower"}, "ring", 1},
+    };
+    for (const auto& c : cases)
+    {
+        EXPECT_EQ(shortOf(links.associatorNames(rackPath(c.source), c.filters)), c.associators);
+        EXPECT_EQ(shortOf(links.associators(rackPath(c.source), c.filters)), c.associators);
+        EXPECT_EQ(links.referenceNames(rackPath(c.source), c.filters).paths.size(), c.references);
+        EXPECT_EQ(links.references(rackPath(c.source), c.filters).instances.size(), c.references);
+    }
+}
+
+TEST_F(AssociationMi, AssociatorsAreTheInstancesThatTheAssociationCarries)
+{
+    Ref<Instance> link = sensorInRack("r1", 7);
+    Demo_Sensor* end = cast<Demo_SensorInRack*>(link.ptr())->Sensor;
+    end->Label.set("inlet");
+    end->Health.set(2);
+    script<Demo_SensorInRack>().instances = {link};
+    Client& links = client(sensorInRackProvider());
+    EXPECT_EQ(links.associators(rackPath("r1")).texts(),
+              Texts{"Demo_Sensor{Id=u32:7,Label=\"inlet\",Enabled=true,Health=u16:2}"});
+    EXPECT_EQ(links.associators(rackPath("r1"), {}, {{"health"}}).texts(),
+              Texts{"Demo_Sensor{Id=u32:7,Health=u16:2}"});
+    // NULL stays NULL, and keys that are references survive a list.
+    EXPECT_EQ(links.references(rackPath("r1"), {}, {{"Slot"}}).texts(),
+              Texts{"Demo_SensorInRack{Rack=<root/demo:Demo_Rack.Name=\"r1\">,"
+                    "Sensor=<root/demo:Demo_Sensor.Id=u32:7>}"});
+    // Nothing was kept or changed.
+    EXPECT_EQ(link.count(), 2u);
+    EXPECT_EQ(Atomic_get(&end->__refs), 1);
+}
+
+TEST_F(AssociationMi, SourcesThatCannotBeAnEndCostNothing)
+{
+    script<Demo_SensorInRack>().instances = {sensorInRack("r1", 7)};
+    script<Demo_SensorInRack>().load = LOAD_FAILED; // not even noticed
+    Client& links = client(sensorInRackProvider());
+    const Path limits = classPath("Demo_Limits");
+    const Path unknown = {"root/demo", "Demo_Unknown", {{"Name", Value::string("x")}}};
+    for (const Path& source : {limits, unknown})
+    {
+        EXPECT_EQ(links.associators(source).texts(), Texts());
+        EXPECT_EQ(links.associatorNames(source).texts(), Texts());
+        EXPECT_EQ(links.references(source).texts(), Texts());
+        EXPECT_EQ(links.referenceNames(source).texts(), Texts());
+    }
+    EXPECT_EQ(script<Demo_SensorInRack>().enumerations, 0);
+    EXPECT_EQ(links.associators(rackPath("r1")).rc, CMPI_RC_ERR_FAILED);
+}
+
+TEST_F(AssociationMi, ASourceThatIsNoPathIsRefused)
+{
+    Client& links = client(sensorInRackProvider());
+    EXPECT_EQ(links.associatorNames(classPath("Demo_Rack")).texts(),
+              Texts{"4: Demo_SensorInRack: associator names: key Name is missing"});
+    EXPECT_EQ(links.references({"root/demo", "Demo_Rack", {{"Nmae", Value::string("x")}}}).texts(),
+              Texts{"4: Demo_SensorInRack: references: class Demo_Rack has no key Nmae"});
+}
+
+TEST_F(AssociationMi, AProvidersOwnAnswerComesFirst)
+{
+    const std::vector<Ref<Instance>> own = {rack("own")};
+    const std::vector<Ref<Instance>> ownLinks = {sensorInRack("own", 1)};
+    script<Demo_SensorInRack>().instances = {sensorInRack("r1", 7)};
+    script<Demo_SensorInRack>().nativeAssociators = &own;
+    script<Demo_SensorInRack>().nativeAssociatorNames = &own;
+    script<Demo_SensorInRack>().nativeReferences = &ownLinks;
+    Client& links = client(sensorInRackProvider());
+    EXPECT_EQ(shortOf(links.associators(rackPath("r1"))), "own");
+    EXPECT_EQ(shortOf(links.associatorNames(rackPath("r1"))), "own");
+    EXPECT_EQ(links.references(rackPath("r1")).texts(),
+              Texts{"Demo_SensorInRack{Rack=<root/demo:Demo_Rack.Name=\"own\">,"
+                    "Sensor=<root/demo:Demo_Sensor.Id=u32:1>}"});
+    EXPECT_EQ(script<Demo_SensorInRack>().enumerations, 0);
+
+    const struct
+    {
+        int status;
+        Outcome (Client::*names)(const Path&, const Filters&);
+        Outcome (Client::*instances)(const Path&, const Filters&, const Properties&);
+        CMPIrc rc;
+    } cases[] = {
+        {ENUM_ASSOCIATOR_NAMES_FAILED, &Client::associatorNames, nullptr, CMPI_RC_ERR_FAILED},
+        {ENUM_ASSOCIATOR_NAMES_ACCESS_DENIED, &Client::associatorNames, nullptr, CMPI_RC_ERR_ACCESS_DENIED},
+        {ENUM_REFERENCES_FAILED, &Client::referenceNames, nullptr, CMPI_RC_ERR_FAILED},
+        {ENUM_REFERENCES_ACCESS_DENIED, nullptr, &Client::references, CMPI_RC_ERR_ACCESS_DENIED},
+        {ENUM_ASSOCIATORS_FAILED, nullptr, &Client::associators, CMPI_RC_ERR_FAILED},
+        {ENUM_ASSOCIATORS_ACCESS_DENIED, nullptr, &Client::associators, CMPI_RC_ERR_ACCESS_DENIED},
+    };
+    for (const auto& c : cases)
+    {
+        script<Demo_SensorInRack>().status = c.status;
+        const Outcome outcome =
+            c.names ? (links.*c.names)(rackPath("r1"), {}) : (links.*c.instances)(rackPath("r1"), {}, {});
+        EXPECT_EQ(outcome.rc, c.rc) << c.status;
+    }
+}
+
+TEST_F(AssociationMi, AnEnumerationThatFailsIsNoEmptyAnswer)
+{
+    script<Demo_SensorInRack>().instances = {sensorInRack("r1", 7)};
+    Client& links = client(sensorInRackProvider());
+    const struct
+    {
+        int status;
+        CMPIrc rc;
+    } cases[] = {{ENUM_INSTANCES_FAILED, CMPI_RC_ERR_FAILED},
+                 {ENUM_INSTANCES_ACCESS_DENIED, CMPI_RC_ERR_ACCESS_DENIED}};
+    for (const auto& c : cases)
+    {
+        script<Demo_SensorInRack>().status = c.status;
+        EXPECT_EQ(links.associators(rackPath("r1")).rc, c.rc);
+        EXPECT_EQ(links.associatorNames(rackPath("r1")).rc, c.rc);
+        EXPECT_EQ(links.references(rackPath("r1")).rc, c.rc);
+        EXPECT_EQ(links.referenceNames(rackPath("r1")).rc, c.rc);
+    }
+}
+
+TEST_F(AssociationMi, AnEndThatCannotBeDeliveredStopsTheSearch)
+{
+    Ref<Instance> broken = sensorInRack("r1", 7);
+    cast<Demo_SensorInRack*>(broken.ptr())->Sensor->Id.null = 1;
+    script<Demo_SensorInRack>().instances = {broken, sensorInRack("r1", 8), sensorInRack("r1", 9)};
+    Client& links = client(sensorInRackProvider());
+    EXPECT_EQ(links.associators(rackPath("r1")).texts(),
+              Texts{"1: Demo_SensorInRack: associators: key Id has no value"});
+    EXPECT_EQ(script<Demo_SensorInRack>().handed, 1);
+    EXPECT_EQ(links.references(rackPath("r1")).texts(),
+              Texts{"1: Demo_SensorInRack: references: Sensor: key Id has no value"});
+}
+
+TEST_F(AssociationMi, AnAssociationOfAnythingTellsItsEndsApartByClass)
+{
+    const auto dependency = [](Ref<Instance> antecedent, Ref<Instance> dependent)
+    {
+        Demo_Dependency* link = Demo_Dependency::create(true);
+        link->Antecedent = antecedent.steal();
+        link->Dependent = dependent.steal();
+        return Ref<Instance>(static_cast<Instance*>(link));
+    };
+    script<Demo_Dependency>().instances = {dependency(rack("r1"), sensor(7)),
+                                           dependency(sensor(7), rack("r2"))};
+    Client& links = client(dependencyProvider());
+    EXPECT_EQ(shortOf(links.associatorNames(sensorPath(7))), "r1 r2");
+    EXPECT_EQ(shortOf(links.associatorNames(sensorPath(7), {nullptr, nullptr, "Antecedent", nullptr})), "r2");
+    EXPECT_EQ(shortOf(links.associators(rackPath("r1"), {nullptr, "Demo_Rack", nullptr, nullptr})), "");
+    EXPECT_EQ(shortOf(links.associators(rackPath("r1"), {nullptr, "Demo_Element", nullptr, nullptr})),
+              "u32:7");
+}
+
+} // namespace
+} // namespace adapter_test

@@ -1,0 +1,206 @@
+// The method interface: parameters in both directions, static methods, and mistakes.
+#include "adapter_fixture.h"
+
+namespace adapter_test
+{
+namespace
+{
+
+class MethodMi : public AdapterTest
+{
+};
+
+const Path kLab = {"root/demo", "Demo_Lab", {{"Name", Value::string("lab")}}};
+
+Value limits(int low)
+{
+    return Value::instance(
+        {classPath("Demo_Limits"), {{"Low", Value::integer(CMPI_sint32, CMPIUint64(low))}}});
+}
+
+TEST_F(MethodMi, ParametersOfEveryKindGoThereAndBack)
+{
+    std::string seen;
+    script<Demo_Lab>().method = [&](Instance* object)
+    {
+        auto* method = static_cast<Demo_Lab_Measure_method*>(object);
+        seen = std::string(method->Where->Name.value.c_str()) + " " +
+               std::to_string(method->Range->Low.value) + " " + std::to_string(method->Tags.value.size()) +
+               " " + std::to_string(method->Route.value.size());
+        method->Tags.value.append(9);
+        method->Found = static_cast<Demo_Rack*>(rack("found").steal());
+        Demo_Limits* measured = Demo_Limits::create(true);
+        measured->High.set(3);
+        method->Measured.value.append(measured);
+        method->Measured.null = 0;
+        method->When.set(Datetime("20260314015926.535897+060"));
+        method->return_value = Demo_Limits::create(true);
+        method->return_value->Low.set(-1);
+    };
+    Client& labs = client(labProvider());
+    const Outcome outcome = labs.invokeMethod(
+        kLab,
+        "MEASURE",
+        {{"where", Value::ref(rackPath("r1"))},
+         {"Range", limits(4)},
+         {"Tags", Value::array(CMPI_uint16, {Value::integer(CMPI_uint16, 5)})},
+         {"Route", Value::array(CMPI_ref, {Value::ref(rackPath("r2")), Value::ref(rackPath("r3"))})}});
+    EXPECT_EQ(seen, "r1 4 1 2");
+    EXPECT_EQ(outcome.texts(),
+              Texts({"Demo_Limits{Low=s32:-1}", // by returnInstance
+                     "Tags=[u16:5,u16:9]",
+                     "Route=[<root/demo:Demo_Rack.Name=\"r2\">,<root/demo:Demo_Rack.Name=\"r3\">]",
+                     "Found=<root/demo:Demo_Rack.Name=\"found\">",
+                     "Measured=[Demo_Limits{High=s32:3}]",
+                     "When=d:20260314015926.535897+060"}));
+    EXPECT_NE(script<Demo_Lab>().model.find("Name = \"lab\""), std::string::npos);
+}
+
+TEST_F(MethodMi, OutputsThatAreNullAreLeftOut)
+{
+    script<Demo_Lab>().method = [](Instance*) {};
+    Client& labs = client(labProvider());
+    const Outcome outcome = labs.invokeMethod(kLab, "Measure");
+    EXPECT_TRUE(outcome.ok()) << outcome.message;
+    EXPECT_TRUE(outcome.instances.empty() && outcome.data.empty() && outcome.paths.empty());
+    // Arrays of references are never born NULL.
+    EXPECT_EQ(outcome.texts(), Texts({"Route=[]", "Measured=[]"}));
+}
+
+TEST_F(MethodMi, StaticMethodsTakeAClassOrAnInstance)
+{
+    script<Demo_Lab>().method = [](Instance* object) {
+        static_cast<Demo_Lab_Locate_method*>(object)->return_value =
+            static_cast<Demo_Rack*>(rack("r9").steal());
+    };
+    Client& labs = client(labProvider());
+    for (const Path& path : {classPath("Demo_Lab"), kLab})
+        EXPECT_EQ(labs.invokeMethod(path, "locate").texts(), Texts{"root/demo:Demo_Rack.Name=\"r9\""});
+    EXPECT_EQ(labs.invokeMethod(classPath("Demo_Lab"), "Measure").texts(),
+              Texts{"4: Demo_Lab: method Measure: key Name is missing"});
+}
+
+TEST_F(MethodMi, InheritedMethodsAndPlainReturnValues)
+{
+    script<Demo_Sensor>().method = [](Instance* object)
+    { static_cast<Demo_Sensor_Reset_method*>(object)->return_value.set(5); };
+    Client& sensors = client(sensorProvider());
+    EXPECT_EQ(sensors.invokeMethod(sensorPath(7), "reset").texts(), Texts{"u32:5"});
+}
+
+TEST_F(MethodMi, MistakesAreNamed)
+{
+    script<Demo_Sensor>().method = [](Instance*) {};
+    script<Demo_Lab>().method = [](Instance*) {};
+    Client& sensors = client(sensorProvider());
+    Client& labs = client(labProvider());
+    const Value one = Value::integer(CMPI_uint32, 1);
+    const struct
+    {
+        Client& client;
+        Path path;
+        const char* method;
+        std::vector<Named> in;
+        CMPIrc rc;
+        const char* text;
+    } cases[] = {
+        {sensors, sensorPath(7), "Calibrate", {{"Target", one}}, CMPI_RC_OK, ""},
+        {sensors, sensorPath(7), "Calibrate", {{"Drift", Value::nullOf(CMPI_sint32)}}, CMPI_RC_OK, ""},
+        {sensors,
+         sensorPath(7),
+         "Explode",
+         {},
+         CMPI_RC_ERR_METHOD_NOT_FOUND,
+         "method Explode: class Demo_Sensor has no such method"},
+        {sensors, // a property
+         sensorPath(7),
+         "Label",
+         {},
+         CMPI_RC_ERR_METHOD_NOT_FOUND,
+         "method Label: class Demo_Sensor has no such method"},
+        {sensors,
+         sensorPath(7),
+         "Calibrate",
+         {{"Traget", one}},
+         CMPI_RC_ERR_INVALID_PARAMETER,
+         "method Calibrate: method Calibrate has no parameter Traget"},
+        {sensors,
+         sensorPath(7),
+         "Calibrate",
+         {{"return_value", one}},
+         CMPI_RC_ERR_INVALID_PARAMETER,
+         "method Calibrate: method Calibrate has no parameter return_value"},
+        {sensors,
+         sensorPath(7),
+         "Calibrate",
+         {{"Drift", Value::integer(CMPI_sint32, 1)}},
+         CMPI_RC_ERR_INVALID_PARAMETER,
+         "method Calibrate: parameter Drift takes no input"},
+        {sensors,
+         sensorPath(7),
+         "Calibrate",
+         {{"Target", Value::string("1")}},
+         CMPI_RC_ERR_INVALID_PARAMETER,
+         "method Calibrate: Target: string given where uint32 is expected"},
+        {sensors,
+         sensorPath(7),
+         "Calibrate",
+         {{"Where", Value::ref(sensorPath(8))}},
+         CMPI_RC_ERR_INVALID_PARAMETER,
+         "method Calibrate: Where: class Demo_Sensor is not a Demo_Rack"},
+        {labs,
+         kLab,
+         "Measure",
+         {{"Range", Value::ref(rackPath("r1"))}},
+         CMPI_RC_ERR_INVALID_PARAMETER,
+         "method Measure: Range: reference given where embedded instance is expected"},
+        {labs,
+         {"root/demo", "Demo_Unknown", {}},
+         "Measure",
+         {},
+         CMPI_RC_ERR_INVALID_CLASS,
+         "method Measure: class Demo_Unknown is unknown here"},
+    };
+    for (const auto& c : cases)
+    {
+        const Outcome outcome = c.client.invokeMethod(c.path, c.method, c.in);
+        EXPECT_EQ(outcome.rc, c.rc) << c.text;
+        EXPECT_NE(outcome.message.find(c.text), std::string::npos) << outcome.message;
+    }
+}
+
+TEST_F(MethodMi, StatusesAndFailuresLeaveNoHalfOfAnAnswer)
+{
+    Client& labs = client(labProvider());
+    script<Demo_Lab>().method = [](Instance* object)
+    {
+        auto* method = static_cast<Demo_Lab_Measure_method*>(object);
+        method->return_value = Demo_Limits::create(true);
+        method->Found = Demo_Rack::create(true); // a path without its key
+    };
+    const Outcome outcome = labs.invokeMethod(kLab, "Measure");
+    EXPECT_EQ(outcome.texts(), Texts{"1: Demo_Lab: method Measure: Found: key Name has no value"});
+    EXPECT_TRUE(outcome.instances.empty() && outcome.out.empty());
+
+    const struct
+    {
+        int status;
+        CMPIrc rc;
+    } cases[] = {{INVOKE_METHOD_FAILED, CMPI_RC_ERR_FAILED},
+                 {INVOKE_METHOD_UNSUPPORTED, CMPI_RC_ERR_NOT_SUPPORTED},
+                 {INVOKE_METHOD_ACCESS_DENIED, CMPI_RC_ERR_ACCESS_DENIED}};
+    script<Demo_Lab>().method = [](Instance*) {};
+    for (const auto& c : cases)
+    {
+        script<Demo_Lab>().status = c.status;
+        EXPECT_EQ(labs.invokeMethod(kLab, "Measure").texts(),
+                  Texts{std::to_string(c.rc) + ": Demo_Lab: method Measure failed (status " +
+                        std::to_string(c.status) + ")"});
+    }
+    // A method of the class that the provider does not know.
+    script<Demo_Lab>().method = nullptr;
+    EXPECT_EQ(labs.invokeMethod(kLab, "Measure").rc, CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
+} // namespace
+} // namespace adapter_test
