@@ -1,0 +1,98 @@
+// Command lines: what they set and what is said about the wrong ones.
+#include "agent/Options.h"
+
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace cimd
+{
+namespace
+{
+
+CommandLine read(std::vector<std::string> words, Options& options)
+{
+    words.insert(words.begin(), "cimd");
+    std::vector<char*> argv;
+    for (std::string& word : words)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
+    return readCommandLine(static_cast<int>(words.size()), argv.data(), "/opt/bin", options);
+}
+
+TEST(OptionsTest, FilesLieBesideTheProgramByDefault)
+{
+    Options options;
+    EXPECT_EQ(CommandLine::Run, read({}, options));
+    EXPECT_EQ("/opt/bin/../share/cimd/repository.xml", options.repository);
+    EXPECT_EQ("/opt/bin/../share/cimd/providers.reg", options.registration);
+    EXPECT_EQ("/opt/bin/../lib", options.providerDir);
+    EXPECT_EQ("127.0.0.1", options.address);
+    EXPECT_EQ(5988, options.port);
+    EXPECT_FALSE(options.scenario);
+}
+
+TEST(OptionsTest, EveryOptionIsTaken)
+{
+    Options options;
+    EXPECT_EQ(CommandLine::Run,
+              read({"--port",
+                    "0",
+                    "--listen=::1",
+                    "--scenario",
+                    "s.json",
+                    "--log-level",
+                    "debug",
+                    "--repository",
+                    "r.xml",
+                    "--registration",
+                    "p.reg",
+                    "--provider-dir",
+                    "lib"},
+                   options));
+    EXPECT_EQ(0, options.port);
+    EXPECT_EQ("::1", options.address);
+    EXPECT_EQ("s.json", options.scenario);
+    EXPECT_EQ(LogLevel::Debug, options.logLevel);
+    EXPECT_EQ("r.xml", options.repository);
+    EXPECT_EQ("p.reg", options.registration);
+    EXPECT_EQ("lib", options.providerDir);
+    EXPECT_EQ(CommandLine::Help, read({"--help", "--nonsense"}, options));
+    EXPECT_EQ(CommandLine::Version, read({"--version"}, options));
+}
+
+TEST(OptionsTest, FaultsNameTheOption)
+{
+    const struct
+    {
+        std::vector<std::string> words;
+        const char* fault;
+    } rows[] = {
+        {{"--port", "65536"}, "--port: \"65536\" is not a port number (0 to 65535)"},
+        {{"--port", "-1"}, "--port: \"-1\" is not a port number (0 to 65535)"},
+        {{"--port", "80x"}, "--port: \"80x\" is not a port number (0 to 65535)"},
+        {{"--port="}, "--port: \"\" is not a port number (0 to 65535)"},
+        {{"--log-level", "loud"}, "--log-level: \"loud\" is not error, warning, info or debug"},
+        {{"--port", "1", "--listen"}, "--listen: an argument is missing"},
+        {{"--verbose"}, "--verbose: there is no such option; see cimd --help"},
+        {{"-p", "80"}, "-p: there is no such option; see cimd --help"},
+        {{"--help=1"}, "--help=1: there is no such option; see cimd --help"},
+        {{"--port", "1", "file"}, "file: arguments without an option are not known"},
+    };
+    for (const auto& row : rows)
+    {
+        std::string fault = "none";
+        try
+        {
+            Options options;
+            read(row.words, options);
+        }
+        catch (const StartError& error)
+        {
+            fault = error.what();
+        }
+        EXPECT_EQ(row.fault, fault);
+    }
+}
+
+} // namespace
+} // namespace cimd

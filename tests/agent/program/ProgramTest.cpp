@@ -1,0 +1,206 @@
+// cimd as a process: starting, failing to start, stopping.
+#include "tests/agent/http/RawClient.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace cimd
+{
+namespace
+{
+
+namespace fs = std::filesystem;
+
+const char* const kRepository = "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><DECLARATION><DECLGROUP>"
+                                "</DECLGROUP></DECLARATION></CIM>";
+
+// A running cimd whose standard output and error are read through one pipe.
+class Process
+{
+  public:
+    explicit Process(std::vector<std::string> words)
+    {
+        words.insert(words.begin(), CIMD_PROGRAM);
+        std::vector<char*> argv;
+        for (std::string& word : words)
+            argv.push_back(word.data());
+        argv.push_back(nullptr);
+        int ends[2];
+        if (pipe(ends) != 0)
+            throw std::runtime_error("pipe");
+        _output = FileDescriptor(ends[0]);
+        const FileDescriptor writeEnd(ends[1]);
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
+        posix_spawn_file_actions_addclose(&actions, ends[0]);
+        posix_spawn_file_actions_addclose(&actions, ends[1]);
+        const int rc = posix_spawn(&_pid, CIMD_PROGRAM, &actions, nullptr, argv.data(), environ);
+        posix_spawn_file_actions_destroy(&actions);
+        if (rc != 0)
+            throw std::runtime_error("posix_spawn");
+    }
+
+    ~Process()
+    {
+        if (_pid > 0)
+        {
+            kill(_pid, SIGKILL);
+            waitpid(_pid, nullptr, 0);
+        }
+    }
+
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    std::string readLine()
+    {
+        std::string line;
+        char c = 0;
+        while (read(_output.get(), &c, 1) == 1 && c != '\n')
+            line += c;
+        return line;
+    }
+
+    void signal(int number) { kill(_pid, number); }
+
+    // Exit status, or minus the signal that ended it.
+    int wait()
+    {
+        int status = 0;
+        waitpid(_pid, &status, 0);
+        _pid = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+
+  private:
+    pid_t _pid = -1;
+    FileDescriptor _output;
+};
+
+class ProgramTest : public ::testing::Test
+{
+  protected:
+    void SetUp() override
+    {
+        char name[] = "/tmp/cimd_test_XXXXXX";
+        ASSERT_NE(nullptr, mkdtemp(name));
+        directory = name;
+        std::ofstream(directory + "/repository.xml") << kRepository;
+        std::ofstream(directory + "/providers.reg") << "";
+        std::ofstream(directory + "/broken.xml") << "<CIM>\n<DECLARATION>\n</CIM>";
+        std::ofstream(directory + "/broken.reg") << "[Class]\n   provider\n";
+    }
+
+    void TearDown() override { fs::remove_all(directory); }
+
+    // Options that start; `more` come later and win.
+    std::vector<std::string> words(const std::vector<std::string>& more = {}) const
+    {
+        std::vector<std::string> all = {"--port",
+                                        "0",
+                                        "--repository",
+                                        directory + "/repository.xml",
+                                        "--registration",
+                                        directory + "/providers.reg",
+                                        "--provider-dir",
+                                        directory};
+        all.insert(all.end(), more.begin(), more.end());
+        return all;
+    }
+
+    static std::uint16_t portOf(const std::string& line)
+    {
+        EXPECT_EQ(0U, line.find("cimd: listening on http://127.0.0.1:")) << line;
+        return static_cast<std::uint16_t>(std::stoul(line.substr(line.rfind(':') + 1)));
+    }
+
+    std::string directory;
+};
+
+TEST_F(ProgramTest, AnswersAndStopsOnSignals)
+{
+    for (const int number : {SIGTERM, SIGINT})
+    {
+        Process cimd(words());
+        const std::uint16_t port = portOf(cimd.readLine());
+        RawClient client(port);
+        const RawResponse response = client.ask(
+            post("<CIM CIMVERSION='2.0' DTDVERSION='2.0'><MESSAGE ID='7' PROTOCOLVERSION='1.0'><SIMPLEREQ>"
+                 "<IMETHODCALL NAME='EnumerateInstances'><LOCALNAMESPACEPATH><NAMESPACE NAME='none'/>"
+                 "</LOCALNAMESPACEPATH><IPARAMVALUE NAME='ClassName'><CLASSNAME NAME='C'/></IPARAMVALUE>"
+                 "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>",
+                 "CIMOperation: MethodCall\r\nCIMMethod: EnumerateInstances\r\nCIMObject: none\r\n"));
+        EXPECT_EQ(200, response.status);
+        EXPECT_EQ("application/xml; charset=\"utf-8\"", response.header("Content-Type"));
+        EXPECT_NE(std::string::npos, response.body.find("<ERROR CODE=\"3\" ")) << response.body;
+        cimd.signal(number);
+        EXPECT_EQ(0, cimd.wait());
+    }
+}
+
+TEST_F(ProgramTest, SaysWhyItDoesNotStart)
+{
+    const ListenSocket taken("127.0.0.1", 0, 1);
+    const std::string port = std::to_string(taken.port());
+    const std::string file = directory + "/x.json";
+    const std::string bad = directory + "/bad.json";
+    const std::string simulated = std::string(PLATFORM_DIR) + "/with";
+    const std::string real = std::string(PLATFORM_DIR) + "/without";
+    const struct
+    {
+        std::vector<std::string> options;
+        std::string fault; // start of the line
+    } rows[] = {
+        {{"--port", port},
+         "cimd: --listen: cannot listen on http://127.0.0.1:" + port + ": bind: Address already"},
+        {{"--listen", "switch"}, "cimd: --listen: cannot listen on \"switch\": not an IPv4 or IPv6 address"},
+        {{"--port", "x"}, "cimd: --port: \"x\" is not a port number"},
+        {{"--repository", directory + "/none.xml"}, "cimd: --repository: " + directory + "/none.xml"},
+        {{"--repository", directory + "/broken.xml"}, "cimd: --repository: " + directory + "/broken.xml:"},
+        {{"--registration", directory + "/none.reg"}, "cimd: --registration: " + directory + "/none.reg"},
+        {{"--registration", directory + "/broken.reg"},
+         "cimd: --registration: " + directory + "/broken.reg:2"},
+        {{"--scenario", file},
+         "cimd: --scenario " + file + ": cannot load " + directory + "/libvraxplatform.so: "},
+        {{"--provider-dir", real, "--scenario", file},
+         "cimd: --scenario " + file + ": " + real + "/libvraxplatform.so is not a simulated switch"},
+        {{"--provider-dir", simulated, "--scenario", bad},
+         "cimd: --scenario " + bad + ": " + bad + ":3: ports: a number was expected"},
+    };
+    for (const auto& row : rows)
+    {
+        Process cimd(words(row.options));
+        const std::string line = cimd.readLine();
+        EXPECT_EQ(0U, line.find(row.fault)) << line;
+        EXPECT_EQ(2, cimd.wait()) << row.fault;
+    }
+}
+
+TEST_F(ProgramTest, StartsOnAScenario)
+{
+    Process cimd(words({"--provider-dir", std::string(PLATFORM_DIR) + "/with", "--scenario", "good.json"}));
+    portOf(cimd.readLine());
+    cimd.signal(SIGTERM);
+    EXPECT_EQ(0, cimd.wait());
+}
+
+TEST_F(ProgramTest, ExplainsItself)
+{
+    Process help({"--help"});
+    EXPECT_EQ("NAME", help.readLine());
+    EXPECT_EQ(0, help.wait());
+    Process version({"--version"});
+    EXPECT_EQ(0U, version.readLine().find("cimd "));
+    EXPECT_EQ(0, version.wait());
+}
+
+} // namespace
+} // namespace cimd
