@@ -20,7 +20,10 @@ struct Limits
     unsigned idleSeconds = 60;                   ///< A connection without traffic is closed.
     std::chrono::seconds stopGrace{30};          ///< Time that requests in flight get at stop.
     unsigned xmlDepth = 64;                      ///< Nested elements in a request: HTTP 400.
-    unsigned embeddedDepth = 8;                  ///< Embedded objects inside embedded objects: CIM status 4.
+    std::size_t parameters = 64; ///< Of one operation or method: CIM status 4, as are the next three.
+    std::size_t pathKeys = 64;   ///< Keys of one path.
+    std::size_t instanceProperties = 1024; ///< Properties of one instance.
+    unsigned embeddedDepth = 8;            ///< Embedded objects inside embedded objects.
 };
 
 } // namespace cimd

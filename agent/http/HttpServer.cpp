@@ -7,10 +7,13 @@
 #include "agent/http/HttpServer.h"
 
 #include "agent/http/WorkerPool.h"
+#include "agent/log/Log.h"
 
 #include <atomic>
 #include <charconv>
 #include <condition_variable>
+#include <cstdarg>
+#include <cstdio>
 #include <exception>
 #include <microhttpd.h>
 #include <mutex>
@@ -39,6 +42,16 @@ using ResponsePtr = std::unique_ptr<MHD_Response, FreeResponse>;
 HttpResponse plain(unsigned status, const char* text)
 {
     return {status, {{"Content-Type", "text/plain; charset=\"utf-8\""}}, text};
+}
+
+/** What libmicrohttpd has to say about connections is about clients that misbehave. */
+__attribute__((format(printf, 2, 0))) void logMessage(void*, const char* format, va_list arguments)
+{
+    if (!logEnabled(LogLevel::Debug))
+        return;
+    char text[512];
+    std::vsnprintf(text, sizeof text, format, arguments);
+    log(LogLevel::Debug, "http", text);
 }
 
 MHD_Result addHeader(void* to, MHD_ValueKind, const char* name, const char* value)
@@ -111,13 +124,16 @@ class HttpServer::Impl
           _pool(std::make_unique<WorkerPool>(limits.workers, limits.queuedRequests))
     {
         const unsigned flags = MHD_USE_EPOLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME | MHD_USE_ITC |
-                               (socket.ipv6() ? unsigned{MHD_USE_IPv6} : 0U);
+                               MHD_USE_ERROR_LOG | (socket.ipv6() ? unsigned{MHD_USE_IPv6} : 0U);
         _daemon = MHD_start_daemon(flags,
                                    socket.port(),
                                    nullptr,
                                    nullptr,
                                    &Impl::onRequest,
                                    this,
+                                   MHD_OPTION_EXTERNAL_LOGGER, // first, so that it hears of faulty options
+                                   &logMessage,
+                                   nullptr,
                                    MHD_OPTION_LISTEN_SOCKET,
                                    socket.release(),
                                    MHD_OPTION_NOTIFY_COMPLETED,
@@ -250,8 +266,9 @@ class HttpServer::Impl
         {
             exchange.response = _handler.answer(exchange.request);
         }
-        catch (const std::exception&)
+        catch (const std::exception& error)
         {
+            log(LogLevel::Error, "http", exchange.request.peer + ": " + error.what());
             exchange.response = plain(kInternalError, "The server failed to answer.\n");
         }
         MHD_resume_connection(connection); // from here on the exchange is the I/O thread's

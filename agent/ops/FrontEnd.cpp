@@ -30,7 +30,7 @@ std::string headerText(const HttpRequest& request, const char* name)
 std::optional<ObjectPath> targetOf(const WireRequest& wire, const Limits& limits)
 try
 {
-    return ElementReader(limits.xmlDepth, limits.embeddedDepth).path(wire.target);
+    return ElementReader(limits).path(wire.target);
 }
 catch (const CimError&)
 {
@@ -89,7 +89,7 @@ HttpResponse FrontEnd::answer(HttpRequest& request)
 try
 {
     const auto start = std::chrono::steady_clock::now();
-    const WireRequest wire = readRequest(std::move(request.body), _limits.xmlDepth);
+    const WireRequest wire = readRequest(std::move(request.body), _limits);
     checkAgreement(request, wire, _limits);
 
     RequestContext context;

@@ -360,7 +360,7 @@ const Operation& operationFor(const WireRequest& request)
 } // namespace
 
 Operations::Operations(CimService& service, const Limits& limits)
-    : _service(service), _reader(limits.xmlDepth, limits.embeddedDepth)
+    : _service(service), _limits(limits), _reader(limits)
 {
 }
 
@@ -375,6 +375,9 @@ Outcome Operations::run(const RequestContext& context,
     try
     {
         const Operation& operation = operationFor(request);
+        if (request.parameters.size() > _limits.parameters)
+            throw CimError(CimStatus::InvalidParameter,
+                           "more than " + std::to_string(_limits.parameters) + " parameters");
         static const std::vector<XmlElement> kNone;
         Call call{_service,
                   context,

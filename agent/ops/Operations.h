@@ -36,6 +36,7 @@ class Operations
 
   private:
     CimService& _service;
+    const Limits _limits;
     ElementReader _reader;
 };
 

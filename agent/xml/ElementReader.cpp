@@ -153,6 +153,8 @@ ObjectPath ElementReader::instanceName(XmlElement element) const
         CimValue value = isTag(key, "VALUE.REFERENCE") ? CimValue::reference(path(key)) : keyValue(key);
         if (!result.setKey(name, std::move(value)))
             failElement(element, "has the key " + name.str() + " twice");
+        if (result.keys().size() > _limits.pathKeys)
+            failElement(element, "has more than " + std::to_string(_limits.pathKeys) + " keys");
     }
     if (result.keys().size() > 1 && result.findKey(CimName()) != nullptr)
         failElement(element, "has a key without a name beside others");
@@ -186,13 +188,14 @@ CimValue ElementReader::keyValue(XmlElement element) const
 
 CimValue ElementReader::embedded(CimType type, const std::string& text) const
 {
-    if (_embeddedDepth == 0)
+    if (_limits.embeddedDepth == 0)
         throw CimError(CimStatus::InvalidParameter, "embedded objects are nested too deep");
     try
     {
-        const XmlDocument document(text, _xmlDepth);
-        return CimValue::embedded(type,
-                                  ElementReader(_xmlDepth, _embeddedDepth - 1).instance(document.root()));
+        const XmlDocument document(text, _limits.xmlDepth);
+        Limits inner = _limits;
+        --inner.embeddedDepth;
+        return CimValue::embedded(type, ElementReader(inner).instance(document.root()));
     }
     catch (const XmlError& error)
     {
@@ -256,8 +259,14 @@ Instance ElementReader::instance(XmlElement element) const
         failElement(element, "stands where INSTANCE is expected");
     Instance result(requiredAttribute(element, "CLASSNAME"));
     for (XmlElement child = firstChild(element); child; child = nextElement(child))
-        if (!isTag(child, "QUALIFIER"))
-            property(child, result);
+    {
+        if (isTag(child, "QUALIFIER"))
+            continue;
+        property(child, result);
+        if (result.properties().size() > _limits.instanceProperties)
+            failElement(element,
+                        "has more than " + std::to_string(_limits.instanceProperties) + " properties");
+    }
     return result;
 }
 

@@ -1,6 +1,7 @@
 // Reads the value elements of CIM-XML: names, paths, values, instances and arguments.
 #pragma once
 
+#include "agent/Limits.h"
 #include "agent/cim/CimError.h"
 #include "agent/cim/Instance.h"
 #include "agent/cim/ObjectPath.h"
@@ -22,11 +23,7 @@ namespace cimd
 class ElementReader
 {
   public:
-    /** Bounds for the XML text inside embedded objects. */
-    ElementReader(std::size_t xmlDepth, unsigned embeddedDepth)
-        : _xmlDepth(xmlDepth), _embeddedDepth(embeddedDepth)
-    {
-    }
+    explicit ElementReader(const Limits& limits) : _limits(limits) {}
 
     /** LOCALNAMESPACEPATH: "root/interop". */
     std::string nameSpace(XmlElement element) const;
@@ -56,8 +53,7 @@ class ElementReader
     /** HOST and LOCALNAMESPACEPATH of a NAMESPACEPATH. */
     void nameSpacePath(XmlElement element, ObjectPath& into) const;
 
-    std::size_t _xmlDepth;
-    unsigned _embeddedDepth;
+    Limits _limits; // embeddedDepth is what is left of it
 };
 
 /** An attribute that must be there and not empty; throws CimError InvalidParameter. */

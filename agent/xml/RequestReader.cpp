@@ -36,7 +36,7 @@ XmlElement childOf(XmlElement element, std::string_view tag)
     return child;
 }
 
-void readCall(XmlElement call, WireRequest& request)
+void readCall(XmlElement call, const Limits& limits, WireRequest& request)
 {
     request.extrinsic = isTag(call, "METHODCALL");
     if (!request.extrinsic && !isTag(call, "IMETHODCALL"))
@@ -50,7 +50,7 @@ void readCall(XmlElement call, WireRequest& request)
         request.target = where;
     }
     else if (isTag(where, "LOCALNAMESPACEPATH"))
-        request.nameSpace = ElementReader(0, 0).nameSpace(where);
+        request.nameSpace = ElementReader(limits).nameSpace(where);
     else
         notValid("IMETHODCALL must start with a LOCALNAMESPACEPATH");
     for (XmlElement child = nextElement(where); child; child = nextElement(child))
@@ -62,7 +62,7 @@ void readCall(XmlElement call, WireRequest& request)
     }
 }
 
-void readEnvelope(XmlElement root, WireRequest& request)
+void readEnvelope(XmlElement root, const Limits& limits, WireRequest& request)
 {
     if (!isTag(root, "CIM"))
         notValid(std::string("the root element is ") + root.name() + ", not CIM");
@@ -81,17 +81,17 @@ void readEnvelope(XmlElement root, WireRequest& request)
         first = nextElement(first);
     if (nextElement(first))
         notValid("SIMPLEREQ must hold one call");
-    readCall(first, request);
+    readCall(first, limits, request);
 }
 
 } // namespace
 
-WireRequest readRequest(std::string body, std::size_t maxXmlDepth)
+WireRequest readRequest(std::string body, const Limits& limits)
 try
 {
     WireRequest request;
-    request.document = std::make_unique<XmlDocument>(std::move(body), maxXmlDepth);
-    readEnvelope(request.document->root(), request);
+    request.document = std::make_unique<XmlDocument>(std::move(body), limits.xmlDepth);
+    readEnvelope(request.document->root(), limits, request);
     return request;
 }
 catch (const XmlError& error)

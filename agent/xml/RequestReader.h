@@ -47,6 +47,6 @@ struct WireRequest
  * Versions accepted are CIMVERSION 2.x, DTDVERSION 2.x and PROTOCOLVERSION 1.x (DSP0200, DSP0201). Throws
  * RequestError for what is not one simple request of that kind.
  */
-WireRequest readRequest(std::string body, std::size_t maxXmlDepth);
+WireRequest readRequest(std::string body, const Limits& limits);
 
 } // namespace cimd

@@ -11,8 +11,18 @@ namespace
 {
 
 constexpr std::size_t kDepth = 32;
-constexpr unsigned kEmbedded = 2;
-const ElementReader kReader(kDepth, kEmbedded);
+
+Limits limits()
+{
+    Limits result;
+    result.xmlDepth = kDepth;
+    result.embeddedDepth = 2;
+    result.pathKeys = 8;
+    result.instanceProperties = 20;
+    return result;
+}
+
+const ElementReader kReader(limits());
 
 TEST(Element, EscapesWhatReadersWouldChange)
 {
@@ -207,7 +217,7 @@ TEST(Element, FaultsAreNamed)
 TEST(Element, EmbeddedObjectsNestOnlySoDeep)
 {
     Instance instance("C");
-    for (unsigned depth = 0; depth <= kEmbedded; ++depth)
+    for (unsigned depth = 0; depth <= limits().embeddedDepth; ++depth)
     {
         std::string text;
         XmlWriter xml(text);
@@ -221,6 +231,23 @@ TEST(Element, EmbeddedObjectsNestOnlySoDeep)
     XmlWriter xml(text);
     writeInstance(xml, instance);
     EXPECT_THROW(kReader.instance(XmlDocument(text, kDepth).root()), CimError);
+}
+
+TEST(Element, KeysAndPropertiesAreCounted)
+{
+    const auto read = [](std::size_t keys, std::size_t properties)
+    {
+        std::string text = "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME='C'>";
+        for (std::size_t i = 0; i < keys; ++i)
+            text += "<KEYBINDING NAME='K" + std::to_string(i) + "'><KEYVALUE/></KEYBINDING>";
+        text += "</INSTANCENAME><INSTANCE CLASSNAME='C'>";
+        for (std::size_t i = 0; i < properties; ++i)
+            text += "<PROPERTY NAME='P" + std::to_string(i) + "' TYPE='string'/>";
+        kReader.namedInstance(XmlDocument(text + "</INSTANCE></VALUE.NAMEDINSTANCE>", kDepth).root());
+    };
+    EXPECT_NO_THROW(read(8, 20));
+    EXPECT_THROW(read(9, 20), CimError);
+    EXPECT_THROW(read(8, 21), CimError);
 }
 
 } // namespace
