@@ -18,9 +18,7 @@ namespace
 
 void deliverTo(const std::string& nameSpace, const CmpiThreadContext& context, const Instance* indication)
 {
-    // The delivering thread may never return to the broker, which collects objects only then.
-    ToCmpi to(context.broker(), nameSpace);
-    to.keepTrack();
+    ToCmpi to(context.broker(), nameSpace, ToCmpi::kScope);
     const CMPIStatus status = CBDeliverIndication(
         context.broker(), context.context(), nameSpace.c_str(), to.looseInstance(indication));
     if (status.rc != CMPI_RC_OK) // nobody listens, for example: no concern of the provider

@@ -81,11 +81,10 @@ bool ToCmpi::value(const Instance* instance, const Meta_Feature* feature, CMPIDa
     return convert(instance, feature, nameSpaceOf(instance, _nameSpace.c_str()), data);
 }
 
-void ToCmpi::releaseAll()
+ToCmpi::~ToCmpi()
 {
     for (const Made& made : _made)
         made.release(made.object);
-    _made.clear();
 }
 
 template <class Edt>

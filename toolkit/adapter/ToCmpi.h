@@ -31,8 +31,21 @@ class PropertyFilter
 class ToCmpi
 {
   public:
+    enum Lifetime
+    {
+        kCall, // the broker collects the objects when the running MI function returns
+        kScope // they are released, containers before what they contain, when this object goes: for threads
+               // that never return to the broker
+    };
+
     // The namespace stands in the paths of instances that carry none of their own.
-    ToCmpi(const CMPIBroker* broker, const std::string& nameSpace) : _broker(broker), _nameSpace(nameSpace) {}
+    ToCmpi(const CMPIBroker* broker, const std::string& nameSpace, Lifetime lifetime = kCall)
+        : _broker(broker), _nameSpace(nameSpace), _tracking(lifetime == kScope)
+    {
+    }
+    ~ToCmpi();
+    ToCmpi(const ToCmpi&) = delete;
+    ToCmpi& operator=(const ToCmpi&) = delete;
 
     // Namespace, class name as declared, and all keys. A key without a value is a failure.
     CMPIObjectPath* path(const cimple::Instance* instance);
@@ -46,13 +59,6 @@ class ToCmpi
 
     // The value of a feature of an instance or a method object. False, and only the type, if it is NULL.
     bool value(const cimple::Instance* instance, const cimple::Meta_Feature* feature, CMPIData& data);
-
-    // Remembers from now on what it makes, for releaseAll().
-    void keepTrack() { _tracking = true; }
-
-    // Releases what was made, containers before what they contain. For threads that never return to the
-    // broker, which would otherwise collect it.
-    void releaseAll();
 
   private:
     struct Made
@@ -104,7 +110,7 @@ class ToCmpi
     const CMPIBroker* _broker;
     std::string _nameSpace;
     std::vector<Made> _made;
-    bool _tracking = false;
+    bool _tracking;
 };
 
 } // namespace cimple_cmpi

@@ -120,7 +120,6 @@ template <class T>
 T* track(std::unique_ptr<T> object)
 {
     T* raw = object.get();
-    raw->journal.countMade();
     Session* session = Session::current();
     if (!session)
     {

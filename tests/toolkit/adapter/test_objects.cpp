@@ -14,9 +14,15 @@ thread_local Session* currentSession = nullptr;
 
 } // namespace
 
-Object::Object(Journal& j) : journal(j) {}
+Object::Object(Journal& j) : journal(j)
+{
+    journal.count(true);
+}
 
-Object::~Object() = default;
+Object::~Object()
+{
+    journal.count(false);
+}
 
 Journal::~Journal()
 {

@@ -40,18 +40,18 @@ class Journal
 
     // Objects made by clone and not yet released.
     size_t clonesAlive() const;
-    // Objects made by factories and getters since the journal began.
-    size_t objectsMade() const { return _made; }
+    // Objects of any kind that exist now.
+    size_t objectsAlive() const { return _alive; }
 
     void adoptClone(Object* object);
     bool releaseClone(Object* object);
-    void countMade() { ++_made; }
+    void count(bool born) { born ? ++_alive : --_alive; }
 
   private:
     mutable std::mutex _mutex;
     std::vector<std::string> _violations;
     std::set<Object*> _clones;
-    std::atomic<size_t> _made{0};
+    std::atomic<size_t> _alive{0};
 };
 
 // The objects of one MI call or of one attached thread; all of them die with it. Sessions of a thread nest.

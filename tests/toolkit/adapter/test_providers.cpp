@@ -4,6 +4,7 @@
 #include <demo_meta.h>
 
 #include <map>
+#include <memory>
 #include <strings.h>
 
 CIMPLE_NAMESPACE_BEGIN
@@ -52,7 +53,10 @@ using namespace cimple;
 void Script::reset()
 {
     load = unload = status = 0;
-    inside = insideLoad = nullptr;
+    inside = insideCreate = insideLoad = nullptr;
+    enable = nullptr;
+    disable = nullptr;
+    keepHandler = false;
     instances.clear();
     nativeAssociators = nativeAssociatorNames = nativeReferences = nullptr;
     method = nullptr;
@@ -89,7 +93,12 @@ class Scripted
   public:
     typedef C Class;
 
-    Scripted() { _script.alive++; }
+    Scripted()
+    {
+        if (_script.insideCreate)
+            _script.insideCreate();
+        _script.alive++;
+    }
     ~Scripted() { _script.alive--; }
 
     Load_Status load()
@@ -190,6 +199,34 @@ class Scripted
     Script& _script = script<C>();
 };
 
+class Scripted_Alert : public Scripted<Demo_SensorAlert>
+{
+  public:
+    typedef Indication_Handler<Demo_SensorAlert> Handler;
+
+    Enable_Indications_Status enable_indications(Handler* handler)
+    {
+        _handler.reset(handler);
+        const auto handle = [handler](Instance* x)
+        { return handler->handle(static_cast<Demo_SensorAlert*>(x)); };
+        const int status = _script.enable ? _script.enable(handle) : 0;
+        if (status)
+            _handler.reset();
+        return static_cast<Enable_Indications_Status>(status);
+    }
+
+    Disable_Indications_Status disable_indications()
+    {
+        const int status = _script.disable ? _script.disable() : 0;
+        if (!status && !_script.keepHandler)
+            _handler.reset();
+        return static_cast<Disable_Indications_Status>(status);
+    }
+
+  private:
+    std::unique_ptr<Handler> _handler;
+};
+
 template <class C>
 class Scripted_Association : public Scripted<C>
 {
@@ -275,6 +312,11 @@ TEST_PROVIDER(Demo_SensorInRack, Scripted_Association, Association_Provider_Proc
 TEST_PROVIDER(Demo_RackAboveRack, Scripted_Association, Association_Provider_Proc_T);
 TEST_PROVIDER(Demo_Dependency, Scripted_Association, Association_Provider_Proc_T);
 
+struct Demo_SensorAlert_Provider : public adapter_test::Scripted_Alert,
+                                   public Indication_Provider_Proc_T<Demo_SensorAlert_Provider>
+{
+};
+
 CIMPLE_NAMESPACE_END
 
 CIMPLE_MODULE(Adapter_Test_Module);
@@ -287,6 +329,7 @@ CIMPLE_PROVIDER(Demo_Lab_Provider);
 CIMPLE_PROVIDER(Demo_SensorInRack_Provider);
 CIMPLE_PROVIDER(Demo_RackAboveRack_Provider);
 CIMPLE_PROVIDER(Demo_Dependency_Provider);
+CIMPLE_PROVIDER(Demo_SensorAlert_Provider);
 
 CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Rack_Provider);
 CIMPLE_CMPI_INSTANCE_PROVIDER2(Demo_Rack_Provider, Demo_Rack);
@@ -298,6 +341,7 @@ CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_SensorInRack_Provider);
 CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_RackAboveRack_Provider);
 CIMPLE_CMPI_ASSOCIATION_PROVIDER2(Demo_RackAboveRack_Provider, Demo_RackAboveRack);
 CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_Dependency_Provider);
+CIMPLE_CMPI_INDICATION_PROVIDER(Demo_SensorAlert_Provider);
 
 namespace adapter_test
 {
@@ -344,6 +388,13 @@ test_broker::Factories dependencyProvider()
 {
     return ASSOCIATION_FACTORIES(Demo_Dependency_Provider);
 }
+test_broker::Factories alertProvider()
+{
+    return {nullptr,
+            Demo_SensorAlert_Provider_Create_MethodMI,
+            nullptr,
+            Demo_SensorAlert_Provider_Create_IndicationMI};
+}
 
 Ref<Instance> rack(const char* name)
 {
@@ -367,6 +418,13 @@ Ref<Instance> sensorInRack(const char* rackName, uint32 sensorId)
     link->Rack = static_cast<Demo_Rack*>(rack(rackName).steal());
     link->Sensor = static_cast<Demo_Sensor*>(sensor(sensorId).steal());
     return Ref<Instance>(link);
+}
+
+Ref<Instance> alert(const char* text)
+{
+    Demo_SensorAlert* alert = Demo_SensorAlert::create(true);
+    alert->Text.set(text);
+    return Ref<Instance>(alert);
 }
 
 Ref<Instance> rackAboveRack(const char* upper, const char* lower)

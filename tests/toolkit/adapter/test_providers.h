@@ -60,6 +60,7 @@ struct Script
     int unload = 0;                       // status of unload()
     int status = 0;                       // status of every operation, if not 0
     std::function<void()> inside;         // runs in every operation except load and unload
+    std::function<void()> insideCreate;   // runs in the constructor
     std::function<void()> insideLoad;     // runs in load()
     std::vector<Ref<Instance>> instances; // what the provider has; handed out shared, not copied
 
@@ -67,6 +68,13 @@ struct Script
     const std::vector<Ref<Instance>>* nativeAssociators = nullptr;
     const std::vector<Ref<Instance>>* nativeAssociatorNames = nullptr;
     const std::vector<Ref<Instance>>* nativeReferences = nullptr;
+
+    // What the indication provider does when it is switched on and off: 0 or a status. `handle` hands an
+    // indication over; it is good until the provider is switched off.
+    typedef std::function<bool(Instance* indication)> Handle;
+    std::function<int(const Handle& handle)> enable;
+    std::function<int()> disable;
+    bool keepHandler = false; // until the provider goes
 
     // Fills in the outputs of a method.
     std::function<void(Instance* method)> method;
@@ -103,11 +111,13 @@ test_broker::Factories labProvider();
 test_broker::Factories sensorInRackProvider();
 test_broker::Factories rackAboveRackProvider();
 test_broker::Factories dependencyProvider();
+test_broker::Factories alertProvider();
 
 // Short forms.
 Ref<Instance> rack(const char* name);
 Ref<Instance> sensor(cimple::uint32 id, const char* label = nullptr);
 Ref<Instance> sensorInRack(const char* rackName, cimple::uint32 sensorId);
+Ref<Instance> alert(const char* text);
 Ref<Instance> rackAboveRack(const char* upper, const char* lower);
 
 test_broker::Path classPath(const char* className);

@@ -1,0 +1,251 @@
+// Indications: to which namespaces they go, from which threads, and how delivery ends.
+#include <cimple/Thread.h>
+
+#include <thread>
+
+#include "adapter_fixture.h"
+#include "latch.h"
+
+namespace adapter_test
+{
+namespace
+{
+
+class IndicationMi : public AdapterTest
+{
+  protected:
+    Texts delivered()
+    {
+        Texts texts;
+        for (const test_broker::Delivery& delivery : broker.deliveries())
+            texts.push_back(delivery.ns + " " + test_broker::textOf(delivery.indication));
+        return texts;
+    }
+
+    // A thread of the provider, created in enable_indications and joined where a test says.
+    struct Worker
+    {
+        std::function<void()> body;
+        cimple::Thread thread;
+
+        void start() { ASSERT_EQ(cimple::Thread::create_joinable(thread, run, this), 0); }
+        void join()
+        {
+            void* result;
+            cimple::Thread::join(thread, result);
+        }
+        static void* run(void* self)
+        {
+            static_cast<Worker*>(self)->body();
+            return nullptr;
+        }
+    };
+
+    Script& alerts = script<Demo_SensorAlert>();
+};
+
+TEST_F(IndicationMi, IndicationsGoToEveryNamespaceThatIsSelectedFrom)
+{
+    alerts.enable = [&](const Script::Handle& handle)
+    {
+        handle(alert("armed").steal());
+        return 0;
+    };
+    Client& provider = client(alertProvider());
+    const Path one = {"root/one", "Demo_SensorAlert", {}};
+    const Path two = {"root/two", "Demo_SensorAlert", {}};
+
+    provider.activateFilter(two);
+    provider.activateFilter(one);
+    provider.activateFilter(one);
+    EXPECT_TRUE(provider.enableIndications().ok());
+    EXPECT_TRUE(provider.enableIndications().ok()); // no second time
+    EXPECT_EQ(
+        delivered(),
+        Texts({"root/one Demo_SensorAlert{Text=\"armed\"}", "root/two Demo_SensorAlert{Text=\"armed\"}"}));
+
+    provider.disableIndications();
+    provider.deactivateFilter(one); // one filter is left
+    provider.deactivateFilter(two);
+    provider.deactivateFilter(two); // once too often
+    provider.enableIndications();
+    EXPECT_EQ(delivered().size(), 3u);
+    EXPECT_EQ(delivered().back(), "root/one Demo_SensorAlert{Text=\"armed\"}");
+
+    provider.disableIndications();
+    provider.deactivateFilter(one);
+    provider.enableIndications();
+    EXPECT_EQ(delivered().size(), 3u);
+    provider.disableIndications();
+}
+
+TEST_F(IndicationMi, AThreadMayBeJoinedWhileItDelivers)
+{
+    Latch delivering;
+    Latch disabling;
+    broker.onDelivery(
+        [&](const test_broker::Delivery&)
+        {
+            delivering.arrive();
+            disabling.wait();
+        });
+    Worker worker;
+    alerts.enable = [&](const Script::Handle& handle)
+    {
+        worker.body = [handle] { handle(alert("late").steal()); };
+        worker.start();
+        return 0;
+    };
+    alerts.disable = [&]
+    {
+        disabling.arrive();
+        worker.join();
+        return 0;
+    };
+    Client& provider = client(alertProvider());
+    provider.activateFilter(classPath("Demo_SensorAlert"));
+    EXPECT_TRUE(provider.enableIndications().ok());
+    delivering.wait();
+    EXPECT_TRUE(provider.disableIndications().ok());
+    EXPECT_EQ(delivered(), Texts{"root/demo Demo_SensorAlert{Text=\"late\"}"});
+    provider.deactivateFilter(classPath("Demo_SensorAlert"));
+}
+
+TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
+{
+    Latch delivering;
+    Latch disabling;
+    Latch disabled;
+    std::atomic<bool> finished{false};
+    broker.onDelivery(
+        [&](const test_broker::Delivery&)
+        {
+            delivering.arrive();
+            disabling.wait();
+            for (int i = 0; i < 1000; i++)
+                std::this_thread::yield();
+            finished = true;
+        });
+    std::atomic<bool> accepted{true};
+    Worker worker;
+    alerts.keepHandler = true;
+    alerts.enable = [&](const Script::Handle& handle)
+    {
+        worker.body = [&, handle]
+        {
+            handle(alert("last").steal());
+            disabled.wait();
+            accepted = handle(alert("too late").steal());
+        };
+        worker.start();
+        return 0;
+    };
+    alerts.disable = [&] { // does not wait for its thread
+        disabling.arrive();
+        return 0;
+    };
+    Client& provider = client(alertProvider());
+    provider.activateFilter(classPath("Demo_SensorAlert"));
+    provider.enableIndications();
+    delivering.wait();
+    EXPECT_TRUE(provider.disableIndications().ok());
+    EXPECT_TRUE(finished);
+    disabled.arrive();
+    worker.join();
+    EXPECT_FALSE(accepted);
+    EXPECT_EQ(delivered(), Texts{"root/demo Demo_SensorAlert{Text=\"last\"}"});
+    provider.deactivateFilter(classPath("Demo_SensorAlert"));
+}
+
+TEST_F(IndicationMi, ALongRunningThreadLeavesNothingBehind)
+{
+    std::vector<size_t> alive;
+    broker.onDelivery([&](const test_broker::Delivery&)
+                      { alive.push_back(broker.journal().objectsAlive()); });
+    Worker worker;
+    alerts.enable = [&](const Script::Handle& handle)
+    {
+        worker.body = [handle]
+        {
+            for (int i = 0; i < 50; i++)
+                handle(alert("again").steal());
+        };
+        worker.start();
+        worker.join();
+        return 0;
+    };
+    Client& provider = client(alertProvider());
+    provider.activateFilter(classPath("Demo_SensorAlert"));
+    provider.enableIndications();
+    ASSERT_EQ(alive.size(), 50u);
+    EXPECT_EQ(alive.front(), alive.back());
+    provider.disableIndications();
+    provider.deactivateFilter(classPath("Demo_SensorAlert"));
+}
+
+TEST_F(IndicationMi, AThreadThatIsNotTheProvidersDeliversNothing)
+{
+    alerts.enable = [&](const Script::Handle& handle)
+    {
+        std::thread([&] { handle(alert("foreign").steal()); }).join();
+        return 0;
+    };
+    Client& provider = client(alertProvider());
+    provider.activateFilter(classPath("Demo_SensorAlert"));
+    EXPECT_TRUE(provider.enableIndications().ok());
+    EXPECT_EQ(delivered(), Texts());
+    provider.disableIndications();
+    provider.deactivateFilter(classPath("Demo_SensorAlert"));
+}
+
+TEST_F(IndicationMi, RefusalsOfTheProviderAreReportedAndChangeNothing)
+{
+    int enables = 0;
+    alerts.enable = [&](const Script::Handle&) { return ++enables == 1 ? ENABLE_INDICATIONS_FAILED : 0; };
+    int disables = 0;
+    alerts.disable = [&] { return ++disables == 1 ? DISABLE_INDICATIONS_FAILED : 0; };
+    Client& provider = client(alertProvider());
+    EXPECT_EQ(provider.enableIndications().texts(),
+              Texts{"1: Demo_SensorAlert: enable indications failed (status 140)"});
+    EXPECT_TRUE(provider.disableIndications().ok()); // there is nothing to disable
+    EXPECT_EQ(disables, 0);
+    EXPECT_TRUE(provider.enableIndications().ok());
+    EXPECT_EQ(provider.disableIndications().texts(),
+              Texts{"1: Demo_SensorAlert: disable indications failed (status 150)"});
+    EXPECT_TRUE(provider.disableIndications().ok());
+    EXPECT_EQ(disables, 2);
+}
+
+TEST_F(IndicationMi, AProviderInUseIsNotUnloadedUnlessTheServerStops)
+{
+    bool stopped = false;
+    Worker worker;
+    Latch stop;
+    alerts.enable = [&](const Script::Handle&)
+    {
+        worker.body = [&] { stop.wait(); };
+        worker.start();
+        return 0;
+    };
+    alerts.disable = [&]
+    {
+        stop.arrive();
+        worker.join();
+        stopped = true;
+        return 0;
+    };
+    Client& provider = client(alertProvider());
+    provider.activateFilter(classPath("Demo_SensorAlert"));
+    EXPECT_EQ(provider.cleanup(false).rc, CMPI_RC_DO_NOT_UNLOAD); // a filter is active
+    provider.enableIndications();
+    provider.deactivateFilter(classPath("Demo_SensorAlert"));
+    EXPECT_EQ(provider.cleanup(false).rc, CMPI_RC_DO_NOT_UNLOAD); // indications are enabled
+    EXPECT_EQ(alerts.alive, 1);
+    EXPECT_FALSE(stopped);
+    EXPECT_TRUE(provider.cleanup(true).ok());
+    EXPECT_TRUE(stopped);
+    EXPECT_EQ(alerts.alive, 0);
+}
+
+} // namespace
+} // namespace adapter_test
