@@ -2,6 +2,8 @@
 #include "agent/service/ProviderService.h"
 #include "agent/service/ResultShaping.h"
 
+#include <algorithm>
+
 namespace cimd
 {
 namespace
@@ -53,11 +55,19 @@ bool ProviderService::leadsSomewhere(const ClassInfo& association, const Associa
 std::vector<const ProviderEntry*> ProviderService::associationProviders(const AssociationFilter& filter,
                                                                         const std::string& nameSpace) const
 {
+    // An association provider is not told for which class it is called: one that serves several is called
+    // once.
     std::vector<const ProviderEntry*> found;
+    const auto isCalled = [&](const ProviderEntry& entry)
+    {
+        return std::any_of(found.begin(),
+                           found.end(),
+                           [&](const ProviderEntry* other) { return other->provider == entry.provider; });
+    };
     for (const ProviderEntry& entry : _providers.entries())
         if (entry.registration.has(ProviderKind::Association) && entry.serves(nameSpace) &&
             (!filter.association || entry.info->isA(*filter.association)) &&
-            leadsSomewhere(*entry.info, filter))
+            leadsSomewhere(*entry.info, filter) && !isCalled(entry))
             found.push_back(&entry);
     return found;
 }
@@ -81,9 +91,9 @@ void ProviderService::associators(const RequestContext& context,
             "Associators",
             originFlag(request.includeClassOrigin),
             shaper,
-            [&](ProviderCall& call, const ProviderEntry& entry)
+            &Provider::association,
+            [&](ProviderCall& call, CMPIAssociationMI* mi, const ClassInfo&)
             {
-                CMPIAssociationMI* mi = entry.provider->association();
                 return mi->ft->associators(mi,
                                            call.context(),
                                            call.result(),
@@ -115,9 +125,9 @@ void ProviderService::associatorNames(const RequestContext& context,
             "AssociatorNames",
             0,
             forwarder,
-            [&](ProviderCall& call, const ProviderEntry& entry)
+            &Provider::association,
+            [&](ProviderCall& call, CMPIAssociationMI* mi, const ClassInfo&)
             {
-                CMPIAssociationMI* mi = entry.provider->association();
                 return mi->ft->associatorNames(mi,
                                                call.context(),
                                                call.result(),
@@ -146,9 +156,9 @@ void ProviderService::references(const RequestContext& context,
             "References",
             originFlag(request.includeClassOrigin),
             shaper,
-            [&](ProviderCall& call, const ProviderEntry& entry)
+            &Provider::association,
+            [&](ProviderCall& call, CMPIAssociationMI* mi, const ClassInfo&)
             {
-                CMPIAssociationMI* mi = entry.provider->association();
                 return mi->ft->references(mi,
                                           call.context(),
                                           call.result(),
@@ -175,9 +185,9 @@ void ProviderService::referenceNames(const RequestContext& context,
             "ReferenceNames",
             0,
             forwarder,
-            [&](ProviderCall& call, const ProviderEntry& entry)
+            &Provider::association,
+            [&](ProviderCall& call, CMPIAssociationMI* mi, const ClassInfo&)
             {
-                CMPIAssociationMI* mi = entry.provider->association();
                 return mi->ft->referenceNames(mi,
                                               call.context(),
                                               call.result(),

@@ -113,13 +113,13 @@ void ProviderService::enumerateInstances(const RequestContext& context,
             kOperation,
             readFlags(request.deepInheritance, request.includeClassOrigin),
             shaper,
-            [&](ProviderCall& call, const ProviderEntry& entry)
+            &Provider::instance,
+            [&](ProviderCall& call, CMPIInstanceMI* mi, const ClassInfo& called)
             {
-                CMPIInstanceMI* mi = entry.provider->instance();
                 return mi->ft->enumerateInstances(mi,
                                                   call.context(),
                                                   call.result(),
-                                                  call.path({check.nameSpace(), entry.info->name()}),
+                                                  call.path({check.nameSpace(), called.name()}),
                                                   call.properties(request.properties));
             });
 }
@@ -139,11 +139,11 @@ void ProviderService::enumerateInstanceNames(const RequestContext& context,
             kOperation,
             0,
             forwarder,
-            [&](ProviderCall& call, const ProviderEntry& entry)
+            &Provider::instance,
+            [&](ProviderCall& call, CMPIInstanceMI* mi, const ClassInfo& called)
             {
-                CMPIInstanceMI* mi = entry.provider->instance();
                 return mi->ft->enumerateInstanceNames(
-                    mi, call.context(), call.result(), call.path({check.nameSpace(), entry.info->name()}));
+                    mi, call.context(), call.result(), call.path({check.nameSpace(), called.name()}));
             });
 }
 
@@ -162,9 +162,9 @@ Instance ProviderService::getInstance(const RequestContext& context, const GetIn
          kOperation,
          readFlags(false, request.includeClassOrigin),
          shaper,
-         [&](ProviderCall& each)
+         &Provider::instance,
+         [&](ProviderCall& each, CMPIInstanceMI* mi)
          {
-             CMPIInstanceMI* mi = entry.provider->instance();
              return mi->ft->getInstance(
                  mi, each.context(), each.result(), each.path(path), each.properties(request.properties));
          });
@@ -191,9 +191,9 @@ ObjectPath ProviderService::createInstance(const RequestContext& context,
          kOperation,
          0,
          created,
-         [&](ProviderCall& each)
+         &Provider::instance,
+         [&](ProviderCall& each, CMPIInstanceMI* mi)
          {
-             CMPIInstanceMI* mi = entry.provider->instance();
              return mi->ft->createInstance(
                  mi, each.context(), each.result(), each.path(instance.path()), each.instance(instance));
          });
@@ -225,9 +225,9 @@ void ProviderService::modifyInstance(const RequestContext& context, const Modify
          kOperation,
          0,
          ignorer,
-         [&](ProviderCall& each)
+         &Provider::instance,
+         [&](ProviderCall& each, CMPIInstanceMI* mi)
          {
-             CMPIInstanceMI* mi = entry.provider->instance();
              return mi->ft->modifyInstance(mi,
                                            each.context(),
                                            each.result(),
@@ -251,11 +251,9 @@ void ProviderService::deleteInstance(const RequestContext& context, const Delete
          kOperation,
          0,
          ignorer,
-         [&](ProviderCall& each)
-         {
-             CMPIInstanceMI* mi = entry.provider->instance();
-             return mi->ft->deleteInstance(mi, each.context(), each.result(), each.path(path));
-         });
+         &Provider::instance,
+         [&](ProviderCall& each, CMPIInstanceMI* mi)
+         { return mi->ft->deleteInstance(mi, each.context(), each.result(), each.path(path)); });
 }
 
 } // namespace cimd

@@ -130,9 +130,9 @@ MethodResult ProviderService::invokeMethod(const RequestContext& context, const 
          operation.c_str(),
          0,
          returned,
-         [&](ProviderCall& each)
+         &Provider::method,
+         [&](ProviderCall& each, CMPIMethodMI* mi)
          {
-             CMPIMethodMI* mi = entry.provider->method();
              CMPIArgs* out = each.arguments();
              const CMPIStatus status = mi->ft->invokeMethod(mi,
                                                             each.context(),

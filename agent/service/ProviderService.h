@@ -87,33 +87,37 @@ class ProviderService : public CimService
                                                            const std::string& nameSpace) const;
     bool leadsSomewhere(const ClassInfo& association, const AssociationFilter& filter) const;
 
-    // Calls one provider function: `function(call)` returns its status.
-    template <class Function>
+    // Calls one function of one of a provider's interfaces: `function(call, interface)` returns its status.
+    template <class Interface, class Function>
     void call(const RequestContext& context,
               const ProviderEntry& entry,
               const std::string& nameSpace,
               const char* operation,
               CMPIFlags flags,
               ResultReceiver& receiver,
+              Interface* (Provider::*interfaceOf)(),
               Function function) const
     {
+        Interface* mi = (entry.provider->*interfaceOf)();
         ProviderCall call(
             _broker,
             {context, nameSpace, flags, {}, std::string(operation) + ' ' + entry.info->name().str()},
             receiver);
-        call.run([&] { return function(call); });
+        call.run([&] { return function(call, mi); });
         if (!call.isDone() && entry.provider->isFirstFault())
             reportNotDone(entry, operation);
     }
     static void reportNotDone(const ProviderEntry& entry, const char* operation);
 
-    template <class Function>
+    // The same for several; the function also gets the class each provider is called for.
+    template <class Interface, class Function>
     void callAll(const RequestContext& context,
                  const std::vector<const ProviderEntry*>& entries,
                  const std::string& nameSpace,
                  const char* operation,
                  CMPIFlags flags,
                  ResultReceiver& receiver,
+                 Interface* (Provider::*interfaceOf)(),
                  Function function) const
     {
         for (const ProviderEntry* entry : entries)
@@ -123,7 +127,8 @@ class ProviderService : public CimService
                  operation,
                  flags,
                  receiver,
-                 [&](ProviderCall& each) { return function(each, *entry); });
+                 interfaceOf,
+                 [&](ProviderCall& each, Interface* mi) { return function(each, mi, *entry->info); });
     }
 
     const ClassRepository& _repository;
