@@ -69,11 +69,17 @@ void Provider::cleanUp(InterfaceSlot<Interface>& slot, const char* kind)
     try
     {
         ProviderCall call(_broker, {nobody, _nameSpace, 0, {}, label}, results);
-        call.run([&] { return ending->ft->cleanup(ending, call.context(), 1); });
+        // The provider has no choice any more, so its status means nothing.
+        call.run(
+            [&]
+            {
+                ending->ft->cleanup(ending, call.context(), 1);
+                return CMPIStatus{CMPI_RC_OK, nullptr};
+            });
     }
     catch (const std::exception& error)
     {
-        log(LogLevel::Warning, "providers", label + ": " + error.what());
+        log(LogLevel::Warning, "providers", error.what());
     }
 }
 
