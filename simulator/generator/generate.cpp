@@ -2,7 +2,7 @@
 #include "simulator/generator/generate.h"
 
 #include "simulator/model/hex.h"
-#include "simulator/model/traffic_meter.h"
+#include "simulator/model/made_up.h"
 
 #include <algorithm>
 

@@ -2,6 +2,7 @@
 #include "simulator/model/fabric_model.h"
 
 #include "simulator/model/hex.h"
+#include "simulator/model/made_up.h"
 #include "simulator/scenario/fields.h"
 
 #include <algorithm>
@@ -11,18 +12,6 @@ namespace simulator
 namespace
 {
 
-constexpr std::uint32_t kAddressesPerDomain = 0x10000;
-
-std::vector<std::uint8_t> madeUpBytes(std::uint64_t seed, std::size_t size)
-{
-    std::vector<std::uint8_t> bytes(size);
-    for (std::size_t i = 0; i < size; ++i)
-    {
-        bytes[i] = static_cast<std::uint8_t>(mix(seed, i) >> 56);
-    }
-    return bytes;
-}
-
 template <class Ports>
 auto firstFrom(Ports& ports, int number)
 {
@@ -30,54 +19,6 @@ auto firstFrom(Ports& ports, int number)
                             ports.end(),
                             number,
                             [](const Port& port, int wanted) { return port.facts.number < wanted; });
-}
-
-std::string noSuch(const char* what, int number)
-{
-    return std::string("no ") + what + " " + std::to_string(number);
-}
-
-void countNode(Port& port, const NodeScenario& node)
-{
-    ++port.nodes;
-    port.initiators = port.initiators || node.role == NodeRole::initiator;
-    port.loop = port.loop || node.type == NodePortType::nl;
-    const bool slowest = port.nodeSpeed == LinkSpeed::automatic || node.speed < port.nodeSpeed;
-    if (slowest && node.speed != LinkSpeed::automatic)
-    {
-        port.nodeSpeed = node.speed;
-    }
-}
-
-void countNodesAgain(const Switch& owner, Port& port)
-{
-    port.nodes = 0;
-    port.initiators = port.loop = false;
-    port.nodeSpeed = LinkSpeed::automatic;
-    for (const auto& one : owner.nodes)
-    {
-        if (one.second.port == port.facts.number)
-        {
-            countNode(port, one.second);
-        }
-    }
-}
-
-// The lowest free address of the port's area, or the next free one after it. 0 when the domain is full.
-std::uint32_t freeAddress(const Switch& owner, int port)
-{
-    const std::uint32_t domain = static_cast<std::uint32_t>(owner.facts.domain) << 16;
-    const std::uint32_t area = (static_cast<std::uint32_t>(port) & 0xFFU) << 8;
-    std::uint32_t candidate = area;
-    for (std::uint32_t tried = 0; tried < kAddressesPerDomain; ++tried)
-    {
-        if (owner.nodes.count(domain | candidate) == 0)
-        {
-            return domain | candidate;
-        }
-        candidate = (candidate + 1) % kAddressesPerDomain;
-    }
-    return 0;
 }
 
 } // namespace
@@ -204,136 +145,6 @@ const NodeScenario* FabricModel::nodeAfter(int domain, std::uint32_t address) co
                      owner->nodes.end(),
                      [owner](const auto& one) { return isOnline(*owner, *owner->port(one.second.port)); });
     return found != owner->nodes.end() ? &found->second : nullptr;
-}
-
-void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
-{
-    const auto inserted = _switches.emplace(facts.domain, Switch());
-    if (!inserted.second)
-    {
-        throw ScenarioError("", "domain " + std::to_string(facts.domain) + " is taken");
-    }
-    Switch& added = inserted.first->second;
-    added.facts = facts;
-    added.facts.ports.clear();
-    const std::uint64_t switchSeed = mix(_seed, static_cast<std::uint64_t>(facts.domain));
-    added.ports.reserve(facts.ports.size());
-    for (const PortScenario& port : facts.ports)
-    {
-        added.ports.emplace_back(port, mix(switchSeed, static_cast<std::uint64_t>(port.number)));
-        if (added.ports.back().facts.wwn.empty())
-        {
-            added.ports.back().facts.wwn = portWwn(facts.wwn, port.number);
-        }
-    }
-    std::sort(added.ports.begin(),
-              added.ports.end(),
-              [](const Port& a, const Port& b) { return a.facts.number < b.facts.number; });
-    if (facts.local)
-    {
-        _local = &added;
-        if (added.facts.preferredDomain == 0)
-        {
-            added.facts.preferredDomain = facts.domain;
-        }
-        if (added.facts.reserved.empty())
-        {
-            added.facts.reserved = madeUpBytes(switchSeed, kSwitchReservedSize);
-        }
-    }
-    allLinksChanged(added, now);
-}
-
-void FabricModel::removeSwitch(int domain, std::uint64_t now)
-{
-    const Switch* gone = switchOf(domain);
-    if (gone == nullptr || gone == _local)
-    {
-        throw ScenarioError("", noSuch("remote switch with domain", domain));
-    }
-    const auto touches = [domain](const IslScenario& link)
-    { return link.domain == domain || link.toDomain == domain; };
-    for (const IslScenario& link : _isls)
-    {
-        if (touches(link))
-        {
-            const bool gotFrom = link.domain == domain;
-            Switch& other = *switchOf(gotFrom ? link.toDomain : link.domain);
-            Port& port = *other.port(gotFrom ? link.toPort : link.port);
-            port.isl = port.isolated = false;
-            linkChanged(other, port, now);
-        }
-    }
-    _isls.erase(std::remove_if(_isls.begin(), _isls.end(), touches), _isls.end());
-    _switches.erase(domain);
-    if (_principal == domain)
-    {
-        _principal = _switches.begin()->first;
-    }
-}
-
-void FabricModel::addNode(NodeScenario node, std::uint64_t now)
-{
-    Switch* owner = switchOf(node.domain);
-    Port* port = owner != nullptr ? owner->port(node.port) : nullptr;
-    if (port == nullptr)
-    {
-        throw ScenarioError("", noSuch("port", node.port) + " in domain " + std::to_string(node.domain));
-    }
-    if (node.address == 0)
-    {
-        node.address = freeAddress(*owner, node.port);
-    }
-    if (node.nodeWwn.empty())
-    {
-        node.nodeWwn = node.portWwn;
-    }
-    if (node.address == 0 || !owner->nodes.emplace(node.address, node).second)
-    {
-        throw ScenarioError(
-            "", "no free address for " + node.portWwn + " in domain " + std::to_string(node.domain));
-    }
-    countNode(*port, node);
-    linkChanged(*owner, *port, now);
-}
-
-void FabricModel::removeNode(std::string_view portWwn, std::uint64_t now)
-{
-    const std::string wanted = upperCase(portWwn);
-    for (auto& one : _switches)
-    {
-        Switch& owner = one.second;
-        for (auto node = owner.nodes.begin(); node != owner.nodes.end(); ++node)
-        {
-            if (upperCase(node->second.portWwn) == wanted)
-            {
-                Port& port = *owner.port(node->second.port);
-                owner.nodes.erase(node);
-                countNodesAgain(owner, port);
-                linkChanged(owner, port, now);
-                return;
-            }
-        }
-    }
-    throw ScenarioError("", "no node " + std::string(portWwn));
-}
-
-void FabricModel::addIsl(const IslScenario& link, std::uint64_t now)
-{
-    const std::pair<int, int> ends[] = {{link.domain, link.port}, {link.toDomain, link.toPort}};
-    for (const auto& end : ends)
-    {
-        Switch* owner = switchOf(end.first);
-        Port* port = owner != nullptr ? owner->port(end.second) : nullptr;
-        if (port == nullptr)
-        {
-            throw ScenarioError("", noSuch("port", end.second) + " in domain " + std::to_string(end.first));
-        }
-        port->isl = true;
-        port->isolated = link.isolated;
-        linkChanged(*owner, *port, now);
-    }
-    _isls.push_back(link);
 }
 
 void FabricModel::linkChanged(const Switch& owner, Port& port, std::uint64_t now) const

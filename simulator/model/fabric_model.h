@@ -85,6 +85,8 @@ class FabricModel
     std::uint64_t startTime() const { return _startTime; } // model time at the start, milliseconds
 
   private:
+    Switch& switchWith(int domain); // throws ScenarioError when there is none
+
     std::uint64_t _seed;
     std::uint64_t _startTime;
     int _principal = 0;

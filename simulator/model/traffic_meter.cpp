@@ -1,6 +1,8 @@
 // The traffic and error counters of one port as functions of model time.
 #include "simulator/model/traffic_meter.h"
 
+#include "simulator/model/made_up.h"
+
 #include <algorithm>
 
 namespace simulator
@@ -61,15 +63,6 @@ constexpr std::uint64_t loadInSteps(std::uint64_t steps, std::uint64_t swing)
 }
 
 } // namespace
-
-std::uint64_t mix(std::uint64_t seed, std::uint64_t place)
-{
-    // The finaliser of the public-domain splitmix64 generator, on a sequence of odd stride.
-    std::uint64_t z = seed + 0x9E3779B97F4A7C15ULL * (place + 1);
-    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ULL;
-    z = (z ^ (z >> 27)) * 0x94D049BB133111EBULL;
-    return z ^ (z >> 31);
-}
 
 std::uint64_t TrafficMeter::wordsUntil(std::uint64_t now, int percent) const
 {

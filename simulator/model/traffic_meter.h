@@ -68,9 +68,6 @@ class TrafficMeter
     std::array<std::uint64_t, kCounterCount> _base{};
 };
 
-// A well-mixed number of a seed and a place: the source of everything made up. The same on every machine.
-std::uint64_t mix(std::uint64_t seed, std::uint64_t place);
-
 } // namespace simulator
 
 #endif

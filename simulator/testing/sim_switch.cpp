@@ -2,6 +2,7 @@
 #include "simulator/testing/sim_switch.h"
 
 #include "simulator/engine/engine.h"
+#include "simulator/scenario/fields.h"
 #include "simulator/scenario/scenario_json.h"
 #include "simulator/services/session.h"
 
@@ -22,16 +23,6 @@ Engine& engine()
     return Engine::instance();
 }
 
-Call callOf(std::string_view name)
-{
-    const auto call = callNamed(name);
-    if (!call)
-    {
-        throw std::invalid_argument("no platform call is named " + std::string(name));
-    }
-    return *call;
-}
-
 Port& portOf(FabricModel& model, int number)
 {
     Port* port = model.local().port(number);
@@ -42,13 +33,13 @@ Port& portOf(FabricModel& model, int number)
     return *port;
 }
 
-Probe::Fault faultOf(std::int32_t status, int times, int skip = 0)
+void checkReserved(const std::vector<std::uint8_t>& bytes, std::size_t size)
 {
-    Probe::Fault fault;
-    fault.status = status;
-    fault.times = times;
-    fault.skip = skip;
-    return fault;
+    if (bytes.size() != size)
+    {
+        throw std::invalid_argument("a record keeps " + std::to_string(size) + " reserved bytes, not " +
+                                    std::to_string(bytes.size()));
+    }
 }
 
 } // namespace
@@ -123,8 +114,11 @@ void SimSwitch::changePort(int port, const std::function<void(PortScenario&)>& c
         [&](FabricModel& model, std::uint64_t now)
         {
             Port& found = portOf(model, port);
-            change(found.facts);
-            found.facts.number = port;
+            PortScenario facts = found.facts;
+            change(facts);
+            facts.number = port;
+            checkReserved(facts.reserved, kPortReservedSize);
+            found.facts = facts;
             found.meter.setLoad(loadOf(found.facts), now);
             model.linkChanged(model.local(), found, now);
         });
@@ -135,7 +129,15 @@ void SimSwitch::changeSwitch(const std::function<void(SwitchScenario&)>& change)
     engine().write(
         [&](FabricModel& model, std::uint64_t now)
         {
-            change(model.local().facts);
+            const SwitchScenario before = model.local().facts;
+            SwitchScenario facts = before;
+            change(facts);
+            checkReserved(facts.reserved, kSwitchReservedSize);
+            facts.local = true;
+            facts.domain = before.domain;
+            facts.wwn = before.wwn;
+            facts.ports.clear();
+            model.local().facts = facts;
             model.allLinksChanged(model.local(), now);
         });
 }
@@ -182,6 +184,11 @@ void SimSwitch::removeSwitch(int domain)
                           { model.removeSwitch(domain, now); });
 }
 
+void SimSwitch::addIsl(const IslScenario& link)
+{
+    engine().write([&link](FabricModel& model, std::uint64_t now) { model.addIsl(link, now); });
+}
+
 void SimSwitch::advance(std::chrono::milliseconds time)
 {
     engine().write([time](FabricModel&, std::uint64_t)
@@ -191,99 +198,6 @@ void SimSwitch::advance(std::chrono::milliseconds time)
 std::uint64_t SimSwitch::now() const
 {
     return engine().read([](const FabricModel&, std::uint64_t now) { return now; });
-}
-
-void SimSwitch::mark()
-{
-    engine().probe.resetCounts();
-}
-
-std::size_t SimSwitch::calls(std::string_view call) const
-{
-    return engine().probe.calls(callOf(call));
-}
-
-std::size_t SimSwitch::platformCalls() const
-{
-    std::size_t sum = 0;
-    for (const std::string_view name : kCallNames)
-    {
-        sum += calls(name);
-    }
-    return sum;
-}
-
-std::size_t SimSwitch::entries(std::string_view call) const
-{
-    return engine().probe.entries(callOf(call));
-}
-
-std::size_t SimSwitch::keyUses(std::string_view key) const
-{
-    return engine().probe.keyUses(key);
-}
-
-std::vector<std::vector<std::string>> SimSwitch::batches(std::string_view call) const
-{
-    return engine().probe.batches(callOf(call));
-}
-
-void SimSwitch::recordKeys(bool on)
-{
-    engine().probe.record(on);
-}
-
-void SimSwitch::failNext(std::string_view what, int times, std::int32_t status, int afterSkipping)
-{
-    const Probe::Fault fault = faultOf(status, times, afterSkipping);
-    const bool isKey =
-        what.rfind("Oper.", 0) == 0 || what.rfind("Config.", 0) == 0 || what.rfind("Cmd.", 0) == 0;
-    if (isKey)
-    {
-        engine().probe.failKey(std::string(what), fault);
-        return;
-    }
-    engine().probe.failCall(callOf(what), fault);
-}
-
-void SimSwitch::failKey(const std::string& key, std::int32_t status)
-{
-    engine().probe.failKey(key, faultOf(status, Probe::kAlways));
-}
-
-void SimSwitch::failBatchWith(const std::string& key, std::int32_t status)
-{
-    engine().probe.failBatchWith(key, faultOf(status, Probe::kAlways));
-}
-
-void SimSwitch::failRecord(const std::string& record, std::int32_t status)
-{
-    engine().probe.failRecord(record, faultOf(status, Probe::kAlways));
-}
-
-void SimSwitch::refuseCacheLock(int times)
-{
-    failNext("DataCache::dcRdLock", times);
-}
-
-void SimSwitch::answer(const std::string& key, const std::string& value)
-{
-    engine().probe.overrideKey(key, value);
-}
-
-void SimSwitch::setLatency(std::string_view call, std::chrono::microseconds latency)
-{
-    engine().probe.setLatency(callOf(call), latency);
-}
-
-void SimSwitch::onCall(std::string_view call, std::function<void()> hook)
-{
-    engine().probe.setHook(callOf(call), std::move(hook));
-}
-
-void SimSwitch::restore()
-{
-    engine().probe.restore();
 }
 
 Scenario SimSwitch::scenario() const

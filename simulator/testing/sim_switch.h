@@ -54,6 +54,7 @@ class SimSwitch
     void removeNode(std::string_view portWwn); // fabric
     void addSwitch(const SwitchScenario& one); // fabric; a remote one
     void removeSwitch(int domain);             // fabric
+    void addIsl(const IslScenario& link);
 
     // --- Time: milliseconds of model time ---
     void advance(std::chrono::milliseconds time);

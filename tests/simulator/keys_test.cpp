@@ -281,6 +281,18 @@ TEST(Keys, FollowWhatHappensToTheSwitch)
     EXPECT_EQ("Offline", valueOf("Oper.UserPort.0.10.OperState")) << "its link is down";
     EXPECT_EQ("status 2", valueOf("Oper.Fabric.Entry.2.WWN"));
 
+    EXPECT_THROW(sim.addIsl({1, 10, 2, 0, false}), ScenarioError);
+    sim.addSwitch(SimSwitch::make().remote(2, 2).scenario().switches.back());
+    EXPECT_THROW(sim.addIsl({1, 9, 2, 0, false}), ScenarioError) << "a node is there";
+    sim.addIsl({1, 10, 2, 0, false});
+    EXPECT_EQ("Online", valueOf("Oper.UserPort.0.10.OperState"));
+    NodeScenario node;
+    node.domain = 1;
+    node.port = 10;
+    EXPECT_THROW(sim.addNode(node), ScenarioError) << "a switch is there";
+    EXPECT_THROW(sim.changePort(9, [](PortScenario& port) { port = PortScenario(); }), std::invalid_argument);
+    EXPECT_EQ("F", valueOf("Oper.UserPort.0.9.RunningType")) << "refused as a whole";
+
     sim.changeSwitch([](SwitchScenario& one) { one.adminState = AdminState::offline; });
     EXPECT_EQ("Offline", valueOf("Oper.UserPort.0.9.OperState")) << "an offline switch has no port online";
     sim.setPrincipal(0);
