@@ -148,7 +148,7 @@ TEST(DatetimeTest, ChangesLeaveCopiesAlone)
     EXPECT_STREQ(changed.ascii().c_str(), "20260115130000.000000-030");
     EXPECT_STREQ(copy.ascii().c_str(), "20260115120000.000000+060");
 
-    Datetime interval(uint64(Datetime::DAY));
+    Datetime interval{uint64(Datetime::DAY)};
     interval.usec(Datetime::MIN);
     interval.offset(60); // intervals have none
     EXPECT_STREQ(interval.ascii().c_str(), "00000000000100.000000:000");

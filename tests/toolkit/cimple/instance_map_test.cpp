@@ -157,7 +157,9 @@ TEST(InstanceMapTest, HundredThousandInstances)
         const bool gone = i < 400 && i % 2 == 0;
         ASSERT_EQ(sensors._find(model.ptr()), gone ? kNone : i < 400 ? i / 2 : i - 200) << i;
         if (i % 9900 == 0)
+        {
             ASSERT_EQ(sensors._find(model.ptr()), linear_find(sensors, model.ptr())) << i;
+        }
     }
     while (sensors.size() > 0)
     {
@@ -192,7 +194,9 @@ TEST(InstanceMapTest, OwnsWhatItHolds)
         if (clear)
             map.clear();
         else
+        {
             EXPECT_EQ(map.delete_instance(duplicate.ptr()), DELETE_INSTANCE_OK);
+        }
         EXPECT_EQ(sensor.count(), 1u) << "alive in other hands";
         EXPECT_EQ(map.size(), 0u);
     }

@@ -279,7 +279,8 @@ TEST(RefTest, CountsAndAdopts)
     EXPECT_EQ(adopted.count(), 2u);
     shared.reset(rack);
     EXPECT_EQ(adopted.count(), 2u);
-    shared = shared;
+    const Ref<Demo_Rack>& same = shared;
+    shared = same;
     EXPECT_EQ(adopted.count(), 2u);
 
     Ref<Demo_Sensor> wrong(rack); // not a sensor: nothing is taken over

@@ -241,7 +241,6 @@ TEST(CimomTest, FailsWithoutAContext)
 // In a process of its own, because the settings are read once.
 TEST(LogDeathTest, WritesWhatTheLevelLetsThrough)
 {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto write_and_exit = []
     {
         char made[] = "/tmp/cimple_log_XXXXXX";
