@@ -153,18 +153,23 @@ TEST_F(AssociationProvider, AFailingEndFailsTheLoadAndFreesTheLocks)
     struct Row
     {
         const char* what;
+        providerEnum_t map;
         std::function<void(bool)> setFailing;
     };
     const auto fail = [](auto&) { throw Load_Failed(); };
     const Row rows[] = {
-        {"first end", [&](bool on) { Managers::instead = on ? decltype(Managers::instead)(fail) : nullptr; }},
-        {"second end", [&](bool on) { Names::instead = on ? decltype(Names::instead)(fail) : nullptr; }},
+        {"first end",
+         Manager_Provider::kIndex,
+         [&](bool on) { Managers::instead = on ? decltype(Managers::instead)(fail) : nullptr; }},
+        {"second end",
+         Names_Provider::kIndex,
+         [&](bool on) { Names::instead = on ? decltype(Names::instead)(fail) : nullptr; }},
     };
     for (const Row& row : rows)
     {
         resetFakeProviders();
         ASSERT_EQ(serve<Pairs_Provider>().count, 1u);
-        clock.outlive();
+        maps().InstMapForceUnload(row.map);
         row.setFailing(true);
         EXPECT_EQ(Pairs_Provider().load(), LOAD_FAILED) << row.what;
         EXPECT_EQ(serve<Pairs_Provider>().status, ENUM_INSTANCES_FAILED) << row.what;

@@ -8,6 +8,7 @@
 #include <future>
 #include <set>
 #include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -248,6 +249,54 @@ TEST_F(InstanceProvider, NeverServesTheRestOfAFailedLoad)
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(wrong, 0);
+}
+
+// A provider that is overtaken between its load and its answer.
+class Overtaken_Provider : public Instance_Provider_Base<Overtaken_Provider, VRAX_FCPortStatistics>
+{
+  public:
+    static constexpr const char* kSource = "testProviders/Overtaken_Provider";
+    static inline std::function<void()> overtake;
+
+    Load_Status load()
+    {
+        const Load_Status status = Instance_Provider_Base::load();
+        if (overtake)
+            std::exchange(overtake, nullptr)();
+        return status;
+    }
+    void build(Map_Writer<VRAX_FCPortStatistics>& map) { Ports_Provider().build(map); }
+};
+
+TEST_F(InstanceProvider, LoadsAgainWhenOvertakenByAnUnloadOrAFailedLoad)
+{
+    const std::pair<const char*, std::function<void()>> rows[] = {
+        {"unload", [] { Ports_Provider().unload(); }},
+        {"failed load",
+         [this]
+         {
+             clock.outlive();
+             Ports::instead = [](Map_Writer<VRAX_FCPortStatistics>& map)
+             {
+                 Ports_Provider::insert(map, "1");
+                 throw Load_Failed();
+             };
+             Ports_Provider().load();
+             Ports::instead = nullptr;
+         }},
+    };
+    for (const auto& [what, overtake] : rows)
+    {
+        Overtaken_Provider::overtake = overtake;
+        const Served served = serve<Overtaken_Provider>();
+        EXPECT_EQ(served.status, ENUM_INSTANCES_OK) << what;
+        EXPECT_EQ(served.count, kPorts) << what;
+    }
+    // A map that is merely stale by now is still answered from.
+    const int builds = Ports::builds;
+    Overtaken_Provider::overtake = [this] { clock.outlive(); };
+    EXPECT_EQ(serve<Overtaken_Provider>().count, kPorts);
+    EXPECT_EQ(Ports::builds, builds);
 }
 
 // The server may unload a class while a request on it is being answered.

@@ -36,7 +36,6 @@ TEST_F(PlatformMemory, ACellAndItsValueAreGivenBack)
 
 TEST_F(PlatformMemory, LookingIntoNoCellStopsTheProgram)
 {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
     const XPL_Mem<char*> nothing(nullptr);
     EXPECT_DEATH(*nothing, "apps/cimd/XPL_Mem:.*T& XPL_Mem<T>::operator.*_p != 0");
 }

@@ -23,13 +23,7 @@ void holdDataCache()
     lock_order::obtained(lock_order::Lock::dataCache(), lock_order::Mode::Read);
 }
 
-class LockOrderDeathTest : public testing::Test
-{
-  protected:
-    void SetUp() override { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
-};
-
-TEST_F(LockOrderDeathTest, StopsInversionsWithBothNames)
+TEST(LockOrderDeathTest, StopsInversionsWithBothNames)
 {
     struct Row
     {
