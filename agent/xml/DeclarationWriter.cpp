@@ -31,13 +31,9 @@ void writeQualifiers(XmlWriter& xml, const Qualifiers& qualifiers)
         xml.attribute("TYPE", typeName(qualifier.value.type()));
         booleanAttribute(xml, "PROPAGATED", qualifier.propagated, false);
         writeFlavor(xml, qualifier.flavor);
-        if (qualifier.value.isNull())
-        {
-            xml.empty();
-            continue;
-        }
         xml.content();
-        writeValue(xml, qualifier.value);
+        if (!qualifier.value.isNull())
+            writeValue(xml, qualifier.value);
         xml.close("QUALIFIER");
     }
 }

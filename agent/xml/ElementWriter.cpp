@@ -70,10 +70,11 @@ void writeProperty(XmlWriter& xml, const Property& property)
     if (!property.classOrigin.empty())
         xml.attribute("CLASSORIGIN", property.classOrigin.str());
     writeEmbeddedAttribute(xml, type);
-    if (property.value.isNull())
-        return xml.empty();
+    // NULL takes two tags as well: sblim-wbemcli reads the one-tag form only of elements that never hold
+    // anything.
     xml.content();
-    writeValue(xml, property.value);
+    if (!property.value.isNull())
+        writeValue(xml, property.value);
     xml.close(tag);
 }
 
@@ -205,10 +206,9 @@ void writeArgument(XmlWriter& xml, const Argument& argument)
     const CimType type = argument.value.type();
     xml.open("PARAMVALUE").attribute("NAME", argument.name.str()).attribute("PARAMTYPE", typeName(type));
     writeEmbeddedAttribute(xml, type);
-    if (argument.value.isNull())
-        return xml.empty();
     xml.content();
-    writeValue(xml, argument.value);
+    if (!argument.value.isNull())
+        writeValue(xml, argument.value);
     xml.close("PARAMVALUE");
 }
 

@@ -19,7 +19,9 @@ def test_namespace_that_is_not_there_answers_3(agent, namespace):
 
 def test_interop_namespace_names_itself(connection):
     assert [ns["Name"] for ns in connection.EnumerateInstances("CIM_Namespace")] == ["root/interop"]
-    assert connection.find_interop_namespace() == "root/interop"
+    server = pywbem.WBEMServer(connection)
+    assert server.interop_ns == "root/interop"
+    assert server.namespaces == ["root/interop"]
 
 
 @pytest.mark.parametrize("class_name", ["CIM_WBEMServerNamespace", "__Namespace", "CIM_RegisteredProfileX"])
@@ -82,5 +84,5 @@ def test_classes_are_described(connection):
     assert "ResetSelectedStats" in statistics.methods
     names = connection.EnumerateClassNames(DeepInheritance=True)
     assert {"CIM_ManagedElement", "VRAX_NamespaceInManager", "VRAX_FCPortStatistics"} <= set(names)
-    derived = connection.EnumerateClasses("CIM_StatisticalData", DeepInheritance=True)
+    derived = connection.EnumerateClasses(ClassName="CIM_StatisticalData", DeepInheritance=True)
     assert {c.classname for c in derived} >= {"VRAX_FCPortStatistics", "VRAX_FCPortRateStatistics"}
