@@ -125,11 +125,12 @@ inline bool is_a(const Instance* instance)
     return __cast(&T::static_meta_class, instance) != nullptr;
 }
 
-// Finds the other ends of an association instance as seen from `instance`. A reference is the source end if
-// `instance` is of its declared class and has its keys; other references are collected, filtered by
-// `result_class` (or a subclass) and `result_role`. With `role`, the source end must have that name. Empty or
-// null texts filter nothing. The collected pointers are borrowed. Their number, or -1 if no reference is the
-// source end.
+// Finds the other ends of an association instance as seen from `instance`. It can be followed from each
+// reference that is the instance itself (of the reference's declared class, with the same keys) and named
+// `role`, to all other references, of which those named `result_role` and of `result_class` or a subclass are
+// collected. An instance that is joined to itself is its own other end, once. Empty or null texts filter
+// nothing; null references are passed over. The collected pointers are borrowed. Their number, or -1 if the
+// association cannot be followed.
 ssize_t get_associators(const Instance* instance,
                         const Instance* association_instance,
                         const char* result_class,

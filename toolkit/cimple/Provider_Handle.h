@@ -33,7 +33,9 @@ class CIMPLE_CIMPLE_LINKAGE Provider_Handle
     // operation is enumerated; if that fails, the failure is this operation's.
     Get_Instance_Status get_instance(const Instance* model, Instance*& instance);
 
+    // The provider makes the closing call; there is none if it does not have the operation.
     Enum_Instances_Status enum_instances(const Instance* model, Enum_Instances_Proc proc, void* client_data);
+
     Create_Instance_Status create_instance(Instance* instance);
     Delete_Instance_Status delete_instance(const Instance* instance);
     Modify_Instance_Status modify_instance(const Instance* model, const Instance* instance);
