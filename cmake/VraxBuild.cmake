@@ -40,11 +40,8 @@ target_link_libraries(vrax_warnings INTERFACE vrax_options)
 target_compile_options(vrax_warnings INTERFACE -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
                        -Woverloaded-virtual -Wformat=2)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # -Wnull-dereference reports paths through inlined standard library code when sanitizers are on.
+    # Without -Wnull-dereference: it speaks only in optimised builds, and there of the standard library's streams.
     target_compile_options(vrax_warnings INTERFACE -Wduplicated-cond -Wlogical-op)
-    if(NOT VRAX_SANITIZE)
-        target_compile_options(vrax_warnings INTERFACE -Wnull-dereference)
-    endif()
 elseif(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(vrax_warnings INTERFACE -Wthread-safety -Wthread-safety-beta)
 endif()
