@@ -59,20 +59,6 @@ bool canConnect(const Meta_Class* association,
     return source && result;
 }
 
-// Fills in the source. False if the answer is empty without asking the provider: the association is not of
-// the class asked for, or the source is of a class that it cannot refer to.
-bool prepare(Call& call, const CMPIObjectPath* path, const char* assocClass, Request& request)
-{
-    const Meta_Class* const own = call.providerClass();
-    if (!isOfClass(own, assocClass))
-        return false;
-    const Meta_Class* sourceClass = find_meta_class(own, classNameOf(path).c_str());
-    if (!sourceClass || !canConnect(own, sourceClass, request.role, request.resultRole))
-        return false;
-    request.source = call.from().fromPath(path, sourceClass, FromCmpi::kAllKeys);
-    return true;
-}
-
 struct AssociatorSearch
 {
     const Request& request;
@@ -139,6 +125,26 @@ void findReferences(Call& call, const Request& request, ResultSink& sink)
                                                   &sink));
 }
 
+// Fills in the source and searches. The answer is empty without asking the provider if the association is not
+// of the class asked for, or if the source is of a class that it cannot refer to.
+void answer(Call& call,
+            const CMPIObjectPath* path,
+            const char* assocClass,
+            Request& request,
+            ResultSink& sink,
+            void (*search)(Call&, const Request&, ResultSink&))
+{
+    const Meta_Class* const own = call.providerClass();
+    const Meta_Class* sourceClass = find_meta_class(own, classNameOf(path).c_str());
+    if (isOfClass(own, assocClass) && sourceClass &&
+        canConnect(own, sourceClass, request.role, request.resultRole))
+    {
+        request.source = call.from().fromPath(path, sourceClass, FromCmpi::kAllKeys);
+        search(call, request, sink);
+    }
+    sink.finish();
+}
+
 CMPIStatus cleanup(CMPIAssociationMI* mi, const CMPIContext* context, CMPIBoolean terminating)
 {
     return StaticData::of(mi->hdl).cleanup(kAssociationMi, context, terminating);
@@ -154,18 +160,13 @@ CMPIStatus associators(CMPIAssociationMI* mi,
                        const char* resultRole,
                        const char** properties)
 {
-    return run(
-        mi,
-        context,
-        "associators",
-        [&](Call& call)
-        {
-            ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Instances, properties);
-            Request request = {{}, textOrEmpty(resultClass), textOrEmpty(role), textOrEmpty(resultRole)};
-            if (prepare(call, path, assocClass, request))
-                findAssociators(call, request, sink);
-            sink.finish();
-        });
+    const auto body = [&](Call& call)
+    {
+        ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Instances, properties);
+        Request request = {{}, textOrEmpty(resultClass), textOrEmpty(role), textOrEmpty(resultRole)};
+        answer(call, path, assocClass, request, sink, findAssociators);
+    };
+    return run(mi, context, "associators", body);
 }
 
 CMPIStatus associatorNames(CMPIAssociationMI* mi,
@@ -177,18 +178,13 @@ CMPIStatus associatorNames(CMPIAssociationMI* mi,
                            const char* role,
                            const char* resultRole)
 {
-    return run(
-        mi,
-        context,
-        "associator names",
-        [&](Call& call)
-        {
-            ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Paths, nullptr);
-            Request request = {{}, textOrEmpty(resultClass), textOrEmpty(role), textOrEmpty(resultRole)};
-            if (prepare(call, path, assocClass, request))
-                findAssociatorNames(call, request, sink);
-            sink.finish();
-        });
+    const auto body = [&](Call& call)
+    {
+        ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Paths, nullptr);
+        Request request = {{}, textOrEmpty(resultClass), textOrEmpty(role), textOrEmpty(resultRole)};
+        answer(call, path, assocClass, request, sink, findAssociatorNames);
+    };
+    return run(mi, context, "associator names", body);
 }
 
 CMPIStatus references(CMPIAssociationMI* mi,
@@ -199,17 +195,13 @@ CMPIStatus references(CMPIAssociationMI* mi,
                       const char* role,
                       const char** properties)
 {
-    return run(mi,
-               context,
-               "references",
-               [&](Call& call)
-               {
-                   ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Instances, properties);
-                   Request request = {{}, {}, textOrEmpty(role), {}};
-                   if (prepare(call, path, resultClass, request))
-                       findReferences(call, request, sink);
-                   sink.finish();
-               });
+    const auto body = [&](Call& call)
+    {
+        ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Instances, properties);
+        Request request = {{}, {}, textOrEmpty(role), {}};
+        answer(call, path, resultClass, request, sink, findReferences);
+    };
+    return run(mi, context, "references", body);
 }
 
 CMPIStatus referenceNames(CMPIAssociationMI* mi,
@@ -219,17 +211,13 @@ CMPIStatus referenceNames(CMPIAssociationMI* mi,
                           const char* resultClass,
                           const char* role)
 {
-    return run(mi,
-               context,
-               "reference names",
-               [&](Call& call)
-               {
-                   ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Paths, nullptr);
-                   Request request = {{}, {}, textOrEmpty(role), {}};
-                   if (prepare(call, path, resultClass, request))
-                       findReferences(call, request, sink);
-                   sink.finish();
-               });
+    const auto body = [&](Call& call)
+    {
+        ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Paths, nullptr);
+        Request request = {{}, {}, textOrEmpty(role), {}};
+        answer(call, path, resultClass, request, sink, findReferences);
+    };
+    return run(mi, context, "reference names", body);
 }
 
 } // namespace

@@ -25,16 +25,42 @@ Adapter& enter(StaticData& data, const Gate::Pass& pass)
     return data.adapter();
 }
 
-} // namespace
-
-CMPIStatus statusOf(const StaticData& data, const char* operation, const Failure& failure) noexcept
+// The exception being handled, as a failure.
+Failure currentFailure()
 {
-    CMPIStatus status = {failure.code(), nullptr};
     try
     {
-        const Failure complete = failure.in(operation).in(data.className());
-        CIMPLE_ERR(("%s", complete.what()));
-        status.msg = CMNewString(data.broker, complete.what(), nullptr);
+        throw;
+    }
+    catch (const Failure& failure)
+    {
+        return failure;
+    }
+    catch (const std::exception& e)
+    {
+        return Failure(CMPI_RC_ERR_FAILED, std::string("exception: ") + e.what());
+    }
+    catch (...)
+    {
+        return Failure(CMPI_RC_ERR_FAILED, "exception of an unknown type");
+    }
+}
+
+} // namespace
+
+CMPIStatus statusOfException(const StaticData& data, const Operation& operation) noexcept
+{
+    CMPIStatus status = {CMPI_RC_ERR_FAILED, nullptr};
+    try
+    {
+        const Failure failure = currentFailure();
+        status.rc = failure.code();
+        std::string where = operation.verb;
+        if (operation.object)
+            where += std::string(" ") + operation.object;
+        const std::string text = failure.in(where).in(data.className()).what();
+        CIMPLE_ERR(("%s", text.c_str()));
+        status.msg = CMNewString(data.broker, text.c_str(), nullptr);
     }
     catch (const std::exception&)
     {

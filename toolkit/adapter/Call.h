@@ -11,34 +11,32 @@
 namespace cimple_cmpi
 {
 
-// A status with a text "<class>: <operation>: <reason>", made by the broker.
-CMPIStatus statusOf(const StaticData& data, const char* operation, const Failure& failure) noexcept;
+// What a broker asks for, as messages call it: "get instance", "method Reset".
+struct Operation
+{
+    Operation(const char* v, const char* o = nullptr) : verb(v), object(o) {}
 
-// Runs a body and turns whatever it throws into a status: nothing gets out into the broker's C code.
+    const char* verb;
+    const char* object; // may be null
+};
+
+// For catch (...): a status with a text "<class>: <operation>: <reason>", made by the broker. Whatever was
+// thrown is swallowed.
+CMPIStatus statusOfException(const StaticData& data, const Operation& operation) noexcept;
+
+// Runs a body; nothing that it throws gets out into the broker's C code.
 template <class Body>
-CMPIStatus guarded(StaticData& data, const char* operation, Body body) noexcept
+CMPIStatus guarded(StaticData& data, const Operation& operation, Body body) noexcept
 {
     try
     {
-        try
-        {
-            cimple::Error::clear();
-            body();
-            return {CMPI_RC_OK, nullptr};
-        }
-        catch (const Failure& failure)
-        {
-            return statusOf(data, operation, failure);
-        }
-        catch (const std::exception& e)
-        {
-            return statusOf(
-                data, operation, Failure(CMPI_RC_ERR_FAILED, std::string("exception: ") + e.what()));
-        }
+        cimple::Error::clear();
+        body();
+        return {CMPI_RC_OK, nullptr};
     }
     catch (...)
     {
-        return statusOf(data, operation, Failure(CMPI_RC_ERR_FAILED, "exception of an unknown type"));
+        return statusOfException(data, operation);
     }
 }
 
@@ -71,7 +69,7 @@ class Call
 
 // Runs a function of a management interface.
 template <class Mi, class Body>
-CMPIStatus run(const Mi* mi, const CMPIContext* context, const char* operation, Body body) noexcept
+CMPIStatus run(const Mi* mi, const CMPIContext* context, const Operation& operation, Body body) noexcept
 {
     StaticData& data = StaticData::of(mi->hdl);
     return guarded(data,

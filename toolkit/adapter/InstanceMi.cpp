@@ -12,6 +12,17 @@ using namespace cimple;
 namespace
 {
 
+void sayDone(const CMPIResult* result)
+{
+    checkBroker(CMReturnDone(result), "the end of the result");
+}
+
+// What a result must be an instance of besides the provider's class; null if no more is asked.
+const Meta_Class* wantedClass(const Call& call, const Meta_Class* modelClass)
+{
+    return modelClass == call.providerClass() ? nullptr : modelClass;
+}
+
 void enumerate(Call& call,
                const CMPIResult* result,
                const CMPIObjectPath* classPath,
@@ -19,96 +30,49 @@ void enumerate(Call& call,
                const char** properties)
 {
     const Meta_Class* modelClass = call.modelClass(classNameOf(classPath));
-    const Ref<Instance> model = call.from().fromPath(classPath, modelClass, FromCmpi::kNoKeys);
+    Ref<Instance> model = call.from().fromPath(classPath, modelClass, FromCmpi::kNoKeys);
     if (properties)
-        filter_properties(const_cast<Instance*>(model.ptr()), properties, true);
-    const Meta_Class* wanted = modelClass == call.providerClass() ? nullptr : modelClass;
-    ResultSink sink(call.broker(), result, nameSpaceOf(classPath), what, properties, wanted);
+        filter_properties(model.ptr(), properties, true);
+    ResultSink sink(
+        call.broker(), result, nameSpaceOf(classPath), what, properties, wantedClass(call, modelClass));
     checkProvider(call.provider().enum_instances(
         model.ptr(), ResultSink::receive<Instance*, Enum_Instances_Status>, &sink));
     sink.finish();
 }
 
-CMPIStatus cleanup(CMPIInstanceMI* mi, const CMPIContext* context, CMPIBoolean terminating)
+void get(Call& call, const CMPIResult* result, const CMPIObjectPath* path, const char** properties)
 {
-    return StaticData::of(mi->hdl).cleanup(kInstanceMi, context, terminating);
+    const Meta_Class* modelClass = call.modelClass(classNameOf(path));
+    Ref<Instance> model = call.from().fromPath(path, modelClass, FromCmpi::kAllKeys);
+    filter_properties(model.ptr(), properties, true);
+
+    Instance* found = nullptr;
+    const Get_Instance_Status status = call.provider().get_instance(model.ptr(), found);
+    const Ref<Instance> instance(found);
+    checkProvider(status);
+
+    ResultSink sink(call.broker(),
+                    result,
+                    nameSpaceOf(path),
+                    Deliver::Instances,
+                    properties,
+                    wantedClass(call, modelClass));
+    if (sink.take(instance.ptr()) && sink.taken() == 0)
+        throw Failure(CMPI_RC_ERR_NOT_FOUND,
+                      std::string("the instance with these keys is a ") + instance->meta_class->name);
+    sink.finish();
 }
 
-CMPIStatus enumerateInstanceNames(CMPIInstanceMI* mi,
-                                  const CMPIContext* context,
-                                  const CMPIResult* result,
-                                  const CMPIObjectPath* classPath)
+void create(Call& call, const CMPIResult* result, const CMPIObjectPath* classPath, const CMPIInstance* source)
 {
-    return run(mi,
-               context,
-               "enumerate instance names",
-               [&](Call& call) { enumerate(call, result, classPath, Deliver::Paths, nullptr); });
-}
-
-CMPIStatus enumerateInstances(CMPIInstanceMI* mi,
-                              const CMPIContext* context,
-                              const CMPIResult* result,
-                              const CMPIObjectPath* classPath,
-                              const char** properties)
-{
-    return run(mi,
-               context,
-               "enumerate instances",
-               [&](Call& call) { enumerate(call, result, classPath, Deliver::Instances, properties); });
-}
-
-CMPIStatus getInstance(CMPIInstanceMI* mi,
-                       const CMPIContext* context,
-                       const CMPIResult* result,
-                       const CMPIObjectPath* path,
-                       const char** properties)
-{
-    return run(
-        mi,
-        context,
-        "get instance",
-        [&](Call& call)
-        {
-            const Meta_Class* modelClass = call.modelClass(classNameOf(path));
-            const Ref<Instance> keys = call.from().fromPath(path, modelClass, FromCmpi::kAllKeys);
-            Ref<Instance> model(keys);
-            filter_properties(model.ptr(), properties, true);
-
-            Instance* found = nullptr;
-            const Get_Instance_Status status = call.provider().get_instance(model.ptr(), found);
-            const Ref<Instance> instance(found);
-            checkProvider(status);
-            if (!instance)
-                throw Failure(CMPI_RC_ERR_FAILED, "the provider reports success without an instance");
-            const Meta_Class* wanted = modelClass == call.providerClass() ? nullptr : modelClass;
-            ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Instances, properties, wanted);
-            if (sink.take(instance.ptr()) && sink.taken() == 0)
-                throw Failure(CMPI_RC_ERR_NOT_FOUND,
-                              std::string("the instance with these keys is a ") + instance->meta_class->name);
-            sink.finish();
-        });
-}
-
-CMPIStatus createInstance(CMPIInstanceMI* mi,
-                          const CMPIContext* context,
-                          const CMPIResult* result,
-                          const CMPIObjectPath* classPath,
-                          const CMPIInstance* source)
-{
-    return run(mi,
-               context,
-               "create instance",
-               [&](Call& call)
-               {
-                   const Meta_Class* modelClass = call.modelClass(classNameOf(classPath));
-                   const std::string nameSpace = nameSpaceOf(classPath);
-                   Ref<Instance> instance =
-                       call.from().fromInstance(source, modelClass, nameSpace, FromCmpi::kRefuse);
-                   checkProvider(call.provider().create_instance(instance.ptr()));
-                   ResultSink sink(call.broker(), result, nameSpace, Deliver::Paths, nullptr);
-                   sink.take(instance.ptr());
-                   sink.finish();
-               });
+    const Meta_Class* modelClass = call.modelClass(classNameOf(classPath));
+    const std::string nameSpace = nameSpaceOf(classPath);
+    Ref<Instance> instance = call.from().fromInstance(source, modelClass, nameSpace, FromCmpi::kRefuse);
+    checkProvider(call.provider().create_instance(instance.ptr()));
+    // The provider may have filled in keys.
+    ResultSink sink(call.broker(), result, nameSpace, Deliver::Paths, nullptr);
+    sink.take(instance.ptr());
+    sink.finish();
 }
 
 // Keys may come in the path, in the instance or in both; where both have one they must agree.
@@ -136,6 +100,81 @@ void mergeKeys(Instance* instance, const Instance* keys)
     copy_keys(instance, keys);
 }
 
+void modify(Call& call,
+            const CMPIResult* result,
+            const CMPIObjectPath* path,
+            const CMPIInstance* source,
+            const char** properties)
+{
+    const Meta_Class* modelClass = call.modelClass(classNameOf(path));
+    for (const char** name = properties; name && *name; name++)
+        if (!find_feature(modelClass, *name, CIMPLE_FLAG_PROPERTY | CIMPLE_FLAG_REFERENCE))
+            throw Failure(CMPI_RC_ERR_INVALID_PARAMETER,
+                          std::string("class ") + modelClass->name + " has no property " + *name);
+    const FromCmpi from = call.from();
+    const Ref<Instance> keys = from.fromPath(path, modelClass, FromCmpi::kAllKeys);
+    Ref<Instance> instance = from.fromInstance(source, modelClass, nameSpaceOf(path), FromCmpi::kRefuse);
+    mergeKeys(instance.ptr(), keys.ptr());
+    Ref<Instance> model(clone(instance.ptr()));
+    filter_properties(model.ptr(), properties, true);
+    checkProvider(call.provider().modify_instance(model.ptr(), instance.ptr()));
+    sayDone(result);
+}
+
+void remove(Call& call, const CMPIResult* result, const CMPIObjectPath* path)
+{
+    const Meta_Class* modelClass = call.modelClass(classNameOf(path));
+    const Ref<Instance> keys = call.from().fromPath(path, modelClass, FromCmpi::kAllKeys);
+    checkProvider(call.provider().delete_instance(keys.ptr()));
+    sayDone(result);
+}
+
+// --- the functions of the table
+
+CMPIStatus cleanup(CMPIInstanceMI* mi, const CMPIContext* context, CMPIBoolean terminating)
+{
+    return StaticData::of(mi->hdl).cleanup(kInstanceMi, context, terminating);
+}
+
+CMPIStatus enumerateInstanceNames(CMPIInstanceMI* mi,
+                                  const CMPIContext* context,
+                                  const CMPIResult* result,
+                                  const CMPIObjectPath* classPath)
+{
+    const auto body = [&](Call& call) { enumerate(call, result, classPath, Deliver::Paths, nullptr); };
+    return run(mi, context, "enumerate instance names", body);
+}
+
+CMPIStatus enumerateInstances(CMPIInstanceMI* mi,
+                              const CMPIContext* context,
+                              const CMPIResult* result,
+                              const CMPIObjectPath* classPath,
+                              const char** properties)
+{
+    const auto body = [&](Call& call) { enumerate(call, result, classPath, Deliver::Instances, properties); };
+    return run(mi, context, "enumerate instances", body);
+}
+
+CMPIStatus getInstance(CMPIInstanceMI* mi,
+                       const CMPIContext* context,
+                       const CMPIResult* result,
+                       const CMPIObjectPath* path,
+                       const char** properties)
+{
+    const auto body = [&](Call& call) { get(call, result, path, properties); };
+    return run(mi, context, "get instance", body);
+}
+
+CMPIStatus createInstance(CMPIInstanceMI* mi,
+                          const CMPIContext* context,
+                          const CMPIResult* result,
+                          const CMPIObjectPath* classPath,
+                          const CMPIInstance* source)
+{
+    const auto body = [&](Call& call) { create(call, result, classPath, source); };
+    return run(mi, context, "create instance", body);
+}
+
 CMPIStatus modifyInstance(CMPIInstanceMI* mi,
                           const CMPIContext* context,
                           const CMPIResult* result,
@@ -143,27 +182,8 @@ CMPIStatus modifyInstance(CMPIInstanceMI* mi,
                           const CMPIInstance* source,
                           const char** properties)
 {
-    return run(mi,
-               context,
-               "modify instance",
-               [&](Call& call)
-               {
-                   const Meta_Class* modelClass = call.modelClass(classNameOf(path));
-                   for (const char** name = properties; name && *name; name++)
-                       if (!find_feature(modelClass, *name, CIMPLE_FLAG_PROPERTY | CIMPLE_FLAG_REFERENCE))
-                           throw Failure(CMPI_RC_ERR_INVALID_PARAMETER,
-                                         std::string("class ") + modelClass->name + " has no property " +
-                                             *name);
-                   const FromCmpi from = call.from();
-                   const Ref<Instance> keys = from.fromPath(path, modelClass, FromCmpi::kAllKeys);
-                   Ref<Instance> instance =
-                       from.fromInstance(source, modelClass, nameSpaceOf(path), FromCmpi::kRefuse);
-                   mergeKeys(instance.ptr(), keys.ptr());
-                   Ref<Instance> model(clone(instance.ptr()));
-                   filter_properties(model.ptr(), properties, true);
-                   checkProvider(call.provider().modify_instance(model.ptr(), instance.ptr()));
-                   checkBroker(CMReturnDone(result), "the end of the result");
-               });
+    const auto body = [&](Call& call) { modify(call, result, path, source, properties); };
+    return run(mi, context, "modify instance", body);
 }
 
 CMPIStatus deleteInstance(CMPIInstanceMI* mi,
@@ -171,16 +191,8 @@ CMPIStatus deleteInstance(CMPIInstanceMI* mi,
                           const CMPIResult* result,
                           const CMPIObjectPath* path)
 {
-    return run(mi,
-               context,
-               "delete instance",
-               [&](Call& call)
-               {
-                   const Meta_Class* modelClass = call.modelClass(classNameOf(path));
-                   const Ref<Instance> keys = call.from().fromPath(path, modelClass, FromCmpi::kAllKeys);
-                   checkProvider(call.provider().delete_instance(keys.ptr()));
-                   checkBroker(CMReturnDone(result), "the end of the result");
-               });
+    const auto body = [&](Call& call) { remove(call, result, path); };
+    return run(mi, context, "delete instance", body);
 }
 
 CMPIStatus execQuery(CMPIInstanceMI* mi,
@@ -190,9 +202,8 @@ CMPIStatus execQuery(CMPIInstanceMI* mi,
                      const char*,
                      const char*)
 {
-    return guarded(StaticData::of(mi->hdl),
-                   "execute query",
-                   [] { throw Failure(CMPI_RC_ERR_NOT_SUPPORTED, "queries are not supported"); });
+    const auto body = [] { throw Failure(CMPI_RC_ERR_NOT_SUPPORTED, "queries are not supported"); };
+    return guarded(StaticData::of(mi->hdl), "execute query", body);
 }
 
 } // namespace

@@ -81,6 +81,35 @@ void returnOutput(const Instance* object, ToCmpi& to, const CMPIResult* result, 
     checkBroker(CMReturnDone(result), "the end of the result");
 }
 
+void invoke(Call& call,
+            const CMPIResult* result,
+            const CMPIObjectPath* path,
+            const char* methodName,
+            const CMPIArgs* in,
+            CMPIArgs* out)
+{
+    const Meta_Class* modelClass = call.modelClass(classNameOf(path));
+    const Meta_Method* method = find_method(modelClass, methodName);
+    if (!method)
+        throw Failure(CMPI_RC_ERR_METHOD_NOT_FOUND,
+                      std::string("class ") + modelClass->name + " has no such method");
+    // A static method may be called on the class or on any instance of it.
+    const bool needsInstance = !(method->flags & CIMPLE_FLAG_STATIC) || CMGetKeyCount(path, nullptr) != 0;
+    const FromCmpi from = call.from();
+    const Ref<Instance> self =
+        from.fromPath(path, modelClass, needsInstance ? FromCmpi::kAllKeys : FromCmpi::kNoKeys);
+    const std::string nameSpace = nameSpaceOf(path);
+    Ref<Instance> object = methodObject(method, from, in, nameSpace);
+
+    bool known = false;
+    const Invoke_Method_Status status = call.provider().invoke_method(self.ptr(), object.ptr(), &known);
+    if (!known)
+        throw Failure(CMPI_RC_ERR_METHOD_NOT_FOUND, "the provider does not have it");
+    checkProvider(status);
+    ToCmpi to(call.broker(), nameSpace);
+    returnOutput(object.ptr(), to, result, out);
+}
+
 CMPIStatus cleanup(CMPIMethodMI* mi, const CMPIContext* context, CMPIBoolean terminating)
 {
     return StaticData::of(mi->hdl).cleanup(kMethodMi, context, terminating);
@@ -90,33 +119,12 @@ CMPIStatus invokeMethod(CMPIMethodMI* mi,
                         const CMPIContext* context,
                         const CMPIResult* result,
                         const CMPIObjectPath* path,
-                        const char* methodName,
+                        const char* method,
                         const CMPIArgs* in,
                         CMPIArgs* out)
 {
-    const std::string operation = std::string("method ") + methodName;
-    return run(mi,
-               context,
-               operation.c_str(),
-               [&](Call& call)
-               {
-                   const Meta_Class* modelClass = call.modelClass(classNameOf(path));
-                   const Meta_Method* method = find_method(modelClass, methodName);
-                   if (!method)
-                       throw Failure(CMPI_RC_ERR_METHOD_NOT_FOUND,
-                                     std::string("class ") + modelClass->name + " has no such method");
-                   // A static method may be called on the class or on any instance of it.
-                   const bool needsInstance =
-                       !(method->flags & CIMPLE_FLAG_STATIC) || CMGetKeyCount(path, nullptr) != 0;
-                   const FromCmpi from = call.from();
-                   const Ref<Instance> self = from.fromPath(
-                       path, modelClass, needsInstance ? FromCmpi::kAllKeys : FromCmpi::kNoKeys);
-                   const std::string nameSpace = nameSpaceOf(path);
-                   Ref<Instance> object = methodObject(method, from, in, nameSpace);
-                   checkProvider(call.provider().invoke_method(self.ptr(), object.ptr()));
-                   ToCmpi to(call.broker(), nameSpace);
-                   returnOutput(object.ptr(), to, result, out);
-               });
+    const auto body = [&](Call& call) { invoke(call, result, path, method, in, out); };
+    return run(mi, context, {"method", method}, body);
 }
 
 } // namespace

@@ -234,10 +234,13 @@ Modify_Instance_Status Provider_Handle::modify_instance(const Instance* model, c
                    MODIFY_INSTANCE_FAILED);
 }
 
-Invoke_Method_Status Provider_Handle::invoke_method(const Instance* instance, Instance* method)
+Invoke_Method_Status Provider_Handle::invoke_method(const Instance* instance, Instance* method, bool* known)
 {
+    const int rc = call(OPERATION_INVOKE_METHOD, _provider, instance, method);
+    if (known)
+        *known = rc != -1;
     return checked(
-        call(OPERATION_INVOKE_METHOD, _provider, instance, method),
+        rc,
         {INVOKE_METHOD_OK, INVOKE_METHOD_FAILED, INVOKE_METHOD_UNSUPPORTED, INVOKE_METHOD_ACCESS_DENIED},
         INVOKE_METHOD_UNSUPPORTED,
         INVOKE_METHOD_FAILED);

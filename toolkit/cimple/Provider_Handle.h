@@ -39,7 +39,10 @@ class CIMPLE_CIMPLE_LINKAGE Provider_Handle
     Create_Instance_Status create_instance(Instance* instance);
     Delete_Instance_Status delete_instance(const Instance* instance);
     Modify_Instance_Status modify_instance(const Instance* model, const Instance* instance);
-    Invoke_Method_Status invoke_method(const Instance* instance, Instance* method);
+
+    // `known`, unless null, tells whether the provider has the method at all.
+    Invoke_Method_Status invoke_method(const Instance* instance, Instance* method, bool* known = nullptr);
+
     Enable_Indications_Status enable_indications(Indication_Proc proc, void* client_data);
     Disable_Indications_Status disable_indications();
 
