@@ -79,13 +79,19 @@ void InstanceObject::set(std::string_view name, CimValue value)
     auto fitting = conform(std::move(value), declared.type, declared.isArray);
     if (!fitting)
     {
-        if (_fault.empty())
-            _fault = "class " + info->name().str() + ": property " + declared.name.str() + " was set as " +
-                     typeText(givenType, givenArray) + " but is " + typeText(declared.type, declared.isArray);
+        fail(declared.name.str(),
+             "was set as " + typeText(givenType, givenArray) + " but is " +
+                 typeText(declared.type, declared.isArray));
         throw CmpiError(CMPI_RC_ERR_TYPE_MISMATCH, _fault);
     }
     properties[index].value = std::move(*fitting);
     _isSet[index] = true;
+}
+
+void InstanceObject::fail(std::string_view name, const std::string& reason)
+{
+    if (_fault.empty())
+        _fault = "class " + _instance.className().str() + ": property " + std::string(name) + ' ' + reason;
 }
 
 const Property* InstanceObject::find(std::string_view name) const

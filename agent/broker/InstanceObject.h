@@ -22,6 +22,8 @@ struct InstanceObject : CMPIInstance, Tracked
 
     // CmpiError if the class lacks the property or the value is of another type.
     void set(std::string_view name, CimValue value);
+    // Keeps why a value for a property could not even be read; the first reason is told.
+    void fail(std::string_view name, const std::string& reason);
     // Properties the class has but nobody set are not there.
     const Property* find(std::string_view name) const;
     const Property* at(std::size_t index) const;

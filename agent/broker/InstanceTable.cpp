@@ -3,6 +3,9 @@
 #include "agent/broker/InstanceObject.h"
 #include "agent/log/Log.h"
 
+#include <mutex>
+#include <unordered_set>
+
 namespace cimd
 {
 namespace
@@ -52,6 +55,34 @@ CMPICount getPropertyCount(const CMPIInstance* instance, CMPIStatus* rc)
     return answer(rc, [&] { return static_cast<CMPICount>(objectOf<InstanceObject>(instance).count()); });
 }
 
+// Providers seldom look at the status of setProperty, and the value is lost: the log says so, but not for
+// every instance of an enumeration.
+void report(const CMPIStatus& status)
+{
+    constexpr std::size_t kMaxReported = 256;
+    static auto& mutex = *new std::mutex;
+    static auto& reported = *new std::unordered_set<std::string>;
+    if (status.rc == CMPI_RC_OK || !status.msg)
+        return;
+    const std::string& text = objectOf<StringObject>(status.msg).text;
+    const std::lock_guard lock(mutex);
+    if (reported.size() < kMaxReported && reported.insert(text).second)
+        log(LogLevel::Warning, "broker", "setProperty: " + text + "; said once");
+}
+
+CimValue readValue(InstanceObject& object, const char* name, const CMPIValue* value, CMPIType type)
+{
+    try
+    {
+        return fromCmpi(value, type);
+    }
+    catch (const CmpiError& error)
+    {
+        object.fail(name, std::string("was set to something unreadable: ") + error.what());
+        throw;
+    }
+}
+
 // The origin is the repository's to say.
 CMPIStatus setPropertyWithOrigin(const CMPIInstance* instance,
                                  const char* name,
@@ -63,11 +94,10 @@ CMPIStatus setPropertyWithOrigin(const CMPIInstance* instance,
         [&]
         {
             auto& object = objectOf<InstanceObject>(instance);
-            object.set(required(name, "the name of a property"), fromCmpi(value, type));
+            required(name, "the name of a property");
+            object.set(name, readValue(object, name, value, type));
         });
-    // Providers seldom look at this code, and the value is lost.
-    if (status.rc != CMPI_RC_OK && status.msg)
-        log(LogLevel::Warning, "broker", "setProperty: " + objectOf<StringObject>(status.msg).text);
+    report(status);
     return status;
 }
 

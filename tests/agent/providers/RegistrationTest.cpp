@@ -1,6 +1,7 @@
 // The registration file and what can be wrong with it and with the libraries it names.
 #include "agent/providers/Registration.h"
 
+#include "agent/log/Log.h"
 #include "tests/agent/testproviders/TestCore.h"
 
 #include <gtest/gtest.h>
@@ -118,6 +119,23 @@ TEST(Registration, ReportsFactoriesThatAreMissingOrFail)
               std::string::npos);
     EXPECT_EQ(outcome("Test_Faulty", "Go"), "1 not ready, attempt 1");
     EXPECT_EQ(outcome("Test_Faulty", "Go"), "1 not ready, attempt 2"); // every request tries again
+}
+
+TEST(Libraries, WriteToTheAgentsLogAtItsLevel)
+{
+    const auto linesAt = [](LogLevel level)
+    {
+        std::string lines;
+        setLogWriter([&](LogLevel, std::string_view line) { lines.append(line.substr(line.find(' ') + 1)); });
+        const LogLevel before = logLevel();
+        setLogLevel(level);
+        test::TestCore().names("Test_Widget");
+        setLogLevel(before);
+        setLogWriter({});
+        return lines;
+    };
+    EXPECT_EQ(linesAt(LogLevel::Info), "info module: store seeded");
+    EXPECT_EQ(linesAt(LogLevel::Warning), "");
 }
 
 } // namespace

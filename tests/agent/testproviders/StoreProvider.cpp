@@ -11,6 +11,8 @@ namespace
 {
 
 const CMPIBroker* broker = nullptr;
+void (*logSink)(int level, const char* text) = nullptr;
+int logLevel = 0;
 std::mutex storeMutex;
 std::map<std::string, CMPIInstance*>& store() // clones, by text of the path
 {
@@ -269,8 +271,17 @@ Store_Create_InstanceMI(const CMPIBroker* mb, const CMPIContext*, CMPIStatus* rc
     seed("Test_Widget", "w2");
     seed("Test_Gadget", "g1");
     seed("Test_Sprocket", "s1");
+    if (logSink && logLevel <= 2)
+        logSink(2, "store seeded");
     *rc = ok();
     return &instanceMi;
+}
+
+// The agent gives this library its log.
+CMPI_EXTERN_C void cim_log_configure(int level, void (*sink)(int level, const char* text))
+{
+    logLevel = level;
+    logSink = sink;
 }
 
 CMPI_EXTERN_C CMPIMethodMI* Store_Create_MethodMI(const CMPIBroker* mb, const CMPIContext*, CMPIStatus* rc)

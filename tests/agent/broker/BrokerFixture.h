@@ -1,0 +1,59 @@
+// A broker and a call in progress on it, without any provider library.
+#pragma once
+
+#include "agent/broker/ProviderCall.h"
+#include "tests/agent/testproviders/TestCore.h"
+
+#include <cmpimacs.h>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace cimd::test
+{
+
+inline const ClassRepository& sharedRepository()
+{
+    static const ClassRepository repository = ClassRepository::load(repositoryFile());
+    return repository;
+}
+
+class Results : public ResultReceiver
+{
+  public:
+    void instance(const Instance& instance, const ClassInfo&) override { instances.push_back(instance); }
+    void path(const ObjectPath& path, const ClassInfo&) override { paths.push_back(path); }
+    void data(const CimValue& value) override { values.push_back(value); }
+
+    std::vector<Instance> instances;
+    std::vector<ObjectPath> paths;
+    std::vector<CimValue> values;
+};
+
+class BrokerFixture : public testing::Test
+{
+  protected:
+    Broker broker{sharedRepository()};
+    const CMPIBroker* mb = broker.handle();
+    RequestContext request{"alice", "192.0.2.1:40000", "de"};
+    Results results;
+    ProviderCall call{broker, {request, "root/test", CMPI_FLAG_DeepInheritance, "operator", "Test"}, results};
+
+    CMPIObjectPath* newPath(const char* className)
+    {
+        return CMNewObjectPath(mb, "root/test", className, nullptr);
+    }
+
+    CMPIInstance* newWidget(const char* name = "w")
+    {
+        CMPIObjectPath* path = newPath("Test_Widget");
+        path->ft->addKey(path, "Name", reinterpret_cast<const CMPIValue*>(name), CMPI_chars);
+        return CMNewInstance(mb, path, nullptr);
+    }
+};
+
+inline std::string text(const CMPIString* string)
+{
+    return string ? CMGetCharsPtr(string, nullptr) : "(null)";
+}
+
+} // namespace cimd::test
