@@ -37,9 +37,9 @@ bool isOfClass(const Meta_Class* metaClass, const char* name)
     return false;
 }
 
-// Whether instances of the association can refer to an instance of the source class (in that role) and, by
-// another reference of that role, to something else. Spares the provider requests that have no answer: a
-// broker asks all associations when the client names none.
+// Whether the association has a reference of that role to which an instance of the source class can be bound,
+// and one of the result role. Spares the provider requests that have no answer: a broker asks all
+// associations when the client names none.
 bool canConnect(const Meta_Class* association,
                 const Meta_Class* sourceClass,
                 const String& role,
