@@ -3,6 +3,7 @@
 #define TESTS_BENCH_BENCHES_H
 
 #include <cstddef>
+#include <string>
 
 namespace bench
 {
@@ -13,8 +14,8 @@ constexpr std::size_t kPortCounts[] = {15, 153, 1536};
 void benchMaps();
 void benchLoads();
 void benchDispatch();
-// `shareDir` holds repository.xml and providers.reg, `libDir` the module.
-void benchCmpi(const char* shareDir, const char* libDir);
+// `buildDir` holds share/cimd/ and the module in lib/.
+void benchCmpi(const std::string& buildDir);
 
 } // namespace bench
 

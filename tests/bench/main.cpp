@@ -16,6 +16,7 @@ int main(int argc, char** argv)
         bench::benchMaps();
         bench::benchLoads();
         bench::benchDispatch();
+        bench::benchCmpi(argv[1]);
     }
     catch (const std::exception& failure)
     {
