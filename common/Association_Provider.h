@@ -47,44 +47,45 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
 
   protected:
     // A new association instance between clones of the two instances; the caller may fill further properties
-    // before it inserts it. Never null: throws when it cannot be created.
-    static Owned<CLASS> pair(const Instance* first, const Instance* second)
+    // before it inserts it. Never null: throws, in the name of the caller's line, when it cannot be created.
+    static Owned<CLASS> pair(const Instance* first, const Instance* second, int line = __builtin_LINE())
     {
         Owned<CLASS> association = makeWithDefaults<CLASS>();
         if (!association)
         {
             throw VRAX_Except(PROVIDER::kSource,
                               "load",
-                              __LINE__,
+                              line,
                               CRIT,
                               "Unable to create instance of %s",
                               CLASS::static_meta_class.name);
         }
-        refer(association.get()->*PROVIDER::kFirstRole, first);
-        refer(association.get()->*PROVIDER::kSecondRole, second);
+        refer(association.get()->*PROVIDER::kFirstRole, first, line);
+        refer(association.get()->*PROVIDER::kSecondRole, second, line);
         return association;
     }
 
     // Adds the pair to the map; a pair that is already there is dropped.
-    static void join(Map_Writer<CLASS>& map, const Instance* first, const Instance* second)
+    static void
+    join(Map_Writer<CLASS>& map, const Instance* first, const Instance* second, int line = __builtin_LINE())
     {
-        Owned<CLASS> association = pair(first, second);
+        Owned<CLASS> association = pair(first, second, line);
         map.insert(association);
     }
 
     // Joins the first instance of each end; nothing when either end has none.
     template <class FIRST, class SECOND>
-    static void joinFirst(Map_Writer<CLASS>& map)
+    static void joinFirst(Map_Writer<CLASS>& map, int line = __builtin_LINE())
     {
         const FIRST* first = Map_View<FIRST>().first();
         const SECOND* second = Map_View<SECOND>().first();
         if (first != nullptr && second != nullptr)
-            join(map, first, second);
+            join(map, first, second, line);
     }
 
   private:
     template <class REFERENCED>
-    static void refer(REFERENCED*& reference, const Instance* target)
+    static void refer(REFERENCED*& reference, const Instance* target, int line)
     {
         Owned<Instance> copy(clone(target));
         reference = cast<REFERENCED*>(copy.get());
@@ -92,7 +93,7 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
         {
             throw VRAX_Except(PROVIDER::kSource,
                               "load",
-                              __LINE__,
+                              line,
                               CRIT,
                               "%s cannot refer to an instance of %s",
                               CLASS::static_meta_class.name,

@@ -6,10 +6,10 @@
 namespace cimple
 {
 
-void requireCacheLock(const CacheLock& lock, const char* source)
+void requireCacheLock(const CacheLock& lock, const char* source, int line)
 {
     if (!lock.obtained())
-        throw VRAX_Except(source, "load", __LINE__, CRIT, "Unable to obtaion datacache rdlock");
+        throw VRAX_Except(source, "load", line, CRIT, "Unable to obtaion datacache rdlock");
 }
 
 } // namespace cimple

@@ -36,8 +36,9 @@ class CacheLock
     bool _obtained;
 };
 
-// For loads: throws a critical VRAX_Except in the name of `source`'s load when the lock was not obtained.
-void requireCacheLock(const CacheLock& lock, const char* source);
+// For loads: throws a critical VRAX_Except in the name of `source`'s load, at the caller's line, when the
+// lock was not obtained.
+void requireCacheLock(const CacheLock& lock, const char* source, int line = __builtin_LINE());
 
 } // namespace cimple
 

@@ -133,14 +133,15 @@ class Map_Provider
         return LOAD_FAILED;
     }
 
-    // Inserts an instance whose keys are all set; a duplicate is dropped. Throws when a key is missing.
-    static void insertChecked(Map_Writer<CLASS>& target, Owned<CLASS>& instance)
+    // Inserts an instance whose keys are all set; a duplicate is dropped. Throws, in the name of the
+    // caller's line, when a key is missing.
+    static void insertChecked(Map_Writer<CLASS>& target, Owned<CLASS>& instance, int line = __builtin_LINE())
     {
         if (!checkInstanceKeys(instance.get()))
         {
             throw VRAX_Except(PROVIDER::kSource,
                               "load",
-                              __LINE__,
+                              line,
                               CRIT,
                               "%s::One or more Key Properties are not Populated",
                               CLASS::static_meta_class.name);

@@ -8,10 +8,10 @@
 namespace cimple
 {
 
-Local_Switch_Wwn::Local_Switch_Wwn(const char* source) : _cell(get_Local_Switch_World_Wide_Name())
+Local_Switch_Wwn::Local_Switch_Wwn(const char* source, int line) : _cell(get_Local_Switch_World_Wide_Name())
 {
     if (_cell.empty() || *_cell == nullptr)
-        throw VRAX_Except(source, "load", __LINE__, CRIT, "Unable to retrieve localWWN");
+        throw VRAX_Except(source, "load", line, CRIT, "Unable to retrieve localWWN");
 }
 
 Root_Ports::Iterator Root_Ports::begin() const

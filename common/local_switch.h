@@ -15,8 +15,9 @@ namespace cimple
 class Local_Switch_Wwn
 {
   public:
-    // Asks the switch; throws a critical VRAX_Except in the name of `source`'s load when there is no WWN.
-    explicit Local_Switch_Wwn(const char* source);
+    // Asks the switch; throws a critical VRAX_Except in the name of `source`'s load, at the caller's line,
+    // when there is no WWN.
+    explicit Local_Switch_Wwn(const char* source, int line = __builtin_LINE());
 
     const char* text() const { return *_cell; }
 

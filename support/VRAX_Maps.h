@@ -20,12 +20,7 @@ namespace cimple
 // How long a loaded map is served before the switch is read again.
 constexpr std::uint32_t kFreshnessMilliseconds = 30000;
 
-// All operations may be called from any thread. The maps themselves are guarded by their locks: read under
-// the read lock, change under the write lock.
-//
-// Lock order: association-load mutex, then maps by rank (maps.def), then the data cache's read lock. A thread
-// that holds a map lock must not ask for the association-load mutex unless it already holds it.
-class VRAX_ANNOTATE(capability("association-load mutex")) Association_Load_Mutex
+class VRAX_CAPABILITY("association-load mutex") Association_Load_Mutex
 {
   public:
     Association_Load_Mutex();
@@ -41,6 +36,11 @@ class VRAX_ANNOTATE(capability("association-load mutex")) Association_Load_Mutex
     pthread_mutex_t _mutex;
 };
 
+// All operations may be called from any thread. The maps themselves are guarded by their locks: read under
+// the read lock, change under the write lock.
+//
+// Lock order: association-load mutex, then maps by rank (maps.def), then the data cache's read lock. A thread
+// that holds a map lock must not ask for the association-load mutex unless it already holds it.
 class VRAX_Maps
 {
   public:
