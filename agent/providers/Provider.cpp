@@ -5,12 +5,28 @@
 #include "agent/cim/CimError.h"
 #include "agent/log/Log.h"
 
+#include <cstddef>
+#include <cstring>
 #include <utility>
 
 namespace cimd
 {
 namespace
 {
+
+// The tables of these interfaces have been the same since CMPI 1.0, so every function must be there.
+template <class Table>
+bool isComplete(const Table& table)
+{
+    for (std::size_t offset = offsetof(Table, cleanup); offset < sizeof(Table); offset += sizeof(void*))
+    {
+        const void* function = nullptr;
+        std::memcpy(&function, reinterpret_cast<const char*>(&table) + offset, sizeof(function));
+        if (!function)
+            return false;
+    }
+    return true;
+}
 
 // Neither factories nor cleanup return results.
 class NoResults : public ResultReceiver
@@ -51,8 +67,8 @@ Interface* Provider::create(const char* kind)
                                : generic(_broker.handle(), call.context(), _name.c_str(), &status);
             return status;
         });
-    if (!created || !created->ft)
-        throw CimError(CimStatus::Failed, label + " returned no interface");
+    if (!created || !created->ft || !isComplete(*created->ft))
+        throw CimError(CimStatus::Failed, label + " returned no complete interface");
     log(LogLevel::Debug, "providers", label + " succeeded");
     return created;
 }
@@ -61,7 +77,7 @@ template <class Interface>
 void Provider::cleanUp(InterfaceSlot<Interface>& slot, const char* kind)
 {
     Interface* ending = slot.take();
-    if (!ending || !ending->ft->cleanup)
+    if (!ending)
         return;
     const RequestContext nobody;
     NoResults results;

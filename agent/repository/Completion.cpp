@@ -38,7 +38,8 @@ bool isComplete(const ObjectPath& path, const ClassRepository& repository)
         return false;
     if (!info)
         return true;
-    if (!info->name().identical(path.className()) || path.keys().size() != info->keys().size())
+    if (!path.host().empty() || !info->name().identical(path.className()) ||
+        path.keys().size() != info->keys().size())
         return false;
     for (std::size_t i = 0; i < path.keys().size(); ++i)
     {
@@ -87,6 +88,7 @@ void completePath(ObjectPath& path,
                   const ClassRepository& repository,
                   const std::string& nameSpace)
 {
+    path.setHost({});
     path.setClassName(info.name());
     if (path.nameSpace().empty())
         path.setNameSpace(nameSpace);

@@ -18,9 +18,9 @@ class ShapeError : public std::runtime_error
 };
 
 // Makes the path of an instance complete: class and key names in declared letter case, key values of the
-// declared types, references among them complete as well, the namespace filled in where there is none.
-// ShapeError if a key is missing, unknown or of the wrong type. Equal instances have identical paths
-// afterwards.
+// declared types, references among them complete as well, the namespace filled in where there is none, no
+// host: it says how somebody reached the object, not which it is. ShapeError if a key is missing, unknown or
+// of the wrong type. Equal instances have identical paths afterwards.
 void completePath(ObjectPath& path,
                   const ClassInfo& info,
                   const ClassRepository& repository,

@@ -172,7 +172,11 @@ Instance ProviderService::getInstance(const RequestContext& context, const GetIn
         throw CimError(CimStatus::NotFound, "there is no instance " + path.text());
     if (found.items.size() > 1)
         throw CimError(CimStatus::Failed, "the provider returned several instances for " + path.text());
-    return std::move(found.items.front());
+    Instance& instance = found.items.front();
+    if (instance.path() != path)
+        throw CimError(CimStatus::Failed,
+                       "the provider returned " + instance.path().text() + " for " + path.text());
+    return std::move(instance);
 }
 
 ObjectPath ProviderService::createInstance(const RequestContext& context,

@@ -121,6 +121,37 @@ TEST(Registration, ReportsFactoriesThatAreMissingOrFail)
     EXPECT_EQ(outcome("Test_Faulty", "Go"), "1 not ready, attempt 2"); // every request tries again
 }
 
+// A provider that cannot answer shows who is asked: an association that cannot have the source at one end,
+// and the result at the other, is left alone.
+TEST(Registration, RefusesAnIncompleteInterfaceWhenItIsNeeded)
+{
+    AgentCore core(ClassRepository::load(test::repositoryFile()),
+                   parseRegistrations("[Test_Ownership]\nprovider: Faulty\nlocation: cimd_test_providers\n"
+                                      "type: association\nnamespace: root/test\n",
+                                      "x.reg"),
+                   test::providerDirectory());
+    const auto isAsked =
+        [&](const char* source, const char* resultClass, const char* role, const char* resultRole)
+    {
+        Collector<ObjectPath> paths;
+        const AssociatorNamesRequest request{
+            test::kNameSpace, test::named(source, "x"), "", resultClass, role, resultRole};
+        const std::string got = test::outcome([&] { core.service().associatorNames({}, request, paths); });
+        EXPECT_TRUE(got == "OK" || got.find("Faulty_Create_AssociationMI returned no complete interface") !=
+                                       std::string::npos)
+            << got;
+        return got != "OK";
+    };
+    EXPECT_TRUE(isAsked("Test_Widget", "", "", ""));
+    EXPECT_TRUE(isAsked("Test_Gadget", "", "owner", ""));
+    EXPECT_TRUE(isAsked("Test_Sprocket", "Test_Base", "", ""));
+    EXPECT_TRUE(isAsked("Test_Sprocket", "Test_Gadget", "", "OWNER"));
+    EXPECT_FALSE(isAsked("Test_Unserved", "", "", ""));
+    EXPECT_FALSE(isAsked("Test_Widget", "", "Owned", ""));
+    EXPECT_FALSE(isAsked("Test_Widget", "Test_Widget", "", ""));
+    EXPECT_FALSE(isAsked("Test_Widget", "", "", "Owner"));
+}
+
 TEST(Libraries, WriteToTheAgentsLogAtItsLevel)
 {
     const auto linesAt = [](LogLevel level)

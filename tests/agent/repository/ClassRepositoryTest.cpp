@@ -161,7 +161,9 @@ TEST(Completion, MakesOnePathOfMany)
     ObjectPath inner({}, "test_widget");
     inner.setKey("NAME", CimValue::string("w1"));
     ObjectPath loose({}, "TEST_LINK");
+    loose.setHost("client.example");
     loose.setKey("RIGHT", CimValue::reference(inner));
+    inner.setHost("client.example");
     loose.setKey("left", CimValue::reference(inner));
     completePath(loose, link, testRepository(), "root/test");
     EXPECT_EQ(loose.text(),

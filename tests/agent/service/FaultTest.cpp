@@ -83,6 +83,9 @@ TEST(FaultyProviders, FailTheirOperationWithAReason)
          "1 GetInstance Test_Faulty: the provider's instance is wrong: class Test_Faulty: key property Mode "
          "differs "
          "from the path"},
+        {"another instance",
+         "1 the provider returned root/test:Test_Faulty.Mode=\"good\" for "
+         "root/test:Test_Faulty.Mode=\"another instance\""},
         {"foreign object",
          "1 GetInstance Test_Faulty: the provider returned something unusable: not an object of this broker"},
         {"path instead",

@@ -154,6 +154,8 @@ const std::map<std::string, Behaviour>& behaviours()
         {"wrong type", wrongType},
         {"garbage type", garbageType},
         {"unknown property", unknownProperty},
+        {"another instance",
+         [](const Call& call) { return returnOne(call, newInstance("Test_Faulty", "good")); }},
         {"unknown class",
          [](const Call& call) { return returnOne(call, newInstance("Test_Nowhere", "unknown class")); }},
         {"missing key", missingKey},
@@ -281,6 +283,16 @@ Faulty_Create_InstanceMI(const CMPIBroker* mb, const CMPIContext*, CMPIStatus* r
     broker = mb;
     *rc = ok();
     return &instanceMi;
+}
+
+// Forgets a function.
+CMPI_EXTERN_C CMPIAssociationMI*
+Faulty_Create_AssociationMI(const CMPIBroker*, const CMPIContext*, CMPIStatus* rc)
+{
+    static const CMPIAssociationMIFT table{};
+    static CMPIAssociationMI mi{&table, &table};
+    *rc = ok();
+    return &mi;
 }
 
 // Cannot be had; counts the attempts.
