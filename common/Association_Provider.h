@@ -60,9 +60,17 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
                               "Unable to create instance of %s",
                               CLASS::static_meta_class.name);
         }
-        refer(association.get()->*PROVIDER::kFirstRole, first, line);
-        refer(association.get()->*PROVIDER::kSecondRole, second, line);
+        refer(*association, first, second, line);
         return association;
+    }
+
+    // Sets both references of an association to clones of the two instances. For loads that create their
+    // instances themselves.
+    static void
+    refer(CLASS& association, const Instance* first, const Instance* second, int line = __builtin_LINE())
+    {
+        setReference(association.*PROVIDER::kFirstRole, first, line);
+        setReference(association.*PROVIDER::kSecondRole, second, line);
     }
 
     // Adds the pair to the map; a pair that is already there is dropped.
@@ -85,7 +93,7 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
 
   private:
     template <class REFERENCED>
-    static void refer(REFERENCED*& reference, const Instance* target, int line)
+    static void setReference(REFERENCED*& reference, const Instance* target, int line)
     {
         Owned<Instance> copy(clone(target));
         reference = cast<REFERENCED*>(copy.get());

@@ -133,6 +133,12 @@ class Map_Provider
         return LOAD_FAILED;
     }
 
+    // Fails the load with this message, in the name of the caller's line.
+    [[noreturn]] static void failLoad(const char* message, int line = __builtin_LINE())
+    {
+        throw VRAX_Except(PROVIDER::kSource, "load", line, CRIT, "%s", message);
+    }
+
     // Inserts an instance whose keys are all set; a duplicate is dropped. Throws, in the name of the
     // caller's line, when a key is missing.
     static void insertChecked(Map_Writer<CLASS>& target, Owned<CLASS>& instance, int line = __builtin_LINE())

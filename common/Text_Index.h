@@ -3,8 +3,8 @@
 #define COMMON_TEXT_INDEX_H
 
 #include "common/map_access.h"
+#include "common/string_helpers.h"
 
-#include <cctype>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -27,7 +27,7 @@ class Text_Index
         {
             const char* text = textOf(*instance);
             if (text != nullptr)
-                add(folded(text), instance);
+                add(upperCased(text), instance);
         }
     }
 
@@ -35,7 +35,7 @@ class Text_Index
     template <class VISIT>
     void forEach(const char* text, VISIT visit) const
     {
-        const auto found = _first.find(folded(text));
+        const auto found = _first.find(upperCased(text));
         if (found == _first.end())
             return;
         for (std::size_t i = found->second.head; i != kNone; i = _entries[i].next)
@@ -45,7 +45,7 @@ class Text_Index
     // The first instance with this text, or null.
     const CLASS* find(const char* text) const
     {
-        const auto found = _first.find(folded(text));
+        const auto found = _first.find(upperCased(text));
         return found != _first.end() ? _entries[found->second.head].instance : nullptr;
     }
 
@@ -61,14 +61,6 @@ class Text_Index
         const CLASS* instance;
         std::size_t next;
     };
-
-    static std::string folded(const char* text)
-    {
-        std::string result(text);
-        for (char& c : result)
-            c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-        return result;
-    }
 
     void add(std::string text, const CLASS* instance)
     {

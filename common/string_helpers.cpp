@@ -37,6 +37,13 @@ char* convertToUpper(char* text)
     return strToUpper(text);
 }
 
+std::string upperCased(const char* text)
+{
+    std::string result(text);
+    strToUpper(result.data());
+    return result;
+}
+
 int IS_HEX_STR(const char* text)
 {
     return text[std::strspn(text, "0123456789ABCDEFabcdef")] == '\0' ? 1 : 0;

@@ -2,6 +2,8 @@
 #ifndef COMMON_STRING_HELPERS_H
 #define COMMON_STRING_HELPERS_H
 
+#include <string>
+
 namespace cimple
 {
 
@@ -13,6 +15,8 @@ int strToInt(const char* text);
 // Upper-case `text` in place and return it.
 char* strToUpper(char* text);
 char* convertToUpper(char* text);
+// The upper-cased copy of `text`.
+std::string upperCased(const char* text);
 
 // 1 when every character is a hexadecimal digit, also for the empty text; otherwise 0.
 int IS_HEX_STR(const char* text);
