@@ -1,8 +1,7 @@
-// What loads ask of the local switch: its name and its ports.
+// The name of the local switch.
 #include "common/local_switch.h"
 
 #include "common/VRAX_Except.h"
-#include "platform/data_cache.h"
 #include "platform/switch_server.h"
 
 namespace cimple
@@ -12,17 +11,6 @@ Local_Switch_Wwn::Local_Switch_Wwn(const char* source, int line) : _cell(get_Loc
 {
     if (_cell.empty() || *_cell == nullptr)
         throw VRAX_Except(source, "load", line, CRIT, "Unable to retrieve localWWN");
-}
-
-Root_Ports::Iterator Root_Ports::begin() const
-{
-    return Iterator(_cache, _cache->getFirstRootPortIndex());
-}
-
-Root_Ports::Iterator& Root_Ports::Iterator::operator++()
-{
-    _index = _cache->getNextRootPortIndex(_index);
-    return *this;
 }
 
 } // namespace cimple

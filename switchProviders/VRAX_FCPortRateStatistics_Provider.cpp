@@ -3,7 +3,7 @@
 
 #include "common/CacheLock.h"
 #include "common/Sml_Batch.h"
-#include "common/local_switch.h"
+#include "common/fabric_walk.h"
 
 namespace cimple
 {

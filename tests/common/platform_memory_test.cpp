@@ -1,13 +1,10 @@
-// Tests of what owns the platform's memory and locks, and of the walk of the local ports.
+// Tests of what owns the platform's memory and locks.
 #include "common/CacheLock.h"
 #include "common/VRAX_Except.h"
 #include "common/XPL_Mem.h"
 #include "common/local_switch.h"
 #include "platform/switch_server.h"
 #include "tests/common/testing/Switch_Test.h"
-
-#include <string>
-#include <vector>
 
 namespace cimple
 {
@@ -72,23 +69,6 @@ TEST_F(PlatformMemory, TheCacheLockReleasesWhatItObtainedAndNothingElse)
         EXPECT_EQ(sim.heldCacheLocks(), 2);
     }
     EXPECT_EQ(sim.heldCacheLocks(), 0);
-}
-
-TEST_F(PlatformMemory, TheWalkVisitsEveryLocalPortOnceAndAsksForNoMore)
-{
-    const auto walk = []
-    {
-        const CacheLock lock;
-        std::vector<std::string> indexes;
-        for (const std::string& index : Root_Ports(*DataCache::instance()))
-            indexes.push_back(index);
-        return indexes;
-    };
-    EXPECT_EQ(walk(), (std::vector<std::string>{"0", "1", "2", "3"}));
-    EXPECT_EQ(sim.calls("DataCache::getNextRootPortIndex"), 4u);
-    sim.open(simulator::SimSwitch::make().ports(0).scenario());
-    EXPECT_TRUE(walk().empty());
-    EXPECT_EQ(sim.calls("DataCache::getNextRootPortIndex"), 0u);
 }
 
 } // namespace
