@@ -5,6 +5,7 @@
 #include "simulator/scenario/fields.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace simulator
 {
@@ -20,7 +21,8 @@ std::string noSuch(const char* what, int number)
 
 void countNode(Port& port, const NodeScenario& node)
 {
-    ++port.nodes;
+    const auto place = std::lower_bound(port.attached.begin(), port.attached.end(), node.address);
+    port.attached.insert(place, node.address);
     port.initiators = port.initiators || node.role == NodeRole::initiator;
     port.loop = port.loop || node.type == NodePortType::nl;
     const bool slowest = port.nodeSpeed == LinkSpeed::automatic || node.speed < port.nodeSpeed;
@@ -32,14 +34,15 @@ void countNode(Port& port, const NodeScenario& node)
 
 void countNodesAgain(const Switch& owner, Port& port)
 {
-    port.nodes = 0;
+    const std::vector<std::uint32_t> before = std::exchange(port.attached, {});
     port.initiators = port.loop = false;
     port.nodeSpeed = LinkSpeed::automatic;
-    for (const auto& one : owner.nodes)
+    for (const std::uint32_t address : before)
     {
-        if (one.second.port == port.facts.number)
+        const auto node = owner.nodes.find(address);
+        if (node != owner.nodes.end())
         {
-            countNode(port, one.second);
+            countNode(port, node->second);
         }
     }
 }
@@ -48,7 +51,7 @@ void countNodesAgain(const Switch& owner, Port& port)
 Port& freePort(Switch& owner, int number)
 {
     Port* port = owner.port(number);
-    if (port == nullptr || port->isl || port->nodes > 0)
+    if (port == nullptr || port->peer || !port->attached.empty())
     {
         throw ScenarioError("",
                             noSuch("free port", number) + " in domain " + std::to_string(owner.facts.domain));
@@ -139,7 +142,8 @@ void FabricModel::removeSwitch(int domain, std::uint64_t now)
             const bool gotFrom = link.domain == domain;
             Switch& other = *switchOf(gotFrom ? link.toDomain : link.domain);
             Port& port = *other.port(gotFrom ? link.toPort : link.port);
-            port.isl = port.isolated = false;
+            port.peer.reset();
+            port.isolated = false;
             linkChanged(other, port, now);
         }
     }
@@ -155,7 +159,7 @@ void FabricModel::addNode(NodeScenario node, std::uint64_t now)
 {
     Switch& owner = switchWith(node.domain);
     Port* port = owner.port(node.port);
-    if (port == nullptr || port->isl)
+    if (port == nullptr || port->peer)
     {
         throw ScenarioError(
             "", noSuch("port for nodes", node.port) + " in domain " + std::to_string(node.domain));
@@ -204,7 +208,8 @@ void FabricModel::addIsl(const IslScenario& link, std::uint64_t now)
     Switch& to = switchWith(link.toDomain);
     Port& fromPort = freePort(from, link.port);
     Port& toPort = freePort(to, link.toPort);
-    fromPort.isl = toPort.isl = true;
+    fromPort.peer = PortPlace{link.toDomain, link.toPort};
+    toPort.peer = PortPlace{link.domain, link.port};
     fromPort.isolated = toPort.isolated = link.isolated;
     _isls.push_back(link);
     linkChanged(from, fromPort, now);

@@ -147,15 +147,26 @@ const NodeScenario* FabricModel::nodeAfter(int domain, std::uint32_t address) co
     return found != owner->nodes.end() ? &found->second : nullptr;
 }
 
-void FabricModel::linkChanged(const Switch& owner, Port& port, std::uint64_t now) const
+void FabricModel::linkChanged(const Switch& owner, Port& port, std::uint64_t now)
 {
-    if (owner.facts.local)
+    const auto runMeter = [now](const Switch& of, Port& one)
     {
-        port.meter.setLink(linkSpeed(owner, port), now);
+        if (of.facts.local)
+        {
+            one.meter.setLink(linkSpeed(of, one), now);
+        }
+    };
+    runMeter(owner, port);
+    if (port.peer)
+    {
+        Switch& other = *switchOf(port.peer->domain);
+        Port& end = *other.port(port.peer->port);
+        end.peerSends = sends(owner, port);
+        runMeter(other, end);
     }
 }
 
-void FabricModel::allLinksChanged(Switch& owner, std::uint64_t now) const
+void FabricModel::allLinksChanged(Switch& owner, std::uint64_t now)
 {
     for (Port& port : owner.ports)
     {

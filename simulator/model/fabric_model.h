@@ -16,14 +16,22 @@
 namespace simulator
 {
 
+// Where a port is in the fabric.
+struct PortPlace
+{
+    int domain = 0;
+    int port = 0;
+};
+
 struct Port
 {
     explicit Port(const PortScenario& facts, std::uint64_t seed);
 
-    PortScenario facts; // with all defaults filled in
-    TrafficMeter meter; // of local ports; idle in others
-    int nodes = 0;      // attached node ports
-    bool isl = false;   // linked to another switch
+    PortScenario facts;                  // with all defaults filled in
+    TrafficMeter meter;                  // of local ports; idle in others
+    std::vector<std::uint32_t> attached; // addresses of the attached node ports, rising
+    std::optional<PortPlace> peer;       // the other end of a link to another switch
+    bool peerSends = false;              // the other end is not switched off or broken
     bool isolated = false;
     bool initiators = false;                    // one of the nodes is an initiator
     LinkSpeed nodeSpeed = LinkSpeed::automatic; // the slowest of the nodes; automatic: no limit
@@ -77,10 +85,10 @@ class FabricModel
     void removeNode(std::string_view portWwn, std::uint64_t now);
     void addIsl(const IslScenario& link, std::uint64_t now);
 
-    // Must be called when facts of a port, or of its switch, have changed: its counters run or stand
-    // accordingly.
-    void linkChanged(const Switch& owner, Port& port, std::uint64_t now) const;
-    void allLinksChanged(Switch& owner, std::uint64_t now) const;
+    // Must be called when facts of a port, or of its switch, have changed: its counters, and those of the
+    // port at the other end of a link between switches, run or stand accordingly.
+    void linkChanged(const Switch& owner, Port& port, std::uint64_t now);
+    void allLinksChanged(Switch& owner, std::uint64_t now);
 
     std::uint64_t startTime() const { return _startTime; } // model time at the start, milliseconds
 
@@ -101,13 +109,17 @@ Load loadOf(const PortScenario& facts);
 // What the switch says of a port: "Online", "Offline", "Isolated", "Downed", "Diagnostics".
 std::string_view operState(const Switch& owner, const Port& port);
 bool isOnline(const Switch& owner, const Port& port);
+// True while the port would bring up a link: it is neither switched off nor broken.
+bool sends(const Switch& owner, const Port& port);
 // "E", "F", "FL", ...; "Unknown" while the port is not online and its type is negotiated.
 std::string_view runningType(const Switch& owner, const Port& port);
 // The negotiated speed; LinkSpeed::automatic while the port is not online.
 LinkSpeed linkSpeed(const Switch& owner, const Port& port);
 // The port's WWN as the fabric gives it: digit 2, three digits of port number, the switch's 12 low digits.
 std::string portWwn(std::string_view switchWwn, int number);
-// The reverse; the port need not exist.
+// The WWN by which the fabric knows the port. A local port's is computed, whatever its hardware reads.
+std::string fabricWwn(const Switch& owner, const Port& port);
+// The reverse of portWwn; the port need not exist.
 std::optional<int> portNumberOf(std::string_view switchWwn, std::string_view wwn);
 
 } // namespace simulator

@@ -15,7 +15,7 @@ constexpr std::size_t kLowDigits = 12; // the IEEE part of a WWN
 
 bool hasLink(const Port& port)
 {
-    const bool connected = port.nodes > 0 || port.isl;
+    const bool connected = !port.attached.empty() || (port.peer && port.peerSends);
     return port.facts.link == LinkState::up || (port.facts.link == LinkState::automatic && connected);
 }
 
@@ -47,12 +47,18 @@ std::string_view operState(const Switch& owner, const Port& port)
     {
         return "Offline";
     }
-    return port.isl && port.isolated ? "Isolated" : "Online";
+    return port.peer && port.isolated ? "Isolated" : "Online";
 }
 
 bool isOnline(const Switch& owner, const Port& port)
 {
     return operState(owner, port) == "Online";
+}
+
+bool sends(const Switch& owner, const Port& port)
+{
+    return owner.facts.adminState == AdminState::online && port.facts.adminState == AdminState::online &&
+           !port.facts.failed && port.facts.link != LinkState::down;
 }
 
 std::string_view runningType(const Switch& owner, const Port& port)
@@ -66,7 +72,7 @@ std::string_view runningType(const Switch& owner, const Port& port)
     {
         return "Unknown";
     }
-    if (port.isl)
+    if (port.peer)
     {
         return "E";
     }
@@ -74,7 +80,7 @@ std::string_view runningType(const Switch& owner, const Port& port)
     {
         return "FL";
     }
-    return port.nodes > 0 ? "F" : toText(port.facts.type);
+    return !port.attached.empty() ? "F" : toText(port.facts.type);
 }
 
 LinkSpeed linkSpeed(const Switch& owner, const Port& port)
@@ -94,6 +100,11 @@ std::string portWwn(std::string_view switchWwn, int number)
     }
     const auto digits = hexOf(static_cast<std::uint64_t>(number), kPortDigits);
     return "2" + digits + std::string(switchWwn.substr(kWwnDigits - kLowDigits));
+}
+
+std::string fabricWwn(const Switch& owner, const Port& port)
+{
+    return owner.facts.local ? portWwn(owner.facts.wwn, port.facts.number) : port.facts.wwn;
 }
 
 std::optional<int> portNumberOf(std::string_view switchWwn, std::string_view wwn)

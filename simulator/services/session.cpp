@@ -76,6 +76,17 @@ void* allocateBlock(std::size_t sizeBytes)
     return block;
 }
 
+void freeBlock(void* block)
+{
+    if (!blocks().remove(block))
+    {
+        std::fprintf(stderr,
+                     "simulated switch: xpl_libFreeMemory of a block that the library did not hand out\n");
+        std::abort();
+    }
+    std::free(block);
+}
+
 std::size_t outstandingBlocks()
 {
     return blocks().size();
@@ -103,15 +114,8 @@ xpl_Handle hSwitch = &simulator::theSession;
 
 extern "C" void xpl_libFreeMemory(void* block)
 {
-    if (block == nullptr)
+    if (block != nullptr)
     {
-        return;
+        simulator::freeBlock(block);
     }
-    if (!simulator::blocks().remove(block))
-    {
-        std::fprintf(stderr,
-                     "simulated switch: xpl_libFreeMemory of a block that the library did not hand out\n");
-        std::abort();
-    }
-    std::free(block);
 }

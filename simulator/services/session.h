@@ -18,6 +18,8 @@ std::int32_t beginCall(Call call);
 
 // A block that xpl_libFreeMemory takes back; null when memory ran out. Blocks not given back are counted.
 void* allocateBlock(std::size_t sizeBytes);
+// Takes a block back; anything else stops the program with a message.
+void freeBlock(void* block);
 std::size_t outstandingBlocks();
 
 // A cell of switch_server.h that holds a copy of `text`, or no value.

@@ -164,7 +164,7 @@ TEST(DefaultScenario, AnswersEveryKeyOfEveryElementOnAWalk)
     }
     EXPECT_EQ(3, switches);
     EXPECT_EQ(24 + 16, remotePorts);
-    EXPECT_EQ(22, nodes);
+    EXPECT_EQ(23, nodes);
 }
 
 // One switch with a port in each interesting condition.
