@@ -36,7 +36,7 @@ TEST(StrToInt, ReadsHundredths)
         EXPECT_EQ(strToInt(text), hundredths) << '"' << text << '"';
 }
 
-TEST(StrToUpper, ChangesLettersInPlaceAndNothingElse)
+TEST(StrToUpper, ChangesLettersAndNothingElse)
 {
     const std::pair<const char*, const char*> rows[] = {
         {"", ""}, {"10000000c9fFaB01", "10000000C9FFAB01"}, {"a:z-{}`@", "A:Z-{}`@"}, {"\xe4", "\xe4"}};
@@ -48,6 +48,7 @@ TEST(StrToUpper, ChangesLettersInPlaceAndNothingElse)
             EXPECT_EQ(convert(text.data()), text.data());
             EXPECT_EQ(text, after);
         }
+        EXPECT_EQ(upperCased(before), after);
     }
 }
 
