@@ -9,7 +9,7 @@ namespace cimple
 
 void Fabric_Switches::start()
 {
-    _fabric = _cache.getFabric(1); // the local switch is part of one fabric
+    _fabric = _cache.getFabric(kLocalFabric);
     _switch = _fabric != nullptr ? _fabric->getFirstSwitch() : nullptr;
 }
 

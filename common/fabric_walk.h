@@ -19,6 +19,9 @@
 namespace cimple
 {
 
+// The data cache's number of the fabric that the local switch is part of.
+constexpr int kLocalFabric = 1;
+
 // Ends every walk.
 struct Walk_End
 {

@@ -1,0 +1,68 @@
+// The nodes that are attached to the fabric, one for each of their ports.
+#include "fabricProviders/VRAX_FCNode_Provider.h"
+
+#include "common/CacheLock.h"
+#include "common/Sml_Batch.h"
+#include "common/fabric_walk.h"
+#include "common/string_helpers.h"
+
+#include <string>
+#include <unordered_set>
+
+namespace cimple
+{
+
+namespace
+{
+
+// What the name server tells of a node port, by domain and address.
+constexpr const char* kNodeKeys[] = {
+    "Oper.NameServerAll.%d.Entry.%s.NodeWwn",
+    "Oper.NameServerAll.%d.Entry.%s.PortWwn",
+    "Oper.NameServerAll.%d.Entry.%s.FabricPortName", // decides with the others whether the port is skipped
+    "Oper.NameServerAll.%d.Entry.%s.SymNodeName",
+};
+enum NodeEntry
+{
+    kNodeWwn = 0,
+    kPortWwn = 1,
+    kSymNodeName = 3
+};
+
+} // namespace
+
+void VRAX_FCNode_Provider::build(Map_Writer<VRAX_FCNode>& map)
+{
+    const CacheLock cacheLock;
+    requireCacheLock(cacheLock, kSource);
+    Sml_Batch batch(kNodeKeys);
+    std::unordered_set<std::string> published;
+
+    for (const SwitchCache& one : Fabric_Switches(*DataCache::instance()))
+    {
+        const Domain_Text domain(one.getDomainID());
+        for (const char* address : Attached_Ports(domain))
+        {
+            // A port that logged out meanwhile, or whose WWN the name server does not have yet.
+            if (!batch.read({domain.c_str(), address}) || batch.text(kPortWwn)[0] == '\0')
+                continue;
+            // Two entries of one port happen while a node moves: the first one counts.
+            const std::string id = upperCased(batch.text(kPortWwn));
+            if (!published.insert(id).second)
+                continue;
+
+            Owned<VRAX_FCNode> node = makeNull<VRAX_FCNode>();
+            if (!node)
+                failLoad("Unable to create instance of VRAX_FCNode");
+            node->InstanceID.set(id.c_str());
+            node->Name.set(upperCased(batch.text(kNodeWwn)).c_str());
+            node->ElementName.set(upperCased(batch.text(kSymNodeName)).c_str());
+            node->NameFormat.set("WWN");
+            // The message ends in a line feed of its own; clients of the log know it so.
+            if (!map.insert(node))
+                failLoad("Failed to insert into VRAX_FCNode_map\n");
+        }
+    }
+}
+
+} // namespace cimple

@@ -1,0 +1,105 @@
+// The Fibre Channel endpoints of online switch ports and of attached node ports.
+#include "fabricProviders/VRAX_ProtocolEndpoint_Provider.h"
+
+#include "common/CacheLock.h"
+#include "common/Sml_Batch.h"
+#include "common/fabric_walk.h"
+#include "common/string_helpers.h"
+
+#include <cstring>
+#include <string>
+
+namespace cimple
+{
+
+namespace
+{
+
+constexpr const char* kLocalKeys[] = {"Oper.UserPort.0.%s.OperState"};
+constexpr const char* kRemoteKeys[] = {"Oper.TopologyAll.%d.Entry.%d.PortState"};
+constexpr const char* kAttachedKeys[] = {"Oper.NameServerAll.%d.Entry.%s.PortWwn"};
+
+constexpr uint16 kProtocolTypeFibreChannel = 18;   // CIM_ProtocolEndpoint.ProtocolType
+constexpr uint16 kProtocolIFTypeFibreChannel = 56; // CIM_ProtocolEndpoint.ProtocolIFType, as in IANA ifType
+
+// Gives each port that it is shown an endpoint, if it is due one.
+class Endpoint_Writer
+{
+  public:
+    Endpoint_Writer(DataCache& cache, Map_Writer<VRAX_ProtocolEndpoint>& map)
+        : _map(map), _local(kLocalKeys), _remote(kRemoteKeys), _attached(kAttachedKeys)
+    {
+        const FabricCache* fabric = cache.getFabric(kLocalFabric);
+        if (fabric != nullptr)
+            _fabricWwn = fabric->getFabricWwn().c_str();
+    }
+
+    void localPort(const Walked_Switch& owner, const Local_Port& port)
+    {
+        if (_local.read({port.index.c_str()}) && isOnline(_local))
+            add(_switchClass, owner.wwn.c_str(), port.wwn.c_str());
+    }
+
+    void remotePort(const Walked_Switch& owner, const PortCache& port)
+    {
+        const std::string entry = std::to_string(port.getEntryNumber());
+        if (_remote.read({owner.domainText.c_str(), entry.c_str()}) && isOnline(_remote))
+            add(_switchClass, owner.wwn.c_str(), port.getWwn().c_str());
+    }
+
+    // An entry without a WWN names no port.
+    void attachedPort(const Walked_Switch& at, const char* address)
+    {
+        if (_attached.read({at.domainText.c_str(), address}) && _attached.text(0)[0] != '\0')
+            add(_fabricClass, _fabricWwn, upperCased(_attached.text(0)).c_str());
+    }
+
+  private:
+    static bool isOnline(const Sml_Batch& state) { return std::strcmp(state.text(0), "Online") == 0; }
+
+    void add(const String& systemClass, const String& systemName, const char* name)
+    {
+        Owned<VRAX_ProtocolEndpoint> endpoint = makeNull<VRAX_ProtocolEndpoint>();
+        if (!endpoint)
+        {
+            throw VRAX_Except(VRAX_ProtocolEndpoint_Provider::kSource,
+                              "load",
+                              __LINE__,
+                              CRIT,
+                              "Unable to create instance of VRAX_ProtocolEndpoint");
+        }
+        endpoint->SystemCreationClassName.set(systemClass);
+        endpoint->SystemName.set(systemName);
+        endpoint->CreationClassName.set(_class);
+        endpoint->Name.set(name);
+        endpoint->NameFormat.set(_nameFormat);
+        endpoint->ProtocolType.set(kProtocolTypeFibreChannel);
+        endpoint->ProtocolIFType.set(kProtocolIFTypeFibreChannel);
+        // Of two ports that claim one WWN the first has the endpoint; the other's goes with this scope.
+        _map.insert(endpoint);
+    }
+
+    Map_Writer<VRAX_ProtocolEndpoint>& _map;
+    Sml_Batch _local;
+    Sml_Batch _remote;
+    Sml_Batch _attached;
+    // Texts that the endpoints share.
+    String _fabricWwn;
+    const String _switchClass{"VRAX_FCSwitch"};
+    const String _fabricClass{"VRAX_Fabric"};
+    const String _class{"VRAX_ProtocolEndpoint"};
+    const String _nameFormat{"WWN"};
+};
+
+} // namespace
+
+void VRAX_ProtocolEndpoint_Provider::build(Map_Writer<VRAX_ProtocolEndpoint>& map)
+{
+    const CacheLock cacheLock;
+    requireCacheLock(cacheLock, kSource);
+    DataCache& cache = *DataCache::instance();
+    Endpoint_Writer writer(cache, map);
+    walkAllPorts(cache, writer);
+}
+
+} // namespace cimple

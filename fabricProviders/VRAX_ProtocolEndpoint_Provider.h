@@ -1,0 +1,24 @@
+// The Fibre Channel endpoints of online switch ports and of attached node ports.
+#ifndef FABRICPROVIDERS_VRAX_PROTOCOLENDPOINT_PROVIDER_H
+#define FABRICPROVIDERS_VRAX_PROTOCOLENDPOINT_PROVIDER_H
+
+#include "common/Map_Provider.h"
+
+#include "VRAX_ProtocolEndpoint_Methods.h"
+
+namespace cimple
+{
+
+class VRAX_ProtocolEndpoint_Provider
+    : public Instance_Provider_Base<VRAX_ProtocolEndpoint_Provider, VRAX_ProtocolEndpoint>,
+      public VRAX_ProtocolEndpoint_Methods<VRAX_ProtocolEndpoint_Provider>
+{
+  public:
+    static constexpr const char* kSource = "fabricProviders/VRAX_ProtocolEndpoint_Provider";
+
+    void build(Map_Writer<VRAX_ProtocolEndpoint>& map);
+};
+
+} // namespace cimple
+
+#endif
