@@ -52,6 +52,18 @@ void Adapter::load()
     _loaded = true;
 }
 
+void Adapter::tryLoad() noexcept
+{
+    try
+    {
+        load();
+    }
+    catch (...)
+    {
+        // Whoever needs the provider loaded will find out and say so.
+    }
+}
+
 StaticData& StaticData::in(__CMPI_Static_Data& block, const Registration* registration)
 {
     static std::mutex making;

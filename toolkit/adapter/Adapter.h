@@ -25,12 +25,8 @@ class Adapter
 
     bool loaded() const { return _loaded; }
 
-    // The provider, loaded.
-    cimple::Provider_Handle& provider()
-    {
-        load();
-        return _provider;
-    }
+    // The same, but never mind if it does not load.
+    void tryLoad() noexcept;
 
     // As it is.
     cimple::Provider_Handle& bareProvider() { return _provider; }

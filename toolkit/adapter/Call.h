@@ -48,7 +48,20 @@ class Call
 
     const CMPIBroker* broker() const { return _context.broker(); }
     Adapter& adapter() { return _adapter; }
-    cimple::Provider_Handle& provider() { return _adapter.provider(); }
+    // The provider, loaded, for operations that answer with what it has: one that does not load would answer
+    // with less. Throws Failure if it does not.
+    cimple::Provider_Handle& loadedProvider()
+    {
+        _adapter.load();
+        return _adapter.bareProvider();
+    }
+    // The provider, loaded if possible, for operations that change or do something: those that it does not
+    // support it refuses loaded or not, and what the others lack they tell themselves.
+    cimple::Provider_Handle& provider()
+    {
+        _adapter.tryLoad();
+        return _adapter.bareProvider();
+    }
     const cimple::Meta_Class* providerClass() const { return _data.registration->meta_class; }
 
     // Conversion of what came with the call; classes are those that the module knows.

@@ -58,8 +58,12 @@ TEST_F(LifeCycle, AFailedLoadIsReportedUntilOneSucceeds)
     EXPECT_EQ(provider.getInstance(rackPath("r1")).rc, CMPI_RC_ERR_FAILED);
     EXPECT_EQ(racks.enumerations, 0);
     racks.insideLoad = [] { throw std::runtime_error("no switch"); };
-    EXPECT_EQ(provider.deleteInstance(rackPath("r1")).texts(),
-              Texts{"1: Demo_Rack: delete instance: exception: no switch"});
+    EXPECT_EQ(provider.getInstance(rackPath("r1")).texts(),
+              Texts{"1: Demo_Rack: get instance: exception: no switch"});
+    // What the provider would not do even if it were loaded it refuses itself.
+    racks.status = DELETE_INSTANCE_UNSUPPORTED;
+    EXPECT_EQ(provider.deleteInstance(rackPath("r1")).rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    racks.status = 0;
     racks.insideLoad = nullptr;
     racks.load = LOAD_OK;
     const int loads = racks.loads;
