@@ -78,20 +78,48 @@ struct __CMPI_Static_Data
 extern "C" int cimple_cmpi_adapter(
     void* arg0, void* arg1, void* arg2, void* arg3, void* arg4, void* arg5, void* arg6, void* arg7);
 
+// The layout of CMPIStatus, in which a broker may or may not ask an entry point how it went: 0, or 1 if there
+// is no interface.
+struct __CMPI_Entry_Status
+{
+    int rc;
+    void* msg;
+};
+
+// What every entry point does; `status` may be null.
+inline void* __cimple_cmpi_create(__CMPI_Static_Data* data,
+                                  cimple::Registration* registration,
+                                  void* broker,
+                                  void* context,
+                                  const char* provider,
+                                  int code,
+                                  void* status)
+{
+    void* mi = nullptr;
+    cimple_cmpi_adapter(reinterpret_cast<void*>('C'),
+                        data,
+                        registration,
+                        broker,
+                        context,
+                        const_cast<char*>(provider),
+                        reinterpret_cast<void*>(static_cast<size_t>(code)),
+                        &mi);
+    if (status)
+        *static_cast<__CMPI_Entry_Status*>(status) = {mi ? 0 : 1, nullptr};
+    return mi;
+}
+
 #define CIMPLE_CMPI_ENTRY_POINT(PROVIDER, TYPE, CODE)                                                        \
     CIMPLE_ENTRY_POINT CIMPLE_EXPORT void* PROVIDER##_Create_##TYPE##MI(                                     \
-        void* cmpi_broker, void* cmpi_context, void* /* cmpi_status */)                                      \
+        void* cmpi_broker, void* cmpi_context, void* cmpi_status)                                            \
     {                                                                                                        \
-        void* mi = nullptr;                                                                                  \
-        cimple_cmpi_adapter(reinterpret_cast<void*>('C'),                                                    \
-                            &_cmpi_static_data##PROVIDER,                                                    \
-                            &_cimple_registration_##PROVIDER,                                                \
-                            cmpi_broker,                                                                     \
-                            cmpi_context,                                                                    \
-                            const_cast<char*>(#PROVIDER),                                                    \
-                            reinterpret_cast<void*>(CODE),                                                   \
-                            &mi);                                                                            \
-        return mi;                                                                                           \
+        return __cimple_cmpi_create(&_cmpi_static_data##PROVIDER,                                            \
+                                    &_cimple_registration_##PROVIDER,                                        \
+                                    cmpi_broker,                                                             \
+                                    cmpi_context,                                                            \
+                                    #PROVIDER,                                                               \
+                                    CODE,                                                                    \
+                                    cmpi_status);                                                            \
     }                                                                                                        \
     static_assert(true, "")
 

@@ -39,7 +39,8 @@ void Client::create(Factory factory, Mi*& mi)
 {
     if (!factory)
         return;
-    CMPIStatus status = {CMPI_RC_OK, nullptr};
+    // As left behind by some other call: not all brokers clear it.
+    CMPIStatus status = {CMPI_RC_ERROR, nullptr};
     _broker.call(
         [&](const CMPIContext* context, const CMPIResult*)
         {
@@ -48,6 +49,8 @@ void Client::create(Factory factory, Mi*& mi)
             return status;
         },
         Broker::kWithoutResult);
+    if ((status.rc == CMPI_RC_OK) != (mi != nullptr))
+        _broker.journal().violation("an interface was made or not against the status of its factory");
 }
 
 Outcome Client::enumerateInstances(const Path& classPath, const Properties& properties)
