@@ -29,9 +29,8 @@ inline void trace(const char* source, const char* function, int line)
 // Association_Provider_Base. PROVIDER supplies
 //   static constexpr const char* kSource: its source unit, as in "serverProviders/VRAX_Namespace_Provider";
 //   Load_Status load();
-//   void build(Map_Writer<CLASS>&): creates all instances from the switch or from other maps. Called under
-//   the
-//     map's write lock with the map empty. A failure is thrown: VRAX_Except, or Load_Failed.
+//   void build(Map_Writer<CLASS>&): creates all instances from the switch or from other maps. Called with the
+//     map empty and its write lock held. A failure is thrown: VRAX_Except, or Load_Failed.
 // Objects have no data: all state is in VRAX_Maps, and any number of them may work at the same time.
 template <class PROVIDER, class CLASS>
 class Map_Provider
@@ -153,6 +152,19 @@ class Map_Provider
                               CLASS::static_meta_class.name);
         }
         target.insert(instance);
+    }
+
+    // Gives one property of a cached instance the value that has been written to the switch. Requests being
+    // answered keep the instance as it was. The caller holds the write lock; `cached` is the map's and not to
+    // be used any more.
+    template <class PROPERTY>
+    static void changeCached(const CLASS* cached, PROPERTY CLASS::*property, const PROPERTY& value)
+    {
+        const Owned<CLASS> changed(static_cast<CLASS*>(clone(cached)));
+        const Owned<CLASS> mask(static_cast<CLASS*>(key_clone(cached)));
+        changed.get()->*property = value;
+        (mask.get()->*property).null = 0;
+        map()._modify_instance(mask.get(), changed.get());
     }
 
   private:
