@@ -3,6 +3,7 @@
 #define COMMON_ASSOCIATION_PROVIDER_H
 
 #include "common/Composite_Provider.h"
+#include "common/Text_Index.h"
 
 namespace cimple
 {
@@ -13,7 +14,7 @@ namespace cimple
 //   static constexpr auto kSecondRole = &VRAX_X::Dependent;
 // Its build() says which instances of the ends belong together:
 //   joinFirst<VRAX_ObjectManager, VRAX_Namespace>(map);
-// or, walking end<VRAX_A>() and end<VRAX_B>(), join(map, a, b) for each pair.
+// or joinFirstWithEach(), joinEqual(), or join(map, a, b) for each pair.
 //
 // Requests for associators and references are not supported here: the adapter answers them from the
 // association instances, each of which carries clones of both its ends.
@@ -89,6 +90,46 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
         const SECOND* second = Map_View<SECOND>().first();
         if (first != nullptr && second != nullptr)
             join(map, first, second, line);
+    }
+
+    // Joins the first FIRST with every SECOND.
+    template <class FIRST, class SECOND>
+    static void joinFirstWithEach(Map_Writer<CLASS>& map, int line = __builtin_LINE())
+    {
+        joinFirstWithEach<FIRST, SECOND>(
+            map, [](const SECOND&) { return true; }, line);
+    }
+
+    // Joins the first FIRST with every SECOND for which belongs(second) is true.
+    template <class FIRST, class SECOND, class BELONGS>
+    static void joinFirstWithEach(Map_Writer<CLASS>& map, BELONGS belongs, int line = __builtin_LINE())
+    {
+        const FIRST* first = Map_View<FIRST>().first();
+        if (first == nullptr)
+            return;
+        for (const SECOND* second : Map_View<SECOND>())
+        {
+            if (belongs(*second))
+                join(map, first, second, line);
+        }
+    }
+
+    // Joins every FIRST with every SECOND of the same text, compared without regard to letter case, in the
+    // order of the maps. textOfFirst(first) and textOfSecond(second) return const char*; null leaves the
+    // instance out.
+    template <class FIRST, class SECOND, class TEXT_OF_FIRST, class TEXT_OF_SECOND>
+    static void joinEqual(Map_Writer<CLASS>& map,
+                          TEXT_OF_FIRST textOfFirst,
+                          TEXT_OF_SECOND textOfSecond,
+                          int line = __builtin_LINE())
+    {
+        const Text_Index<SECOND> seconds(Map_View<SECOND>(), textOfSecond);
+        for (const FIRST* first : Map_View<FIRST>())
+        {
+            const char* text = textOfFirst(*first);
+            if (text != nullptr)
+                seconds.forEach(text, [&](const SECOND* second) { join(map, first, second, line); });
+        }
     }
 
   private:
