@@ -6,9 +6,11 @@
 // libmicrohttpd's own lock around suspend and resume orders the two threads.
 #include "agent/http/HttpServer.h"
 
+#include "agent/cim/CimName.h"
 #include "agent/http/WorkerPool.h"
 #include "agent/log/Log.h"
 
+#include <algorithm>
 #include <atomic>
 #include <charconv>
 #include <condition_variable>
@@ -28,6 +30,7 @@ namespace cimd
 namespace
 {
 
+constexpr unsigned kBadRequest = 400;
 constexpr unsigned kContentTooLarge = 413;
 constexpr unsigned kInternalError = 500;
 constexpr unsigned kUnavailable = 503;
@@ -87,6 +90,17 @@ std::size_t announcedBytes(const HttpRequest& request)
     if (text != nullptr)
         std::from_chars(text->data(), text->data() + text->size(), bytes);
     return bytes;
+}
+
+/** Whoever announces the length of a body in two ways may mean one thing to us and another to a proxy. */
+bool isAmbiguous(const HttpRequest& request)
+{
+    const auto saysLength = [](const HttpHeader& header)
+    {
+        return equalNoCase(header.first, MHD_HTTP_HEADER_CONTENT_LENGTH) ||
+               equalNoCase(header.first, MHD_HTTP_HEADER_TRANSFER_ENCODING);
+    };
+    return std::count_if(request.headers.begin(), request.headers.end(), saysLength) > 1;
 }
 
 /** One request on its way through the stations. */
@@ -205,7 +219,8 @@ class HttpServer::Impl
             return;
         delete static_cast<Exchange*>(*state);
         *state = nullptr;
-        static_cast<Impl*>(self)->count(&Impl::_exchanges, false);
+        auto& server = *static_cast<Impl*>(self);
+        server.leave(server._exchanges);
     }
 
     MHD_Result head(MHD_Connection* connection, const char* url, const char* method, void** state)
@@ -220,15 +235,19 @@ class HttpServer::Impl
             exchange->response = plain(kUnavailable, "The server is stopping.\n");
         else
             exchange->response = _handler.refuse(request);
+        const bool ambiguous = isAmbiguous(request);
+        if (ambiguous)
+            exchange->response = plain(kBadRequest, "The length of the body is given more than once.\n");
         const std::size_t announced = announcedBytes(request);
         if (!exchange->response && announced > _limits.bodyBytes)
             exchange->response = plain(kContentTooLarge, kTooLarge);
-        count(&Impl::_exchanges, true);
+        enter(_exchanges);
         Exchange& kept = *exchange;
         *state = exchange.release();
-        // Whoever asks before sending the body, or would send more than we care to read, is answered now.
+        // Whoever asks before sending the body, or would send more than we care or know to read, is answered
+        // now.
         const bool asks = request.header(MHD_HTTP_HEADER_EXPECT) != nullptr;
-        if (kept.response && (asks || announced > _limits.discardBytes))
+        if (kept.response && (asks || ambiguous || announced > _limits.discardBytes))
             return queue(connection, std::move(*kept.response), true);
         return MHD_YES;
     }
@@ -255,7 +274,7 @@ class HttpServer::Impl
         if (exchange.response)
             return queue(connection, std::move(*exchange.response), _stopping);
         MHD_suspend_connection(connection);
-        count(&Impl::_running, true);
+        enter(_running);
         _pool->submit([this, connection, &exchange] { work(connection, exchange); });
         return MHD_YES;
     }
@@ -272,15 +291,20 @@ class HttpServer::Impl
             exchange.response = plain(kInternalError, "The server failed to answer.\n");
         }
         MHD_resume_connection(connection); // from here on the exchange is the I/O thread's
-        count(&Impl::_running, false);
+        leave(_running);
     }
 
-    void count(unsigned Impl::*counter, bool up)
+    void enter(unsigned& counter)
     {
         std::lock_guard<std::mutex> lock(_mutex);
-        this->*counter += up ? 1U : ~0U;
-        if (!up)
-            _changed.notify_all();
+        ++counter;
+    }
+
+    void leave(unsigned& counter)
+    {
+        std::lock_guard<std::mutex> lock(_mutex);
+        --counter;
+        _changed.notify_all();
     }
 
     HttpHandler& _handler;

@@ -247,6 +247,20 @@ TEST_F(HttpServerTest, RefusesHeadsThatAreTooLarge)
     EXPECT_EQ(431, RawClient(port).ask(post("body", header)).status);
 }
 
+TEST_F(HttpServerTest, RefusesABodyWhoseLengthIsGivenTwice)
+{
+    start();
+    for (const char* headers : {"Content-Length: 4\r\nContent-Length: 400\r\n",
+                                "Content-Length: 4\r\nTransfer-Encoding: chunked\r\n",
+                                "Transfer-Encoding: chunked\r\nContent-Length: 4\r\n"})
+    {
+        RawClient client(port);
+        const std::string head = std::string("POST /cimom HTTP/1.1\r\nHost: s\r\n") + headers + "\r\n";
+        EXPECT_EQ(400, client.ask(head + "body").status) << headers;
+        EXPECT_NO_THROW(client.awaitClose()) << headers;
+    }
+}
+
 TEST_F(HttpServerTest, ReadsTheBodyOfARefusedRequestAndGoesOn)
 {
     start();
