@@ -111,7 +111,7 @@ HttpResponse methodNotAllowed(const std::string& method)
 std::optional<HttpResponse> refuseCimHeaders(const HttpRequest& head)
 {
     if (const std::string* version = head.header("CIMProtocolVersion"))
-        if (trimmed(*version).substr(0, version->find('.')) != "1")
+        if (split(*version, '.').front() != "1")
             return refusal(kNotImplemented, "unsupported-protocol-version", "CIMProtocolVersion must be 1.x");
     if (head.header("CIMBatch") != nullptr)
         return refusal(kNotImplemented, "multiple-requests-unsupported", "CIMBatch is not supported");
@@ -226,12 +226,12 @@ std::optional<HttpResponse> refuseHead(const HttpRequest& head)
 {
     if (head.method == "OPTIONS")
         return capabilities();
-    if (head.target != kTarget)
-        return plain(kNotFound, "There is nothing here; CIM operations go to " + std::string(kTarget) + ".");
     if (head.method == "M-POST")
         return plain(kNotExtended, "M-POST is not supported; use POST.");
     if (head.method != "POST")
         return methodNotAllowed(head.method);
+    if (head.target != kTarget)
+        return plain(kNotFound, "There is nothing here; CIM operations go to " + std::string(kTarget) + ".");
     const std::string* contentType = head.header("Content-Type");
     if (contentType == nullptr || !isCimXml(*contentType))
         return plain(kUnsupportedMediaType, "The content type must be application/xml or text/xml in utf-8.");

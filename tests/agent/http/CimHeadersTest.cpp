@@ -100,6 +100,7 @@ TEST(CimHeaders, RefusesOtherMethodsAndTargets)
         const char* allow;
     } rows[] = {
         {"GET", "/cimom", 405, "OPTIONS, POST"},
+        {"GET", "/", 405, "OPTIONS, POST"},
         {"PUT", "/cimom", 405, "OPTIONS, POST"},
         {"M-POST", "/cimom", 510, nullptr},
         {"POST", "/", 404, nullptr},
