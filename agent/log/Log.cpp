@@ -15,6 +15,9 @@ namespace
 
 constexpr std::array<std::string_view, 4> kLevelNames{"error", "warning", "info", "debug"};
 
+// Clients choose much of what is logged: names and paths may be as long as a request.
+constexpr std::size_t kMaxText = 2000;
+
 std::atomic<LogLevel> currentLevel{LogLevel::Info};
 
 struct Writer
@@ -88,13 +91,15 @@ void log(LogLevel level, std::string_view area, std::string_view text) noexcept
     {
         std::string line = timeStamp();
         line.append(1, ' ').append(levelName(level)).append(1, ' ').append(area).append(": ");
-        for (const char c : text)
+        for (const char c : text.substr(0, kMaxText))
         {
             const auto code = static_cast<unsigned char>(c);
             line.append(1, code < 0x20 || code == 0x7f ? ' ' : c);
         }
         while (line.back() == ' ')
             line.pop_back();
+        if (text.size() > kMaxText)
+            line.append("...");
         Writer& target = writer();
         const std::lock_guard lock(target.mutex);
         if (target.write)
@@ -113,7 +118,7 @@ void log(LogLevel level, std::string_view area, std::string_view text) noexcept
 
 std::string operationText(std::string_view operation, std::string_view className)
 {
-    return std::string(operation).append(1, ' ').append(className).append(": ");
+    return std::string(operation).append(className.empty() ? "" : " ").append(className).append(": ");
 }
 
 } // namespace cimd

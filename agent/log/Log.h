@@ -35,10 +35,11 @@ using LogWriter = std::function<void(LogLevel level, std::string_view line)>;
 void setLogWriter(LogWriter writer);
 
 // Writes "2026-01-31T12:00:00.000Z warning area: text". Line breaks and other control characters in the text
-// are replaced, so that nobody can forge a line. Safe from any thread; never throws.
+// are replaced, so that nobody can forge a line, and a text of more than 2000 bytes is cut. Safe from any
+// thread; never throws.
 void log(LogLevel level, std::string_view area, std::string_view text) noexcept;
 
-// The start of a line about an operation: "GetInstance VRAX_FCPort: ".
+// The start of a line about an operation: "GetInstance VRAX_FCPort: ", or "EnumerateQualifiers: ".
 std::string operationText(std::string_view operation, std::string_view className);
 
 } // namespace cimd

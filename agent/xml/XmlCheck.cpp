@@ -65,7 +65,7 @@ class Checker
             else if (accept("<?"))
                 instruction();
             else if (!_open.empty() && accept("<![CDATA["))
-                until("]]>", "an unfinished CDATA section");
+                characterData();
             else if (_open.empty() && !rootSeen && accept("<!DOCTYPE"))
                 documentType();
             else if (accept("</"))
@@ -88,6 +88,12 @@ class Checker
 
   private:
     [[noreturn]] void fail(const std::string& what) const { throw XmlError(_text, _at, what); }
+
+    void countNode()
+    {
+        if (++_nodes > kXmlNodes)
+            fail("more than " + std::to_string(kXmlNodes) + " elements, attributes and texts");
+    }
 
     bool startsWith(std::string_view token) const { return _text.compare(_at, token.size(), token) == 0; }
 
@@ -151,6 +157,12 @@ class Checker
             fail("encoding " + std::string(encoding) + " is not supported");
     }
 
+    void characterData()
+    {
+        countNode();
+        until("]]>", "an unfinished CDATA section");
+    }
+
     void comment()
     {
         until("--", "an unfinished comment");
@@ -193,6 +205,7 @@ class Checker
 
     void startTag()
     {
+        countNode();
         ++_at;
         const std::string_view tag = name();
         _attributes.clear();
@@ -219,6 +232,7 @@ class Checker
             fail("attribute " + std::string(attribute) + " twice");
         if (_attributes.size() == kXmlAttributes)
             fail("more than " + std::to_string(kXmlAttributes) + " attributes");
+        countNode();
         _attributes.push_back(attribute);
         skipSpace();
         if (!accept("="))
@@ -232,6 +246,7 @@ class Checker
 
     void text()
     {
+        countNode();
         const std::size_t end = std::min(_text.find('<', _at), _text.size());
         const std::string_view run = _text.substr(_at, end - _at);
         if (_open.empty() && run.find_first_not_of(kSpace) != std::string_view::npos)
@@ -268,6 +283,7 @@ class Checker
     std::string_view _text;
     const std::size_t _maxDepth;
     std::size_t _at = 0;
+    std::size_t _nodes = 0;
     std::vector<std::string_view> _open;
     std::vector<std::string_view> _attributes; // of the current tag
 };

@@ -20,6 +20,12 @@ class XmlError : public std::runtime_error
 constexpr std::size_t kXmlAttributes = 32;
 
 /**
+ * Elements, attributes and runs of text a text may have: each takes some 50 bytes of tree however short it is
+ * written. An array of 30,000 values fits.
+ */
+constexpr std::size_t kXmlNodes = 64 * 1024;
+
+/**
  * Checks a UTF-8 text against the well-formedness rules of XML 1.0 (the tree builder behind it forgives
  * much). A document type declaration may name an external subset, which is not read; an internal subset is
  * refused, so that the predefined entities are the only ones. Runs in linear time and without recursion.

@@ -28,14 +28,6 @@ XmlDocument::XmlDocument(std::string text, std::size_t maxDepth) : _text(std::mo
         throw XmlError({}, 0, result.description());
 }
 
-std::vector<XmlElement> children(XmlElement element)
-{
-    std::vector<XmlElement> found;
-    for (XmlElement child = firstChild(element); child; child = nextElement(child))
-        found.push_back(child);
-    return found;
-}
-
 XmlElement firstChild(XmlElement element)
 {
     return skipToElement(element.first_child());

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace cimd
 {
@@ -29,10 +28,8 @@ class XmlDocument
     pugi::xml_document _tree;
 };
 
-/** Child elements in order; comments, text and processing instructions left out. */
-std::vector<XmlElement> children(XmlElement element);
-
-/** First child element, an empty handle if there is none. */
+/** First child element, comments, text and processing instructions left out; an empty handle if there is
+ * none. */
 XmlElement firstChild(XmlElement element);
 
 /** Next element beside this one, an empty handle after the last. */

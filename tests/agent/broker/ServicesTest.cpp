@@ -114,12 +114,14 @@ TEST_F(BrokerServices, WriteOneLogLineForEachMessage)
     mb->eft->trace(mb, CMPI_LEV_INFO, "part", "too fine as well", nullptr);
     setLogLevel(LogLevel::Debug);
     mb->eft->trace(mb, CMPI_LEV_INFO, "part", "traced", nullptr);
+    mb->eft->trace(mb, CMPI_LEV_INFO, "part", std::string(100'000, 'x').c_str(), nullptr);
     setLogLevel(before);
     setLogWriter({});
     EXPECT_EQ(lines,
               (std::vector<std::string>{"error id: two lines  2026-01-01 forged",
                                         "warning provider: from a string",
-                                        "debug part: traced"}));
+                                        "debug part: traced",
+                                        "debug part: " + std::string(2000, 'x') + "..."}));
     EXPECT_EQ(levelFromName("warning"), LogLevel::Warning);
     EXPECT_FALSE(levelFromName("loud"));
 }

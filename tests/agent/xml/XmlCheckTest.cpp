@@ -110,16 +110,38 @@ TEST(XmlCheck, BoundsTheAttributesOfAnElement)
     EXPECT_NE("", fault(text + " z=''/>"));
 }
 
+TEST(XmlCheck, BoundsTheNodesOfATree)
+{
+    const auto repeated = [](std::string_view piece, std::size_t times)
+    {
+        std::string text = "<a>";
+        for (std::size_t i = 0; i < times; ++i)
+            text += piece;
+        return text + "</a>";
+    };
+    const struct
+    {
+        const char* piece;
+        std::size_t nodes; // in one piece
+    } rows[] = {{"<b/>", 1}, {"<b c=''/>", 2}, {"<b/> ", 2}, {"<![CDATA[]]>", 1}, {"<b></b>", 1}};
+    for (const auto& row : rows)
+    {
+        const std::size_t fitting = (kXmlNodes - 1) / row.nodes; // beside the root
+        EXPECT_EQ("", fault(repeated(row.piece, fitting))) << row.piece;
+        EXPECT_NE("", fault(repeated(row.piece, fitting + 1))) << row.piece;
+    }
+}
+
 TEST(XmlDocument, KeepsTextAndSkipsWhatIsNotContent)
 {
     const XmlDocument document("<a> <b> x&#13;<![CDATA[<y>]]><!-- no -->\r\nz </b><!-- --><?pi?>t<c/></a>",
                                kDepth);
-    const std::vector<XmlElement> found = children(document.root());
-    ASSERT_EQ(2U, found.size());
-    EXPECT_EQ(" x\r<y>\nz ", textOf(found[0]));
-    EXPECT_TRUE(isTag(found[1], "c"));
-    EXPECT_FALSE(nextElement(found[1]));
-    EXPECT_FALSE(isTag(nextElement(found[1]), "c"));
+    const XmlElement first = firstChild(document.root());
+    const XmlElement second = nextElement(first);
+    EXPECT_EQ(" x\r<y>\nz ", textOf(first));
+    EXPECT_TRUE(isTag(second, "c"));
+    EXPECT_FALSE(nextElement(second));
+    EXPECT_FALSE(isTag(nextElement(second), "c"));
 }
 
 } // namespace
