@@ -22,7 +22,7 @@ struct Limits
     unsigned xmlDepth = 64;                      ///< Nested elements in a request: HTTP 400.
     std::size_t parameters = 64; ///< Of one operation or method: CIM status 4, as are the next three.
     std::size_t pathKeys = 64;   ///< Keys of one path.
-    std::size_t instanceProperties = 1024; ///< Properties of one instance.
+    std::size_t instanceProperties = 1024; ///< Properties of one instance, names in one PropertyList.
     unsigned embeddedDepth = 8;            ///< Embedded objects inside embedded objects.
 };
 

@@ -225,4 +225,12 @@ void appendText(std::string& out, const CimValue& scalar)
         out += scalar.asString();
 }
 
+std::string quoted(std::string_view text)
+{
+    constexpr std::size_t kShown = 200;
+    std::string result("\"");
+    result.append(text.substr(0, kShown)).append(text.size() > kShown ? "...\"" : "\"");
+    return result;
+}
+
 } // namespace cimd

@@ -20,4 +20,7 @@ std::optional<CimValue> parseScalar(CimType type, std::string_view text);
 // the same number.
 void appendText(std::string& out, const CimValue& scalar);
 
+// A text in quotation marks for messages, cut after 200 bytes: clients may send long ones.
+std::string quoted(std::string_view text);
+
 } // namespace cimd

@@ -1,6 +1,7 @@
 // One HTTP request to one operation.
 #include "agent/ops/FrontEnd.h"
 
+#include "agent/cim/ValueText.h"
 #include "agent/http/CimHeaders.h"
 #include "agent/log/Log.h"
 
@@ -21,9 +22,12 @@ std::string headerText(const HttpRequest& request, const char* name)
     return value != nullptr ? *value : std::string();
 }
 
-[[noreturn]] void mismatch(const std::string& header, const std::string& what)
+[[noreturn]] void mismatch(const HttpRequest& request, const char* header, const std::string& inMessage)
 {
-    throw RequestError(kBadRequest, "header-mismatch", header + " is not the " + what + " of the message");
+    throw RequestError(kBadRequest,
+                       "header-mismatch",
+                       std::string(header) + " is " + quoted(percentDecoded(headerText(request, header))) +
+                           " but the message says " + quoted(inMessage));
 }
 
 /** The object an extrinsic call is about, or nothing if its path is faulty: the operation reports that. */
@@ -40,17 +44,17 @@ catch (const CimError&)
 void checkAgreement(const HttpRequest& request, const WireRequest& wire, const Limits& limits)
 {
     if (!equalNoCase(percentDecoded(headerText(request, "CIMMethod")), wire.method))
-        mismatch("CIMMethod", "method");
+        mismatch(request, "CIMMethod", wire.method);
     const std::string object = headerText(request, "CIMObject");
     if (!wire.extrinsic)
     {
         if (!namesNameSpace(object, wire.nameSpace))
-            mismatch("CIMObject", "namespace");
+            mismatch(request, "CIMObject", wire.nameSpace);
         return;
     }
     const std::optional<ObjectPath> target = targetOf(wire, limits);
     if (target && !namesObject(object, *target))
-        mismatch("CIMObject", "object");
+        mismatch(request, "CIMObject", target->text());
 }
 
 void logOperation(const HttpRequest& request,

@@ -379,14 +379,15 @@ Outcome Operations::run(const RequestContext& context,
             throw CimError(CimStatus::InvalidParameter,
                            "more than " + std::to_string(_limits.parameters) + " parameters");
         static const std::vector<XmlElement> kNone;
-        Call call{_service,
-                  context,
-                  host,
-                  request,
-                  _reader,
-                  Parameters(request.extrinsic ? kNone : request.parameters, _reader),
-                  response.xml(),
-                  outcome.subject};
+        Call call{
+            _service,
+            context,
+            host,
+            request,
+            _reader,
+            Parameters(request.extrinsic ? kNone : request.parameters, _reader, _limits.instanceProperties),
+            response.xml(),
+            outcome.subject};
         response.begin(operation.returnsValue);
         operation.run(call);
         response.end(operation.returnsValue);

@@ -14,7 +14,10 @@ namespace
 
 } // namespace
 
-Parameters::Parameters(const std::vector<XmlElement>& elements, const ElementReader& reader) : _reader(reader)
+Parameters::Parameters(const std::vector<XmlElement>& elements,
+                       const ElementReader& reader,
+                       std::size_t maxProperties)
+    : _reader(reader), _maxProperties(maxProperties)
 {
     for (const XmlElement element : elements)
     {
@@ -120,6 +123,8 @@ PropertyList Parameters::propertyList(const char* name)
     const CimValue value = named(name, [&] { return _reader.value(CimType::String, element); });
     if (!value.isArray())
         fail(name, "must be an array of strings");
+    if (value.elements().size() > _maxProperties)
+        fail(name, "names more than " + std::to_string(_maxProperties) + " properties");
     std::vector<CimName> names;
     for (const CimValue& item : value.elements())
     {

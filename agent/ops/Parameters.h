@@ -20,8 +20,10 @@ namespace cimd
 class Parameters
 {
   public:
-    /** `elements` are IPARAMVALUE elements. */
-    Parameters(const std::vector<XmlElement>& elements, const ElementReader& reader);
+    /** `elements` are IPARAMVALUE elements. A property list may name `maxProperties`. */
+    Parameters(const std::vector<XmlElement>& elements,
+               const ElementReader& reader,
+               std::size_t maxProperties);
 
     bool boolean(const char* name, bool byDefault);
     /** Empty when not given. */
@@ -54,6 +56,7 @@ class Parameters
 
     std::vector<Entry> _entries;
     const ElementReader& _reader;
+    const std::size_t _maxProperties;
 };
 
 /** Runs a reader and puts the parameter's name before its complaint. */

@@ -29,18 +29,12 @@ std::string plainText(XmlElement element)
     return textOf(element);
 }
 
-std::string shortened(const std::string& text)
-{
-    constexpr std::size_t kShown = 40;
-    return '"' + (text.size() <= kShown ? text : text.substr(0, kShown) + "...") + '"';
-}
-
 CimValue parseText(CimType type, XmlElement element)
 {
     const std::string text = plainText(element);
     std::optional<CimValue> value = parseScalar(type, text);
     if (!value)
-        failElement(element, shortened(text) + " is not a " + std::string(typeName(type)));
+        failElement(element, quoted(text) + " is not a " + std::string(typeName(type)));
     return std::move(*value);
 }
 
@@ -74,8 +68,8 @@ CimType withEmbedding(XmlElement element, CimType type)
 void failElement(XmlElement element, const std::string& what)
 {
     std::string text = element.name();
-    if (const pugi::xml_attribute name = element.attribute("NAME"))
-        text += std::string(" ") + name.value();
+    if (const std::string_view name = element.attribute("NAME").value(); !name.empty())
+        text.append(1, ' ').append(name);
     throw CimError(CimStatus::InvalidParameter, text + " " + what);
 }
 
@@ -183,7 +177,7 @@ CimValue ElementReader::keyValue(XmlElement element) const
     for (const CimType type : {CimType::Uint64, CimType::Sint64, CimType::Real64})
         if (std::optional<CimValue> value = parseScalar(type, text))
             return std::move(*value);
-    failElement(element, shortened(text) + " is not a number");
+    failElement(element, quoted(text) + " is not a number");
 }
 
 CimValue ElementReader::embedded(CimType type, const std::string& text) const

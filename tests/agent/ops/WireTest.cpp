@@ -90,6 +90,33 @@ TEST_P(WireTest, AnswersAsRecorded)
     EXPECT_EQ(contents(base.string() + ".answer"), answer);
 }
 
+TEST(FrontEndLimits, AnswerWhatGoesBeyondThem)
+{
+    setLogLevel(LogLevel::Error);
+    const struct
+    {
+        const char* request;
+        std::size_t Limits::*limit;
+        std::size_t value;
+        const char* complaint;
+    } rows[] = {
+        {"EnumerateInstances", &Limits::parameters, 2, "more than 2 parameters"},
+        {"EnumerateInstances", &Limits::instanceProperties, 0, "PropertyList names more than 0 properties"},
+        {"GetInstanceEveryKeyForm", &Limits::pathKeys, 7, "has more than 7 keys"},
+        {"CreateInstance", &Limits::instanceProperties, 3, "has more than 3 properties"},
+    };
+    for (const auto& row : rows)
+    {
+        Limits limits;
+        limits.*row.limit = row.value;
+        FakeService service;
+        HttpRequest request = requestOf(contents(fs::path(CIMD_WIRE_DIR) / row.request += ".request"));
+        const std::string answer = FrontEnd(service, limits).answer(request).body;
+        EXPECT_NE(answer.find("CODE=\"4\""), std::string::npos) << answer;
+        EXPECT_NE(answer.find(row.complaint), std::string::npos) << answer;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Wire,
                          WireTest,
                          ::testing::ValuesIn(wireCases()),
