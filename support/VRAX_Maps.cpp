@@ -135,6 +135,11 @@ void VRAX_Maps::InstMapForceUnload(providerEnum_t idx)
     slot(idx).loadedAt.store(0);
 }
 
+void VRAX_Maps::InstMapChanged(providerEnum_t idx)
+{
+    slot(idx).loads.fetch_add(1);
+}
+
 std::uint32_t VRAX_Maps::loadCount(providerEnum_t idx) const
 {
     return slot(idx).loads.load();

@@ -73,7 +73,12 @@ class VRAX_Maps
     // Makes the map stale; what it holds stays until the next load.
     void InstMapForceUnload(providerEnum_t idx);
 
-    // Number of successful loads of the map, modulo 2^32: a different number means different instances.
+    // Says that an instance of the map was changed in place, under the map's write lock. The map stays as
+    // fresh as it was; maps built from it notice by the count below.
+    void InstMapChanged(providerEnum_t idx);
+
+    // Number of successful loads and changes of the map, modulo 2^32: a different number means different
+    // instances.
     std::uint32_t loadCount(providerEnum_t idx) const;
     // For a map built from other maps: a mark of the contents it was built from, kept for its loader.
     std::uint32_t builtFrom(providerEnum_t idx) const;

@@ -63,7 +63,7 @@ TEST(VraxMaps, FreshnessSurvivesTheWrapOfTheClock)
     }
 }
 
-TEST(VraxMaps, CountsLoads)
+TEST(VraxMaps, CountsLoadsAndChanges)
 {
     const std::uint32_t before = maps().loadCount(VRAX_ZoneAlias_Idx);
     maps().InstMapLoadSetOK(VRAX_ZoneAlias_Idx);
@@ -71,6 +71,9 @@ TEST(VraxMaps, CountsLoads)
     maps().InstMapForceUnload(VRAX_ZoneAlias_Idx);
     maps().InstMapLoadSetFailed(VRAX_ZoneAlias_Idx);
     EXPECT_EQ(maps().loadCount(VRAX_ZoneAlias_Idx), before + 1);
+    maps().InstMapChanged(VRAX_ZoneAlias_Idx);
+    EXPECT_EQ(maps().loadCount(VRAX_ZoneAlias_Idx), before + 2);
+    EXPECT_FALSE(maps().InstMapIsFresh(VRAX_ZoneAlias_Idx)) << "a change is no load";
 }
 
 TEST(VraxMaps, TheWriterOfAMapIsToldWhenItAsksAgain)
