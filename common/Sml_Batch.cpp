@@ -3,6 +3,7 @@
 
 #include "platform/switch_server.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 namespace cimple
@@ -94,7 +95,18 @@ bool Sml_Batch::read(std::initializer_list<const char*> arguments)
         _entries[i].value[0] = '\0';
         _entries[i].status = 0;
     }
-    return xpl_smlGetBatch(hSwitch, _entries.data(), count) == 0 && !isErrors(_entries.data(), count);
+    return xpl_smlGetBatch(hSwitch, _entries.data(), count) == 0 && !hasErrors();
+}
+
+void Sml_Batch::substitute(std::size_t entry, const char* value)
+{
+    std::snprintf(_entries[entry].value, kXplSmlTextSize, "%s", value);
+    _entries[entry].status = 0;
+}
+
+bool Sml_Batch::hasErrors() const
+{
+    return isErrors(_entries.data(), static_cast<std::uint32_t>(_entries.size()));
 }
 
 std::uint64_t Sml_Batch::hexadecimal(std::size_t entry) const

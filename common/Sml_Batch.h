@@ -32,6 +32,11 @@ class Sml_Batch
     // when a key does not fit its field. An entry may still carry the status XPL_NOT_AVAILABLE.
     bool read(std::initializer_list<const char*> arguments);
 
+    // For an entry that may do without a value: makes this its value. The text is cut to the field.
+    void substitute(std::size_t entry, const char* value);
+    // Whether an entry has an error, as judged by read().
+    bool hasErrors() const;
+
     std::size_t size() const { return _entries.size(); }
     // The platform's status of an entry; 0 when it has a value.
     std::int32_t status(std::size_t entry) const { return _entries[entry].status; }

@@ -1,0 +1,38 @@
+// The Fibre Channel ports: of the local switch, of the fabric's other switches, and of attached nodes.
+#ifndef FABRICPROVIDERS_VRAX_FCPORT_PROVIDER_H
+#define FABRICPROVIDERS_VRAX_FCPORT_PROVIDER_H
+
+#include "common/Map_Provider.h"
+
+#include "VRAX_FCPort_Methods.h"
+
+namespace cimple
+{
+
+class VRAX_FCPort_Provider : public Instance_Provider_Base<VRAX_FCPort_Provider, VRAX_FCPort>,
+                             public VRAX_FCPort_Methods<VRAX_FCPort_Provider>
+{
+  public:
+    static constexpr const char* kSource = "fabricProviders/VRAX_FCPort_Provider";
+
+    void build(Map_Writer<VRAX_FCPort>& map);
+
+    // Renames a local port; nothing else of a port can be changed.
+    Modify_Instance_Status modify_instance(const VRAX_FCPort* model, const VRAX_FCPort* instance);
+
+    // Changes the administrative state of a local port, or resets its link. The outcome is in return_value,
+    // as in CIM_EnabledLogicalElement: 0 done, 1 not supported or refused by the switch, 4 the ports cannot
+    // be read, 5 no such port or state. The cached port shows its new state from the next load on.
+    Invoke_Method_Status RequestStateChange(const VRAX_FCPort* self,
+                                            const Property<uint16>& RequestedState,
+                                            CIM_ConcreteJob*& Job,
+                                            const Property<Datetime>& TimeoutPeriod,
+                                            Property<uint32>& return_value);
+
+  private:
+    class Port_Writer; // FCPort_Writer.h
+};
+
+} // namespace cimple
+
+#endif
