@@ -110,11 +110,14 @@ class Map_Provider
     Load_Status rebuild()
     {
         self().unload();
+        const std::uint32_t forcedUnloads = maps().forcedUnloads(kIndex);
         try
         {
             Map_Writer<CLASS> writer;
             self().build(writer);
             maps().InstMapLoadSetOK(kIndex);
+            if (maps().forcedUnloads(kIndex) != forcedUnloads)
+                maps().InstMapForceUnload(kIndex);
             return LOAD_OK;
         }
         catch (const VRAX_Except& failure)

@@ -132,7 +132,14 @@ void VRAX_Maps::InstMapLoadSetFailed(providerEnum_t idx)
 
 void VRAX_Maps::InstMapForceUnload(providerEnum_t idx)
 {
+    // Counted first: a load that misses the count has recorded its success already, and that ends here.
+    slot(idx).forcedUnloads.fetch_add(1);
     slot(idx).loadedAt.store(0);
+}
+
+std::uint32_t VRAX_Maps::forcedUnloads(providerEnum_t idx) const
+{
+    return slot(idx).forcedUnloads.load();
 }
 
 void VRAX_Maps::InstMapChanged(providerEnum_t idx)

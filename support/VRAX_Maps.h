@@ -70,8 +70,11 @@ class VRAX_Maps
     // Outcome of a load, recorded under the map's write lock.
     void InstMapLoadSetOK(providerEnum_t idx);
     void InstMapLoadSetFailed(providerEnum_t idx);
-    // Makes the map stale; what it holds stays until the next load.
+    // Makes the map stale; what it holds stays until the next load. Needs no lock.
     void InstMapForceUnload(providerEnum_t idx);
+    // Number of times the map was made stale in this way, modulo 2^32. When it changes during a load, the
+    // load has read part of the switch too early and must leave the map stale.
+    std::uint32_t forcedUnloads(providerEnum_t idx) const;
 
     // Says that an instance of the map was changed in place, under the map's write lock. The map stays as
     // fresh as it was; maps built from it notice by the count below.
@@ -113,6 +116,7 @@ class VRAX_Maps
         // because the target has no wider atomics; the distance to now stays right when the count wraps.
         std::atomic<std::uint32_t> loadedAt{0};
         std::atomic<std::uint32_t> loads{0};
+        std::atomic<std::uint32_t> forcedUnloads{0};
         std::atomic<std::uint32_t> builtFrom{0};
     };
 

@@ -115,6 +115,21 @@ TEST_F(InstanceProvider, AFailedLoadIsLoggedAnsweredAsFailureAndRepeatedByTheNex
     }
 }
 
+// The switch changes while it is being read: this request has its answer, the next one reads again.
+TEST_F(InstanceProvider, StaysStaleWhenMadeStaleDuringItsLoad)
+{
+    Ports::instead = [](Map_Writer<VRAX_FCPortStatistics>& map)
+    {
+        Ports_Provider::insert(map, "1");
+        std::thread([] { VRAX_Maps::getInstance()->InstMapForceUnload(Ports_Provider::kIndex); }).join();
+    };
+    EXPECT_EQ(serve<Ports_Provider>().count, 1u);
+    Ports::instead = nullptr;
+    EXPECT_EQ(serve<Ports_Provider>().count, kPorts);
+    EXPECT_EQ(serve<Ports_Provider>().count, kPorts);
+    EXPECT_EQ(Ports::builds, 2);
+}
+
 TEST_F(InstanceProvider, ADuplicateIsDropped)
 {
     Ports::instead = [](Map_Writer<VRAX_FCPortStatistics>& map)
