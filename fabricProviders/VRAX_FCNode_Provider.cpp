@@ -43,7 +43,7 @@ void VRAX_FCNode_Provider::build(Map_Writer<VRAX_FCNode>& map)
         const Domain_Text domain(one.getDomainID());
         for (const char* address : Attached_Ports(domain))
         {
-            // A port that logged out meanwhile, or whose WWN the name server does not have yet.
+            // The port has logged out meanwhile, or the name server does not have its WWN yet.
             if (!batch.read({domain.c_str(), address}) || batch.text(kPortWwn)[0] == '\0')
                 continue;
             // Two entries of one port happen while a node moves: the first one counts.
@@ -58,7 +58,7 @@ void VRAX_FCNode_Provider::build(Map_Writer<VRAX_FCNode>& map)
             node->Name.set(upperCased(batch.text(kNodeWwn)).c_str());
             node->ElementName.set(upperCased(batch.text(kSymNodeName)).c_str());
             node->NameFormat.set("WWN");
-            // The message ends in a line feed of its own; clients of the log know it so.
+            // The line feed belongs to the message.
             if (!map.insert(node))
                 failLoad("Failed to insert into VRAX_FCNode_map\n");
         }
