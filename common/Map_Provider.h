@@ -141,6 +141,12 @@ class Map_Provider
         throw VRAX_Except(PROVIDER::kSource, "load", line, CRIT, "%s", message);
     }
 
+    // Logs a failure of one of the provider's operations, in the name of the caller's line.
+    static void logFailure(const char* function, const char* message, int line = __builtin_LINE())
+    {
+        cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", PROVIDER::kSource, function, line, message);
+    }
+
     // Inserts an instance whose keys are all set; a duplicate is dropped. Throws, in the name of the
     // caller's line, when a key is missing.
     static void insertChecked(Map_Writer<CLASS>& target, Owned<CLASS>& instance, int line = __builtin_LINE())
@@ -158,8 +164,8 @@ class Map_Provider
     }
 
     // Gives one property of a cached instance the value that has been written to the switch. Requests being
-    // answered keep the instance as it was. The caller holds the write lock; `cached` is the map's and not to
-    // be used any more.
+    // answered keep the instance as it was; associations with it are built again. The caller holds the write
+    // lock; `cached` is the map's and not to be used any more.
     template <class PROPERTY>
     static void changeCached(const CLASS* cached, PROPERTY CLASS::*property, const PROPERTY& value)
     {
@@ -168,6 +174,7 @@ class Map_Provider
         changed.get()->*property = value;
         (mask.get()->*property).null = 0;
         map()._modify_instance(mask.get(), changed.get());
+        maps().InstMapChanged(kIndex);
     }
 
   private:
