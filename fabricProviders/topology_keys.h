@@ -6,7 +6,12 @@
 #ifndef FABRICPROVIDERS_TOPOLOGY_KEYS_H
 #define FABRICPROVIDERS_TOPOLOGY_KEYS_H
 
+#include "VRAX_FCNode.h"
+#include "VRAX_FCPort.h"
+#include "VRAX_FCSwitch.h"
 #include "VRAX_ProtocolEndpoint.h"
+
+#include <cstring>
 
 namespace cimple
 {
@@ -27,9 +32,33 @@ const char* switchOf(const ELEMENT& element)
                                                                     : nullptr;
 }
 
+inline const char* switchName(const VRAX_FCSwitch& one)
+{
+    return one.Name.value.c_str();
+}
+
+// The port's own WWN: a switch port's DeviceID has that of its switch and a colon before it.
+inline const char* portWwn(const VRAX_FCPort& port)
+{
+    const char* id = port.DeviceID.value.c_str();
+    const char* colon = std::strchr(id, ':');
+    return colon != nullptr ? colon + 1 : id;
+}
+
+// The same for the ports of attached nodes; null for the others.
+inline const char* attachedPortWwn(const VRAX_FCPort& port)
+{
+    return belongsToFabric(port) ? port.DeviceID.value.c_str() : nullptr;
+}
+
 inline const char* endpointWwn(const VRAX_ProtocolEndpoint& endpoint)
 {
     return endpoint.Name.value.c_str();
+}
+
+inline const char* nodePortWwn(const VRAX_FCNode& node)
+{
+    return node.InstanceID.value.c_str();
 }
 
 } // namespace cimple
