@@ -179,6 +179,52 @@ TEST_F(Module, AnswersAssociationRequestsFromItsAssociations)
     EXPECT_FALSE(again.associators(manager.paths[0]).ok());
 }
 
+TEST_F(Module, RefusesWhatItsClassesDoNotSupport)
+{
+    struct Row
+    {
+        const char* className;
+        std::vector<const char*> methods;
+    };
+    const Row rows[] = {
+        {"VRAX_Namespace", {}},
+        {"VRAX_ObjectManager",
+         {"RequestStateChange", "StartService", "StopService", "ChangeAffectedElementsAssignedSequence"}},
+        {"VRAX_CIMXMLCommunicationMechanism", {"RequestStateChange"}},
+        {"VRAX_NamespaceInManager", {}},
+        {"VRAX_CIMXMLCommMechanismForManager", {}},
+        {"VRAX_FCPortStatistics", {"ResetSelectedStats"}},
+        {"VRAX_FCPortRateStatistics", {"ResetSelectedStats"}},
+        {"VRAX_StatisticsCollection", {}},
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.className);
+        Client& provider = client(row.className);
+        const Path classPath = path(row.className);
+        const Outcome names = provider.enumerateInstanceNames(classPath);
+        ASSERT_FALSE(names.paths.empty()) << names.message;
+        const Path& one = names.paths[0];
+        EXPECT_EQ(provider.createInstance(classPath, {classPath, {}}).rc, CMPI_RC_ERR_NOT_SUPPORTED);
+        EXPECT_EQ(provider.modifyInstance(one, {one, {}}).rc, CMPI_RC_ERR_NOT_SUPPORTED);
+        EXPECT_EQ(provider.deleteInstance(one).rc, CMPI_RC_ERR_NOT_SUPPORTED);
+        for (const char* method : row.methods)
+            EXPECT_EQ(provider.invokeMethod(one, method).rc, CMPI_RC_ERR_NOT_SUPPORTED) << method;
+        EXPECT_EQ(provider.enumerateInstanceNames(classPath).texts(), names.texts());
+    }
+}
+
+TEST_F(Module, StartsWithoutTheSwitchAndRecovers)
+{
+    sim.failNext("get_Local_Switch_World_Wide_Name", 1000);
+    const Path classPath = path("VRAX_ObjectManager");
+    Client& managers = client("VRAX_ObjectManager");
+    EXPECT_EQ(managers.enumerateInstances(classPath).rc, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(managers.createInstance(classPath, {classPath, {}}).rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    sim.restore();
+    EXPECT_EQ(managers.enumerateInstances(classPath).instances.size(), 1u);
+}
+
 TEST_F(Module, UnsupportedAndUnknownMethodsAreErrors)
 {
     Client& service = client("VRAX_ObjectManager");
