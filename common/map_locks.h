@@ -7,45 +7,40 @@
 namespace cimple
 {
 
-// A map guard keeps the result of its lock call and gives back only what it obtained. A failed call is no
-// error: it means that the thread already holds the map's write lock further out, and the operation goes on
-// under that one.
-class MapRdLock
+// What both map guards do: keep the result of the lock call and give back only what it obtained. A failed
+// call is no error: it means that the thread already holds the map's write lock further out, and the
+// operation goes on under that one.
+class Map_Lock
 {
   public:
-    explicit MapRdLock(providerEnum_t map) : _result(VRAX_Maps::getInstance()->rdLock(map)), _map(map) {}
-    ~MapRdLock()
+    Map_Lock(const Map_Lock&) = delete;
+    Map_Lock& operator=(const Map_Lock&) = delete;
+
+    bool obtained() const { return _result == 0; }
+
+  protected:
+    Map_Lock(int result, providerEnum_t map) : _result(result), _map(map) {}
+    ~Map_Lock()
     {
         if (_result == 0)
             VRAX_Maps::getInstance()->unlock(_map);
     }
-    MapRdLock(const MapRdLock&) = delete;
-    MapRdLock& operator=(const MapRdLock&) = delete;
-
-    bool obtained() const { return _result == 0; }
 
   private:
     int _result;
     providerEnum_t _map;
 };
 
-class MapWrLock
+class MapRdLock : public Map_Lock
 {
   public:
-    explicit MapWrLock(providerEnum_t map) : _result(VRAX_Maps::getInstance()->wrLock(map)), _map(map) {}
-    ~MapWrLock()
-    {
-        if (_result == 0)
-            VRAX_Maps::getInstance()->unlock(_map);
-    }
-    MapWrLock(const MapWrLock&) = delete;
-    MapWrLock& operator=(const MapWrLock&) = delete;
+    explicit MapRdLock(providerEnum_t map) : Map_Lock(VRAX_Maps::getInstance()->rdLock(map), map) {}
+};
 
-    bool obtained() const { return _result == 0; }
-
-  private:
-    int _result;
-    providerEnum_t _map;
+class MapWrLock : public Map_Lock
+{
+  public:
+    explicit MapWrLock(providerEnum_t map) : Map_Lock(VRAX_Maps::getInstance()->wrLock(map), map) {}
 };
 
 // Holds the association-load mutex until unlock() or the end of the scope.

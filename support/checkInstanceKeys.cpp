@@ -9,24 +9,19 @@ namespace cimple
 namespace
 {
 
-template <class T>
-const T& fieldAt(const Instance* instance, std::size_t offset)
-{
-    return *static_cast<const T*>(static_cast<const void*>(reinterpret_cast<const char*>(instance) + offset));
-}
-
 bool isPopulated(const Instance* instance, const Meta_Feature* feature)
 {
     if (feature->flags & CIMPLE_FLAG_PROPERTY)
     {
         const Meta_Property* property = reinterpret_cast<const Meta_Property*>(feature);
         const bool isText = property->type == STRING && property->subscript == 0;
-        return !isText || !fieldAt<Property<String>>(instance, property->offset).value.empty();
+        return !isText ||
+               !static_cast<const Property<String>*>(__property_of(instance, property))->value.empty();
     }
     if (feature->flags & CIMPLE_FLAG_REFERENCE)
     {
         const Meta_Reference* reference = reinterpret_cast<const Meta_Reference*>(feature);
-        return checkInstanceKeys(fieldAt<const Instance*>(instance, reference->offset));
+        return checkInstanceKeys(__ref_of(instance, reference));
     }
     return true;
 }
