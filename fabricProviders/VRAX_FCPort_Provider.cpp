@@ -31,11 +31,6 @@ bool isLocal(const VRAX_FCPort& port)
     return !port.HealthState.null;
 }
 
-void logCritical(const char* function, const char* message, int line = __builtin_LINE())
-{
-    cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", VRAX_FCPort_Provider::kSource, function, line, message);
-}
-
 // A port's configuration record. Fields that are not known here go back as they were read.
 class Port_Record
 {
@@ -56,53 +51,6 @@ class Port_Record
     std::int32_t _port;
     xpl_swPortConfig _record{};
 };
-
-} // namespace
-
-Modify_Instance_Status VRAX_FCPort_Provider::modify_instance(const VRAX_FCPort* model,
-                                                             const VRAX_FCPort* instance)
-{
-    trace(kSource, __func__, __LINE__);
-    const MapWrLock lock(kIndex);
-    const XPL_Mem<char*> localWwn(get_Local_Switch_World_Wide_Name());
-    if (localWwn.empty() || *localWwn == nullptr)
-    {
-        logCritical(__func__, "Unable to retrieve localWWN");
-        return MODIFY_INSTANCE_NOT_FOUND;
-    }
-    if (!model->SystemName.null && !instance->SystemName.value.equali(*localWwn))
-        return MODIFY_INSTANCE_INVALID_PARAMETER;
-
-    const auto* cached = static_cast<const VRAX_FCPort*>(map()._lookup(instance));
-    if (cached == nullptr)
-    {
-        logCritical(__func__, "Required instance not found in the map");
-        return MODIFY_INSTANCE_NOT_FOUND;
-    }
-    // A node port bears the local switch's name as well, when that switch is the principal one.
-    if (!isLocal(*cached))
-        return MODIFY_INSTANCE_INVALID_PARAMETER;
-    if (model->ElementName.null)
-        return MODIFY_INSTANCE_OK;
-
-    Port_Record record(*cached);
-    if (!record.read())
-    {
-        logCritical(__func__, "xpl_swPortGetConfig Failed");
-        return MODIFY_INSTANCE_NOT_FOUND;
-    }
-    record.setName(instance->ElementName.value);
-    if (!record.write())
-    {
-        logCritical(__func__, "xpl_swPortSetConfig Failed");
-        return MODIFY_INSTANCE_NOT_FOUND;
-    }
-    changeCached(cached, &VRAX_FCPort::ElementName, instance->ElementName);
-    return MODIFY_INSTANCE_OK;
-}
-
-namespace
-{
 
 // Values of RequestStateChange's return value.
 constexpr uint32 kCompleted = 0;
@@ -138,13 +86,56 @@ const State_Change* stateChange(uint16 requested)
     return nullptr;
 }
 
-// Carries out a request on a port of the map. The value to return.
-uint32 changeState(const VRAX_FCPort& port, uint16 requestedState, const char* function)
+} // namespace
+
+Modify_Instance_Status VRAX_FCPort_Provider::modify_instance(const VRAX_FCPort* model,
+                                                             const VRAX_FCPort* instance)
+{
+    trace(kSource, __func__, __LINE__);
+    const MapWrLock lock(kIndex);
+    const XPL_Mem<char*> localWwn(get_Local_Switch_World_Wide_Name());
+    if (localWwn.empty() || *localWwn == nullptr)
+    {
+        logFailure(__func__, "Unable to retrieve localWWN");
+        return MODIFY_INSTANCE_NOT_FOUND;
+    }
+    if (!model->SystemName.null && !instance->SystemName.value.equali(*localWwn))
+        return MODIFY_INSTANCE_INVALID_PARAMETER;
+
+    const auto* cached = static_cast<const VRAX_FCPort*>(map()._lookup(instance));
+    if (cached == nullptr)
+    {
+        logFailure(__func__, "Required instance not found in the map");
+        return MODIFY_INSTANCE_NOT_FOUND;
+    }
+    // A node port bears the local switch's name as well, when that switch is the principal one.
+    if (!isLocal(*cached))
+        return MODIFY_INSTANCE_INVALID_PARAMETER;
+    if (model->ElementName.null)
+        return MODIFY_INSTANCE_OK;
+
+    Port_Record record(*cached);
+    if (!record.read())
+    {
+        logFailure(__func__, "xpl_swPortGetConfig Failed");
+        return MODIFY_INSTANCE_NOT_FOUND;
+    }
+    record.setName(instance->ElementName.value);
+    if (!record.write())
+    {
+        logFailure(__func__, "xpl_swPortSetConfig Failed");
+        return MODIFY_INSTANCE_NOT_FOUND;
+    }
+    changeCached(cached, &VRAX_FCPort::ElementName, instance->ElementName);
+    return MODIFY_INSTANCE_OK;
+}
+
+uint32 VRAX_FCPort_Provider::changeState(const VRAX_FCPort& port, uint16 requestedState, const char* function)
 {
     cim_log(kLogInfo, "Found VRAX_FCPort instance\n");
     if (!isLocal(port))
     {
-        logCritical(function, "Not a port of the local switch");
+        logFailure(function, "Not a port of the local switch");
         return kRefused;
     }
     cim_log(kLogInfo, "PortID = %d\n", int{port.PortNumber.value});
@@ -162,14 +153,12 @@ uint32 changeState(const VRAX_FCPort& port, uint16 requestedState, const char* f
     change->apply(record);
     if (!record.write())
     {
-        logCritical(function, "Failed to  change the port state");
+        logFailure(function, "Failed to  change the port state");
         return kRefused;
     }
     cim_log(kLogInfo, "Successfully changed the port state\n");
     return kCompleted;
 }
-
-} // namespace
 
 Invoke_Method_Status VRAX_FCPort_Provider::RequestStateChange(const VRAX_FCPort* self,
                                                               const Property<uint16>& RequestedState,
@@ -194,7 +183,7 @@ Invoke_Method_Status VRAX_FCPort_Provider::RequestStateChange(const VRAX_FCPort*
     const auto* cached = static_cast<const VRAX_FCPort*>(map()._lookup(self));
     if (cached == nullptr)
     {
-        logCritical(__func__, "\n VRAX FCPort not found");
+        logFailure(__func__, "\n VRAX FCPort not found");
         return_value.set(kInvalidParameter);
         return INVOKE_METHOD_OK;
     }

@@ -31,6 +31,10 @@ class VRAX_FCPort_Provider : public Instance_Provider_Base<VRAX_FCPort_Provider,
 
   private:
     class Port_Writer; // FCPort_Writer.h
+
+    // Carries out a request on a port of the map; what it returns to the client. `function` is named in the
+    // log.
+    static uint32 changeState(const VRAX_FCPort& port, uint16 requestedState, const char* function);
 };
 
 } // namespace cimple
