@@ -137,7 +137,9 @@ class HttpServer::Impl
         : _handler(handler), _limits(limits),
           _pool(std::make_unique<WorkerPool>(limits.workers, limits.queuedRequests))
     {
-        const unsigned flags = MHD_USE_EPOLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME | MHD_USE_ITC |
+        // Not epoll: libmicrohttpd uses it edge-triggered and misses the end of a connection that arrives
+        // together with half a request, which then keeps its place until it has been idle for long enough.
+        const unsigned flags = MHD_USE_POLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME | MHD_USE_ITC |
                                MHD_USE_ERROR_LOG | (socket.ipv6() ? unsigned{MHD_USE_IPv6} : 0U);
         _daemon = MHD_start_daemon(flags,
                                    socket.port(),

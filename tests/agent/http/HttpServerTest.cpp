@@ -261,6 +261,18 @@ TEST_F(HttpServerTest, RefusesABodyWhoseLengthIsGivenTwice)
     }
 }
 
+TEST_F(HttpServerTest, FreesTheConnectionOfAClientThatLeavesInTheMiddle)
+{
+    Limits limits;
+    limits.connections = 1;
+    limits.idleSeconds = 0; // for ever
+    start(limits);
+    const std::string whole = post("body");
+    for (std::size_t sent = 1; sent < whole.size(); sent += 10)
+        RawClient(port).send(whole.substr(0, sent));
+    EXPECT_EQ("body", RawClient(port).ask(whole).body);
+}
+
 TEST_F(HttpServerTest, ReadsTheBodyOfARefusedRequestAndGoesOn)
 {
     start();
