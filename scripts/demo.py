@@ -59,6 +59,56 @@ def walk_associations(connection, manager):
             raise SystemExit(f"demo: {association} does not lead back to the object manager: {back}")
 
 
+SPEED_NAMES = {1062500000: "1 Gb/s", 2125000000: "2 Gb/s", 4250000000: "4 Gb/s", 8500000000: "8 Gb/s",
+               12750000000: "10 Gb/s", 25500000000: "20 Gb/s"}
+MAPPED = {}  # (class, property) -> value -> its name in the class's value map
+
+
+def name_of(connection, instance, property_name):
+    """The name that the class gives to the property's value."""
+    value = instance[property_name]
+    value = value[0] if isinstance(value, list) and value else value
+    if value is None or value == []:
+        return "-"
+    key = (instance.classname, property_name)
+    if key not in MAPPED:
+        mapping = pywbem.ValueMapping.for_property(connection, NAMESPACE, *key)
+        MAPPED[key] = dict(mapping.items())
+    return MAPPED[key].get(value, str(value))
+
+
+def attached_to(connection, port):
+    """What is at the other end of a port's link: the far endpoint's instance, or None."""
+    for endpoint in connection.AssociatorNames(port.path, AssocClass="CIM_DeviceSAPImplementation"):
+        for far in connection.Associators(endpoint, AssocClass="CIM_ActiveConnection"):
+            yield far
+
+
+def describe_far_end(connection, far):
+    nodes = connection.Associators(far.path, ResultClass="CIM_LogicalDevice")
+    for port in nodes:
+        for node in connection.Associators(port.path, ResultClass="VRAX_FCNode"):
+            return f"{node['ElementName'] or '(no name)'}, port {node['InstanceID']}, node {node['Name']}"
+        for switch in connection.Associators(port.path, ResultClass="VRAX_FCSwitch"):
+            return f"switch {switch['ElementName']}, {port['ElementName']}"
+    return far["Name"]
+
+
+def walk_fabric(connection):
+    heading("The fabric")
+    fabric = one(connection, "VRAX_Fabric")
+    print(f"  fabric {fabric['Name']}")
+    for switch in connection.Associators(fabric.path, AssocClass="CIM_SystemComponent", ResultClass="VRAX_FCSwitch"):
+        print(f"  +- switch {switch['ElementName']}  {switch['Name']}  domain {switch['OtherIdentifyingInfo'][0]}  "
+              f"{name_of(connection, switch, 'OperationalStatus')}")
+        for port in connection.Associators(switch.path, AssocClass="VRAX_FCSwitchFCPort"):
+            print(f"  |  +- port {port['PortNumber']:<3} {port['ElementName']:<26} "
+                  f"{name_of(connection, port, 'PortType'):<8} {SPEED_NAMES.get(port['Speed'], '-'):<8} "
+                  f"{name_of(connection, port, 'OperationalStatus')}")
+            for far in attached_to(connection, port):
+                print(f"  |  |     `- {describe_far_end(connection, far)}")
+
+
 def walk_statistics(connection):
     heading("Port statistics")
     collection = one(connection, "VRAX_StatisticsCollection")
@@ -86,6 +136,7 @@ def main():
         connection = pywbem.WBEMConnection(agent.url, default_namespace=NAMESPACE)
         manager = walk_server(connection)
         walk_associations(connection, manager)
+        walk_fabric(connection)
         walk_statistics(connection)
     print("\nThe agent stopped.")
 

@@ -18,6 +18,13 @@ def references_of(connection, association):
     return [p.name for p in declared.properties.values() if p.type == "reference"]
 
 
+def sample(sources, most=6):
+    """Some of many, spread evenly, so that large associations do not take minutes to walk."""
+    ordered = sorted(sources)
+    step = max(1, len(ordered) // most)
+    return ordered[::step]
+
+
 def test_six_ways_of_walking_agree(connection):
     for association in association_classes(connection):
         instances = connection.EnumerateInstances(association)
@@ -25,7 +32,8 @@ def test_six_ways_of_walking_agree(connection):
         assert [i.path for i in instances] == paths
         near, far = references_of(connection, association)
         for (source_role, result_role), source in itertools.product(
-                [(near, far), (far, near)], sorted({str(i[r]) for i in instances for r in (near, far)})):
+                [(near, far), (far, near)],
+                sample({str(i[near]) for i in instances}) + sample({str(i[far]) for i in instances})):
             source_path = pywbem.CIMInstanceName.from_wbem_uri(source)
             matching = [i for i in instances if str(i[source_role]) == source]
             expected = sorted(str(i[result_role]) for i in matching)
@@ -47,14 +55,16 @@ def test_six_ways_of_walking_agree(connection):
 
 
 @pytest.mark.parametrize("filters, expected", [
-    ({}, {"VRAX_Namespace", "VRAX_CIMXMLCommunicationMechanism"}),
-    ({"AssocClass": "CIM_Dependency"}, {"VRAX_Namespace", "VRAX_CIMXMLCommunicationMechanism"}),
+    ({}, {"VRAX_FCSwitch", "VRAX_Namespace", "VRAX_CIMXMLCommunicationMechanism"}),
+    ({"AssocClass": "CIM_Dependency"}, {"VRAX_FCSwitch", "VRAX_Namespace", "VRAX_CIMXMLCommunicationMechanism"}),
+    ({"AssocClass": "CIM_HostedService"}, {"VRAX_FCSwitch"}),
     ({"AssocClass": "cim_namespaceinmanager"}, {"VRAX_Namespace"}),
     ({"ResultClass": "CIM_ServiceAccessPoint"}, {"VRAX_CIMXMLCommunicationMechanism"}),
     ({"ResultClass": "CIM_StatisticalData"}, set()),
-    ({"Role": "Dependent"}, set()),
+    ({"Role": "Dependent"}, {"VRAX_FCSwitch"}),
     ({"Role": "antecedent", "ResultRole": "DEPENDENT"}, {"VRAX_Namespace", "VRAX_CIMXMLCommunicationMechanism"}),
-    ({"ResultRole": "Antecedent"}, set()),
+    ({"ResultRole": "Antecedent"}, {"VRAX_FCSwitch"}),
+    ({"Role": "Dependent", "ResultRole": "Dependent"}, set()),
 ])
 def test_filters_narrow_what_belongs_to_the_manager(connection, filters, expected):
     [manager] = connection.EnumerateInstanceNames("VRAX_ObjectManager")
