@@ -129,7 +129,7 @@ class Map_Provider
         }
         catch (const std::exception& failure)
         {
-            cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", PROVIDER::kSource, "load", __LINE__, failure.what());
+            logFailure("load", failure.what());
         }
         maps().InstMapLoadSetFailed(kIndex);
         return LOAD_FAILED;

@@ -13,11 +13,7 @@ void VRAX_CIMXMLCommunicationMechanism_Provider::build(Map_Writer<VRAX_CIMXMLCom
     Owned<VRAX_CIMXMLCommunicationMechanism> instance = makeWithDefaults<VRAX_CIMXMLCommunicationMechanism>();
     if (!instance)
     {
-        cim_log(kLogCritical,
-                "CRIT:%s:%s[%d] Unable to create VRAX_CIMXMLCommunicationMechanism\n",
-                kSource,
-                "load",
-                __LINE__);
+        logFailure("load", "Unable to create VRAX_CIMXMLCommunicationMechanism");
         throw Load_Failed();
     }
 

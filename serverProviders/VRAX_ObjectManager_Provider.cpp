@@ -13,8 +13,7 @@ void VRAX_ObjectManager_Provider::build(Map_Writer<VRAX_ObjectManager>& map)
     Owned<VRAX_ObjectManager> instance = makeNull<VRAX_ObjectManager>();
     if (!instance)
     {
-        cim_log(
-            kLogCritical, "CRIT:%s:%s[%d] Unable to create VRAX_ObjectManager\n", kSource, "load", __LINE__);
+        logFailure("load", "Unable to create VRAX_ObjectManager");
         throw Load_Failed();
     }
 
