@@ -38,7 +38,7 @@ class Admin_Domain_Provider : public Instance_Provider_Base<PROVIDER, CLASS>
   private:
     [[noreturn]] static void fail(const char* message, int line = __builtin_LINE())
     {
-        cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", PROVIDER::kSource, "load", line, message);
+        Admin_Domain_Provider::logFailure("load", message, line);
         throw Load_Failed();
     }
 };
