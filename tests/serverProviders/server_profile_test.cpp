@@ -1,5 +1,7 @@
 // Tests of the object manager, its namespace, its communication mechanism and the associations between them.
 #include "serverProviders/VRAX_CIMXMLCommMechanismForManager_Provider.h"
+#include "serverProviders/VRAX_FCSwitchCIMXMLCommMechanism_Provider.h"
+#include "serverProviders/VRAX_FCSwitchObjectManager_Provider.h"
 #include "serverProviders/VRAX_NamespaceInManager_Provider.h"
 #include "tests/common/testing/Switch_Test.h"
 
@@ -84,6 +86,60 @@ TEST_F(ServerProfile, AssociationsLoadTheirEndsAndReferToWholeInstances)
     // Each of the three ends was read from the switch once.
     EXPECT_EQ(sim.calls("get_Local_Switch_World_Wide_Name"), 3u);
     EXPECT_EQ(sim.platformCalls(), 3u);
+}
+
+TEST_F(ServerProfile, TheFirstSwitchOfTheFabricHostsTheManagerAndItsMechanism)
+{
+    // Not the local one: that has the higher domain.
+    sim.open(simulator::SimSwitch::make().wwn(kWwn).domain(9).remote(2, 1).scenario());
+    EXPECT_EQ(instances<VRAX_FCSwitchObjectManager_Provider>(),
+              (std::vector<Description>{
+                  {{"Antecedent", "-> VRAX_FCSwitch"}, {"Dependent", "-> VRAX_ObjectManager"}}}));
+    EXPECT_EQ(instances<VRAX_FCSwitchCIMXMLCommMechanism_Provider>(),
+              (std::vector<Description>{{{"Antecedent", "-> VRAX_FCSwitch"},
+                                         {"Dependent", "-> VRAX_CIMXMLCommunicationMechanism"}}}));
+    const Description first = instances<VRAX_FCSwitch_Provider>().at(0);
+    serve<VRAX_FCSwitchObjectManager_Provider>(
+        [&](const VRAX_FCSwitchObjectManager& association)
+        {
+            EXPECT_EQ(described(*association.Antecedent), first);
+            EXPECT_EQ(described(*association.Dependent), instances<VRAX_ObjectManager_Provider>().at(0));
+        });
+    serve<VRAX_FCSwitchCIMXMLCommMechanism_Provider>(
+        [&](const VRAX_FCSwitchCIMXMLCommMechanism& association)
+        { EXPECT_EQ(described(*association.Antecedent), first); });
+
+    // Without a switch there is nothing to associate, which is no failure.
+    clock.outlive();
+    sim.failNext("DataCache::getFabric");
+    EXPECT_EQ(instances<VRAX_FCSwitchObjectManager_Provider>().size(), 0u);
+    EXPECT_EQ(instances<VRAX_FCSwitchCIMXMLCommMechanism_Provider>().size(), 0u);
+    clock.outlive();
+    EXPECT_EQ(instances<VRAX_FCSwitchCIMXMLCommMechanism_Provider>().size(), 1u);
+}
+
+TEST_F(ServerProfile, FailuresOfTheSwitchsAssociations)
+{
+    {
+        const Create_Failures failures("VRAX_FCSwitchObjectManager");
+        expectLoadFails<VRAX_FCSwitchObjectManager_Provider>(
+            "Exception[CRIT]:serverProviders/VRAX_FCSwitchObjectManager_Provider:load[] "
+            "Unable to create instance of VRAX_FCSwitchObjectManager");
+    }
+    {
+        const Create_Failures failures("VRAX_FCSwitchCIMXMLCommMechanism");
+        expectLoadFails<VRAX_FCSwitchCIMXMLCommMechanism_Provider>(
+            "Exception[CRIT]:serverProviders/VRAX_FCSwitchCIMXMLCommMechanism_Provider:load[] "
+            "Unable to create instance of VRAX_FCSwitchCIMXMLCommMechanism");
+    }
+    clock.outlive();
+    sim.failNext("xpl_smlGetBatch", 2);
+    const std::string switchFails =
+        "Exception[CRIT]:fabricProviders/VRAX_FCSwitch_Provider:load[] Unable to obtain FCSwitch attributes";
+    expectLoadFails<VRAX_FCSwitchObjectManager_Provider>(switchFails);
+    expectLoadFails<VRAX_FCSwitchCIMXMLCommMechanism_Provider>(switchFails);
+    EXPECT_EQ(instances<VRAX_FCSwitchObjectManager_Provider>().size(), 1u);
+    EXPECT_EQ(instances<VRAX_FCSwitchCIMXMLCommMechanism_Provider>().size(), 1u);
 }
 
 TEST_F(ServerProfile, ServesFreshMapsWithoutTheSwitchAndStaleOnesFromIt)
