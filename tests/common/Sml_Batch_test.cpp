@@ -1,5 +1,9 @@
-// Tests of how batch keys are made from formats.
+// Tests of batches: how keys are made from formats, and values that are substituted.
 #include "common/Sml_Batch.h"
+
+#include "simulator/testing/sim_switch.h"
+
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -46,6 +50,31 @@ TEST(FormatSmlKey, RefusesWhatDoesNotFitTheField)
     EXPECT_TRUE(formatSmlKey(key, "%s", {std::string(255, 'k').c_str()}));
     EXPECT_FALSE(formatSmlKey(key, "%s", {std::string(256, 'k').c_str()}));
     EXPECT_FALSE(formatSmlKey(key, "%s.", {std::string(255, 'k').c_str()}));
+}
+
+constexpr const char* kTwoKeys[] = {"Oper.UserPort.0.%s.DiagStatus", "Oper.UserPort.0.%s.OperState"};
+
+TEST(SmlBatch, AValueThatIsNotAvailableCanBeSubstitutedUntilTheNextRead)
+{
+    simulator::SimSwitch sim = simulator::SimSwitch::make();
+    Sml_Batch batch(kTwoKeys);
+    sim.failNext("Oper.UserPort.0.1.DiagStatus", 1, XPL_NOT_AVAILABLE);
+    ASSERT_TRUE(batch.read({"1"}));
+    EXPECT_EQ(batch.status(0), XPL_NOT_AVAILABLE);
+    batch.substitute(0, "Unknown");
+    EXPECT_EQ(batch.status(0), 0);
+    EXPECT_STREQ(batch.text(0), "Unknown");
+    EXPECT_STREQ(batch.text(1), "Online");
+    EXPECT_TRUE(batch.read({"1"}));
+    EXPECT_STREQ(batch.text(0), "Passed");
+
+    // Errors are told until they are substituted.
+    sim.failNext("Oper.UserPort.0.1.OperState");
+    EXPECT_FALSE(batch.read({"1"}));
+    EXPECT_TRUE(batch.hasErrors());
+    batch.substitute(1, std::string(300, 'x').c_str());
+    EXPECT_FALSE(batch.hasErrors());
+    EXPECT_EQ(batch.text(1), std::string(255, 'x'));
 }
 
 } // namespace

@@ -34,6 +34,7 @@ const Port_Keys kPort2 = {kLocalWwn, kLocalWwn + ":200202a5c0de00ff"};
 const Port_Keys kRemotePort2 = {kRemoteWwn, kRemoteWwn + ":200202a5c0de1003"};
 const Port_Keys kNode = {"100002A5C0DE00FF", kNodeWwn, "VRAX_Fabric"};
 const Port_Keys kNoPort = {kLocalWwn, kLocalWwn + ":20ff02a5c0de00ff"};
+const Port_Keys kNoRemotePort = {kRemoteWwn, kRemoteWwn + ":20ff02a5c0de1003"};
 
 // The local switch of four ports is the principal one of two; a node is attached to it.
 class FCPortOperations : public Switch_Test
@@ -200,6 +201,7 @@ TEST_F(FCPortOperations, RefusedRenamesWriteNothing)
     otherCase.system = "100002A5C0DE00FF";
     const Row rows[] = {
         {"a port of another switch", kRemotePort2, nothing, 102, ""},
+        {"an unknown port of another switch", kNoRemotePort, nothing, 102, ""},
         {"a node port, though its system bears the local name", kNode, nothing, 102, ""},
         {"an unknown port", kNoPort, nothing, 100, failed + "Required instance not found in the map"},
         {"a system name in another case",
@@ -248,15 +250,46 @@ TEST_F(FCPortOperations, WhatTheModelLeavesOutIsNotLookedAt)
     EXPECT_EQ(VRAX_FCPort_Provider().modify_instance(port(kPort2).get(), named.get()), MODIFY_INSTANCE_OK);
     EXPECT_EQ(sim.calls("xpl_swPortGetConfig"), 0u);
     EXPECT_EQ(served(kPort2)["ElementName"], "before");
-    // A port of another switch stays out of reach even if its system is not part of the request.
-    const Owned<VRAX_FCPort> model = port(kRemotePort2);
-    model->SystemName.clear();
-    model->ElementName.set("after");
-    const Owned<VRAX_FCPort> remote = port(kRemotePort2);
-    remote->ElementName.set("after");
-    EXPECT_EQ(VRAX_FCPort_Provider().modify_instance(model.get(), remote.get()),
-              MODIFY_INSTANCE_INVALID_PARAMETER);
+    // Ports of other switches stay out of reach even if their system is not part of the request.
+    struct Row
+    {
+        Port_Keys keys;
+        int status;
+    };
+    for (const Row& row : {Row{kRemotePort2, 102}, Row{kNoRemotePort, 100}})
+    {
+        const Log_Capture log;
+        const Owned<VRAX_FCPort> instance = port(row.keys);
+        instance->ElementName.set("after");
+        const Owned<VRAX_FCPort> model(static_cast<VRAX_FCPort*>(clone(instance.get())));
+        model->SystemName.clear();
+        EXPECT_EQ(VRAX_FCPort_Provider().modify_instance(model.get(), instance.get()), row.status);
+    }
     EXPECT_EQ(sim.platformCalls(), sim.calls("get_Local_Switch_World_Wide_Name"));
+}
+
+TEST_F(FCPortOperations, HoldTheMapWhileTheyTalkToTheSwitch)
+{
+    served(kPort2);
+    std::vector<std::string> held;
+    for (const std::string call :
+         {"get_Local_Switch_World_Wide_Name", "xpl_swPortGetConfig", "xpl_swPortSetConfig"})
+    {
+        // The thread that holds the write lock is refused the read lock.
+        sim.onCall(call,
+                   [&held, call]
+                   {
+                       if (!MapRdLock(VRAX_FCPort_Provider::kIndex).obtained())
+                           held.push_back(call);
+                   });
+    }
+    rename(kPort2, "after");
+    EXPECT_EQ(held,
+              (std::vector<std::string>{
+                  "get_Local_Switch_World_Wide_Name", "xpl_swPortGetConfig", "xpl_swPortSetConfig"}));
+    held.clear();
+    request(kPort2, 3);
+    EXPECT_EQ(held, (std::vector<std::string>{"xpl_swPortGetConfig", "xpl_swPortSetConfig"}));
 }
 
 TEST_F(FCPortOperations, StatesThatCanBeRequested)
