@@ -3,31 +3,42 @@
 #define COMMON_TEXT_INDEX_H
 
 #include "common/map_access.h"
-#include "common/string_helpers.h"
 
-#include <string>
-#include <unordered_map>
+#include <cstdint>
+#include <strings.h>
 #include <vector>
 
 namespace cimple
 {
 
-// Finds the instances of a map by a text without regard to letter case, so that a load can pair two maps in
-// one pass over each. Borrows the instances.
+// Finds the instances of a map by a text without regard to letter case (of ASCII letters), so that a load can
+// pair two maps in one pass over each. Borrows the instances and their texts.
 template <class CLASS>
 class Text_Index
 {
   public:
-    // textOf(const CLASS&) gives the text of an instance (const char*); null leaves the instance out.
+    // textOf(const CLASS&) gives the text of an instance (const char*, as long-lived as the instance); null
+    // leaves the instance out.
     template <class TEXT_OF>
     Text_Index(const Map_View<CLASS>& view, TEXT_OF textOf)
     {
-        _first.reserve(view.size());
+        _entries.reserve(view.size());
         for (const CLASS* instance : view)
         {
             const char* text = textOf(*instance);
             if (text != nullptr)
-                add(upperCased(text), instance);
+                _entries.push_back({instance, text, hashOf(text), kNone});
+        }
+        std::size_t buckets = 1;
+        while (buckets < _entries.size())
+            buckets *= 2;
+        _heads.assign(buckets, kNone);
+        // From the last to the first: a chain begins at its first entry.
+        for (std::size_t i = _entries.size(); i-- > 0;)
+        {
+            std::size_t& head = _heads[bucketOf(_entries[i].hash)];
+            _entries[i].next = head;
+            head = i;
         }
     }
 
@@ -35,47 +46,59 @@ class Text_Index
     template <class VISIT>
     void forEach(const char* text, VISIT visit) const
     {
-        const auto found = _first.find(upperCased(text));
-        if (found == _first.end())
-            return;
-        for (std::size_t i = found->second.head; i != kNone; i = _entries[i].next)
+        for (std::size_t i = firstWith(text); i != kNone;
+             i = matching(_entries[i].next, text, _entries[i].hash))
             visit(_entries[i].instance);
     }
 
     // The first instance with this text, or null.
     const CLASS* find(const char* text) const
     {
-        const auto found = _first.find(upperCased(text));
-        return found != _first.end() ? _entries[found->second.head].instance : nullptr;
+        const std::size_t i = firstWith(text);
+        return i != kNone ? _entries[i].instance : nullptr;
     }
 
   private:
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-    struct Chain
-    {
-        std::size_t head;
-        std::size_t tail;
-    };
     struct Entry
     {
         const CLASS* instance;
-        std::size_t next;
+        const char* text;
+        std::uint32_t hash;
+        std::size_t next; // in the same bucket
     };
 
-    void add(std::string text, const CLASS* instance)
+    // FNV-1a over the text in lower case; the same for letters of either case.
+    static std::uint32_t hashOf(const char* text)
     {
-        const std::size_t position = _entries.size();
-        _entries.push_back({instance, kNone});
-        const auto [found, isNew] = _first.try_emplace(std::move(text), Chain{position, position});
-        if (!isNew)
+        std::uint32_t hash = 2166136261U;
+        for (; *text != '\0'; ++text)
         {
-            _entries[found->second.tail].next = position;
-            found->second.tail = position;
+            const bool upper = *text >= 'A' && *text <= 'Z';
+            const auto c = static_cast<unsigned char>(upper ? *text + ('a' - 'A') : *text);
+            hash = (hash ^ c) * 16777619U;
         }
+        return hash;
     }
 
-    std::unordered_map<std::string, Chain> _first;
-    std::vector<Entry> _entries;
+    // The bucket of a hash; their number is a power of two.
+    std::size_t bucketOf(std::uint32_t hash) const { return hash & (_heads.size() - 1); }
+
+    // The first entry with this text from `i` on in its bucket.
+    std::size_t matching(std::size_t i, const char* text, std::uint32_t hash) const
+    {
+        while (i != kNone && (_entries[i].hash != hash || strcasecmp(_entries[i].text, text) != 0))
+            i = _entries[i].next;
+        return i;
+    }
+    std::size_t firstWith(const char* text) const
+    {
+        const std::uint32_t hash = hashOf(text);
+        return matching(_heads[bucketOf(hash)], text, hash);
+    }
+
+    std::vector<Entry> _entries; // in the map's order
+    std::vector<std::size_t> _heads;
 };
 
 } // namespace cimple

@@ -13,6 +13,7 @@ constexpr std::size_t kPortCounts[] = {15, 153, 1536};
 
 void benchMaps();
 void benchLoads();
+void benchTopology();
 void benchDispatch();
 // `buildDir` holds share/cimd/ and the module in lib/.
 void benchCmpi(const std::string& buildDir);

@@ -15,6 +15,7 @@ int main(int argc, char** argv)
     {
         bench::benchMaps();
         bench::benchLoads();
+        bench::benchTopology();
         bench::benchDispatch();
         bench::benchCmpi(argv[1]);
     }
