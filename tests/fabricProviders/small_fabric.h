@@ -11,7 +11,7 @@ namespace small_fabric
 
 // The local switch S1 of domain 1 has the ports P10 to P13, of which P12 has no link; the switch S2 of domain
 // 2 has P20 to P22. P10 is linked to P21. The nodes N1 and N2 are attached to P13, N3 to P22. World Wide
-// Names are written in every letter case.
+// Names are written in every letter case; N3's is lower than that of its port.
 inline simulator::Scenario scenario()
 {
     const auto down = [](simulator::PortScenario& port) { port.link = simulator::LinkState::down; };
@@ -22,7 +22,7 @@ inline simulator::Scenario scenario()
         .isl({1, 0, 2, 1, false})
         .node(1, 3, "2100AAc5c0de0009")
         .node(1, 3, "2100aac5c0de0001")
-        .node(2, 2, "2100AAC5C0DE0002")
+        .node(2, 2, "1000AAC5C0DE0002")
         .scenario();
 }
 
@@ -40,7 +40,7 @@ inline std::string shortened(std::string text)
                                                                  {"200202A5C0DE1002", "P22"},
                                                                  {"2100AAC5C0DE0009", "N1"},
                                                                  {"2100AAC5C0DE0001", "N2"},
-                                                                 {"2100AAC5C0DE0002", "N3"}};
+                                                                 {"1000AAC5C0DE0002", "N3"}};
     for (char& c : text)
         c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     for (const auto& [wwn, name] : kNames)
