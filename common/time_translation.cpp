@@ -75,7 +75,9 @@ Datetime smlTimeToCIMDatetime(const String& text)
                   fields.tm_min,
                   fields.tm_sec,
                   0);
-    return Datetime(String(normalised, offsetAt(t).c_str()).c_str());
+    String datetime(normalised);
+    datetime.append(offsetAt(t));
+    return Datetime(datetime.c_str());
 }
 
 String CIMDatetimeTosmlTime(const Datetime& datetime)

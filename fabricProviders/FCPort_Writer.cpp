@@ -190,7 +190,10 @@ void VRAX_FCPort_Provider::Port_Writer::setOwner(VRAX_FCPort& instance,
 {
     instance.SystemCreationClassName.set(_switchClass);
     instance.SystemName.set(_switch.of(owner.wwn.c_str()));
-    instance.DeviceID.set(String(owner.wwn.c_str(), ":", portWwn.c_str()));
+    String device(owner.wwn.c_str());
+    device.append(':');
+    device.append(portWwn.c_str());
+    instance.DeviceID.set(device);
 }
 
 void VRAX_FCPort_Provider::Port_Writer::fillLocal(VRAX_FCPort& instance, int domain) const
@@ -227,7 +230,9 @@ void VRAX_FCPort_Provider::Port_Writer::fillRemote(VRAX_FCPort& instance) const
 {
     const char* state = _remote.text(remote::kPortState);
     const char* portNumber = _remote.text(remote::kPortNumber);
-    instance.ElementName.set(String("Port ", portNumber));
+    String name("Port ");
+    name.append(portNumber);
+    instance.ElementName.set(name);
     instance.OperationalStatus.set(smlPortStateToCIMOperationalStatus(state, state));
     instance.EnabledState.set(kNotApplicable);
     instance.RequestedState.set(kRequestNotApplicable);
