@@ -75,9 +75,9 @@ Datetime smlTimeToCIMDatetime(const String& text)
                   fields.tm_min,
                   fields.tm_sec,
                   0);
-    String datetime(normalised);
-    datetime.append(offsetAt(t));
-    return Datetime(datetime.c_str());
+    String withOffset(normalised);
+    withOffset.append(offsetAt(t));
+    return Datetime(withOffset.c_str());
 }
 
 String CIMDatetimeTosmlTime(const Datetime& datetime)
