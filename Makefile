@@ -57,7 +57,7 @@ test-install: setup
 
 ## make bench      performance figures of an optimised build
 bench: setup
-	@scripts/build release
+	@scripts/build release vrax_bench
 	@scripts/bench build/release
 
 ## make format     format the sources in place

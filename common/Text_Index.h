@@ -34,9 +34,9 @@ class Text_Index
             buckets *= 2;
         _heads.assign(buckets, kNone);
         // From the last to the first: a chain begins at its first entry.
-        for (std::size_t i = _entries.size(); i-- > 0;)
+        for (Position i = static_cast<Position>(_entries.size()); i-- > 0;)
         {
-            std::size_t& head = _heads[bucketOf(_entries[i].hash)];
+            Position& head = _heads[bucketOf(_entries[i].hash)];
             _entries[i].next = head;
             head = i;
         }
@@ -46,26 +46,27 @@ class Text_Index
     template <class VISIT>
     void forEach(const char* text, VISIT visit) const
     {
-        for (std::size_t i = firstWith(text); i != kNone;
-             i = matching(_entries[i].next, text, _entries[i].hash))
+        for (Position i = firstWith(text); i != kNone; i = matching(_entries[i].next, text, _entries[i].hash))
             visit(_entries[i].instance);
     }
 
     // The first instance with this text, or null.
     const CLASS* find(const char* text) const
     {
-        const std::size_t i = firstWith(text);
+        const Position i = firstWith(text);
         return i != kNone ? _entries[i].instance : nullptr;
     }
 
   private:
-    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    // In _entries. Small, because the whole index is walked at random while two maps are paired.
+    typedef std::uint32_t Position;
+    static constexpr Position kNone = static_cast<Position>(-1);
     struct Entry
     {
         const CLASS* instance;
         const char* text;
         std::uint32_t hash;
-        std::size_t next; // in the same bucket
+        Position next; // in the same bucket
     };
 
     // FNV-1a over the text in lower case; the same for letters of either case.
@@ -85,20 +86,20 @@ class Text_Index
     std::size_t bucketOf(std::uint32_t hash) const { return hash & (_heads.size() - 1); }
 
     // The first entry with this text from `i` on in its bucket.
-    std::size_t matching(std::size_t i, const char* text, std::uint32_t hash) const
+    Position matching(Position i, const char* text, std::uint32_t hash) const
     {
         while (i != kNone && (_entries[i].hash != hash || strcasecmp(_entries[i].text, text) != 0))
             i = _entries[i].next;
         return i;
     }
-    std::size_t firstWith(const char* text) const
+    Position firstWith(const char* text) const
     {
         const std::uint32_t hash = hashOf(text);
         return matching(_heads[bucketOf(hash)], text, hash);
     }
 
     std::vector<Entry> _entries; // in the map's order
-    std::vector<std::size_t> _heads;
+    std::vector<Position> _heads;
 };
 
 } // namespace cimple
