@@ -160,16 +160,19 @@ void expect_rows(const std::vector<Row>& rows, Receiver& receiver)
             typename PROC::Provider provider;
             void* args[8] = {&provider};
             std::copy(row.args.begin(), row.args.end(), args + 1);
-            const int rc = PROC::Proc::proc(nullptr,
-                                            row.operation,
-                                            args[0],
-                                            args[1],
-                                            args[2],
-                                            args[3],
-                                            args[4],
-                                            args[5],
-                                            args[6],
-                                            args[7]);
+            // Called as the adapter does, through a pointer: inlined, the arguments of other codes look
+            // wrong.
+            const Provider_Proc volatile proc = PROC::Proc::proc;
+            const int rc = proc(nullptr,
+                                row.operation,
+                                args[0],
+                                args[1],
+                                args[2],
+                                args[3],
+                                args[4],
+                                args[5],
+                                args[6],
+                                args[7]);
             const bool known = !row.call.empty();
             EXPECT_EQ(rc, known ? status : -1) << row.operation;
             EXPECT_EQ(script.calls,
