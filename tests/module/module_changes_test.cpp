@@ -26,7 +26,7 @@ constexpr Element kPort = {"VRAX_FCPort", "PortNumber", 2};
 
 cimd::Instance find(Module_Agent& agent, const Element& element)
 {
-    for (cimd::Instance& instance : agent.enumerate(element.className))
+    for (cimd::Instance& instance : agent.instances(element.className))
     {
         const cimd::CimValue* number = instance.find(cimd::CimName(element.numberProperty));
         if (number != nullptr && !number->isNull() && number->asUnsigned() == element.number)
@@ -35,10 +35,16 @@ cimd::Instance find(Module_Agent& agent, const Element& element)
     throw std::runtime_error("no such element");
 }
 
-std::uint64_t number(const cimd::Instance& instance, const char* property)
+// The property as CIM-XML writes it.
+std::string scalar(const char* name, std::uint64_t value)
 {
-    const cimd::CimValue& value = *instance.find(cimd::CimName(property));
-    return value.isArray() ? value.elements().at(0).asUnsigned() : value.asUnsigned();
+    return std::string("<PROPERTY NAME=\"") + name + "\" TYPE=\"uint16\"><VALUE>" + std::to_string(value) +
+           "</VALUE>";
+}
+std::string firstOfArray(const char* name, std::uint64_t value)
+{
+    return std::string("<PROPERTY.ARRAY NAME=\"") + name + "\" TYPE=\"uint16\"><VALUE.ARRAY><VALUE>" +
+           std::to_string(value) + "</VALUE>";
 }
 
 class ModuleChanges : public testing::TestWithParam<Element>
@@ -61,15 +67,16 @@ TEST_P(ModuleChanges, ShowAtTheNextLoad)
     {
         {
             Module_Agent agent;
-            const cimd::CimValue result = agent.requestState(find(agent, GetParam()).path(),
-                                                             static_cast<std::uint16_t>(step.requested));
-            EXPECT_EQ(result, cimd::CimValue::uint32(0));
+            const std::string answer =
+                agent.requestState(find(agent, GetParam()).path(), static_cast<unsigned>(step.requested));
+            EXPECT_NE(answer.find("<RETURNVALUE PARAMTYPE=\"uint32\"><VALUE>0</VALUE>"), std::string::npos)
+                << answer;
         }
         Module_Agent agent;
-        const cimd::Instance after = find(agent, GetParam());
-        EXPECT_EQ(number(after, "EnabledState"), step.enabledState) << step.requested;
-        EXPECT_EQ(number(after, "OperationalStatus"), step.operationalStatus) << step.requested;
-        EXPECT_EQ(agent.get(after.path()), after);
+        const std::string after = agent.get(find(agent, GetParam()).path());
+        EXPECT_NE(after.find(scalar("EnabledState", step.enabledState)), std::string::npos) << after;
+        EXPECT_NE(after.find(firstOfArray("OperationalStatus", step.operationalStatus)), std::string::npos)
+            << after;
     }
 }
 

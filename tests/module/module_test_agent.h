@@ -1,8 +1,10 @@
-// The agent's core with the built module: a client's view of it, without XML.
+// The agent with the built module: a client's view of it, in CIM-XML but without a socket.
 #ifndef TESTS_MODULE_MODULE_TEST_AGENT_H
 #define TESTS_MODULE_MODULE_TEST_AGENT_H
 
+#include "agent/ops/FrontEnd.h"
 #include "agent/service/AgentCore.h"
+#include "agent/xml/ElementWriter.h"
 
 #include <string>
 #include <utility>
@@ -28,40 +30,78 @@ class Module_Agent
     Module_Agent(const Module_Agent&) = delete;
     Module_Agent& operator=(const Module_Agent&) = delete;
 
-    std::vector<cimd::Instance> enumerate(const char* className)
+    // For finding out what to ask for; what is tested goes through the functions below.
+    std::vector<cimd::Instance> instances(const char* className)
     {
         cimd::EnumerateInstancesRequest request;
-        request.nameSpace = kNameSpace;
+        request.nameSpace = "root/interop";
         request.className = cimd::CimName(className);
         cimd::Collector<cimd::Instance> found;
-        _core.service().enumerateInstances(_client, request, found);
+        _core.service().enumerateInstances(cimd::RequestContext(), request, found);
         return std::move(found.items);
     }
 
-    cimd::Instance get(const cimd::ObjectPath& path)
+    // Each of these answers with the body of the CIM-XML response.
+    std::string enumerate(const std::string& className)
     {
-        cimd::GetInstanceRequest request;
-        request.nameSpace = kNameSpace;
-        request.path = path;
-        return _core.service().getInstance(_client, request);
+        return intrinsic("EnumerateInstances",
+                         "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"" + className +
+                             "\"/></IPARAMVALUE>");
     }
-
-    // The return value of RequestStateChange.
-    cimd::CimValue requestState(const cimd::ObjectPath& path, std::uint16_t state)
+    std::string get(const cimd::ObjectPath& path)
     {
-        cimd::InvokeMethodRequest request;
-        request.nameSpace = kNameSpace;
-        request.path = path;
-        request.method = cimd::CimName("RequestStateChange");
-        request.arguments.push_back({cimd::CimName("RequestedState"), cimd::CimValue::uint16(state)});
-        return _core.service().invokeMethod(_client, request).returnValue;
+        return intrinsic("GetInstance",
+                         "<IPARAMVALUE NAME=\"InstanceName\">" + instanceName(path) + "</IPARAMVALUE>");
+    }
+    std::string requestState(const cimd::ObjectPath& path, unsigned state)
+    {
+        return post(
+            "RequestStateChange",
+            path.text(),
+            "<METHODCALL NAME=\"RequestStateChange\"><LOCALINSTANCEPATH>" + nameSpacePath() +
+                instanceName(path) +
+                "</LOCALINSTANCEPATH><PARAMVALUE NAME=\"RequestedState\" PARAMTYPE=\"uint16\"><VALUE>" +
+                std::to_string(state) + "</VALUE></PARAMVALUE></METHODCALL>");
     }
 
   private:
-    static constexpr char kNameSpace[] = "root/interop";
+    static std::string nameSpacePath()
+    {
+        return "<LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/><NAMESPACE "
+               "NAME=\"interop\"/></LOCALNAMESPACEPATH>";
+    }
+    static std::string instanceName(const cimd::ObjectPath& path)
+    {
+        std::string text;
+        cimd::XmlWriter xml(text);
+        cimd::writeInstanceName(xml, path);
+        return text;
+    }
+    std::string intrinsic(const std::string& operation, const std::string& parameters)
+    {
+        return post(operation,
+                    "root/interop",
+                    "<IMETHODCALL NAME=\"" + operation + "\">" + nameSpacePath() + parameters +
+                        "</IMETHODCALL>");
+    }
+    std::string post(const std::string& method, const std::string& object, const std::string& call)
+    {
+        cimd::HttpRequest request;
+        request.method = "POST";
+        request.target = "/cimom";
+        request.peer = "127.0.0.1:1";
+        request.headers = {{"Content-Type", "application/xml; charset=\"utf-8\""},
+                           {"CIMOperation", "MethodCall"},
+                           {"CIMMethod", method},
+                           {"CIMObject", object}};
+        request.body = "<?xml version=\"1.0\" encoding=\"utf-8\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">"
+                       "<MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\"><SIMPLEREQ>" +
+                       call + "</SIMPLEREQ></MESSAGE></CIM>";
+        return _frontEnd.answer(request).body;
+    }
 
     cimd::AgentCore _core;
-    const cimd::RequestContext _client;
+    cimd::FrontEnd _frontEnd{_core.service(), cimd::Limits()};
 };
 
 #endif
