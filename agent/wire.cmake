@@ -7,7 +7,12 @@ add_library(cimd_wire STATIC
     http/ListenSocket.cpp
     http/Message.cpp
     http/WorkerPool.cpp
+    ops/AssociationCalls.cpp
+    ops/Call.cpp
+    ops/ClassCalls.cpp
     ops/FrontEnd.cpp
+    ops/InstanceCalls.cpp
+    ops/MethodCalls.cpp
     ops/Operations.cpp
     ops/Parameters.cpp
     xml/DeclarationWriter.cpp

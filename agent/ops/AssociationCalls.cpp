@@ -1,0 +1,94 @@
+// Operations that follow associations, from their parameters to their results.
+#include "agent/ops/Calls.h"
+#include "agent/xml/ElementWriter.h"
+
+namespace cimd
+{
+
+namespace
+{
+
+/** What Associators and AssociatorNames have in common. */
+template <class Request>
+Request associatorsRequest(Call& call)
+{
+    Request request;
+    request.nameSpace = call.nameSpace();
+    request.path = call.about(call.parameters.objectName("ObjectName"));
+    request.assocClass = call.parameters.className("AssocClass");
+    request.resultClass = call.parameters.className("ResultClass");
+    request.role = call.parameters.text("Role");
+    request.resultRole = call.parameters.text("ResultRole");
+    return request;
+}
+
+/** What References and ReferenceNames have in common. */
+template <class Request>
+Request referencesRequest(Call& call)
+{
+    Request request;
+    request.nameSpace = call.nameSpace();
+    request.path = call.about(call.parameters.objectName("ObjectName"));
+    request.resultClass = call.parameters.className("ResultClass");
+    request.role = call.parameters.text("Role");
+    return request;
+}
+
+/** What Associators and References have in common. */
+template <class Request>
+void objectOptions(Call& call, Request& request)
+{
+    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
+    request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
+    request.properties = call.parameters.propertyList("PropertyList");
+}
+
+auto objectSink(Call& call)
+{
+    return sinkFor<Instance>([&call](const Instance& item)
+                             { writeObjectWithPath(call.xml, call.host, item); });
+}
+
+auto objectPathSink(Call& call)
+{
+    return sinkFor<ObjectPath>([&call](const ObjectPath& item)
+                               { writeObjectPath(call.xml, call.host, item); });
+}
+
+} // namespace
+
+void associators(Call& call)
+{
+    auto request = associatorsRequest<AssociatorsRequest>(call);
+    objectOptions(call, request);
+    call.parameters.finish();
+    auto sink = objectSink(call);
+    call.service.associators(call.context, request, sink);
+}
+
+void associatorNames(Call& call)
+{
+    const auto request = associatorsRequest<AssociatorNamesRequest>(call);
+    call.parameters.finish();
+    auto sink = objectPathSink(call);
+    call.service.associatorNames(call.context, request, sink);
+}
+
+void references(Call& call)
+{
+    auto request = referencesRequest<ReferencesRequest>(call);
+    objectOptions(call, request);
+    call.parameters.finish();
+    auto sink = objectSink(call);
+    call.service.references(call.context, request, sink);
+}
+
+void referenceNames(Call& call)
+{
+    const auto request = referencesRequest<ReferenceNamesRequest>(call);
+    call.parameters.finish();
+    auto sink = objectPathSink(call);
+    call.service.referenceNames(call.context, request, sink);
+}
+
+} // namespace cimd

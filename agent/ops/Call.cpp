@@ -1,0 +1,57 @@
+// What a request is about.
+#include "agent/ops/Call.h"
+
+namespace cimd
+{
+
+CimName Call::about(CimName name)
+{
+    subject = name.str();
+    return name;
+}
+
+ObjectPath Call::about(ObjectPath path)
+{
+    subject = path.className().str();
+    if (path.nameSpace().empty())
+        path.setNameSpace(nameSpace());
+    if (const CimValue* unnamed = path.findKey(CimName()))
+        path = withKeyName(path, *unnamed);
+    return path;
+}
+
+Instance Call::about(Instance instance)
+{
+    subject = instance.className().str();
+    if (instance.hasPath())
+        instance.setPath(about(instance.path()));
+    return instance;
+}
+
+ObjectPath Call::withKeyName(const ObjectPath& path, const CimValue& value) const
+{
+    GetClassRequest request;
+    request.nameSpace = path.nameSpace();
+    request.className = path.className();
+    request.localOnly = false;
+    const ClassDecl decl = service.getClass(context, request);
+    CimName key;
+    for (const PropertyDecl& property : decl.properties)
+    {
+        if (!property.isKey())
+            continue;
+        if (!key.empty())
+            throw CimError(CimStatus::InvalidParameter,
+                           "class " + decl.name.str() +
+                               " has several keys: a key value needs its key's name");
+        key = property.name;
+    }
+    if (key.empty())
+        throw CimError(CimStatus::InvalidParameter, "class " + decl.name.str() + " has no keys");
+    ObjectPath named(path.nameSpace(), path.className());
+    named.setHost(path.host());
+    named.setKey(key, value);
+    return named;
+}
+
+} // namespace cimd

@@ -1,0 +1,57 @@
+// One request on its way through an operation.
+#pragma once
+
+#include "agent/ops/Parameters.h"
+#include "agent/service/CimService.h"
+#include "agent/xml/RequestReader.h"
+#include "agent/xml/XmlWriter.h"
+
+#include <string>
+#include <utility>
+
+namespace cimd
+{
+
+/** What an operation works with. Everything it refers to outlives it. */
+struct Call
+{
+    CimService& service;
+    const RequestContext& context;
+    const std::string& host; ///< for the INSTANCEPATHs of the answer
+    const WireRequest& wire;
+    const ElementReader& reader;
+    Parameters parameters;
+    XmlWriter& xml;       ///< where results go
+    std::string& subject; ///< the class or qualifier the request is about, for the log
+
+    const std::string& nameSpace() const { return wire.nameSpace; }
+
+    // Each makes its argument the subject and gives it back.
+    CimName about(CimName name);
+    /** Completed with the request's namespace and with the name of a key that the client left out. */
+    ObjectPath about(ObjectPath path);
+    Instance about(Instance instance);
+
+  private:
+    ObjectPath withKeyName(const ObjectPath& path, const CimValue& value) const;
+};
+
+template <class Item, class Write>
+class WritingSink : public Sink<Item>
+{
+  public:
+    explicit WritingSink(Write write) : _write(std::move(write)) {}
+    void put(const Item& item) override { _write(item); }
+
+  private:
+    Write _write;
+};
+
+/** A sink that calls `write` with each result. */
+template <class Item, class Write>
+WritingSink<Item, Write> sinkFor(Write write)
+{
+    return WritingSink<Item, Write>(std::move(write));
+}
+
+} // namespace cimd

@@ -1,0 +1,28 @@
+// The operations: each reads its parameters, asks the service and writes what goes into the answer.
+#pragma once
+
+#include "agent/ops/Call.h"
+
+namespace cimd
+{
+
+// Each throws CimError when it fails; what it wrote until then is no answer.
+
+void enumerateInstances(Call& call);
+void enumerateInstanceNames(Call& call);
+void getInstance(Call& call);
+void createInstance(Call& call);
+void modifyInstance(Call& call);
+void deleteInstance(Call& call);
+void associators(Call& call);
+void associatorNames(Call& call);
+void references(Call& call);
+void referenceNames(Call& call);
+void getClass(Call& call);
+void enumerateClasses(Call& call);
+void enumerateClassNames(Call& call);
+void getQualifier(Call& call);
+void enumerateQualifiers(Call& call);
+void invokeMethod(Call& call);
+
+} // namespace cimd

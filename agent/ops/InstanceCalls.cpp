@@ -1,0 +1,75 @@
+// Operations on instances, from their parameters to their results.
+#include "agent/ops/Calls.h"
+#include "agent/xml/ElementWriter.h"
+
+namespace cimd
+{
+
+void enumerateInstances(Call& call)
+{
+    EnumerateInstancesRequest request;
+    request.nameSpace = call.nameSpace();
+    request.className = call.about(call.parameters.requiredClassName("ClassName"));
+    request.localOnly = call.parameters.boolean("LocalOnly", request.localOnly);
+    request.deepInheritance = call.parameters.boolean("DeepInheritance", request.deepInheritance);
+    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
+    request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
+    request.properties = call.parameters.propertyList("PropertyList");
+    call.parameters.finish();
+    auto sink = sinkFor<Instance>([&](const Instance& item) { writeNamedInstance(call.xml, item); });
+    call.service.enumerateInstances(call.context, request, sink);
+}
+
+void enumerateInstanceNames(Call& call)
+{
+    EnumerateInstanceNamesRequest request;
+    request.nameSpace = call.nameSpace();
+    request.className = call.about(call.parameters.requiredClassName("ClassName"));
+    call.parameters.finish();
+    auto sink = sinkFor<ObjectPath>([&](const ObjectPath& item) { writeInstanceName(call.xml, item); });
+    call.service.enumerateInstanceNames(call.context, request, sink);
+}
+
+void getInstance(Call& call)
+{
+    GetInstanceRequest request;
+    request.nameSpace = call.nameSpace();
+    request.path = call.about(call.parameters.instanceName("InstanceName"));
+    request.localOnly = call.parameters.boolean("LocalOnly", request.localOnly);
+    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
+    request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
+    request.properties = call.parameters.propertyList("PropertyList");
+    call.parameters.finish();
+    writeInstance(call.xml, call.service.getInstance(call.context, request));
+}
+
+void createInstance(Call& call)
+{
+    CreateInstanceRequest request;
+    request.nameSpace = call.nameSpace();
+    request.instance = call.about(call.parameters.instance("NewInstance"));
+    call.parameters.finish();
+    writeInstanceName(call.xml, call.service.createInstance(call.context, request));
+}
+
+void modifyInstance(Call& call)
+{
+    ModifyInstanceRequest request;
+    request.nameSpace = call.nameSpace();
+    request.instance = call.about(call.parameters.namedInstance("ModifiedInstance"));
+    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
+    request.properties = call.parameters.propertyList("PropertyList");
+    call.parameters.finish();
+    call.service.modifyInstance(call.context, request);
+}
+
+void deleteInstance(Call& call)
+{
+    DeleteInstanceRequest request;
+    request.nameSpace = call.nameSpace();
+    request.path = call.about(call.parameters.instanceName("InstanceName"));
+    call.parameters.finish();
+    call.service.deleteInstance(call.context, request);
+}
+
+} // namespace cimd
