@@ -1,29 +1,45 @@
-// The bounds on everything a client can make the agent hold or do, in one table.
+// The bounds on everything a client or a provider can make the agent hold or do; limits.def is their table.
 #pragma once
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
 
 namespace cimd
 {
 
-/** The defaults suit a switch: a handful of management stations, little memory. Tests pass smaller ones. */
+/** A member for each row, with its default. Tests pass smaller ones. */
 struct Limits
 {
-    std::size_t headBytes = 32 * 1024;           ///< Request line, headers and their bookkeeping: HTTP 431.
-    std::size_t bodyBytes = 1024 * 1024;         ///< A request's body: HTTP 413.
-    std::size_t discardBytes = 16 * 1024 * 1024; ///< Body of a refused request still read before hanging up.
-    unsigned connections = 64;                   ///< Open at once; further ones wait in the backlog.
-    unsigned backlog = 128;                      ///< Connections the kernel keeps waiting.
-    unsigned workers = 8;                        ///< Threads that run operations.
-    unsigned queuedRequests = 64;                ///< Waiting for a worker: HTTP 503 beyond.
-    unsigned idleSeconds = 60;                   ///< A connection without traffic is closed.
-    std::chrono::seconds stopGrace{30};          ///< Time that requests in flight get at stop.
-    unsigned xmlDepth = 64;                      ///< Nested elements in a request: HTTP 400.
-    std::size_t parameters = 64; ///< Of one operation or method: CIM status 4, as are the next three.
-    std::size_t pathKeys = 64;   ///< Keys of one path.
-    std::size_t instanceProperties = 1024; ///< Properties of one instance, names in one PropertyList.
-    unsigned embeddedDepth = 8;            ///< Embedded objects inside embedded objects.
+#define LIMIT(member, type, standard, least, most, unit, option, meaning) type member{standard};
+#include "agent/limits.def"
+#undef LIMIT
 };
+
+/** A row of the table. Numbers are in `unit`. */
+struct LimitRow
+{
+    const char* option; ///< Without the dashes.
+    const char* unit;   ///< "bytes", "s", ...; empty for a plain count.
+    const char* meaning;
+    std::uint64_t standard;
+    std::uint64_t least;
+    std::uint64_t most;
+    std::uint64_t (*get)(const Limits& limits);
+    void (*set)(Limits& limits, std::uint64_t value);
+};
+
+const std::vector<LimitRow>& limitRows();
+
+/** Sets a limit from a command line; std::invalid_argument, saying what may stand there, if it cannot. */
+void setLimit(Limits& limits, const LimitRow& row, const std::string& value);
+
+/** "32768 bytes" */
+std::string limitText(const LimitRow& row, std::uint64_t value);
+
+/** The table for --show-limits; a column with the present values is added if one differs from its default. */
+std::string limitsTable(const Limits& limits);
 
 } // namespace cimd

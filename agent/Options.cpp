@@ -17,7 +17,7 @@ constexpr std::string_view kUsage = R"(NAME
 
 SYNOPSIS
        cimd [--port PORT] [--listen ADDRESS] [--scenario FILE] [--log-level LEVEL]
-            [--repository FILE] [--registration FILE] [--provider-dir DIRECTORY]
+            [--repository FILE] [--registration FILE] [--provider-dir DIRECTORY] [--max-... NUMBER]...
 
 DESCRIPTION
        Answers CIM operations over HTTP at /cimom. Classes come from the repository, providers are loaded through
@@ -25,6 +25,12 @@ DESCRIPTION
        output; log lines go to standard error.
 
 OPTIONS
+)";
+
+constexpr std::string_view kLimits = R"(
+LIMITS
+       Bounds on what clients and providers can make cimd hold or do; cimd --show-limits prints them as a table.
+
 )";
 
 constexpr std::string_view kEnd = R"(
@@ -64,6 +70,16 @@ CommandLine applyLogLevel(Options& options, const std::string& value)
         fail("log-level", '"' + value + "\" is not error, warning, info or debug");
     options.logLevel = *level;
     return CommandLine::Run;
+}
+
+void applyLimit(Options& options, const LimitRow& row, const std::string& value)
+try
+{
+    setLimit(options.limits, row, value);
+}
+catch (const std::invalid_argument& error)
+{
+    fail(row.option, error.what());
 }
 
 template <auto Member>
@@ -107,6 +123,10 @@ constexpr Entry kEntries[] = {
      applyText<&Options::providerDir>},
     {"help", nullptr, "Print this text and exit.", only<CommandLine::Help>},
     {"version", nullptr, "Print the version and exit.", only<CommandLine::Version>},
+    {"show-limits",
+     nullptr,
+     "Print the limits with their defaults and what the command line made of them, and exit.",
+     only<CommandLine::ShowLimits>},
 };
 
 } // namespace
@@ -121,8 +141,11 @@ CommandLine readCommandLine(int argc, char* const argv[], const std::string& pro
     for (const Entry& entry : kEntries)
         longOptions.push_back(
             {entry.name, entry.argument != nullptr ? required_argument : no_argument, nullptr, 0});
+    for (const LimitRow& row : limitRows())
+        longOptions.push_back({row.option, required_argument, nullptr, 0});
     longOptions.push_back({nullptr, 0, nullptr, 0});
 
+    CommandLine result = CommandLine::Run;
     optind = 0; // starts over, so that tests can read more than one command line
     opterr = 0;
     for (;;)
@@ -136,27 +159,40 @@ CommandLine readCommandLine(int argc, char* const argv[], const std::string& pro
             throw StartError(std::string(argv[current]) + ": an argument is missing");
         if (found == '?')
             throw StartError(std::string(argv[current]) + ": there is no such option; see cimd --help");
-        const Entry& entry = kEntries[index];
-        const CommandLine what = entry.apply(options, optarg != nullptr ? optarg : "");
-        if (what != CommandLine::Run)
+        const std::string value = optarg != nullptr ? optarg : "";
+        const auto place = static_cast<std::size_t>(index);
+        if (place >= std::size(kEntries))
+        {
+            applyLimit(options, limitRows()[place - std::size(kEntries)], value);
+            continue;
+        }
+        const CommandLine what = kEntries[place].apply(options, value);
+        if (what == CommandLine::ShowLimits)
+            result = what; // with what the rest of the line makes of them
+        else if (what != CommandLine::Run)
             return what;
     }
     if (optind < argc)
         throw StartError(std::string(argv[optind]) + ": arguments without an option are not known");
-    return CommandLine::Run;
+    return result;
 }
 
 std::string helpText()
 {
     std::string text(kUsage);
-    for (const Entry& entry : kEntries)
+    const auto add = [&text](const char* name, const char* argument, const std::string& meaning)
     {
-        text += std::string("       --") + entry.name;
-        if (entry.argument != nullptr)
-            text += std::string(" ") + entry.argument;
-        text += std::string("\n              ") + entry.meaning + "\n";
-    }
-    return text + std::string(kEnd);
+        text += std::string("       --") + name;
+        if (argument != nullptr)
+            text += std::string(" ") + argument;
+        text += "\n              " + meaning + "\n";
+    };
+    for (const Entry& entry : kEntries)
+        add(entry.name, entry.argument, entry.meaning);
+    text += kLimits;
+    for (const LimitRow& row : limitRows())
+        add(row.option, "NUMBER", row.meaning + (" Default: " + limitText(row, row.standard)) + ".");
+    return text.append(kEnd);
 }
 
 } // namespace cimd

@@ -1,6 +1,7 @@
 // The command line of cimd.
 #pragma once
 
+#include "agent/Limits.h"
 #include "agent/log/Log.h"
 
 #include <cstdint>
@@ -20,6 +21,7 @@ struct Options
     std::string repository;
     std::string registration;
     std::string providerDir;
+    Limits limits;
 };
 
 /** A start that failed: "--port: \"x\" is not a port number". */
@@ -34,7 +36,8 @@ enum class CommandLine
 {
     Run,
     Help,
-    Version
+    Version,
+    ShowLimits
 };
 
 /**

@@ -68,7 +68,7 @@ auto starting(const char* option, Step step)
 int serve(const Options& options)
 {
     const sigset_t signals = blockSignals();
-    const Limits limits;
+    const Limits& limits = options.limits;
     ListenSocket socket =
         starting("--listen", [&] { return ListenSocket(options.address, options.port, limits.backlog); });
     const std::string url = socket.url();
@@ -102,6 +102,9 @@ try
         return EXIT_SUCCESS;
     case CommandLine::Version:
         std::puts("cimd " CIMD_VERSION);
+        return EXIT_SUCCESS;
+    case CommandLine::ShowLimits:
+        std::fputs(limitsTable(options.limits).c_str(), stdout);
         return EXIT_SUCCESS;
     case CommandLine::Run:
         break;

@@ -27,7 +27,7 @@ add_library(cimd_wire STATIC
 )
 target_link_libraries(cimd_wire PUBLIC cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd)
 
-add_library(cimd_start STATIC Options.cpp Platform.cpp)
+add_library(cimd_start STATIC Limits.cpp Options.cpp Platform.cpp)
 target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
 
 add_executable(cimd main.cpp)

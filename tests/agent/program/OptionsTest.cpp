@@ -2,6 +2,7 @@
 #include "agent/Options.h"
 
 #include <gtest/gtest.h>
+#include <sstream>
 #include <vector>
 
 namespace cimd
@@ -60,6 +61,45 @@ TEST(OptionsTest, EveryOptionIsTaken)
     EXPECT_EQ(CommandLine::Version, read({"--version"}, options));
 }
 
+TEST(OptionsTest, EveryLimitHasAnOptionOfItsOwn)
+{
+    const Limits standard;
+    for (const LimitRow& row : limitRows())
+    {
+        EXPECT_EQ(row.standard, row.get(standard)) << row.option;
+        EXPECT_LE(row.least, row.standard) << row.option;
+        EXPECT_LE(row.standard, row.most) << row.option;
+        for (const std::uint64_t value : {row.least, row.most})
+        {
+            Options options;
+            const std::string word = std::string("--") + row.option + "=" + std::to_string(value);
+            EXPECT_EQ(CommandLine::ShowLimits, read({"--show-limits", word}, options));
+            for (const LimitRow& other : limitRows())
+                EXPECT_EQ(other.option == row.option ? value : other.standard, other.get(options.limits))
+                    << word << " sets --" << other.option;
+        }
+    }
+}
+
+TEST(OptionsTest, TheTableShowsWhatTheCommandLineChanged)
+{
+    const auto words = [](const Limits& limits, const std::string& option)
+    {
+        const std::string table = limitsTable(limits);
+        std::istringstream line(table.substr(table.find(option)));
+        std::vector<std::string> found(4);
+        for (std::string& word : found)
+            line >> word;
+        return found;
+    };
+    using Words = std::vector<std::string>;
+    Limits limits;
+    EXPECT_EQ((Words{"--max-head-bytes", "32768", "bytes", "Request"}), words(limits, "--max-head-bytes"));
+    limits.workers = 3;
+    EXPECT_EQ((Words{"--max-workers", "8", "3", "Threads"}), words(limits, "--max-workers"));
+    EXPECT_EQ((Words{"OPTION", "DEFAULT", "NOW", "UNIT"}), words(limits, "OPTION"));
+}
+
 TEST(OptionsTest, FaultsNameTheOption)
 {
     const struct
@@ -73,6 +113,10 @@ TEST(OptionsTest, FaultsNameTheOption)
         {{"--port="}, "--port: \"\" is not a port number (0 to 65535)"},
         {{"--log-level", "loud"}, "--log-level: \"loud\" is not error, warning, info or debug"},
         {{"--port", "1", "--listen"}, "--listen: an argument is missing"},
+        {{"--max-workers", "0"}, "--max-workers: \"0\" is not a number from 1 to 256"},
+        {{"--max-head-bytes", "1k"}, "--max-head-bytes: \"1k\" is not a number from 1024 to 1048576 bytes"},
+        {{"--max-head-bytes", "99999999999999999999"},
+         "--max-head-bytes: \"99999999999999999999\" is not a number from 1024 to 1048576 bytes"},
         {{"--verbose"}, "--verbose: there is no such option; see cimd --help"},
         {{"-p", "80"}, "-p: there is no such option; see cimd --help"},
         {{"--help=1"}, "--help=1: there is no such option; see cimd --help"},
