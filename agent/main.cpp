@@ -77,7 +77,8 @@ int serve(const Options& options)
     AgentCore core(starting("--repository", [&] { return ClassRepository::load(options.repository); }),
                    starting("--registration", [&] { return loadRegistrations(options.registration); }),
                    options.providerDir);
-    FrontEnd frontEnd(core.service(), limits);
+    InFlight inFlight(limits.workers);
+    FrontEnd frontEnd(core.service(), limits, {&inFlight});
     HttpServer server(frontEnd, limits, std::move(socket));
     std::printf("cimd: listening on %s\n", url.c_str());
     std::fflush(stdout);

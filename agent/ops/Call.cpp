@@ -6,13 +6,13 @@ namespace cimd
 
 CimName Call::about(CimName name)
 {
-    subject = name.str();
+    setSubject(name);
     return name;
 }
 
 ObjectPath Call::about(ObjectPath path)
 {
-    subject = path.className().str();
+    setSubject(path.className());
     if (path.nameSpace().empty())
         path.setNameSpace(nameSpace());
     if (const CimValue* unnamed = path.findKey(CimName()))
@@ -22,10 +22,16 @@ ObjectPath Call::about(ObjectPath path)
 
 Instance Call::about(Instance instance)
 {
-    subject = instance.className().str();
+    setSubject(instance.className());
     if (instance.hasPath())
         instance.setPath(about(instance.path()));
     return instance;
+}
+
+void Call::setSubject(const CimName& name)
+{
+    subject = name.str();
+    entry.about(subject);
 }
 
 ObjectPath Call::withKeyName(const ObjectPath& path, const CimValue& value) const

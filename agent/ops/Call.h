@@ -2,6 +2,7 @@
 #pragma once
 
 #include "agent/ops/Parameters.h"
+#include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
 #include "agent/xml/RequestReader.h"
 #include "agent/xml/XmlWriter.h"
@@ -23,6 +24,7 @@ struct Call
     Parameters parameters;
     XmlWriter& xml;       ///< where results go
     std::string& subject; ///< the class or qualifier the request is about, for the log
+    InFlight::Entry& entry;
 
     const std::string& nameSpace() const { return wire.nameSpace; }
 
@@ -33,6 +35,7 @@ struct Call
     Instance about(Instance instance);
 
   private:
+    void setSubject(const CimName& name);
     ObjectPath withKeyName(const ObjectPath& path, const CimValue& value) const;
 };
 
@@ -44,6 +47,7 @@ class WritingSink : public Sink<Item>
     void put(const Item& item) override { _write(item); }
 
   private:
+    void setSubject(const CimName& name);
     Write _write;
 };
 

@@ -95,13 +95,15 @@ try
     const auto start = std::chrono::steady_clock::now();
     const WireRequest wire = readRequest(std::move(request.body), _limits);
     checkAgreement(request, wire, _limits);
+    InFlight::Entry entry(_watch.inFlight, wire.method, request.peer);
 
     RequestContext context;
     context.clientAddress = request.peer;
     context.acceptLanguage = headerText(request, "Accept-Language");
     HttpResponse response = cimResponse();
     const std::string host = headerText(request, "Host"); // HTTP/1.0 clients need not send it
-    const Outcome outcome = _operations.run(context, host.empty() ? "localhost" : host, wire, response.body);
+    const Outcome outcome =
+        _operations.run(context, host.empty() ? "localhost" : host, wire, entry, response.body);
     logOperation(request, wire, outcome, start);
     return response;
 }

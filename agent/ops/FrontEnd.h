@@ -7,11 +7,20 @@
 namespace cimd
 {
 
+/** Who is told of each request; null for nobody. */
+struct Watch
+{
+    InFlight* inFlight = nullptr;
+};
+
 class FrontEnd : public HttpHandler
 {
   public:
-    /** `service` outlives the object. */
-    FrontEnd(CimService& service, const Limits& limits) : _operations(service, limits), _limits(limits) {}
+    /** `service` and what `watch` points to outlive the object. */
+    FrontEnd(CimService& service, const Limits& limits, const Watch& watch = {})
+        : _operations(service, limits), _limits(limits), _watch(watch)
+    {
+    }
 
     std::optional<HttpResponse> refuse(const HttpRequest& head) override;
     HttpResponse answer(HttpRequest& request) override;
@@ -19,6 +28,7 @@ class FrontEnd : public HttpHandler
   private:
     Operations _operations;
     const Limits _limits;
+    const Watch _watch;
 };
 
 } // namespace cimd

@@ -60,6 +60,7 @@ Operations::Operations(CimService& service, const Limits& limits)
 Outcome Operations::run(const RequestContext& context,
                         const std::string& host,
                         const WireRequest& request,
+                        InFlight::Entry& entry,
                         std::string& out)
 {
     Outcome outcome;
@@ -80,7 +81,8 @@ Outcome Operations::run(const RequestContext& context,
             _reader,
             Parameters(request.extrinsic ? kNone : request.parameters, _reader, _limits.instanceProperties),
             response.xml(),
-            outcome.subject};
+            outcome.subject,
+            entry};
         response.begin(operation.returnsValue);
         operation.run(call);
         response.end(operation.returnsValue);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "agent/Limits.h"
+#include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
 #include "agent/xml/RequestReader.h"
 
@@ -29,10 +30,14 @@ class Operations
      * Runs the request and appends the whole response message to `out`, errors included: nothing is thrown
      * but lack of memory. When an operation fails after it produced results, the response holds the error
      * alone.
-     * @param host  How the client addressed this server; stands in the INSTANCEPATHs of the answer.
+     * @param host   How the client addressed this server; stands in the INSTANCEPATHs of the answer.
+     * @param entry  Is told what the request is about as soon as that is known.
      */
-    Outcome
-    run(const RequestContext& context, const std::string& host, const WireRequest& request, std::string& out);
+    Outcome run(const RequestContext& context,
+                const std::string& host,
+                const WireRequest& request,
+                InFlight::Entry& entry,
+                std::string& out);
 
   private:
     CimService& _service;
