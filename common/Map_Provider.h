@@ -10,6 +10,8 @@
 
 #include <cstring>
 #include <exception>
+#include <new>
+#include <string>
 
 namespace cimple
 {
@@ -123,6 +125,7 @@ class Map_Provider
         catch (const VRAX_Except& failure)
         {
             failure.print();
+            giveReason(failure.message);
         }
         catch (const Load_Failed&)
         {
@@ -141,26 +144,40 @@ class Map_Provider
         throw VRAX_Except(PROVIDER::kSource, "load", line, CRIT, "%s", message);
     }
 
-    // Logs a failure of one of the provider's operations, in the name of the caller's line.
-    static void logFailure(const char* function, const char* message, int line = __builtin_LINE())
+    // Logs a critical line, in the name of the caller's line.
+    static void logCritical(const char* function, const char* message, int line = __builtin_LINE())
     {
         cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", PROVIDER::kSource, function, line, message);
     }
 
-    // Inserts an instance whose keys are all set; a duplicate is dropped. Throws, in the name of the
-    // caller's line, when a key is missing.
-    static void insertChecked(Map_Writer<CLASS>& target, Owned<CLASS>& instance, int line = __builtin_LINE())
+    // Logs a failure of one of the provider's operations, in the name of the caller's line, and gives it to
+    // the client as the reason, should the operation end in a status other than success.
+    static void logFailure(const char* function, const char* message, int line = __builtin_LINE())
+    {
+        logCritical(function, message, line);
+        giveReason(message);
+    }
+
+    // Hands an instance whose keys are all set to the map. Fails the load with one of the messages, in the
+    // name of the caller's line, when a key is missing or the map has an instance with equal keys.
+    static void insertChecked(Map_Writer<CLASS>& target,
+                              Owned<CLASS>& instance,
+                              const char* keysMissing,
+                              const char* insertionFailed,
+                              int line = __builtin_LINE())
     {
         if (!checkInstanceKeys(instance.get()))
-        {
-            throw VRAX_Except(PROVIDER::kSource,
-                              "load",
-                              line,
-                              CRIT,
-                              "%s::One or more Key Properties are not Populated",
-                              CLASS::static_meta_class.name);
-        }
-        target.insert(instance);
+            failLoad(keysMissing, line);
+        if (!target.insert(instance))
+            failLoad(insertionFailed, line);
+    }
+    // The same with the messages of a class that has none of its own.
+    static void insertChecked(Map_Writer<CLASS>& target, Owned<CLASS>& instance, int line = __builtin_LINE())
+    {
+        static const std::string kName = CLASS::static_meta_class.name;
+        static const std::string kKeysMissing = kName + "::One or more Key Properties are not Populated";
+        static const std::string kInsertionFailed = "Failed to insert into " + kName + "_map";
+        insertChecked(target, instance, kKeysMissing.c_str(), kInsertionFailed.c_str(), line);
     }
 
     // Gives one property of a cached instance the value that has been written to the switch. Requests being
@@ -179,6 +196,25 @@ class Map_Provider
 
   private:
     static const char* className() { return std::strrchr(PROVIDER::kSource, '/') + 1; }
+
+    // What the client is told besides the status. Some texts begin or end with white space for the log's
+    // sake.
+    static void giveReason(const char* message)
+    {
+        static constexpr char kBlanks[] = " \n";
+        message += std::strspn(message, kBlanks);
+        std::size_t length = std::strlen(message);
+        while (length > 0 && std::strchr(kBlanks, message[length - 1]) != nullptr)
+            --length;
+        try
+        {
+            Error::set("%.*s", static_cast<int>(length), message);
+        }
+        catch (const std::bad_alloc&)
+        {
+            // The client has to do with the status.
+        }
+    }
 
     // Calls answer(map) under the read lock with the map loaded; does not call it when the load fails.
     // Between the load and the read lock another thread may have emptied the map or failed to rebuild it:

@@ -264,10 +264,8 @@ void VRAX_FCPort_Provider::Port_Writer::finish(Owned<VRAX_FCPort>& instance,
                                                const char* insertionFailed,
                                                int line)
 {
-    if (!checkInstanceKeys(instance.get()))
-        failLoad("VRAXFCPort::One or more Key Properties not populated", line);
-    if (!_map.insert(instance))
-        failLoad(insertionFailed, line);
+    insertChecked(
+        _map, instance, "VRAXFCPort::One or more Key Properties not populated", insertionFailed, line);
 }
 
 } // namespace cimple

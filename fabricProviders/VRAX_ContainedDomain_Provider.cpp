@@ -16,10 +16,10 @@ void VRAX_ContainedDomain_Provider::build(Map_Writer<VRAX_ContainedDomain>& map)
         failLoad("Failed to Create the instance");
     refer(*containment, san, fabric);
 
-    if (!checkInstanceKeys(containment.get()))
-        failLoad("VRAX_ContainedDomain::One or more Key Properties not populated");
-    if (!map.insert(containment))
-        failLoad("Failed to insert instance in map");
+    insertChecked(map,
+                  containment,
+                  "VRAX_ContainedDomain::One or more Key Properties not populated",
+                  "Failed to insert instance in map");
 }
 
 } // namespace cimple

@@ -13,6 +13,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <string>
 
 namespace cimple
 {
@@ -184,10 +185,10 @@ void VRAX_FCSwitch_Provider::build(Map_Writer<VRAX_FCSwitch>& map)
         if (isLocal && std::strcmp(batch.text(kType), kNamedByProduct) == 0)
             describeByProduct(*instance);
 
-        if (!checkInstanceKeys(instance.get()))
-            failLoad("VRAX_FCSwitch::One or more Key Properties are not populated");
-        if (!map.insert(instance))
-            failLoad("Failed to insert instance in the map");
+        insertChecked(map,
+                      instance,
+                      "VRAX_FCSwitch::One or more Key Properties are not populated",
+                      "Failed to insert instance in the map");
     }
 }
 
@@ -238,7 +239,7 @@ Modify_Instance_Status VRAX_FCSwitch_Provider::modify_instance(const VRAX_FCSwit
 Invoke_Method_Status VRAX_FCSwitch_Provider::reset(const char* function, Property<uint32>& result)
 {
     // A critical line for each attempt, though nothing has failed: it tells why the switch went down.
-    logFailure(function, "Querying for \"xpl_swSwitchForceReset\"");
+    logCritical(function, "Querying for \"xpl_swSwitchForceReset\"");
     if (xpl_swSwitchForceReset(hSwitch) != 0)
     {
         logFailure(function, "Switch Reset failed");
@@ -256,28 +257,18 @@ VRAX_FCSwitch_Provider::setAdminState(const char* function, int state, Property<
     int error = xpl_swSwitchGetConfig(hSwitch, 0, &record);
     if (error != 0)
     {
-        cim_log(kLogCritical,
-                "CRIT:%s:%s[%d] GetConfig Failed with error %d\n",
-                kSource,
-                function,
-                __LINE__,
-                error);
+        logFailure(function, ("GetConfig Failed with error " + std::to_string(error)).c_str());
         return INVOKE_METHOD_FAILED;
     }
     if (state == kNoState)
         return INVOKE_METHOD_OK;
 
     record.adminState = state;
-    logFailure(function, "Querying for \"xpl_swSwitchSetConfig\""); // for each attempt, as above
+    logCritical(function, "Querying for \"xpl_swSwitchSetConfig\""); // for each attempt, as above
     error = xpl_swSwitchSetConfig(hSwitch, &record);
     if (error != 0)
     {
-        cim_log(kLogCritical,
-                "CRIT:%s:%s[%d] SetConfig Failed with error %d\n",
-                kSource,
-                function,
-                __LINE__,
-                error);
+        logFailure(function, ("SetConfig Failed with error " + std::to_string(error)).c_str());
         result.set(kRefused);
         return INVOKE_METHOD_FAILED;
     }

@@ -19,10 +19,10 @@ void VRAX_LogicalNetwork_Provider::build(Map_Writer<VRAX_LogicalNetwork>& map)
     network->InstanceID.set(wwn.text());
     network->ElementName.set(wwn.text());
 
-    if (!checkInstanceKeys(network.get()))
-        failLoad("VRAX_LogicalNetwork::One or More Key Properties are not populated");
-    if (!map.insert(network))
-        failLoad("Failed to insert instance in map");
+    insertChecked(map,
+                  network,
+                  "VRAX_LogicalNetwork::One or More Key Properties are not populated",
+                  "Failed to insert instance in map");
 }
 
 } // namespace cimple

@@ -50,13 +50,10 @@ void VRAX_FCPortRateStatistics_Provider::build(Map_Writer<VRAX_FCPortRateStatist
     for (const std::string& port : Root_Ports(cache))
     {
         if (!batch.read({port.c_str()}))
-            throw VRAX_Except(kSource, "load", __LINE__, CRIT, "Unable to get port rate statistics");
+            failLoad("Unable to get port rate statistics");
         Owned<VRAX_FCPortRateStatistics> instance = makeNull<VRAX_FCPortRateStatistics>();
         if (!instance)
-        {
-            throw VRAX_Except(
-                kSource, "load", __LINE__, CRIT, "Unable to create instance of VRAX_FCPortRateStatistics");
-        }
+            failLoad("Unable to create instance of VRAX_FCPortRateStatistics");
         const Wwn portWwn = cache.calcPortWwn(rootWwn, port);
         if (portWwn.empty())
             break;
@@ -69,19 +66,7 @@ void VRAX_FCPortRateStatistics_Provider::build(Map_Writer<VRAX_FCPortRateStatist
         instance->SampleInterval.set(sampleInterval);
         fill(*instance, batch);
 
-        if (!checkInstanceKeys(instance.get()))
-        {
-            throw VRAX_Except(kSource,
-                              "load",
-                              __LINE__,
-                              CRIT,
-                              "VRAX_FCPortRateStatistics::One or more Key Properties are not Populated");
-        }
-        if (!map.insert(instance))
-        {
-            throw VRAX_Except(
-                kSource, "load", __LINE__, CRIT, "Failed to insert into VRAX_FCPortRateStatistics_map");
-        }
+        insertChecked(map, instance);
     }
 }
 

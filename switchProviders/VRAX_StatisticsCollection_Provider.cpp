@@ -30,26 +30,17 @@ void VRAX_StatisticsCollection_Provider::build(Map_Writer<VRAX_StatisticsCollect
     const Datetime loadTime = localTime();
     Owned<VRAX_StatisticsCollection> instance = makeNull<VRAX_StatisticsCollection>();
     if (!instance)
-    {
-        throw VRAX_Except(
-            kSource, "load", __LINE__, CRIT, "Failed to create instance VRAX_StatisticsCollection");
-    }
+        failLoad("Failed to create instance VRAX_StatisticsCollection");
 
     instance->InstanceID.set(wwn.text());
     instance->ElementName.set("FC Switch Statistics Collection");
     instance->TimeLastSampled.set(loadTime);
     instance->SampleInterval.set(Datetime{uint64{Datetime::SEC}});
 
-    if (!checkInstanceKeys(instance.get()))
-    {
-        throw VRAX_Except(kSource,
-                          "load",
-                          __LINE__,
-                          CRIT,
-                          "VRAX_statisticsCollection::One or more Key Properties are not Populated");
-    }
-    if (!map.insert(instance))
-        throw VRAX_Except(kSource, "load", __LINE__, CRIT, "Failed to insert instance in map");
+    insertChecked(map,
+                  instance,
+                  "VRAX_statisticsCollection::One or more Key Properties are not Populated",
+                  "Failed to insert instance in map");
 }
 
 } // namespace cimple

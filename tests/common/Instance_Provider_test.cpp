@@ -86,6 +86,14 @@ TEST_F(InstanceProvider, AFailedLoadIsLoggedAnsweredAsFailureAndRepeatedByTheNex
          },
          {"Exception[CRIT]:testProviders/Ports_Provider:load[] "
           "VRAX_FCPortStatistics::One or more Key Properties are not Populated"}},
+        {"equal keys",
+         []
+         {
+             Map_Writer<VRAX_FCPortStatistics> map;
+             Ports_Provider::insert(map, "1");
+         },
+         {"Exception[CRIT]:testProviders/Ports_Provider:load[] "
+          "Failed to insert into VRAX_FCPortStatistics_map"}},
         {"out of memory",
          [] { throw std::bad_alloc(); },
          {"CRIT:testProviders/Ports_Provider:load[] std::bad_alloc"}},
@@ -128,16 +136,6 @@ TEST_F(InstanceProvider, StaysStaleWhenMadeStaleDuringItsLoad)
     EXPECT_EQ(serve<Ports_Provider>().count, kPorts);
     EXPECT_EQ(serve<Ports_Provider>().count, kPorts);
     EXPECT_EQ(Ports::builds, 2);
-}
-
-TEST_F(InstanceProvider, ADuplicateIsDropped)
-{
-    Ports::instead = [](Map_Writer<VRAX_FCPortStatistics>& map)
-    {
-        Ports_Provider::insert(map, "1");
-        Ports_Provider::insert(map, "1");
-    };
-    EXPECT_EQ(serve<Ports_Provider>().count, 1u);
 }
 
 TEST_F(InstanceProvider, LoadsUnderAWriteLockOfTheCallerAndLeavesItHeld)
