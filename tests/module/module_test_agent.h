@@ -14,9 +14,10 @@
 class Module_Agent
 {
   public:
-    Module_Agent()
-        : _core(std::string(VRAX_BUILD_DIR) + "/share/cimd/repository.xml",
-                std::string(VRAX_BUILD_DIR) + "/share/cimd/providers.reg",
+    // With the module in lib<library>.so.
+    explicit Module_Agent(const char* library = "vraxproviders")
+        : _core(cimd::ClassRepository::load(std::string(VRAX_BUILD_DIR) + "/share/cimd/repository.xml"),
+                registrations(library),
                 std::string(VRAX_BUILD_DIR) + "/lib")
     {
     }
@@ -48,6 +49,13 @@ class Module_Agent
                          "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"" + className +
                              "\"/></IPARAMVALUE>");
     }
+    std::string associators(const cimd::ObjectPath& source, const std::string& associationClass)
+    {
+        return intrinsic("Associators",
+                         "<IPARAMVALUE NAME=\"ObjectName\">" + instanceName(source) +
+                             "</IPARAMVALUE><IPARAMVALUE NAME=\"AssocClass\"><CLASSNAME NAME=\"" +
+                             associationClass + "\"/></IPARAMVALUE>");
+    }
     std::string get(const cimd::ObjectPath& path)
     {
         return intrinsic("GetInstance",
@@ -65,6 +73,14 @@ class Module_Agent
     }
 
   private:
+    static std::vector<cimd::Registration> registrations(const char* library)
+    {
+        std::vector<cimd::Registration> all =
+            cimd::loadRegistrations(std::string(VRAX_BUILD_DIR) + "/share/cimd/providers.reg");
+        for (cimd::Registration& one : all)
+            one.location = library;
+        return all;
+    }
     static std::string nameSpacePath()
     {
         return "<LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/><NAMESPACE "

@@ -1,6 +1,8 @@
 // Makes what a load does with its instances fail on demand.
 #include "tests/common/testing/Failures.h"
 
+#include "support/VRAX_Maps.h"
+
 #include <cimple/cimple.h>
 
 #include <new>
@@ -10,31 +12,41 @@ using cimple::Instance;
 using cimple::Instance_Map_Base;
 using cimple::Meta_Class;
 
-namespace
-{
-
-// One step of a load that can fail.
-struct Step
+struct Step_Failures::Step
 {
     std::string failingClass;
     int successesLeft = 0;
+    bool struck = false;
 
-    void arm(const char* className, int successes)
-    {
-        failingClass = className;
-        successesLeft = successes;
-    }
-    void disarm() { failingClass.clear(); }
     bool fails(const Meta_Class* metaClass)
     {
-        return failingClass == metaClass->name && successesLeft-- <= 0;
+        if (failingClass != metaClass->name || successesLeft-- > 0)
+            return false;
+        struck = true;
+        return true;
     }
+
+    static Step creation;
+    static Step keyCheck;
+    static Step insertion;
 };
 
-Step creation;
+Step_Failures::Step Step_Failures::Step::creation;
+Step_Failures::Step Step_Failures::Step::keyCheck;
+Step_Failures::Step Step_Failures::Step::insertion;
+
+namespace
+{
+
 Create_Failures::Kind creationFailure;
-Step keyCheck;
-Step insertion;
+
+// For the wrappers, which belong to no class.
+struct Steps : Step_Failures
+{
+    static bool creationFails(const Meta_Class* metaClass) { return Step::creation.fails(metaClass); }
+    static bool keyCheckFails(const Meta_Class* metaClass) { return Step::keyCheck.fails(metaClass); }
+    static bool insertionFails(const Meta_Class* metaClass) { return Step::insertion.fails(metaClass); }
+};
 
 } // namespace
 
@@ -53,9 +65,10 @@ extern "C"
     std::size_t INSERT(__wrap)(Instance_Map_Base*, Instance*);
 }
 
+// Loads create with the schema's defaults; models of requests and clones are made without.
 Instance* CREATE(__wrap)(const Meta_Class* metaClass, bool defaults)
 {
-    if (!creation.fails(metaClass))
+    if (!defaults || !Steps::creationFails(metaClass))
         return CREATE(__real)(metaClass, defaults);
     if (creationFailure == Create_Failures::Kind::Throws)
         throw std::bad_alloc();
@@ -64,39 +77,46 @@ Instance* CREATE(__wrap)(const Meta_Class* metaClass, bool defaults)
 
 bool CHECK_KEYS(__wrap)(const Instance* instance)
 {
-    return !keyCheck.fails(instance->meta_class) && CHECK_KEYS(__real)(instance);
+    return !Steps::keyCheckFails(instance->meta_class) && CHECK_KEYS(__real)(instance);
 }
 
 std::size_t INSERT(__wrap)(Instance_Map_Base* map, Instance* instance)
 {
-    return insertion.fails(instance->meta_class) ? static_cast<std::size_t>(-1)
-                                                 : INSERT(__real)(map, instance);
+    return Steps::insertionFails(instance->meta_class) ? static_cast<std::size_t>(-1)
+                                                       : INSERT(__real)(map, instance);
+}
+
+Step_Failures::Step_Failures(Step& step, const char* className, int successes) : _step(step)
+{
+    _step.failingClass = className;
+    _step.successesLeft = successes;
+    _step.struck = false;
+}
+Step_Failures::~Step_Failures()
+{
+    _step.failingClass.clear();
+}
+bool Step_Failures::struck() const
+{
+    return _step.struck;
 }
 
 Create_Failures::Create_Failures(const char* className, int successes, Kind kind)
+    : Step_Failures(Step::creation, className, successes)
 {
     creationFailure = kind;
-    creation.arm(className, successes);
 }
-Create_Failures::~Create_Failures()
-{
-    creation.disarm();
-}
-
 Key_Failures::Key_Failures(const char* className, int successes)
+    : Step_Failures(Step::keyCheck, className, successes)
 {
-    keyCheck.arm(className, successes);
 }
-Key_Failures::~Key_Failures()
+Insert_Failures::Insert_Failures(const char* className, int successes)
+    : Step_Failures(Step::insertion, className, successes)
 {
-    keyCheck.disarm();
 }
 
-Insert_Failures::Insert_Failures(const char* className, int successes)
+void makeMapsStale()
 {
-    insertion.arm(className, successes);
-}
-Insert_Failures::~Insert_Failures()
-{
-    insertion.disarm();
+    for (std::size_t i = 0; i < cimple::kMapCount; ++i)
+        cimple::VRAX_Maps::getInstance()->InstMapForceUnload(static_cast<cimple::providerEnum_t>(i));
 }

@@ -21,10 +21,10 @@ class Switch_Test : public testing::Test
   protected:
     typedef std::map<std::string, std::string> Description;
 
-    Switch_Test() : sim(simulator::SimSwitch::make()) { makeAllStale(); }
+    Switch_Test() : sim(simulator::SimSwitch::make()) { makeMapsStale(); }
     ~Switch_Test() override
     {
-        makeAllStale();
+        makeMapsStale();
         // Whatever a test did, nothing of the platform's stays with the providers.
         EXPECT_EQ(sim.heldCacheLocks(), 0);
         EXPECT_EQ(sim.outstandingBlocks(), 0u);
@@ -58,13 +58,6 @@ class Switch_Test : public testing::Test
 
     simulator::SimSwitch sim;
     Manual_Clock clock;
-
-  private:
-    static void makeAllStale()
-    {
-        for (std::size_t i = 0; i < cimple::kMapCount; ++i)
-            cimple::VRAX_Maps::getInstance()->InstMapForceUnload(static_cast<cimple::providerEnum_t>(i));
-    }
 };
 
 #endif
