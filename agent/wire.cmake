@@ -10,6 +10,7 @@ add_library(cimd_wire STATIC
     ops/AssociationCalls.cpp
     ops/Call.cpp
     ops/ClassCalls.cpp
+    ops/Failure.cpp
     ops/FrontEnd.cpp
     ops/InstanceCalls.cpp
     ops/MethodCalls.cpp

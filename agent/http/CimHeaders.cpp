@@ -207,6 +207,25 @@ std::string percentDecoded(std::string_view text)
     return decoded;
 }
 
+std::string percentEncoded(std::string_view text)
+{
+    constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~ ";
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string encoded;
+    encoded.reserve(text.size());
+    for (const char c : text)
+    {
+        if (kPlain.find(c) != std::string_view::npos)
+        {
+            encoded += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        encoded += {'%', kDigits[byte >> 4], kDigits[byte & 0xF]};
+    }
+    return encoded;
+}
+
 HttpResponse refusal(unsigned status, const std::string& cimError, const std::string& reason)
 {
     HttpResponse response = plain(status, reason);
@@ -220,6 +239,14 @@ HttpResponse cimResponse()
     return {kOk,
             {{"Content-Type", "application/xml; charset=\"utf-8\""}, {"CIMOperation", "MethodResponse"}},
             {}};
+}
+
+std::vector<HttpHeader> failureTrailers(const CimError& error)
+{
+    constexpr std::size_t kMostText = 1000; // it must fit in the server's buffer with room to spare
+    return {
+        {"CIMStatusCode", std::to_string(error.code())},
+        {"CIMStatusCodeDescription", percentEncoded(std::string_view(error.what()).substr(0, kMostText))}};
 }
 
 std::optional<HttpResponse> refuseHead(const HttpRequest& head)

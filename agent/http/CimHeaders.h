@@ -1,18 +1,23 @@
 // The HTTP headers of CIM-XML: what a request must carry, and what its body must agree with.
 #pragma once
 
+#include "agent/cim/CimError.h"
 #include "agent/cim/ObjectPath.h"
 #include "agent/http/Message.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace cimd
 {
 
 /** "root%2Finterop" gives "root/interop"; sequences that are not two hexadecimal digits stand as they are. */
 std::string percentDecoded(std::string_view text);
+
+/** Everything but letters, digits and the marks of RFC 3986 that need no escape, and spaces, as "%xx". */
+std::string percentEncoded(std::string_view text);
 
 /**
  * What a request head that cannot be a CIM-XML operation is answered with: wrong target, method, content
@@ -22,6 +27,12 @@ std::optional<HttpResponse> refuseHead(const HttpRequest& head);
 
 /** A refusal with a CIMError header and the reason as text. */
 HttpResponse refusal(unsigned status, const std::string& cimError, const std::string& reason);
+
+/** The names of the trailers below, as a Trailer header announces them. */
+inline constexpr const char* kFailureTrailers = "CIMStatusCode, CIMStatusCodeDescription";
+
+/** What tells the error of an operation whose answer had begun to leave (DSP0200, "Chunked responses"). */
+std::vector<HttpHeader> failureTrailers(const CimError& error);
 
 /** The headers of a CIM-XML answer, without its body. */
 HttpResponse cimResponse();

@@ -109,6 +109,16 @@ struct Exchange
     HttpRequest request;
     std::optional<HttpResponse> response;
     std::size_t received = 0; // body bytes, dropped ones included
+    std::size_t bodyLimit = 0;
+};
+
+/** Keeps answers until they are whole. */
+class Collecting : public AnswerStream
+{
+  public:
+    void flush(HttpResponse&) override {}
+    std::size_t taken() const override { return 0; }
+    void whenLate(std::function<HttpResponse()>) override {}
 };
 
 /** Queues a response whose body the response object owns, so that a large answer is not copied. */
@@ -236,12 +246,16 @@ class HttpServer::Impl
         if (_stopping)
             exchange->response = plain(kUnavailable, "The server is stopping.\n");
         else
-            exchange->response = _handler.refuse(request);
+        {
+            Verdict verdict = _handler.refuse(request);
+            exchange->response = std::move(verdict.response);
+            exchange->bodyLimit = std::min(_limits.bodyBytes, verdict.bodyLimit);
+        }
         const bool ambiguous = isAmbiguous(request);
         if (ambiguous)
             exchange->response = plain(kBadRequest, "The length of the body is given more than once.\n");
         const std::size_t announced = announcedBytes(request);
-        if (!exchange->response && announced > _limits.bodyBytes)
+        if (!exchange->response && announced > exchange->bodyLimit)
             exchange->response = plain(kContentTooLarge, kTooLarge);
         enter(_exchanges);
         Exchange& kept = *exchange;
@@ -257,7 +271,7 @@ class HttpServer::Impl
     bool body(Exchange& exchange, const char* data, std::size_t size)
     {
         exchange.received += size;
-        if (!exchange.response && exchange.received > _limits.bodyBytes)
+        if (!exchange.response && exchange.received > exchange.bodyLimit)
         {
             exchange.request.body = std::string();
             exchange.response = plain(kContentTooLarge, kTooLarge);
@@ -285,7 +299,8 @@ class HttpServer::Impl
     {
         try
         {
-            exchange.response = _handler.answer(exchange.request);
+            Collecting stream;
+            exchange.response = _handler.answer(exchange.request, stream);
         }
         catch (const std::exception& error)
         {

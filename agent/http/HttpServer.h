@@ -3,31 +3,14 @@
 #pragma once
 
 #include "agent/Limits.h"
+#include "agent/http/HttpHandler.h"
 #include "agent/http/ListenSocket.h"
-#include "agent/http/Message.h"
 
 #include <chrono>
 #include <memory>
-#include <optional>
 
 namespace cimd
 {
-
-/** What the server asks of the layer above it. Both members are called from several threads at once. */
-class HttpHandler
-{
-  public:
-    virtual ~HttpHandler() = default;
-
-    /**
-     * Looks at a request whose head has arrived and whose body has not. Runs on an I/O thread and must not
-     * wait. A response given here is final: the body is read and dropped.
-     */
-    virtual std::optional<HttpResponse> refuse(const HttpRequest& head) = 0;
-
-    /** Answers a complete request; runs on a worker. May take the body out of it. */
-    virtual HttpResponse answer(HttpRequest& request) = 0;
-};
 
 /** Listens from construction to stop(). Connections are kept alive and may be pipelined. */
 class HttpServer

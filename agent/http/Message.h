@@ -1,6 +1,7 @@
 // HTTP requests and responses as the layers above the server see them.
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -26,8 +27,13 @@ struct HttpRequest
 struct HttpResponse
 {
     unsigned status = 200;
-    std::vector<HttpHeader> headers; ///< Content-Length, Date and Connection are the server's.
+    std::vector<HttpHeader> headers; ///< Content-Length, Date, Connection and Trailer are the server's.
     std::string body;
+    /** Says why the answer is incomplete, should part of it have left already; `body` counts for nothing
+     * then. */
+    std::vector<HttpHeader> trailers = {};
+    /** How long the server keeps the answer back, without a thread waiting for it. */
+    std::chrono::milliseconds holdFor{0};
 };
 
 } // namespace cimd

@@ -45,14 +45,14 @@ void objectOptions(Call& call, Request& request)
 
 auto objectSink(Call& call)
 {
-    return sinkFor<Instance>([&call](const Instance& item)
-                             { writeObjectWithPath(call.xml, call.host, item); });
+    return sinkFor<Instance>(
+        call, [&call](const Instance& item) { writeObjectWithPath(call.xml, call.host, item); });
 }
 
 auto objectPathSink(Call& call)
 {
-    return sinkFor<ObjectPath>([&call](const ObjectPath& item)
-                               { writeObjectPath(call.xml, call.host, item); });
+    return sinkFor<ObjectPath>(
+        call, [&call](const ObjectPath& item) { writeObjectPath(call.xml, call.host, item); });
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // What a request is about.
 #include "agent/ops/Call.h"
 
+#include "agent/ops/Failure.h"
+
 namespace cimd
 {
 
@@ -32,6 +34,9 @@ void Call::setSubject(const CimName& name)
 {
     subject = name.str();
     entry.about(subject);
+    // A copy of the subject: this thread may change it while another one makes the late answer.
+    stream.whenLate([&request = wire, copy = subject, limit = timeLimit]
+                    { return lateAnswer(request, copy, limit); });
 }
 
 ObjectPath Call::withKeyName(const ObjectPath& path, const CimValue& value) const

@@ -1,12 +1,14 @@
 // One request on its way through an operation.
 #pragma once
 
+#include "agent/http/HttpHandler.h"
 #include "agent/ops/Parameters.h"
 #include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
 #include "agent/xml/RequestReader.h"
 #include "agent/xml/XmlWriter.h"
 
+#include <chrono>
 #include <string>
 #include <utility>
 
@@ -22,11 +24,17 @@ struct Call
     const WireRequest& wire;
     const ElementReader& reader;
     Parameters parameters;
+    HttpResponse& response; ///< the answer; `xml` writes to its body
+    AnswerStream& stream;   ///< takes the answer away in pieces
+    std::chrono::seconds timeLimit;
     XmlWriter& xml;       ///< where results go
     std::string& subject; ///< the class or qualifier the request is about, for the log
     InFlight::Entry& entry;
 
     const std::string& nameSpace() const { return wire.nameSpace; }
+
+    /** Says what the request is about and, with it, what to answer when time runs out. */
+    void setSubject(const CimName& name);
 
     // Each makes its argument the subject and gives it back.
     CimName about(CimName name);
@@ -35,27 +43,31 @@ struct Call
     Instance about(Instance instance);
 
   private:
-    void setSubject(const CimName& name);
     ObjectPath withKeyName(const ObjectPath& path, const CimValue& value) const;
 };
 
+/** Writes each result and lets it leave. */
 template <class Item, class Write>
 class WritingSink : public Sink<Item>
 {
   public:
-    explicit WritingSink(Write write) : _write(std::move(write)) {}
-    void put(const Item& item) override { _write(item); }
+    WritingSink(Call& call, Write write) : _call(call), _write(std::move(write)) {}
+    void put(const Item& item) override
+    {
+        _write(item);
+        _call.stream.flush(_call.response);
+    }
 
   private:
-    void setSubject(const CimName& name);
+    Call& _call;
     Write _write;
 };
 
 /** A sink that calls `write` with each result. */
 template <class Item, class Write>
-WritingSink<Item, Write> sinkFor(Write write)
+WritingSink<Item, Write> sinkFor(Call& call, Write write)
 {
-    return WritingSink<Item, Write>(std::move(write));
+    return {call, std::move(write)};
 }
 
 } // namespace cimd

@@ -29,7 +29,7 @@ void enumerateClasses(Call& call)
     request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
     request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
     call.parameters.finish();
-    auto sink = sinkFor<ClassDecl>([&](const ClassDecl& item) { writeClass(call.xml, item); });
+    auto sink = sinkFor<ClassDecl>(call, [&](const ClassDecl& item) { writeClass(call.xml, item); });
     call.service.enumerateClasses(call.context, request, sink);
 }
 
@@ -40,7 +40,7 @@ void enumerateClassNames(Call& call)
     request.className = call.about(call.parameters.className("ClassName"));
     request.deepInheritance = call.parameters.boolean("DeepInheritance", request.deepInheritance);
     call.parameters.finish();
-    auto sink = sinkFor<CimName>([&](const CimName& item) { writeClassName(call.xml, item); });
+    auto sink = sinkFor<CimName>(call, [&](const CimName& item) { writeClassName(call.xml, item); });
     call.service.enumerateClassNames(call.context, request, sink);
 }
 
@@ -56,8 +56,8 @@ void getQualifier(Call& call)
 void enumerateQualifiers(Call& call)
 {
     call.parameters.finish();
-    auto sink =
-        sinkFor<QualifierDecl>([&](const QualifierDecl& item) { writeQualifierDeclaration(call.xml, item); });
+    auto sink = sinkFor<QualifierDecl>(
+        call, [&](const QualifierDecl& item) { writeQualifierDeclaration(call.xml, item); });
     call.service.enumerateQualifiers(call.context, call.nameSpace(), sink);
 }
 

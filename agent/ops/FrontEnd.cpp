@@ -78,7 +78,7 @@ void logOperation(const HttpRequest& request,
 
 } // namespace
 
-std::optional<HttpResponse> FrontEnd::refuse(const HttpRequest& head)
+Verdict FrontEnd::refuse(const HttpRequest& head)
 {
     std::optional<HttpResponse> response = refuseHead(head);
     if (response && logEnabled(LogLevel::Info))
@@ -86,10 +86,10 @@ std::optional<HttpResponse> FrontEnd::refuse(const HttpRequest& head)
             "http",
             head.peer + ": " + head.method + " " + head.target + ": HTTP " +
                 std::to_string(response->status));
-    return response;
+    return {std::move(response)};
 }
 
-HttpResponse FrontEnd::answer(HttpRequest& request)
+HttpResponse FrontEnd::answer(HttpRequest& request, AnswerStream& stream)
 try
 {
     const auto start = std::chrono::steady_clock::now();
@@ -103,7 +103,7 @@ try
     HttpResponse response = cimResponse();
     const std::string host = headerText(request, "Host"); // HTTP/1.0 clients need not send it
     const Outcome outcome =
-        _operations.run(context, host.empty() ? "localhost" : host, wire, entry, response.body);
+        _operations.run(context, host.empty() ? "localhost" : host, wire, entry, response, stream);
     logOperation(request, wire, outcome, start);
     return response;
 }

@@ -1,7 +1,7 @@
 // The CIM-XML side of the HTTP server: checks heads, reads messages, runs operations, logs each of them.
 #pragma once
 
-#include "agent/http/HttpServer.h"
+#include "agent/http/HttpHandler.h"
 #include "agent/ops/Operations.h"
 
 namespace cimd
@@ -22,8 +22,8 @@ class FrontEnd : public HttpHandler
     {
     }
 
-    std::optional<HttpResponse> refuse(const HttpRequest& head) override;
-    HttpResponse answer(HttpRequest& request) override;
+    Verdict refuse(const HttpRequest& head) override;
+    HttpResponse answer(HttpRequest& request, AnswerStream& stream) override;
 
   private:
     Operations _operations;

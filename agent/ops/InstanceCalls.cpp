@@ -16,7 +16,7 @@ void enumerateInstances(Call& call)
     request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
     request.properties = call.parameters.propertyList("PropertyList");
     call.parameters.finish();
-    auto sink = sinkFor<Instance>([&](const Instance& item) { writeNamedInstance(call.xml, item); });
+    auto sink = sinkFor<Instance>(call, [&](const Instance& item) { writeNamedInstance(call.xml, item); });
     call.service.enumerateInstances(call.context, request, sink);
 }
 
@@ -26,7 +26,7 @@ void enumerateInstanceNames(Call& call)
     request.nameSpace = call.nameSpace();
     request.className = call.about(call.parameters.requiredClassName("ClassName"));
     call.parameters.finish();
-    auto sink = sinkFor<ObjectPath>([&](const ObjectPath& item) { writeInstanceName(call.xml, item); });
+    auto sink = sinkFor<ObjectPath>(call, [&](const ObjectPath& item) { writeInstanceName(call.xml, item); });
     call.service.enumerateInstanceNames(call.context, request, sink);
 }
 

@@ -2,6 +2,7 @@
 #include "agent/ops/Operations.h"
 
 #include "agent/ops/Calls.h"
+#include "agent/ops/Failure.h"
 #include "agent/xml/ResponseWriter.h"
 
 #include <exception>
@@ -61,11 +62,10 @@ Outcome Operations::run(const RequestContext& context,
                         const std::string& host,
                         const WireRequest& request,
                         InFlight::Entry& entry,
-                        std::string& out)
+                        HttpResponse& response,
+                        AnswerStream& stream)
 {
     Outcome outcome;
-    const std::size_t start = out.size();
-    ResponseWriter response(out, request);
     try
     {
         const Operation& operation = operationFor(request);
@@ -73,6 +73,7 @@ Outcome Operations::run(const RequestContext& context,
             throw CimError(CimStatus::InvalidParameter,
                            "more than " + std::to_string(_limits.parameters) + " parameters");
         static const std::vector<XmlElement> kNone;
+        ResponseWriter writer(response.body, request);
         Call call{
             _service,
             context,
@@ -80,24 +81,31 @@ Outcome Operations::run(const RequestContext& context,
             request,
             _reader,
             Parameters(request.extrinsic ? kNone : request.parameters, _reader, _limits.instanceProperties),
-            response.xml(),
+            response,
+            stream,
+            _limits.operationSeconds,
+            writer.xml(),
             outcome.subject,
             entry};
-        response.begin(operation.returnsValue);
+        writer.begin(operation.returnsValue);
+        call.setSubject({});
         operation.run(call);
-        response.end(operation.returnsValue);
+        writer.end(operation.returnsValue);
         return outcome;
     }
     catch (const CimError& error)
     {
         outcome.error = error;
     }
+    catch (const AnswerClosed& closed)
+    {
+        outcome.error = CimError(CimStatus::Failed, closed.what());
+    }
     catch (const std::exception& error)
     {
         outcome.error = CimError(CimStatus::Failed, std::string("internal error: ") + error.what());
     }
-    out.resize(start);
-    response.error(*outcome.error);
+    writeFailure(response, request, *outcome.error);
     return outcome;
 }
 

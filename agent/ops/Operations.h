@@ -2,6 +2,7 @@
 #pragma once
 
 #include "agent/Limits.h"
+#include "agent/http/HttpHandler.h"
 #include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
 #include "agent/xml/RequestReader.h"
@@ -27,9 +28,9 @@ class Operations
     Operations(CimService& service, const Limits& limits);
 
     /**
-     * Runs the request and appends the whole response message to `out`, errors included: nothing is thrown
-     * but lack of memory. When an operation fails after it produced results, the response holds the error
-     * alone.
+     * Runs the request and writes the response message, errors included, to the body of `response`, whose
+     * pieces leave through `stream`: nothing is thrown but lack of memory. When an operation fails after it
+     * produced results, the body holds the error alone and the trailers say it, too.
      * @param host   How the client addressed this server; stands in the INSTANCEPATHs of the answer.
      * @param entry  Is told what the request is about as soon as that is known.
      */
@@ -37,7 +38,8 @@ class Operations
                 const std::string& host,
                 const WireRequest& request,
                 InFlight::Entry& entry,
-                std::string& out);
+                HttpResponse& response,
+                AnswerStream& stream);
 
   private:
     CimService& _service;

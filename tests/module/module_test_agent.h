@@ -5,6 +5,7 @@
 #include "agent/ops/FrontEnd.h"
 #include "agent/service/AgentCore.h"
 #include "agent/xml/ElementWriter.h"
+#include "tests/agent/http/WholeAnswer.h"
 
 #include <string>
 #include <utility>
@@ -113,7 +114,8 @@ class Module_Agent
         request.body = "<?xml version=\"1.0\" encoding=\"utf-8\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">"
                        "<MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\"><SIMPLEREQ>" +
                        call + "</SIMPLEREQ></MESSAGE></CIM>";
-        return _frontEnd.answer(request).body;
+        cimd::WholeAnswer whole;
+        return _frontEnd.answer(request, whole).body;
     }
 
     cimd::AgentCore _core;

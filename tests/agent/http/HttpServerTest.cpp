@@ -21,14 +21,14 @@ constexpr std::chrono::minutes kLong{2};
 class EchoHandler : public HttpHandler
 {
   public:
-    std::optional<HttpResponse> refuse(const HttpRequest& head) override
+    Verdict refuse(const HttpRequest& head) override
     {
         if (head.target == "/refused")
-            return HttpResponse{403, {}, "no"};
-        return std::nullopt;
+            return {HttpResponse{403, {}, "no"}};
+        return {};
     }
 
-    HttpResponse answer(HttpRequest& request) override
+    HttpResponse answer(HttpRequest& request, AnswerStream&) override
     {
         if (request.body == "wait")
             wait();

@@ -6,6 +6,7 @@
 #include "agent/ops/FrontEnd.h"
 
 #include "agent/log/Log.h"
+#include "tests/agent/http/WholeAnswer.h"
 #include "tests/agent/ops/FakeService.h"
 
 #include <algorithm>
@@ -80,8 +81,9 @@ TEST_P(WireTest, AnswersAsRecorded)
     FrontEnd frontEnd(service, Limits());
     const fs::path base = fs::path(CIMD_WIRE_DIR) / GetParam();
     HttpRequest request = requestOf(contents(base.string() + ".request"));
-    std::optional<HttpResponse> response = frontEnd.refuse(request);
-    const std::string answer = answerText(response ? *response : frontEnd.answer(request));
+    WholeAnswer whole;
+    const std::optional<HttpResponse> refused = frontEnd.refuse(request).response;
+    const std::string answer = answerText(refused ? *refused : frontEnd.answer(request, whole));
     if (std::getenv("CIMD_WIRE_RECORD") != nullptr)
     {
         std::ofstream(base.string() + ".answer", std::ios::binary) << answer;
@@ -111,7 +113,8 @@ TEST(FrontEndLimits, AnswerWhatGoesBeyondThem)
         limits.*row.limit = row.value;
         FakeService service;
         HttpRequest request = requestOf(contents(fs::path(CIMD_WIRE_DIR) / row.request += ".request"));
-        const std::string answer = FrontEnd(service, limits).answer(request).body;
+        WholeAnswer whole;
+        const std::string answer = FrontEnd(service, limits).answer(request, whole).body;
         EXPECT_NE(answer.find("CODE=\"4\""), std::string::npos) << answer;
         EXPECT_NE(answer.find(row.complaint), std::string::npos) << answer;
     }
