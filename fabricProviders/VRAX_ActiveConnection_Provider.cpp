@@ -12,6 +12,8 @@ namespace cimple
 
 void VRAX_ActiveConnection_Provider::build(Map_Writer<VRAX_ActiveConnection>& map)
 {
+    if (end<VRAX_ProtocolEndpoint>().first() == nullptr)
+        return;
     const Text_Index<VRAX_ProtocolEndpoint> endpoints(end<VRAX_ProtocolEndpoint>(), &endpointWwn);
     const Fcs_List<xpl_fcsSwitch> switches(&xpl_fcsGetSwitchList);
     if (switches.error() != XPL_OK)

@@ -31,9 +31,13 @@ def rename(connection, instance, name):
 
 
 def failure_of(call, *args, **kwargs):
+    return error_of(call, *args, **kwargs).status_code
+
+
+def error_of(call, *args, **kwargs):
     with pytest.raises(pywbem.CIMError) as error:
         call(*args, **kwargs)
-    return error.value.status_code
+    return error.value
 
 
 @pytest.mark.parametrize("find", [local_switch, lambda c: local_port(c, 3)], ids=["switch", "port"])
@@ -46,6 +50,11 @@ def test_rename_is_read_back(connection, find):
     unchanged = {name for name in before.properties if name != "ElementName"}
     assert all(after[name] == before[name] for name in unchanged if name not in ("Speed",))
 
+    fabric = connection.EnumerateInstanceNames("VRAX_Fabric")[0]
+    switches = connection.Associators(fabric, AssocClass="VRAX_FabricFCSwitch")
+    ports = [p for s in switches for p in connection.Associators(s.path, AssocClass="VRAX_FCSwitchFCPort")]
+    assert "renamed by a client" in {i["ElementName"] for i in switches + ports}
+
 
 def test_only_the_local_switch_and_its_ports_can_be_renamed(connection):
     remote = next(s for s in connection.EnumerateInstances("VRAX_FCSwitch") if s["RequestedState"] == 12)
@@ -56,7 +65,9 @@ def test_only_the_local_switch_and_its_ports_can_be_renamed(connection):
 
 def test_a_switch_name_that_does_not_fit_is_refused(connection):
     switch = local_switch(connection)
-    assert failure_of(rename, connection, switch, "x" * 33) == pywbem.CIM_ERR_NOT_FOUND
+    error = error_of(rename, connection, switch, "x" * 33)
+    assert error.status_code == pywbem.CIM_ERR_NOT_FOUND
+    assert "longer than the 32 characters" in error.status_description
     assert local_switch(connection)["ElementName"] == switch["ElementName"]
     rename(connection, switch, "y" * 32)
     assert local_switch(connection)["ElementName"] == "y" * 32

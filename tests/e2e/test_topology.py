@@ -87,6 +87,12 @@ def test_walk_from_the_fabric_to_a_node_and_back(connection, scenario):
 
     [back] = connection.Associators(node.path, AssocClass="VRAX_MemberOfFCNode")
     assert plain(back.path) == plain(far_port.path)
+    for association, expected in [("VRAX_DeviceSAPImplementation", far), ("VRAX_ActiveConnection", endpoint),
+                                  ("VRAX_DeviceSAPImplementation", port), ("VRAX_FCSwitchFCPort", local),
+                                  ("VRAX_FabricFCSwitch", fabric), ("VRAX_ContainedDomain", san)]:
+        [back] = connection.AssociatorNames(getattr(back, "path", back), AssocClass=association)
+        assert plain(back) == plain(expected.path)
+    back = far_port
     [owner] = connection.AssociatorNames(back.path, ResultClass="VRAX_Fabric")
     assert plain(owner) == plain(fabric.path)
     assert plain(fabric.path) in {plain(p) for p in connection.AssociatorNames(node.path, ResultClass="VRAX_Fabric")}

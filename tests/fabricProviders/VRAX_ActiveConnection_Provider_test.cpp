@@ -63,6 +63,7 @@ TEST_F(Connections, NeedBothEndpoints)
     sim.open(simulator::SimSwitch::make().ports(0).scenario());
     VRAX_Maps::getInstance()->InstMapForceUnload(VRAX_ProtocolEndpoint_Provider::kIndex);
     EXPECT_EQ(connections(), Texts());
+    EXPECT_EQ(sim.calls("xpl_fcsGetSwitchList"), 0u) << "nothing to link";
 }
 
 TEST_F(Connections, LeaveOutAPortWhoseTopologyCannotBeRead)

@@ -2,7 +2,8 @@
 #include "simulator/testing/sim_switch.h"
 #include "tests/module/module_test_agent.h"
 
-#include <functional>
+#include <stdexcept>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -19,10 +20,12 @@ struct Element
     const char* className;
     const char* numberProperty; // that tells the element from the others of its class
     std::uint64_t number;
+    std::uint64_t linkResets; // that port 2 has sent after the reset, when there were 41 before
 };
 
-constexpr Element kSwitch = {"VRAX_FCSwitch", "RequestedState", 5};
-constexpr Element kPort = {"VRAX_FCPort", "PortNumber", 2};
+// The switch's reset starts the counters again; the port's is a link reset.
+constexpr Element kSwitch = {"VRAX_FCSwitch", "RequestedState", 5, 0};
+constexpr Element kPort = {"VRAX_FCPort", "PortNumber", 2, 42};
 
 cimd::Instance find(Module_Agent& agent, const Element& element)
 {
@@ -53,7 +56,8 @@ class ModuleChanges : public testing::TestWithParam<Element>
 
 TEST_P(ModuleChanges, ShowAtTheNextLoad)
 {
-    const SimSwitch sim = SimSwitch::make().ports(4);
+    SimSwitch sim = SimSwitch::make().ports(4);
+    sim.setCounter(2, "TxLinkResets", 41);
     struct Step
     {
         std::uint64_t requested;
@@ -77,6 +81,46 @@ TEST_P(ModuleChanges, ShowAtTheNextLoad)
         EXPECT_NE(after.find(scalar("EnabledState", step.enabledState)), std::string::npos) << after;
         EXPECT_NE(after.find(firstOfArray("OperationalStatus", step.operationalStatus)), std::string::npos)
             << after;
+    }
+    Module_Agent agent;
+    std::string statistics = agent.enumerate("VRAX_FCPortStatistics");
+    statistics.erase(0, statistics.find(":200202a5c0de0001</VALUE>"));
+    statistics.resize(statistics.find("</INSTANCE>"));
+    EXPECT_NE(statistics.find("<PROPERTY NAME=\"LinkResetsTransmitted\" TYPE=\"uint64\"><VALUE>" +
+                              std::to_string(GetParam().linkResets) + "</VALUE>"),
+              std::string::npos)
+        << statistics;
+}
+
+// The switch class tells of a refusal by an error with the reason, the port class by the method's result.
+TEST(ModuleChangesRefused, ReachTheClient)
+{
+    SimSwitch sim = SimSwitch::make().ports(4);
+    Module_Agent agent;
+    struct Row
+    {
+        Element element;
+        std::uint64_t requested;
+        const char* failing;
+        const char* answer;
+    };
+    const Row rows[] = {
+        {kSwitch, kDisabled, "xpl_swSwitchGetConfig", "GetConfig Failed with error 5"},
+        {kSwitch, kDisabled, "xpl_swSwitchSetConfig", "SetConfig Failed with error 5"},
+        {kSwitch, kReset, "xpl_swSwitchForceReset", "Switch Reset failed"},
+        {kPort, kDisabled, "xpl_swPortGetConfig", "<RETURNVALUE PARAMTYPE=\"uint32\"><VALUE>1</VALUE>"},
+        {kPort, kReset, "xpl_swPortSetConfig", "<RETURNVALUE PARAMTYPE=\"uint32\"><VALUE>1</VALUE>"},
+    };
+    for (const Row& row : rows)
+    {
+        const cimd::ObjectPath path = find(agent, row.element).path();
+        sim.failNext(row.failing, 1, XPL_UNREACHABLE);
+        const std::string answer = agent.requestState(path, static_cast<unsigned>(row.requested));
+        EXPECT_NE(answer.find(row.answer), std::string::npos) << row.failing << "\n" << answer;
+        EXPECT_EQ(answer.find("<ERROR CODE=\"1\" DESCRIPTION=\"VRAX_FCSwitch: method RequestStateChange") !=
+                      std::string::npos,
+                  row.element.className == kSwitch.className)
+            << answer;
     }
 }
 
