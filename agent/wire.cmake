@@ -19,6 +19,7 @@ add_library(cimd_wire STATIC
     xml/DeclarationWriter.cpp
     xml/ElementReader.cpp
     xml/ElementWriter.cpp
+    xml/Encoding.cpp
     xml/RequestReader.cpp
     xml/ResponseWriter.cpp
     xml/Utf8.cpp

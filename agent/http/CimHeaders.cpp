@@ -51,7 +51,16 @@ bool isXmlType(std::string_view type)
     return equalNoCase(type, "application/xml") || equalNoCase(type, "text/xml");
 }
 
-/** application/xml or text/xml in UTF-8; a charset may be missing, quoted or not. */
+/** The text itself says which of these it is in, see XmlEncoding. */
+bool isKnownCharset(std::string_view charset)
+{
+    for (const char* known : {"utf-8", "us-ascii", "utf-16", "utf-16le", "utf-16be"})
+        if (equalNoCase(charset, known))
+            return true;
+    return false;
+}
+
+/** application/xml or text/xml in UTF-8 or UTF-16; a charset may be missing, quoted or not. */
 bool isCimXml(std::string_view contentType)
 {
     const std::vector<std::string_view> parts = split(contentType, ';');
@@ -65,7 +74,7 @@ bool isCimXml(std::string_view contentType)
         std::string_view value = trimmed(parameter.substr(equals + 1));
         if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
             value = value.substr(1, value.size() - 2);
-        if (!equalNoCase(value, "utf-8") && !equalNoCase(value, "us-ascii"))
+        if (!isKnownCharset(value))
             return false;
     }
     return true;
@@ -261,7 +270,8 @@ std::optional<HttpResponse> refuseHead(const HttpRequest& head)
         return plain(kNotFound, "There is nothing here; CIM operations go to " + std::string(kTarget) + ".");
     const std::string* contentType = head.header("Content-Type");
     if (contentType == nullptr || !isCimXml(*contentType))
-        return plain(kUnsupportedMediaType, "The content type must be application/xml or text/xml in utf-8.");
+        return plain(kUnsupportedMediaType,
+                     "The content type must be application/xml or text/xml in utf-8 or utf-16.");
     if (const std::string* encoding = head.header("Content-Encoding"))
         if (!equalNoCase(*encoding, "identity"))
             return plain(kUnsupportedMediaType, "Content-Encoding " + *encoding + " is not supported.");

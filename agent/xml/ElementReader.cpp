@@ -186,7 +186,7 @@ CimValue ElementReader::embedded(CimType type, const std::string& text) const
         throw CimError(CimStatus::InvalidParameter, "embedded objects are nested too deep");
     try
     {
-        const XmlDocument document(text, _limits.xmlDepth);
+        const XmlDocument document(text, _limits);
         Limits inner = _limits;
         --inner.embeddedDepth;
         return CimValue::embedded(type, ElementReader(inner).instance(document.root()));
@@ -219,7 +219,11 @@ CimValue ElementReader::value(CimType type, XmlElement element) const
         return scalar(type, element);
     CimValue::Elements elements;
     for (XmlElement child = firstChild(element); child; child = nextElement(child))
+    {
+        if (elements.size() == _limits.arrayElements)
+            failElement(element, "has more than " + std::to_string(_limits.arrayElements) + " elements");
         elements.push_back(isTag(child, "VALUE.NULL") ? CimValue::null(type) : scalar(type, child));
+    }
     return CimValue::array(type, std::move(elements));
 }
 

@@ -90,7 +90,7 @@ WireRequest readRequest(std::string body, const Limits& limits)
 try
 {
     WireRequest request;
-    request.document = std::make_unique<XmlDocument>(std::move(body), limits.xmlDepth);
+    request.document = std::make_unique<XmlDocument>(std::move(body), limits);
     readEnvelope(request.document->root(), limits, request);
     return request;
 }

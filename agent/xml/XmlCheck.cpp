@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <vector>
 
 namespace cimd
@@ -14,7 +15,6 @@ namespace cimd
 namespace
 {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kSpace = " \t\r\n";
 
 bool isSpace(char c)
@@ -49,14 +49,16 @@ void checkCharacters(std::string_view text)
 class Checker
 {
   public:
-    Checker(std::string_view text, std::size_t maxDepth) : _text(text), _maxDepth(maxDepth) {}
+    Checker(std::string_view text, const Limits& limits, XmlEncoding encoding)
+        : _text(text), _limits(limits), _encoding(encoding)
+    {
+    }
 
     void run()
     {
-        if (accept(kByteOrderMark))
-            _text.remove_prefix(_at), _at = 0;
         if (startsWith("<?xml") && _text.size() > 5 && isSpace(_text[5]))
             declaration();
+        bool typeSeen = false;
         bool rootSeen = false;
         while (_at < _text.size())
         {
@@ -66,8 +68,11 @@ class Checker
                 instruction();
             else if (!_open.empty() && accept("<![CDATA["))
                 characterData();
-            else if (_open.empty() && !rootSeen && accept("<!DOCTYPE"))
+            else if (_open.empty() && !rootSeen && !typeSeen && accept("<!DOCTYPE"))
+            {
+                typeSeen = true;
                 documentType();
+            }
             else if (accept("</"))
                 endTag();
             else if (_text[_at] == '<')
@@ -91,8 +96,8 @@ class Checker
 
     void countNode()
     {
-        if (++_nodes > kXmlNodes)
-            fail("more than " + std::to_string(kXmlNodes) + " elements, attributes and texts");
+        if (++_nodes > _limits.xmlNodes)
+            fail("more than " + std::to_string(_limits.xmlNodes) + " elements, attributes and texts");
     }
 
     bool startsWith(std::string_view token) const { return _text.compare(_at, token.size(), token) == 0; }
@@ -141,20 +146,41 @@ class Checker
         return until(std::string_view(&quote, 1), "an unfinished quoted value");
     }
 
+    /** ` name="value"` of the XML declaration. */
+    std::optional<std::string_view> declared(std::string_view name)
+    {
+        const std::size_t start = _at;
+        if (!skipSpace() || !accept(name))
+        {
+            _at = start;
+            return std::nullopt;
+        }
+        equals(name);
+        return quoted();
+    }
+
     void declaration()
     {
         accept("<?xml");
-        const std::string_view body = until("?>", "an unfinished XML declaration");
-        const std::size_t found = body.find("encoding");
-        if (found == std::string_view::npos)
-            return;
-        const std::size_t open = body.find_first_of("\"'", found);
-        const std::size_t close = open == std::string_view::npos ? open : body.find(body[open], open + 1);
-        if (close == std::string_view::npos)
-            fail("a quoted encoding was expected");
-        const std::string_view encoding = body.substr(open + 1, close - open - 1);
-        if (!equalNoCase(encoding, "utf-8") && !equalNoCase(encoding, "us-ascii"))
-            fail("encoding " + std::string(encoding) + " is not supported");
+        const std::optional<std::string_view> version = declared("version");
+        if (!version || version->substr(0, 2) != "1.")
+            fail("an XML declaration must start with a version 1.x");
+        if (const std::optional<std::string_view> encoding = declared("encoding"))
+            checkEncoding(*encoding);
+        declared("standalone");
+        skipSpace();
+        if (!accept("?>"))
+            fail("the XML declaration should end here");
+    }
+
+    void checkEncoding(std::string_view name) const
+    {
+        const bool agrees = _encoding == XmlEncoding::Utf16
+                                ? equalNoCase(name, "utf-16")
+                                : equalNoCase(name, "utf-8") || equalNoCase(name, "us-ascii");
+        if (!agrees)
+            fail("encoding " + std::string(name) + " is declared, but the text is taken for " +
+                 (_encoding == XmlEncoding::Utf16 ? "UTF-16" : "UTF-8"));
     }
 
     void characterData()
@@ -220,9 +246,17 @@ class Checker
                 fail("white space was expected after " + std::string(tag));
             attribute();
         }
-        if (_open.size() == _maxDepth)
-            fail("elements nested deeper than " + std::to_string(_maxDepth));
+        if (_open.size() == _limits.xmlDepth)
+            fail("elements nested deeper than " + std::to_string(_limits.xmlDepth));
         _open.push_back(tag);
+    }
+
+    void equals(std::string_view attribute)
+    {
+        skipSpace();
+        if (!accept("="))
+            fail("\"=\" was expected after attribute " + std::string(attribute));
+        skipSpace();
     }
 
     void attribute()
@@ -230,14 +264,11 @@ class Checker
         const std::string_view attribute = name();
         if (std::find(_attributes.begin(), _attributes.end(), attribute) != _attributes.end())
             fail("attribute " + std::string(attribute) + " twice");
-        if (_attributes.size() == kXmlAttributes)
-            fail("more than " + std::to_string(kXmlAttributes) + " attributes");
+        if (_attributes.size() == _limits.xmlAttributes)
+            fail("more than " + std::to_string(_limits.xmlAttributes) + " attributes");
         countNode();
         _attributes.push_back(attribute);
-        skipSpace();
-        if (!accept("="))
-            fail("\"=\" was expected after attribute " + std::string(attribute));
-        skipSpace();
+        equals(attribute);
         const std::string_view value = quoted();
         if (value.find('<') != std::string_view::npos)
             fail("\"<\" in attribute " + std::string(attribute));
@@ -281,7 +312,8 @@ class Checker
     }
 
     std::string_view _text;
-    const std::size_t _maxDepth;
+    const Limits& _limits;
+    const XmlEncoding _encoding;
     std::size_t _at = 0;
     std::size_t _nodes = 0;
     std::vector<std::string_view> _open;
@@ -304,10 +336,10 @@ XmlError::XmlError(std::string_view text, std::size_t offset, const std::string&
 {
 }
 
-void checkXml(std::string_view text, std::size_t maxDepth)
+void checkXml(std::string_view text, const Limits& limits, XmlEncoding encoding)
 {
     checkCharacters(text);
-    Checker(text, maxDepth).run();
+    Checker(text, limits, encoding).run();
 }
 
 } // namespace cimd

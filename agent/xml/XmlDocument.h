@@ -1,9 +1,10 @@
 // A parsed XML text and the few ways in which CIM-XML looks at its elements.
 #pragma once
 
+#include "agent/Limits.h"
+
 #include <pugixml.hpp>
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -16,8 +17,11 @@ using XmlElement = pugi::xml_node;
 class XmlDocument
 {
   public:
-    /** Takes the text, checks it (see checkXml()) and builds the tree in it. Throws XmlError. */
-    XmlDocument(std::string text, std::size_t maxDepth);
+    /**
+     * Takes the text, UTF-8 or UTF-16, checks it (see checkXml()) and builds the tree in it. Throws XmlError.
+     * Where the root element has a namespace prefix, the tree has the elements of that prefix without it.
+     */
+    XmlDocument(std::string text, const Limits& limits);
     XmlDocument(const XmlDocument&) = delete;
     XmlDocument& operator=(const XmlDocument&) = delete;
 

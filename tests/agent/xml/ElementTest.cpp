@@ -10,12 +10,11 @@ namespace cimd
 namespace
 {
 
-constexpr std::size_t kDepth = 32;
-
 Limits limits()
 {
     Limits result;
-    result.xmlDepth = kDepth;
+    result.xmlDepth = 32;
+    result.arrayElements = 3;
     result.embeddedDepth = 2;
     result.pathKeys = 8;
     result.instanceProperties = 20;
@@ -61,7 +60,7 @@ TEST(Element, InstancesAndPathsSurviveTheWire)
     writeInstance(xml, instance);
     xml.close("VALUE.NAMEDINSTANCE");
 
-    Instance read = kReader.namedInstance(XmlDocument(text, kDepth).root());
+    Instance read = kReader.namedInstance(XmlDocument(text, limits()).root());
     ObjectPath path = read.path();
     path.setNameSpace("root/interop");
     // A date-time key travels as a string with a type.
@@ -202,7 +201,7 @@ TEST(Element, FaultsAreNamed)
         CimStatus status = CimStatus::InvalidParameter;
         try
         {
-            readAny(XmlDocument(row.text, kDepth).root());
+            readAny(XmlDocument(row.text, limits()).root());
         }
         catch (const CimError& error)
         {
@@ -222,7 +221,7 @@ TEST(Element, EmbeddedObjectsNestOnlySoDeep)
         std::string text;
         XmlWriter xml(text);
         writeInstance(xml, instance);
-        EXPECT_NO_THROW(kReader.instance(XmlDocument(text, kDepth).root())) << depth;
+        EXPECT_NO_THROW(kReader.instance(XmlDocument(text, limits()).root())) << depth;
         Instance outer("C");
         outer.set("P", CimValue::embedded(CimType::Instance, instance));
         instance = outer;
@@ -230,7 +229,7 @@ TEST(Element, EmbeddedObjectsNestOnlySoDeep)
     std::string text;
     XmlWriter xml(text);
     writeInstance(xml, instance);
-    EXPECT_THROW(kReader.instance(XmlDocument(text, kDepth).root()), CimError);
+    EXPECT_THROW(kReader.instance(XmlDocument(text, limits()).root()), CimError);
 }
 
 TEST(Element, KeysAndPropertiesAreCounted)
@@ -243,7 +242,7 @@ TEST(Element, KeysAndPropertiesAreCounted)
         text += "</INSTANCENAME><INSTANCE CLASSNAME='C'>";
         for (std::size_t i = 0; i < properties; ++i)
             text += "<PROPERTY NAME='P" + std::to_string(i) + "' TYPE='string'/>";
-        kReader.namedInstance(XmlDocument(text + "</INSTANCE></VALUE.NAMEDINSTANCE>", kDepth).root());
+        kReader.namedInstance(XmlDocument(text + "</INSTANCE></VALUE.NAMEDINSTANCE>", limits()).root());
     };
     EXPECT_NO_THROW(read(8, 20));
     EXPECT_THROW(read(9, 20), CimError);

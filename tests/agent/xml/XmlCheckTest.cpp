@@ -10,13 +10,21 @@ namespace cimd
 namespace
 {
 
-constexpr std::size_t kDepth = 4;
+Limits limits()
+{
+    Limits result;
+    result.xmlDepth = 4;
+    result.xmlNodes = 100;
+    return result;
+}
 
-std::string fault(std::string_view text)
+std::string fault(std::string_view bytes)
 {
     try
     {
-        checkXml(text, kDepth);
+        std::string text(bytes);
+        const XmlEncoding encoding = toUtf8(text);
+        checkXml(text, limits(), encoding);
         return {};
     }
     catch (const XmlError& error)
@@ -38,6 +46,9 @@ TEST(XmlCheck, AcceptsWhatIsWellFormed)
              "<a><b><c><d></d></c></b></a>",
          })
         EXPECT_EQ("", fault(text)) << text;
+    // What the characters of UTF-16 hide, and a pair of surrogates.
+    EXPECT_EQ("", fault({"\xFE\xFF\0<\0a\0/\0>", 10}));
+    EXPECT_EQ("", fault({"<\0a\0>\0\x34\xD8\x1E\xDD<\0/\0a\0>\0", 18}));
 }
 
 struct BadXml
@@ -81,7 +92,13 @@ constexpr BadXml kBad[] = {
      "line 1, column 13: an internal document type subset is not accepted"},
     {"<!DOCTYPE a", "line 1, column 12: an unfinished document type declaration"},
     {"<a/><!DOCTYPE a>", "line 1, column 5: a second root element"},
-    {"<?xml version='1.0' encoding='UTF-16'?><a/>", "line 1, column 40: encoding UTF-16 is not supported"},
+    {"<!DOCTYPE a><!DOCTYPE a><a/>", "line 1, column 14: a name was expected"},
+    {"<?xml version='1.0' encoding='UTF-16'?><a/>",
+     "line 1, column 38: encoding UTF-16 is declared, but the text is taken for UTF-8"},
+    {"<?xml encoding='utf-8'?><a/>", "line 1, column 6: an XML declaration must start with a version 1.x"},
+    {"<?xml version='2.0'?><a/>", "line 1, column 20: an XML declaration must start with a version 1.x"},
+    {"<?xml version='1.0' standalone='no' encoding='utf-8'?><a/>",
+     "line 1, column 37: the XML declaration should end here"},
     {"<a>\xE9</a>", "line 1, column 4: not UTF-8"},
     {"<a>\xC0\xAF</a>", "line 1, column 4: not UTF-8"},
     {"<a>\xED\xA0\x80</a>", "line 1, column 4: not UTF-8"},
@@ -99,12 +116,15 @@ TEST(XmlCheck, SaysWhatIsWrongAndWhere)
         EXPECT_EQ(row.fault, fault(row.text)) << row.text;
     EXPECT_EQ("line 1, column 4: a character that XML does not allow",
               fault(std::string_view("<a>\0</a>", 8)));
+    EXPECT_EQ("line 1, column 2: half a UTF-16 character", fault({"\xFF\xFE<\0a", 5}));
+    EXPECT_EQ("line 1, column 2: not UTF-16", fault({"\xFF\xFE<\0\x34\xD8<\0", 8}));
+    EXPECT_EQ("line 1, column 2: not UTF-16", fault({"\xFF\xFE<\0\x1E\xDD", 6}));
 }
 
 TEST(XmlCheck, BoundsTheAttributesOfAnElement)
 {
     std::string text = "<a";
-    for (std::size_t i = 0; i < kXmlAttributes; ++i)
+    for (std::size_t i = 0; i < limits().xmlAttributes; ++i)
         text += " a" + std::to_string(i) + "=''";
     EXPECT_EQ("", fault(text + "/>"));
     EXPECT_NE("", fault(text + " z=''/>"));
@@ -126,7 +146,7 @@ TEST(XmlCheck, BoundsTheNodesOfATree)
     } rows[] = {{"<b/>", 1}, {"<b c=''/>", 2}, {"<b/> ", 2}, {"<![CDATA[]]>", 1}, {"<b></b>", 1}};
     for (const auto& row : rows)
     {
-        const std::size_t fitting = (kXmlNodes - 1) / row.nodes; // beside the root
+        const std::size_t fitting = (limits().xmlNodes - 1) / row.nodes; // beside the root
         EXPECT_EQ("", fault(repeated(row.piece, fitting))) << row.piece;
         EXPECT_NE("", fault(repeated(row.piece, fitting + 1))) << row.piece;
     }
@@ -135,13 +155,23 @@ TEST(XmlCheck, BoundsTheNodesOfATree)
 TEST(XmlDocument, KeepsTextAndSkipsWhatIsNotContent)
 {
     const XmlDocument document("<a> <b> x&#13;<![CDATA[<y>]]><!-- no -->\r\nz </b><!-- --><?pi?>t<c/></a>",
-                               kDepth);
+                               limits());
     const XmlElement first = firstChild(document.root());
     const XmlElement second = nextElement(first);
     EXPECT_EQ(" x\r<y>\nz ", textOf(first));
     EXPECT_TRUE(isTag(second, "c"));
     EXPECT_FALSE(nextElement(second));
     EXPECT_FALSE(isTag(nextElement(second), "c"));
+}
+
+TEST(XmlDocument, DropsTheRootsPrefixOnly)
+{
+    const XmlDocument qualified("<p:a xmlns:p='u' xmlns:q='v'><p:b/><q:c/><pb/></p:a>", limits());
+    std::string names = qualified.root().name();
+    for (XmlElement child = firstChild(qualified.root()); child; child = nextElement(child))
+        names.append(1, ' ').append(child.name());
+    EXPECT_EQ("a b q:c pb", names);
+    EXPECT_STREQ("p:a", XmlDocument("<p:a/>", limits()).root().name()); // nothing declares the prefix
 }
 
 } // namespace
