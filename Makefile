@@ -34,13 +34,13 @@ test: setup lint
 test-asan: setup
 	@scripts/build asan
 	ctest --preset asan -j$(JOBS)
-	$(PYTHON) -m pytest -q tests/e2e --build-dir build/asan
+	$(PYTHON) -m pytest -q tests/e2e tests/wire --build-dir build/asan
 
 ## make test-tsan  the same under the thread sanitizer
 test-tsan: setup
 	@scripts/build tsan
 	ctest --preset tsan -j$(JOBS)
-	TSAN_OPTIONS=halt_on_error=1 $(PYTHON) -m pytest -q tests/e2e --build-dir build/tsan
+	TSAN_OPTIONS=halt_on_error=1 $(PYTHON) -m pytest -q tests/e2e tests/wire --build-dir build/tsan
 
 ## make test-ppc   unit tests as 32-bit big-endian PowerPC programs under qemu
 test-ppc: setup
