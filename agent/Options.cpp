@@ -34,11 +34,19 @@ LIMITS
 )";
 
 constexpr std::string_view kEnd = R"(
+PROCESSES
+       Providers run inside the server, so a provider that crashes takes it along. Therefore cimd is two processes:
+       one serves; the other, the one that was started, keeps the listening sockets and starts the serving process
+       again at once when it crashes. It logs how it ended and which operations it was answering, and gives up
+       after several crashes in a row (--max-crashes, --max-crash-seconds).
+
 SIGNALS
-       SIGTERM and SIGINT end cimd after the requests in flight are answered; a second one ends it at once.
+       SIGTERM, SIGINT and SIGHUP end cimd after the requests in flight are answered; a second one ends it at once.
+       Send signals to the process that was started.
 
 EXIT STATUS
-       0 after a signal, 1 if a request in flight did not finish in time, 2 if cimd could not start.
+       0 after a signal, 1 if a request in flight did not finish in time, 2 if cimd could not start, 3 if it gave up
+       after repeated crashes.
 )";
 
 struct Entry
@@ -89,6 +97,12 @@ CommandLine applyText(Options& options, const std::string& value)
     return CommandLine::Run;
 }
 
+CommandLine applyNoSupervisor(Options& options, const std::string&)
+{
+    options.supervised = false;
+    return CommandLine::Run;
+}
+
 template <CommandLine What>
 CommandLine only(Options&, const std::string&)
 {
@@ -121,6 +135,10 @@ constexpr Entry kEntries[] = {
      "DIRECTORY",
      "Where provider libraries are. Default: ../lib beside the program.",
      applyText<&Options::providerDir>},
+    {"no-supervisor",
+     nullptr,
+     "Serve in the one process that was started, for debugging: a crash ends it.",
+     applyNoSupervisor},
     {"help", nullptr, "Print this text and exit.", only<CommandLine::Help>},
     {"version", nullptr, "Print the version and exit.", only<CommandLine::Version>},
     {"show-limits",

@@ -21,6 +21,7 @@ struct Options
     std::string repository;
     std::string registration;
     std::string providerDir;
+    bool supervised = true; ///< A process that crashes is replaced.
     Limits limits;
 };
 

@@ -4,6 +4,9 @@
 #include "agent/Platform.h"
 #include "agent/http/HttpServer.h"
 #include "agent/ops/FrontEnd.h"
+#include "agent/run/ExitStatus.h"
+#include "agent/run/Signals.h"
+#include "agent/run/Supervisor.h"
 #include "agent/service/AgentCore.h"
 
 #include <csignal>
@@ -18,33 +21,9 @@ namespace
 
 using namespace cimd;
 
-constexpr int kExitUnfinished = 1;
-constexpr int kExitNotStarted = 2;
-
 std::string programDirectory()
 {
     return std::filesystem::read_symlink("/proc/self/exe").parent_path();
-}
-
-/** Signals are taken by waitForSignal() alone, so this comes before the first thread. */
-sigset_t blockSignals()
-{
-    sigset_t set;
-    sigemptyset(&set);
-    sigaddset(&set, SIGTERM);
-    sigaddset(&set, SIGINT);
-    pthread_sigmask(SIG_BLOCK, &set, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);
-    return set;
-}
-
-void waitForSignal(const sigset_t& set)
-{
-    int received = 0;
-    sigwait(&set, &received);
-    log(LogLevel::Info, "cimd", received == SIGTERM ? "SIGTERM: stopping" : "SIGINT: stopping");
-    // Whoever sends a second one does not want to wait.
-    pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 
 /** Runs a step of the start and puts the option that is to blame before its complaint. */
@@ -65,29 +44,56 @@ auto starting(const char* option, Step step)
     }
 }
 
-int serve(const Options& options)
+/** Waits for a signal to stop. */
+void waitForStop(SignalSet& signals, bool isSupervised)
 {
-    const sigset_t signals = blockSignals();
+    const int signal = signals.wait();
+    log(LogLevel::Info, "cimd", signalName(signal) + ": stopping");
+    // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
+    // of a service may have been sent the first.
+    if (!isSupervised)
+        signals.unblock();
+}
+
+int serve(const Options& options, ListenSocket& socket, InFlight& inFlight, Supervisor* supervisor)
+{
+    // Before the first thread, so that signals are taken here alone.
+    SignalSet signals({SIGTERM, SIGINT, SIGHUP});
     const Limits& limits = options.limits;
-    ListenSocket socket =
-        starting("--listen", [&] { return ListenSocket(options.address, options.port, limits.backlog); });
     const std::string url = socket.url();
     if (options.scenario)
         openScenario(options.providerDir, *options.scenario);
     AgentCore core(starting("--repository", [&] { return ClassRepository::load(options.repository); }),
                    starting("--registration", [&] { return loadRegistrations(options.registration); }),
                    options.providerDir);
-    InFlight inFlight(limits.workers);
     FrontEnd frontEnd(core.service(), limits, {&inFlight});
     HttpServer server(frontEnd, limits, std::move(socket));
-    std::printf("cimd: listening on %s\n", url.c_str());
-    std::fflush(stdout);
+    if (supervisor == nullptr || supervisor->isFirstReady())
+    {
+        std::printf("cimd: listening on %s\n", url.c_str());
+        std::fflush(stdout);
+    }
 
-    waitForSignal(signals);
+    waitForStop(signals, supervisor != nullptr);
     if (server.stop(limits.stopGrace))
         return EXIT_SUCCESS;
     log(LogLevel::Error, "cimd", "a request did not finish in time; leaving it behind");
     _exit(kExitUnfinished); // a provider that hangs cannot be joined
+}
+
+int start(const Options& options)
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    const Limits& limits = options.limits;
+    ListenSocket socket =
+        starting("--listen", [&] { return ListenSocket(options.address, options.port, limits.backlog); });
+    InFlight inFlight(limits.workers);
+    if (!options.supervised)
+        return serve(options, socket, inFlight, nullptr);
+    Supervisor supervisor(limits, inFlight);
+    if (const std::optional<int> status = supervisor.run([&] { FileDescriptor(socket.release()); }))
+        return *status;
+    return serve(options, socket, inFlight, &supervisor);
 }
 
 } // namespace
@@ -111,7 +117,7 @@ try
         break;
     }
     setLogLevel(options.logLevel);
-    return serve(options);
+    return start(options);
 }
 catch (const std::exception& error)
 {

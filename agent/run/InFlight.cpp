@@ -3,10 +3,7 @@
 #include "agent/run/InFlight.h"
 
 #include <array>
-#include <cerrno>
 #include <cstdint>
-#include <sys/mman.h>
-#include <system_error>
 
 namespace cimd
 {
@@ -70,28 +67,17 @@ thread_local std::atomic<void*> currentSlot{nullptr};
 
 } // namespace
 
-InFlight::InFlight(std::size_t slots)
-    : _size(slots), _start(std::chrono::steady_clock::now()),
-      _slots(static_cast<Slot*>(
-          mmap(nullptr, slots * sizeof(Slot), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)))
-{
-    if (_slots == MAP_FAILED)
-        throw std::system_error(errno, std::generic_category(), "memory for the requests in flight");
-}
+InFlight::InFlight(std::size_t slots) : _slots(slots), _start(std::chrono::steady_clock::now()) {}
 
-InFlight::~InFlight()
-{
-    munmap(_slots, _size * sizeof(Slot));
-}
+InFlight::~InFlight() = default;
 
 std::vector<InFlight::Request> InFlight::list() const
 {
     using namespace std::chrono;
     const auto now = duration_cast<milliseconds>(steady_clock::now() - _start);
     std::vector<Request> requests;
-    for (std::size_t i = 0; i < _size; ++i)
+    for (const Slot& slot : _slots)
     {
-        const Slot& slot = _slots[i];
         if (slot.isTaken.load(std::memory_order_acquire) == 0)
             continue;
         const std::uint32_t age = static_cast<std::uint32_t>(now.count()) - slot.startMs.load(kRelaxed);
@@ -106,8 +92,8 @@ std::vector<InFlight::Request> InFlight::list() const
 
 void InFlight::clear()
 {
-    for (std::size_t i = 0; i < _size; ++i)
-        _slots[i].isTaken.store(0, std::memory_order_release);
+    for (Slot& slot : _slots)
+        slot.isTaken.store(0, std::memory_order_release);
 }
 
 void InFlight::markCulprit() noexcept
@@ -119,9 +105,9 @@ void InFlight::markCulprit() noexcept
 InFlight::Slot* InFlight::take()
 {
     const std::size_t first = _next.fetch_add(1, kRelaxed);
-    for (std::size_t i = 0; i < _size; ++i)
+    for (std::size_t i = 0; i < _slots.size(); ++i)
     {
-        Slot& slot = _slots[(first + i) % _size];
+        Slot& slot = _slots[(first + i) % _slots.size()];
         std::uint32_t expected = 0;
         if (slot.isTaken.compare_exchange_strong(expected, 1, std::memory_order_acquire))
             return &slot;

@@ -1,6 +1,8 @@
 // The requests being answered, kept in memory that outlives a crash of the process that answers them.
 #pragma once
 
+#include "agent/run/SharedArray.h"
+
 #include <atomic>
 #include <chrono>
 #include <cstddef>
@@ -67,9 +69,8 @@ class InFlight
   private:
     Slot* take();
 
-    const std::size_t _size;
+    const SharedArray<Slot> _slots;
     const std::chrono::steady_clock::time_point _start;
-    Slot* const _slots;
     std::atomic<std::size_t> _next{0}; // where the search for a free place begins
 };
 

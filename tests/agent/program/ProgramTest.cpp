@@ -1,12 +1,11 @@
 // cimd as a process: starting, failing to start, stopping.
 #include "tests/agent/http/RawClient.h"
+#include "tests/agent/program/Process.h"
 
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -19,71 +18,6 @@ namespace fs = std::filesystem;
 
 const char* const kRepository = "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><DECLARATION><DECLGROUP>"
                                 "</DECLGROUP></DECLARATION></CIM>";
-
-// A running cimd whose standard output and error are read through one pipe.
-class Process
-{
-  public:
-    explicit Process(std::vector<std::string> words)
-    {
-        words.insert(words.begin(), CIMD_PROGRAM);
-        std::vector<char*> argv;
-        for (std::string& word : words)
-            argv.push_back(word.data());
-        argv.push_back(nullptr);
-        int ends[2];
-        if (pipe(ends) != 0)
-            throw std::runtime_error("pipe");
-        _output = FileDescriptor(ends[0]);
-        const FileDescriptor writeEnd(ends[1]);
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
-        posix_spawn_file_actions_addclose(&actions, ends[0]);
-        posix_spawn_file_actions_addclose(&actions, ends[1]);
-        const int rc = posix_spawn(&_pid, CIMD_PROGRAM, &actions, nullptr, argv.data(), environ);
-        posix_spawn_file_actions_destroy(&actions);
-        if (rc != 0)
-            throw std::runtime_error("posix_spawn");
-    }
-
-    ~Process()
-    {
-        if (_pid > 0)
-        {
-            kill(_pid, SIGKILL);
-            waitpid(_pid, nullptr, 0);
-        }
-    }
-
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
-
-    std::string readLine()
-    {
-        std::string line;
-        char c = 0;
-        while (read(_output.get(), &c, 1) == 1 && c != '\n')
-            line += c;
-        return line;
-    }
-
-    void signal(int number) { kill(_pid, number); }
-
-    // Exit status, or minus the signal that ended it.
-    int wait()
-    {
-        int status = 0;
-        waitpid(_pid, &status, 0);
-        _pid = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-
-  private:
-    pid_t _pid = -1;
-    FileDescriptor _output;
-};
 
 class ProgramTest : public ::testing::Test
 {
@@ -114,12 +48,6 @@ class ProgramTest : public ::testing::Test
                                         directory};
         all.insert(all.end(), more.begin(), more.end());
         return all;
-    }
-
-    static std::uint16_t portOf(const std::string& line)
-    {
-        EXPECT_EQ(0U, line.find("cimd: listening on http://127.0.0.1:")) << line;
-        return static_cast<std::uint16_t>(std::stoul(line.substr(line.rfind(':') + 1)));
     }
 
     std::string directory;

@@ -221,7 +221,7 @@ TEST(ClassOperations, EnumerateFromTheRootsOrBelowAClass)
             text += name.str().substr(5) + " ";
         return text;
     };
-    EXPECT_EQ(names("", false), "Base Part Faulty Compound Link Ownership ");
+    EXPECT_EQ(names("", false), "Base Part Faulty Wild Compound Link Ownership ");
     EXPECT_EQ(names("Test_Base", false), "Widget Sprocket Unserved ");
     EXPECT_EQ(names("test_base", true), "Widget Sprocket Unserved Gadget ");
     EXPECT_EQ(names("Test_Gadget", true), "");

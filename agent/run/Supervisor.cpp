@@ -1,0 +1,178 @@
+// The watching process.
+#include "agent/run/Supervisor.h"
+
+#include "agent/log/Log.h"
+#include "agent/run/ExitStatus.h"
+#include "agent/run/Signals.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace cimd
+{
+
+namespace
+{
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::duration_cast;
+using std::chrono::milliseconds;
+
+// The serving process keeps the grace itself and then says what it leaves behind; only one that cannot is
+// killed.
+constexpr std::chrono::seconds kKillMargin{2};
+
+void complain(LogLevel level, const std::string& text)
+{
+    log(level, "supervisor", text);
+}
+
+/** "0.250 s" */
+std::string secondsText(milliseconds time)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.3f s", static_cast<double>(time.count()) / 1000);
+    return text;
+}
+
+std::string endText(int status)
+{
+    if (WIFSIGNALED(status))
+        return "was ended by " + signalName(WTERMSIG(status)) + (WCOREDUMP(status) ? " (core dumped)" : "");
+    return "ended by itself with exit status " + std::to_string(WEXITSTATUS(status));
+}
+
+void becomeServingProcess(pid_t parent)
+{
+    // An orphan would hold the port without anybody to stop it.
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (getppid() != parent)
+        _exit(kExitUnfinished);
+    // A terminal sends these to both processes; the parent's word is enough.
+    std::signal(SIGINT, SIG_IGN);
+    std::signal(SIGHUP, SIG_IGN);
+    SignalSet({SIGINT, SIGHUP, SIGCHLD}).unblock();
+    markCrashes();
+}
+
+} // namespace
+
+bool CrashStreak::add(milliseconds lived)
+{
+    _length = lived <= _within ? _length + 1 : 1;
+    return _length >= _most;
+}
+
+Supervisor::Supervisor(const Limits& limits, InFlight& inFlight)
+    : _limits(limits), _inFlight(inFlight), _ready(1)
+{
+}
+
+bool Supervisor::isFirstReady()
+{
+    return _ready[0].exchange(1) == 0;
+}
+
+std::optional<int> Supervisor::run(const std::function<void()>& stopListening)
+{
+    CrashStreak streak(_limits.crashesInRow, _limits.crashSeconds);
+    const pid_t self = getpid();
+    for (;;)
+    {
+        std::signal(SIGCHLD, SIG_DFL); // if it is ignored, nobody learns how a child ended
+        const SignalSet early({SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGCHLD});
+        const auto start = Clock::now();
+        const pid_t child = fork();
+        if (child < 0)
+            throw std::system_error(errno, std::generic_category(), "cannot start the serving process");
+        if (child == 0)
+        {
+            becomeServingProcess(self);
+            return std::nullopt;
+        }
+        const End end = watch(child, stopListening);
+        const auto lived = duration_cast<milliseconds>(Clock::now() - start);
+        const bool hasExited = WIFEXITED(end.status);
+        if (hasExited && (end.isAsked || WEXITSTATUS(end.status) == kExitNotStarted))
+            return WEXITSTATUS(end.status);
+        report(child, end.status, lived);
+        if (end.isAsked)
+            return kExitUnfinished;
+        if (streak.add(lived))
+        {
+            complain(LogLevel::Error,
+                     "giving up after " + std::to_string(streak.length()) + " crashes in a row");
+            return kExitGaveUp;
+        }
+        complain(LogLevel::Warning,
+                 "starting again; crash " + std::to_string(streak.length()) + " in a row, giving up at " +
+                     std::to_string(_limits.crashesInRow));
+        _inFlight.clear();
+    }
+}
+
+Supervisor::End Supervisor::watch(pid_t child, const std::function<void()>& stopListening)
+{
+    const SignalSet signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGCHLD});
+    End end{0, false};
+    std::optional<Clock::time_point> deadline;
+    for (;;)
+    {
+        int signal = 0;
+        if (!deadline)
+            signal = signals.wait();
+        else if (const auto now = Clock::now(); now < *deadline)
+            signal = signals.wait(duration_cast<milliseconds>(*deadline - now) + milliseconds(1));
+        else
+        {
+            complain(LogLevel::Error, "the serving process does not stop: killing it");
+            kill(child, SIGKILL);
+            deadline.reset();
+        }
+        switch (signal)
+        {
+        case SIGCHLD:
+            if (waitpid(child, &end.status, WNOHANG) == child)
+                return end;
+            break;
+        case SIGUSR1:
+            kill(child, SIGUSR1);
+            break;
+        case SIGTERM:
+        case SIGINT:
+        case SIGHUP:
+            // Whoever sends a second one does not want to wait.
+            kill(child, end.isAsked ? SIGKILL : SIGTERM);
+            if (!end.isAsked)
+            {
+                complain(LogLevel::Info, signalName(signal) + ": stopping");
+                stopListening();
+                deadline = Clock::now() + _limits.stopGrace + kKillMargin;
+            }
+            end.isAsked = true;
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+void Supervisor::report(pid_t child, int status, milliseconds lived) const
+{
+    const auto requests = _inFlight.list();
+    complain(LogLevel::Error,
+             "serving process " + std::to_string(child) + " " + endText(status) + " after " +
+                 secondsText(lived) + "; requests in flight: " + std::to_string(requests.size()));
+    for (const InFlight::Request& request : requests)
+        complain(LogLevel::Error,
+                 operationText(request.operation, request.className) + request.peer + ": in flight for " +
+                     secondsText(request.age) + (request.isCulprit ? ", crashed here" : ""));
+}
+
+} // namespace cimd

@@ -1,0 +1,179 @@
+// cimd as a process on providers that crash it, do not come back, or give nonsense.
+#include "agent/run/ExitStatus.h"
+#include "tests/agent/http/RawClient.h"
+#include "tests/agent/program/Process.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+
+namespace cimd
+{
+namespace
+{
+
+std::vector<std::string> words(const std::vector<std::string>& more = {})
+{
+    std::vector<std::string> all = {"--port",
+                                    "0",
+                                    "--repository",
+                                    CIMD_TEST_FILES "/repository.xml",
+                                    "--registration",
+                                    CIMD_TEST_FILES "/providers.reg",
+                                    "--provider-dir",
+                                    CIMD_TEST_PROVIDERS};
+    all.insert(all.end(), more.begin(), more.end());
+    return all;
+}
+
+std::string getInstance(const std::string& className, const std::string& mode)
+{
+    return post("<CIM CIMVERSION='2.0' DTDVERSION='2.0'><MESSAGE ID='1' PROTOCOLVERSION='1.0'><SIMPLEREQ>"
+                "<IMETHODCALL NAME='GetInstance'><LOCALNAMESPACEPATH><NAMESPACE NAME='root'/>"
+                "<NAMESPACE NAME='test'/></LOCALNAMESPACEPATH><IPARAMVALUE NAME='InstanceName'>"
+                "<INSTANCENAME CLASSNAME='" +
+                    className + "'><KEYBINDING NAME='Mode'><KEYVALUE>" + mode +
+                    "</KEYVALUE></KEYBINDING></INSTANCENAME></IPARAMVALUE></IMETHODCALL></SIMPLEREQ>"
+                    "</MESSAGE></CIM>",
+                "CIMOperation: MethodCall\r\nCIMMethod: GetInstance\r\nCIMObject: root%2Ftest\r\n");
+}
+
+// What a new connection is answered.
+std::string ask(std::uint16_t port, const std::string& mode, const std::string& className = "Test_Wild")
+{
+    return RawClient(port).ask(getInstance(className, mode)).body;
+}
+
+bool isInstance(const std::string& answer)
+{
+    return answer.find("<INSTANCE CLASSNAME=") != std::string::npos;
+}
+
+// A request that is still being answered when this returns.
+RawClient askAndLeaveWaiting(std::uint16_t port)
+{
+    RawClient client(port);
+    client.send(getInstance("Test_Wild", "waits"));
+    EXPECT_TRUE(isInstance(ask(port, "sees one wait")));
+    return client;
+}
+
+TEST(SurvivalTest, ACrashIsReportedAndTheNextRequestServed)
+{
+    const struct
+    {
+        const char* mode;
+        const char* end;
+        bool hasCulprit;
+    } rows[] = {
+        {"segv", " was ended by SIGSEGV after ", true},
+        {"abort", " was ended by SIGABRT after ", true},
+        {"thread throws", " was ended by SIGABRT after ", false},
+        {"exit", " ended by itself with exit status 7 after ", false},
+    };
+    Process cimd(words());
+    const std::uint16_t port = portOf(cimd.readLine());
+    for (const auto& row : rows)
+    {
+        RawClient waiting = askAndLeaveWaiting(port);
+        EXPECT_EQ(0, RawClient(port).ask(getInstance("Test_Wild", row.mode)).status);
+        EXPECT_EQ(0, waiting.receive().status);
+        EXPECT_TRUE(isInstance(ask(port, "good"))) << "after " << row.mode;
+
+        const std::string end = cimd.readUntil("serving process");
+        EXPECT_NE(std::string::npos, end.find(row.end)) << end;
+        EXPECT_NE(std::string::npos, end.find("requests in flight: 2")) << end;
+        unsigned culprits = 0;
+        for (int i = 0; i < 2; ++i)
+        {
+            const std::string request = cimd.readLine();
+            EXPECT_NE(std::string::npos, request.find("GetInstance Test_Wild: 127.0.0.1:")) << request;
+            culprits += request.find("crashed here") != std::string::npos ? 1U : 0U;
+        }
+        EXPECT_EQ(row.hasCulprit ? 1U : 0U, culprits) << row.mode;
+    }
+    cimd.signal(SIGTERM);
+    EXPECT_EQ(0, cimd.wait());
+}
+
+TEST(SurvivalTest, CrashesInARowEndIt)
+{
+    Process cimd(words({"--max-crashes", "3"}));
+    const std::uint16_t port = portOf(cimd.readLine());
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ("", ask(port, "segv"));
+    EXPECT_EQ(kExitGaveUp, cimd.wait());
+    cimd.readUntil("crash 2 in a row, giving up at 3");
+    cimd.readUntil("giving up after 3 crashes in a row");
+    EXPECT_FALSE(canConnect(port));
+}
+
+TEST(SurvivalTest, WithoutSupervisorACrashIsTheEnd)
+{
+    Process cimd(words({"--no-supervisor"}));
+    const std::uint16_t port = portOf(cimd.readLine());
+    EXPECT_EQ("", ask(port, "segv"));
+    EXPECT_EQ(-SIGSEGV, cimd.wait());
+}
+
+TEST(SurvivalTest, StopsWhileARequestHangs)
+{
+    // The grace ends by itself, or the second signal ends it.
+    for (const char* grace : {"0", "3600"})
+    {
+        Process cimd(words({"--max-stop-seconds", grace}));
+        const std::uint16_t port = portOf(cimd.readLine());
+        RawClient waiting = askAndLeaveWaiting(port);
+        cimd.signal(SIGTERM);
+        if (*grace != '0')
+            cimd.signal(SIGINT);
+        EXPECT_EQ(kExitUnfinished, cimd.wait()) << grace;
+        EXPECT_EQ(0, waiting.receive().status);
+        EXPECT_FALSE(canConnect(port));
+    }
+}
+
+TEST(SurvivalTest, NothingIsLeftWhenTheSupervisorIsKilled)
+{
+    Process cimd(words());
+    const std::uint16_t port = portOf(cimd.readLine());
+    cimd.signal(SIGKILL);
+    EXPECT_EQ(-SIGKILL, cimd.wait());
+    cimd.readRest();
+    EXPECT_FALSE(canConnect(port));
+}
+
+TEST(SurvivalTest, NonsenseIsAnErrorAndForgetfulnessIsNone)
+{
+    Process cimd(words());
+    const std::uint16_t port = portOf(cimd.readLine());
+    const struct
+    {
+        const char* mode;
+        const char* fault;
+    } rows[] = {
+        {"garbage type",
+         "property Number was set to something unreadable: CMPI type 1911 carries no CIM value"},
+        {"wrong type", "property Number was set as string but is uint32"},
+        {"foreign object", "the provider returned something unusable: not an object of this broker"},
+        {"throws", "the provider threw an exception: out of luck"},
+        {"throws anything", "the provider threw an exception"},
+    };
+    for (const auto& row : rows)
+    {
+        const std::string answer = ask(port, row.mode, "Test_Faulty");
+        EXPECT_NE(std::string::npos, answer.find("<ERROR CODE=\"1\" DESCRIPTION=\"GetInstance Test_Faulty: "))
+            << answer;
+        EXPECT_NE(std::string::npos, answer.find(row.fault)) << answer;
+    }
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(isInstance(ask(port, "no done", "Test_Faulty")));
+    cimd.signal(SIGTERM);
+    EXPECT_EQ(0, cimd.wait());
+    const std::string log = cimd.readRest();
+    const std::string reminder = "provider Faulty succeeded without saying that it was done";
+    EXPECT_NE(std::string::npos, log.find(reminder)) << log;
+    EXPECT_EQ(log.find(reminder), log.rfind(reminder)) << log;
+}
+
+} // namespace
+} // namespace cimd
