@@ -2,6 +2,7 @@
 #include "agent/Options.h"
 
 #include <charconv>
+#include <cstdlib>
 #include <getopt.h>
 #include <string_view>
 #include <vector>
@@ -17,7 +18,8 @@ constexpr std::string_view kUsage = R"(NAME
 
 SYNOPSIS
        cimd [--port PORT] [--listen ADDRESS] [--scenario FILE] [--log-level LEVEL]
-            [--repository FILE] [--registration FILE] [--provider-dir DIRECTORY] [--max-... NUMBER]...
+            [--repository FILE] [--registration FILE] [--provider-dir DIRECTORY]
+            [--spool-directory DIRECTORY] [--max-... NUMBER]...
 
 DESCRIPTION
        Answers CIM operations over HTTP at /cimom. Classes come from the repository, providers are loaded through
@@ -135,6 +137,10 @@ constexpr Entry kEntries[] = {
      "DIRECTORY",
      "Where provider libraries are. Default: ../lib beside the program.",
      applyText<&Options::providerDir>},
+    {"spool-directory",
+     "DIRECTORY",
+     "Where large results wait for pull operations, in files without a name. Default: $TMPDIR or /tmp.",
+     applyText<&Options::spoolDirectory>},
     {"no-supervisor",
      nullptr,
      "Serve in the one process that was started, for debugging: a crash ends it.",
@@ -154,6 +160,8 @@ CommandLine readCommandLine(int argc, char* const argv[], const std::string& pro
     options.repository = programDir + "/../share/cimd/repository.xml";
     options.registration = programDir + "/../share/cimd/providers.reg";
     options.providerDir = programDir + "/../lib";
+    const char* const temporary = std::getenv("TMPDIR");
+    options.spoolDirectory = temporary != nullptr && *temporary != '\0' ? temporary : "/tmp";
 
     std::vector<option> longOptions;
     for (const Entry& entry : kEntries)

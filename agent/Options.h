@@ -21,7 +21,8 @@ struct Options
     std::string repository;
     std::string registration;
     std::string providerDir;
-    bool supervised = true; ///< A process that crashes is replaced.
+    std::string spoolDirectory; ///< for large results that wait to be pulled
+    bool supervised = true;     ///< A process that crashes is replaced.
     Limits limits;
 };
 

@@ -66,7 +66,7 @@ int serve(const Options& options, ListenSocket& socket, InFlight& inFlight, Supe
     AgentCore core(starting("--repository", [&] { return ClassRepository::load(options.repository); }),
                    starting("--registration", [&] { return loadRegistrations(options.registration); }),
                    options.providerDir);
-    FrontEnd frontEnd(core.service(), limits, {&inFlight});
+    FrontEnd frontEnd(core.service(), limits, {&inFlight}, options.spoolDirectory);
     HttpServer server(frontEnd, limits, std::move(socket));
     if (supervisor == nullptr || supervisor->isFirstReady())
     {

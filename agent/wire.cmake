@@ -16,6 +16,10 @@ add_library(cimd_wire STATIC
     ops/MethodCalls.cpp
     ops/Operations.cpp
     ops/Parameters.cpp
+    ops/PropertyCalls.cpp
+    ops/PullCalls.cpp
+    pull/Enumerations.cpp
+    pull/Spool.cpp
     xml/DeclarationWriter.cpp
     xml/ElementReader.cpp
     xml/ElementWriter.cpp

@@ -1,5 +1,6 @@
 // Operations that follow associations, from their parameters to their results.
 #include "agent/ops/Calls.h"
+#include "agent/ops/RequestParts.h"
 #include "agent/xml/ElementWriter.h"
 
 namespace cimd
@@ -8,39 +9,12 @@ namespace cimd
 namespace
 {
 
-/** What Associators and AssociatorNames have in common. */
-template <class Request>
-Request associatorsRequest(Call& call)
-{
-    Request request;
-    request.nameSpace = call.nameSpace();
-    request.path = call.about(call.parameters.objectName("ObjectName"));
-    request.assocClass = call.parameters.className("AssocClass");
-    request.resultClass = call.parameters.className("ResultClass");
-    request.role = call.parameters.text("Role");
-    request.resultRole = call.parameters.text("ResultRole");
-    return request;
-}
-
-/** What References and ReferenceNames have in common. */
-template <class Request>
-Request referencesRequest(Call& call)
-{
-    Request request;
-    request.nameSpace = call.nameSpace();
-    request.path = call.about(call.parameters.objectName("ObjectName"));
-    request.resultClass = call.parameters.className("ResultClass");
-    request.role = call.parameters.text("Role");
-    return request;
-}
-
 /** What Associators and References have in common. */
 template <class Request>
 void objectOptions(Call& call, Request& request)
 {
     request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
-    request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
-    request.properties = call.parameters.propertyList("PropertyList");
+    instanceOptions(call, request);
 }
 
 auto objectSink(Call& call)
@@ -59,7 +33,7 @@ auto objectPathSink(Call& call)
 
 void associators(Call& call)
 {
-    auto request = associatorsRequest<AssociatorsRequest>(call);
+    auto request = associatorsRequest<AssociatorsRequest>(call, call.parameters.objectName("ObjectName"));
     objectOptions(call, request);
     call.parameters.finish();
     auto sink = objectSink(call);
@@ -68,7 +42,8 @@ void associators(Call& call)
 
 void associatorNames(Call& call)
 {
-    const auto request = associatorsRequest<AssociatorNamesRequest>(call);
+    const auto request =
+        associatorsRequest<AssociatorNamesRequest>(call, call.parameters.objectName("ObjectName"));
     call.parameters.finish();
     auto sink = objectPathSink(call);
     call.service.associatorNames(call.context, request, sink);
@@ -76,7 +51,7 @@ void associatorNames(Call& call)
 
 void references(Call& call)
 {
-    auto request = referencesRequest<ReferencesRequest>(call);
+    auto request = referencesRequest<ReferencesRequest>(call, call.parameters.objectName("ObjectName"));
     objectOptions(call, request);
     call.parameters.finish();
     auto sink = objectSink(call);
@@ -85,7 +60,8 @@ void references(Call& call)
 
 void referenceNames(Call& call)
 {
-    const auto request = referencesRequest<ReferenceNamesRequest>(call);
+    const auto request =
+        referencesRequest<ReferenceNamesRequest>(call, call.parameters.objectName("ObjectName"));
     call.parameters.finish();
     auto sink = objectPathSink(call);
     call.service.referenceNames(call.context, request, sink);

@@ -3,6 +3,7 @@
 
 #include "agent/http/HttpHandler.h"
 #include "agent/ops/Parameters.h"
+#include "agent/pull/Enumerations.h"
 #include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
 #include "agent/xml/RequestReader.h"
@@ -24,8 +25,9 @@ struct Call
     const WireRequest& wire;
     const ElementReader& reader;
     Parameters parameters;
-    HttpResponse& response; ///< the answer; `xml` writes to its body
-    AnswerStream& stream;   ///< takes the answer away in pieces
+    Enumerations& enumerations; ///< those that clients have opened
+    HttpResponse& response;     ///< the answer; `xml` writes to its body
+    AnswerStream& stream;       ///< takes the answer away in pieces
     std::chrono::seconds timeLimit;
     XmlWriter& xml;       ///< where results go
     std::string& subject; ///< the class or qualifier the request is about, for the log

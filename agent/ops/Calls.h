@@ -23,6 +23,18 @@ void enumerateClasses(Call& call);
 void enumerateClassNames(Call& call);
 void getQualifier(Call& call);
 void enumerateQualifiers(Call& call);
+void getProperty(Call& call);
+void setProperty(Call& call);
+void openEnumerateInstances(Call& call);
+void openEnumerateInstancePaths(Call& call);
+void openAssociatorInstances(Call& call);
+void openAssociatorInstancePaths(Call& call);
+void openReferenceInstances(Call& call);
+void openReferenceInstancePaths(Call& call);
+void pullInstancesWithPath(Call& call);
+void pullInstances(Call& call);
+void pullInstancePaths(Call& call);
+void closeEnumeration(Call& call);
 void invokeMethod(Call& call);
 
 } // namespace cimd

@@ -16,9 +16,15 @@ struct Watch
 class FrontEnd : public HttpHandler
 {
   public:
-    /** `service` and what `watch` points to outlive the object. */
-    FrontEnd(CimService& service, const Limits& limits, const Watch& watch = {})
-        : _operations(service, limits), _limits(limits), _watch(watch)
+    /**
+     * `service` and what `watch` points to outlive the object. Large results that wait to be pulled go to
+     * files in `spoolDirectory`.
+     */
+    FrontEnd(CimService& service,
+             const Limits& limits,
+             const Watch& watch = {},
+             std::string spoolDirectory = "/tmp")
+        : _operations(service, limits, std::move(spoolDirectory)), _limits(limits), _watch(watch)
     {
     }
 

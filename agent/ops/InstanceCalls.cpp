@@ -1,5 +1,6 @@
 // Operations on instances, from their parameters to their results.
 #include "agent/ops/Calls.h"
+#include "agent/ops/RequestParts.h"
 #include "agent/xml/ElementWriter.h"
 
 namespace cimd
@@ -13,8 +14,7 @@ void enumerateInstances(Call& call)
     request.localOnly = call.parameters.boolean("LocalOnly", request.localOnly);
     request.deepInheritance = call.parameters.boolean("DeepInheritance", request.deepInheritance);
     request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
-    request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
-    request.properties = call.parameters.propertyList("PropertyList");
+    instanceOptions(call, request);
     call.parameters.finish();
     auto sink = sinkFor<Instance>(call, [&](const Instance& item) { writeNamedInstance(call.xml, item); });
     call.service.enumerateInstances(call.context, request, sink);
@@ -37,8 +37,7 @@ void getInstance(Call& call)
     request.path = call.about(call.parameters.instanceName("InstanceName"));
     request.localOnly = call.parameters.boolean("LocalOnly", request.localOnly);
     request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
-    request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
-    request.properties = call.parameters.propertyList("PropertyList");
+    instanceOptions(call, request);
     call.parameters.finish();
     writeInstance(call.xml, call.service.getInstance(call.context, request));
 }

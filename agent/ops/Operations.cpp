@@ -6,6 +6,7 @@
 #include "agent/xml/ResponseWriter.h"
 
 #include <exception>
+#include <utility>
 
 namespace cimd
 {
@@ -37,6 +38,24 @@ constexpr Operation kOperations[] = {
     {"EnumerateClassNames", enumerateClassNames, true},
     {"GetQualifier", getQualifier, true},
     {"EnumerateQualifiers", enumerateQualifiers, true},
+    {"GetProperty", getProperty, true},
+    {"SetProperty", setProperty, false},
+    // These write their IRETURNVALUE themselves: output parameters follow it.
+    {"OpenEnumerateInstances", openEnumerateInstances, false},
+    {"OpenEnumerateInstancePaths", openEnumerateInstancePaths, false},
+    {"OpenAssociatorInstances", openAssociatorInstances, false},
+    {"OpenAssociatorInstancePaths", openAssociatorInstancePaths, false},
+    {"OpenReferenceInstances", openReferenceInstances, false},
+    {"OpenReferenceInstancePaths", openReferenceInstancePaths, false},
+    {"PullInstancesWithPath", pullInstancesWithPath, false},
+    {"PullInstances", pullInstances, false},
+    {"PullInstancePaths", pullInstancePaths, false},
+    {"CloseEnumeration", closeEnumeration, false},
+    // DSP0200 has longer names for these four; both are in use.
+    {"OpenAssociators", openAssociatorInstances, false},
+    {"OpenAssociatorPaths", openAssociatorInstancePaths, false},
+    {"OpenReferences", openReferenceInstances, false},
+    {"OpenReferencePaths", openReferenceInstancePaths, false},
 };
 
 constexpr Operation kInvokeMethod{"InvokeMethod", invokeMethod, false};
@@ -53,8 +72,8 @@ const Operation& operationFor(const WireRequest& request)
 
 } // namespace
 
-Operations::Operations(CimService& service, const Limits& limits)
-    : _service(service), _limits(limits), _reader(limits)
+Operations::Operations(CimService& service, const Limits& limits, std::string spoolDirectory)
+    : _service(service), _limits(limits), _reader(limits), _enumerations(limits, std::move(spoolDirectory))
 {
 }
 
@@ -68,6 +87,7 @@ Outcome Operations::run(const RequestContext& context,
     Outcome outcome;
     try
     {
+        _enumerations.expire();
         const Operation& operation = operationFor(request);
         if (request.parameters.size() > _limits.parameters)
             throw CimError(CimStatus::InvalidParameter,
@@ -81,6 +101,7 @@ Outcome Operations::run(const RequestContext& context,
             request,
             _reader,
             Parameters(request.extrinsic ? kNone : request.parameters, _reader, _limits.instanceProperties),
+            _enumerations,
             response,
             stream,
             _limits.operationSeconds,

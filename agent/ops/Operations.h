@@ -3,6 +3,7 @@
 
 #include "agent/Limits.h"
 #include "agent/http/HttpHandler.h"
+#include "agent/pull/Enumerations.h"
 #include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
 #include "agent/xml/RequestReader.h"
@@ -20,12 +21,12 @@ struct Outcome
     std::optional<CimError> error; ///< what the client was told, if the operation failed
 };
 
-/** Has no state of its own, so any number of threads may run operations. */
+/** Any number of threads may run operations. */
 class Operations
 {
   public:
     /** `service` outlives the object. */
-    Operations(CimService& service, const Limits& limits);
+    Operations(CimService& service, const Limits& limits, std::string spoolDirectory);
 
     /**
      * Runs the request and writes the response message, errors included, to the body of `response`, whose
@@ -45,6 +46,7 @@ class Operations
     CimService& _service;
     const Limits _limits;
     ElementReader _reader;
+    Enumerations _enumerations;
 };
 
 } // namespace cimd

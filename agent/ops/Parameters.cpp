@@ -87,6 +87,23 @@ std::string Parameters::requiredText(const char* name)
     return text(name);
 }
 
+std::optional<std::uint32_t> Parameters::uint32(const char* name)
+{
+    const XmlElement element = find(name);
+    if (!element)
+        return std::nullopt;
+    const CimValue value = named(name, [&] { return _reader.value(CimType::Uint32, element); });
+    if (value.isArray())
+        fail(name, "must be one number");
+    return static_cast<std::uint32_t>(value.asUnsigned());
+}
+
+std::uint32_t Parameters::requiredUint32(const char* name)
+{
+    require(name);
+    return *uint32(name);
+}
+
 CimName Parameters::className(const char* name)
 {
     const XmlElement element = find(name);
@@ -139,6 +156,14 @@ Instance Parameters::instance(const char* name)
 {
     const XmlElement element = require(name);
     return named(name, [&] { return _reader.instance(element); });
+}
+
+Argument Parameters::value(const char* name)
+{
+    const XmlElement element = find(name);
+    if (!element)
+        return {name, CimValue::null(CimType::String), false};
+    return named(name, [&] { return _reader.argument(element.parent()); });
 }
 
 Instance Parameters::namedInstance(const char* name)

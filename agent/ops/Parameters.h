@@ -5,6 +5,8 @@
 #include "agent/service/CimService.h"
 #include "agent/xml/ElementReader.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +31,8 @@ class Parameters
     /** Empty when not given. */
     std::string text(const char* name);
     std::string requiredText(const char* name);
+    std::optional<std::uint32_t> uint32(const char* name);
+    std::uint32_t requiredUint32(const char* name);
     /** Empty when not given. */
     CimName className(const char* name);
     CimName requiredClassName(const char* name);
@@ -38,6 +42,8 @@ class Parameters
     PropertyList propertyList(const char* name);
     Instance instance(const char* name);
     Instance namedInstance(const char* name);
+    /** A value that may be of any type, and whether its element says of which; NULL when not given. */
+    Argument value(const char* name);
 
     /** Throws if a parameter is left that no reader asked for. */
     void finish() const;

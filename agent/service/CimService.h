@@ -148,6 +148,20 @@ struct Argument
     bool typed = true;
 };
 
+struct GetPropertyRequest
+{
+    std::string nameSpace;
+    ObjectPath path;
+    CimName property;
+};
+
+struct SetPropertyRequest
+{
+    std::string nameSpace;
+    ObjectPath path;
+    Argument value; // under the property's name
+};
+
 struct InvokeMethodRequest
 {
     std::string nameSpace;
@@ -215,6 +229,11 @@ class CimService
                                       const CreateInstanceRequest& request) = 0;
     virtual void modifyInstance(const RequestContext& context, const ModifyInstanceRequest& request) = 0;
     virtual void deleteInstance(const RequestContext& context, const DeleteInstanceRequest& request) = 0;
+
+    // NoSuchProperty if the class lacks the property.
+    virtual CimValue getProperty(const RequestContext& context, const GetPropertyRequest& request) = 0;
+    // Also TypeMismatch if the value is none for the property, and InvalidParameter for a key.
+    virtual void setProperty(const RequestContext& context, const SetPropertyRequest& request) = 0;
 
     // A path that names an existing class but no known instance gives an empty result.
     virtual void

@@ -34,6 +34,8 @@ class ProviderService : public CimService
     ObjectPath createInstance(const RequestContext& context, const CreateInstanceRequest& request) override;
     void modifyInstance(const RequestContext& context, const ModifyInstanceRequest& request) override;
     void deleteInstance(const RequestContext& context, const DeleteInstanceRequest& request) override;
+    CimValue getProperty(const RequestContext& context, const GetPropertyRequest& request) override;
+    void setProperty(const RequestContext& context, const SetPropertyRequest& request) override;
 
     void associators(const RequestContext& context,
                      const AssociatorsRequest& request,

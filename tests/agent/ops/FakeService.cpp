@@ -18,7 +18,7 @@ void check(const std::string& nameSpace, const CimName& className)
         throw CimError(CimStatus::InvalidNamespace, "no namespace " + nameSpace);
     if (className == "Test_Broken")
         throw std::runtime_error("provider fell over");
-    for (const char* known : {"Test_Echo", "Test_Values", "Test_Empty", "Test_Late"})
+    for (const char* known : {"Test_Echo", "Test_Values", "Test_Empty", "Test_Late", "Test_Many"})
         if (className == known)
             return;
     throw CimError(CimStatus::InvalidClass, "no class " + className.str());
@@ -64,6 +64,8 @@ void deliver(const CimName& className, Sink<Item>& sink, const Item& echo, const
     if (className == "Test_Empty")
         return;
     sink.put(className == "Test_Values" ? values : echo);
+    for (int i = 0; i < 4 && className == "Test_Many"; ++i)
+        sink.put(echo);
     if (className != "Test_Late")
         return;
     sink.put(echo);
@@ -272,6 +274,27 @@ void FakeService::deleteInstance(const RequestContext&, const DeleteInstanceRequ
     check(request.nameSpace, request.path.className());
     if (request.path.className() == "Test_Echo")
         throw CimError(CimStatus::NotFound, "delete " + request.path.text());
+}
+
+CimValue FakeService::getProperty(const RequestContext&, const GetPropertyRequest& request)
+{
+    check(request.nameSpace, request.path.className());
+    if (request.path.className() == "Test_Echo")
+        return CimValue::string("get " + request.property.str() + " of " + request.path.text());
+    const Instance values = valuesInstance();
+    const CimValue* value = values.find(request.property);
+    if (value == nullptr)
+        throw CimError(CimStatus::NoSuchProperty, "no property " + request.property.str());
+    return *value;
+}
+
+void FakeService::setProperty(const RequestContext&, const SetPropertyRequest& request)
+{
+    check(request.nameSpace, request.path.className());
+    if (request.path.className() == "Test_Echo")
+        throw CimError(CimStatus::NotSupported,
+                       "set " + request.value.name.str() + (request.value.typed ? "=" : "~") +
+                           describe(request.value.value) + " of " + request.path.text());
 }
 
 void FakeService::associators(const RequestContext&, const AssociatorsRequest& request, Sink<Instance>& sink)

@@ -18,6 +18,7 @@ std::string describe(const Instance& instance);
 //   Test_Echo    answers hold the request as text; operations without a result fail with it
 //   Test_Values  an instance with properties of every type; its class has declarations of every kind
 //   Test_Empty   results without items
+//   Test_Many    five results
 //   Test_Late    enumerations fail after two results
 //   Test_Broken  every operation throws something that is no CimError
 // Another class is InvalidClass, another namespace InvalidNamespace.
@@ -34,6 +35,8 @@ class FakeService : public CimService
     ObjectPath createInstance(const RequestContext& context, const CreateInstanceRequest& request) override;
     void modifyInstance(const RequestContext& context, const ModifyInstanceRequest& request) override;
     void deleteInstance(const RequestContext& context, const DeleteInstanceRequest& request) override;
+    CimValue getProperty(const RequestContext& context, const GetPropertyRequest& request) override;
+    void setProperty(const RequestContext& context, const SetPropertyRequest& request) override;
     void associators(const RequestContext& context,
                      const AssociatorsRequest& request,
                      Sink<Instance>& sink) override;

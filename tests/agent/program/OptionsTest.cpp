@@ -48,7 +48,9 @@ TEST(OptionsTest, EveryOptionIsTaken)
                     "--registration",
                     "p.reg",
                     "--provider-dir",
-                    "lib"},
+                    "lib",
+                    "--spool-directory",
+                    "/var/spool"},
                    options));
     EXPECT_EQ(0, options.port);
     EXPECT_EQ("::1", options.address);
@@ -57,6 +59,7 @@ TEST(OptionsTest, EveryOptionIsTaken)
     EXPECT_EQ("r.xml", options.repository);
     EXPECT_EQ("p.reg", options.registration);
     EXPECT_EQ("lib", options.providerDir);
+    EXPECT_EQ("/var/spool", options.spoolDirectory);
     EXPECT_EQ(CommandLine::Help, read({"--help", "--nonsense"}, options));
     EXPECT_EQ(CommandLine::Version, read({"--version"}, options));
 }

@@ -1,0 +1,29 @@
+// Operations on single properties, from their parameters to their results.
+#include "agent/ops/Calls.h"
+#include "agent/xml/ElementWriter.h"
+
+namespace cimd
+{
+
+void getProperty(Call& call)
+{
+    GetPropertyRequest request;
+    request.nameSpace = call.nameSpace();
+    request.path = call.about(call.parameters.instanceName("InstanceName"));
+    request.property = call.parameters.requiredText("PropertyName");
+    call.parameters.finish();
+    writeValue(call.xml, call.service.getProperty(call.context, request));
+}
+
+void setProperty(Call& call)
+{
+    SetPropertyRequest request;
+    request.nameSpace = call.nameSpace();
+    request.path = call.about(call.parameters.instanceName("InstanceName"));
+    request.value = call.parameters.value("NewValue");
+    request.value.name = call.parameters.requiredText("PropertyName");
+    call.parameters.finish();
+    call.service.setProperty(call.context, request);
+}
+
+} // namespace cimd

@@ -1,0 +1,163 @@
+// Items are stored as two lengths and two texts.
+#include "agent/pull/Spool.h"
+
+#include "agent/cim/CimError.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <limits>
+#include <unistd.h>
+#include <utility>
+
+namespace cimd
+{
+
+namespace
+{
+
+using Length = std::uint32_t;
+constexpr std::size_t kReadBytes = 64 * 1024;
+
+void appendLength(std::string& out, std::size_t length)
+{
+    // A text beyond this does not fit the memory of a switch; being sure costs nothing.
+    if (length > std::numeric_limits<Length>::max())
+        throw CimError(CimStatus::ServerLimitsExceeded, "one result is too large to be kept");
+    const auto stored = static_cast<Length>(length);
+    out.append(reinterpret_cast<const char*>(&stored), sizeof stored);
+}
+
+} // namespace
+
+FileDescriptor SpoolArea::file() const
+{
+    std::string path = _directory + "/cimd-XXXXXX";
+    FileDescriptor file(::mkostemp(path.data(), O_CLOEXEC));
+    if (file.get() < 0)
+        fail("create a file", errno);
+    ::unlink(path.c_str());
+    return file;
+}
+
+void SpoolArea::take(std::size_t bytes)
+{
+    if (_used.fetch_add(bytes) + bytes <= _fileBytes)
+        return;
+    _used -= bytes;
+    throw CimError(CimStatus::ServerLimitsExceeded,
+                   "the results kept for pull operations would exceed " + std::to_string(_fileBytes) +
+                       " bytes");
+}
+
+void SpoolArea::fail(const std::string& what, int error) const
+{
+    throw CimError(error == ENOSPC || error == EDQUOT ? CimStatus::ServerLimitsExceeded : CimStatus::Failed,
+                   "cannot " + what + " for the results of a pull operation in " + _directory + ": " +
+                       std::strerror(error));
+}
+
+Spool::~Spool()
+{
+    _area->giveBack(_taken);
+}
+
+Spool::Spool(Spool&& other) noexcept
+    : _area(other._area), _count(std::exchange(other._count, 0)), _buffer(std::move(other._buffer)),
+      _at(other._at), _read(other._read), _taken(std::exchange(other._taken, 0)),
+      _file(std::move(other._file))
+{
+}
+
+void Spool::add(const Item& item)
+{
+    if (_buffer.size() + item.head.size() + item.body.size() > _area->memoryBytes())
+        flush();
+    appendLength(_buffer, item.head.size());
+    appendLength(_buffer, item.body.size());
+    _buffer += item.head;
+    _buffer += item.body;
+    ++_count;
+}
+
+void Spool::flush()
+{
+    if (_file.get() < 0)
+        _file = _area->file();
+    _area->take(_buffer.size());
+    _taken += _buffer.size();
+    for (std::string_view rest = _buffer; !rest.empty();)
+    {
+        const ssize_t written = ::write(_file.get(), rest.data(), rest.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            _area->fail("write", errno);
+        rest.remove_prefix(static_cast<std::size_t>(written));
+    }
+    _buffer.clear();
+}
+
+void Spool::seal()
+{
+    if (_file.get() < 0)
+        return;
+    flush();
+    rest();
+}
+
+void Spool::rest()
+{
+    if (_file.get() < 0)
+        return;
+    _read -= _buffer.size() - _at; // what was read ahead is read again
+    _at = 0;
+    std::string().swap(_buffer);
+}
+
+void Spool::need(std::size_t bytes)
+{
+    if (_buffer.size() - _at >= bytes)
+        return;
+    _buffer.erase(0, _at);
+    _at = 0;
+    std::size_t filled = _buffer.size();
+    _buffer.resize(std::max(bytes, kReadBytes));
+    while (filled < bytes)
+    {
+        const ssize_t got =
+            ::pread(_file.get(), &_buffer[filled], _buffer.size() - filled, static_cast<off_t>(_read));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            _area->fail("read", got < 0 ? errno : EIO);
+        filled += static_cast<std::size_t>(got);
+        _read += static_cast<std::size_t>(got);
+    }
+    _buffer.resize(filled);
+}
+
+std::size_t Spool::takeLength()
+{
+    Length length = 0;
+    std::memcpy(&length, &_buffer[_at], sizeof length);
+    _at += sizeof length;
+    return length;
+}
+
+Spool::Item Spool::take()
+{
+    need(2 * sizeof(Length));
+    const std::size_t head = takeLength();
+    const std::size_t body = takeLength();
+    need(head + body);
+    const std::string_view texts = std::string_view(_buffer).substr(_at, head + body);
+    _at += head + body;
+    --_count;
+    return {texts.substr(0, head), texts.substr(head)};
+}
+
+} // namespace cimd

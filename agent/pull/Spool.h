@@ -1,0 +1,90 @@
+// A queue of encoded results that keeps what exceeds its share of memory in a file without a name.
+#pragma once
+
+#include "agent/http/ListenSocket.h"
+
+#include <atomic>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace cimd
+{
+
+/** What all spools share: where their files are, and how much may be in them. Used from any thread. */
+class SpoolArea
+{
+  public:
+    /**
+     * @param directory     Where files are made; it need not exist before the first one is needed.
+     * @param memoryBytes   What one spool keeps in memory before it opens a file.
+     * @param fileBytes     What all files together may hold.
+     */
+    SpoolArea(std::string directory, std::size_t memoryBytes, std::size_t fileBytes)
+        : _directory(std::move(directory)), _memoryBytes(memoryBytes), _fileBytes(fileBytes)
+    {
+    }
+
+    std::size_t memoryBytes() const { return _memoryBytes; }
+    /** A file for reading and writing that nobody else can open. CimError (failed) with path and reason. */
+    FileDescriptor file() const;
+    /** CimError (server limits exceeded) if the files would hold more than they may. */
+    void take(std::size_t bytes);
+    void giveBack(std::size_t bytes) { _used -= bytes; }
+    std::size_t used() const { return _used; }
+
+    [[noreturn]] void fail(const std::string& what, int error) const;
+
+  private:
+    const std::string _directory;
+    const std::size_t _memoryBytes;
+    const std::size_t _fileBytes;
+    std::atomic<std::size_t> _used{0};
+};
+
+/**
+ * First in, first out: all items are added, then seal() is called, then they are taken. Used on one thread at
+ * a time. Failures of the file are CimErrors that name the directory.
+ */
+class Spool
+{
+  public:
+    /** `area` outlives the spool. */
+    explicit Spool(SpoolArea& area) : _area(&area) {}
+    ~Spool();
+    Spool(Spool&& other) noexcept;
+    Spool& operator=(Spool&&) = delete;
+
+    /** Two texts, such as an instance's path and the instance. */
+    struct Item
+    {
+        std::string_view head;
+        std::string_view body;
+    };
+
+    void add(const Item& item);
+    /** No more will be added. */
+    void seal();
+    /** Items not yet taken. */
+    std::size_t size() const { return _count; }
+    /** The oldest item; its texts live until the next call. There must be one. */
+    Item take();
+    /** Gives up the memory that reading from a file takes; to be called before a longer pause. */
+    void rest();
+
+  private:
+    void flush();
+    /** Makes the next `bytes` bytes readable at `_at`. */
+    void need(std::size_t bytes);
+    std::size_t takeLength();
+
+    SpoolArea* _area;
+    std::size_t _count = 0;
+    std::string _buffer;    // until seal(): what is not in the file; after it: what was read ahead
+    std::size_t _at = 0;    // read so far, of _buffer
+    std::size_t _read = 0;  // read so far into _buffer, of the file
+    std::size_t _taken = 0; // bytes of the area in use: the file's size
+    FileDescriptor _file;
+};
+
+} // namespace cimd
