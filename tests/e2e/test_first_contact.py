@@ -71,7 +71,7 @@ def changed_key(path, name, value):
     (lambda c: c.InvokeMethod("startservice", manager_path(c)), pywbem.CIM_ERR_NOT_SUPPORTED),
     (lambda c: c.InvokeMethod("GetCentralInstances", manager_path(c)), pywbem.CIM_ERR_METHOD_NOT_FOUND),
     (lambda c: c.ExecQuery("WQL", "select * from VRAX_ObjectManager"), pywbem.CIM_ERR_NOT_SUPPORTED),
-    (lambda c: c.OpenEnumerateInstances("VRAX_ObjectManager", MaxObjectCount=1), pywbem.CIM_ERR_NOT_SUPPORTED),
+    (lambda c: c.OpenQueryInstances("WQL", "select * from VRAX_ObjectManager"), pywbem.CIM_ERR_NOT_SUPPORTED),
 ])
 def test_mistakes_have_their_status(connection, mistake, expected):
     assert status_of(mistake, connection) == expected
