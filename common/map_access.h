@@ -60,6 +60,9 @@ class Map_Writer
         return true;
     }
 
+    // Whether an instance with the keys of this one is there already.
+    bool contains(const CLASS& keys) const { return _map._lookup(&keys) != nullptr; }
+
     std::size_t size() const { return _map.size(); }
 
   private:

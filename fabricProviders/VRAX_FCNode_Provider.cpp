@@ -6,9 +6,6 @@
 #include "common/fabric_walk.h"
 #include "common/string_helpers.h"
 
-#include <string>
-#include <unordered_set>
-
 namespace cimple
 {
 
@@ -36,7 +33,7 @@ void VRAX_FCNode_Provider::build(Map_Writer<VRAX_FCNode>& map)
     const CacheLock cacheLock;
     requireCacheLock(cacheLock, kSource);
     Sml_Batch batch(kNodeKeys);
-    std::unordered_set<std::string> published;
+    const Owned<VRAX_FCNode> entry(VRAX_FCNode::create()); // its key, for finding it in the map
 
     for (const SwitchCache& one : Fabric_Switches(*DataCache::instance()))
     {
@@ -47,14 +44,14 @@ void VRAX_FCNode_Provider::build(Map_Writer<VRAX_FCNode>& map)
             if (!batch.read({domain.c_str(), address}) || batch.text(kPortWwn)[0] == '\0')
                 continue;
             // Two entries of one port happen while a node moves: the first one counts.
-            const std::string id = upperCased(batch.text(kPortWwn));
-            if (!published.insert(id).second)
+            entry->InstanceID.set(upperCased(batch.text(kPortWwn)).c_str());
+            if (map.contains(*entry))
                 continue;
 
             Owned<VRAX_FCNode> node = makeNull<VRAX_FCNode>();
             if (!node)
                 failLoad("Unable to create instance of VRAX_FCNode");
-            node->InstanceID.set(id.c_str());
+            node->InstanceID = entry->InstanceID;
             node->Name.set(upperCased(batch.text(kNodeWwn)).c_str());
             node->ElementName.set(upperCased(batch.text(kSymNodeName)).c_str());
             node->NameFormat.set("WWN");
