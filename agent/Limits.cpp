@@ -1,6 +1,8 @@
 // The rows of the limits, how one is set and how they are shown.
 #include "agent/Limits.h"
 
+#include "agent/log/TextTable.h"
+
 #include <algorithm>
 #include <charconv>
 #include <stdexcept>
@@ -32,29 +34,6 @@ constexpr auto accessors = std::pair{+[](const Limits& limits) { return numberOf
                                          else
                                              limits.*Member = Type(static_cast<typename Type::rep>(value));
                                      }};
-
-using Line = std::vector<std::string>;
-
-/** Columns as wide as their widest cell, two spaces between them; numbers to the right. */
-std::string aligned(const std::vector<Line>& lines, std::size_t firstNumber, std::size_t endOfNumbers)
-{
-    std::vector<std::size_t> widths(lines.front().size());
-    for (const Line& line : lines)
-        for (std::size_t i = 0; i < line.size(); ++i)
-            widths[i] = std::max(widths[i], line[i].size());
-    std::string text;
-    for (const Line& line : lines)
-    {
-        for (std::size_t i = 0; i + 1 < line.size(); ++i)
-        {
-            const std::string padding(widths[i] - line[i].size(), ' ');
-            const bool isNumber = i >= firstNumber && i < endOfNumbers;
-            text += (isNumber ? padding + line[i] : line[i] + padding) + "  ";
-        }
-        text += line.back() + '\n';
-    }
-    return text;
-}
 
 } // namespace
 
@@ -97,27 +76,31 @@ std::string limitsTable(const Limits& limits)
     const auto& rows = limitRows();
     const bool anyChanged = std::any_of(
         rows.begin(), rows.end(), [&](const LimitRow& row) { return row.get(limits) != row.standard; });
-    std::vector<Line> lines;
-    const auto add =
-        [&](std::string option, std::string standard, std::string now, std::string unit, std::string meaning)
+    const auto cells =
+        [anyChanged](
+            std::string option, std::string standard, std::string now, std::string unit, std::string meaning)
     {
-        Line& line = lines.emplace_back(Line{std::move(option), std::move(standard)});
+        std::vector<std::string> all{std::move(option), std::move(standard)};
         if (anyChanged)
-            line.push_back(std::move(now));
-        line.push_back(std::move(unit));
-        line.push_back(std::move(meaning));
+            all.push_back(std::move(now));
+        all.push_back(std::move(unit));
+        all.push_back(std::move(meaning));
+        return all;
     };
-    add("OPTION", "DEFAULT", "NOW", "UNIT", "MEANING");
+    TextTable table(cells("OPTION", ">DEFAULT", ">NOW", "UNIT", "MEANING"));
     for (const LimitRow& row : rows)
     {
         const std::uint64_t now = row.get(limits);
-        add(std::string("--") + row.option,
-            std::to_string(row.standard),
-            now != row.standard ? std::to_string(now) : "",
-            row.unit,
-            row.meaning);
+        table.add(cells(std::string("--") + row.option,
+                        std::to_string(row.standard),
+                        now != row.standard ? std::to_string(now) : "",
+                        row.unit,
+                        row.meaning));
     }
-    return aligned(lines, 1, anyChanged ? 3 : 2);
+    std::string text;
+    for (const std::string& line : table.lines())
+        text += line + '\n';
+    return text;
 }
 
 } // namespace cimd

@@ -4,7 +4,9 @@
 #include <charconv>
 #include <cstdlib>
 #include <getopt.h>
+#include <sstream>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace cimd
@@ -17,9 +19,7 @@ constexpr std::string_view kUsage = R"(NAME
        cimd - CIM-XML server for the management providers of a Fibre Channel switch
 
 SYNOPSIS
-       cimd [--port PORT] [--listen ADDRESS] [--scenario FILE] [--log-level LEVEL]
-            [--repository FILE] [--registration FILE] [--provider-dir DIRECTORY]
-            [--spool-directory DIRECTORY] [--max-... NUMBER]...
+       cimd [OPTION [ARGUMENT]]...
 
 DESCRIPTION
        Answers CIM operations over HTTP at /cimom. Classes come from the repository, providers are loaded through
@@ -44,7 +44,8 @@ PROCESSES
 
 SIGNALS
        SIGTERM, SIGINT and SIGHUP end cimd after the requests in flight are answered; a second one ends it at once.
-       Send signals to the process that was started.
+       SIGUSR1 prints what was asked for since the start, per class and operation, and the requests in flight to
+       standard error. Send signals to the process that was started.
 
 EXIT STATUS
        0 after a signal, 1 if a request in flight did not finish in time, 2 if cimd could not start, 3 if it gave up
@@ -123,7 +124,9 @@ constexpr Entry kEntries[] = {
      applyText<&Options::scenario>},
     {"log-level",
      "LEVEL",
-     "error, warning, info (a line for each operation) or debug. Default: warning.",
+     "error: cimd failed its clients. warning: also mistakes of clients and providers, and operations that "
+     "failed. "
+     "info: also a line for each operation. debug: everything. Default: warning.",
      applyLogLevel},
     {"repository",
      "FILE",
@@ -141,6 +144,12 @@ constexpr Entry kEntries[] = {
      "DIRECTORY",
      "Where large results wait for pull operations, in files without a name. Default: $TMPDIR or /tmp.",
      applyText<&Options::spoolDirectory>},
+    {"trace-xml",
+     "FILE",
+     "Append the bodies of requests and answers to FILE, which only its owner can read; - is standard "
+     "output. "
+     "Headers, and credentials with them, are left out.",
+     applyText<&Options::traceXml>},
     {"no-supervisor",
      nullptr,
      "Serve in the one process that was started, for debugging: a crash ends it.",
@@ -152,6 +161,23 @@ constexpr Entry kEntries[] = {
      "Print the limits with their defaults and what the command line made of them, and exit.",
      only<CommandLine::ShowLimits>},
 };
+
+/** A paragraph below the name of an option. */
+std::string indented(const std::string& words)
+{
+    constexpr std::size_t kIndent = 14;
+    constexpr std::size_t kWidth = 110;
+    std::string text;
+    std::string line;
+    std::istringstream rest(words);
+    for (std::string word; rest >> word;)
+    {
+        if (kIndent + line.size() + 1 + word.size() > kWidth)
+            text += std::string(kIndent, ' ') + std::exchange(line, "") + '\n';
+        line += (line.empty() ? "" : " ") + word;
+    }
+    return text + std::string(kIndent, ' ') + line + '\n';
+}
 
 } // namespace
 
@@ -211,7 +237,7 @@ std::string helpText()
         text += std::string("       --") + name;
         if (argument != nullptr)
             text += std::string(" ") + argument;
-        text += "\n              " + meaning + "\n";
+        text += '\n' + indented(meaning);
     };
     for (const Entry& entry : kEntries)
         add(entry.name, entry.argument, entry.meaning);

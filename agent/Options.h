@@ -21,8 +21,9 @@ struct Options
     std::string repository;
     std::string registration;
     std::string providerDir;
-    std::string spoolDirectory; ///< for large results that wait to be pulled
-    bool supervised = true;     ///< A process that crashes is replaced.
+    std::string spoolDirectory;          ///< for large results that wait to be pulled
+    bool supervised = true;              ///< A process that crashes is replaced.
+    std::optional<std::string> traceXml; ///< "-": standard output
     Limits limits;
 };
 

@@ -44,40 +44,75 @@ auto starting(const char* option, Step step)
     }
 }
 
-/** Waits for a signal to stop. */
-void waitForStop(SignalSet& signals, bool isSupervised)
+/** Everything that outlives a serving process, and how the one that reads this is told to behave. */
+struct Setting
 {
-    const int signal = signals.wait();
+    const Options& options;
+    ListenSocket& socket;
+    InFlight& inFlight;
+    XmlTrace* trace;        // null: none is wanted
+    Supervisor* supervisor; // null: nobody watches
+};
+
+std::vector<CimName> classNames(const ClassRepository& repository)
+{
+    std::vector<CimName> names;
+    for (const auto& info : repository.classes())
+        names.push_back(info->name());
+    return names;
+}
+
+/** Waits for a signal to stop; shows the requests when asked to. */
+void waitForStop(SignalSet& signals, const Setting& setting, const Counters& counters)
+{
+    int signal = signals.wait();
+    for (; signal == SIGUSR1; signal = signals.wait())
+    {
+        for (const std::string& line : counters.table())
+            logAlways("notice", "counters", line);
+        const auto requests = setting.inFlight.list();
+        logAlways("notice", "counters", "requests in flight: " + std::to_string(requests.size()));
+        for (const InFlight::Request& request : requests)
+            logAlways("notice", "counters", request.text());
+    }
     log(LogLevel::Info, "cimd", signalName(signal) + ": stopping");
     // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
     // of a service may have been sent the first.
-    if (!isSupervised)
+    if (setting.supervisor == nullptr)
         signals.unblock();
 }
 
-int serve(const Options& options, ListenSocket& socket, InFlight& inFlight, Supervisor* supervisor)
+int serve(const Setting& setting)
 {
     // Before the first thread, so that signals are taken here alone.
-    SignalSet signals({SIGTERM, SIGINT, SIGHUP});
+    SignalSet signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1});
+    const Options& options = setting.options;
     const Limits& limits = options.limits;
-    const std::string url = socket.url();
+    const std::string url = setting.socket.url();
     if (options.scenario)
         openScenario(options.providerDir, *options.scenario);
     AgentCore core(starting("--repository", [&] { return ClassRepository::load(options.repository); }),
                    starting("--registration", [&] { return loadRegistrations(options.registration); }),
                    options.providerDir);
-    FrontEnd frontEnd(core.service(), limits, {&inFlight}, options.spoolDirectory);
-    HttpServer server(frontEnd, limits, std::move(socket));
-    if (supervisor == nullptr || supervisor->isFirstReady())
+    Counters counters(classNames(core.repository()));
+    const Watch watch{&setting.inFlight, &counters, setting.trace};
+    FrontEnd frontEnd(core.service(), limits, watch, options.spoolDirectory);
+    HttpServer server(frontEnd, limits, std::move(setting.socket));
+    if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
     {
         std::printf("cimd: listening on %s\n", url.c_str());
         std::fflush(stdout);
     }
 
-    waitForStop(signals, supervisor != nullptr);
-    if (server.stop(limits.stopGrace))
+    waitForStop(signals, setting, counters);
+    const bool isDone = server.stop(limits.stopGrace);
+    for (const std::string& line : counters.table())
+        log(LogLevel::Info, "counters", line);
+    if (isDone)
         return EXIT_SUCCESS;
     log(LogLevel::Error, "cimd", "a request did not finish in time; leaving it behind");
+    for (const InFlight::Request& request : setting.inFlight.list())
+        log(LogLevel::Error, "cimd", request.text());
     _exit(kExitUnfinished); // a provider that hangs cannot be joined
 }
 
@@ -87,13 +122,18 @@ int start(const Options& options)
     const Limits& limits = options.limits;
     ListenSocket socket =
         starting("--listen", [&] { return ListenSocket(options.address, options.port, limits.backlog); });
+    std::optional<XmlTrace> trace;
+    if (options.traceXml)
+        starting("--trace-xml", [&] { return &trace.emplace(*options.traceXml); });
     InFlight inFlight(limits.workers);
+    Setting setting{options, socket, inFlight, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
-        return serve(options, socket, inFlight, nullptr);
+        return serve(setting);
     Supervisor supervisor(limits, inFlight);
+    setting.supervisor = &supervisor;
     if (const std::optional<int> status = supervisor.run([&] { FileDescriptor(socket.release()); }))
         return *status;
-    return serve(options, socket, inFlight, &supervisor);
+    return serve(setting);
 }
 
 } // namespace

@@ -33,22 +33,33 @@ Writer& writer()
     return instance;
 }
 
-std::string timeStamp()
+void writeLine(LogLevel level, std::string_view word, std::string_view area, std::string_view text) noexcept
+try
 {
-    using namespace std::chrono;
-    const auto now = system_clock::now().time_since_epoch();
-    const std::time_t seconds =
-        system_clock::to_time_t(system_clock::time_point(duration_cast<std::chrono::seconds>(now)));
-    std::tm parts{};
-    gmtime_r(&seconds, &parts);
-    std::array<char, 32> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &parts);
-    std::array<char, 16> fraction{};
-    std::snprintf(fraction.data(),
-                  fraction.size(),
-                  ".%03dZ",
-                  static_cast<int>(duration_cast<milliseconds>(now).count() % 1000));
-    return std::string(text.data(), length) + fraction.data();
+    std::string line = timeStamp();
+    line.append(1, ' ').append(word).append(1, ' ').append(area).append(": ");
+    for (const char c : text.substr(0, kMaxText))
+    {
+        const auto code = static_cast<unsigned char>(c);
+        line.append(1, code < 0x20 || code == 0x7f ? ' ' : c);
+    }
+    while (line.back() == ' ')
+        line.pop_back();
+    if (text.size() > kMaxText)
+        line.append("...");
+    Writer& target = writer();
+    const std::lock_guard lock(target.mutex);
+    if (target.write)
+    {
+        target.write(level, line);
+        return;
+    }
+    line.append(1, '\n');
+    std::fwrite(line.data(), 1, line.size(), stderr);
+}
+catch (...)
+{
+    // Out of memory or a broken writer: there is nowhere left to tell.
 }
 
 } // namespace
@@ -85,40 +96,54 @@ void setLogWriter(LogWriter write)
 
 void log(LogLevel level, std::string_view area, std::string_view text) noexcept
 {
-    if (!logEnabled(level))
-        return;
-    try
-    {
-        std::string line = timeStamp();
-        line.append(1, ' ').append(levelName(level)).append(1, ' ').append(area).append(": ");
-        for (const char c : text.substr(0, kMaxText))
-        {
-            const auto code = static_cast<unsigned char>(c);
-            line.append(1, code < 0x20 || code == 0x7f ? ' ' : c);
-        }
-        while (line.back() == ' ')
-            line.pop_back();
-        if (text.size() > kMaxText)
-            line.append("...");
-        Writer& target = writer();
-        const std::lock_guard lock(target.mutex);
-        if (target.write)
-        {
-            target.write(level, line);
-            return;
-        }
-        line.append(1, '\n');
-        std::fwrite(line.data(), 1, line.size(), stderr);
-    }
-    catch (...)
-    {
-        // Out of memory or a broken writer: there is nowhere left to tell.
-    }
+    if (logEnabled(level))
+        writeLine(level, levelName(level), area, text);
+}
+
+void logAlways(std::string_view word, std::string_view area, std::string_view text) noexcept
+{
+    writeLine(LogLevel::Error, word, area, text);
+}
+
+std::string timeStamp()
+{
+    using namespace std::chrono;
+    const auto now = system_clock::now().time_since_epoch();
+    const std::time_t seconds =
+        system_clock::to_time_t(system_clock::time_point(duration_cast<std::chrono::seconds>(now)));
+    std::tm parts{};
+    gmtime_r(&seconds, &parts);
+    std::array<char, 32> text{};
+    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &parts);
+    std::array<char, 16> fraction{};
+    std::snprintf(fraction.data(),
+                  fraction.size(),
+                  ".%03dZ",
+                  static_cast<int>(duration_cast<milliseconds>(now).count() % 1000));
+    return std::string(text.data(), length) + fraction.data();
+}
+
+std::string secondsText(std::chrono::milliseconds time)
+{
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.3f s", static_cast<double>(time.count()) / 1000);
+    return text.data();
+}
+
+std::string clipped(std::string_view text, std::size_t most)
+{
+    if (text.size() <= most)
+        return std::string(text);
+    const auto continues = [&](std::size_t i)
+    { return (static_cast<unsigned char>(text[i]) & 0xc0) == 0x80; };
+    while (most > 0 && continues(most))
+        --most;
+    return std::string(text.substr(0, most)).append("...");
 }
 
 std::string operationText(std::string_view operation, std::string_view className)
 {
-    return std::string(operation).append(className.empty() ? "" : " ").append(className).append(": ");
+    return clipped(operation).append(className.empty() ? "" : " ").append(clipped(className)).append(": ");
 }
 
 } // namespace cimd

@@ -10,6 +10,7 @@
 #include "agent/xml/XmlWriter.h"
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -29,8 +30,9 @@ struct Call
     HttpResponse& response;     ///< the answer; `xml` writes to its body
     AnswerStream& stream;       ///< takes the answer away in pieces
     std::chrono::seconds timeLimit;
-    XmlWriter& xml;       ///< where results go
-    std::string& subject; ///< the class or qualifier the request is about, for the log
+    XmlWriter& xml;         ///< where results go
+    std::string& subject;   ///< the class or qualifier the request is about, for the log
+    std::uint64_t& results; ///< how many the answer holds so far, for the log
     InFlight::Entry& entry;
 
     const std::string& nameSpace() const { return wire.nameSpace; }
@@ -57,6 +59,7 @@ class WritingSink : public Sink<Item>
     void put(const Item& item) override
     {
         _write(item);
+        ++_call.results;
         _call.stream.flush(_call.response);
     }
 

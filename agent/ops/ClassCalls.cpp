@@ -17,6 +17,7 @@ void getClass(Call& call)
     request.properties = call.parameters.propertyList("PropertyList");
     call.parameters.finish();
     writeClass(call.xml, call.service.getClass(call.context, request));
+    ++call.results;
 }
 
 void enumerateClasses(Call& call)
@@ -51,6 +52,7 @@ void getQualifier(Call& call)
     request.name = call.about(CimName(call.parameters.requiredText("QualifierName")));
     call.parameters.finish();
     writeQualifierDeclaration(call.xml, call.service.getQualifier(call.context, request));
+    ++call.results;
 }
 
 void enumerateQualifiers(Call& call)

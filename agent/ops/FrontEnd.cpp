@@ -4,6 +4,7 @@
 #include "agent/cim/ValueText.h"
 #include "agent/http/CimHeaders.h"
 #include "agent/log/Log.h"
+#include "agent/ops/TracedStream.h"
 
 #include <chrono>
 #include <utility>
@@ -15,6 +16,7 @@ namespace
 {
 
 constexpr unsigned kBadRequest = 400;
+constexpr std::size_t kMaxReason = 500; // bytes of an error text in the log
 
 std::string headerText(const HttpRequest& request, const char* name)
 {
@@ -57,23 +59,39 @@ void checkAgreement(const HttpRequest& request, const WireRequest& wire, const L
         mismatch(request, "CIMObject", target->text());
 }
 
-void logOperation(const HttpRequest& request,
-                  const WireRequest& wire,
-                  const Outcome& outcome,
-                  std::chrono::steady_clock::time_point start)
+std::string counted(std::uint64_t number, const char* what)
 {
+    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
+}
+
+/** An operation that has been answered, as the log and the counters see it. */
+struct Done
+{
+    const RequestContext& context;
+    const WireRequest& wire;
+    const Outcome& outcome;
+    std::chrono::microseconds time;
+    std::uint64_t bytes; // of the answer's body
+};
+
+/** "GetInstance VRAX_FCPort: 192.0.2.7:49152 as alice: ok (532 us, 1 result, 1804 bytes)" */
+void logOperation(const Done& done)
+{
+    const auto& error = done.outcome.error;
     // A failure may be the server's or a provider's and deserves attention; other errors are everyday
     // answers.
-    const bool failed = outcome.error && outcome.error->status() == CimStatus::Failed;
-    const LogLevel level = failed ? LogLevel::Warning : LogLevel::Info;
+    const LogLevel level = error && error->status() == CimStatus::Failed ? LogLevel::Warning : LogLevel::Info;
     if (!logEnabled(level))
         return;
-    const auto elapsed =
-        std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
-    std::string line = operationText(wire.method, outcome.subject) + request.peer + ": ";
-    line += outcome.error ? std::string(statusName(outcome.error->status())) + ": " + outcome.error->what()
-                          : "ok";
-    log(level, "cim", line + " (" + std::to_string(elapsed.count()) + " us)");
+    const std::string& principal = done.context.principal;
+    std::string line = operationText(done.wire.method, done.outcome.subject) + done.context.clientAddress +
+                       " as " + (principal.empty() ? "-" : clipped(principal)) + ": ";
+    line +=
+        error ? std::string(statusName(error->status())) + ": " + clipped(error->what(), kMaxReason) : "ok";
+    log(level,
+        "cim",
+        line + " (" + std::to_string(done.time.count()) + " us, " + counted(done.outcome.results, "result") +
+            ", " + counted(done.bytes, "byte") + ")");
 }
 
 } // namespace
@@ -84,12 +102,24 @@ Verdict FrontEnd::refuse(const HttpRequest& head)
     if (response && logEnabled(LogLevel::Info))
         log(LogLevel::Info,
             "http",
-            head.peer + ": " + head.method + " " + head.target + ": HTTP " +
+            head.peer + ": " + clipped(head.method) + " " + clipped(head.target) + ": HTTP " +
                 std::to_string(response->status));
     return {std::move(response)};
 }
 
 HttpResponse FrontEnd::answer(HttpRequest& request, AnswerStream& stream)
+{
+    if (_watch.trace == nullptr)
+        return operate(request, stream);
+    _watch.trace->write("request from", request.peer, request.body);
+    TracedStream traced(stream, *_watch.trace, request.peer);
+    HttpResponse response = operate(request, traced);
+    _watch.trace->write(
+        traced.taken() == 0 ? "answer to" : "rest of the answer to", request.peer, response.body);
+    return response;
+}
+
+HttpResponse FrontEnd::operate(HttpRequest& request, AnswerStream& stream)
 try
 {
     const auto start = std::chrono::steady_clock::now();
@@ -104,12 +134,25 @@ try
     const std::string host = headerText(request, "Host"); // HTTP/1.0 clients need not send it
     const Outcome outcome =
         _operations.run(context, host.empty() ? "localhost" : host, wire, entry, response, stream);
-    logOperation(request, wire, outcome, start);
+
+    const auto time =
+        std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
+    const Done done{context, wire, outcome, time, stream.taken() + response.body.size()};
+    logOperation(done);
+    if (_watch.counters != nullptr)
+        _watch.counters->add({outcome.operation,
+                              outcome.subject,
+                              outcome.error.has_value(),
+                              done.time,
+                              outcome.results,
+                              done.bytes});
     return response;
 }
 catch (const RequestError& error)
 {
-    log(LogLevel::Warning, "http", request.peer + ": " + error.cimError() + ": " + error.what());
+    log(LogLevel::Warning,
+        "http",
+        request.peer + ": " + error.cimError() + ": " + clipped(error.what(), kMaxReason));
     return refusal(error.httpStatus(), error.cimError(), error.what());
 }
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "agent/http/HttpHandler.h"
+#include "agent/log/XmlTrace.h"
 #include "agent/ops/Operations.h"
+#include "agent/run/Counters.h"
 
 namespace cimd
 {
@@ -11,6 +13,8 @@ namespace cimd
 struct Watch
 {
     InFlight* inFlight = nullptr;
+    Counters* counters = nullptr;
+    XmlTrace* trace = nullptr;
 };
 
 class FrontEnd : public HttpHandler
@@ -32,6 +36,8 @@ class FrontEnd : public HttpHandler
     HttpResponse answer(HttpRequest& request, AnswerStream& stream) override;
 
   private:
+    HttpResponse operate(HttpRequest& request, AnswerStream& stream);
+
     Operations _operations;
     const Limits _limits;
     const Watch _watch;

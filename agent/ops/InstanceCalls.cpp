@@ -40,6 +40,7 @@ void getInstance(Call& call)
     instanceOptions(call, request);
     call.parameters.finish();
     writeInstance(call.xml, call.service.getInstance(call.context, request));
+    ++call.results;
 }
 
 void createInstance(Call& call)
@@ -49,6 +50,7 @@ void createInstance(Call& call)
     request.instance = call.about(call.parameters.instance("NewInstance"));
     call.parameters.finish();
     writeInstanceName(call.xml, call.service.createInstance(call.context, request));
+    ++call.results;
 }
 
 void modifyInstance(Call& call)

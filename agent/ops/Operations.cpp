@@ -89,6 +89,7 @@ Outcome Operations::run(const RequestContext& context,
     {
         _enumerations.expire();
         const Operation& operation = operationFor(request);
+        outcome.operation = operation.name;
         if (request.parameters.size() > _limits.parameters)
             throw CimError(CimStatus::InvalidParameter,
                            "more than " + std::to_string(_limits.parameters) + " parameters");
@@ -107,6 +108,7 @@ Outcome Operations::run(const RequestContext& context,
             _limits.operationSeconds,
             writer.xml(),
             outcome.subject,
+            outcome.results,
             entry};
         writer.begin(operation.returnsValue);
         call.setSubject({});

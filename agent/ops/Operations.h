@@ -8,8 +8,10 @@
 #include "agent/service/CimService.h"
 #include "agent/xml/RequestReader.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace cimd
 {
@@ -17,7 +19,9 @@ namespace cimd
 /** What became of a request, for the log. */
 struct Outcome
 {
+    std::string_view operation;    ///< name from the table of operations; empty for an unknown one
     std::string subject;           ///< class or qualifier the request was about; may be empty
+    std::uint64_t results = 0;     ///< instances, paths, classes ... in the answer
     std::optional<CimError> error; ///< what the client was told, if the operation failed
 };
 

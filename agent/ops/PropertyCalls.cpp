@@ -13,6 +13,7 @@ void getProperty(Call& call)
     request.property = call.parameters.requiredText("PropertyName");
     call.parameters.finish();
     writeValue(call.xml, call.service.getProperty(call.context, request));
+    ++call.results;
 }
 
 void setProperty(Call& call)

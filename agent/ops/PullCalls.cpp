@@ -69,6 +69,7 @@ void writeItems(Call& call, Spool& spool, std::size_t most, Form form)
         call.xml.raw(item.body);
         if (form == Form::WithPath)
             call.xml.close("VALUE.INSTANCEWITHPATH");
+        ++call.results;
         call.stream.flush(call.response);
     }
     call.xml.close("IRETURNVALUE");
@@ -116,6 +117,7 @@ void open(Call& call,
     auto sink = sinkFor<Item>(call, [&](const Item& item) { spoolItem(spool, call.host, item); });
     (call.service.*operation)(call.context, request, sink);
     spool.seal();
+    call.results = 0; // those in the answer are counted, not those gathered
     if (spool.size() <= options.mostObjects)
     {
         writeItems(call, spool, options.mostObjects, form);

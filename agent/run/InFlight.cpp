@@ -2,6 +2,8 @@
 // write may see a mixture, which is good enough for a log, but no data race.
 #include "agent/run/InFlight.h"
 
+#include "agent/log/Log.h"
+
 #include <array>
 #include <cstdint>
 
@@ -88,6 +90,12 @@ std::vector<InFlight::Request> InFlight::list() const
                             slot.isCulprit.load(kRelaxed) != 0});
     }
     return requests;
+}
+
+std::string InFlight::Request::text() const
+{
+    return operationText(operation, className) + peer + ": in flight for " + secondsText(age) +
+           (isCulprit ? ", crashed here" : "");
 }
 
 void InFlight::clear()

@@ -35,6 +35,9 @@ class InFlight
         std::string peer;
         std::chrono::milliseconds age;
         bool isCulprit; ///< The process crashed on this request's thread.
+
+        /** "GetInstance VRAX_FCPort: 192.0.2.7:49152: in flight for 0.003 s, crashed here" */
+        std::string text() const;
     };
 
     /** A request that comes or goes meanwhile may be missing or have mixed texts. */

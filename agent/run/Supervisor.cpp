@@ -7,8 +7,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <system_error>
@@ -31,14 +29,6 @@ constexpr std::chrono::seconds kKillMargin{2};
 void complain(LogLevel level, const std::string& text)
 {
     log(level, "supervisor", text);
-}
-
-/** "0.250 s" */
-std::string secondsText(milliseconds time)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%.3f s", static_cast<double>(time.count()) / 1000);
-    return text;
 }
 
 std::string endText(int status)
@@ -170,9 +160,7 @@ void Supervisor::report(pid_t child, int status, milliseconds lived) const
              "serving process " + std::to_string(child) + " " + endText(status) + " after " +
                  secondsText(lived) + "; requests in flight: " + std::to_string(requests.size()));
     for (const InFlight::Request& request : requests)
-        complain(LogLevel::Error,
-                 operationText(request.operation, request.className) + request.peer + ": in flight for " +
-                     secondsText(request.age) + (request.isCulprit ? ", crashed here" : ""));
+        complain(LogLevel::Error, request.text());
 }
 
 } // namespace cimd

@@ -1,0 +1,65 @@
+// Writing bodies to the trace file.
+#include "agent/log/XmlTrace.h"
+
+#include "agent/log/Log.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace cimd
+{
+
+namespace
+{
+
+bool writeAll(int fd, std::string_view text)
+{
+    while (!text.empty())
+    {
+        const ssize_t written = ::write(fd, text.data(), text.size());
+        if (written < 0 && errno != EINTR)
+            return false;
+        if (written > 0)
+            text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+} // namespace
+
+XmlTrace::XmlTrace(const std::string& file)
+    : _name(file == "-" ? "standard output" : file),
+      _fd(file == "-" ? STDOUT_FILENO
+                      : open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR))
+{
+    if (_fd < 0)
+        throw std::system_error(errno, std::generic_category(), "cannot open " + file);
+}
+
+XmlTrace::~XmlTrace()
+{
+    if (_fd != STDOUT_FILENO)
+        close(_fd);
+}
+
+void XmlTrace::write(std::string_view about, std::string_view peer, std::string_view body) noexcept
+try
+{
+    std::string text = "--- " + timeStamp() + ' ';
+    text.append(about).append(" ").append(peer).append(": ");
+    text.append(std::to_string(body.size())).append(" bytes\n").append(body).append("\n");
+    const std::lock_guard<std::mutex> lock(_mutex);
+    if (!writeAll(_fd, text) && !std::exchange(_hasFailed, true))
+        log(LogLevel::Error,
+            "trace",
+            "cannot write to " + _name + ": " + std::generic_category().message(errno));
+}
+catch (...)
+{
+    // Out of memory: the answer matters more than its trace.
+}
+
+} // namespace cimd

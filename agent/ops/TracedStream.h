@@ -1,0 +1,43 @@
+// Writes to the trace what leaves through an answer's stream.
+#pragma once
+
+#include "agent/http/HttpHandler.h"
+#include "agent/log/XmlTrace.h"
+
+#include <string>
+
+namespace cimd
+{
+
+/** Stands before the stream of one answer; all that it refers to outlives it. */
+class TracedStream : public AnswerStream
+{
+  public:
+    TracedStream(AnswerStream& stream, XmlTrace& trace, const std::string& peer)
+        : _stream(stream), _trace(trace), _peer(peer)
+    {
+    }
+
+    void flush(HttpResponse& response) override
+    {
+        // The stream says how much it took, not what: an error may still replace what waits.
+        _waiting.append(response.body, _waiting.size());
+        const std::size_t before = _stream.taken();
+        _stream.flush(response);
+        if (_stream.taken() == before)
+            return;
+        _trace.write("part of the answer to", _peer, _waiting);
+        _waiting.clear();
+    }
+
+    std::size_t taken() const override { return _stream.taken(); }
+    void whenLate(std::function<HttpResponse()> late) override { _stream.whenLate(std::move(late)); }
+
+  private:
+    AnswerStream& _stream;
+    XmlTrace& _trace;
+    const std::string& _peer;
+    std::string _waiting;
+};
+
+} // namespace cimd

@@ -1,0 +1,27 @@
+// cimd on the test providers, and requests to it.
+#pragma once
+
+#include "tests/agent/http/RawClient.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace cimd::test
+{
+
+// Options that start it; `more` come later and win.
+std::vector<std::string> words(const std::vector<std::string>& more = {});
+
+// A request for the instance of a class with the key Mode.
+std::string getInstance(const std::string& className, const std::string& mode);
+
+// What a new connection is answered.
+std::string ask(std::uint16_t port, const std::string& mode, const std::string& className = "Test_Wild");
+
+bool isInstance(const std::string& answer);
+
+// A request that is still being answered when this returns.
+RawClient askAndLeaveWaiting(std::uint16_t port);
+
+} // namespace cimd::test
