@@ -39,3 +39,23 @@ target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_
 add_executable(cimd main.cpp)
 target_compile_definitions(cimd PRIVATE CIMD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(cimd PRIVATE cimd_wire cimd_start vrax_warnings)
+install(TARGETS cimd)
+
+# The manual page, with an entry for each row LIMIT(member, ..., unit, "option",\n"meaning") of the limits.
+set(cimd_page "${CMAKE_BINARY_DIR}/share/man/man8/cimd.8")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/limits.def")
+file(READ limits.def limit_text)
+string(REPLACE ";" "<semicolon>" limit_text "${limit_text}") # would separate list elements
+string(REGEX MATCHALL "\nLIMIT\\([^\n]*\n[^\n]*\"\\)" limit_rows "${limit_text}")
+set(LIMITS)
+foreach(row IN LISTS limit_rows)
+    if(NOT row MATCHES "\"([a-z-]+)\",[ \n]*\"([^\n]*)\"\\)$")
+        message(FATAL_ERROR "agent/limits.def: a row should end in option and meaning: ${row}")
+    endif()
+    set(meaning "${CMAKE_MATCH_2}")
+    string(REPLACE "-" "\\-" option "--${CMAKE_MATCH_1}")
+    string(APPEND LIMITS ".TP\n.BI ${option} \" NUMBER\"\n${meaning}\n")
+endforeach()
+string(REPLACE "<semicolon>" ";" LIMITS "${LIMITS}")
+configure_file("${CMAKE_SOURCE_DIR}/docs/cimd.8.in" "${cimd_page}" @ONLY)
+install(FILES "${cimd_page}" DESTINATION share/man/man8)

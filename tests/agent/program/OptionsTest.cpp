@@ -1,7 +1,10 @@
 // Command lines: what they set and what is said about the wrong ones.
 #include "agent/Options.h"
 
+#include <algorithm>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <regex>
 #include <sstream>
 #include <vector>
 
@@ -139,6 +142,28 @@ TEST(OptionsTest, FaultsNameTheOption)
         }
         EXPECT_EQ(row.fault, fault);
     }
+}
+
+TEST(OptionsTest, TheManualKnowsWhatHelpKnows)
+{
+    std::ostringstream page;
+    page << std::ifstream(CIMD_PAGE).rdbuf();
+    std::string manual = page.str();
+    manual.erase(std::remove(manual.begin(), manual.end(), '\\'), manual.end());
+    std::istringstream help(helpText());
+    unsigned options = 0;
+    for (std::string line; std::getline(help, line);)
+    {
+        std::istringstream words(line);
+        std::string option;
+        words >> option;
+        if (line.rfind("       --", 0) != 0)
+            continue;
+        ++options;
+        const std::regex entry("\\n\\.BI? " + option + "[ \\n]");
+        EXPECT_TRUE(std::regex_search(manual, entry)) << option << " is missing in docs/cimd.8.in";
+    }
+    EXPECT_LT(20U, options);
 }
 
 } // namespace
