@@ -3,9 +3,10 @@ SHELL := /bin/bash
 JOBS ?= $(shell nproc)
 PORT ?= 5988
 SCENARIO ?= simulator/scenarios/default.json
+FUZZ_SECONDS ?= 60
 PYTHON := .venv/bin/python3
 
-.PHONY: help run demo test test-asan test-tsan test-ppc test-clang-tsa test-install bench format lint setup clean
+.PHONY: help run demo test test-asan test-tsan test-ppc test-clang-tsa test-install fuzz bench format lint setup clean
 
 help:
 	@sed -n 's/^## //p' Makefile
@@ -54,6 +55,11 @@ test-clang-tsa: setup
 ## make test-install    install the toolkit, then build the module against that installation
 test-install: setup
 	@scripts/check-installed-toolkit
+
+## make fuzz       fuzz every reader of foreign input for a while (FUZZ_SECONDS each, 60)
+fuzz: setup
+	@scripts/build fuzz fuzz
+	@scripts/fuzz build/fuzz $(FUZZ_SECONDS)
 
 ## make bench      performance figures of an optimised build
 bench: setup

@@ -111,12 +111,11 @@ class Map_Provider
     // Empties and builds the map and records the outcome. The caller holds the write lock.
     Load_Status rebuild()
     {
-        Former_Instances former(map());
         self().unload();
         const std::uint32_t forcedUnloads = maps().forcedUnloads(kIndex);
         try
         {
-            Map_Writer<CLASS> writer(&former);
+            Map_Writer<CLASS> writer;
             self().build(writer);
             maps().InstMapLoadSetOK(kIndex);
             if (maps().forcedUnloads(kIndex) != forcedUnloads)

@@ -72,7 +72,7 @@ void benchMaps()
 
         std::vector<Owned<VRAX_FCPortStatistics>> instances;
         std::unique_ptr<Inst_Map> map;
-        const double insertSeconds = processorSeconds(
+        const double insertSeconds = secondsPerCall(
             [&]
             {
                 for (Owned<VRAX_FCPortStatistics>& instance : instances)
