@@ -14,6 +14,7 @@ import codecs
 import http.client
 import re
 
+CONTEXT = re.compile('(NAME="EnumerationContext" PARAMTYPE="string">\n<VALUE>)([^<]+)')
 SEPARATOR = "\n=====\n"
 REQUEST_LINE = re.compile(r"([A-Z-]+) (\S+) HTTP/1\.1")
 USUAL_HEADERS = {"Host": "switch:5988", "Content-Type": "application/xml", "CIMOperation": "MethodCall"}
@@ -78,6 +79,9 @@ def replay(port, request_text, recorded):
             match = answer_text is not None and pattern_of(answer_text).fullmatch(answer.text)
             if match:
                 known.update(match.groupdict())
+            elif context := CONTEXT.search(answer.text):  # so that new pairs can be recorded
+                known["EnumerationContext"] = context[2]
+                answer.text = CONTEXT.sub(r"\1{{EnumerationContext}}", answer.text)
             yield answer, answer_text, bool(match)
     finally:
         connection.close()
