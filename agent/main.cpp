@@ -79,7 +79,10 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
     // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
     // of a service may have been sent the first.
     if (setting.supervisor == nullptr)
+    {
+        std::signal(SIGUSR1, SIG_IGN); // its default is to kill
         signals.unblock();
+    }
 }
 
 int serve(const Setting& setting)
