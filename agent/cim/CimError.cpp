@@ -1,8 +1,40 @@
-// Names of the CIM status codes.
+// Names of the CIM status codes, and the length of messages.
 #include "agent/cim/CimError.h"
 
 namespace cimd
 {
+
+namespace
+{
+
+bool continuesCharacter(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+// The ends of a long message, cut between characters of its UTF-8: what was asked stands at the start, what
+// was wrong often at the end.
+std::string shortened(const std::string& message)
+{
+    constexpr std::size_t kMost = 1000;
+    if (message.size() <= kMost)
+        return message;
+    std::size_t head = kMost * 3 / 5;
+    std::size_t tail = message.size() - kMost * 3 / 10;
+    while (head > 0 && continuesCharacter(message[head]))
+        --head;
+    while (tail < message.size() && continuesCharacter(message[tail]))
+        ++tail;
+    return message.substr(0, head) + " [" + std::to_string(tail - head) + " bytes left out] " +
+           message.substr(tail);
+}
+
+} // namespace
+
+CimError::CimError(CimStatus status, const std::string& message)
+    : std::runtime_error(shortened(message)), _status(status)
+{
+}
 
 std::string_view statusName(CimStatus status)
 {

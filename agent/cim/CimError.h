@@ -46,7 +46,9 @@ std::string_view statusName(CimStatus status);
 class CimError : public std::runtime_error
 {
   public:
-    CimError(CimStatus status, const std::string& message) : std::runtime_error(message), _status(status) {}
+    // A message of more than 1000 bytes loses its middle: names that clients send may be as long as a
+    // request.
+    CimError(CimStatus status, const std::string& message);
 
     CimStatus status() const { return _status; }
     int code() const { return static_cast<int>(_status); }

@@ -3,6 +3,7 @@
 #include "agent/service/ResultShaping.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace cimd
 {
@@ -72,129 +73,129 @@ std::vector<const ProviderEntry*> ProviderService::associationProviders(const As
     return found;
 }
 
+template <class Request, class MakeFilter>
+ProviderService::Walk ProviderService::walkFrom(const Request& request, MakeFilter makeFilter) const
+{
+    const InputCheck check = in(request.nameSpace);
+    const ClassInfo& source = check.classNamed(request.path.className());
+    ObjectPath path = check.instancePath(request.path, source);
+    const AssociationFilter filter = makeFilter(check, source);
+    return {check.nameSpace(), std::move(path), associationProviders(filter, check.nameSpace())};
+}
+
+ProviderService::Walk ProviderService::walk(const AssociatorNamesRequest& request) const
+{
+    return walkFrom(request,
+                    [&](const InputCheck& check, const ClassInfo& source)
+                    {
+                        return AssociationFilter{source,
+                                                 check.filterClass(request.assocClass, "AssocClass"),
+                                                 check.filterClass(request.resultClass, "ResultClass"),
+                                                 request.role,
+                                                 request.resultRole};
+                    });
+}
+
+ProviderService::Walk ProviderService::walk(const ReferenceNamesRequest& request) const
+{
+    // The result of a reference request is the association itself.
+    return walkFrom(
+        request,
+        [&](const InputCheck& check, const ClassInfo& source)
+        {
+            return AssociationFilter{
+                source, check.filterClass(request.resultClass, "ResultClass"), nullptr, request.role, {}};
+        });
+}
+
 void ProviderService::associators(const RequestContext& context,
                                   const AssociatorsRequest& request,
                                   Sink<Instance>& sink)
 {
-    const InputCheck check = in(request.nameSpace);
-    const ClassInfo& source = check.classNamed(request.path.className());
-    const ObjectPath path = check.instancePath(request.path, source);
-    const AssociationFilter filter{source,
-                                   check.filterClass(request.assocClass, "AssocClass"),
-                                   check.filterClass(request.resultClass, "ResultClass"),
-                                   request.role,
-                                   request.resultRole};
     InstanceShaper shaper(sink, request.properties, request.includeClassOrigin);
-    callAll(context,
-            associationProviders(filter, check.nameSpace()),
-            check.nameSpace(),
-            "Associators",
-            originFlag(request.includeClassOrigin),
-            shaper,
-            &Provider::association,
-            [&](ProviderCall& call, CMPIAssociationMI* mi, const ClassInfo&)
-            {
-                return mi->ft->associators(mi,
-                                           call.context(),
-                                           call.result(),
-                                           call.path(path),
-                                           ProviderCall::filter(request.assocClass),
-                                           ProviderCall::filter(request.resultClass),
-                                           ProviderCall::filter(request.role),
-                                           ProviderCall::filter(request.resultRole),
-                                           call.properties(request.properties));
-            });
+    follow(context,
+           walk(request),
+           "Associators",
+           originFlag(request.includeClassOrigin),
+           shaper,
+           [&](ProviderCall& call, CMPIAssociationMI* mi, CMPIObjectPath* path)
+           {
+               return mi->ft->associators(mi,
+                                          call.context(),
+                                          call.result(),
+                                          path,
+                                          ProviderCall::filter(request.assocClass),
+                                          ProviderCall::filter(request.resultClass),
+                                          ProviderCall::filter(request.role),
+                                          ProviderCall::filter(request.resultRole),
+                                          call.properties(request.properties));
+           });
 }
 
 void ProviderService::associatorNames(const RequestContext& context,
                                       const AssociatorNamesRequest& request,
                                       Sink<ObjectPath>& sink)
 {
-    const InputCheck check = in(request.nameSpace);
-    const ClassInfo& source = check.classNamed(request.path.className());
-    const ObjectPath path = check.instancePath(request.path, source);
-    const AssociationFilter filter{source,
-                                   check.filterClass(request.assocClass, "AssocClass"),
-                                   check.filterClass(request.resultClass, "ResultClass"),
-                                   request.role,
-                                   request.resultRole};
     PathForwarder forwarder(sink);
-    callAll(context,
-            associationProviders(filter, check.nameSpace()),
-            check.nameSpace(),
-            "AssociatorNames",
-            0,
-            forwarder,
-            &Provider::association,
-            [&](ProviderCall& call, CMPIAssociationMI* mi, const ClassInfo&)
-            {
-                return mi->ft->associatorNames(mi,
-                                               call.context(),
-                                               call.result(),
-                                               call.path(path),
-                                               ProviderCall::filter(request.assocClass),
-                                               ProviderCall::filter(request.resultClass),
-                                               ProviderCall::filter(request.role),
-                                               ProviderCall::filter(request.resultRole));
-            });
+    follow(context,
+           walk(request),
+           "AssociatorNames",
+           0,
+           forwarder,
+           [&](ProviderCall& call, CMPIAssociationMI* mi, CMPIObjectPath* path)
+           {
+               return mi->ft->associatorNames(mi,
+                                              call.context(),
+                                              call.result(),
+                                              path,
+                                              ProviderCall::filter(request.assocClass),
+                                              ProviderCall::filter(request.resultClass),
+                                              ProviderCall::filter(request.role),
+                                              ProviderCall::filter(request.resultRole));
+           });
 }
 
 void ProviderService::references(const RequestContext& context,
                                  const ReferencesRequest& request,
                                  Sink<Instance>& sink)
 {
-    const InputCheck check = in(request.nameSpace);
-    const ClassInfo& source = check.classNamed(request.path.className());
-    const ObjectPath path = check.instancePath(request.path, source);
-    // The result of a reference request is the association itself.
-    const AssociationFilter filter{
-        source, check.filterClass(request.resultClass, "ResultClass"), nullptr, request.role, {}};
     InstanceShaper shaper(sink, request.properties, request.includeClassOrigin);
-    callAll(context,
-            associationProviders(filter, check.nameSpace()),
-            check.nameSpace(),
-            "References",
-            originFlag(request.includeClassOrigin),
-            shaper,
-            &Provider::association,
-            [&](ProviderCall& call, CMPIAssociationMI* mi, const ClassInfo&)
-            {
-                return mi->ft->references(mi,
-                                          call.context(),
-                                          call.result(),
-                                          call.path(path),
-                                          ProviderCall::filter(request.resultClass),
-                                          ProviderCall::filter(request.role),
-                                          call.properties(request.properties));
-            });
+    follow(context,
+           walk(request),
+           "References",
+           originFlag(request.includeClassOrigin),
+           shaper,
+           [&](ProviderCall& call, CMPIAssociationMI* mi, CMPIObjectPath* path)
+           {
+               return mi->ft->references(mi,
+                                         call.context(),
+                                         call.result(),
+                                         path,
+                                         ProviderCall::filter(request.resultClass),
+                                         ProviderCall::filter(request.role),
+                                         call.properties(request.properties));
+           });
 }
 
 void ProviderService::referenceNames(const RequestContext& context,
                                      const ReferenceNamesRequest& request,
                                      Sink<ObjectPath>& sink)
 {
-    const InputCheck check = in(request.nameSpace);
-    const ClassInfo& source = check.classNamed(request.path.className());
-    const ObjectPath path = check.instancePath(request.path, source);
-    const AssociationFilter filter{
-        source, check.filterClass(request.resultClass, "ResultClass"), nullptr, request.role, {}};
     PathForwarder forwarder(sink);
-    callAll(context,
-            associationProviders(filter, check.nameSpace()),
-            check.nameSpace(),
-            "ReferenceNames",
-            0,
-            forwarder,
-            &Provider::association,
-            [&](ProviderCall& call, CMPIAssociationMI* mi, const ClassInfo&)
-            {
-                return mi->ft->referenceNames(mi,
-                                              call.context(),
-                                              call.result(),
-                                              call.path(path),
-                                              ProviderCall::filter(request.resultClass),
-                                              ProviderCall::filter(request.role));
-            });
+    follow(context,
+           walk(request),
+           "ReferenceNames",
+           0,
+           forwarder,
+           [&](ProviderCall& call, CMPIAssociationMI* mi, CMPIObjectPath* path)
+           {
+               return mi->ft->referenceNames(mi,
+                                             call.context(),
+                                             call.result(),
+                                             path,
+                                             ProviderCall::filter(request.resultClass),
+                                             ProviderCall::filter(request.role));
+           });
 }
 
 } // namespace cimd

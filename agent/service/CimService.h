@@ -97,19 +97,6 @@ struct DeleteInstanceRequest
 };
 
 // Empty names do not filter.
-struct AssociatorsRequest
-{
-    std::string nameSpace;
-    ObjectPath path;
-    CimName assocClass;
-    CimName resultClass;
-    CimName role;
-    CimName resultRole;
-    bool includeQualifiers = false;
-    bool includeClassOrigin = false;
-    PropertyList properties;
-};
-
 struct AssociatorNamesRequest
 {
     std::string nameSpace;
@@ -120,13 +107,9 @@ struct AssociatorNamesRequest
     CimName resultRole;
 };
 
-struct ReferencesRequest
+struct AssociatorsRequest : AssociatorNamesRequest
 {
-    std::string nameSpace;
-    ObjectPath path;
-    CimName resultClass;
-    CimName role;
-    bool includeQualifiers = false;
+    bool includeQualifiers = false; // as above
     bool includeClassOrigin = false;
     PropertyList properties;
 };
@@ -137,6 +120,13 @@ struct ReferenceNamesRequest
     ObjectPath path;
     CimName resultClass;
     CimName role;
+};
+
+struct ReferencesRequest : ReferenceNamesRequest
+{
+    bool includeQualifiers = false; // as above
+    bool includeClassOrigin = false;
+    PropertyList properties;
 };
 
 struct Argument

@@ -5,30 +5,11 @@
 #include "agent/service/ResultShaping.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace cimd
 {
 namespace
 {
-
-// The one path that CreateInstance returns.
-class SinglePath : public ResultReceiver
-{
-  public:
-    void path(const ObjectPath& path, const ClassInfo&) override
-    {
-        if (_path)
-            throw CimError(CimStatus::Failed,
-                           "the provider returned more than one path for one new instance");
-        _path = path;
-    }
-
-    const std::optional<ObjectPath>& get() const { return _path; }
-
-  private:
-    std::optional<ObjectPath> _path;
-};
 
 CMPIFlags readFlags(bool deepInheritance, bool includeClassOrigin)
 {
@@ -188,23 +169,26 @@ ObjectPath ProviderService::createInstance(const RequestContext& context,
     Instance instance = check.instance(request.instance, info);
     instance.setPath({check.nameSpace(), info.name()});
     const ProviderEntry& entry = providerOf(info, ProviderKind::Instance, check.nameSpace(), kOperation);
-    SinglePath created;
+    Collector<ObjectPath> created;
+    PathForwarder forwarder(created);
     call(context,
          entry,
          check.nameSpace(),
          kOperation,
          0,
-         created,
+         forwarder,
          &Provider::instance,
          [&](ProviderCall& each, CMPIInstanceMI* mi)
          {
              return mi->ft->createInstance(
                  mi, each.context(), each.result(), each.path(instance.path()), each.instance(instance));
          });
-    if (!created.get())
+    if (created.items.size() != 1)
         throw CimError(CimStatus::Failed,
-                       operationText(kOperation, info.name().str()) + "the provider returned no path");
-    return *created.get();
+                       operationText(kOperation, info.name().str()) + "the provider returned " +
+                           (created.items.empty() ? "no path" : "more than one path") +
+                           " for the new instance");
+    return std::move(created.items.front());
 }
 
 void ProviderService::modifyInstance(const RequestContext& context, const ModifyInstanceRequest& request)

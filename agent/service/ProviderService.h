@@ -85,9 +85,40 @@ class ProviderService : public CimService
         CimName role;
         CimName resultRole;
     };
+    // An association request that was found to be in order: where it starts and whom it is for.
+    struct Walk
+    {
+        std::string nameSpace;
+        ObjectPath path;
+        std::vector<const ProviderEntry*> providers;
+    };
+    template <class Request, class MakeFilter>
+    Walk walkFrom(const Request& request, MakeFilter makeFilter) const;
+    Walk walk(const AssociatorNamesRequest& request) const;
+    Walk walk(const ReferenceNamesRequest& request) const;
     std::vector<const ProviderEntry*> associationProviders(const AssociationFilter& filter,
                                                            const std::string& nameSpace) const;
     bool leadsSomewhere(const ClassInfo& association, const AssociationFilter& filter) const;
+
+    // Calls the providers of a walk: `function(call, interface, path)` returns a status.
+    template <class Function>
+    void follow(const RequestContext& context,
+                const Walk& walk,
+                const char* operation,
+                CMPIFlags flags,
+                ResultReceiver& receiver,
+                Function function) const
+    {
+        callAll(context,
+                walk.providers,
+                walk.nameSpace,
+                operation,
+                flags,
+                receiver,
+                &Provider::association,
+                [&](ProviderCall& each, CMPIAssociationMI* mi, const ClassInfo&)
+                { return function(each, mi, each.path(walk.path)); });
+    }
 
     // Calls one function of one of a provider's interfaces: `function(call, interface)` returns its status.
     template <class Interface, class Function>

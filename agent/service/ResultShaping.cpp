@@ -1,16 +1,15 @@
 // Selection of properties.
 #include "agent/service/ResultShaping.h"
 
+#include "agent/service/OutgoingCheck.h"
+
 namespace cimd
 {
 
 void InstanceShaper::instance(const Instance& instance, const ClassInfo& info)
 {
     if (!_properties && !_includeClassOrigin && !_visible)
-    {
-        _sink.put(instance);
-        return;
-    }
+        return put(instance, info);
     Instance shaped(instance.className());
     shaped.setPath(instance.path());
     for (std::size_t i = 0; i < instance.properties().size(); ++i)
@@ -23,7 +22,21 @@ void InstanceShaper::instance(const Instance& instance, const ClassInfo& info)
         if (_includeClassOrigin)
             shaped.properties().back().classOrigin = info.properties()[i]->classOrigin;
     }
-    _sink.put(shaped);
+    put(shaped, info);
+}
+
+void InstanceShaper::put(const Instance& instance, const ClassInfo& info)
+{
+    if constexpr (kChecksOutgoing)
+        checkOutgoing(instance, info);
+    _sink.put(instance);
+}
+
+void PathForwarder::path(const ObjectPath& path, const ClassInfo& info)
+{
+    if constexpr (kChecksOutgoing)
+        checkOutgoing(path, info);
+    _sink.put(path);
 }
 
 } // namespace cimd

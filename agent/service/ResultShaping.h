@@ -25,6 +25,8 @@ class InstanceShaper : public ResultReceiver
     void instance(const Instance& instance, const ClassInfo& info) override;
 
   private:
+    void put(const Instance& instance, const ClassInfo& info);
+
     Sink<Instance>& _sink;
     const PropertyList& _properties;
     bool _includeClassOrigin;
@@ -36,7 +38,7 @@ class PathForwarder : public ResultReceiver
   public:
     explicit PathForwarder(Sink<ObjectPath>& sink) : _sink(sink) {}
 
-    void path(const ObjectPath& path, const ClassInfo&) override { _sink.put(path); }
+    void path(const ObjectPath& path, const ClassInfo& info) override;
 
   private:
     Sink<ObjectPath>& _sink;
