@@ -186,8 +186,7 @@ ObjectPath ProviderService::createInstance(const RequestContext& context,
     if (created.items.size() != 1)
         throw CimError(CimStatus::Failed,
                        operationText(kOperation, info.name().str()) + "the provider returned " +
-                           (created.items.empty() ? "no path" : "more than one path") +
-                           " for the new instance");
+                           (created.items.empty() ? "no path" : "more than one path"));
     return std::move(created.items.front());
 }
 

@@ -1,57 +1,132 @@
 """Every association class of the repository, walked from both ends in all the ways the protocol has."""
 
-import itertools
+import collections
+import xml.etree.ElementTree as ET
 
 import pywbem
 import pytest
 
+AT_ONCE = 1000000  # more results than there are
+
 
 def association_classes(connection):
-    classes = connection.EnumerateClasses(DeepInheritance=True, LocalOnly=False, IncludeQualifiers=True)
-    served = {c.classname for c in classes if c.classname.startswith("VRAX_") and "Association" in c.qualifiers}
-    assert served, "no association class is served"
-    return sorted(served)
+    """Every association that the repository knows and a provider serves, with its two ends."""
+    served = {}
+    for declared in connection.EnumerateClasses(DeepInheritance=True, LocalOnly=False, IncludeQualifiers=True):
+        if "Association" not in declared.qualifiers:
+            continue
+        try:
+            names = connection.EnumerateInstanceNames(declared.classname)
+        except pywbem.CIMError as error:
+            assert error.status_code == pywbem.CIM_ERR_NOT_SUPPORTED
+            continue
+        if any(name.classname == declared.classname for name in names):
+            served[declared.classname] = [p.name for p in declared.properties.values() if p.type == "reference"]
+    assert len(served) >= 16, "associations that were served are missing"
+    return served
 
 
-def references_of(connection, association):
-    declared = connection.GetClass(association, LocalOnly=False)
-    return [p.name for p in declared.properties.values() if p.type == "reference"]
+def plain(path):
+    """The text of a path without the host, which only some answers name."""
+    copy = path.copy()
+    copy.host = None
+    return str(copy)
 
 
-def sample(sources, most=6):
-    """Some of many, spread evenly, so that large associations do not take minutes to walk."""
-    ordered = sorted(sources)
-    step = max(1, len(ordered) // most)
-    return ordered[::step]
+def plain_paths(results):
+    """Of paths, or of instances."""
+    return sorted(plain(result.path if isinstance(result, pywbem.CIMInstance) else result) for result in results)
 
 
-def test_six_ways_of_walking_agree(connection):
-    for association in association_classes(connection):
+def some(many, most=4):
+    """A few of many, spread evenly."""
+    many = list(many)
+    return many[::max(1, len(many) // most)]
+
+
+def grouped(results, near, far):
+    """The paths of the associations and of their far ends by the near end's path."""
+    found = collections.defaultdict(lambda: ([], []))
+    for result in results:
+        path = result.path if isinstance(result, pywbem.CIMInstance) else result
+        found[plain(result[near])][0].append(plain(path))
+        found[plain(result[near])][1].append(plain(result[far]))
+    return {source: (sorted(links), sorted(ends)) for source, (links, ends) in found.items()}
+
+
+def test_every_way_of_walking_finds_the_same_pairs(connection):
+    for association, (left, right) in association_classes(connection).items():
         instances = connection.EnumerateInstances(association)
-        paths = connection.EnumerateInstanceNames(association)
-        assert [i.path for i in instances] == paths
-        near, far = references_of(connection, association)
-        for (source_role, result_role), source in itertools.product(
-                [(near, far), (far, near)],
-                sample({str(i[near]) for i in instances}) + sample({str(i[far]) for i in instances})):
-            source_path = pywbem.CIMInstanceName.from_wbem_uri(source)
-            matching = [i for i in instances if str(i[source_role]) == source]
-            expected = sorted(str(i[result_role]) for i in matching)
-            expected_refs = sorted(str(i.path) for i in matching)
+        for near, far in [(left, right), (right, left)]:
+            expected = grouped(instances, near, far)
+            assert grouped(connection.EnumerateInstanceNames(association), near, far) == expected, association
+            for source, (links, ends) in expected.items():
+                start = pywbem.CIMInstanceName.from_wbem_uri(source)
+                to_links = {"ResultClass": association, "Role": near}
+                to_ends = {"AssocClass": association, "Role": near, "ResultRole": far}
+                assert plain_paths(connection.ReferenceNames(start, **to_links)) == links
+                assert plain_paths(connection.AssociatorNames(start, **to_ends)) == ends
+                references = connection.References(start, **to_links)
+                assert grouped(references, near, far) == {source: (links, ends)}
+                assert plain_paths(connection.Associators(start, **to_ends)) == ends
+            for source in some(expected):
+                check_other_ways(connection, association, near, far, source, *expected[source])
 
-            def without_host(path):
-                plain = path.copy()
-                plain.host = None
-                return str(plain)
 
-            names = connection.AssociatorNames(source_path, AssocClass=association, Role=source_role)
-            assert sorted(map(without_host, names)) == expected
-            full = connection.Associators(source_path, AssocClass=association, ResultRole=result_role)
-            assert sorted(without_host(i.path) for i in full) == expected
-            reference_names = connection.ReferenceNames(source_path, ResultClass=association, Role=source_role)
-            assert sorted(map(without_host, reference_names)) == expected_refs
-            references = connection.References(source_path, ResultClass=association, Role=source_role)
-            assert sorted(without_host(i.path) for i in references) == expected_refs
+def check_other_ways(connection, association, near, far, source, links, ends):
+    """Without filters but filtered by hand, and opened for pulling."""
+    start = pywbem.CIMInstanceName.from_wbem_uri(source)
+    for results in [connection.References(start), connection.ReferenceNames(start)]:
+        paths = [(r, r.path if isinstance(r, pywbem.CIMInstance) else r) for r in results]
+        own = [r for r, path in paths if path.classname == association and plain(r[near]) == source]
+        assert grouped(own, near, far) == {source: (links, ends)}
+    for results in [connection.Associators(start), connection.AssociatorNames(start)]:
+        assert set(ends) <= set(plain_paths(results))
+    to_links = {"ResultClass": association, "Role": near, "MaxObjectCount": AT_ONCE}
+    to_ends = {"AssocClass": association, "Role": near, "ResultRole": far, "MaxObjectCount": AT_ONCE}
+    assert plain_paths(connection.OpenReferenceInstances(start, **to_links).instances) == links
+    assert plain_paths(connection.OpenReferenceInstancePaths(start, **to_links).paths) == links
+    assert plain_paths(connection.OpenAssociatorInstances(start, **to_ends).instances) == ends
+    assert plain_paths(connection.OpenAssociatorInstancePaths(start, **to_ends).paths) == ends
+
+
+def identity(name):
+    """What an INSTANCENAME names, without regard to letter case and to the form of its key values."""
+    keys = [(key.get("NAME").lower(), *(identity(end) for end in key.iter("INSTANCENAME")),
+             *(value.text.lower() for value in key.findall("KEYVALUE"))) for key in name.findall("KEYBINDING")]
+    return name.get("CLASSNAME").lower(), tuple(sorted(keys))
+
+
+class PathRecorder(pywbem.BaseOperationRecorder):
+    """Collects the spellings of every INSTANCENAME of every answer, by what it names."""
+
+    def __init__(self):
+        super().__init__()
+        self.spellings = collections.defaultdict(set)
+
+    def record(self, pywbem_args, pywbem_result, http_request, http_response):
+        for element in ET.fromstring(http_response.payload).iter("INSTANCENAME"):
+            self.spellings[identity(element)].add(ET.tostring(element))
+
+
+def test_a_path_is_the_same_to_the_byte_in_every_answer(agent, connection):
+    recorder = PathRecorder()
+    recording = pywbem.WBEMConnection(agent.url, default_namespace=connection.default_namespace)
+    recording.add_operation_recorder(recorder)
+    served = {path.classname for root in ("CIM_ManagedElement", *association_classes(connection))
+              for path in recording.EnumerateInstanceNames(root)}
+    for class_name in served:
+        paths = [instance.path for instance in recording.EnumerateInstances(class_name)]
+        for path in some(paths, most=3):
+            assert recording.GetInstance(path) == next(i for i in recording.EnumerateInstances(class_name)
+                                                       if i.path == path)
+            recording.Associators(path)
+            recording.References(path)
+            recording.OpenAssociatorInstancePaths(path, MaxObjectCount=AT_ONCE)
+            recording.OpenReferenceInstances(path, MaxObjectCount=AT_ONCE)
+        recording.OpenEnumerateInstancePaths(class_name, MaxObjectCount=AT_ONCE)
+    assert len(recorder.spellings) > len(served)
+    assert [found for found in recorder.spellings.values() if len(found) > 1] == []
 
 
 @pytest.mark.parametrize("filters, expected", [
