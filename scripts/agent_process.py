@@ -72,6 +72,13 @@ class AgentProcess:
     def port(self):
         return int(self.url.rsplit(":", 1)[1])
 
+    @property
+    def serving_pid(self):
+        """The process that answers clients: the one that was started only watches it, unless told otherwise."""
+        pid = self.process.pid
+        children = pathlib.Path(f"/proc/{pid}/task/{pid}/children").read_text().split()
+        return int(children[0]) if children else pid
+
     def log(self):
         return "".join(self.log_lines)
 
