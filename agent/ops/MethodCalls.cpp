@@ -16,8 +16,11 @@ void invokeMethod(Call& call)
             named(requiredAttribute(element, "NAME"), [&] { return call.reader.argument(element); }));
     const MethodResult result = call.service.invokeMethod(call.context, request);
     writeReturnValue(call.xml, result.returnValue);
+    // NULL is left out, which says the same: sblim-wbemcli and pywbemcli fall over a reference without a
+    // value.
     for (const Argument& argument : result.out)
-        writeArgument(call.xml, argument);
+        if (!argument.value.isNull())
+            writeArgument(call.xml, argument);
 }
 
 } // namespace cimd

@@ -30,6 +30,17 @@ def test_get_and_follow_a_printed_path(agent):
     assert 'Name="root/interop"' in wbemcli(agent, "ain", target, "-ac", "VRAX_NamespaceInManager").stdout
 
 
+def test_reads_and_writes_a_property_and_calls_a_method(agent):
+    port = wbemcli(agent, "ein", "VRAX_FCPort").stdout.splitlines()[0].split("root/interop:", 1)[1]
+    name = wbemcli(agent, "gp", port, "ElementName").stdout.strip()
+    for operation, text in (("sp", "spare"), ("mi", name)):
+        done = wbemcli(agent, operation, port, f"ElementName={text}")
+        assert done.returncode == 0, done.stdout
+        assert wbemcli(agent, "gp", port, "ElementName").stdout.strip() == text
+    done = wbemcli(agent, "cm", port, "RequestStateChange.RequestedState=2")
+    assert done.returncode == 0 and done.stdout.strip().endswith("RequestStateChange: 0"), done
+
+
 def test_errors_reach_the_user(agent):
     done = wbemcli(agent, "ei", "VRAX_NoSuchClass")
     assert done.returncode != 0 and "VRAX_NoSuchClass" in done.stdout + done.stderr
