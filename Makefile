@@ -61,9 +61,9 @@ fuzz: setup
 	@scripts/build fuzz fuzz
 	@scripts/fuzz build/fuzz $(FUZZ_SECONDS)
 
-## make bench      performance figures of an optimised build
+## make bench      performance figures of an optimised build, module and agent
 bench: setup
-	@scripts/build release vrax_bench
+	@scripts/build release benches
 	@scripts/bench build/release
 
 ## make format     format the sources in place

@@ -1,0 +1,87 @@
+// Starting cimd and looking at its memory.
+#include "tests/bench/agent/Agent.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace bench
+{
+
+namespace
+{
+
+// The line that cimd prints when it is ready; empty when it ends before.
+std::string firstLine(int output)
+{
+    std::string line;
+    char c = 0;
+    while (read(output, &c, 1) == 1 && c != '\n')
+        line += c;
+    return line;
+}
+
+} // namespace
+
+Agent::Agent(const std::string& program, std::vector<std::string> arguments, bool supervised)
+{
+    arguments.insert(arguments.begin(), {program, "--port", "0"});
+    if (!supervised)
+        arguments.push_back("--no-supervisor");
+    std::vector<char*> argv;
+    for (std::string& argument : arguments)
+        argv.push_back(argument.data());
+    argv.push_back(nullptr);
+
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0)
+        throw std::runtime_error(std::string("pipe: ") + std::strerror(errno));
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+    const int failure = posix_spawn(&_pid, program.c_str(), &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    close(ends[1]);
+    const std::string line = failure == 0 ? firstLine(ends[0]) : "";
+    close(ends[0]);
+    if (failure != 0)
+        throw std::runtime_error(program + ": " + std::strerror(failure));
+    const std::size_t colon = line.rfind(':');
+    if (colon == std::string::npos)
+        throw std::runtime_error(program + " did not start");
+    _port = static_cast<std::uint16_t>(std::stoul(line.substr(colon + 1)));
+}
+
+Agent::~Agent()
+{
+    kill(_pid, SIGTERM);
+    waitpid(_pid, nullptr, 0);
+}
+
+Memory Agent::memory() const
+{
+    std::ifstream status("/proc/" + std::to_string(_pid) + "/status");
+    Memory memory;
+    for (std::string line; std::getline(status, line);)
+    {
+        std::sscanf(line.c_str(), "VmRSS: %zu", &memory.now);
+        std::sscanf(line.c_str(), "VmHWM: %zu", &memory.peak);
+        std::sscanf(line.c_str(), "RssAnon: %zu", &memory.own);
+    }
+    return memory;
+}
+
+void Agent::forgetPeak() const
+{
+    std::ofstream("/proc/" + std::to_string(_pid) + "/clear_refs") << "5"; // see proc(5)
+}
+
+} // namespace bench

@@ -1,0 +1,43 @@
+// A running cimd to be measured.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace bench
+{
+
+// What /proc says of a process, in kilobytes.
+struct Memory
+{
+    std::size_t now = 0;  // VmRSS
+    std::size_t peak = 0; // VmHWM: the most that VmRSS ever was
+    std::size_t own = 0;  // RssAnon: the part that is no file's, that is, no program's and no library's
+};
+
+// Started on a free port; stopped at the end of the scope. Throws when it does not come up.
+class Agent
+{
+  public:
+    // `arguments` follow --port. The serving process is measured, so it runs without its supervisor unless
+    // `supervised`.
+    Agent(const std::string& program, std::vector<std::string> arguments, bool supervised = false);
+    ~Agent();
+    Agent(const Agent&) = delete;
+    Agent& operator=(const Agent&) = delete;
+
+    std::uint16_t port() const { return _port; }
+    Memory memory() const; // of the process that was started
+    // Makes the next peak that of the time from now on.
+    void forgetPeak() const;
+
+  private:
+    pid_t _pid = -1;
+    std::uint16_t _port = 0;
+};
+
+} // namespace bench

@@ -1,0 +1,224 @@
+// What the agent costs a client and its switch: cimd_bench <build directory>.
+//
+// Times are of the wall clock and include this program, which shares the machine with the agent.
+#include "tests/bench/agent/Agent.h"
+#include "tests/bench/agent/HttpLoad.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <stdexcept>
+
+namespace
+{
+
+using namespace bench;
+using Clock = std::chrono::steady_clock;
+
+constexpr int kStarts = 9;
+constexpr double kRoundSeconds = 1.0;
+constexpr int kRounds = 3;
+constexpr unsigned kConnections[] = {1, 8, 64};
+constexpr double kMilli = 1e3;
+constexpr double kMega = 1e6;
+
+struct Places
+{
+    std::string program;
+    std::vector<std::string> scenario;
+    std::vector<std::string> rows; // the classes of RowsProvider.cpp in place of the switch's
+};
+
+std::size_t countOf(const std::string& text, const std::string& part)
+{
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size()))
+        ++count;
+    return count;
+}
+
+std::string enumerate(const std::string& className)
+{
+    return cimRequest("EnumerateInstances", classParameter(className));
+}
+
+// A GetInstance of the first instance of a class.
+std::string getFirst(const Agent& agent, const std::string& className)
+{
+    const std::string names =
+        ask(agent.port(), cimRequest("EnumerateInstanceNames", classParameter(className)));
+    const std::string closing = "</INSTANCENAME>";
+    const std::size_t from = names.find("<INSTANCENAME ");
+    const std::size_t to = names.find(closing);
+    if (to == std::string::npos)
+        throw std::runtime_error(className + " has no instance");
+    return cimRequest("GetInstance",
+                      "<IPARAMVALUE NAME=\"InstanceName\">" + names.substr(from, to + closing.size() - from) +
+                          "</IPARAMVALUE>");
+}
+
+void printMemory(const char* when, const Memory& memory)
+{
+    std::printf("  %-46s  %10.1f  %10.1f  %10.1f\n",
+                when,
+                static_cast<double>(memory.now) / 1024,
+                static_cast<double>(memory.own) / 1024,
+                static_cast<double>(memory.peak) / 1024);
+    std::fflush(stdout);
+}
+
+void benchStart(const Places& places)
+{
+    double best = 0;
+    for (int i = 0; i < kStarts; ++i)
+    {
+        const Clock::time_point start = Clock::now();
+        const Agent agent(places.program, places.scenario, true);
+        ask(agent.port(), enumerate("CIM_ObjectManager"));
+        const double each = std::chrono::duration<double>(Clock::now() - start).count();
+        best = i == 0 ? each : std::min(best, each);
+    }
+    std::printf(
+        "\nStart of the process to the first answer, the best of %d: %.1f ms\n", kStarts, best * kMilli);
+}
+
+void benchRequests(const Agent& agent, const char* title, const std::string& request)
+{
+    std::printf("\n%s\n  %11s  %12s  %10s  %10s  %10s\n",
+                title,
+                "connections",
+                "per second",
+                "p50 ms",
+                "p99 ms",
+                "MB/s");
+    for (const unsigned connections : kConnections)
+    {
+        LoadResult best;
+        for (int round = 0; round < kRounds; ++round)
+        {
+            LoadResult one = load(agent.port(), connections, request, kRoundSeconds);
+            if (round == 0 || one.rate() > best.rate())
+                best = std::move(one);
+        }
+        std::printf("  %11u  %12.0f  %10.3f  %10.3f  %10.1f\n",
+                    connections,
+                    best.rate(),
+                    best.quantile(0.5) * kMilli,
+                    best.quantile(0.99) * kMilli,
+                    static_cast<double>(best.bytes) / best.seconds / kMega);
+        std::fflush(stdout);
+    }
+}
+
+// The default scenario: few instances, many requests.
+void benchSwitch(const Places& places)
+{
+    const Agent agent(places.program, places.scenario);
+    const Memory started = agent.memory();
+    const std::string get = getFirst(agent, "VRAX_FCPortStatistics");
+    ask(agent.port(), enumerate("CIM_ManagedElement"));
+    for (const char* association : {"CIM_Dependency", "CIM_Component", "CIM_MemberOfCollection"})
+        ask(agent.port(), enumerate(association));
+    const Memory walked = agent.memory();
+    benchRequests(agent, "GetInstance over HTTP: VRAX_FCPortStatistics", get);
+    const std::string all = enumerate("VRAX_FCPortStatistics");
+    char title[96];
+    std::snprintf(title,
+                  sizeof(title),
+                  "EnumerateInstances over HTTP: VRAX_FCPortStatistics, %zu instances",
+                  countOf(ask(agent.port(), all), "<VALUE.NAMEDINSTANCE>"));
+    benchRequests(agent, title, all);
+    std::printf("\nMemory of the agent, default scenario\n  %-46s  %10s  %10s  %10s\n",
+                "",
+                "RSS MiB",
+                "no file's",
+                "peak MiB");
+    printMemory("started", started);
+    printMemory("every class read once, at rest", walked);
+    printMemory("after 64 connections under load", agent.memory());
+}
+
+struct Enumeration
+{
+    const std::vector<std::string>& arguments;
+    const char* className;
+    const char* readBefore; // what the agent keeps anyway is there once this class has been read
+};
+
+// Long answers: what an instance costs, and whether the agent's memory grows with them.
+void benchLongAnswers(const Places& places, const std::vector<std::string>& fabric)
+{
+    const Enumeration enumerations[] = {
+        {places.rows, "Bench_Rows10000", "Bench_Rows1"},
+        {places.rows, "Bench_Rows100000", "Bench_Rows1"},
+        {fabric, "VRAX_FCPort", "VRAX_FCPort"},
+    };
+    std::printf("\nOne client enumerates: the classes of a test provider, and one of the switch's\n"
+                "  %-17s  %10s  %10s  %12s  %10s  %8s  %14s\n",
+                "class",
+                "instances",
+                "bytes each",
+                "instances/s",
+                "us each",
+                "MB/s",
+                "growth KiB");
+    for (const Enumeration& one : enumerations)
+    {
+        const Agent agent(places.program, one.arguments);
+        ask(agent.port(), enumerate(one.readBefore));
+        agent.forgetPeak();
+        const std::size_t before = agent.memory().now;
+        const std::string request = enumerate(one.className);
+        LoadResult best = load(agent.port(), 1, request, 0);
+        const std::size_t growth = agent.memory().peak - before;
+        for (int round = 1; round < kRounds; ++round)
+        {
+            LoadResult next = load(agent.port(), 1, request, 0);
+            if (next.seconds < best.seconds)
+                best = std::move(next);
+        }
+        const auto instances =
+            static_cast<double>(countOf(ask(agent.port(), request), "<VALUE.NAMEDINSTANCE>"));
+        std::printf("  %-17s  %10.0f  %10.0f  %12.0f  %10.2f  %8.1f  %14zu\n",
+                    one.className,
+                    instances,
+                    static_cast<double>(best.bytes) / instances,
+                    instances / best.seconds,
+                    best.seconds / instances * kMega,
+                    static_cast<double>(best.bytes) / best.seconds / kMega,
+                    growth);
+        std::fflush(stdout);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 3)
+    {
+        std::fprintf(stderr, "usage: %s <build directory> <scenario of a large fabric>\n", argv[0]);
+        return 2;
+    }
+    const std::string build = argv[1];
+    const Places places{build + "/bin/cimd",
+                        {"--scenario", BENCH_DEFAULT_SCENARIO},
+                        {"--repository",
+                         BENCH_FILES "/repository.xml",
+                         "--registration",
+                         BENCH_FILES "/providers.reg",
+                         "--provider-dir",
+                         BENCH_PROVIDERS}};
+    try
+    {
+        benchStart(places);
+        benchSwitch(places);
+        benchLongAnswers(places, {"--scenario", argv[2]});
+    }
+    catch (const std::exception& failure)
+    {
+        std::fprintf(stderr, "%s: %s\n", argv[0], failure.what());
+        return 1;
+    }
+}
