@@ -83,24 +83,37 @@ void writeState(Call& call, const std::optional<std::string>& name)
     writeArgument(call.xml, {"EndOfSequence", CimValue::boolean(!name)});
 }
 
-void spoolItem(Spool& spool, const std::string& host, const Instance& instance)
+/** Encodes results for later. */
+template <class Item>
+class SpoolingSink : public Sink<Item>
 {
-    std::string path;
-    std::string body;
-    XmlWriter pathXml(path);
-    XmlWriter bodyXml(body);
-    writeInstancePath(pathXml, host, instance.path());
-    writeInstance(bodyXml, instance);
-    spool.add({path, body});
-}
+  public:
+    SpoolingSink(Call& call, Spool& spool) : _call(call), _spool(spool) {}
 
-void spoolItem(Spool& spool, const std::string& host, const ObjectPath& path)
-{
-    std::string text;
-    XmlWriter xml(text);
-    writeInstancePath(xml, host, path);
-    spool.add({text, {}});
-}
+    void put(const Item& item) override
+    {
+        _head.clear();
+        _body.clear();
+        encode(item);
+        _spool.add({_head, _body});
+        _call.stream.flush(_call.response); // nothing leaves yet, but time may have run out
+    }
+
+  private:
+    void encode(const Instance& instance)
+    {
+        encode(instance.path());
+        writeInstance(_bodyXml, instance);
+    }
+    void encode(const ObjectPath& path) { writeInstancePath(_headXml, _call.host, path); }
+
+    Call& _call;
+    Spool& _spool;
+    std::string _head;
+    std::string _body;
+    XmlWriter _headXml{_head};
+    XmlWriter _bodyXml{_body};
+};
 
 /**
  * Runs the whole operation at once, so that a provider's locks are never held until a client's next request
@@ -114,10 +127,9 @@ void open(Call& call,
 {
     const OpenOptions options = openOptions(call);
     Spool spool = call.enumerations.spool();
-    auto sink = sinkFor<Item>(call, [&](const Item& item) { spoolItem(spool, call.host, item); });
+    SpoolingSink<Item> sink(call, spool);
     (call.service.*operation)(call.context, request, sink);
     spool.seal();
-    call.results = 0; // those in the answer are counted, not those gathered
     if (spool.size() <= options.mostObjects)
     {
         writeItems(call, spool, options.mostObjects, form);
