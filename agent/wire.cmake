@@ -2,10 +2,15 @@
 pkg_check_modules(microhttpd REQUIRED IMPORTED_TARGET libmicrohttpd)
 
 add_library(cimd_wire STATIC
+    http/Alarm.cpp
     http/CimHeaders.cpp
+    http/Connection.cpp
     http/HttpServer.cpp
     http/ListenSocket.cpp
     http/Message.cpp
+    http/QueueResponse.cpp
+    http/ReceivedBytes.cpp
+    http/Reply.cpp
     http/WorkerPool.cpp
     ops/AssociationCalls.cpp
     ops/Call.cpp

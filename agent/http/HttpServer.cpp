@@ -1,12 +1,16 @@
 // libmicrohttpd behind the server's interface.
 //
 // A request passes these stations: head complete (I/O thread: refuse() may end it), body read up to the limit
-// (I/O thread), connection suspended and request handed to a worker, answer made (worker), connection
-// resumed, answer queued (I/O thread). While it is suspended only the worker touches the exchange;
-// libmicrohttpd's own lock around suspend and resume orders the two threads.
+// (I/O thread), connection suspended and request handed to a worker, answer or its first chunk made (worker),
+// connection resumed, answer queued and its body fetched piece by piece (I/O thread). An alarm thread ends
+// what takes too long. Reply is where the threads meet.
 #include "agent/http/HttpServer.h"
 
+#include "agent/cim/CimError.h"
 #include "agent/cim/CimName.h"
+#include "agent/http/CimHeaders.h"
+#include "agent/http/Connection.h"
+#include "agent/http/QueueResponse.h"
 #include "agent/http/WorkerPool.h"
 #include "agent/log/Log.h"
 
@@ -17,12 +21,10 @@
 #include <cstdarg>
 #include <cstdio>
 #include <exception>
+#include <list>
 #include <microhttpd.h>
 #include <mutex>
-#include <netdb.h>
-#include <netinet/in.h>
 #include <stdexcept>
-#include <sys/socket.h>
 
 namespace cimd
 {
@@ -35,12 +37,6 @@ constexpr unsigned kContentTooLarge = 413;
 constexpr unsigned kInternalError = 500;
 constexpr unsigned kUnavailable = 503;
 constexpr const char* kTooLarge = "The request is too large.\n";
-
-struct FreeResponse
-{
-    void operator()(MHD_Response* response) const { MHD_destroy_response(response); }
-};
-using ResponsePtr = std::unique_ptr<MHD_Response, FreeResponse>;
 
 HttpResponse plain(unsigned status, const char* text)
 {
@@ -61,25 +57,6 @@ MHD_Result addHeader(void* to, MHD_ValueKind, const char* name, const char* valu
 {
     static_cast<HttpRequest*>(to)->headers.emplace_back(name, value != nullptr ? value : "");
     return MHD_YES;
-}
-
-std::string peerName(MHD_Connection* connection)
-{
-    const MHD_ConnectionInfo* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
-    if (info == nullptr || info->client_addr == nullptr)
-        return "unknown";
-    const bool ipv6 = info->client_addr->sa_family == AF_INET6;
-    char host[NI_MAXHOST];
-    char port[NI_MAXSERV];
-    if (getnameinfo(info->client_addr,
-                    ipv6 ? sizeof(sockaddr_in6) : sizeof(sockaddr_in),
-                    host,
-                    sizeof host,
-                    port,
-                    sizeof port,
-                    NI_NUMERICHOST | NI_NUMERICSERV) != 0)
-        return "unknown";
-    return (ipv6 ? "[" + std::string(host) + "]" : host) + ":" + port;
 }
 
 /** Bytes of body that the head announces; 0 when it does not say. */
@@ -103,49 +80,15 @@ bool isAmbiguous(const HttpRequest& request)
     return std::count_if(request.headers.begin(), request.headers.end(), saysLength) > 1;
 }
 
-/** One request on its way through the stations. */
-struct Exchange
-{
-    HttpRequest request;
-    std::optional<HttpResponse> response;
-    std::size_t received = 0; // body bytes, dropped ones included
-    std::size_t bodyLimit = 0;
-};
-
-/** Keeps answers until they are whole. */
-class Collecting : public AnswerStream
-{
-  public:
-    void flush(HttpResponse&) override {}
-    std::size_t taken() const override { return 0; }
-    void whenLate(std::function<HttpResponse()>) override {}
-};
-
-/** Queues a response whose body the response object owns, so that a large answer is not copied. */
-MHD_Result queue(MHD_Connection* connection, HttpResponse&& answer, bool close)
-{
-    auto body = std::make_unique<std::string>(std::move(answer.body));
-    ResponsePtr response(MHD_create_response_from_buffer_with_free_callback_cls(
-        body->size(), body->data(), [](void* text) { delete static_cast<std::string*>(text); }, body.get()));
-    if (response == nullptr)
-        return MHD_NO;
-    body.release();
-    for (const HttpHeader& header : answer.headers)
-        if (MHD_add_response_header(response.get(), header.first.c_str(), header.second.c_str()) != MHD_YES)
-            return MHD_NO;
-    if (close)
-        MHD_add_response_header(response.get(), MHD_HTTP_HEADER_CONNECTION, "close");
-    return MHD_queue_response(connection, answer.status, response.get());
-}
-
 } // namespace
 
 class HttpServer::Impl
 {
   public:
-    Impl(HttpHandler& handler, const Limits& limits, ListenSocket socket)
-        : _handler(handler), _limits(limits),
-          _pool(std::make_unique<WorkerPool>(limits.workers, limits.queuedRequests))
+    Impl(HttpHandler& handler, const Limits& limits, ListenSocket socket, OnHungWorkers onHungWorkers)
+        : _handler(handler), _limits(limits), _onHungWorkers(std::move(onHungWorkers)),
+          _pool(std::make_unique<WorkerPool>(limits.workers, limits.queuedRequests)),
+          _alarm([this](Time now) { return check(now); })
     {
         // Not epoll: libmicrohttpd uses it edge-triggered and misses the end of a connection that arrives
         // together with half a request, which then keeps its place until it has been idle for long enough.
@@ -162,11 +105,16 @@ class HttpServer::Impl
                                    nullptr,
                                    MHD_OPTION_LISTEN_SOCKET,
                                    socket.release(),
+                                   MHD_OPTION_NOTIFY_CONNECTION,
+                                   &Impl::onConnection,
+                                   this,
                                    MHD_OPTION_NOTIFY_COMPLETED,
                                    &Impl::onCompleted,
                                    this,
                                    MHD_OPTION_CONNECTION_LIMIT,
                                    limits.connections,
+                                   MHD_OPTION_PER_IP_CONNECTION_LIMIT,
+                                   limits.connectionsPerAddress,
                                    MHD_OPTION_CONNECTION_MEMORY_LIMIT,
                                    limits.headBytes,
                                    MHD_OPTION_CONNECTION_TIMEOUT,
@@ -181,7 +129,10 @@ class HttpServer::Impl
     ~Impl()
     {
         stop(std::chrono::milliseconds(0));
-        _pool.reset(); // resumes what is still suspended, which MHD_stop_daemon demands
+        _alarm.stop();
+        for (const ConnectionPtr& connection : connections())
+            connection->abandon(); // MHD_stop_daemon demands that none is suspended
+        _pool.reset();
         MHD_stop_daemon(_daemon);
     }
 
@@ -192,14 +143,45 @@ class HttpServer::Impl
     {
         if (!_stopping.exchange(true))
             FileDescriptor listening(MHD_quiesce_daemon(_daemon));
+        for (const ConnectionPtr& connection : connections())
+            connection->stop();
         std::unique_lock<std::mutex> lock(_mutex);
         _changed.wait_for(lock, grace, [this] { return _exchanges == 0 && _running == 0; });
         return _running == 0;
     }
 
   private:
+    using Time = Alarm::Time;
+    using ConnectionPtr = std::shared_ptr<Connection>;
+    using Place = std::list<ConnectionPtr>::iterator;
+
+    static Connection& connectionOf(MHD_Connection* connection)
+    {
+        const auto* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
+        return **static_cast<ConnectionPtr*>(info->socket_context);
+    }
+
+    static void
+    onConnection(void* self, MHD_Connection* connection, void** context, MHD_ConnectionNotificationCode event)
+    {
+        auto& server = *static_cast<Impl*>(self);
+        if (event == MHD_CONNECTION_NOTIFY_STARTED)
+        {
+            auto* holder = new ConnectionPtr(std::make_shared<Connection>(connection, server._limits));
+            *context = holder;
+            std::lock_guard<std::mutex> lock(server._mutex);
+            server._connections.push_back(*holder);
+            server._alarm.ringBy(Alarm::Clock::now() + server._limits.requestSeconds / 4);
+            return;
+        }
+        std::unique_ptr<ConnectionPtr> holder(static_cast<ConnectionPtr*>(*context));
+        (*holder)->closed();
+        std::lock_guard<std::mutex> lock(server._mutex);
+        server._connections.remove(*holder);
+    }
+
     static MHD_Result onRequest(void* self,
-                                MHD_Connection* connection,
+                                MHD_Connection* handle,
                                 const char* url,
                                 const char* method,
                                 const char*,
@@ -209,106 +191,185 @@ class HttpServer::Impl
     try
     {
         auto& server = *static_cast<Impl*>(self);
+        Connection& connection = connectionOf(handle);
         if (*state == nullptr)
-            return server.head(connection, url, method, state);
-        auto& exchange = *static_cast<Exchange*>(*state);
+        {
+            *state = &connection;
+            return server.head(handle, connection, url, method);
+        }
+        Exchange& exchange = *connection.exchange();
         if (*size != 0)
         {
-            const bool goOn = server.body(exchange, data, *size);
+            const bool goesOn = server.body(exchange, data, *size);
             *size = 0;
-            return goOn ? MHD_YES : MHD_NO;
+            return goesOn ? MHD_YES : MHD_NO;
         }
-        return server.complete(connection, exchange);
+        return exchange.isAnswering ? server.reply(handle, connection) : server.complete(handle, connection);
     }
     catch (...)
     {
         return MHD_NO; // closes the connection; nothing but lack of memory gets here
     }
 
-    static void onCompleted(void* self, MHD_Connection*, void** state, MHD_RequestTerminationCode)
+    static void onCompleted(void* self, MHD_Connection* handle, void** state, MHD_RequestTerminationCode)
     {
         if (*state == nullptr)
             return;
-        delete static_cast<Exchange*>(*state);
         *state = nullptr;
         auto& server = *static_cast<Impl*>(self);
+        setTimeout(handle, server._limits.idleSeconds);
+        connectionOf(handle).end("the client has gone");
         server.leave(server._exchanges);
     }
 
-    MHD_Result head(MHD_Connection* connection, const char* url, const char* method, void** state)
+    static void setTimeout(MHD_Connection* handle, unsigned seconds)
     {
-        auto exchange = std::make_unique<Exchange>();
-        HttpRequest& request = exchange->request;
+        MHD_set_connection_option(handle, MHD_CONNECTION_OPTION_TIMEOUT, seconds);
+    }
+
+    MHD_Result head(MHD_Connection* handle, Connection& connection, const char* url, const char* method)
+    {
+        enter(_exchanges); // left when the library says that the request is over, however it ends
+        Exchange& exchange = connection.begin();
+        HttpRequest& request = exchange.request;
         request.method = method;
         request.target = url;
-        request.peer = peerName(connection);
-        MHD_get_connection_values(connection, MHD_HEADER_KIND, &addHeader, &request);
+        request.peer = connection.peer();
+        MHD_get_connection_values(handle, MHD_HEADER_KIND, &addHeader, &request);
+        std::optional<HttpResponse>& refusal = exchange.refusal;
         if (_stopping)
-            exchange->response = plain(kUnavailable, "The server is stopping.\n");
+            refusal = plain(kUnavailable, "The server is stopping.\n");
         else
         {
             Verdict verdict = _handler.refuse(request);
-            exchange->response = std::move(verdict.response);
-            exchange->bodyLimit = std::min(_limits.bodyBytes, verdict.bodyLimit);
+            refusal = std::move(verdict.response);
+            exchange.bodyLimit = std::min(_limits.bodyBytes, verdict.bodyLimit);
         }
         const bool ambiguous = isAmbiguous(request);
         if (ambiguous)
-            exchange->response = plain(kBadRequest, "The length of the body is given more than once.\n");
+            refusal = plain(kBadRequest, "The length of the body is given more than once.\n");
         const std::size_t announced = announcedBytes(request);
-        if (!exchange->response && announced > exchange->bodyLimit)
-            exchange->response = plain(kContentTooLarge, kTooLarge);
-        enter(_exchanges);
-        Exchange& kept = *exchange;
-        *state = exchange.release();
+        if (!refusal && announced > exchange.bodyLimit)
+            refusal = plain(kContentTooLarge, kTooLarge);
         // Whoever asks before sending the body, or would send more than we care or know to read, is answered
         // now.
         const bool asks = request.header(MHD_HTTP_HEADER_EXPECT) != nullptr;
-        if (kept.response && (asks || ambiguous || announced > _limits.discardBytes))
-            return queue(connection, std::move(*kept.response), true);
+        exchange.closes = refusal && (_stopping || asks || ambiguous || announced > _limits.discardBytes);
+        if (exchange.closes)
+            return complete(handle, connection);
+        _alarm.ringBy(Alarm::Clock::now() + _limits.requestSeconds);
         return MHD_YES;
     }
 
     bool body(Exchange& exchange, const char* data, std::size_t size)
     {
         exchange.received += size;
-        if (!exchange.response && exchange.received > exchange.bodyLimit)
+        if (!exchange.refusal && exchange.received > exchange.bodyLimit)
         {
             exchange.request.body = std::string();
-            exchange.response = plain(kContentTooLarge, kTooLarge);
+            exchange.refusal = plain(kContentTooLarge, kTooLarge);
         }
-        if (!exchange.response)
+        if (!exchange.refusal)
             exchange.request.body.append(data, size);
         // A refused client is heard out, so that it reads the answer instead of a reset connection; up to a
         // point.
         return exchange.received <= _limits.discardBytes;
     }
 
-    MHD_Result complete(MHD_Connection* connection, Exchange& exchange)
+    MHD_Result complete(MHD_Connection* handle, Connection& connection)
     {
-        if (!exchange.response && !_pool->reserve())
-            exchange.response = plain(kUnavailable, "Too many requests are waiting.\n");
-        if (exchange.response)
-            return queue(connection, std::move(*exchange.response), _stopping);
-        MHD_suspend_connection(connection);
-        enter(_running);
-        _pool->submit([this, connection, &exchange] { work(connection, exchange); });
+        if (!connection.complete())
+            return MHD_NO;
+        const std::shared_ptr<Exchange> exchange = connection.exchange();
+        std::optional<HttpResponse>& refusal = exchange->refusal;
+        if (!refusal && !_pool->reserve())
+            refusal = plain(kUnavailable, "Too many requests are waiting.\n");
+        if (refusal && refusal->holdFor.count() == 0)
+            return queueWhole(handle, std::move(*refusal), exchange->closes || _stopping);
+        exchange->isAnswering = true;
+        exchange->reply.await();
+        if (refusal)
+            finish(*exchange, std::move(*refusal));
+        else
+        {
+            enter(_running);
+            _pool->submit([this, exchange](WorkerPool::Worker& worker) { work(*exchange, worker); });
+        }
         return MHD_YES;
     }
 
-    void work(MHD_Connection* connection, Exchange& exchange)
+    void work(Exchange& exchange, WorkerPool::Worker& worker)
     {
+        const Time now = Alarm::Clock::now();
+        exchange.reply.start(now, [this, &worker] { writeOff(worker); });
+        _alarm.ringBy(now + _limits.operationSeconds);
+        HttpResponse response;
         try
         {
-            Collecting stream;
-            exchange.response = _handler.answer(exchange.request, stream);
+            response = _handler.answer(exchange.request, exchange.reply);
         }
         catch (const std::exception& error)
         {
             log(LogLevel::Error, "http", exchange.request.peer + ": " + error.what());
-            exchange.response = plain(kInternalError, "The server failed to answer.\n");
+            response = plain(kInternalError, "The server failed to answer.\n");
+            response.trailers = failureTrailers(CimError(CimStatus::Failed, "the server failed to answer"));
         }
-        MHD_resume_connection(connection); // from here on the exchange is the I/O thread's
+        finish(exchange, std::move(response));
         leave(_running);
+    }
+
+    void finish(Exchange& exchange, HttpResponse&& response)
+    {
+        const Time now = Alarm::Clock::now();
+        const Time due = now + response.holdFor;
+        exchange.reply.finish(std::move(response), now);
+        if (due != now)
+            _alarm.ringBy(due);
+    }
+
+    /** The answer has been made, or its first chunk. */
+    MHD_Result reply(MHD_Connection* handle, Connection& connection)
+    {
+        const std::shared_ptr<Exchange> exchange = connection.exchange();
+        HttpResponse head;
+        switch (exchange->reply.takeHead(head))
+        {
+        case Reply::Start::None:
+            return MHD_NO;
+        case Reply::Start::Whole:
+            if (head.body.size() > _limits.chunkBytes)
+                setTimeout(handle, static_cast<unsigned>(_limits.slowClientSeconds.count()));
+            return queueWhole(handle, std::move(head), exchange->closes || _stopping);
+        case Reply::Start::Stream:
+            break;
+        }
+        setTimeout(handle, static_cast<unsigned>(_limits.slowClientSeconds.count()));
+        return queueStream(handle, std::move(head), exchange, _stopping);
+    }
+
+    Time check(Time now)
+    {
+        Time next = Alarm::kNever;
+        for (const ConnectionPtr& connection : connections())
+            next = std::min(next, connection->check(now));
+        return next;
+    }
+
+    void writeOff(WorkerPool::Worker& worker)
+    {
+        const unsigned hung = _pool->writeOff(worker);
+        log(LogLevel::Error,
+            "http",
+            "an operation hangs; its thread was replaced, " + std::to_string(hung) + " of at most " +
+                std::to_string(_limits.hungWorkers) + " such threads");
+        if (hung > _limits.hungWorkers && _onHungWorkers)
+            _onHungWorkers();
+    }
+
+    std::list<ConnectionPtr> connections()
+    {
+        std::lock_guard<std::mutex> lock(_mutex);
+        return _connections;
     }
 
     void enter(unsigned& counter)
@@ -326,17 +387,23 @@ class HttpServer::Impl
 
     HttpHandler& _handler;
     const Limits _limits;
-    std::unique_ptr<WorkerPool> _pool;
+    const OnHungWorkers _onHungWorkers;
     MHD_Daemon* _daemon = nullptr;
     std::atomic<bool> _stopping{false};
     std::mutex _mutex;
     std::condition_variable _changed;
+    std::list<ConnectionPtr> _connections;
     unsigned _exchanges = 0; // from a complete head to the end of the answer
-    unsigned _running = 0;   // handed to a worker and not yet answered
+    unsigned _running = 0;   // handed to a worker and not yet returned from
+    std::unique_ptr<WorkerPool> _pool;
+    Alarm _alarm; // after all that it looks at
 };
 
-HttpServer::HttpServer(HttpHandler& handler, const Limits& limits, ListenSocket socket)
-    : _impl(std::make_unique<Impl>(handler, limits, std::move(socket)))
+HttpServer::HttpServer(HttpHandler& handler,
+                       const Limits& limits,
+                       ListenSocket socket,
+                       OnHungWorkers onHungWorkers)
+    : _impl(std::make_unique<Impl>(handler, limits, std::move(socket), std::move(onHungWorkers)))
 {
 }
 

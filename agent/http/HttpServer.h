@@ -7,17 +7,27 @@
 #include "agent/http/ListenSocket.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace cimd
 {
+
+/**
+ * Called when more operations than Limits::hungWorkers have not come back from their providers: the process
+ * should end, for it will not get well. Comes from a thread of the server, which waits.
+ */
+using OnHungWorkers = std::function<void()>;
 
 /** Listens from construction to stop(). Connections are kept alive and may be pipelined. */
 class HttpServer
 {
   public:
     /** Throws std::runtime_error when the server cannot start. `handler` outlives the server. */
-    HttpServer(HttpHandler& handler, const Limits& limits, ListenSocket socket);
+    HttpServer(HttpHandler& handler,
+               const Limits& limits,
+               ListenSocket socket,
+               OnHungWorkers onHungWorkers = {});
     /** Stops, waiting for a running handler however long it takes. */
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;

@@ -24,6 +24,9 @@ struct HttpRequest
     const std::string* header(std::string_view name) const;
 };
 
+/** Whether a header's value is a list ("chunked, trailers;q=1") with this word, in any letter case. */
+bool listsWord(std::string_view list, std::string_view word);
+
 struct HttpResponse
 {
     unsigned status = 200;

@@ -1,6 +1,7 @@
 // The worker threads and their queue.
 #include "agent/http/WorkerPool.h"
 
+#include <system_error>
 #include <utility>
 
 namespace cimd
@@ -8,9 +9,9 @@ namespace cimd
 
 WorkerPool::WorkerPool(unsigned workers, unsigned queued) : _capacity(std::size_t{workers} + queued)
 {
-    _threads.reserve(workers);
+    std::lock_guard<std::mutex> lock(_mutex);
     for (unsigned i = 0; i < workers; ++i)
-        _threads.emplace_back([this] { run(); });
+        add();
 }
 
 WorkerPool::~WorkerPool()
@@ -20,8 +21,22 @@ WorkerPool::~WorkerPool()
         _stopping = true;
     }
     _wake.notify_all();
-    for (std::thread& thread : _threads)
-        thread.join();
+    for (Worker& worker : _workers)
+        worker.thread.join();
+}
+
+void WorkerPool::add()
+{
+    Worker& worker = _workers.emplace_back();
+    try
+    {
+        worker.thread = std::thread([this, &worker] { run(worker); });
+    }
+    catch (const std::system_error&)
+    {
+        _workers.pop_back();
+        throw;
+    }
 }
 
 bool WorkerPool::reserve()
@@ -42,7 +57,39 @@ void WorkerPool::submit(Task task)
     _wake.notify_one();
 }
 
-void WorkerPool::run()
+void WorkerPool::joinReturned()
+{
+    _workers.remove_if(
+        [](Worker& worker)
+        {
+            if (worker.hasReturned)
+                worker.thread.join(); // it has let go of the lock, or it could not be seen here
+            return worker.hasReturned;
+        });
+}
+
+unsigned WorkerPool::writeOff(Worker& worker)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    joinReturned();
+    worker.isWrittenOff = true;
+    --_taken;
+    ++_writtenOff;
+    try
+    {
+        add();
+    }
+    catch (const std::system_error&)
+    {
+        // The system has no thread to spare: the others carry on, and this one does when it comes back.
+        --_writtenOff;
+        ++_taken;
+        worker.isWrittenOff = false;
+    }
+    return _writtenOff;
+}
+
+void WorkerPool::run(Worker& self)
 {
     std::unique_lock<std::mutex> lock(_mutex);
     for (;;)
@@ -53,9 +100,15 @@ void WorkerPool::run()
         Task task = std::move(_tasks.front());
         _tasks.pop_front();
         lock.unlock();
-        task();
+        task(self);
         task = nullptr;
         lock.lock();
+        if (self.isWrittenOff)
+        {
+            --_writtenOff;
+            self.hasReturned = true;
+            return;
+        }
         --_taken;
     }
 }

@@ -5,9 +5,9 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
+#include <list>
 #include <mutex>
 #include <thread>
-#include <vector>
 
 namespace cimd
 {
@@ -19,10 +19,18 @@ namespace cimd
 class WorkerPool
 {
   public:
-    using Task = std::function<void()>;
+    /** A thread of the pool, as its task knows it. */
+    class Worker
+    {
+        friend class WorkerPool;
+        std::thread thread;
+        bool isWrittenOff = false;
+        bool hasReturned = false;
+    };
+    using Task = std::function<void(Worker& worker)>;
 
     WorkerPool(unsigned workers, unsigned queued);
-    /** Runs what was submitted, then joins the threads. */
+    /** Runs what was submitted, then joins the threads, written off or not. */
     ~WorkerPool();
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
@@ -33,16 +41,26 @@ class WorkerPool
     /** Runs a task in a reserved place. The task must not throw. */
     void submit(Task task);
 
+    /**
+     * Counts no longer on a thread, which gives its place back and is replaced. It ends when its task does.
+     * To be called once for a thread and while its task runs.
+     * @return how many are written off and have not ended.
+     */
+    unsigned writeOff(Worker& worker);
+
   private:
-    void run();
+    void add();
+    void run(Worker& self);
+    void joinReturned();
 
     const std::size_t _capacity;
     std::mutex _mutex;
     std::condition_variable _wake;
     std::deque<Task> _tasks;
     std::size_t _taken = 0; // reserved, waiting or running
+    unsigned _writtenOff = 0;
     bool _stopping = false;
-    std::vector<std::thread> _threads;
+    std::list<Worker> _workers;
 };
 
 } // namespace cimd

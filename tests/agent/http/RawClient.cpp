@@ -3,6 +3,7 @@
 
 #include "agent/cim/CimName.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
 #include <netinet/in.h>
@@ -10,6 +11,7 @@
 #include <stdexcept>
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <utility>
 
 namespace cimd
 {
@@ -97,14 +99,70 @@ RawResponse RawClient::receive()
     response.status = std::stoi(response.head.substr(response.head.find(' ') + 1));
     if (response.status == 100)
         return response;
+    if (response.header("Transfer-Encoding") == "chunked")
+    {
+        receiveChunks(response);
+        return response;
+    }
     const std::string length = response.header("Content-Length");
-    const std::size_t size = length.empty() ? 0 : std::stoul(length);
-    while (_buffer.size() < size)
-        if (!fill())
-            throw std::runtime_error("the answer is cut off");
-    response.body = _buffer.substr(0, size);
-    _buffer.erase(0, size);
+    response.isComplete = take(length.empty() ? 0 : std::stoul(length), response.body);
     return response;
+}
+
+void RawClient::receiveChunks(RawResponse& response)
+{
+    std::string line;
+    while (takeLine(line))
+    {
+        const std::size_t size = std::stoul(line, nullptr, 16);
+        if (size == 0)
+        {
+            while (takeLine(line) && !line.empty())
+                response.trailers += line + "\n";
+            response.isComplete = true;
+            return;
+        }
+        if (!take(size, response.body) || !takeLine(line))
+            return;
+    }
+}
+
+bool RawClient::take(std::size_t bytes, std::string& to)
+{
+    while (_buffer.size() < bytes && fill())
+    {
+    }
+    const std::size_t taken = std::min(bytes, _buffer.size());
+    to.append(_buffer, 0, taken);
+    _buffer.erase(0, taken);
+    return taken == bytes;
+}
+
+bool RawClient::takeLine(std::string& to)
+{
+    std::size_t end = 0;
+    while ((end = _buffer.find("\r\n")) == std::string::npos)
+        if (!fill())
+            return false;
+    to = _buffer.substr(0, end);
+    _buffer.erase(0, end + 2);
+    return true;
+}
+
+std::string RawClient::receiveOnce()
+{
+    fill();
+    return std::exchange(_buffer, {});
+}
+
+void RawClient::endSending()
+{
+    shutdown(_fd.get(), SHUT_WR);
+}
+
+void RawClient::narrow(int bytes)
+{
+    setsockopt(_fd.get(), SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
 }
 
 void RawClient::awaitClose()

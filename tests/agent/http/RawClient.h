@@ -15,6 +15,8 @@ struct RawResponse
     int status = 0;   // 0: the server closed the connection without an answer
     std::string head; // status line and headers
     std::string body;
+    std::string trailers;    // header lines after a chunked body
+    bool isComplete = false; // as long as announced, or ended by a last chunk
 
     // Value of a header, empty if there is none.
     std::string header(std::string_view name) const;
@@ -34,11 +36,20 @@ class RawClient
         send(bytes);
         return receive();
     }
+    // What a single read gets; empty at the end of the connection.
+    std::string receiveOnce();
     // Reads until the server closes the connection; throws if it does not.
     void awaitClose();
+    // No more requests will come.
+    void endSending();
+    // The kernel takes about as many bytes for us while we do not read. Only right after connecting.
+    void narrow(int bytes);
 
   private:
     bool fill();
+    void receiveChunks(RawResponse& response);
+    bool take(std::size_t bytes, std::string& to);
+    bool takeLine(std::string& to);
 
     FileDescriptor _fd;
     std::string _buffer;

@@ -17,7 +17,7 @@ TEST(WorkerPool, GivesAPlaceBackOnlyWhenTheTaskHasRun)
     std::promise<void> started;
     ASSERT_TRUE(pool.reserve());
     pool.submit(
-        [&]
+        [&](WorkerPool::Worker&)
         {
             started.set_value();
             gate.get_future().wait();
@@ -25,12 +25,12 @@ TEST(WorkerPool, GivesAPlaceBackOnlyWhenTheTaskHasRun)
     started.get_future().wait();
     ASSERT_TRUE(pool.reserve());
     EXPECT_FALSE(pool.reserve()) << "one runs, one waits";
-    pool.submit([] {});
+    pool.submit([](WorkerPool::Worker&) {});
     EXPECT_FALSE(pool.reserve()) << "a task that waits keeps its place";
     gate.set_value();
     while (!pool.reserve()) // until the second task has run
         std::this_thread::yield();
-    pool.submit([] {});
+    pool.submit([](WorkerPool::Worker&) {});
 }
 
 TEST(WorkerPool, RunsEverythingSubmittedBeforeItEnds)
@@ -43,13 +43,44 @@ TEST(WorkerPool, RunsEverythingSubmittedBeforeItEnds)
         for (int i = 0; i < 1000; ++i)
         {
             ASSERT_TRUE(ordered.reserve() && many.reserve());
-            ordered.submit([&order, i] { order.push_back(i); });
-            many.submit([&parallel] { ++parallel; });
+            ordered.submit([&order, i](WorkerPool::Worker&) { order.push_back(i); });
+            many.submit([&parallel](WorkerPool::Worker&) { ++parallel; });
         }
     }
     ASSERT_EQ(1000U, order.size());
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
     EXPECT_EQ(1000, parallel);
+}
+
+TEST(WorkerPool, ReplacesThreadsThatAreWrittenOff)
+{
+    std::promise<void> gate;
+    const std::shared_future<void> opened = gate.get_future().share();
+    std::atomic<int> returned{0};
+    {
+        WorkerPool pool(1, 0);
+        for (unsigned lost = 1; lost <= 3; ++lost)
+        {
+            std::promise<WorkerPool::Worker*> hanging;
+            ASSERT_TRUE(pool.reserve()) << "the place of the one before is free";
+            pool.submit(
+                [&returned, &hanging, opened](WorkerPool::Worker& worker)
+                {
+                    hanging.set_value(&worker);
+                    opened.wait();
+                    ++returned;
+                });
+            WorkerPool::Worker* const worker = hanging.get_future().get();
+            EXPECT_FALSE(pool.reserve());
+            EXPECT_EQ(lost, pool.writeOff(*worker));
+        }
+        std::promise<void> done;
+        ASSERT_TRUE(pool.reserve());
+        pool.submit([&done](WorkerPool::Worker&) { done.set_value(); });
+        done.get_future().wait();
+        gate.set_value();
+    }
+    EXPECT_EQ(3, returned) << "the end of the pool waits for the lost ones";
 }
 
 } // namespace

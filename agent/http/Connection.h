@@ -1,0 +1,97 @@
+// One client's connection: what it is doing, and what is done when that takes too long.
+#pragma once
+
+#include "agent/Limits.h"
+#include "agent/http/Message.h"
+#include "agent/http/Reply.h"
+
+#include <cstdint>
+#include <memory>
+#include <microhttpd.h>
+#include <mutex>
+#include <optional>
+
+namespace cimd
+{
+
+class Connection;
+
+/** One request on its way through the server. */
+struct Exchange
+{
+    Exchange(const Limits& limits, Outlet& outlet) : reply(limits, outlet) {}
+
+    HttpRequest request;
+    std::optional<HttpResponse> refusal; ///< what the head or the size of the body earned it
+    std::size_t received = 0;            ///< body bytes, dropped ones included
+    std::size_t bodyLimit = 0;
+    bool closes = false;      ///< the body is not read, so the connection ends with the refusal
+    bool isAnswering = false; ///< complete and on its way to an answer
+    Reply reply;
+};
+
+/**
+ * Lives from the acceptance of a connection to its end, at the hand of the I/O thread. What can be called
+ * from elsewhere says so.
+ */
+class Connection : public Outlet
+{
+  public:
+    using Time = Alarm::Time;
+
+    Connection(MHD_Connection* connection, const Limits& limits);
+
+    /** "192.0.2.7:49152" */
+    const std::string& peer() const { return _peer; }
+
+    // --- the life of a request
+
+    Exchange& begin();
+    /** The body is there. False if the request was cut off before. */
+    bool complete();
+    std::shared_ptr<Exchange> exchange() const { return _exchange; }
+    /** The answer has been sent, or never will be. */
+    void end(const std::string& reason);
+    /** The connection is about to be closed. */
+    void closed();
+
+    /** Any thread: ends requests that take too long. @return when to look again. */
+    Time check(Time now);
+    /** Any thread: nobody is interested in requests that have not arrived whole; the others get their
+     * answers. */
+    void stop();
+    /** Any thread: ends whatever is going on. */
+    void abandon();
+
+    void pause() override;
+    void goOn() override;
+    void drop() override;
+
+  private:
+    enum class Phase
+    {
+        Head, // nothing or part of a head has arrived
+        Body,
+        Answer,
+        Cut // no longer used, or closed
+    };
+
+    std::uint64_t received() const;
+    Time lookAgain(Time now) const;
+    void refuse(unsigned status, const char* reason);
+    void cut();
+
+    MHD_Connection* const _connection;
+    const Limits& _limits;
+    int _fd = -1;
+    bool _isPlain = true; // not TLS
+    std::string _peer;
+
+    mutable std::mutex _mutex; // never taken before a reply's
+    Phase _phase = Phase::Head;
+    std::shared_ptr<Exchange> _exchange;
+    std::uint64_t _before = 0;   // bytes received before the present request
+    Time _begun = Alarm::kNever; // when the present request was first noticed
+};
+
+} // namespace cimd

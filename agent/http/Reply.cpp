@@ -1,0 +1,236 @@
+// Chunks, waiting, and what happens when time runs out.
+#include "agent/http/Reply.h"
+
+#include "agent/log/Log.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace cimd
+{
+
+namespace
+{
+
+const char* const kLate = "it did not finish in time";
+
+/** For a handler that has not said how to answer. */
+HttpResponse plainLateAnswer()
+{
+    constexpr unsigned kInternalError = 500;
+    HttpResponse response{kInternalError, {{"Content-Type", "text/plain"}}, "The request took too long.\n"};
+    response.trailers.emplace_back("CIMStatusCode", "1");
+    return response;
+}
+
+} // namespace
+
+Reply::Reply(const Limits& limits, Outlet& outlet)
+    : _chunk(limits.chunkBytes), _mostUnsent(limits.unsentBytes), _timeLimit(limits.operationSeconds),
+      _patience(limits.slowClientSeconds), _outlet(outlet)
+{
+}
+
+void Reply::start(Time now, std::function<void()> writeOff)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    _due = now + _timeLimit;
+    _writeOff = std::move(writeOff);
+}
+
+void Reply::goOn()
+{
+    if (_isPaused && !_isClosed)
+        _outlet.goOn();
+    _isPaused = false;
+}
+
+void Reply::throwClosed() const
+{
+    throw AnswerClosed(_reason);
+}
+
+void Reply::flush(HttpResponse& response)
+{
+    if (response.body.size() < _chunk)
+        return;
+    std::unique_lock<std::mutex> lock(_mutex);
+    if (_isClosed || _isComplete)
+        throwClosed();
+    std::string chunk = std::move(response.body);
+    response.body.clear();
+    response.body.reserve(chunk.capacity());
+    if (!_isStreaming)
+    {
+        _response = response;
+        _isStreaming = true;
+    }
+    _taken += chunk.size();
+    _unsentBytes += chunk.size();
+    _unsent.push_back(std::move(chunk));
+    goOn();
+
+    // The time that the client takes is not the provider's.
+    const Time asked = Alarm::Clock::now();
+    _isWaitingForRoom = true;
+    const bool hasRoom =
+        _room.wait_for(lock, _patience, [this] { return _unsentBytes <= _mostUnsent || _isClosed; });
+    _isWaitingForRoom = false;
+    if (_due != Alarm::kNever)
+        _due += Alarm::Clock::now() - asked;
+    if (!hasRoom)
+    {
+        _reason = "the client took too little for " + std::to_string(_patience.count()) + " s";
+        _isComplete = _isBroken = true;
+        _outlet.drop();
+    }
+    if (_isClosed || !hasRoom)
+        throwClosed();
+}
+
+std::size_t Reply::taken() const
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    return _taken;
+}
+
+void Reply::whenLate(std::function<HttpResponse()> late)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    _late = std::move(late);
+}
+
+/** Takes the last of an answer; `response` is the rest of one that streams. */
+void Reply::end(HttpResponse&& response)
+{
+    if (!_isStreaming)
+        _response = std::move(response);
+    else if (!response.trailers.empty())
+    {
+        _isBroken = true;
+        _trailers = std::move(response.trailers);
+    }
+    else if (!response.body.empty())
+    {
+        _unsentBytes += response.body.size();
+        _unsent.push_back(std::move(response.body));
+    }
+    _isComplete = true;
+    _late = nullptr;
+    _writeOff = nullptr;
+    _due = Alarm::kNever;
+}
+
+void Reply::finish(HttpResponse&& response, Time now)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    _late = nullptr;
+    if (_isComplete)
+        return;
+    const auto hold = response.holdFor;
+    end(std::move(response));
+    if (hold.count() > 0 && !_isStreaming)
+        _heldUntil = now + hold;
+    else
+        goOn();
+}
+
+Reply::Time Reply::check(Time now)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    if (_heldUntil <= now)
+    {
+        _heldUntil = Alarm::kNever;
+        goOn();
+    }
+    if (_isComplete)
+        return _heldUntil;
+    if (_isWaitingForRoom)
+        return now + _timeLimit;
+    if (now < _due)
+        return _due;
+    _reason = kLate;
+    HttpResponse answer = _late ? _late() : plainLateAnswer();
+    const std::function<void()> writeOff = std::move(_writeOff);
+    end(std::move(answer));
+    writeOff();
+    goOn();
+    return Alarm::kNever;
+}
+
+void Reply::release()
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    if (_heldUntil == Alarm::kNever)
+        return;
+    _heldUntil = Alarm::kNever;
+    goOn();
+}
+
+void Reply::await()
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    _isPaused = true;
+    _outlet.pause();
+}
+
+Reply::Start Reply::takeHead(HttpResponse& head)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    if (_isClosed)
+        return Start::None;
+    head = std::move(_response);
+    return _isStreaming ? Start::Stream : Start::Whole;
+}
+
+Reply::Piece Reply::read(char* to, std::size_t& size)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    const std::size_t most = std::exchange(size, 0);
+    while (size < most && !_unsent.empty())
+    {
+        const std::string& first = _unsent.front();
+        const std::size_t part = std::min(most - size, first.size() - _sentOfFirst);
+        std::memcpy(to + size, first.data() + _sentOfFirst, part);
+        size += part;
+        _sentOfFirst += part;
+        if (_sentOfFirst == first.size())
+        {
+            _unsent.pop_front();
+            _sentOfFirst = 0;
+        }
+    }
+    _unsentBytes -= size;
+    if (size != 0)
+    {
+        if (_unsentBytes <= _mostUnsent)
+            _room.notify_all();
+        return Piece::Text;
+    }
+    if (_isComplete || _isClosed)
+        return _isBroken || _isClosed ? Piece::Broken : Piece::End;
+    _isPaused = true;
+    _outlet.pause();
+    return Piece::Nothing;
+}
+
+std::vector<HttpHeader> Reply::takeTrailers()
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    return std::move(_trailers);
+}
+
+void Reply::close(const std::string& reason)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    goOn();
+    _isClosed = true;
+    if (_reason.empty())
+        _reason = reason;
+    _unsent.clear();
+    _unsentBytes = _sentOfFirst = 0;
+    _room.notify_all();
+}
+
+} // namespace cimd

@@ -1,0 +1,220 @@
+// Answers that leave while they are made: chunks, slow clients, and ends before the end.
+#include "tests/agent/http/ServerFixture.h"
+
+#include <atomic>
+
+namespace cimd
+{
+namespace
+{
+
+constexpr std::size_t kPiece = 1000;
+
+std::string pieces(std::size_t count)
+{
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i)
+        all += std::string(kPiece, static_cast<char>('a' + i % 26));
+    return all;
+}
+
+// Answers with as many pieces as the body says.
+HttpResponse countedPieces(HttpRequest& request, AnswerStream& stream)
+{
+    HttpResponse response{200, {{"X-Kind", "pieces"}}, {}};
+    const std::size_t count = std::stoul(request.body);
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        response.body += std::string(kPiece, static_cast<char>('a' + i % 26));
+        stream.flush(response);
+    }
+    return response;
+}
+
+class StreamTest : public ServerFixture
+{
+  protected:
+    StreamTest()
+    {
+        limits.chunkBytes = 4 * kPiece;
+        limits.unsentBytes = 10 * kPiece;
+    }
+};
+
+TEST_F(StreamTest, LeavesShortAnswersWholeAndLongOnesInChunks)
+{
+    start(countedPieces);
+    RawClient client(port);
+    for (const std::size_t count : {0U, 3U, 4U, 5U, 100U, 3000U, 1U})
+    {
+        const RawResponse response = client.ask(post(std::to_string(count)));
+        EXPECT_EQ(200, response.status);
+        EXPECT_EQ("pieces", response.header("X-Kind"));
+        EXPECT_TRUE(response.isComplete) << count;
+        EXPECT_EQ(pieces(count), response.body) << count;
+        const bool isShort = count < 4;
+        EXPECT_EQ(isShort ? std::to_string(count * kPiece) : "", response.header("Content-Length"));
+        EXPECT_EQ(isShort ? "" : "chunked", response.header("Transfer-Encoding"));
+        EXPECT_EQ("", response.header("Trailer"));
+    }
+}
+
+TEST_F(StreamTest, SendsTheFirstChunkBeforeTheAnswerIsWhole)
+{
+    std::promise<void> gate;
+    start(
+        [&](HttpRequest& request, AnswerStream& stream)
+        {
+            request.body = "4";
+            HttpResponse response = countedPieces(request, stream);
+            gate.get_future().wait();
+            return response;
+        });
+    RawClient client(port);
+    client.send(post(""));
+    std::string first;
+    while (first.find("\r\n\r\nFA0\r\n" + pieces(4) + "\r\n") == std::string::npos)
+        first += client.receiveOnce();
+    gate.set_value();
+}
+
+TEST_F(StreamTest, EndsTheConnectionAfterAnAnswerToAnOldClient)
+{
+    start(countedPieces);
+    RawClient client(port);
+    client.send("POST /cimom HTTP/1.0\r\nContent-Length: 3\r\n\r\n100");
+    std::string all;
+    for (std::string part; !(part = client.receiveOnce()).empty();)
+        all += part;
+    EXPECT_EQ(std::string::npos, all.find("chunked"));
+    EXPECT_EQ(pieces(100), all.substr(all.find("\r\n\r\n") + 4));
+}
+
+TEST_F(StreamTest, WaitsForASlowClientAndStopsForOneThatLeaves)
+{
+    std::atomic<std::size_t> taken{0};
+    std::promise<std::string> reason;
+    start(
+        [&](HttpRequest&, AnswerStream& stream) -> HttpResponse
+        {
+            HttpResponse response;
+            try
+            {
+                for (;;) // without end
+                {
+                    response.body += std::string(kPiece, 'x');
+                    stream.flush(response);
+                    taken = stream.taken();
+                }
+            }
+            catch (const AnswerClosed& closed)
+            {
+                reason.set_value(closed.what());
+            }
+            return {};
+        });
+    {
+        RawClient client(port);
+        client.send(post(""));
+        client.receiveOnce();
+    }
+    EXPECT_EQ("the client has gone", reason.get_future().get());
+    EXPECT_LT(taken, 64U * 1024 * 1024) << "what buffers hold, not what an endless handler makes";
+}
+
+TEST_F(StreamTest, HangsUpOnAClientThatTakesNothing)
+{
+    limits.slowClientSeconds = std::chrono::seconds(0);
+    std::promise<std::string> reason;
+    start(
+        [&](HttpRequest&, AnswerStream& stream) -> HttpResponse
+        {
+            HttpResponse response;
+            try
+            {
+                for (;;)
+                {
+                    response.body += std::string(100 * kPiece, 'x');
+                    stream.flush(response);
+                }
+            }
+            catch (const AnswerClosed& closed)
+            {
+                reason.set_value(closed.what());
+            }
+            return {};
+        });
+    RawClient client(port);
+    client.send(post(""));
+    EXPECT_EQ("the client took too little for 0 s", reason.get_future().get());
+    EXPECT_FALSE(client.receive().isComplete);
+}
+
+struct MidwayRow
+{
+    const char* name;
+    const char* request; // headers
+    bool throws;         // instead of saying why
+    bool isComplete;
+    const char* trailers;
+};
+
+void PrintTo(const MidwayRow& row, std::ostream* out)
+{
+    *out << row.name;
+}
+
+class FailingMidway : public StreamTest, public ::testing::WithParamInterface<MidwayRow>
+{
+};
+
+TEST_P(FailingMidway, TellsTheClientAsItCan)
+{
+    start(
+        [](HttpRequest& request, AnswerStream& stream)
+        {
+            const std::string headers = request.body;
+            request.body = "20";
+            HttpResponse response = countedPieces(request, stream);
+            response.body = "an error that the client must not take for an answer";
+            response.trailers = {{"CIMStatusCode", "1"}, {"CIMStatusCodeDescription", "switch%3A gone"}};
+            if (GetParam().throws)
+                throw std::runtime_error("broken");
+            return response;
+        });
+    RawClient client(port);
+    const RawResponse response = client.ask(post("", GetParam().request));
+    EXPECT_EQ(200, response.status);
+    EXPECT_EQ(pieces(20), response.body);
+    EXPECT_EQ(GetParam().isComplete, response.isComplete);
+    EXPECT_EQ(GetParam().trailers, response.trailers);
+    EXPECT_EQ(GetParam().isComplete ? "CIMStatusCode, CIMStatusCodeDescription" : "",
+              response.header("Trailer"));
+    if (response.isComplete)
+        EXPECT_TRUE(client.ask(post("", GetParam().request)).isComplete) << "the connection is usable";
+    else
+        EXPECT_NO_THROW(client.awaitClose());
+}
+
+const MidwayRow kMidway[] = {
+    {"Trailers",
+     "TE: chunked, Trailers;q=0.5\r\n",
+     false,
+     true,
+     "CIMStatusCode: 1\nCIMStatusCodeDescription: switch%3A gone\n"},
+    {"NoTrailers", "TE: chunked\r\n", false, false, ""},
+    {"Thrown",
+     "TE: trailers\r\n",
+     true,
+     true,
+     "CIMStatusCode: 1\nCIMStatusCodeDescription: the server failed to answer\n"},
+    {"ThrownNoTrailers", "", true, false, ""},
+};
+
+INSTANTIATE_TEST_SUITE_P(Stream,
+                         FailingMidway,
+                         ::testing::ValuesIn(kMidway),
+                         [](const auto& row) { return row.param.name; });
+
+} // namespace
+} // namespace cimd

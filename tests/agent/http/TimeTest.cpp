@@ -1,0 +1,218 @@
+// What the server does when something takes too long: operations, requests, clients, and its own end.
+#include "tests/agent/http/ServerFixture.h"
+
+#include <map>
+#include <thread>
+
+namespace cimd
+{
+namespace
+{
+
+constexpr std::chrono::minutes kLong{2};
+constexpr std::chrono::seconds kSecond{1};
+
+class TimeTest : public ServerFixture
+{
+  protected:
+    // A handler that hangs for the body "hang" and for "midway", which it does after its answer has begun.
+    FunctionHandler::Answer hanging()
+    {
+        return [this](HttpRequest& request, AnswerStream& stream) -> HttpResponse
+        {
+            stream.whenLate(
+                []
+                {
+                    HttpResponse late{200, {}, "late"};
+                    late.trailers = {{"CIMStatusCode", "1"}, {"CIMStatusCodeDescription", "late"}};
+                    return late;
+                });
+            HttpResponse response{200, {}, request.body};
+            if (request.body == "midway")
+            {
+                response.body = std::string(limits.chunkBytes, 'x');
+                stream.flush(response);
+            }
+            if (request.body == "midway" || request.body == "hang")
+                _opened.wait();
+            return response;
+        };
+    }
+
+    void TearDown() override
+    {
+        open();
+        server.reset(); // waits for the handlers
+    }
+
+    void open()
+    {
+        if (!_isOpen)
+            _gate.set_value();
+        _isOpen = true;
+    }
+
+  private:
+    std::promise<void> _gate;
+    const std::shared_future<void> _opened = _gate.get_future().share();
+    bool _isOpen = false;
+};
+
+TEST_F(TimeTest, AnswersForAHandlerThatHangsAndGoesOnWithoutIt)
+{
+    limits.operationSeconds = kSecond;
+    limits.workers = 1;
+    limits.queuedRequests = 0;
+    start(hanging());
+    RawClient client(port);
+    EXPECT_EQ("late", client.ask(post("hang")).body);
+    EXPECT_EQ("next", client.ask(post("next")).body) << "the only worker was replaced";
+    EXPECT_FALSE(server->stop(std::chrono::milliseconds(0))) << "the handler is still running";
+    open();
+    EXPECT_TRUE(server->stop(kLong)) << "what it returns late is nobody's";
+}
+
+TEST_F(TimeTest, BreaksOffTheAnswerOfAHandlerThatHangsMidway)
+{
+    limits.operationSeconds = kSecond;
+    start(hanging());
+    RawClient withTrailers(port);
+    RawClient without(port);
+    withTrailers.send(post("midway", "TE: trailers\r\n"));
+    without.send(post("midway"));
+    const RawResponse told = withTrailers.receive();
+    EXPECT_EQ(limits.chunkBytes, told.body.size());
+    EXPECT_EQ("CIMStatusCode: 1\nCIMStatusCodeDescription: late\n", told.trailers);
+    EXPECT_FALSE(without.receive().isComplete);
+}
+
+TEST_F(TimeTest, SaysWhenTooManyHandlersHang)
+{
+    limits.operationSeconds = kSecond;
+    limits.hungWorkers = 1;
+    std::promise<void> tooMany;
+    start(hanging(), [&] { tooMany.set_value(); });
+    RawClient first(port);
+    RawClient second(port);
+    first.send(post("hang"));
+    second.send(post("hang"));
+    tooMany.get_future().wait();
+    EXPECT_EQ("late", first.receive().body);
+    EXPECT_EQ("late", second.receive().body);
+}
+
+TEST_F(TimeTest, KeepsAnAnswerBackWithoutAWorker)
+{
+    limits.workers = 1;
+    limits.queuedRequests = 0;
+    std::promise<void> held;
+    start(
+        [&](HttpRequest& request, AnswerStream&)
+        {
+            HttpResponse response{200, {}, request.body};
+            if (request.body == "held")
+                response.holdFor = kLong;
+            return response;
+        });
+    handler.verdict = [](const HttpRequest& head)
+    {
+        Verdict verdict;
+        if (head.header("X-Refuse") != nullptr)
+            verdict.response = HttpResponse{401, {}, "who?", {}, kLong};
+        return verdict;
+    };
+    RawClient keeper(port);
+    RawClient refused(port);
+    RawClient asking(port);
+    RawClient other(port);
+    keeper.send(post("held"));
+    refused.send(post("body", "X-Refuse: yes\r\n"));
+    asking.send(post("", "X-Refuse: yes\r\nExpect: 100-continue\r\n"));
+    while (other.ask(post("other")).status == 503) // until the worker has let go of the first
+        std::this_thread::yield();
+    server->stop(std::chrono::milliseconds(0)); // lets go at once of what is kept back
+    EXPECT_EQ("held", keeper.receive().body);
+    EXPECT_EQ(401, refused.receive().status);
+    EXPECT_EQ(401, asking.receive().status);
+    EXPECT_TRUE(server->stop(kLong));
+}
+
+TEST_F(TimeTest, ReleasesAnAnswerThatWasKeptBack)
+{
+    start(
+        [](HttpRequest&, AnswerStream&) {
+            return HttpResponse{401, {}, "who?", {}, std::chrono::milliseconds(10)};
+        });
+    RawClient client(port);
+    EXPECT_EQ(401, client.ask(post("")).status);
+    EXPECT_EQ(401, client.ask(post("")).status);
+}
+
+TEST_F(TimeTest, RefusesRequestsThatArriveTooSlowly)
+{
+    limits.requestSeconds = kSecond;
+    start(hanging());
+    const std::string whole = post("body");
+    RawClient idle(port); // it has not begun a request, so its time does not run
+    EXPECT_EQ("kept", idle.ask(post("kept")).body);
+    std::map<std::size_t, RawClient> clients;
+    for (const std::size_t part : {std::size_t{1}, whole.find("Host"), whole.size() - 1})
+        clients.try_emplace(part, port).first->second.send(whole.substr(0, part));
+    for (auto& [part, client] : clients)
+    {
+        EXPECT_EQ(408, client.receive().status) << part;
+        EXPECT_NO_THROW(client.awaitClose());
+    }
+    EXPECT_EQ("more", idle.ask(post("more")).body);
+}
+
+TEST_F(TimeTest, ClosesIdleConnections)
+{
+    limits.idleSeconds = 1;
+    start(hanging());
+    RawClient fresh(port);
+    RawClient used(port);
+    EXPECT_EQ("once", used.ask(post("once")).body);
+    EXPECT_NO_THROW(fresh.awaitClose());
+    EXPECT_NO_THROW(used.awaitClose());
+}
+
+TEST_F(TimeTest, LetsFurtherConnectionsWaitAndThoseOfOneAddressGo)
+{
+    limits.connections = 3;
+    limits.connectionsPerAddress = 2;
+    start(hanging());
+    auto first = std::make_unique<RawClient>(port);
+    RawClient second(port);
+    EXPECT_EQ("1", first->ask(post("1")).body);
+    EXPECT_EQ("2", second.ask(post("2")).body);
+    RawClient third(port);
+    EXPECT_NO_THROW(third.awaitClose());
+    first.reset();
+    for (std::string body; body != "4";) // until the server has seen the first go
+        try
+        {
+            body = RawClient(port).ask(post("4")).body;
+        }
+        catch (const std::runtime_error&)
+        {
+        }
+}
+
+TEST_F(TimeTest, StopsInSpiteOfRequestsThatNeverArrive)
+{
+    start(hanging());
+    const std::string whole = post("body");
+    RawClient halfHead(port);
+    RawClient halfBody(port);
+    RawClient running(port);
+    halfHead.send(whole.substr(0, 20));
+    halfBody.send(whole.substr(0, whole.size() - 1) + "");
+    running.send(post("next"));
+    EXPECT_EQ("next", running.receive().body); // the server has read the others by now, or never will
+    EXPECT_TRUE(server->stop(kLong));
+    EXPECT_EQ(503, halfBody.receive().status);
+}
+
+} // namespace
+} // namespace cimd
