@@ -85,6 +85,23 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
     }
 }
 
+/** Ends the process in spite of providers that hang and cannot be joined. */
+[[noreturn]] void leave(const Setting& setting, int status)
+{
+    for (const InFlight::Request& request : setting.inFlight.list())
+        log(LogLevel::Error, "cimd", request.text());
+    _exit(status);
+}
+
+[[noreturn]] void endHung(const Setting& setting)
+{
+    log(LogLevel::Error,
+        "cimd",
+        "more than " + std::to_string(setting.options.limits.hungWorkers) +
+            " operations hang in their providers; ending the process");
+    leave(setting, kExitHung);
+}
+
 int serve(const Setting& setting)
 {
     // Before the first thread, so that signals are taken here alone.
@@ -100,7 +117,7 @@ int serve(const Setting& setting)
     Counters counters(classNames(core.repository()));
     const Watch watch{&setting.inFlight, &counters, setting.trace};
     FrontEnd frontEnd(core.service(), limits, watch, options.spoolDirectory);
-    HttpServer server(frontEnd, limits, std::move(setting.socket));
+    HttpServer server(frontEnd, limits, std::move(setting.socket), [&setting] { endHung(setting); });
     if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
     {
         std::printf("cimd: listening on %s\n", url.c_str());
@@ -114,9 +131,7 @@ int serve(const Setting& setting)
     if (isDone)
         return EXIT_SUCCESS;
     log(LogLevel::Error, "cimd", "a request did not finish in time; leaving it behind");
-    for (const InFlight::Request& request : setting.inFlight.list())
-        log(LogLevel::Error, "cimd", request.text());
-    _exit(kExitUnfinished); // a provider that hangs cannot be joined
+    leave(setting, kExitUnfinished);
 }
 
 int start(const Options& options)

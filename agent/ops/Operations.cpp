@@ -70,6 +70,19 @@ const Operation& operationFor(const WireRequest& request)
     throw CimError(CimStatus::NotSupported, "operation " + request.method + " is not supported");
 }
 
+/** The late answer of a request must not be made when the request is gone. */
+class LateScope
+{
+  public:
+    explicit LateScope(AnswerStream& stream) : _stream(stream) {}
+    ~LateScope() { _stream.whenLate({}); }
+    LateScope(const LateScope&) = delete;
+    LateScope& operator=(const LateScope&) = delete;
+
+  private:
+    AnswerStream& _stream;
+};
+
 } // namespace
 
 Operations::Operations(CimService& service, const Limits& limits, std::string spoolDirectory)
@@ -85,6 +98,7 @@ Outcome Operations::run(const RequestContext& context,
                         AnswerStream& stream)
 {
     Outcome outcome;
+    const LateScope lateScope(stream);
     try
     {
         _enumerations.expire();
