@@ -4,6 +4,8 @@
 #include "agent/broker/InstanceObject.h"
 #include "agent/cim/CimError.h"
 
+#include <cmpiresults.h>
+
 namespace cimd
 {
 namespace
@@ -45,6 +47,7 @@ ProviderCall::ProviderCall(const Broker& broker, Origin origin, ResultReceiver& 
     _context->set(CMPIInvocationFlags, CimValue::uint32(origin.flags));
     _context->set(CMPIPrincipal, CimValue::string(origin.request.principal));
     _context->set(CMPIRole, CimValue::string(std::move(origin.role)));
+    _context->set(CMPIResultsAreCopied, CimValue::boolean(true)); // as Result.h says
     _context->set(CMPIAcceptLanguage, CimValue::string(origin.request.acceptLanguage));
 }
 

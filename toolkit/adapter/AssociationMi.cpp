@@ -163,7 +163,7 @@ CMPIStatus associators(CMPIAssociationMI* mi,
 {
     const auto body = [&](Call& call)
     {
-        ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Instances, properties);
+        ResultSink sink(call, result, nameSpaceOf(path), Deliver::Instances, properties);
         Request request = {{}, textOrEmpty(resultClass), textOrEmpty(role), textOrEmpty(resultRole)};
         answer(call, path, assocClass, request, sink, findAssociators);
     };
@@ -181,7 +181,7 @@ CMPIStatus associatorNames(CMPIAssociationMI* mi,
 {
     const auto body = [&](Call& call)
     {
-        ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Paths, nullptr);
+        ResultSink sink(call, result, nameSpaceOf(path), Deliver::Paths, nullptr);
         Request request = {{}, textOrEmpty(resultClass), textOrEmpty(role), textOrEmpty(resultRole)};
         answer(call, path, assocClass, request, sink, findAssociatorNames);
     };
@@ -198,7 +198,7 @@ CMPIStatus references(CMPIAssociationMI* mi,
 {
     const auto body = [&](Call& call)
     {
-        ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Instances, properties);
+        ResultSink sink(call, result, nameSpaceOf(path), Deliver::Instances, properties);
         Request request = {{}, {}, textOrEmpty(role), {}};
         answer(call, path, resultClass, request, sink, findReferences);
     };
@@ -214,7 +214,7 @@ CMPIStatus referenceNames(CMPIAssociationMI* mi,
 {
     const auto body = [&](Call& call)
     {
-        ResultSink sink(call.broker(), result, nameSpaceOf(path), Deliver::Paths, nullptr);
+        ResultSink sink(call, result, nameSpaceOf(path), Deliver::Paths, nullptr);
         Request request = {{}, {}, textOrEmpty(role), {}};
         answer(call, path, resultClass, request, sink, findReferences);
     };

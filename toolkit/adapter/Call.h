@@ -47,6 +47,7 @@ class Call
     Call(StaticData& data, const CMPIContext* context);
 
     const CMPIBroker* broker() const { return _context.broker(); }
+    const CMPIContext* context() const { return _context.context(); }
     Adapter& adapter() { return _adapter; }
     // The provider, loaded, for operations that answer with what it has: one that does not load would answer
     // with less. Throws Failure if it does not.

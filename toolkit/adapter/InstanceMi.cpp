@@ -33,8 +33,7 @@ void enumerate(Call& call,
     Ref<Instance> model = call.from().fromPath(classPath, modelClass, FromCmpi::kNoKeys);
     if (properties)
         filter_properties(model.ptr(), properties, true);
-    ResultSink sink(
-        call.broker(), result, nameSpaceOf(classPath), what, properties, wantedClass(call, modelClass));
+    ResultSink sink(call, result, nameSpaceOf(classPath), what, properties, wantedClass(call, modelClass));
     checkProvider(call.loadedProvider().enum_instances(
         model.ptr(), ResultSink::receive<Instance*, Enum_Instances_Status>, &sink));
     sink.finish();
@@ -51,12 +50,8 @@ void get(Call& call, const CMPIResult* result, const CMPIObjectPath* path, const
     const Ref<Instance> instance(found);
     checkProvider(status);
 
-    ResultSink sink(call.broker(),
-                    result,
-                    nameSpaceOf(path),
-                    Deliver::Instances,
-                    properties,
-                    wantedClass(call, modelClass));
+    ResultSink sink(
+        call, result, nameSpaceOf(path), Deliver::Instances, properties, wantedClass(call, modelClass));
     if (sink.take(instance.ptr()) && sink.taken() == 0)
         throw Failure(CMPI_RC_ERR_NOT_FOUND,
                       std::string("the instance with these keys is a ") + instance->meta_class->name);
@@ -70,7 +65,7 @@ void create(Call& call, const CMPIResult* result, const CMPIObjectPath* classPat
     Ref<Instance> instance = call.from().fromInstance(source, modelClass, nameSpace, FromCmpi::kRefuse);
     checkProvider(call.provider().create_instance(instance.ptr()));
     // The provider may have filled in keys.
-    ResultSink sink(call.broker(), result, nameSpace, Deliver::Paths, nullptr);
+    ResultSink sink(call, result, nameSpace, Deliver::Paths, nullptr);
     sink.take(instance.ptr());
     sink.finish();
 }

@@ -1,6 +1,7 @@
 // Takes the instances that a provider hands over one by one to the client that asked for them.
 #pragma once
 
+#include "Call.h"
 #include "Failure.h"
 #include "ToCmpi.h"
 #include <cmpift.h>
@@ -23,13 +24,14 @@ class ResultSink
   public:
     // `properties` ends with a null pointer; null means all. Instances of other classes than `wanted` and its
     // subclasses are passed over; null lets all through.
-    ResultSink(const CMPIBroker* broker,
+    ResultSink(const Call& call,
                const CMPIResult* result,
                const std::string& nameSpace,
                Deliver what,
                const char* const* properties,
                const cimple::Meta_Class* wanted = nullptr)
-        : _to(broker, nameSpace), _filter(properties), _result(result), _what(what), _wanted(wanted)
+        : _broker(call.broker()), _copies(copiesResults(call)), _to(_broker, nameSpace), _filter(properties),
+          _result(result), _what(what), _wanted(wanted)
     {
     }
 
@@ -53,6 +55,11 @@ class ResultSink
     }
 
   private:
+    static bool copiesResults(const Call& call);
+    CMPIStatus deliver(const cimple::Instance* instance);
+
+    const CMPIBroker* _broker;
+    const bool _copies; // the broker does, so that a result's objects can go when it has been returned
     ToCmpi _to;
     PropertyFilter _filter;
     const CMPIResult* _result;

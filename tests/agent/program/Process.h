@@ -27,6 +27,7 @@ class Process
     // Everything up to the end of the last process that cimd started.
     std::string readRest();
 
+    pid_t pid() const { return _pid; }
     void signal(int number);
 
     // Exit status, or minus the signal that ended it.

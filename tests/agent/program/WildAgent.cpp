@@ -20,16 +20,47 @@ std::vector<std::string> words(const std::vector<std::string>& more)
     return all;
 }
 
-std::string getInstance(const std::string& className, const std::string& mode)
+namespace
+{
+
+std::string request(const std::string& method, const std::string& parameters)
 {
     return post("<CIM CIMVERSION='2.0' DTDVERSION='2.0'><MESSAGE ID='1' PROTOCOLVERSION='1.0'><SIMPLEREQ>"
-                "<IMETHODCALL NAME='GetInstance'><LOCALNAMESPACEPATH><NAMESPACE NAME='root'/>"
-                "<NAMESPACE NAME='test'/></LOCALNAMESPACEPATH><IPARAMVALUE NAME='InstanceName'>"
-                "<INSTANCENAME CLASSNAME='" +
-                    className + "'><KEYBINDING NAME='Mode'><KEYVALUE>" + mode +
-                    "</KEYVALUE></KEYBINDING></INSTANCENAME></IPARAMVALUE></IMETHODCALL></SIMPLEREQ>"
-                    "</MESSAGE></CIM>",
-                "CIMOperation: MethodCall\r\nCIMMethod: GetInstance\r\nCIMObject: root%2Ftest\r\n");
+                "<IMETHODCALL NAME='" +
+                    method +
+                    "'><LOCALNAMESPACEPATH><NAMESPACE NAME='root'/><NAMESPACE NAME='test'/>"
+                    "</LOCALNAMESPACEPATH>" +
+                    parameters + "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>",
+                "CIMOperation: MethodCall\r\nCIMMethod: " + method + "\r\nCIMObject: root%2Ftest\r\n");
+}
+
+std::string instanceName(const std::string& className, const std::string& mode)
+{
+    return "<INSTANCENAME CLASSNAME='" + className + "'><KEYBINDING NAME='Mode'><KEYVALUE>" + mode +
+           "</KEYVALUE></KEYBINDING></INSTANCENAME>";
+}
+
+} // namespace
+
+std::string getInstance(const std::string& className, const std::string& mode)
+{
+    return request("GetInstance",
+                   "<IPARAMVALUE NAME='InstanceName'>" + instanceName(className, mode) + "</IPARAMVALUE>");
+}
+
+std::string setCount(std::size_t count)
+{
+    return request(
+        "ModifyInstance",
+        "<IPARAMVALUE NAME='ModifiedInstance'><VALUE.NAMEDINSTANCE>" + instanceName("Test_Wild", "good") +
+            "<INSTANCE CLASSNAME='Test_Wild'><PROPERTY NAME='Count' TYPE='uint32'><VALUE>" +
+            std::to_string(count) + "</VALUE></PROPERTY></INSTANCE></VALUE.NAMEDINSTANCE></IPARAMVALUE>");
+}
+
+std::string enumerateInstances()
+{
+    return request("EnumerateInstances",
+                   "<IPARAMVALUE NAME='ClassName'><CLASSNAME NAME='Test_Wild'/></IPARAMVALUE>");
 }
 
 // What a new connection is answered.

@@ -16,6 +16,10 @@ std::vector<std::string> words(const std::vector<std::string>& more = {});
 // A request for the instance of a class with the key Mode.
 std::string getInstance(const std::string& className, const std::string& mode);
 
+// Sets how many instances of Test_Wild an enumeration has.
+std::string setCount(std::size_t count);
+std::string enumerateInstances();
+
 // What a new connection is answered.
 std::string ask(std::uint16_t port, const std::string& mode, const std::string& className = "Test_Wild");
 

@@ -99,7 +99,9 @@ CMPIStatus enumInstances(
 {
     for (CMPIUint32 i = 0; i < count; ++i)
     {
+        CMPIGcStat* level = broker->mft->mark(broker, nullptr); // the agent copies results
         const CMPIStatus status = CMReturnInstance(result, newInstance(std::to_string(i).c_str(), i));
+        broker->mft->release(broker, level);
         if (status.rc != CMPI_RC_OK)
             return status;
     }

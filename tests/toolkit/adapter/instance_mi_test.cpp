@@ -42,6 +42,24 @@ TEST_F(InstanceMi, EnumeratedInstancesStayTheProvidersAndUnchanged)
     EXPECT_EQ(textOf(script<Demo_Sensor>().instances[0].ptr()), before);
 }
 
+// Otherwise a server keeps pointers, perhaps.
+TEST_F(InstanceMi, ResultsAreKeptUnlessTheBrokerCopiesThem)
+{
+    constexpr size_t kCount = 100;
+    constexpr size_t kObjectsOfOne = 10; // more than an instance needs with its path, and the request
+    for (unsigned id = 0; id < kCount; id++)
+        script<Demo_Sensor>().instances.push_back(sensor(id, "inlet"));
+    Client& sensors = client(sensorProvider());
+
+    const Outcome kept = sensors.enumerateInstances(classPath("Demo_Sensor"));
+    EXPECT_GE(kept.mostObjects, 2 * kCount);
+    broker.copyResults();
+    const Outcome copied = sensors.enumerateInstances(classPath("Demo_Sensor"));
+    EXPECT_LE(copied.mostObjects, kObjectsOfOne);
+    EXPECT_EQ(copied.texts(), kept.texts());
+    EXPECT_EQ(sensors.enumerateInstanceNames(classPath("Demo_Sensor")).paths.size(), kCount);
+}
+
 TEST_F(InstanceMi, EnumerationIsLimitedToTheClassAskedFor)
 {
     script<Demo_Element>().instances = {sensor(7)};

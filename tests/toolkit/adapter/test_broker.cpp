@@ -5,6 +5,7 @@
 #include "test_object_types.h"
 
 #include <algorithm>
+#include <cmpiresults.h>
 
 namespace test_broker
 {
@@ -22,6 +23,7 @@ struct Result : CMPIResult
     {
         if (done != 0)
             journal.violation("a result was returned after returnDone");
+        outcome.mostObjects = std::max(outcome.mostObjects, journal.objectsAlive());
         const bool full = taken++ >= limit;
         return {full ? CMPI_RC_ERR_INVALID_HANDLE : CMPI_RC_OK, nullptr};
     }
@@ -99,10 +101,38 @@ Result::Result(Journal& j, Outcome& o, size_t l) : CMPIResult(), journal(j), out
     ft = &resultFT;
 }
 
-std::vector<Named> requestEntries()
+std::vector<Named> requestEntries(bool copiesResults)
 {
-    return {{CMPIInitNameSpace, Value::string("root/demo")}, {CMPIPrincipal, Value::string("operator")}};
+    std::vector<Named> entries = {{CMPIInitNameSpace, Value::string("root/demo")},
+                                  {CMPIPrincipal, Value::string("operator")}};
+    if (copiesResults)
+        entries.emplace_back(CMPIResultsAreCopied, Value::boolean(true));
+    return entries;
 }
+
+// Marks are levels of the session, counted from one: a null pointer is none.
+CMPIGcStat* mark(const CMPIBroker*, CMPIStatus* rc)
+{
+    done(rc, CMPI_RC_OK);
+    return reinterpret_cast<CMPIGcStat*>(Session::current()->level() + 1);
+}
+
+CMPIStatus release(const CMPIBroker*, const CMPIGcStat* level)
+{
+    Session::current()->endSince(reinterpret_cast<size_t>(level) - 1);
+    return {CMPI_RC_OK, nullptr};
+}
+
+CMPIBrokerMemFT memoryTable()
+{
+    CMPIBrokerMemFT table = {};
+    table.ftVersion = CMPIVersion200;
+    table.mark = mark;
+    table.release = release;
+    return table;
+}
+
+const CMPIBrokerMemFT memoryFT = memoryTable();
 
 } // namespace
 
@@ -129,6 +159,12 @@ Broker::Broker() : _cmpi(services())
 
 Broker::~Broker() = default;
 
+void Broker::copyResults()
+{
+    _copiesResults = true;
+    _cmpi.mft = &memoryFT;
+}
+
 std::string Broker::violations() const
 {
     std::string result;
@@ -142,7 +178,7 @@ std::string Broker::violations() const
 Outcome Broker::call(const Function& function, ResultRule rule)
 {
     Session session;
-    session.setContext(newContext(_journal, requestEntries()));
+    session.setContext(newContext(_journal, requestEntries(_copiesResults)));
     Outcome outcome;
     Result result(_journal, outcome, _refuseAfter);
     const CMPIStatus status = function(session.context(), &result);

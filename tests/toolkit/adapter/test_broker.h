@@ -21,6 +21,7 @@ struct Outcome
     std::vector<Path> paths;
     std::vector<Value> data;
     std::vector<Named> out; // output arguments of a method
+    size_t mostObjects = 0; // of the broker alive when a result was returned
 
     bool ok() const { return rc == CMPI_RC_OK; }
     // textOf() of everything returned, in order; for a failure "<code>: <message>".
@@ -61,6 +62,9 @@ class Broker
     // From now on calls take so many results and refuse the next, as a broker does whose client has gone.
     void refuseAfter(size_t results) { _refuseAfter = results; }
 
+    // From now on calls promise that results are copied, and there are memory services.
+    void copyResults();
+
     // From now on this factory ("newArray", "newString" ...) fails.
     void fail(const std::string& factory);
     bool failing(const char* factory) const;
@@ -88,6 +92,7 @@ class Broker
     std::map<std::string, Route> _routes;
     std::function<void(const Delivery&)> _onDelivery;
     size_t _refuseAfter = size_t(-1);
+    bool _copiesResults = false;
     Journal _journal;
 };
 

@@ -71,6 +71,9 @@ class Session
     void add(std::unique_ptr<Object> object);
     // Destroys an object of this session before its time; false if it is not one.
     bool release(Object* object);
+    // How many there are, and the end of all that were added since.
+    size_t level() const { return _objects.size(); }
+    void endSince(size_t level) { _objects.resize(level); }
 
   private:
     const CMPIContext* _context;
