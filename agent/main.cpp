@@ -143,7 +143,8 @@ int start(const Options& options)
     std::optional<XmlTrace> trace;
     if (options.traceXml)
         starting("--trace-xml", [&] { return &trace.emplace(*options.traceXml); });
-    InFlight inFlight(limits.workers);
+    // All that can run at once: one more that hangs than may is what ends the process.
+    InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1);
     Setting setting{options, socket, inFlight, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);

@@ -1,6 +1,7 @@
 // What a request is about.
 #include "agent/ops/Call.h"
 
+#include "agent/log/Log.h"
 #include "agent/ops/Failure.h"
 
 namespace cimd
@@ -34,9 +35,17 @@ void Call::setSubject(const CimName& name)
 {
     subject = name.str();
     entry.about(subject);
-    // A copy of the subject: this thread may change it while another one makes the late answer.
-    stream.whenLate([&request = wire, copy = subject, limit = timeLimit]
-                    { return lateAnswer(request, copy, limit); });
+    // A copy of the subject: this thread may change it while another one makes the late answer. The call
+    // itself may be gone by then, what it refers to is not.
+    stream.whenLate(
+        [&request = wire, &peer = context.clientAddress, copy = subject, limit = timeLimit]
+        {
+            log(LogLevel::Warning,
+                "cim",
+                operationText(request.method, copy) + peer + ": did not finish within " +
+                    std::to_string(limit.count()) + " s; its provider may hang");
+            return lateAnswer(request, copy, limit);
+        });
 }
 
 ObjectPath Call::withKeyName(const ObjectPath& path, const CimValue& value) const

@@ -114,8 +114,7 @@ HttpResponse FrontEnd::answer(HttpRequest& request, AnswerStream& stream)
     _watch.trace->write("request from", request.peer, request.body);
     TracedStream traced(stream, *_watch.trace, request.peer);
     HttpResponse response = operate(request, traced);
-    _watch.trace->write(
-        traced.taken() == 0 ? "answer to" : "rest of the answer to", request.peer, response.body);
+    traced.finish(response);
     return response;
 }
 

@@ -4,7 +4,9 @@
 #include "agent/http/HttpHandler.h"
 #include "agent/log/XmlTrace.h"
 
+#include <atomic>
 #include <string>
+#include <utility>
 
 namespace cimd
 {
@@ -31,13 +33,35 @@ class TracedStream : public AnswerStream
     }
 
     std::size_t taken() const override { return _stream.taken(); }
-    void whenLate(std::function<HttpResponse()> late) override { _stream.whenLate(std::move(late)); }
+    void whenLate(std::function<HttpResponse()> late) override
+    {
+        if (!late)
+            return _stream.whenLate({});
+        _stream.whenLate(
+            [this, late = std::move(late)]
+            {
+                HttpResponse response = late();
+                _wasLate = true;
+                _trace.write("late answer to", _peer, response.body);
+                return response;
+            });
+    }
+
+    /** What is left of the answer when the handler has returned it. */
+    void finish(const HttpResponse& response)
+    {
+        const char* const about = _wasLate       ? "dropped answer to"
+                                  : taken() == 0 ? "answer to"
+                                                 : "rest of the answer to";
+        _trace.write(about, _peer, response.body);
+    }
 
   private:
     AnswerStream& _stream;
     XmlTrace& _trace;
     const std::string& _peer;
     std::string _waiting;
+    std::atomic<bool> _wasLate{false};
 };
 
 } // namespace cimd

@@ -68,7 +68,9 @@ class FakeStream : public AnswerStream
         response.body.clear();
     }
     std::size_t taken() const override { return _taken; }
-    void whenLate(std::function<HttpResponse()>) override {}
+    void whenLate(std::function<HttpResponse()> function) override { late = std::move(function); }
+
+    std::function<HttpResponse()> late;
 
   private:
     std::size_t _taken = 0;
@@ -91,16 +93,26 @@ TEST(XmlTraceTest, HoldsWhatLeftAndNotWhatWasReplaced)
             traced.flush(response);
         }
         response.body = "an error";
+        traced.finish(response);
         EXPECT_EQ(10U, traced.taken());
         EXPECT_EQ(10U, stream.taken());
+
+        FakeStream hasty;
+        TracedStream late(hasty, trace, peer);
+        late.whenLate([] { return HttpResponse{200, {}, "too late"}; });
+        EXPECT_EQ("too late", hasty.late().body);
+        late.finish(response);
+        late.whenLate({});
+        EXPECT_FALSE(hasty.late);
         text << std::ifstream(file).rdbuf();
     }
     std::filesystem::remove(file);
-    EXPECT_TRUE(std::regex_match(
-        text.str(),
-        std::regex("--- \\S+ part of the answer to 192\\.0\\.2\\.1:4000: 4 bytes\nabcd\n"
-                   "--- \\S+ part of the answer to 192\\.0\\.2\\.1:4000: 6 bytes\nefghij\n")))
-        << text.str();
+    const std::string about = " to 192\\.0\\.2\\.1:4000: ";
+    const std::regex expected(
+        "--- \\S+ part of the answer" + about + "4 bytes\nabcd\n--- \\S+ part of the answer" + about +
+        "6 bytes\nefghij\n--- \\S+ rest of the answer" + about + "8 bytes\nan error\n--- \\S+ late answer" +
+        about + "8 bytes\ntoo late\n--- \\S+ dropped answer" + about + "8 bytes\nan error\n");
+    EXPECT_TRUE(std::regex_match(text.str(), expected)) << text.str();
 }
 
 } // namespace

@@ -95,6 +95,7 @@ TEST(PatienceTest, TooManyThatHangEndTheProcess)
     const std::uint16_t port = portOf(supervised.readLine());
     ask(port, "waits");
     EXPECT_TRUE(isInstance(ask(port, "good")));
+    supervised.readUntil(": did not finish within 1 s; its provider may hang");
     supervised.readUntil("more than 0 operations hang in their providers; ending the process");
     EXPECT_NE(std::string::npos, supervised.readLine().find("GetInstance Test_Wild"));
     supervised.readUntil("ended by itself with exit status " + std::to_string(kExitHung));
