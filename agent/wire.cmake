@@ -1,4 +1,5 @@
 # CIM-XML over HTTP, and the program.
+add_subdirectory(auth)
 pkg_check_modules(microhttpd REQUIRED IMPORTED_TARGET libmicrohttpd)
 
 add_library(cimd_wire STATIC

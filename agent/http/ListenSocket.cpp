@@ -9,8 +9,6 @@
 #include <string_view>
 #include <sys/socket.h>
 #include <system_error>
-#include <unistd.h>
-#include <utility>
 
 namespace cimd
 {
@@ -47,23 +45,6 @@ std::uint16_t boundPort(int fd)
 }
 
 } // namespace
-
-FileDescriptor::~FileDescriptor()
-{
-    if (_fd >= 0)
-        close(_fd);
-}
-
-FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept
-{
-    FileDescriptor old(std::exchange(_fd, other.release()));
-    return *this;
-}
-
-int FileDescriptor::release()
-{
-    return std::exchange(_fd, -1);
-}
 
 ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog)
     : _port(port), _address(address)

@@ -1,27 +1,13 @@
 // The listening TCP socket, opened before anything else so that a taken port is reported at once.
 #pragma once
 
+#include "agent/run/FileDescriptor.h"
+
 #include <cstdint>
 #include <string>
 
 namespace cimd
 {
-
-/** Closes a file descriptor at the end of its scope. */
-class FileDescriptor
-{
-  public:
-    explicit FileDescriptor(int fd = -1) : _fd(fd) {}
-    ~FileDescriptor();
-    FileDescriptor(FileDescriptor&& other) noexcept : _fd(other.release()) {}
-    FileDescriptor& operator=(FileDescriptor&& other) noexcept;
-    int get() const { return _fd; }
-    /** Gives the descriptor away; the caller closes it. */
-    int release();
-
-  private:
-    int _fd;
-};
 
 /** Owns a listening, non-blocking TCP socket bound to one address. */
 class ListenSocket

@@ -1,0 +1,161 @@
+// Log-ins: what is remembered, what is checked, what is refused.
+#include "agent/auth/Authenticator.h"
+
+#include "agent/auth/PasswordHash.h"
+#include "agent/cim/ValueText.h"
+#include "agent/log/Log.h"
+
+#include <gnutls/crypto.h>
+#include <gnutls/gnutls.h>
+#include <stdexcept>
+#include <utility>
+
+namespace cimd
+{
+
+namespace
+{
+
+constexpr std::size_t kKeyBytes = 32;
+constexpr std::size_t kDigestBytes = 32; // of HMAC-SHA256
+
+[[noreturn]] void failTls(const char* step, int code)
+{
+    throw std::runtime_error(std::string(step) + ": " + gnutls_strerror(code));
+}
+
+std::vector<unsigned char> randomKey()
+{
+    std::vector<unsigned char> key(kKeyBytes);
+    const int rc = gnutls_rnd(GNUTLS_RND_KEY, key.data(), key.size());
+    if (rc != GNUTLS_E_SUCCESS)
+        failTls("cannot make a random key", rc);
+    return key;
+}
+
+/** Why the credentials are wrong, empty if they are right. Takes the same time for every user. */
+std::string faultOf(const Credentials& credentials, const PasswordTable& table)
+{
+    const std::string* hash = table.hashOf(credentials.user);
+    const bool isRight = passwordMatches(credentials.password, hash != nullptr ? *hash : table.decoy());
+    if (hash == nullptr)
+        return "no such user";
+    return isRight ? "" : "wrong password";
+}
+
+} // namespace
+
+Authenticator::Authenticator(const std::string& passwordFile, const Limits& limits, Clock clock)
+    : _limits(limits), _clock(std::move(clock)), _key(randomKey()), _store(passwordFile),
+      _delay(limits.guessAddresses, limits.guessDelay), _known(limits.knownLogIns, limits.knownLogInSeconds)
+{
+}
+
+bool Authenticator::isKnown(const std::string& authorization)
+{
+    const std::optional<unsigned long> generation = _store.settledGeneration();
+    if (!generation)
+        return false;
+    const std::string key = digest(authorization);
+    const std::lock_guard lock(_mutex);
+    const Known* known = _known.find(key, _clock());
+    return known != nullptr && known->generation == *generation;
+}
+
+LogIn Authenticator::withoutCredentials(const std::string& peer)
+{
+    const std::chrono::milliseconds delay = _delay.present(peer, _clock());
+    log(LogLevel::Warning, "auth", peer + ": request refused: it has no credentials");
+    return {{}, false, delay};
+}
+
+LogIn Authenticator::check(const std::string& authorization, const std::string& peer)
+{
+    const std::string key = digest(authorization);
+    const std::shared_ptr<const PasswordState> state = _store.current();
+    LogIn result;
+    {
+        const std::lock_guard lock(_mutex);
+        const Known* known = _known.find(key, _clock());
+        if (known != nullptr && known->generation == state->generation)
+            result.user = known->user;
+    }
+    if (result.user.empty())
+    {
+        const std::optional<Credentials> credentials = readBasicCredentials(authorization);
+        if (!credentials)
+            return refused(peer, "the Authorization header holds no Basic credentials");
+        const std::shared_ptr<const Attempt> checked = attempt(key, *credentials, *state);
+        if (!checked)
+        {
+            log(LogLevel::Warning, "auth", peer + ": log-in put off: too many are being checked");
+            result.isBusy = true;
+            return result;
+        }
+        if (!checked->fault.empty())
+            return refused(peer, "user " + quoted(credentials->user) + ": " + checked->fault);
+        log(LogLevel::Info, "auth", peer + ": log-in as " + quoted(credentials->user));
+        result.user = credentials->user;
+    }
+    _delay.succeeded(peer);
+    return result;
+}
+
+std::shared_ptr<const Authenticator::Attempt>
+Authenticator::attempt(const std::string& digest, const Credentials& credentials, const PasswordState& state)
+{
+    std::unique_lock lock(_mutex);
+    const auto running = _attempts.find(digest);
+    if (running != _attempts.end())
+    {
+        const std::shared_ptr<const Attempt> other = running->second;
+        _changed.wait(lock, [&] { return other->isDone; });
+        return other;
+    }
+    if (_attempts.size() >= _limits.passwordChecks)
+        return nullptr;
+    const auto mine = std::make_shared<Attempt>();
+    _attempts.emplace(digest, mine);
+    lock.unlock();
+    std::string fault = "the check failed for lack of memory";
+    try
+    {
+        fault = faultOf(credentials, state.table);
+    }
+    catch (const std::bad_alloc&)
+    {
+    }
+    lock.lock();
+    _attempts.erase(digest);
+    mine->fault = std::move(fault);
+    mine->isDone = true;
+    if (mine->fault.empty())
+        _known.put(digest, {credentials.user, state.generation}, _clock());
+    _changed.notify_all();
+    return mine;
+}
+
+LogIn Authenticator::refused(const std::string& peer, const std::string& reason)
+{
+    const std::chrono::milliseconds delay = _delay.failed(peer, _clock());
+    log(LogLevel::Warning,
+        "auth",
+        peer + ": log-in refused: " + reason + " (answered after " + std::to_string(delay.count()) + " ms)");
+    return {{}, false, delay};
+}
+
+std::string Authenticator::digest(const std::string& authorization) const
+{
+    std::string digest(kDigestBytes, '\0');
+    const int rc = gnutls_hmac_fast(GNUTLS_MAC_SHA256,
+                                    _key.data(),
+                                    _key.size(),
+                                    authorization.data(),
+                                    authorization.size(),
+                                    digest.data());
+    if (rc != GNUTLS_E_SUCCESS)
+        failTls("HMAC-SHA256", rc);
+    return digest;
+}
+
+} // namespace cimd

@@ -1,0 +1,46 @@
+// The password file as the running agent sees it.
+#pragma once
+
+#include "agent/auth/PasswordTable.h"
+#include "agent/auth/PrivateFile.h"
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace cimd
+{
+
+/** One state of the file. */
+struct PasswordState
+{
+    PasswordTable table;
+    unsigned long generation; ///< Another one after each change.
+};
+
+/** Follows the file. All members may be called from any thread. */
+class PasswordStore
+{
+  public:
+    /** Throws std::runtime_error, "path: reason" or "path:line: reason". */
+    explicit PasswordStore(std::string path);
+
+    /** The generation in force, or nothing if the file has changed: current() reads it. Does not wait. */
+    std::optional<unsigned long> settledGeneration() const;
+
+    /** Reads the file if it changed. One that is faulty is reported once and leaves the users as they were.
+     */
+    std::shared_ptr<const PasswordState> current();
+
+  private:
+    void load();
+
+    const std::string _path;
+    std::mutex _loading; // held while the file is read; before _mutex
+    mutable std::mutex _mutex;
+    std::optional<FileStamp> _seen; // of the latest try to read
+    std::shared_ptr<const PasswordState> _state;
+};
+
+} // namespace cimd
