@@ -100,9 +100,10 @@ CommandLine applyText(Options& options, const std::string& value)
     return CommandLine::Run;
 }
 
-CommandLine applyNoSupervisor(Options& options, const std::string&)
+template <auto Member, bool Value>
+CommandLine applyFlag(Options& options, const std::string&)
 {
-    options.supervised = false;
+    options.*Member = Value;
     return CommandLine::Run;
 }
 
@@ -118,6 +119,17 @@ constexpr Entry kEntries[] = {
      "ADDRESS",
      "IPv4 or IPv6 address to listen on. Default: 127.0.0.1, this machine only.",
      applyText<&Options::address>},
+    {"password-file",
+     "FILE",
+     "Only the users in this file, which cimd-passwd makes, may send operations. It must not be readable by "
+     "everybody. cimd notices when it changes.",
+     applyText<&Options::passwordFile>},
+    {"no-authentication",
+     nullptr,
+     "Everybody may send operations. That is the default as long as only this machine can reach cimd; "
+     "elsewhere "
+     "cimd starts with --password-file or with this option only.",
+     applyFlag<&Options::isOpen, true>},
     {"scenario",
      "FILE",
      "Start the simulated switch from this scenario file. Default: its built-in one.",
@@ -153,7 +165,7 @@ constexpr Entry kEntries[] = {
     {"no-supervisor",
      nullptr,
      "Serve in the one process that was started, for debugging: a crash ends it.",
-     applyNoSupervisor},
+     applyFlag<&Options::supervised, false>},
     {"help", nullptr, "Print this text and exit.", only<CommandLine::Help>},
     {"version", nullptr, "Print the version and exit.", only<CommandLine::Version>},
     {"show-limits",
@@ -224,6 +236,8 @@ CommandLine readCommandLine(int argc, char* const argv[], const std::string& pro
         else if (what != CommandLine::Run)
             return what;
     }
+    if (options.passwordFile && options.isOpen)
+        throw StartError("--no-authentication: --password-file says the opposite");
     if (optind < argc)
         throw StartError(std::string(argv[optind]) + ": arguments without an option are not known");
     return result;

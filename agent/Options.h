@@ -21,6 +21,8 @@ struct Options
     std::string repository;
     std::string registration;
     std::string providerDir;
+    std::optional<std::string> passwordFile;
+    bool isOpen = false;                 ///< Nobody has to log in, wherever cimd listens.
     std::string spoolDirectory;          ///< for large results that wait to be pulled
     bool supervised = true;              ///< A process that crashes is replaced.
     std::optional<std::string> traceXml; ///< "-": standard output

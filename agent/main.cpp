@@ -4,6 +4,7 @@
 #include "agent/Platform.h"
 #include "agent/http/HttpServer.h"
 #include "agent/ops/FrontEnd.h"
+#include "agent/ops/LogInGate.h"
 #include "agent/run/ExitStatus.h"
 #include "agent/run/Signals.h"
 #include "agent/run/Supervisor.h"
@@ -117,7 +118,15 @@ int serve(const Setting& setting)
     Counters counters(classNames(core.repository()));
     const Watch watch{&setting.inFlight, &counters, setting.trace};
     FrontEnd frontEnd(core.service(), limits, watch, options.spoolDirectory);
-    HttpServer server(frontEnd, limits, std::move(setting.socket), [&setting] { endHung(setting); });
+    std::optional<Authenticator> authenticator;
+    std::optional<LogInGate> gate;
+    if (options.passwordFile)
+    {
+        starting("--password-file", [&] { return &authenticator.emplace(*options.passwordFile, limits); });
+        gate.emplace(frontEnd, *authenticator, limits);
+    }
+    HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;
+    HttpServer server(handler, limits, std::move(setting.socket), [&setting] { endHung(setting); });
     if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
     {
         std::printf("cimd: listening on %s\n", url.c_str());
@@ -140,6 +149,9 @@ int start(const Options& options)
     const Limits& limits = options.limits;
     ListenSocket socket =
         starting("--listen", [&] { return ListenSocket(options.address, options.port, limits.backlog); });
+    if (!socket.isLoopback() && !options.passwordFile && !options.isOpen)
+        throw StartError("--listen: " + options.address +
+                         " is not for this machine alone: --password-file is needed, or --no-authentication");
     std::optional<XmlTrace> trace;
     if (options.traceXml)
         starting("--trace-xml", [&] { return &trace.emplace(*options.traceXml); });

@@ -19,6 +19,7 @@ add_library(cimd_wire STATIC
     ops/Failure.cpp
     ops/FrontEnd.cpp
     ops/InstanceCalls.cpp
+    ops/LogInGate.cpp
     ops/MethodCalls.cpp
     ops/Operations.cpp
     ops/Parameters.cpp
@@ -37,7 +38,7 @@ add_library(cimd_wire STATIC
     xml/XmlDocument.cpp
     xml/XmlWriter.cpp
 )
-target_link_libraries(cimd_wire PUBLIC cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd)
+target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd)
 
 add_library(cimd_start STATIC Limits.cpp Options.cpp Platform.cpp)
 target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
@@ -45,7 +46,7 @@ target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_
 add_executable(cimd main.cpp)
 target_compile_definitions(cimd PRIVATE CIMD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(cimd PRIVATE cimd_wire cimd_start vrax_warnings)
-install(TARGETS cimd)
+install(TARGETS cimd cimd-passwd)
 
 # The manual page, with an entry for each row LIMIT(member, ..., unit, "option",\n"meaning") of the limits.
 set(cimd_page "${CMAKE_BINARY_DIR}/share/man/man8/cimd.8")

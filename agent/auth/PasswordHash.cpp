@@ -1,12 +1,15 @@
 // Hashing through libcrypt.
 #include "agent/auth/PasswordHash.h"
 
+#include <charconv>
 #include <crypt.h>
 #include <cstdlib>
 #include <gnutls/gnutls.h>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <string.h>
+#include <string_view>
 
 namespace cimd
 {
@@ -37,8 +40,32 @@ struct Method
 {
     std::string_view prefix;
     std::size_t digest; // characters after the last "$"
+    std::string_view beforeCost;
+    unsigned longest;  // highest cost that a log-in may take
+    unsigned standard; // when the hash does not say
 };
-constexpr Method kMethods[] = {{"$2b$", 53}, {"$2y$", 53}, {"$2a$", 53}, {"$6$", 86}, {"$5$", 43}};
+constexpr Method kMethods[] = {{"$2b$", 53, "", 14, 0},
+                               {"$2y$", 53, "", 14, 0},
+                               {"$2a$", 53, "", 14, 0},
+                               {"$6$", 86, "rounds=", 1'000'000, 5000},
+                               {"$5$", 43, "rounds=", 1'000'000, 5000}};
+
+bool startsWith(std::string_view text, std::string_view start)
+{
+    return text.substr(0, start.size()) == start;
+}
+
+/** Highest number for a cost that is none. */
+unsigned costOf(std::string_view hash, const Method& method)
+{
+    hash.remove_prefix(method.prefix.size());
+    if (!startsWith(hash, method.beforeCost))
+        return method.standard;
+    hash.remove_prefix(method.beforeCost.size());
+    unsigned cost = std::numeric_limits<unsigned>::max();
+    std::from_chars(hash.data(), hash.data() + hash.size(), cost);
+    return cost;
+}
 
 } // namespace
 
@@ -73,12 +100,13 @@ std::string hashFault(const std::string& hash)
     if (hash.empty())
         return "the hash is missing";
     for (const Method& method : kMethods)
-        if (hash.compare(0, method.prefix.size(), method.prefix) == 0)
+        if (startsWith(hash, method.prefix))
         {
-            const bool isWhole = hash.size() - hash.rfind('$') - 1 == method.digest &&
-                                 hash.size() < kLongestSetting + method.digest &&
-                                 crypt_checksalt(hash.c_str()) == CRYPT_SALT_OK;
-            return isWhole ? "" : "the hash is not complete";
+            if (hash.size() - hash.rfind('$') - 1 != method.digest ||
+                hash.size() > kLongestSetting + method.digest ||
+                crypt_checksalt(hash.c_str()) != CRYPT_SALT_OK)
+                return "the hash is not complete";
+            return costOf(hash, method) > method.longest ? "the hash takes too long to check" : "";
         }
     return "the hash is of an unknown or unsuitable method; cimd-passwd makes one that can be used";
 }

@@ -1,6 +1,7 @@
 // Opening the listening socket.
 #include "agent/http/ListenSocket.h"
 
+#include <arpa/inet.h>
 #include <cerrno>
 #include <memory>
 #include <netdb.h>
@@ -25,6 +26,15 @@ struct FreeAddrinfo
 {
     const std::string reason = std::generic_category().message(errno);
     throw std::runtime_error("cannot listen on " + url + ": " + step + ": " + reason);
+}
+
+bool isLoopbackAddress(const std::string& address)
+{
+    in_addr v4{};
+    in6_addr v6{};
+    if (inet_pton(AF_INET, address.c_str(), &v4) == 1)
+        return ntohl(v4.s_addr) >> IN_CLASSA_NSHIFT == IN_LOOPBACKNET;
+    return inet_pton(AF_INET6, address.c_str(), &v6) == 1 && IN6_IS_ADDR_LOOPBACK(&v6);
 }
 
 std::uint16_t boundPort(int fd)
@@ -76,6 +86,7 @@ ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsig
         fail(url(), "bind");
     if (listen(_fd.get(), static_cast<int>(backlog)) != 0)
         fail(url(), "listen");
+    _isLoopback = isLoopbackAddress(_address);
     _port = boundPort(_fd.get());
 }
 

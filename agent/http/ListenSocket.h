@@ -22,6 +22,8 @@ class ListenSocket
 
     std::uint16_t port() const { return _port; }
     bool ipv6() const { return _ipv6; }
+    /** Whether only this machine can connect. */
+    bool isLoopback() const { return _isLoopback; }
     /** "http://127.0.0.1:5988", with brackets around an IPv6 address. */
     std::string url() const;
     /** Gives the descriptor away; the caller closes it. */
@@ -31,6 +33,7 @@ class ListenSocket
     FileDescriptor _fd;
     std::uint16_t _port = 0;
     bool _ipv6 = false;
+    bool _isLoopback = false;
     std::string _address;
 };
 

@@ -17,6 +17,7 @@ struct HttpRequest
     std::string method;
     std::string target; ///< Path without the query, percent sequences decoded.
     std::string peer;   ///< Client address and port, e.g. "192.0.2.7:49152" or "[fe80::1]:49152".
+    std::string user;   ///< Who logged in; empty where nobody has to.
     std::vector<HttpHeader> headers;
     std::string body;
 

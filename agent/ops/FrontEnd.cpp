@@ -127,6 +127,7 @@ try
     InFlight::Entry entry(_watch.inFlight, wire.method, request.peer);
 
     RequestContext context;
+    context.principal = request.user;
     context.clientAddress = request.peer;
     context.acceptLanguage = headerText(request, "Accept-Language");
     HttpResponse response = cimResponse();

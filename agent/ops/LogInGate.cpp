@@ -1,0 +1,63 @@
+// HTTP's side of log-ins (RFC 7235, RFC 7617): which requests need one, and the answers to those without.
+#include "agent/ops/LogInGate.h"
+
+#include "agent/cim/CimName.h"
+#include "agent/http/CimHeaders.h"
+
+#include <algorithm>
+
+namespace cimd
+{
+
+namespace
+{
+
+constexpr unsigned kUnauthorized = 401;
+constexpr unsigned kUnavailable = 503;
+constexpr const char* kAuthorization = "Authorization";
+
+HttpResponse refused(const LogIn& logIn)
+{
+    if (logIn.isBusy)
+    {
+        HttpResponse response = refusal(kUnavailable, "", "Too many log-ins are being checked.");
+        response.headers.emplace_back("Retry-After", "1");
+        return response;
+    }
+    HttpResponse response =
+        refusal(kUnauthorized, "", "User name and password are needed, and the right ones.");
+    response.headers.emplace_back("WWW-Authenticate", "Basic realm=\"cimd\"");
+    response.holdFor = logIn.delay;
+    return response;
+}
+
+} // namespace
+
+Verdict LogInGate::refuse(const HttpRequest& head)
+{
+    Verdict verdict = _inside.refuse(head);
+    if (verdict.response)
+        return verdict;
+    const std::string* authorization = head.header(kAuthorization);
+    if (authorization == nullptr)
+        verdict.response = refused(_authenticator.withoutCredentials(head.peer));
+    else if (!_authenticator.isKnown(*authorization))
+        verdict.bodyLimit = std::min(verdict.bodyLimit, _limits.unauthenticatedBodyBytes);
+    return verdict;
+}
+
+HttpResponse LogInGate::answer(HttpRequest& request, AnswerStream& stream)
+{
+    const std::string* authorization = request.header(kAuthorization);
+    LogIn logIn = authorization != nullptr ? _authenticator.check(*authorization, request.peer)
+                                           : _authenticator.withoutCredentials(request.peer);
+    if (logIn.user.empty())
+        return refused(logIn);
+    const auto isSecret = [](const HttpHeader& header) { return equalNoCase(header.first, kAuthorization); };
+    request.headers.erase(std::remove_if(request.headers.begin(), request.headers.end(), isSecret),
+                          request.headers.end());
+    request.user = std::move(logIn.user);
+    return _inside.answer(request, stream);
+}
+
+} // namespace cimd
