@@ -109,8 +109,8 @@ std::string readLine()
 
 std::string ask(const std::string& prompt)
 {
+    const Silence silence; // first: it drops what was typed before
     std::fputs(prompt.c_str(), stderr);
-    const Silence silence;
     return readLine();
 }
 

@@ -1,0 +1,90 @@
+"""User names and passwords, as clients and guessers send them to a running agent."""
+
+import base64
+import pathlib
+import subprocess
+
+import pytest
+import pywbem
+import requests
+
+from agent_process import NAMESPACE, AgentProcess
+
+JOE = ("joe", "se:cret \u00e9")
+
+
+def set_user(build_dir, file, user, password):
+    program = pathlib.Path(build_dir) / "bin" / "cimd-passwd"
+    subprocess.run([str(program), "--stdin", str(file), user], input=password + "\n", text=True, check=True)
+
+
+@pytest.fixture
+def users(build_dir, tmp_path):
+    file = tmp_path / "users"
+    set_user(build_dir, file, *JOE)
+    return file
+
+
+@pytest.fixture
+def guarded(build_dir, users):
+    with AgentProcess(build_dir, extra_args=["--password-file", str(users), "--log-level", "debug",
+                                             "--max-guess-delay-ms", "0"]) as running:
+        yield running
+
+
+def connect(agent, credentials):
+    return pywbem.WBEMConnection(agent.url, credentials, default_namespace=NAMESPACE, timeout=60)
+
+
+def test_lets_known_users_in_and_nobody_else(build_dir, guarded, users):
+    joe = connect(guarded, JOE)
+    assert joe.EnumerateInstanceNames("CIM_ObjectManager")
+    assert joe.EnumerateInstanceNames("CIM_ObjectManager")
+    strangers = [None, ("joe", "secret"), ("joe", JOE[1] + "x"), ("Joe", JOE[1]), ("joe", ""), ("eve", JOE[1])]
+    for credentials in strangers:
+        with pytest.raises(pywbem.AuthError):
+            connect(guarded, credentials).EnumerateInstanceNames("CIM_ObjectManager")
+
+    set_user(build_dir, users, "joe", "changed")
+    with pytest.raises(pywbem.AuthError):
+        joe.EnumerateInstanceNames("CIM_ObjectManager")
+    assert connect(guarded, ("joe", "changed")).EnumerateInstanceNames("CIM_ObjectManager")
+
+    users.write_text("nonsense\n")
+    assert connect(guarded, ("joe", "changed")).EnumerateInstanceNames("CIM_ObjectManager")
+    guarded.stop()
+    log = guarded.log()
+    assert "log-in refused: user \"eve\": no such user" in log
+    assert "log-in refused: user \"joe\": wrong password" in log
+    assert "request refused: it has no credentials" in log
+    assert f"error auth: {users}:1: name:hash expected; the users stay as they were" in log
+    for credentials in [JOE, ("joe", "changed"), *filter(None, strangers)]:
+        text = ":".join(credentials).encode()
+        assert base64.b64encode(text).decode() not in log
+        assert credentials[1] == "" or credentials[1] not in log
+    assert "Authorization" not in log
+
+
+def test_challenges_as_http_demands(guarded):
+    headers = {"Content-Type": "application/xml", "CIMOperation": "MethodCall", "CIMMethod": "GetClass",
+               "CIMObject": "root%2Finterop"}
+    url = guarded.url + "/cimom"
+    answer = requests.post(url, data="<CIM/>", headers=headers, timeout=60)
+    assert answer.status_code == 401
+    assert answer.headers["WWW-Authenticate"] == 'Basic realm="cimd"'
+    # A stranger may send less than a user may.
+    assert requests.post(url, data="x" * 70000, headers=headers, auth=("joe", "x"), timeout=60).status_code == 413
+    user = (JOE[0].encode(), JOE[1].encode())
+    assert requests.post(url, data="<CIM/>", headers=headers, auth=user, timeout=60).status_code == 400
+    answer = requests.post(url, data=" " * 70000, headers=headers, auth=user, timeout=60)
+    assert (answer.status_code, answer.headers["CIMError"]) == (400, "request-not-well-formed")
+    assert requests.options(url, timeout=60).status_code == 200
+
+
+def test_starts_open_on_the_loopback_address_only(build_dir, users):
+    for listen in (["0.0.0.0"], ["::"], ["0.0.0.0", "--password-file", str(users) + "x"]):
+        with pytest.raises(RuntimeError, match="--listen: .* --password-file is needed, or --no-auth|users.*: cannot open"):
+            AgentProcess(build_dir, extra_args=["--listen", *listen]).__enter__()
+    for more in (["--no-authentication"], ["--password-file", str(users)]):
+        with AgentProcess(build_dir, extra_args=["--listen", "0.0.0.0", *more]):
+            pass
