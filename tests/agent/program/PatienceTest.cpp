@@ -15,13 +15,6 @@ namespace
 
 using namespace test;
 
-// Sanitizers keep freed memory.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kIsSanitized = true;
-#else
-constexpr bool kIsSanitized = false;
-#endif
-
 // A line of /proc/PID/status in KiB.
 std::size_t memory(pid_t pid, const std::string& name)
 {
@@ -54,9 +47,7 @@ std::size_t countInAnswer(RawClient& client, const std::string& text)
     return count;
 }
 
-// `request(client, count)` gives what is answered with all instances.
-template <class Request>
-void expectFlatMemory(Request request)
+TEST(PatienceTest, AHundredThousandInstancesDoNotStayInMemory)
 {
     constexpr std::size_t kInstances = 100'000;
     constexpr std::size_t kMostGrowth = 8 * 1024; // KiB
@@ -68,29 +59,17 @@ void expectFlatMemory(Request request)
     {
         before = memory(cimd.pid(), "VmHWM");
         EXPECT_EQ(200, client.ask(setCount(count)).status);
-        client.send(request(client, count));
+        client.send(enumerateInstances());
         // A chunk's end may part a name in two.
         EXPECT_NEAR(static_cast<double>(count),
-                    static_cast<double>(countInAnswer(client, "<INSTANCE ")),
+                    static_cast<double>(countInAnswer(client, "<VALUE.NAMEDINSTANCE>")),
                     static_cast<double>(count) / 100);
     }
-    if (!kIsSanitized)
-    {
-        EXPECT_LT(memory(cimd.pid(), "VmHWM"), before + kMostGrowth);
-    }
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    EXPECT_LT(memory(cimd.pid(), "VmHWM"), before + kMostGrowth);
+#endif
     cimd.signal(SIGTERM);
     EXPECT_EQ(0, cimd.wait());
-}
-
-TEST(PatienceTest, AHundredThousandInstancesDoNotStayInMemory)
-{
-    expectFlatMemory([](RawClient&, std::size_t) { return enumerateInstances(); });
-}
-
-TEST(PatienceTest, AHundredThousandInstancesWaitToBePulledInAFile)
-{
-    expectFlatMemory([](RawClient& client, std::size_t count)
-                     { return pullInstances(client.ask(openInstances()).body, count); });
 }
 
 TEST(PatienceTest, AnOperationThatHangsIsAnErrorAndItsThreadReplaced)

@@ -2,7 +2,6 @@
 #include "tests/agent/program/WildAgent.h"
 
 #include <gtest/gtest.h>
-#include <regex>
 
 namespace cimd::test
 {
@@ -62,23 +61,6 @@ std::string enumerateInstances()
 {
     return request("EnumerateInstances",
                    "<IPARAMVALUE NAME='ClassName'><CLASSNAME NAME='Test_Wild'/></IPARAMVALUE>");
-}
-
-std::string openInstances()
-{
-    return request("OpenEnumerateInstances",
-                   "<IPARAMVALUE NAME='ClassName'><CLASSNAME NAME='Test_Wild'/></IPARAMVALUE>");
-}
-
-std::string pullInstances(const std::string& opened, std::size_t count)
-{
-    std::smatch found;
-    const std::regex context("\"EnumerationContext\"[^>]*>(<VALUE>[^<]*</VALUE>)");
-    EXPECT_TRUE(std::regex_search(opened, found, context)) << opened;
-    return request("PullInstancesWithPath",
-                   "<IPARAMVALUE NAME='EnumerationContext'>" + found.str(1) +
-                       "</IPARAMVALUE><IPARAMVALUE NAME='MaxObjectCount'><VALUE>" + std::to_string(count) +
-                       "</VALUE></IPARAMVALUE>");
 }
 
 // What a new connection is answered.

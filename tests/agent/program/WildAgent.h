@@ -19,9 +19,6 @@ std::string getInstance(const std::string& className, const std::string& mode);
 // Sets how many instances of Test_Wild an enumeration has.
 std::string setCount(std::size_t count);
 std::string enumerateInstances();
-// Opens an enumeration without results in the answer; then asks for all of them, by that answer.
-std::string openInstances();
-std::string pullInstances(const std::string& opened, std::size_t count);
 
 // What a new connection is answered.
 std::string ask(std::uint16_t port, const std::string& mode, const std::string& className = "Test_Wild");

@@ -187,6 +187,13 @@ const std::map<std::string, Behaviour>& behaviours()
          [](const Call&) {
              return CMPIStatus{CMPI_RC_ERR_ACCESS_DENIED, nullptr};
          }},
+        {"context",
+         [](const Call& call)
+         {
+             const std::string language =
+                 textOf(CMGetContextEntry(call.context, CMPIAcceptLanguage, nullptr));
+             return failed(broker, CMPI_RC_ERR_FAILED, ("answers may be in \"" + language + '"').c_str());
+         }},
         {"odd code",
          [](const Call&) {
              return CMPIStatus{CMPI_RC_ERROR_SYSTEM, nullptr};

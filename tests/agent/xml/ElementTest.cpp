@@ -1,7 +1,6 @@
 // Value elements: what is written is read back equal, and what is wrong is named.
 #include "agent/xml/ElementReader.h"
 #include "agent/xml/ElementWriter.h"
-#include "tests/agent/ops/FakeService.h"
 
 #include <gtest/gtest.h>
 
@@ -10,18 +9,47 @@ namespace cimd
 namespace
 {
 
-Limits limits()
-{
-    Limits result;
-    result.xmlDepth = 32;
-    result.arrayElements = 3;
-    result.embeddedDepth = 2;
-    result.pathKeys = 8;
-    result.instanceProperties = 20;
-    return result;
-}
+const ElementReader kReader{Limits()};
 
-const ElementReader kReader(limits());
+// With its path, and a property of every kind.
+Instance valuesInstance()
+{
+    ObjectPath peer("root/interop", "Test_Peer");
+    peer.setKey("Text", CimValue::string("p"));
+    ObjectPath path("root/interop", "Test_Values");
+    path.setKey("Id", CimValue::string("a&b \"<>\t'"));
+    path.setKey("Number", CimValue::uint16(7));
+    path.setKey("Up", CimValue::boolean(true));
+    path.setKey("When", CimValue::dateTime(*CimDateTime::parse("20260131120000.000000+060")));
+    path.setKey("Peer", CimValue::reference(peer));
+
+    Instance inner("Test_Part");
+    inner.set("Text", CimValue::string("<&>"));
+    Instance outer("Test_Part");
+    outer.set("Inner", CimValue::embedded(CimType::Object, inner));
+
+    Instance instance("Test_Values");
+    instance.setPath(path);
+    instance.set("Id", CimValue::string("a&b \"<>\t'"));
+    instance.set("Lines", CimValue::string("one\r\ntwo \xC3\xA9"));
+    instance.set("Blank", CimValue::string(" "));
+    instance.set("Nothing", CimValue::null(CimType::Uint32));
+    instance.set("NoList", CimValue::null(CimType::Uint32, true));
+    instance.set("Up", CimValue::boolean(false));
+    instance.set("Letter", CimValue::char16(u'<'));
+    instance.set("Big", CimValue::uint64(18446744073709551615U));
+    instance.set("Low", CimValue::sint64(INT64_MIN));
+    instance.set("Ratio", CimValue::real64(0.1));
+    instance.set("When", CimValue::dateTime(*CimDateTime::parse("00000001000000.000000:000")));
+    instance.set("Peer", CimValue::reference(peer));
+    instance.set("Outer", CimValue::embedded(CimType::Instance, outer));
+    instance.set("List",
+                 CimValue::array(CimType::Sint8, {CimValue::sint8(-1), CimValue::null(CimType::Sint8)}));
+    instance.set("Texts", CimValue::array(CimType::String, {CimValue::string("")}));
+    instance.set("NoTexts", CimValue::array(CimType::String, {}));
+    instance.properties().back().classOrigin = "Test_Base";
+    return instance;
+}
 
 TEST(Element, EscapesWhatReadersWouldChange)
 {
@@ -51,8 +79,7 @@ TEST(Element, EscapesWhatReadersWouldChange)
 
 TEST(Element, InstancesAndPathsSurviveTheWire)
 {
-    Instance instance = valuesInstance();
-    instance.set("Lines", CimValue::string("one\r\ntwo \xC3\xA9")); // without what XML cannot carry
+    const Instance instance = valuesInstance();
     std::string text;
     XmlWriter xml(text);
     xml.start("VALUE.NAMEDINSTANCE");
@@ -60,14 +87,11 @@ TEST(Element, InstancesAndPathsSurviveTheWire)
     writeInstance(xml, instance);
     xml.close("VALUE.NAMEDINSTANCE");
 
-    Instance read = kReader.namedInstance(XmlDocument(text, limits()).root());
+    Instance read = kReader.namedInstance(XmlDocument(text, Limits()).root());
     ObjectPath path = read.path();
     path.setNameSpace("root/interop");
-    // A date-time key travels as a string with a type.
-    EXPECT_EQ(describe(CimValue::reference(instance.path())), describe(CimValue::reference(path)));
     EXPECT_EQ(instance.path(), path);
     read.setPath(path);
-    EXPECT_EQ(describe(instance), describe(read));
     EXPECT_EQ(instance, read);
 }
 
@@ -201,7 +225,7 @@ TEST(Element, FaultsAreNamed)
         CimStatus status = CimStatus::InvalidParameter;
         try
         {
-            readAny(XmlDocument(row.text, limits()).root());
+            readAny(XmlDocument(row.text, Limits()).root());
         }
         catch (const CimError& error)
         {
@@ -211,42 +235,6 @@ TEST(Element, FaultsAreNamed)
         EXPECT_EQ(row.fault, what) << row.text;
         EXPECT_EQ(CimStatus::InvalidParameter, status) << row.text;
     }
-}
-
-TEST(Element, EmbeddedObjectsNestOnlySoDeep)
-{
-    Instance instance("C");
-    for (unsigned depth = 0; depth <= limits().embeddedDepth; ++depth)
-    {
-        std::string text;
-        XmlWriter xml(text);
-        writeInstance(xml, instance);
-        EXPECT_NO_THROW(kReader.instance(XmlDocument(text, limits()).root())) << depth;
-        Instance outer("C");
-        outer.set("P", CimValue::embedded(CimType::Instance, instance));
-        instance = outer;
-    }
-    std::string text;
-    XmlWriter xml(text);
-    writeInstance(xml, instance);
-    EXPECT_THROW(kReader.instance(XmlDocument(text, limits()).root()), CimError);
-}
-
-TEST(Element, KeysAndPropertiesAreCounted)
-{
-    const auto read = [](std::size_t keys, std::size_t properties)
-    {
-        std::string text = "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME='C'>";
-        for (std::size_t i = 0; i < keys; ++i)
-            text += "<KEYBINDING NAME='K" + std::to_string(i) + "'><KEYVALUE/></KEYBINDING>";
-        text += "</INSTANCENAME><INSTANCE CLASSNAME='C'>";
-        for (std::size_t i = 0; i < properties; ++i)
-            text += "<PROPERTY NAME='P" + std::to_string(i) + "' TYPE='string'/>";
-        kReader.namedInstance(XmlDocument(text + "</INSTANCE></VALUE.NAMEDINSTANCE>", limits()).root());
-    };
-    EXPECT_NO_THROW(read(8, 20));
-    EXPECT_THROW(read(9, 20), CimError);
-    EXPECT_THROW(read(8, 21), CimError);
 }
 
 } // namespace

@@ -121,15 +121,6 @@ TEST(XmlCheck, SaysWhatIsWrongAndWhere)
     EXPECT_EQ("line 1, column 2: not UTF-16", fault({"\xFF\xFE<\0\x1E\xDD", 6}));
 }
 
-TEST(XmlCheck, BoundsTheAttributesOfAnElement)
-{
-    std::string text = "<a";
-    for (std::size_t i = 0; i < limits().xmlAttributes; ++i)
-        text += " a" + std::to_string(i) + "=''";
-    EXPECT_EQ("", fault(text + "/>"));
-    EXPECT_NE("", fault(text + " z=''/>"));
-}
-
 TEST(XmlCheck, BoundsTheNodesOfATree)
 {
     const auto repeated = [](std::string_view piece, std::size_t times)
