@@ -7,6 +7,7 @@ add_library(cimd_wire STATIC
     http/CimHeaders.cpp
     http/Connection.cpp
     http/HttpServer.cpp
+    http/JoinedWrite.cpp
     http/ListenSocket.cpp
     http/Message.cpp
     http/QueueResponse.cpp

@@ -1,6 +1,7 @@
 // The phases of a connection and their deadlines.
 #include "agent/http/Connection.h"
 
+#include "agent/http/JoinedWrite.h"
 #include "agent/http/ReceivedBytes.h"
 #include "agent/log/Log.h"
 
@@ -67,6 +68,12 @@ bool Connection::complete()
     return _phase == Phase::Answer;
 }
 
+void Connection::beginStream()
+{
+    if (_isPlain)
+        joinNextWrites(_fd);
+}
+
 void Connection::end(const std::string& reason)
 {
     // The reply may be using this connection until it is closed, and calls it with its lock held.
@@ -83,6 +90,7 @@ void Connection::end(const std::string& reason)
 void Connection::closed()
 {
     std::lock_guard<std::mutex> lock(_mutex);
+    forgetWrites(_fd);
     _phase = Phase::Cut;
     _fd = -1;
 }

@@ -50,6 +50,8 @@ class Connection : public Outlet
     /** The body is there. False if the request was cut off before. */
     bool complete();
     std::shared_ptr<Exchange> exchange() const { return _exchange; }
+    /** An answer of head and chunks is about to be sent. */
+    void beginStream();
     /** The answer has been sent, or never will be. */
     void end(const std::string& reason);
     /** The connection is about to be closed. */

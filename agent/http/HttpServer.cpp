@@ -344,6 +344,7 @@ class HttpServer::Impl
             break;
         }
         setTimeout(handle, static_cast<unsigned>(_limits.slowClientSeconds.count()));
+        connection.beginStream();
         return queueStream(handle, std::move(head), exchange, _stopping);
     }
 

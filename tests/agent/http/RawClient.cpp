@@ -155,16 +155,6 @@ std::string RawClient::receiveOnce()
     return std::exchange(_buffer, {});
 }
 
-void RawClient::endSending()
-{
-    shutdown(_fd.get(), SHUT_WR);
-}
-
-void RawClient::narrow(int bytes)
-{
-    setsockopt(_fd.get(), SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
-}
-
 void RawClient::awaitClose()
 {
     while (fill())

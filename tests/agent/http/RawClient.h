@@ -40,10 +40,6 @@ class RawClient
     std::string receiveOnce();
     // Reads until the server closes the connection; throws if it does not.
     void awaitClose();
-    // No more requests will come.
-    void endSending();
-    // The kernel takes about as many bytes for us while we do not read. Only right after connecting.
-    void narrow(int bytes);
 
   private:
     bool fill();

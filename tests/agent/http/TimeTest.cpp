@@ -99,15 +99,16 @@ TEST_F(TimeTest, SaysWhenTooManyHandlersHang)
     tooMany.get_future().wait();
     EXPECT_EQ("late", first.receive().body);
     EXPECT_EQ("late", second.receive().body);
+    open();
+    server.reset(); // before what it tells
 }
 
 TEST_F(TimeTest, KeepsAnAnswerBackWithoutAWorker)
 {
     limits.workers = 1;
     limits.queuedRequests = 0;
-    std::promise<void> held;
     start(
-        [&](HttpRequest& request, AnswerStream&)
+        [](HttpRequest& request, AnswerStream&)
         {
             HttpResponse response{200, {}, request.body};
             if (request.body == "held")

@@ -52,7 +52,9 @@ CMPIStatus enumInstances(
     const CMPIUint32 rows = rowsOf(path);
     for (CMPIUint32 i = 0; i < rows; ++i)
     {
+        CMPIGcStat* level = broker->mft->mark(broker, nullptr); // the agent copies results
         const CMPIStatus status = CMReturnInstance(result, newRow(name, i));
+        broker->mft->release(broker, level);
         if (status.rc != CMPI_RC_OK)
             return status;
     }

@@ -1,0 +1,15 @@
+// Head and first chunk of a streaming answer in one write.
+#pragma once
+
+namespace cimd
+{
+
+// For the I/O thread, and plain TCP.
+
+/** What is sent next on the socket, the head of an answer, leaves together with what is sent after it. */
+void joinNextWrites(int fd);
+
+/** Forgets about a socket that is about to be closed. */
+void forgetWrites(int fd);
+
+} // namespace cimd
