@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <malloc.h>
 #include <optional>
 #include <unistd.h>
 
@@ -143,8 +144,13 @@ int serve(const Setting& setting)
     leave(setting, kExitUnfinished);
 }
 
+/** Every worker would otherwise get a heap of its own, and each of those keeps what its largest answer took.
+ */
+constexpr int kHeaps = 2;
+
 int start(const Options& options)
 {
+    mallopt(M_ARENA_MAX, kHeaps);
     std::signal(SIGPIPE, SIG_IGN);
     const Limits& limits = options.limits;
     ListenSocket socket =
