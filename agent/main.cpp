@@ -10,6 +10,7 @@
 #include "agent/run/Supervisor.h"
 #include "agent/service/AgentCore.h"
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -64,11 +65,25 @@ std::vector<CimName> classNames(const ClassRepository& repository)
     return names;
 }
 
+/** How often memory that answers have left behind goes back to the system. */
+constexpr std::chrono::seconds kTidyPeriod{10};
+
+/** The next signal. Until it comes, the memory of past answers is given back every now and then. */
+int nextSignal(const SignalSet& signals)
+{
+    for (;;)
+    {
+        if (const int signal = signals.wait(kTidyPeriod))
+            return signal;
+        malloc_trim(0);
+    }
+}
+
 /** Waits for a signal to stop; shows the requests when asked to. */
 void waitForStop(SignalSet& signals, const Setting& setting, const Counters& counters)
 {
-    int signal = signals.wait();
-    for (; signal == SIGUSR1; signal = signals.wait())
+    int signal = nextSignal(signals);
+    for (; signal == SIGUSR1; signal = nextSignal(signals))
     {
         for (const std::string& line : counters.table())
             logAlways("notice", "counters", line);
@@ -144,8 +159,7 @@ int serve(const Setting& setting)
     leave(setting, kExitUnfinished);
 }
 
-/** Every worker would otherwise get a heap of its own, and each of those keeps what its largest answer took.
- */
+/** Each worker would otherwise have a heap of its own, which keeps what its largest answer took. */
 constexpr int kHeaps = 2;
 
 int start(const Options& options)
