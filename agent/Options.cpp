@@ -65,12 +65,25 @@ struct Entry
     throw StartError("--" + option + ": " + what);
 }
 
+std::uint16_t portOf(const char* option, const std::string& value)
+{
+    std::uint16_t port = 0;
+    const char* const end = value.data() + value.size();
+    const auto [stop, error] = std::from_chars(value.data(), end, port);
+    if (error != std::errc() || stop != end)
+        fail(option, '"' + value + "\" is not a port number (0 to 65535)");
+    return port;
+}
+
 CommandLine applyPort(Options& options, const std::string& value)
 {
-    const char* const end = value.data() + value.size();
-    const auto [stop, error] = std::from_chars(value.data(), end, options.port);
-    if (error != std::errc() || stop != end)
-        fail("port", '"' + value + "\" is not a port number (0 to 65535)");
+    options.port = portOf("port", value);
+    return CommandLine::Run;
+}
+
+CommandLine applyTlsPort(Options& options, const std::string& value)
+{
+    options.tlsPort = portOf("tls-port", value);
     return CommandLine::Run;
 }
 
@@ -119,6 +132,16 @@ constexpr Entry kEntries[] = {
      "ADDRESS",
      "IPv4 or IPv6 address to listen on. Default: 127.0.0.1, this machine only.",
      applyText<&Options::address>},
+    {"certificate",
+     "FILE",
+     "Serve HTTPS, too, with this certificate, in PEM; those that vouch for it may follow in the file.",
+     applyText<&Options::certificate>},
+    {"private-key",
+     "FILE",
+     "The key of the certificate, in PEM and not encrypted. It must not be readable by everybody.",
+     applyText<&Options::privateKey>},
+    {"tls-port", "PORT", "TCP port of HTTPS; 0 takes any free one. Default: 5989.", applyTlsPort},
+    {"no-http", nullptr, "Serve HTTPS only.", applyFlag<&Options::isPlainServed, false>},
     {"password-file",
      "FILE",
      "Only the users in this file, which cimd-passwd makes, may send operations. It must not be readable by "
@@ -173,6 +196,19 @@ constexpr Entry kEntries[] = {
      "Print the limits with their defaults and what the command line made of them, and exit.",
      only<CommandLine::ShowLimits>},
 };
+
+/** What no option can say alone. */
+void checkTogether(const Options& options)
+{
+    if (options.passwordFile && options.isOpen)
+        fail("no-authentication", "--password-file says the opposite");
+    if (options.certificate && !options.privateKey)
+        fail("certificate", "--private-key is needed, too");
+    if (options.privateKey && !options.certificate)
+        fail("private-key", "--certificate is needed, too");
+    if (!options.isPlainServed && !options.certificate)
+        fail("no-http", "--certificate and --private-key are needed, or nothing would be served");
+}
 
 /** A paragraph below the name of an option. */
 std::string indented(const std::string& words)
@@ -236,8 +272,7 @@ CommandLine readCommandLine(int argc, char* const argv[], const std::string& pro
         else if (what != CommandLine::Run)
             return what;
     }
-    if (options.passwordFile && options.isOpen)
-        throw StartError("--no-authentication: --password-file says the opposite");
+    checkTogether(options);
     if (optind < argc)
         throw StartError(std::string(argv[optind]) + ": arguments without an option are not known");
     return result;

@@ -15,7 +15,11 @@ namespace cimd
 struct Options
 {
     std::string address = "127.0.0.1";
-    std::uint16_t port = 5988; ///< 0: any free port
+    std::uint16_t port = 5988;    ///< 0: any free port
+    std::uint16_t tlsPort = 5989; ///< 0: any free port; used with a certificate only
+    bool isPlainServed = true;    ///< HTTP on `port`
+    std::optional<std::string> certificate;
+    std::optional<std::string> privateKey;
     LogLevel logLevel = LogLevel::Warning;
     std::optional<std::string> scenario;
     std::string repository;

@@ -51,7 +51,7 @@ auto starting(const char* option, Step step)
 struct Setting
 {
     const Options& options;
-    ListenSocket& socket;
+    std::vector<ListenSocket>& sockets;
     InFlight& inFlight;
     XmlTrace* trace;        // null: none is wanted
     Supervisor* supervisor; // null: nobody watches
@@ -77,6 +77,15 @@ int nextSignal(const SignalSet& signals)
             return signal;
         malloc_trim(0);
     }
+}
+
+/** "http://127.0.0.1:5988, https://127.0.0.1:5989" */
+std::string urlsOf(const std::vector<ListenSocket>& sockets)
+{
+    std::string urls;
+    for (const ListenSocket& socket : sockets)
+        urls += (urls.empty() ? "" : ", ") + socket.url();
+    return urls;
 }
 
 /** Waits for a signal to stop; shows the requests when asked to. */
@@ -125,7 +134,6 @@ int serve(const Setting& setting)
     SignalSet signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1});
     const Options& options = setting.options;
     const Limits& limits = options.limits;
-    const std::string url = setting.socket.url();
     if (options.scenario)
         openScenario(options.providerDir, *options.scenario);
     AgentCore core(starting("--repository", [&] { return ClassRepository::load(options.repository); }),
@@ -142,10 +150,19 @@ int serve(const Setting& setting)
         gate.emplace(frontEnd, *authenticator, limits);
     }
     HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;
-    HttpServer server(handler, limits, std::move(setting.socket), [&setting] { endHung(setting); });
+    TlsIdentity tls;
+    if (options.certificate)
+    {
+        tls.certificate = starting("--certificate", [&] { return readCertificate(*options.certificate); });
+        tls.key =
+            starting("--private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
+    }
+    const std::string urls = urlsOf(setting.sockets);
+    HttpServer server(
+        handler, limits, std::move(setting.sockets), std::move(tls), [&setting] { endHung(setting); });
     if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
     {
-        std::printf("cimd: listening on %s\n", url.c_str());
+        std::printf("cimd: listening on %s\n", urls.c_str());
         std::fflush(stdout);
     }
 
@@ -167,9 +184,15 @@ int start(const Options& options)
     mallopt(M_ARENA_MAX, kHeaps);
     std::signal(SIGPIPE, SIG_IGN);
     const Limits& limits = options.limits;
-    ListenSocket socket =
-        starting("--listen", [&] { return ListenSocket(options.address, options.port, limits.backlog); });
-    if (!socket.isLoopback() && !options.passwordFile && !options.isOpen)
+    std::vector<ListenSocket> sockets;
+    if (options.isPlainServed)
+        starting("--listen",
+                 [&] { return &sockets.emplace_back(options.address, options.port, limits.backlog); });
+    if (options.certificate)
+        starting("--listen",
+                 [&]
+                 { return &sockets.emplace_back(options.address, options.tlsPort, limits.backlog, true); });
+    if (!sockets.front().isLoopback() && !options.passwordFile && !options.isOpen)
         throw StartError("--listen: " + options.address +
                          " is not for this machine alone: --password-file is needed, or --no-authentication");
     std::optional<XmlTrace> trace;
@@ -177,12 +200,12 @@ int start(const Options& options)
         starting("--trace-xml", [&] { return &trace.emplace(*options.traceXml); });
     // All that can run at once: one more that hangs than may is what ends the process.
     InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1);
-    Setting setting{options, socket, inFlight, trace ? &*trace : nullptr, nullptr};
+    Setting setting{options, sockets, inFlight, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);
     Supervisor supervisor(limits, inFlight);
     setting.supervisor = &supervisor;
-    if (const std::optional<int> status = supervisor.run([&] { FileDescriptor(socket.release()); }))
+    if (const std::optional<int> status = supervisor.run([&] { sockets.clear(); }))
         return *status;
     return serve(setting);
 }

@@ -1,11 +1,14 @@
 # CIM-XML over HTTP, and the program.
-add_subdirectory(auth)
+pkg_check_modules(crypt REQUIRED IMPORTED_TARGET libcrypt)
+pkg_check_modules(gnutls REQUIRED IMPORTED_TARGET gnutls)
 pkg_check_modules(microhttpd REQUIRED IMPORTED_TARGET libmicrohttpd)
+add_subdirectory(auth)
 
 add_library(cimd_wire STATIC
     http/Alarm.cpp
     http/CimHeaders.cpp
     http/Connection.cpp
+    http/Daemon.cpp
     http/HttpServer.cpp
     http/JoinedWrite.cpp
     http/ListenSocket.cpp
@@ -13,6 +16,7 @@ add_library(cimd_wire STATIC
     http/QueueResponse.cpp
     http/ReceivedBytes.cpp
     http/Reply.cpp
+    http/TlsHandshake.cpp
     http/WorkerPool.cpp
     ops/AssociationCalls.cpp
     ops/Call.cpp
@@ -39,7 +43,7 @@ add_library(cimd_wire STATIC
     xml/XmlDocument.cpp
     xml/XmlWriter.cpp
 )
-target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd)
+target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd PkgConfig::gnutls)
 
 add_library(cimd_start STATIC Limits.cpp Options.cpp Platform.cpp)
 target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_DL_LIBS})

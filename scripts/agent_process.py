@@ -15,7 +15,7 @@ STOP_TIMEOUT_SECONDS = 60
 
 
 class AgentProcess:
-    """A running cimd. `url` is where it listens; use it as a context manager.
+    """A running cimd. `url` is where it listens, `tls_url` its HTTPS port; use it as a context manager.
 
     Raises RuntimeError with the agent's own output when it does not come up or does not end cleanly.
     """
@@ -28,6 +28,7 @@ class AgentProcess:
         self.environment = {**os.environ, **(environment or {})}
         self.log_lines = []
         self.url = None
+        self.tls_url = None
         self.process = None
 
     def __enter__(self):
@@ -39,13 +40,14 @@ class AgentProcess:
         watchdog.start()
         line = self.process.stdout.readline()
         watchdog.cancel()
-        match = re.search(r"listening on (http://\S+)", line)
-        if not match:
+        urls = re.findall(r"https?://[^\s,]+", line)
+        if not urls:
             self.process.kill()
             self.process.wait()
             self._log_reader.join(5)
             raise RuntimeError(f"{' '.join(self.command)} did not start: {line}{self.log()}")
-        self.url = match.group(1)
+        self.url = urls[0]
+        self.tls_url = urls[-1] if urls[-1].startswith("https:") else None
         return self
 
     def __exit__(self, *exception):
@@ -78,6 +80,10 @@ class AgentProcess:
         pid = self.process.pid
         children = pathlib.Path(f"/proc/{pid}/task/{pid}/children").read_text().split()
         return int(children[0]) if children else pid
+
+    @property
+    def tls_port(self):
+        return int(self.tls_url.rsplit(":", 1)[1])
 
     def log(self):
         return "".join(self.log_lines)

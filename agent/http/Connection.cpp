@@ -43,7 +43,11 @@ Connection::Connection(MHD_Connection* connection, const Limits& limits)
 {
     if (const auto* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD))
         _fd = info->connect_fd;
-    _isPlain = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_GNUTLS_SESSION) == nullptr;
+    if (const auto* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_GNUTLS_SESSION))
+    {
+        _isPlain = false;
+        _handshake.emplace(static_cast<gnutls_session_t>(info->tls_session));
+    }
     const auto* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
     _peer = peerName(info != nullptr ? info->client_addr : nullptr);
 }
@@ -89,6 +93,10 @@ void Connection::end(const std::string& reason)
 
 void Connection::closed()
 {
+    const std::string fault = _handshake ? _handshake->fault(received() > 1) : std::string();
+    if (!fault.empty())
+        log(LogLevel::Warning, "tls", _peer + ": no TLS connection: " + fault);
+    _handshake.reset();
     std::lock_guard<std::mutex> lock(_mutex);
     forgetWrites(_fd);
     _phase = Phase::Cut;

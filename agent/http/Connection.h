@@ -4,6 +4,7 @@
 #include "agent/Limits.h"
 #include "agent/http/Message.h"
 #include "agent/http/Reply.h"
+#include "agent/http/TlsHandshake.h"
 
 #include <cstdint>
 #include <memory>
@@ -87,6 +88,7 @@ class Connection : public Outlet
     const Limits& _limits;
     int _fd = -1;
     bool _isPlain = true; // not TLS
+    std::optional<TlsHandshake> _handshake;
     std::string _peer;
 
     mutable std::mutex _mutex; // never taken before a reply's

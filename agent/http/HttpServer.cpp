@@ -10,6 +10,7 @@
 #include "agent/cim/CimName.h"
 #include "agent/http/CimHeaders.h"
 #include "agent/http/Connection.h"
+#include "agent/http/Daemon.h"
 #include "agent/http/QueueResponse.h"
 #include "agent/http/WorkerPool.h"
 #include "agent/log/Log.h"
@@ -18,8 +19,6 @@
 #include <atomic>
 #include <charconv>
 #include <condition_variable>
-#include <cstdarg>
-#include <cstdio>
 #include <exception>
 #include <list>
 #include <microhttpd.h>
@@ -41,16 +40,6 @@ constexpr const char* kTooLarge = "The request is too large.\n";
 HttpResponse plain(unsigned status, const char* text)
 {
     return {status, {{"Content-Type", "text/plain; charset=\"utf-8\""}}, text};
-}
-
-/** What libmicrohttpd has to say about connections is about clients that misbehave. */
-__attribute__((format(printf, 2, 0))) void logMessage(void*, const char* format, va_list arguments)
-{
-    if (!logEnabled(LogLevel::Debug))
-        return;
-    char text[512];
-    std::vsnprintf(text, sizeof text, format, arguments);
-    log(LogLevel::Debug, "http", text);
 }
 
 MHD_Result addHeader(void* to, MHD_ValueKind, const char* name, const char* value)
@@ -85,45 +74,20 @@ bool isAmbiguous(const HttpRequest& request)
 class HttpServer::Impl
 {
   public:
-    Impl(HttpHandler& handler, const Limits& limits, ListenSocket socket, OnHungWorkers onHungWorkers)
-        : _handler(handler), _limits(limits), _onHungWorkers(std::move(onHungWorkers)),
+    Impl(HttpHandler& handler,
+         const Limits& limits,
+         std::vector<ListenSocket> sockets,
+         TlsIdentity tls,
+         OnHungWorkers onHungWorkers)
+        : _handler(handler), _limits(limits), _tls(std::move(tls)), _onHungWorkers(std::move(onHungWorkers)),
           _pool(std::make_unique<WorkerPool>(limits.workers, limits.queuedRequests)),
           _alarm([this](Time now) { return check(now); })
     {
-        // Not epoll: libmicrohttpd uses it edge-triggered and misses the end of a connection that arrives
-        // together with half a request, which then keeps its place until it has been idle for long enough.
-        const unsigned flags = MHD_USE_POLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME | MHD_USE_ITC |
-                               MHD_USE_ERROR_LOG | (socket.ipv6() ? unsigned{MHD_USE_IPv6} : 0U);
-        _daemon = MHD_start_daemon(flags,
-                                   socket.port(),
-                                   nullptr,
-                                   nullptr,
-                                   &Impl::onRequest,
-                                   this,
-                                   MHD_OPTION_EXTERNAL_LOGGER, // first, so that it hears of faulty options
-                                   &logMessage,
-                                   nullptr,
-                                   MHD_OPTION_LISTEN_SOCKET,
-                                   socket.release(),
-                                   MHD_OPTION_NOTIFY_CONNECTION,
-                                   &Impl::onConnection,
-                                   this,
-                                   MHD_OPTION_NOTIFY_COMPLETED,
-                                   &Impl::onCompleted,
-                                   this,
-                                   MHD_OPTION_CONNECTION_LIMIT,
-                                   limits.connections,
-                                   MHD_OPTION_PER_IP_CONNECTION_LIMIT,
-                                   limits.connectionsPerAddress,
-                                   MHD_OPTION_CONNECTION_MEMORY_LIMIT,
-                                   limits.headBytes,
-                                   MHD_OPTION_CONNECTION_TIMEOUT,
-                                   limits.idleSeconds,
-                                   MHD_OPTION_STRICT_FOR_CLIENT,
-                                   1,
-                                   MHD_OPTION_END);
-        if (_daemon == nullptr)
-            throw std::runtime_error("cannot start the HTTP server: libmicrohttpd refused its settings");
+        for (ListenSocket& socket : sockets)
+            _daemons.emplace_back(std::move(socket),
+                                  _tls,
+                                  _limits,
+                                  DaemonCallbacks{&onRequest, &onConnection, &onCompleted, this});
     }
 
     ~Impl()
@@ -133,7 +97,7 @@ class HttpServer::Impl
         for (const ConnectionPtr& connection : connections())
             connection->abandon(); // MHD_stop_daemon demands that none is suspended
         _pool.reset();
-        MHD_stop_daemon(_daemon);
+        _daemons.clear();
     }
 
     Impl(const Impl&) = delete;
@@ -142,7 +106,8 @@ class HttpServer::Impl
     bool stop(std::chrono::milliseconds grace)
     {
         if (!_stopping.exchange(true))
-            FileDescriptor listening(MHD_quiesce_daemon(_daemon));
+            for (Daemon& daemon : _daemons)
+                daemon.quiesce();
         for (const ConnectionPtr& connection : connections())
             connection->stop();
         std::unique_lock<std::mutex> lock(_mutex);
@@ -388,8 +353,8 @@ class HttpServer::Impl
 
     HttpHandler& _handler;
     const Limits _limits;
+    const TlsIdentity _tls;
     const OnHungWorkers _onHungWorkers;
-    MHD_Daemon* _daemon = nullptr;
     std::atomic<bool> _stopping{false};
     std::mutex _mutex;
     std::condition_variable _changed;
@@ -397,14 +362,17 @@ class HttpServer::Impl
     unsigned _exchanges = 0; // from a complete head to the end of the answer
     unsigned _running = 0;   // handed to a worker and not yet returned from
     std::unique_ptr<WorkerPool> _pool;
-    Alarm _alarm; // after all that it looks at
+    Alarm _alarm;               // after all that it looks at
+    std::list<Daemon> _daemons; // one for each port
 };
 
 HttpServer::HttpServer(HttpHandler& handler,
                        const Limits& limits,
-                       ListenSocket socket,
+                       std::vector<ListenSocket> sockets,
+                       TlsIdentity tls,
                        OnHungWorkers onHungWorkers)
-    : _impl(std::make_unique<Impl>(handler, limits, std::move(socket), std::move(onHungWorkers)))
+    : _impl(std::make_unique<Impl>(
+          handler, limits, std::move(sockets), std::move(tls), std::move(onHungWorkers)))
 {
 }
 

@@ -3,12 +3,14 @@
 #pragma once
 
 #include "agent/Limits.h"
+#include "agent/auth/TlsIdentity.h"
 #include "agent/http/HttpHandler.h"
 #include "agent/http/ListenSocket.h"
 
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace cimd
 {
@@ -23,10 +25,14 @@ using OnHungWorkers = std::function<void()>;
 class HttpServer
 {
   public:
-    /** Throws std::runtime_error when the server cannot start. `handler` outlives the server. */
+    /**
+     * Throws std::runtime_error when the server cannot start. `handler` outlives the server.
+     * @param tls  Counts for TLS sockets.
+     */
     HttpServer(HttpHandler& handler,
                const Limits& limits,
-               ListenSocket socket,
+               std::vector<ListenSocket> sockets,
+               TlsIdentity tls = {},
                OnHungWorkers onHungWorkers = {});
     /** Stops, waiting for a running handler however long it takes. */
     ~HttpServer();

@@ -56,8 +56,8 @@ std::uint16_t boundPort(int fd)
 
 } // namespace
 
-ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog)
-    : _port(port), _address(address)
+ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog, bool isTls)
+    : _port(port), _isTls(isTls), _address(address)
 {
     if (_address.size() > 2 && _address.front() == '[' && _address.back() == ']')
         _address = _address.substr(1, _address.size() - 2);
@@ -92,7 +92,8 @@ ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsig
 
 std::string ListenSocket::url() const
 {
-    return "http://" + (_ipv6 ? "[" + _address + "]" : _address) + ":" + std::to_string(_port);
+    return (_isTls ? "https://" : "http://") + (_ipv6 ? "[" + _address + "]" : _address) + ":" +
+           std::to_string(_port);
 }
 
 } // namespace cimd

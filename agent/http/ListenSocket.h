@@ -16,15 +16,17 @@ class ListenSocket
     /**
      * @param address  Numeric IPv4 or IPv6 address; an IPv6 address may stand in brackets.
      * @param port     0 takes any free port.
+     * @param isTls    What clients should speak; nothing to the socket itself.
      * Throws std::runtime_error naming address, port and reason.
      */
-    ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog);
+    ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog, bool isTls = false);
 
     std::uint16_t port() const { return _port; }
     bool ipv6() const { return _ipv6; }
+    bool isTls() const { return _isTls; }
     /** Whether only this machine can connect. */
     bool isLoopback() const { return _isLoopback; }
-    /** "http://127.0.0.1:5988", with brackets around an IPv6 address. */
+    /** "http://127.0.0.1:5988" or "https://...", with brackets around an IPv6 address. */
     std::string url() const;
     /** Gives the descriptor away; the caller closes it. */
     int release() { return _fd.release(); }
@@ -33,6 +35,7 @@ class ListenSocket
     FileDescriptor _fd;
     std::uint16_t _port = 0;
     bool _ipv6 = false;
+    bool _isTls = false;
     bool _isLoopback = false;
     std::string _address;
 };

@@ -77,9 +77,9 @@ class HttpServerTest : public ::testing::Test
   protected:
     void start(const Limits& limits = Limits(), const std::string& address = "127.0.0.1")
     {
-        ListenSocket socket(address, 0, limits.backlog);
-        port = socket.port();
-        server = std::make_unique<HttpServer>(handler, limits, std::move(socket));
+        std::vector<ListenSocket> sockets;
+        port = sockets.emplace_back(address, 0, limits.backlog).port();
+        server = std::make_unique<HttpServer>(handler, limits, std::move(sockets));
     }
 
     void TearDown() override { handler.release(); }

@@ -35,9 +35,10 @@ class ServerFixture : public ::testing::Test
     void start(FunctionHandler::Answer onRequest, OnHungWorkers onHungWorkers = {})
     {
         handler.onRequest = std::move(onRequest);
-        ListenSocket socket("127.0.0.1", 0, limits.backlog);
-        port = socket.port();
-        server = std::make_unique<HttpServer>(handler, limits, std::move(socket), std::move(onHungWorkers));
+        std::vector<ListenSocket> sockets;
+        port = sockets.emplace_back("127.0.0.1", 0, limits.backlog).port();
+        server = std::make_unique<HttpServer>(
+            handler, limits, std::move(sockets), TlsIdentity(), std::move(onHungWorkers));
     }
 
     Limits limits;

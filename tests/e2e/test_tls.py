@@ -1,0 +1,162 @@
+"""TLS as clients of different ages, and plain mistakes, meet it."""
+
+import re
+import socket
+import ssl
+import subprocess
+
+import pytest
+import pywbem
+
+from agent_process import DEFAULT_SCENARIO, NAMESPACE, AgentProcess
+
+NO_LIMIT = "DEFAULT:@SECLEVEL=0"
+
+
+def make_certificate(directory, name, *more):
+    certificate, key = directory / f"{name}.pem", directory / f"{name}.key"
+    subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=switch",
+                    "-addext", "subjectAltName=IP:127.0.0.1", "-keyout", str(key), "-out", str(certificate), *more],
+                   check=True, capture_output=True)
+    key.chmod(0o600)
+    return certificate, key
+
+
+@pytest.fixture(scope="module")
+def files(tmp_path_factory):
+    directory = tmp_path_factory.mktemp("tls")
+    make_certificate(directory, "switch")
+    make_certificate(directory, "other")
+    return directory
+
+
+class TlsAgent(AgentProcess):
+    def __init__(self, build_dir, files, *more):
+        super().__init__(build_dir, extra_args=[
+            "--certificate", str(files / "switch.pem"), "--private-key", str(files / "switch.key"),
+            "--tls-port", "0", "--log-level", "debug", *more])
+
+
+@pytest.fixture(scope="module")
+def agent(build_dir, files):
+    with TlsAgent(build_dir, files) as running:
+        yield running
+
+
+def context(files, version=None, authority="switch"):
+    made = ssl.create_default_context(cafile=str(files / f"{authority}.pem"))
+    if version is not None:
+        made.set_ciphers(NO_LIMIT)
+        made.minimum_version = made.maximum_version = version
+    return made
+
+
+def rsa_key_exchange(files):
+    """A client without forward secrecy."""
+    made = context(files, ssl.TLSVersion.TLSv1_2)
+    made.set_ciphers("AES128-SHA256:@SECLEVEL=0")
+    return made
+
+
+def say_hello(agent, made):
+    """The TLS version that was agreed on and what the server answers to OPTIONS."""
+    with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60) as plain:
+        with made.wrap_socket(plain, server_hostname="127.0.0.1") as connection:
+            connection.sendall(b"OPTIONS /cimom HTTP/1.1\r\nHost: switch\r\nConnection: close\r\n\r\n")
+            return connection.version(), connection.recv(100).split(b"\r\n")[0]
+
+
+def test_serves_clients_on_both_ports(agent, files, monkeypatch):
+    for variable in ("REQUESTS_CA_BUNDLE", "CURL_CA_BUNDLE"):  # they would win over ca_certs
+        monkeypatch.delenv(variable, raising=False)
+    for url, verification in ((agent.url, None), (agent.tls_url, str(files / "switch.pem"))):
+        connection = pywbem.WBEMConnection(url, default_namespace=NAMESPACE, ca_certs=verification, timeout=60)
+        assert len(connection.EnumerateInstances("CIM_ObjectManager")) == 1
+        assert len(connection.EnumerateInstances("VRAX_FCPort")) > 10
+
+
+@pytest.mark.filterwarnings("ignore::DeprecationWarning")
+def test_speaks_tls_1_2_and_up(agent, files):
+    for version, name in ((ssl.TLSVersion.TLSv1_2, "TLSv1.2"), (ssl.TLSVersion.TLSv1_3, "TLSv1.3")):
+        assert say_hello(agent, context(files, version)) == (name, b"HTTP/1.1 200 OK")
+    for version in (ssl.TLSVersion.TLSv1, ssl.TLSVersion.TLSv1_1):
+        with pytest.raises((ssl.SSLError, ConnectionError)):
+            say_hello(agent, context(files, version))
+    with pytest.raises((ssl.SSLError, ConnectionError)):
+        say_hello(agent, rsa_key_exchange(files))
+
+
+@pytest.mark.filterwarnings("ignore::DeprecationWarning")
+def test_logs_why_there_is_no_connection(build_dir, files):
+    with TlsAgent(build_dir, files, "--no-http", "--log-level", "warning") as agent:
+        assert agent.url.startswith("https://")
+        with pytest.raises((ssl.SSLError, ConnectionError)):
+            say_hello(agent, context(files, ssl.TLSVersion.TLSv1_1))
+        with pytest.raises((ssl.SSLError, ConnectionError)):
+            say_hello(agent, rsa_key_exchange(files))
+        for version in (ssl.TLSVersion.TLSv1_2, ssl.TLSVersion.TLSv1_3):
+            with pytest.raises(ssl.SSLCertVerificationError):
+                say_hello(agent, context(files, version, authority="other"))
+        with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60) as plain:
+            plain.sendall(b"POST /cimom HTTP/1.1\r\nHost: switch\r\n\r\n")
+            while plain.recv(1000):  # an alert, then the end
+                pass
+        with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60):
+            pass
+        assert say_hello(agent, context(files))[1] == b"HTTP/1.1 200 OK"
+        agent.stop()
+        log = agent.log()
+    for reason in ("the client knows nothing newer than TLS 1.1, TLS 1.2 is needed",
+                   "there is no cipher that suits both sides",
+                   "the client refused: CA is unknown",
+                   "the client left, perhaps because it does not trust the certificate",
+                   "what the client sent is not TLS",
+                   "the client sent nothing"):
+        assert re.search(rf"warning tls: 127\.0\.0\.1:\d+: no TLS connection: {reason}", log), log
+    assert log.count("warning") == 6, log
+
+
+def start(build_dir, *words):
+    program = [f"{build_dir}/bin/cimd", "--port", "0", "--tls-port", "0", "--scenario", str(DEFAULT_SCENARIO),
+               *map(str, words)]
+    return subprocess.run(program, capture_output=True, text=True, timeout=60)
+
+
+def test_says_why_it_does_not_start(build_dir, files, tmp_path):
+    certificate, key, other = files / "switch.pem", files / "switch.key", files / "other.key"
+    public = tmp_path / "public.key"
+    public.write_text(key.read_text())
+    public.chmod(0o644)
+    locked = tmp_path / "locked.key"
+    subprocess.run(["openssl", "rsa", "-aes256", "-passout", "pass:x", "-in", str(key), "-out", str(locked)],
+                   check=True, capture_output=True)
+    none = tmp_path / "none"
+    rows = [
+        (["--certificate", none, "--private-key", key], f"--certificate: {none}: cannot open: No such file"),
+        (["--certificate", key, "--private-key", key], f"--certificate: {key}: holds no certificate in PEM form"),
+        (["--certificate", certificate, "--private-key", none], f"--private-key: {none}: cannot open: No such file"),
+        (["--certificate", certificate, "--private-key", tmp_path], f"--private-key: {tmp_path}: is not a file"),
+        (["--certificate", certificate, "--private-key", certificate], "--private-key: .*: others may read it"),
+        (["--certificate", certificate, "--private-key", public], f"--private-key: {public}: others may read it"),
+        (["--certificate", certificate, "--private-key", locked], "--private-key: .*: holds no unencrypted private key"),
+        (["--certificate", certificate, "--private-key", other], f"--private-key: {other}: is not the key of the cert"),
+        (["--certificate", certificate], "--certificate: --private-key is needed, too"),
+        (["--private-key", key], "--private-key: --certificate is needed, too"),
+        (["--no-http"], "--no-http: --certificate and --private-key are needed"),
+        (["--tls-port", "x"], '--tls-port: "x" is not a port number'),
+    ]
+    for words, complaint in rows:
+        done = start(build_dir, *words)
+        assert done.returncode == 2 and re.match("cimd: " + complaint, done.stderr), (words, done.stderr)
+
+
+def test_warns_of_an_expired_certificate(build_dir, files, tmp_path):
+    expired = tmp_path / "expired.pem"
+    request = subprocess.run(["openssl", "req", "-new", "-key", str(files / "switch.key"), "-subj", "/CN=switch"],
+                             check=True, capture_output=True).stdout
+    subprocess.run(["openssl", "x509", "-req", "-signkey", str(files / "switch.key"), "-days", "-1",
+                    "-out", str(expired)], input=request, check=True, capture_output=True)
+    with AgentProcess(build_dir, extra_args=["--certificate", str(expired), "--tls-port", "0",
+                                             "--private-key", str(files / "switch.key")]) as agent:
+        agent.stop()
+        assert f"warning tls: {expired}: the certificate expired on " in agent.log()
