@@ -19,6 +19,7 @@ add_library(cimd_wire STATIC
     http/TlsHandshake.cpp
     http/WorkerPool.cpp
     ops/AssociationCalls.cpp
+    ops/Audit.cpp
     ops/Call.cpp
     ops/ClassCalls.cpp
     ops/Failure.cpp

@@ -35,16 +35,34 @@ void Call::setSubject(const CimName& name)
 {
     subject = name.str();
     entry.about(subject);
-    // A copy of the subject: this thread may change it while another one makes the late answer. The call
-    // itself may be gone by then, what it refers to is not.
+    setLateAnswer();
+}
+
+void Call::willChange(Change what)
+{
+    change = std::move(what);
+    setLateAnswer();
+}
+
+void Call::setLateAnswer()
+{
+    // Copies of subject and change: this thread may change them while another one makes the late answer. The
+    // call itself may be gone by then, what it refers to is not.
     stream.whenLate(
-        [&request = wire, &peer = context.clientAddress, copy = subject, limit = timeLimit]
+        [&request = wire,
+         &who = context,
+         name = operation,
+         about = subject,
+         changed = change,
+         limit = timeLimit]
         {
             log(LogLevel::Warning,
                 "cim",
-                operationText(request.method, copy) + peer + ": did not finish within " +
+                operationText(request.method, about) + who.clientAddress + ": did not finish within " +
                     std::to_string(limit.count()) + " s; its provider may hang");
-            return lateAnswer(request, copy, limit);
+            if (changed)
+                audit(who, name, *changed, "unfinished");
+            return lateAnswer(request, about, limit);
         });
 }
 

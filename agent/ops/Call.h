@@ -2,6 +2,7 @@
 #pragma once
 
 #include "agent/http/HttpHandler.h"
+#include "agent/ops/Audit.h"
 #include "agent/ops/Parameters.h"
 #include "agent/pull/Enumerations.h"
 #include "agent/run/InFlight.h"
@@ -11,6 +12,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -20,6 +22,7 @@ namespace cimd
 /** What an operation works with. Everything it refers to outlives it. */
 struct Call
 {
+    std::string_view operation; ///< its name in the table of operations
     CimService& service;
     const RequestContext& context;
     const std::string& host; ///< for the INSTANCEPATHs of the answer
@@ -34,6 +37,7 @@ struct Call
     std::string& subject;   ///< the class or qualifier the request is about, for the log
     std::uint64_t& results; ///< how many the answer holds so far, for the log
     InFlight::Entry& entry;
+    std::optional<Change>& change; ///< set if the operation changes something
 
     const std::string& nameSpace() const { return wire.nameSpace; }
 
@@ -46,7 +50,11 @@ struct Call
     ObjectPath about(ObjectPath path);
     Instance about(Instance instance);
 
+    /** Of an operation that changes something: says as early and as well as possible what. For the audit. */
+    void willChange(Change what);
+
   private:
+    void setLateAnswer();
     ObjectPath withKeyName(const ObjectPath& path, const CimValue& value) const;
 };
 

@@ -139,6 +139,11 @@ try
         std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
     const Done done{context, wire, outcome, time, stream.taken() + response.body.size()};
     logOperation(done);
+    if (outcome.change)
+        audit(context,
+              outcome.operation,
+              *outcome.change,
+              outcome.error ? statusName(outcome.error->status()) : "ok");
     if (_watch.counters != nullptr)
         _watch.counters->add({outcome.operation,
                               outcome.subject,

@@ -43,13 +43,25 @@ void getInstance(Call& call)
     ++call.results;
 }
 
+static std::vector<CimName> namesOf(const Instance& instance)
+{
+    std::vector<CimName> names;
+    for (const Property& property : instance.properties())
+        names.push_back(property.name);
+    return names;
+}
+
 void createInstance(Call& call)
 {
     CreateInstanceRequest request;
     request.nameSpace = call.nameSpace();
     request.instance = call.about(call.parameters.instance("NewInstance"));
+    const ObjectPath object(request.nameSpace, request.instance.className());
+    call.willChange({object.text(), {}, namesOf(request.instance), {}});
     call.parameters.finish();
-    writeInstanceName(call.xml, call.service.createInstance(call.context, request));
+    const ObjectPath path = call.service.createInstance(call.context, request);
+    call.change->object = path.text();
+    writeInstanceName(call.xml, path);
     ++call.results;
 }
 
@@ -58,6 +70,7 @@ void modifyInstance(Call& call)
     ModifyInstanceRequest request;
     request.nameSpace = call.nameSpace();
     request.instance = call.about(call.parameters.namedInstance("ModifiedInstance"));
+    call.willChange({request.instance.path().text(), {}, namesOf(request.instance), {}});
     request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
     request.properties = call.parameters.propertyList("PropertyList");
     call.parameters.finish();
@@ -69,6 +82,7 @@ void deleteInstance(Call& call)
     DeleteInstanceRequest request;
     request.nameSpace = call.nameSpace();
     request.path = call.about(call.parameters.instanceName("InstanceName"));
+    call.willChange({request.path.text(), {}, {}, {}});
     call.parameters.finish();
     call.service.deleteInstance(call.context, request);
 }

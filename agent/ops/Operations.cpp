@@ -18,7 +18,8 @@ struct Operation
 {
     std::string_view name;
     void (*run)(Call& call);
-    bool returnsValue; // IRETURNVALUE in the answer
+    bool returnsValue;    // IRETURNVALUE in the answer
+    bool changes = false; // is audited
 };
 
 // Every other intrinsic operation is answered with "not supported".
@@ -30,16 +31,16 @@ constexpr Operation kOperations[] = {
     {"AssociatorNames", associatorNames, true},
     {"References", references, true},
     {"ReferenceNames", referenceNames, true},
-    {"CreateInstance", createInstance, true},
-    {"ModifyInstance", modifyInstance, false},
-    {"DeleteInstance", deleteInstance, false},
+    {"CreateInstance", createInstance, true, true},
+    {"ModifyInstance", modifyInstance, false, true},
+    {"DeleteInstance", deleteInstance, false, true},
     {"GetClass", getClass, true},
     {"EnumerateClasses", enumerateClasses, true},
     {"EnumerateClassNames", enumerateClassNames, true},
     {"GetQualifier", getQualifier, true},
     {"EnumerateQualifiers", enumerateQualifiers, true},
     {"GetProperty", getProperty, true},
-    {"SetProperty", setProperty, false},
+    {"SetProperty", setProperty, false, true},
     // These write their IRETURNVALUE themselves: output parameters follow it.
     {"OpenEnumerateInstances", openEnumerateInstances, false},
     {"OpenEnumerateInstancePaths", openEnumerateInstancePaths, false},
@@ -58,7 +59,7 @@ constexpr Operation kOperations[] = {
     {"OpenReferencePaths", openReferenceInstancePaths, false},
 };
 
-constexpr Operation kInvokeMethod{"InvokeMethod", invokeMethod, false};
+constexpr Operation kInvokeMethod{"InvokeMethod", invokeMethod, false, true};
 
 const Operation& operationFor(const WireRequest& request)
 {
@@ -104,12 +105,15 @@ Outcome Operations::run(const RequestContext& context,
         _enumerations.expire();
         const Operation& operation = operationFor(request);
         outcome.operation = operation.name;
+        if (operation.changes)
+            outcome.change.emplace();
         if (request.parameters.size() > _limits.parameters)
             throw CimError(CimStatus::InvalidParameter,
                            "more than " + std::to_string(_limits.parameters) + " parameters");
         static const std::vector<XmlElement> kNone;
         ResponseWriter writer(response.body, request);
         Call call{
+            operation.name,
             _service,
             context,
             host,
@@ -123,7 +127,8 @@ Outcome Operations::run(const RequestContext& context,
             writer.xml(),
             outcome.subject,
             outcome.results,
-            entry};
+            entry,
+            outcome.change};
         writer.begin(operation.returnsValue);
         call.setSubject({});
         operation.run(call);

@@ -3,6 +3,7 @@
 
 #include "agent/Limits.h"
 #include "agent/http/HttpHandler.h"
+#include "agent/ops/Audit.h"
 #include "agent/pull/Enumerations.h"
 #include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
@@ -22,6 +23,7 @@ struct Outcome
     std::string_view operation;    ///< name from the table of operations; empty for an unknown one
     std::string subject;           ///< class or qualifier the request was about; may be empty
     std::uint64_t results = 0;     ///< instances, paths, classes ... in the answer
+    std::optional<Change> change;  ///< of an operation that changes something, as far as it got
     std::optional<CimError> error; ///< what the client was told, if the operation failed
 };
 

@@ -21,8 +21,10 @@ void setProperty(Call& call)
     SetPropertyRequest request;
     request.nameSpace = call.nameSpace();
     request.path = call.about(call.parameters.instanceName("InstanceName"));
+    call.willChange({request.path.text(), {}, {}, {}});
     request.value = call.parameters.value("NewValue");
     request.value.name = call.parameters.requiredText("PropertyName");
+    call.willChange({request.path.text(), {}, {request.value.name}, {}});
     call.parameters.finish();
     call.service.setProperty(call.context, request);
 }

@@ -2,6 +2,7 @@
 
 import base64
 import pathlib
+import re
 import subprocess
 
 import pytest
@@ -79,6 +80,25 @@ def test_challenges_as_http_demands(guarded):
     answer = requests.post(url, data=" " * 70000, headers=headers, auth=user, timeout=60)
     assert (answer.status_code, answer.headers["CIMError"]) == (400, "request-not-well-formed")
     assert requests.options(url, timeout=60).status_code == 200
+
+
+def test_changes_are_audited_at_every_log_level(build_dir, users):
+    with AgentProcess(build_dir, extra_args=["--password-file", str(users), "--log-level", "error"]) as agent:
+        joe = connect(agent, JOE)
+        port = joe.EnumerateInstances("VRAX_FCPort", PropertyList=["ElementName"])[0]
+        port["ElementName"] = "quiet name"
+        joe.ModifyInstance(port, PropertyList=["ElementName"])
+        joe.InvokeMethod("RequestStateChange", port.path, RequestedState=pywbem.Uint16(2))
+        with pytest.raises(pywbem.CIMError):
+            joe.DeleteInstance(port.path)
+        agent.stop()
+        lines = agent.log_lines
+    patterns = [r"ModifyInstance result=ok object=\"root/interop:VRAX_FCPort\..*\" properties=ElementName",
+                r"InvokeMethod result=ok returned=\d+ object=\".*\" method=RequestStateChange parameters=RequestedState",
+                r"DeleteInstance result=CIM_ERR_NOT_SUPPORTED object=\"root/interop:VRAX_FCPort\..*\""]
+    assert len(lines) == len(patterns), lines
+    for line, pattern in zip(lines, patterns):
+        assert re.fullmatch(r"\S+ audit cim: user=\"joe\" from=127\.0\.0\.1:\d+ operation=" + pattern + "\n", line), line
 
 
 def test_starts_open_on_the_loopback_address_only(build_dir, users):
