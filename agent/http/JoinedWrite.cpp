@@ -1,11 +1,14 @@
-// libmicrohttpd sends the head of an answer whose body it fetches by itself, at once, in a segment of its
-// own, and offers no way to change that. So this program has its own send(), which every library in the
-// process uses: it does what the system's does, but for the sockets that were named to it.
+// Two things that libmicrohttpd does when it writes, and offers no way to change: it sends the head of an
+// answer whose body it fetches by itself, at once, in a segment of its own; and it sends the head of an
+// answer twice when it does not accept a request's Host or Content-Length (0.9.75 does, without TLS). So this
+// program has its own send() and sendmsg(), which every library in the process uses: they do what the
+// system's do, but for the sockets that were named and for doubled heads.
 #include "agent/http/JoinedWrite.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <string>
+#include <string_view>
 #include <sys/socket.h>
 #include <sys/uio.h>
 #include <vector>
@@ -50,6 +53,20 @@ ssize_t sendBoth(std::vector<Join>::iterator join, const void* data, size_t size
     return -1;
 }
 
+/** Bytes of the first of two heads that are to be sent with a body; 0 if there is one. */
+std::size_t superfluousHead(const msghdr& message)
+{
+    if (message.msg_iovlen != 2)
+        return 0;
+    const std::string_view heads(static_cast<const char*>(message.msg_iov[0].iov_base),
+                                 message.msg_iov[0].iov_len);
+    const std::string_view status = heads.substr(0, heads.find('\n') + 1);
+    const std::size_t half = heads.size() / 2;
+    const bool isTwice = heads.size() % 2 == 0 && status.substr(0, 5) == "HTTP/" &&
+                         heads.substr(half, status.size()) == status;
+    return isTwice ? half : 0;
+}
+
 } // namespace
 
 void joinNextWrites(int fd)
@@ -78,4 +95,21 @@ send(int fd, const void* data, size_t size, int flags)
         return sendBoth(join, data, size, flags);
     join->first.assign(static_cast<const char*>(data), size);
     return static_cast<ssize_t>(size);
+}
+
+extern "C" __attribute__((visibility("default"))) ssize_t sendmsg(int fd, const msghdr* message, int flags)
+{
+    mmsghdr sent{*message, 0};
+    const std::size_t skipped = cimd::superfluousHead(*message);
+    iovec parts[2];
+    if (skipped != 0)
+    {
+        std::copy_n(message->msg_iov, 2, parts);
+        parts[0].iov_base = static_cast<char*>(parts[0].iov_base) + skipped;
+        parts[0].iov_len -= skipped;
+        sent.msg_hdr.msg_iov = parts;
+    }
+    if (sendmmsg(fd, &sent, 1, flags) != 1)
+        return -1;
+    return static_cast<ssize_t>(skipped + sent.msg_len);
 }

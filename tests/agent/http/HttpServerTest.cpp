@@ -185,7 +185,9 @@ TEST_P(HttpServerLimit, IsAnsweredAsTooLarge)
     limits.discardBytes = 100 * kBodyLimit;
     start(limits);
     RawClient client(port);
-    EXPECT_EQ(413, client.ask(GetParam().bytes).status);
+    const RawResponse response = client.ask(GetParam().bytes);
+    EXPECT_EQ(413, response.status);
+    EXPECT_EQ(std::string::npos, response.body.find("HTTP/1.1")) << "a second head";
     if (GetParam().usableAfterwards)
         EXPECT_EQ("next", client.ask(post("next")).body);
     else
