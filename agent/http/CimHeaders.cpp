@@ -135,6 +135,18 @@ std::optional<HttpResponse> refuseCimHeaders(const HttpRequest& head)
     return std::nullopt;
 }
 
+/** "/cimom" for "http://switch:5988/cimom", the form that proxies are sent (RFC 9112, section 3.2.2). */
+std::string_view pathOf(std::string_view target)
+{
+    for (const std::string_view scheme : {"http://", "https://"})
+        if (equalNoCase(target.substr(0, scheme.size()), scheme))
+        {
+            const std::size_t path = target.find('/', scheme.size());
+            return path == std::string_view::npos ? "/" : target.substr(path);
+        }
+    return target;
+}
+
 std::string_view withoutSlashes(std::string_view text)
 {
     while (!text.empty() && text.front() == '/')
@@ -266,7 +278,7 @@ std::optional<HttpResponse> refuseHead(const HttpRequest& head)
         return plain(kNotExtended, "M-POST is not supported; use POST.");
     if (head.method != "POST")
         return methodNotAllowed(head.method);
-    if (head.target != kTarget)
+    if (pathOf(head.target) != kTarget)
         return plain(kNotFound, "There is nothing here; CIM operations go to " + std::string(kTarget) + ".");
     const std::string* contentType = head.header("Content-Type");
     if (contentType == nullptr || !isCimXml(*contentType))
