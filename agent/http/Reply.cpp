@@ -13,6 +13,7 @@ namespace cimd
 namespace
 {
 
+constexpr std::chrono::seconds kWaitStep{1};
 const char* const kLate = "it did not finish in time";
 
 /** For a handler that has not said how to answer. */
@@ -146,10 +147,10 @@ Reply::Time Reply::check(Time now)
     }
     if (_isComplete)
         return _heldUntil;
-    if (_isWaitingForRoom)
-        return now + _timeLimit;
     if (now < _due)
         return _due;
+    if (_isWaitingForRoom)
+        return now + kWaitStep; // by how much it is due later shows when the client has taken something
     _reason = kLate;
     HttpResponse answer = _late ? _late() : plainLateAnswer();
     const std::function<void()> writeOff = std::move(_writeOff);
