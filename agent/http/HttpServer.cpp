@@ -34,12 +34,26 @@ namespace
 constexpr unsigned kBadRequest = 400;
 constexpr unsigned kContentTooLarge = 413;
 constexpr unsigned kInternalError = 500;
+constexpr unsigned kNotImplemented = 501;
 constexpr unsigned kUnavailable = 503;
-constexpr const char* kTooLarge = "The request is too large.\n";
 
-HttpResponse plain(unsigned status, const char* text)
+HttpResponse plain(unsigned status, const std::string& text)
 {
-    return {status, {{"Content-Type", "text/plain; charset=\"utf-8\""}}, text};
+    return {status, {{"Content-Type", "text/plain; charset=\"utf-8\""}}, text + "\n"};
+}
+
+/** What the server itself will not take. Whoever watches the log learns which limit keeps whom out. */
+HttpResponse refused(const HttpRequest& request, unsigned status, const std::string& reason)
+{
+    log(LogLevel::Warning, "http", request.peer + ": HTTP " + std::to_string(status) + ": " + reason);
+    return plain(status, reason);
+}
+
+HttpResponse tooLarge(const HttpRequest& request, std::size_t limit)
+{
+    return refused(request,
+                   kContentTooLarge,
+                   "The request is too large: more than " + std::to_string(limit) + " bytes.");
 }
 
 MHD_Result addHeader(void* to, MHD_ValueKind, const char* name, const char* value)
@@ -67,6 +81,13 @@ bool isAmbiguous(const HttpRequest& request)
                equalNoCase(header.first, MHD_HTTP_HEADER_TRANSFER_ENCODING);
     };
     return std::count_if(request.headers.begin(), request.headers.end(), saysLength) > 1;
+}
+
+/** Whether the end of the body cannot be told: it would be waited for until time is up. */
+bool isUnknownCoding(const HttpRequest& request)
+{
+    const std::string* coding = request.header(MHD_HTTP_HEADER_TRANSFER_ENCODING);
+    return coding != nullptr && !equalNoCase(*coding, "chunked");
 }
 
 } // namespace
@@ -203,23 +224,27 @@ class HttpServer::Impl
         MHD_get_connection_values(handle, MHD_HEADER_KIND, &addHeader, &request);
         std::optional<HttpResponse>& refusal = exchange.refusal;
         if (_stopping)
-            refusal = plain(kUnavailable, "The server is stopping.\n");
+            refusal = refused(request, kUnavailable, "The server is stopping.");
         else
         {
             Verdict verdict = _handler.refuse(request);
             refusal = std::move(verdict.response);
             exchange.bodyLimit = std::min(_limits.bodyBytes, verdict.bodyLimit);
         }
+        const bool isEndless = isUnknownCoding(request);
         const bool ambiguous = isAmbiguous(request);
         if (ambiguous)
-            refusal = plain(kBadRequest, "The length of the body is given more than once.\n");
+            refusal = refused(request, kBadRequest, "The length of the body is given more than once.");
+        else if (isEndless)
+            refusal = refused(request, kNotImplemented, "The only transfer coding is chunked.");
         const std::size_t announced = announcedBytes(request);
         if (!refusal && announced > exchange.bodyLimit)
-            refusal = plain(kContentTooLarge, kTooLarge);
+            refusal = tooLarge(request, exchange.bodyLimit);
         // Whoever asks before sending the body, or would send more than we care or know to read, is answered
         // now.
         const bool asks = request.header(MHD_HTTP_HEADER_EXPECT) != nullptr;
-        exchange.closes = refusal && (_stopping || asks || ambiguous || announced > _limits.discardBytes);
+        exchange.closes =
+            refusal && (_stopping || asks || ambiguous || isEndless || announced > _limits.discardBytes);
         if (exchange.closes)
             return complete(handle, connection);
         _alarm.ringBy(Alarm::Clock::now() + _limits.requestSeconds);
@@ -232,7 +257,7 @@ class HttpServer::Impl
         if (!exchange.refusal && exchange.received > exchange.bodyLimit)
         {
             exchange.request.body = std::string();
-            exchange.refusal = plain(kContentTooLarge, kTooLarge);
+            exchange.refusal = tooLarge(exchange.request, exchange.bodyLimit);
         }
         if (!exchange.refusal)
             exchange.request.body.append(data, size);
@@ -248,7 +273,7 @@ class HttpServer::Impl
         const std::shared_ptr<Exchange> exchange = connection.exchange();
         std::optional<HttpResponse>& refusal = exchange->refusal;
         if (!refusal && !_pool->reserve())
-            refusal = plain(kUnavailable, "Too many requests are waiting.\n");
+            refusal = refused(exchange->request, kUnavailable, "Too many requests are waiting.");
         if (refusal && refusal->holdFor.count() == 0)
             return queueWhole(handle, std::move(*refusal), exchange->closes || _stopping);
         exchange->isAnswering = true;
@@ -276,7 +301,7 @@ class HttpServer::Impl
         catch (const std::exception& error)
         {
             log(LogLevel::Error, "http", exchange.request.peer + ": " + error.what());
-            response = plain(kInternalError, "The server failed to answer.\n");
+            response = plain(kInternalError, "The server failed to answer.");
             response.trailers = failureTrailers(CimError(CimStatus::Failed, "the server failed to answer"));
         }
         finish(exchange, std::move(response));

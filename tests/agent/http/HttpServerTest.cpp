@@ -215,6 +215,22 @@ INSTANTIATE_TEST_SUITE_P(Bodies,
                          ::testing::ValuesIn(kTooLarge),
                          [](const auto& row) { return row.param.name; });
 
+TEST_F(HttpServerTest, RefusesATransferCodingWhoseEndItCannotTell)
+{
+    start();
+    for (const char* coding : {"gzip", "gzip, chunked", "identity"})
+    {
+        RawClient client(port);
+        EXPECT_EQ(501,
+                  client
+                      .ask("POST /cimom HTTP/1.1\r\nHost: s\r\nTransfer-Encoding: " + std::string(coding) +
+                           "\r\n\r\n5\r\nhello")
+                      .status)
+            << coding;
+        EXPECT_NO_THROW(client.awaitClose());
+    }
+}
+
 TEST_F(HttpServerTest, TakesABodyOfExactlyTheLimit)
 {
     Limits limits;
