@@ -111,11 +111,12 @@ class Map_Provider
     // Empties and builds the map and records the outcome. The caller holds the write lock.
     Load_Status rebuild()
     {
+        Former_Instances former(map());
         self().unload();
         const std::uint32_t forcedUnloads = maps().forcedUnloads(kIndex);
         try
         {
-            Map_Writer<CLASS> writer;
+            Map_Writer<CLASS> writer(&former);
             self().build(writer);
             maps().InstMapLoadSetOK(kIndex);
             if (maps().forcedUnloads(kIndex) != forcedUnloads)

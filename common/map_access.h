@@ -43,12 +43,44 @@ class Map_View
     const Inst_Map& _map;
 };
 
+// What a map held before the load that builds it again, out of the map. Released one by one as the new
+// instances come, and at the latest with this object: a new instance then finds memory that is still in the
+// processor's caches, as are the texts that it shares with the former one. In a large fabric half of the time
+// of a load would otherwise go by waiting for memory.
+class Former_Instances
+{
+  public:
+    // Empties the map. The caller holds its write lock.
+    explicit Former_Instances(Inst_Map& map) : _instances(map.takeAll()) {}
+    ~Former_Instances()
+    {
+        while (_next < _instances.size())
+            releaseNext();
+    }
+    Former_Instances(const Former_Instances&) = delete;
+    Former_Instances& operator=(const Former_Instances&) = delete;
+
+    void releaseNext()
+    {
+        if (_next < _instances.size())
+            unref(_instances[_next++]);
+    }
+
+  private:
+    Array<Instance*> _instances;
+    std::size_t _next = 0;
+};
+
 // The map that a load fills. The caller holds the map's write lock.
 template <class CLASS>
 class Map_Writer
 {
   public:
-    Map_Writer() : _map(VRAX_Maps::getInstance()->map<CLASS>()) {}
+    // `former`: what to release in exchange for new instances.
+    explicit Map_Writer(Former_Instances* former = nullptr)
+        : _map(VRAX_Maps::getInstance()->map<CLASS>()), _former(former)
+    {
+    }
 
     // Hands the instance to the map. False when an instance with equal keys is already there; the caller
     // then still owns it.
@@ -57,6 +89,8 @@ class Map_Writer
         if (_map._insert(instance.get()) == static_cast<std::size_t>(-1))
             return false;
         instance.release();
+        if (_former != nullptr)
+            _former->releaseNext();
         return true;
     }
 
@@ -67,6 +101,7 @@ class Map_Writer
 
   private:
     Inst_Map& _map;
+    Former_Instances* _former;
 };
 
 } // namespace cimple

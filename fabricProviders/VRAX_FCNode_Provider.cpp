@@ -34,6 +34,7 @@ void VRAX_FCNode_Provider::build(Map_Writer<VRAX_FCNode>& map)
     requireCacheLock(cacheLock, kSource);
     Sml_Batch batch(kNodeKeys);
     const Owned<VRAX_FCNode> entry(VRAX_FCNode::create()); // its key, for finding it in the map
+    const String nameFormat("WWN");                        // one text for all nodes
 
     for (const SwitchCache& one : Fabric_Switches(*DataCache::instance()))
     {
@@ -54,7 +55,7 @@ void VRAX_FCNode_Provider::build(Map_Writer<VRAX_FCNode>& map)
             node->InstanceID = entry->InstanceID;
             node->Name.set(upperCased(batch.text(kNodeWwn)).c_str());
             node->ElementName.set(upperCased(batch.text(kSymNodeName)).c_str());
-            node->NameFormat.set("WWN");
+            node->NameFormat.set(nameFormat);
             // The line feed belongs to the message.
             if (!map.insert(node))
                 failLoad("Failed to insert into VRAX_FCNode_map\n");

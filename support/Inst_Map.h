@@ -34,6 +34,17 @@ class Inst_Map : public Instance_Map_Base
         Instance_Map_Base::clear();
     }
 
+    // Empties the map without releasing the instances: the caller owns a count on each, in order of
+    // insertion.
+    Array<Instance*> takeAll()
+    {
+        _complete = false;
+        Array<Instance*> taken;
+        taken.swap(_instances);
+        Instance_Map_Base::clear(); // the index
+        return taken;
+    }
+
     // True from the end of a successful load until the map is cleared or a load fails: what the map holds is
     // then all there is, and may be served, be it fresh or not. A request that finds the map incomplete has
     // lost a race with an unload or a failed load and must load again.

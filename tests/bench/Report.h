@@ -11,8 +11,12 @@ namespace bench
 {
 
 // Seconds that one call of `run` takes: the best of several rounds, each long enough to be timed well.
-// `prepare` comes before every call and is not timed.
-double secondsPerCall(const std::function<void()>& run, const std::function<void()>& prepare = nullptr);
+double secondsPerCall(const std::function<void()>& run);
+
+// Seconds of processor time that one call of `run` takes: the least of a number of calls that does not
+// depend on their length, so that other work on the machine counts as little as can be. `prepare` comes
+// before every call and is not timed.
+double processorSeconds(const std::function<void()>& run, const std::function<void()>& prepare);
 
 // Bytes of heap that are in use now and were not before `make`; whatever make returns is kept alive while
 // they are counted.

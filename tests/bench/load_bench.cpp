@@ -51,7 +51,7 @@ void benchLoad(const char* title)
                       "%.2f batch reads per port, %zu platform calls",
                       calls,
                       sim.platformCalls());
-        table.row(ports, secondsPerCall(load, stale) / static_cast<double>(ports) * kMicro, remark);
+        table.row(ports, processorSeconds(load, stale) / static_cast<double>(ports) * kMicro, remark);
     }
     table.print();
 }

@@ -72,7 +72,7 @@ void benchMaps()
 
         std::vector<Owned<VRAX_FCPortStatistics>> instances;
         std::unique_ptr<Inst_Map> map;
-        const double insertSeconds = secondsPerCall(
+        const double insertSeconds = processorSeconds(
             [&]
             {
                 for (Owned<VRAX_FCPortStatistics>& instance : instances)

@@ -102,7 +102,7 @@ double measure(const Subject& one, std::size_t& instances)
         VRAX_Maps::getInstance()->InstMapForceUnload(one.map);
         fillCaches();
     };
-    const double seconds = secondsPerCall(one.load, prepare);
+    const double seconds = processorSeconds(one.load, prepare);
     instances = one.size();
     return seconds / static_cast<double>(instances);
 }

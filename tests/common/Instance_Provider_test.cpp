@@ -123,6 +123,44 @@ TEST_F(InstanceProvider, AFailedLoadIsLoggedAnsweredAsFailureAndRepeatedByTheNex
     }
 }
 
+TEST_F(InstanceProvider, LetsGoOfItsFormerInstancesHoweverTheLoadGoes)
+{
+    struct Row
+    {
+        const char* what;
+        std::size_t inserted;
+        bool fails;
+    };
+    for (const Row& row : {Row{"fewer than before", 2, false},
+                           Row{"more than before", kPorts + 2, false},
+                           Row{"none", 0, false},
+                           Row{"failed midway", 2, true}})
+    {
+        resetFakeProviders();
+        ASSERT_EQ(Ports_Provider().load(), LOAD_OK);
+        std::vector<Ref<Instance>> former;
+        Inst_Map& map = VRAX_Maps::getInstance()->map<VRAX_FCPortStatistics>();
+        for (std::size_t i = 0; i < map.size(); ++i)
+        {
+            ref(map.at(i));
+            former.emplace_back(map.at(i));
+        }
+        Ports::instead = [&row](Map_Writer<VRAX_FCPortStatistics>& writer)
+        {
+            for (std::size_t i = 0; i < row.inserted; ++i)
+                Ports_Provider::insert(writer, std::to_string(i).c_str());
+            if (row.fails)
+                throw Load_Failed();
+        };
+        VRAX_Maps::getInstance()->InstMapForceUnload(Ports_Provider::kIndex);
+        EXPECT_EQ(Ports_Provider().load(), row.fails ? LOAD_FAILED : LOAD_OK) << row.what;
+        EXPECT_EQ(map.size(), row.inserted) << row.what;
+        ASSERT_EQ(former.size(), kPorts);
+        for (const Ref<Instance>& instance : former)
+            EXPECT_EQ(Atomic_get(&instance->__refs), 1) << row.what;
+    }
+}
+
 // The switch changes while it is being read: this request has its answer, the next one reads again.
 TEST_F(InstanceProvider, StaysStaleWhenMadeStaleDuringItsLoad)
 {
