@@ -206,6 +206,8 @@ void checkTogether(const Options& options)
         fail("certificate", "--private-key is needed, too");
     if (options.privateKey && !options.certificate)
         fail("private-key", "--certificate is needed, too");
+    if (options.tlsPort && !options.certificate)
+        fail("tls-port", "--certificate and --private-key are needed, too");
     if (!options.isPlainServed && !options.certificate)
         fail("no-http", "--certificate and --private-key are needed, or nothing would be served");
 }

@@ -15,9 +15,9 @@ namespace cimd
 struct Options
 {
     std::string address = "127.0.0.1";
-    std::uint16_t port = 5988;    ///< 0: any free port
-    std::uint16_t tlsPort = 5989; ///< 0: any free port; used with a certificate only
-    bool isPlainServed = true;    ///< HTTP on `port`
+    std::uint16_t port = 5988;            ///< 0: any free port
+    std::optional<std::uint16_t> tlsPort; ///< 0: any free port; of HTTPS
+    bool isPlainServed = true;            ///< HTTP on `port`
     std::optional<std::string> certificate;
     std::optional<std::string> privateKey;
     LogLevel logLevel = LogLevel::Warning;

@@ -52,6 +52,7 @@ struct Setting
 {
     const Options& options;
     std::vector<ListenSocket>& sockets;
+    const TlsIdentity& tls;
     InFlight& inFlight;
     XmlTrace* trace;        // null: none is wanted
     Supervisor* supervisor; // null: nobody watches
@@ -150,16 +151,9 @@ int serve(const Setting& setting)
         gate.emplace(frontEnd, *authenticator, limits);
     }
     HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;
-    TlsIdentity tls;
-    if (options.certificate)
-    {
-        tls.certificate = starting("--certificate", [&] { return readCertificate(*options.certificate); });
-        tls.key =
-            starting("--private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
-    }
     const std::string urls = urlsOf(setting.sockets);
     HttpServer server(
-        handler, limits, std::move(setting.sockets), std::move(tls), [&setting] { endHung(setting); });
+        handler, limits, std::move(setting.sockets), setting.tls, [&setting] { endHung(setting); });
     if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
     {
         std::printf("cimd: listening on %s\n", urls.c_str());
@@ -176,6 +170,20 @@ int serve(const Setting& setting)
     leave(setting, kExitUnfinished);
 }
 
+TlsIdentity readTlsIdentity(const Options& options)
+{
+    TlsIdentity tls;
+    if (options.certificate)
+    {
+        tls.certificate = starting("--certificate", [&] { return readCertificate(*options.certificate); });
+        tls.key =
+            starting("--private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
+    }
+    return tls;
+}
+
+constexpr std::uint16_t kTlsPort = 5989; // wbem-https in the registry of ports
+
 /** Each worker would otherwise have a heap of its own, which keeps what its largest answer took. */
 constexpr int kHeaps = 2;
 
@@ -190,17 +198,24 @@ int start(const Options& options)
                  [&] { return &sockets.emplace_back(options.address, options.port, limits.backlog); });
     if (options.certificate)
         starting("--listen",
-                 [&]
-                 { return &sockets.emplace_back(options.address, options.tlsPort, limits.backlog, true); });
+                 [&] {
+                     return &sockets.emplace_back(
+                         options.address, options.tlsPort.value_or(kTlsPort), limits.backlog, true);
+                 });
     if (!sockets.front().isLoopback() && !options.passwordFile && !options.isOpen)
         throw StartError("--listen: " + options.address +
                          " is not for this machine alone: --password-file is needed, or --no-authentication");
+    if (options.passwordFile && options.isPlainServed && !sockets.front().isLoopback())
+        log(LogLevel::Warning,
+            "auth",
+            "passwords come over HTTP, readable on the way; --no-http takes them over HTTPS only");
+    const TlsIdentity tls = readTlsIdentity(options); // once: files may be half renewed when a crash comes
     std::optional<XmlTrace> trace;
     if (options.traceXml)
         starting("--trace-xml", [&] { return &trace.emplace(*options.traceXml); });
     // All that can run at once: one more that hangs than may is what ends the process.
     InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1);
-    Setting setting{options, sockets, inFlight, trace ? &*trace : nullptr, nullptr};
+    Setting setting{options, sockets, tls, inFlight, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);
     Supervisor supervisor(limits, inFlight);

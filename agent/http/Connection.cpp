@@ -93,9 +93,10 @@ void Connection::end(const std::string& reason)
 
 void Connection::closed()
 {
-    const std::string fault = _handshake ? _handshake->fault(received() > 1) : std::string();
-    if (!fault.empty())
-        log(LogLevel::Warning, "tls", _peer + ": no TLS connection: " + fault);
+    const bool hasReceived = received() > 1; // the end counts as one
+    const std::string fault = _handshake ? _handshake->fault(hasReceived) : std::string();
+    if (!fault.empty()) // those who only look whether the port is open do it all the time
+        log(hasReceived ? LogLevel::Warning : LogLevel::Info, "tls", _peer + ": no TLS connection: " + fault);
     _handshake.reset();
     std::lock_guard<std::mutex> lock(_mutex);
     forgetWrites(_fd);

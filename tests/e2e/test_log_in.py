@@ -105,6 +105,7 @@ def test_starts_open_on_the_loopback_address_only(build_dir, users):
     for listen in (["0.0.0.0"], ["::"], ["0.0.0.0", "--password-file", str(users) + "x"]):
         with pytest.raises(RuntimeError, match="--listen: .* --password-file is needed, or --no-auth|users.*: cannot open"):
             AgentProcess(build_dir, extra_args=["--listen", *listen]).__enter__()
-    for more in (["--no-authentication"], ["--password-file", str(users)]):
-        with AgentProcess(build_dir, extra_args=["--listen", "0.0.0.0", *more]):
-            pass
+    for more, warns in ((["--no-authentication"], False), (["--password-file", str(users)], True)):
+        with AgentProcess(build_dir, extra_args=["--listen", "0.0.0.0", *more]) as agent:
+            agent.stop()
+            assert ("passwords come over HTTP, readable on the way" in agent.log()) == warns
