@@ -253,33 +253,24 @@ CMPIStatus modifyInstance(CMPIInstanceMI*,
     return CMReturnDone(result);
 }
 
-CMPIStatus deleteInstance(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*)
-{
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
-}
-
-CMPIStatus noQuery(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*, const char*, const char*)
-{
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
-}
-
 CMPIStatus cleanup(CMPIInstanceMI*, const CMPIContext*, CMPIBoolean)
 {
     return {CMPI_RC_NEVER_UNLOAD, nullptr};
 }
 
-const CMPIInstanceMIFT instanceTable{CMPIVersion200,
-                                     1,
-                                     "Faulty",
-                                     cleanup,
-                                     enumNames,
-                                     enumInstances,
-                                     getInstance,
-                                     createInstance,
-                                     modifyInstance,
-                                     deleteInstance,
-                                     noQuery};
+CMPIInstanceMIFT operations()
+{
+    CMPIInstanceMIFT table = nothingSupported("Faulty");
+    table.cleanup = cleanup;
+    table.enumerateInstanceNames = enumNames;
+    table.enumerateInstances = enumInstances;
+    table.getInstance = getInstance;
+    table.createInstance = createInstance;
+    table.modifyInstance = modifyInstance;
+    return table;
+}
+
+const CMPIInstanceMIFT instanceTable = operations();
 CMPIInstanceMI instanceMi{&broker, &instanceTable};
 
 } // namespace

@@ -170,12 +170,6 @@ deleteInstance(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result, co
     return CMReturnDone(result);
 }
 
-CMPIStatus noQuery(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*, const char*, const char*)
-{
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
-}
-
 CMPIStatus echo(const CMPIResult* result, const CMPIArgs* in, CMPIArgs* out)
 {
     const CMPICount count = CMGetArgCount(in, nullptr);
@@ -245,17 +239,20 @@ CMPIStatus methodCleanup(CMPIMethodMI*, const CMPIContext*, CMPIBoolean)
     return ok();
 }
 
-const CMPIInstanceMIFT instanceTable{CMPIVersion200,
-                                     1,
-                                     "Store",
-                                     cleanup,
-                                     enumNames,
-                                     enumInstances,
-                                     getInstance,
-                                     createInstance,
-                                     modifyInstance,
-                                     deleteInstance,
-                                     noQuery};
+CMPIInstanceMIFT operations()
+{
+    CMPIInstanceMIFT table = nothingSupported("Store");
+    table.cleanup = cleanup;
+    table.enumerateInstanceNames = enumNames;
+    table.enumerateInstances = enumInstances;
+    table.getInstance = getInstance;
+    table.createInstance = createInstance;
+    table.modifyInstance = modifyInstance;
+    table.deleteInstance = deleteInstance;
+    return table;
+}
+
+const CMPIInstanceMIFT instanceTable = operations();
 const CMPIMethodMIFT methodTable{CMPIVersion200, 1, "Store", methodCleanup, invokeMethod};
 CMPIInstanceMI instanceMi{&broker, &instanceTable};
 CMPIMethodMI methodMi{&broker, &methodTable};

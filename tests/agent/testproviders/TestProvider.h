@@ -72,6 +72,14 @@ inline CMPIStatus returnNumber(const CMPIResult* result, CMPIUint32 value)
     return CMReturnDone(result);
 }
 
+// Every operation is refused until a provider puts its own in the place.
+inline CMPIInstanceMIFT nothingSupported(const char* name)
+{
+    constexpr auto none = [](auto...) { return CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr}; };
+    constexpr auto cleanup = [](auto...) { return ok(); };
+    return {CMPIVersion200, 1, name, cleanup, none, none, none, none, none, none, none};
+}
+
 inline bool isListed(const char** list, const std::string& name)
 {
     if (!list)

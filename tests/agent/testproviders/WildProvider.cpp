@@ -113,12 +113,6 @@ CMPIStatus enumNames(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* resu
     return CMReturnDone(result);
 }
 
-CMPIStatus createInstance(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*, const CMPIInstance*)
-{
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
-}
-
 CMPIStatus modifyInstance(CMPIInstanceMI*,
                           const CMPIContext*,
                           const CMPIResult* result,
@@ -130,33 +124,17 @@ CMPIStatus modifyInstance(CMPIInstanceMI*,
     return CMReturnDone(result);
 }
 
-CMPIStatus deleteInstance(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*)
+CMPIInstanceMIFT operations()
 {
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    CMPIInstanceMIFT table = nothingSupported("Wild");
+    table.enumerateInstanceNames = enumNames;
+    table.enumerateInstances = enumInstances;
+    table.getInstance = getInstance;
+    table.modifyInstance = modifyInstance;
+    return table;
 }
 
-CMPIStatus noQuery(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*, const char*, const char*)
-{
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
-}
-
-CMPIStatus cleanup(CMPIInstanceMI*, const CMPIContext*, CMPIBoolean)
-{
-    return ok();
-}
-
-const CMPIInstanceMIFT instanceTable{CMPIVersion200,
-                                     1,
-                                     "Wild",
-                                     cleanup,
-                                     enumNames,
-                                     enumInstances,
-                                     getInstance,
-                                     createInstance,
-                                     modifyInstance,
-                                     deleteInstance,
-                                     noQuery};
+const CMPIInstanceMIFT instanceTable = operations();
 CMPIInstanceMI instanceMi{&broker, &instanceTable};
 
 } // namespace

@@ -68,54 +68,15 @@ CMPIStatus getInstance(
     return CMReturnDone(result);
 }
 
-CMPIStatus enumNames(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*)
+CMPIInstanceMIFT operations()
 {
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    CMPIInstanceMIFT table = nothingSupported("Rows");
+    table.enumerateInstances = enumInstances;
+    table.getInstance = getInstance;
+    return table;
 }
 
-CMPIStatus createInstance(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*, const CMPIInstance*)
-{
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
-}
-
-CMPIStatus modifyInstance(CMPIInstanceMI*,
-                          const CMPIContext*,
-                          const CMPIResult*,
-                          const CMPIObjectPath*,
-                          const CMPIInstance*,
-                          const char**)
-{
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
-}
-
-CMPIStatus deleteInstance(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*)
-{
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
-}
-
-CMPIStatus noQuery(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*, const char*, const char*)
-{
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
-}
-
-CMPIStatus cleanup(CMPIInstanceMI*, const CMPIContext*, CMPIBoolean)
-{
-    return ok();
-}
-
-const CMPIInstanceMIFT instanceTable{CMPIVersion200,
-                                     1,
-                                     "Rows",
-                                     cleanup,
-                                     enumNames,
-                                     enumInstances,
-                                     getInstance,
-                                     createInstance,
-                                     modifyInstance,
-                                     deleteInstance,
-                                     noQuery};
+const CMPIInstanceMIFT instanceTable = operations();
 CMPIInstanceMI instanceMi{&broker, &instanceTable};
 
 } // namespace
