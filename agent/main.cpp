@@ -152,8 +152,10 @@ int serve(const Setting& setting)
     }
     HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;
     const std::string urls = urlsOf(setting.sockets);
-    HttpServer server(
-        handler, limits, std::move(setting.sockets), setting.tls, [&setting] { endHung(setting); });
+    HttpServer server(handler,
+                      limits,
+                      std::move(setting.sockets),
+                      {setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }});
     if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
     {
         std::printf("cimd: listening on %s\n", urls.c_str());

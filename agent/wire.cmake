@@ -13,9 +13,11 @@ add_library(cimd_wire STATIC
     http/JoinedWrite.cpp
     http/ListenSocket.cpp
     http/Message.cpp
+    http/Overflow.cpp
     http/QueueResponse.cpp
     http/ReceivedBytes.cpp
     http/Reply.cpp
+    http/SpoolArea.cpp
     http/TlsHandshake.cpp
     http/WorkerPool.cpp
     ops/AssociationCalls.cpp

@@ -20,7 +20,7 @@ class Connection;
 /** One request on its way through the server. */
 struct Exchange
 {
-    Exchange(const Limits& limits, Outlet& outlet) : reply(limits, outlet) {}
+    Exchange(const Limits& limits, SpoolArea& area, Outlet& outlet) : reply(limits, area, outlet) {}
 
     HttpRequest request;
     std::optional<HttpResponse> refusal; ///< what the head or the size of the body earned it
@@ -40,7 +40,8 @@ class Connection : public Outlet
   public:
     using Time = Alarm::Time;
 
-    Connection(MHD_Connection* connection, const Limits& limits);
+    /** What is given outlives the connection. */
+    Connection(MHD_Connection* connection, const Limits& limits, SpoolArea& area);
 
     /** "192.0.2.7:49152" */
     const std::string& peer() const { return _peer; }
@@ -86,6 +87,7 @@ class Connection : public Outlet
 
     MHD_Connection* const _connection;
     const Limits& _limits;
+    SpoolArea& _area;
     int _fd = -1;
     bool _isPlain = true; // not TLS
     std::optional<TlsHandshake> _handshake;

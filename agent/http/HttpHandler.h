@@ -36,8 +36,8 @@ class AnswerStream
 
     /**
      * To be called whenever something was appended to the body. As long as it is short nothing happens; then
-     * status, headers and body leave, later the body alone, which is empty afterwards. Waits for a client
-     * that is slower than the handler. Throws AnswerClosed when the handler should stop.
+     * status, headers and body leave, later the body alone, which is empty afterwards. Waits for a slow
+     * client when there is no room for more. Throws AnswerClosed when the handler should stop.
      */
     virtual void flush(HttpResponse& response) = 0;
 

@@ -95,12 +95,10 @@ bool isUnknownCoding(const HttpRequest& request)
 class HttpServer::Impl
 {
   public:
-    Impl(HttpHandler& handler,
-         const Limits& limits,
-         std::vector<ListenSocket> sockets,
-         TlsIdentity tls,
-         OnHungWorkers onHungWorkers)
-        : _handler(handler), _limits(limits), _tls(std::move(tls)), _onHungWorkers(std::move(onHungWorkers)),
+    Impl(HttpHandler& handler, const Limits& limits, std::vector<ListenSocket> sockets, ServerOptions options)
+        : _handler(handler), _limits(limits), _tls(std::move(options.tls)),
+          _onHungWorkers(std::move(options.onHungWorkers)),
+          _area(std::move(options.spoolDirectory), limits.unsentBytes, limits.answerFileBytes),
           _pool(std::make_unique<WorkerPool>(limits.workers, limits.queuedRequests)),
           _alarm([this](Time now) { return check(now); })
     {
@@ -153,7 +151,8 @@ class HttpServer::Impl
         auto& server = *static_cast<Impl*>(self);
         if (event == MHD_CONNECTION_NOTIFY_STARTED)
         {
-            auto* holder = new ConnectionPtr(std::make_shared<Connection>(connection, server._limits));
+            auto* holder =
+                new ConnectionPtr(std::make_shared<Connection>(connection, server._limits, server._area));
             *context = holder;
             std::lock_guard<std::mutex> lock(server._mutex);
             server._connections.push_back(*holder);
@@ -380,6 +379,7 @@ class HttpServer::Impl
     const Limits _limits;
     const TlsIdentity _tls;
     const OnHungWorkers _onHungWorkers;
+    SpoolArea _area;
     std::atomic<bool> _stopping{false};
     std::mutex _mutex;
     std::condition_variable _changed;
@@ -394,10 +394,8 @@ class HttpServer::Impl
 HttpServer::HttpServer(HttpHandler& handler,
                        const Limits& limits,
                        std::vector<ListenSocket> sockets,
-                       TlsIdentity tls,
-                       OnHungWorkers onHungWorkers)
-    : _impl(std::make_unique<Impl>(
-          handler, limits, std::move(sockets), std::move(tls), std::move(onHungWorkers)))
+                       ServerOptions options)
+    : _impl(std::make_unique<Impl>(handler, limits, std::move(sockets), std::move(options)))
 {
 }
 

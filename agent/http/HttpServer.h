@@ -21,19 +21,22 @@ namespace cimd
  */
 using OnHungWorkers = std::function<void()>;
 
+struct ServerOptions
+{
+    TlsIdentity tls = {};                ///< counts for TLS sockets
+    std::string spoolDirectory = "/tmp"; ///< for what slow clients have not taken
+    OnHungWorkers onHungWorkers = {};
+};
+
 /** Listens from construction to stop(). Connections are kept alive and may be pipelined. */
 class HttpServer
 {
   public:
-    /**
-     * Throws std::runtime_error when the server cannot start. `handler` outlives the server.
-     * @param tls  Counts for TLS sockets.
-     */
+    /** Throws std::runtime_error when the server cannot start. `handler` outlives the server. */
     HttpServer(HttpHandler& handler,
                const Limits& limits,
                std::vector<ListenSocket> sockets,
-               TlsIdentity tls = {},
-               OnHungWorkers onHungWorkers = {});
+               ServerOptions options = {});
     /** Stops, waiting for a running handler however long it takes. */
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;

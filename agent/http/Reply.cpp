@@ -1,6 +1,7 @@
 // Chunks, waiting, and what happens when time runs out.
 #include "agent/http/Reply.h"
 
+#include "agent/cim/CimError.h"
 #include "agent/log/Log.h"
 
 #include <algorithm>
@@ -27,9 +28,9 @@ HttpResponse plainLateAnswer()
 
 } // namespace
 
-Reply::Reply(const Limits& limits, Outlet& outlet)
+Reply::Reply(const Limits& limits, SpoolArea& area, Outlet& outlet)
     : _chunk(limits.chunkBytes), _mostUnsent(limits.unsentBytes), _timeLimit(limits.operationSeconds),
-      _patience(limits.slowClientSeconds), _outlet(outlet)
+      _patience(limits.slowClientSeconds), _outlet(outlet), _overflow(area)
 {
 }
 
@@ -68,26 +69,52 @@ void Reply::flush(HttpResponse& response)
         _isStreaming = true;
     }
     _taken += chunk.size();
+    if (hasRoom())
+        push(std::move(chunk));
+    else if (!overflows(chunk))
+    {
+        if (!waitForRoom(lock))
+            throwClosed();
+        push(std::move(chunk));
+    }
+    goOn();
+}
+
+void Reply::push(std::string&& chunk)
+{
     _unsentBytes += chunk.size();
     _unsent.push_back(std::move(chunk));
-    goOn();
+}
 
+bool Reply::overflows(std::string_view chunk)
+try
+{
+    _overflow.add(chunk);
+    return true;
+}
+catch (const CimError& error)
+{
+    log(LogLevel::Debug, "http", std::string("an operation waits for its client: ") + error.what());
+    return false;
+}
+
+/** False when the answer is closed. */
+bool Reply::waitForRoom(std::unique_lock<std::mutex>& lock)
+{
     // The time that the client takes is not the provider's.
     const Time asked = Alarm::Clock::now();
     _isWaitingForRoom = true;
-    const bool hasRoom =
-        _room.wait_for(lock, _patience, [this] { return _unsentBytes <= _mostUnsent || _isClosed; });
+    const bool isOver = _room.wait_for(lock, _patience, [this] { return hasRoom() || _isClosed; });
     _isWaitingForRoom = false;
     if (_due != Alarm::kNever)
         _due += Alarm::Clock::now() - asked;
-    if (!hasRoom)
+    if (!isOver)
     {
         _reason = "the client took too little for " + std::to_string(_patience.count()) + " s";
         _isComplete = _isBroken = true;
         _outlet.drop();
     }
-    if (_isClosed || !hasRoom)
-        throwClosed();
+    return isOver && !_isClosed;
 }
 
 std::size_t Reply::taken() const
@@ -112,11 +139,8 @@ void Reply::end(HttpResponse&& response)
         _isBroken = true;
         _trailers = std::move(response.trailers);
     }
-    else if (!response.body.empty())
-    {
-        _unsentBytes += response.body.size();
-        _unsent.push_back(std::move(response.body));
-    }
+    else
+        _last = std::move(response.body);
     _isComplete = true;
     _late = nullptr;
     _writeOff = nullptr;
@@ -185,10 +209,9 @@ Reply::Start Reply::takeHead(HttpResponse& head)
     return _isStreaming ? Start::Stream : Start::Whole;
 }
 
-Reply::Piece Reply::read(char* to, std::size_t& size)
+std::size_t Reply::readUnsent(char* to, std::size_t most)
 {
-    std::lock_guard<std::mutex> lock(_mutex);
-    const std::size_t most = std::exchange(size, 0);
+    std::size_t size = 0;
     while (size < most && !_unsent.empty())
     {
         const std::string& first = _unsent.front();
@@ -203,12 +226,30 @@ Reply::Piece Reply::read(char* to, std::size_t& size)
         }
     }
     _unsentBytes -= size;
-    if (size != 0)
+    return size;
+}
+
+Reply::Piece Reply::read(char* to, std::size_t& size)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    const std::size_t most = std::exchange(size, 0);
+    if (_unsent.empty() && _overflow.empty() && !_last.empty())
+        push(std::move(_last));
+    try
     {
-        if (_unsentBytes <= _mostUnsent)
-            _room.notify_all();
-        return Piece::Text;
+        size = _unsent.empty() ? _overflow.read(to, most) : readUnsent(to, most);
     }
+    catch (const CimError& error)
+    {
+        log(LogLevel::Error, "http", error.what());
+        _reason = error.what();
+        _isComplete = _isBroken = true;
+        _overflow.clear();
+    }
+    if (hasRoom())
+        _room.notify_all();
+    if (size != 0)
+        return Piece::Text;
     if (_isComplete || _isClosed)
         return _isBroken || _isClosed ? Piece::Broken : Piece::End;
     _isPaused = true;
@@ -231,6 +272,8 @@ void Reply::close(const std::string& reason)
         _reason = reason;
     _unsent.clear();
     _unsentBytes = _sentOfFirst = 0;
+    _overflow.clear();
+    _last.clear();
     _room.notify_all();
 }
 

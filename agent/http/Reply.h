@@ -4,6 +4,7 @@
 #include "agent/Limits.h"
 #include "agent/http/Alarm.h"
 #include "agent/http/HttpHandler.h"
+#include "agent/http/Overflow.h"
 
 #include <condition_variable>
 #include <cstddef>
@@ -30,18 +31,19 @@ class Outlet
 };
 
 /**
- * Holds what the maker has passed on and the sender has not sent, which is bounded: a maker that is ahead
- * waits. Three threads meet here: the maker, who may be late or never come back; the sender, whose client may
- * leave; and the alarm, which ends what takes too long. Whoever is told that the answer is closed owes it
- * nothing more, so all of them share the object.
+ * Holds what the maker has passed on and the sender has not sent: some of it in memory, more in a file, for a
+ * provider that waits for a client may be holding locks that others wait for. Only when there is no room in
+ * the file either the maker waits. Three threads meet here: the maker, who may be late or never come back;
+ * the sender, whose client may leave; and the alarm, which ends what takes too long. Whoever is told that the
+ * answer is closed owes it nothing more, so all of them share the object.
  */
 class Reply : public AnswerStream
 {
   public:
     using Time = Alarm::Time;
 
-    /** `outlet` is not used after close(). */
-    Reply(const Limits& limits, Outlet& outlet);
+    /** `area` outlives the reply; `outlet` is not used after close(). */
+    Reply(const Limits& limits, SpoolArea& area, Outlet& outlet);
 
     // --- the maker
 
@@ -90,6 +92,11 @@ class Reply : public AnswerStream
 
   private:
     void goOn();
+    bool hasRoom() const { return _overflow.empty() && _unsentBytes <= _mostUnsent; }
+    bool overflows(std::string_view chunk);
+    std::size_t readUnsent(char* to, std::size_t most);
+    bool waitForRoom(std::unique_lock<std::mutex>& lock);
+    void push(std::string&& chunk);
     void end(HttpResponse&& response);
     [[noreturn]] void throwClosed() const;
 
@@ -105,8 +112,10 @@ class Reply : public AnswerStream
 
     HttpResponse _response; // the head once the answer streams, everything if it never does
     std::deque<std::string> _unsent;
-    std::size_t _unsentBytes = 0;
+    std::size_t _unsentBytes = 0; // of _unsent
     std::size_t _sentOfFirst = 0;
+    Overflow _overflow; // comes after _unsent
+    std::string _last;  // comes after the overflow
     std::size_t _taken = 0;
     std::vector<HttpHeader> _trailers;
     bool _isStreaming = false;

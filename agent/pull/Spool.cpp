@@ -4,13 +4,9 @@
 #include "agent/cim/CimError.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <limits>
-#include <unistd.h>
 #include <utility>
 
 namespace cimd
@@ -32,33 +28,6 @@ void appendLength(std::string& out, std::size_t length)
 }
 
 } // namespace
-
-FileDescriptor SpoolArea::file() const
-{
-    std::string path = _directory + "/cimd-XXXXXX";
-    FileDescriptor file(::mkostemp(path.data(), O_CLOEXEC));
-    if (file.get() < 0)
-        fail("create a file", errno);
-    ::unlink(path.c_str());
-    return file;
-}
-
-void SpoolArea::take(std::size_t bytes)
-{
-    if (_used.fetch_add(bytes) + bytes <= _fileBytes)
-        return;
-    _used -= bytes;
-    throw CimError(CimStatus::ServerLimitsExceeded,
-                   "the results kept for pull operations would exceed " + std::to_string(_fileBytes) +
-                       " bytes");
-}
-
-void SpoolArea::fail(const std::string& what, int error) const
-{
-    throw CimError(error == ENOSPC || error == EDQUOT ? CimStatus::ServerLimitsExceeded : CimStatus::Failed,
-                   "cannot " + what + " for the results of a pull operation in " + _directory + ": " +
-                       std::strerror(error));
-}
 
 Spool::~Spool()
 {
@@ -88,16 +57,9 @@ void Spool::flush()
     if (_file.get() < 0)
         _file = _area->file();
     _area->take(_buffer.size());
+    const std::size_t end = _taken;
     _taken += _buffer.size();
-    for (std::string_view rest = _buffer; !rest.empty();)
-    {
-        const ssize_t written = ::write(_file.get(), rest.data(), rest.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            _area->fail("write", errno);
-        rest.remove_prefix(static_cast<std::size_t>(written));
-    }
+    _area->write(_file, _buffer, end);
     _buffer.clear();
 }
 
@@ -128,14 +90,9 @@ void Spool::need(std::size_t bytes)
     _buffer.resize(std::max(bytes, kReadBytes));
     while (filled < bytes)
     {
-        const ssize_t got =
-            ::pread(_file.get(), &_buffer[filled], _buffer.size() - filled, static_cast<off_t>(_read));
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got <= 0)
-            _area->fail("read", got < 0 ? errno : EIO);
-        filled += static_cast<std::size_t>(got);
-        _read += static_cast<std::size_t>(got);
+        const std::size_t got = _area->read(_file, &_buffer[filled], _buffer.size() - filled, _read);
+        filled += got;
+        _read += got;
     }
     _buffer.resize(filled);
 }

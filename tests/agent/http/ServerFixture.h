@@ -37,11 +37,14 @@ class ServerFixture : public ::testing::Test
         handler.onRequest = std::move(onRequest);
         std::vector<ListenSocket> sockets;
         port = sockets.emplace_back("127.0.0.1", 0, limits.backlog).port();
-        server = std::make_unique<HttpServer>(
-            handler, limits, std::move(sockets), TlsIdentity(), std::move(onHungWorkers));
+        ServerOptions options;
+        options.spoolDirectory = spoolDirectory;
+        options.onHungWorkers = std::move(onHungWorkers);
+        server = std::make_unique<HttpServer>(handler, limits, std::move(sockets), std::move(options));
     }
 
     Limits limits;
+    std::string spoolDirectory = testing::TempDir();
     FunctionHandler handler;
     std::uint16_t port = 0;
     std::unique_ptr<HttpServer> server;

@@ -90,8 +90,36 @@ TEST_F(StreamTest, EndsTheConnectionAfterAnAnswerToAnOldClient)
     EXPECT_EQ(pieces(100), all.substr(all.find("\r\n\r\n") + 4));
 }
 
+TEST_F(StreamTest, DoesNotMakeAnOperationWaitForItsClient)
+{
+    constexpr std::size_t kCount = 20'000; // more than the kernel takes
+    std::promise<void> made;
+    start(
+        [&](HttpRequest& request, AnswerStream& stream)
+        {
+            HttpResponse response = countedPieces(request, stream);
+            made.set_value();
+            return response;
+        });
+    RawClient client(port);
+    client.send(post(std::to_string(kCount)));
+    made.get_future().wait();
+    const RawResponse response = client.receive();
+    EXPECT_TRUE(response.isComplete);
+    EXPECT_TRUE(pieces(kCount) == response.body);
+    server.reset(); // before what its handler uses
+}
+
+TEST_F(StreamTest, WaitsForItsClientWhereThereIsNoRoomForFiles)
+{
+    spoolDirectory = "/nowhere/to/be";
+    start(countedPieces);
+    EXPECT_TRUE(pieces(20'000) == RawClient(port).ask(post("20000")).body);
+}
+
 TEST_F(StreamTest, WaitsForASlowClientAndStopsForOneThatLeaves)
 {
+    limits.answerFileBytes = 100 * kPiece;
     std::atomic<std::size_t> taken{0};
     std::promise<std::string> reason;
     start(
@@ -126,6 +154,7 @@ TEST_F(StreamTest, WaitsForASlowClientAndStopsForOneThatLeaves)
 TEST_F(StreamTest, HangsUpOnAClientThatTakesNothing)
 {
     limits.slowClientSeconds = std::chrono::seconds(0);
+    limits.answerFileBytes = 0;
     std::promise<std::string> reason;
     start(
         [&](HttpRequest&, AnswerStream& stream) -> HttpResponse

@@ -1,0 +1,38 @@
+// What of an answer its client has not taken and memory should not hold.
+#pragma once
+
+#include "agent/http/SpoolArea.h"
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace cimd
+{
+
+/** First in, first out, in a file. Used on one thread at a time. */
+class Overflow
+{
+  public:
+    /** `area` outlives the object. */
+    explicit Overflow(SpoolArea& area) : _area(area) {}
+    ~Overflow() { clear(); }
+    Overflow(const Overflow&) = delete;
+    Overflow& operator=(const Overflow&) = delete;
+
+    bool empty() const { return _read == _written; }
+    /** CimError, and nothing added, if the area is full or the file fails. */
+    void add(std::string_view bytes);
+    /** Copies at most `size` bytes and gives their number, which is 0 when empty. CimError if the file fails.
+     */
+    std::size_t read(char* to, std::size_t size);
+    void clear();
+
+  private:
+    SpoolArea& _area;
+    std::optional<FileDescriptor> _file;
+    std::size_t _written = 0;
+    std::size_t _read = 0;
+};
+
+} // namespace cimd
