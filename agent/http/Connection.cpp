@@ -97,8 +97,8 @@ void Connection::closed()
     const std::string fault = _handshake ? _handshake->fault(hasReceived) : std::string();
     if (!fault.empty()) // those who only look whether the port is open do it all the time
         log(hasReceived ? LogLevel::Warning : LogLevel::Info, "tls", _peer + ": no TLS connection: " + fault);
-    _handshake.reset();
     std::lock_guard<std::mutex> lock(_mutex);
+    _handshake.reset();
     forgetWrites(_fd);
     _phase = Phase::Cut;
     _fd = -1;
@@ -129,6 +129,15 @@ Connection::Time Connection::check(Time now)
         return current->reply.check(now);
     }
     case Phase::Head:
+        if (!_isOpen && (!_handshake || _handshake->isDone()))
+        {
+            _isOpen = true;
+            if (_handshake) // what it took is no part of a request
+            {
+                _before = received();
+                _begun = Alarm::kNever;
+            }
+        }
         if (_begun == Alarm::kNever && received() != _before)
             _begun = now;
         if (_begun == Alarm::kNever)

@@ -96,6 +96,7 @@ class Connection : public Outlet
     mutable std::mutex _mutex; // never taken before a reply's
     Phase _phase = Phase::Head;
     std::shared_ptr<Exchange> _exchange;
+    bool _isOpen = false;        // requests can come: past the handshake, should there be one
     std::uint64_t _before = 0;   // bytes received before the present request
     Time _begun = Alarm::kNever; // when the present request was first noticed
 };

@@ -1,6 +1,7 @@
 // Why a TLS connection did not come about.
 #pragma once
 
+#include <atomic>
 #include <gnutls/gnutls.h>
 #include <string>
 
@@ -9,7 +10,7 @@ namespace cimd
 
 /**
  * Watches one handshake, which libmicrohttpd does and whose outcome it keeps to itself. Everything here
- * happens on the I/O thread of the connection.
+ * happens on the I/O thread of the connection, but for isDone().
  */
 class TlsHandshake
 {
@@ -26,6 +27,9 @@ class TlsHandshake
     /** Why it failed; empty if it succeeded. `hasReceived`: the client sent something. */
     std::string fault(bool hasReceived) const;
 
+    /** Any thread: the client has sent all that the handshake needs. */
+    bool isDone() const { return _isDone; }
+
   private:
     static int onMessage(gnutls_session_t session,
                          unsigned type,
@@ -36,7 +40,7 @@ class TlsHandshake
     gnutls_session_t _session;
     bool _isGreeted = false; // a ClientHello came
     bool _isAgreed = false;  // on version and cipher
-    bool _isDone = false;
+    std::atomic<bool> _isDone{false};
     unsigned _version = 0; // of the ClientHello, 0x0303 for TLS 1.2 and up
     int _alert = 0;        // from the client; 0: none
 };

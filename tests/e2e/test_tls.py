@@ -116,6 +116,19 @@ def test_logs_why_there_is_no_connection(build_dir, files):
     assert log.count("warning") == 5, log
 
 
+def test_a_client_may_take_its_time_after_the_handshake(build_dir, files):
+    options = b"OPTIONS /cimom HTTP/1.1\r\nHost: switch\r\n\r\n"
+    with TlsAgent(build_dir, files, "--max-request-seconds", "1") as agent:
+        with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60) as below, \
+                context(files).wrap_socket(below, server_hostname="127.0.0.1") as waiting:
+            # Time is up for a request that was begun after the handshake, so it would be for that, too.
+            with socket.create_connection(("127.0.0.1", agent.port), timeout=60) as other:
+                other.sendall(options[:10])
+                assert other.recv(100).startswith(b"HTTP/1.1 408")
+            waiting.sendall(options)
+            assert waiting.recv(100).startswith(b"HTTP/1.1 200")
+
+
 def start(build_dir, *words):
     program = [f"{build_dir}/bin/cimd", "--port", "0", "--scenario", str(DEFAULT_SCENARIO),
                *map(str, words)]
