@@ -5,6 +5,7 @@
 #include "agent/cim/ValueText.h"
 #include "agent/log/Log.h"
 
+#include <algorithm>
 #include <gnutls/crypto.h>
 #include <gnutls/gnutls.h>
 #include <stdexcept>
@@ -112,7 +113,7 @@ Authenticator::attempt(const std::string& digest, const Credentials& credentials
         _changed.wait(lock, [&] { return other->isDone; });
         return other;
     }
-    if (_attempts.size() >= _limits.passwordChecks)
+    if (_attempts.size() >= std::min<std::size_t>(_limits.passwordChecks, std::max(1U, _limits.workers / 2)))
         return nullptr;
     const auto mine = std::make_shared<Attempt>();
     _attempts.emplace(digest, mine);
