@@ -104,13 +104,17 @@ bool Reply::waitForRoom(std::unique_lock<std::mutex>& lock)
     // The time that the client takes is not the provider's.
     const Time asked = Alarm::Clock::now();
     _isWaitingForRoom = true;
-    const bool isOver = _room.wait_for(lock, _patience, [this] { return hasRoom() || _isClosed; });
+    const auto isDone = [this] { return hasRoom() || _isClosed; };
+    std::uint64_t sent = _sent;
+    bool isOver = _room.wait_for(lock, _patience, isDone);
+    for (; !isOver && sent != _sent; isOver = _room.wait_for(lock, _patience, isDone))
+        sent = _sent; // slow, but alive
     _isWaitingForRoom = false;
     if (_due != Alarm::kNever)
         _due += Alarm::Clock::now() - asked;
     if (!isOver)
     {
-        _reason = "the client took too little for " + std::to_string(_patience.count()) + " s";
+        _reason = "the client took nothing for " + std::to_string(_patience.count()) + " s";
         _isComplete = _isBroken = true;
         _outlet.drop();
     }
@@ -246,6 +250,7 @@ Reply::Piece Reply::read(char* to, std::size_t& size)
         _isComplete = _isBroken = true;
         _overflow.clear();
     }
+    _sent += size;
     if (hasRoom())
         _room.notify_all();
     if (size != 0)

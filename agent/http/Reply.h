@@ -8,6 +8,7 @@
 
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -117,6 +118,7 @@ class Reply : public AnswerStream
     Overflow _overflow; // comes after _unsent
     std::string _last;  // comes after the overflow
     std::size_t _taken = 0;
+    std::uint64_t _sent = 0; // bytes that the sender has read
     std::vector<HttpHeader> _trailers;
     bool _isStreaming = false;
     bool _isComplete = false; // the maker has nothing to add

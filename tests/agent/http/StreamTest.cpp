@@ -31,6 +31,28 @@ HttpResponse countedPieces(HttpRequest& request, AnswerStream& stream)
     return response;
 }
 
+// Makes an answer without end, and says why it stopped.
+FunctionHandler::Answer endless(std::promise<std::string>& reason)
+{
+    return [&reason](HttpRequest&, AnswerStream& stream)
+    {
+        HttpResponse response;
+        try
+        {
+            for (;;)
+            {
+                response.body += std::string(100 * kPiece, 'x');
+                stream.flush(response);
+            }
+        }
+        catch (const AnswerClosed& closed)
+        {
+            reason.set_value(closed.what());
+        }
+        return HttpResponse();
+    };
+}
+
 class StreamTest : public ServerFixture
 {
   protected:
@@ -151,32 +173,39 @@ TEST_F(StreamTest, WaitsForASlowClientAndStopsForOneThatLeaves)
     EXPECT_LT(taken, 64U * 1024 * 1024) << "what buffers hold, not what an endless handler makes";
 }
 
+TEST_F(StreamTest, BearsWithAClientThatTakesLittleAtATime)
+{
+    limits.answerFileBytes = 64 * 1024 * 1024; // never read to its end
+    limits.slowClientSeconds = std::chrono::seconds(3);
+    limits.requestSeconds = std::chrono::seconds(1);
+    std::promise<std::string> reason;
+    std::future<std::string> ended = reason.get_future();
+    start(endless(reason));
+    {
+        RawClient client(port);
+        client.send(post(""));
+        for (int round = 0; round < 4; ++round)
+        {
+            for (std::size_t got = 0, piece = 1; piece != 0 && got < 6'000'000; got += piece)
+                piece = client.receiveOnce().size();
+            // A second passes until the server has enough of half a request.
+            EXPECT_EQ(408, RawClient(port).ask("POST").status);
+        }
+        EXPECT_EQ(std::future_status::timeout, ended.wait_for(std::chrono::seconds(0)));
+    }
+    EXPECT_EQ("the client has gone", ended.get());
+    server.reset(); // before what its handler uses
+}
+
 TEST_F(StreamTest, HangsUpOnAClientThatTakesNothing)
 {
     limits.slowClientSeconds = std::chrono::seconds(0);
     limits.answerFileBytes = 0;
     std::promise<std::string> reason;
-    start(
-        [&](HttpRequest&, AnswerStream& stream) -> HttpResponse
-        {
-            HttpResponse response;
-            try
-            {
-                for (;;)
-                {
-                    response.body += std::string(100 * kPiece, 'x');
-                    stream.flush(response);
-                }
-            }
-            catch (const AnswerClosed& closed)
-            {
-                reason.set_value(closed.what());
-            }
-            return {};
-        });
+    start(endless(reason));
     RawClient client(port);
     client.send(post(""));
-    EXPECT_EQ("the client took too little for 0 s", reason.get_future().get());
+    EXPECT_EQ("the client took nothing for 0 s", reason.get_future().get());
     EXPECT_FALSE(client.receive().isComplete);
     server.reset(); // before what its handler uses
 }
