@@ -147,7 +147,10 @@ int serve(const Setting& setting)
     std::optional<LogInGate> gate;
     if (options.passwordFile)
     {
-        starting("--password-file", [&] { return &authenticator.emplace(*options.passwordFile, limits); });
+        const bool isReplacement = setting.supervisor != nullptr && setting.supervisor->hasBeenReady();
+        const FirstRead firstRead = isReplacement ? FirstRead::MayFail : FirstRead::MustSucceed;
+        starting("--password-file",
+                 [&] { return &authenticator.emplace(*options.passwordFile, limits, firstRead); });
         gate.emplace(frontEnd, *authenticator, limits);
     }
     HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;

@@ -46,8 +46,11 @@ std::string faultOf(const Credentials& credentials, const PasswordTable& table)
 
 } // namespace
 
-Authenticator::Authenticator(const std::string& passwordFile, const Limits& limits, Clock clock)
-    : _limits(limits), _clock(std::move(clock)), _key(randomKey()), _store(passwordFile),
+Authenticator::Authenticator(const std::string& passwordFile,
+                             const Limits& limits,
+                             FirstRead firstRead,
+                             Clock clock)
+    : _limits(limits), _clock(std::move(clock)), _key(randomKey()), _store(passwordFile, firstRead),
       _delay(limits.guessAddresses, limits.guessDelay), _known(limits.knownLogIns, limits.knownLogInSeconds)
 {
 }

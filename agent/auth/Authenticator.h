@@ -42,6 +42,7 @@ class Authenticator
     /** Throws std::runtime_error when the file cannot be used. */
     Authenticator(const std::string& passwordFile,
                   const Limits& limits,
+                  FirstRead firstRead,
                   Clock clock = std::chrono::steady_clock::now);
     Authenticator(const Authenticator&) = delete;
     Authenticator& operator=(const Authenticator&) = delete;

@@ -9,11 +9,22 @@
 namespace cimd
 {
 
-PasswordStore::PasswordStore(std::string path) : _path(std::move(path))
+PasswordStore::PasswordStore(std::string path, FirstRead firstRead) : _path(std::move(path))
 {
-    load();
+    try
+    {
+        load();
+    }
+    catch (const std::exception& error)
+    {
+        if (firstRead == FirstRead::MustSucceed)
+            throw;
+        log(LogLevel::Error, "auth", error.what());
+        _seen = fileStamp(_path);
+        _state = std::make_shared<const PasswordState>();
+    }
     if (_state->table.empty())
-        log(LogLevel::Warning, "auth", _path + " names no user: nobody can log in");
+        log(LogLevel::Warning, "auth", _path + ": no users, so nobody can log in");
 }
 
 std::optional<unsigned long> PasswordStore::settledGeneration() const

@@ -19,12 +19,19 @@ struct PasswordState
     unsigned long generation; ///< Another one after each change.
 };
 
+/** What a faulty file means when it is read for the first time. */
+enum class FirstRead
+{
+    MustSucceed, ///< The start fails: somebody is there to read why.
+    MayFail      ///< Nobody can log in until it is mended: a process that replaces another has to serve.
+};
+
 /** Follows the file. All members may be called from any thread. */
 class PasswordStore
 {
   public:
     /** Throws std::runtime_error, "path: reason" or "path:line: reason". */
-    explicit PasswordStore(std::string path);
+    PasswordStore(std::string path, FirstRead firstRead);
 
     /** The generation in force, or nothing if the file has changed: current() reads it. Does not wait. */
     std::optional<unsigned long> settledGeneration() const;

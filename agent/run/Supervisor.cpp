@@ -88,8 +88,10 @@ std::optional<int> Supervisor::run(const std::function<void()>& stopListening)
         }
         const End end = watch(child, stopListening);
         const auto lived = duration_cast<milliseconds>(Clock::now() - start);
-        const bool hasExited = WIFEXITED(end.status);
-        if (hasExited && (end.isAsked || WEXITSTATUS(end.status) == kExitNotStarted))
+        // What kept the first process from serving will keep the next one; later ones may have bad luck.
+        const bool isHopeless =
+            WIFEXITED(end.status) && WEXITSTATUS(end.status) == kExitNotStarted && !hasBeenReady();
+        if (isHopeless || (end.isAsked && WIFEXITED(end.status)))
             return WEXITSTATUS(end.status);
         report(child, end.status, lived);
         if (end.isAsked)

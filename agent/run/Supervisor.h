@@ -47,13 +47,15 @@ class Supervisor
      * Returns in each serving process, with nothing, and in the parent when all is over, with the status to
      * exit with. SIGTERM, SIGINT and SIGHUP stop the serving process (as SIGTERM; a second one kills it),
      * SIGUSR1 is passed on. Ends of the serving process that nobody asked for are followed by a new one, but
-     * for kExitNotStarted.
+     * for kExitNotStarted before any was ready.
      * @param stopListening  Called in the parent when it is told to stop, so that clients are turned away.
      */
     std::optional<int> run(const std::function<void()>& stopListening);
 
-    /** For a serving process: true if none before it became ready. */
+    /** For a serving process that is ready: true if none was before. */
     bool isFirstReady();
+    /** Whether any serving process has become ready. */
+    bool hasBeenReady() const { return _ready[0] != 0; }
 
   private:
     struct End

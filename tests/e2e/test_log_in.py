@@ -1,8 +1,10 @@
 """User names and passwords, as clients and guessers send them to a running agent."""
 
 import base64
+import os
 import pathlib
 import re
+import signal
 import subprocess
 
 import pytest
@@ -53,6 +55,15 @@ def test_lets_known_users_in_and_nobody_else(build_dir, guarded, users):
 
     users.write_text("nonsense\n")
     assert connect(guarded, ("joe", "changed")).EnumerateInstanceNames("CIM_ObjectManager")
+
+    # A process that takes over cannot know who was in the file, and must not go by what was in it at the start.
+    os.kill(guarded.serving_pid, signal.SIGKILL)
+    for credentials in [JOE, ("joe", "changed")]:
+        with pytest.raises(pywbem.AuthError):
+            connect(guarded, credentials).EnumerateInstanceNames("CIM_ObjectManager")
+    users.unlink()
+    set_user(build_dir, users, *JOE)
+    assert connect(guarded, JOE).EnumerateInstanceNames("CIM_ObjectManager")
     guarded.stop()
     log = guarded.log()
     assert "log-in refused: user \"eve\": no such user" in log

@@ -42,7 +42,7 @@ class AuthenticatorTest : public ::testing::Test
 
     Authenticator make(const Limits& limits = Limits())
     {
-        return Authenticator(path, limits, [this] { return now; });
+        return Authenticator(path, limits, FirstRead::MustSucceed, [this] { return now; });
     }
 
     const TemporaryDirectory directory;
@@ -162,7 +162,7 @@ TEST_F(AuthenticatorTest, RefusesAFaultyFileAtStart)
     EXPECT_THROW(make(), std::runtime_error);
     writeUsers(path, "");
     EXPECT_NO_THROW(make());
-    EXPECT_NE(std::string::npos, logged.find("names no user")) << logged;
+    EXPECT_NE(std::string::npos, logged.find("nobody can log in")) << logged;
     EXPECT_EQ("", make().check(kJoe, kPeer).user);
 }
 
