@@ -303,6 +303,7 @@ class HttpServer::Impl
             response = plain(kInternalError, "The server failed to answer.");
             response.trailers = failureTrailers(CimError(CimStatus::Failed, "the server failed to answer"));
         }
+        _pool->giveBack(worker); // before the client can ask again
         finish(exchange, std::move(response));
         leave(_running);
     }

@@ -68,23 +68,33 @@ void WorkerPool::joinReturned()
         });
 }
 
+/** With the lock held. */
+void WorkerPool::freePlace(Worker& worker)
+{
+    if (std::exchange(worker.hasPlace, false))
+        --_taken;
+}
+
+void WorkerPool::giveBack(Worker& worker)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    freePlace(worker);
+}
+
 unsigned WorkerPool::writeOff(Worker& worker)
 {
     std::lock_guard<std::mutex> lock(_mutex);
     joinReturned();
-    worker.isWrittenOff = true;
-    --_taken;
-    ++_writtenOff;
     try
     {
         add();
+        worker.isWrittenOff = true;
+        ++_writtenOff;
+        freePlace(worker);
     }
     catch (const std::system_error&)
     {
         // The system has no thread to spare: the others carry on, and this one does when it comes back.
-        --_writtenOff;
-        ++_taken;
-        worker.isWrittenOff = false;
     }
     return _writtenOff;
 }
@@ -99,6 +109,7 @@ void WorkerPool::run(Worker& self)
             return;
         Task task = std::move(_tasks.front());
         _tasks.pop_front();
+        self.hasPlace = true;
         lock.unlock();
         task(self);
         task = nullptr;
@@ -109,7 +120,7 @@ void WorkerPool::run(Worker& self)
             self.hasReturned = true;
             return;
         }
-        --_taken;
+        freePlace(self);
     }
 }
 

@@ -24,6 +24,7 @@ class WorkerPool
     {
         friend class WorkerPool;
         std::thread thread;
+        bool hasPlace = false; // one that counts as taken
         bool isWrittenOff = false;
         bool hasReturned = false;
     };
@@ -42,6 +43,12 @@ class WorkerPool
     void submit(Task task);
 
     /**
+     * Gives the place of the running task back ahead of its end, so that whoever learns of its outcome finds
+     * the place free. For the task itself.
+     */
+    void giveBack(Worker& worker);
+
+    /**
      * Counts no longer on a thread, which gives its place back and is replaced. It ends when its task does.
      * To be called once for a thread and while its task runs.
      * @return how many are written off and have not ended.
@@ -52,6 +59,7 @@ class WorkerPool
     void add();
     void run(Worker& self);
     void joinReturned();
+    void freePlace(Worker& worker);
 
     const std::size_t _capacity;
     std::mutex _mutex;
