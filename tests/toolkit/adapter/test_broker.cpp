@@ -2,7 +2,6 @@
 #include "test_broker.h"
 
 #include "test_broker_services.h"
-#include "test_object_types.h"
 
 #include <algorithm>
 #include <cmpiresults.h>
@@ -40,17 +39,6 @@ Result& resultOf(const CMPIResult* result)
     return *static_cast<Result*>(const_cast<CMPIResult*>(result));
 }
 
-CMPIStatus releaseResult(CMPIResult*)
-{
-    return {CMPI_RC_ERR_INVALID_HANDLE, nullptr};
-}
-
-CMPIResult* cloneResult(const CMPIResult*, CMPIStatus* rc)
-{
-    done(rc, CMPI_RC_ERR_NOT_SUPPORTED);
-    return nullptr;
-}
-
 CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, const CMPIType type)
 {
     Result& r = resultOf(result);
@@ -67,7 +55,7 @@ CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* inst)
     Result& r = resultOf(result);
     const CMPIStatus status = r.admit();
     if (status.rc == CMPI_RC_OK)
-        r.outcome.instances.push_back(instOf(inst));
+        r.outcome.instances.push_back(contentOf(inst));
     return status;
 }
 
@@ -76,7 +64,7 @@ CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path
     Result& r = resultOf(result);
     const CMPIStatus status = r.admit();
     if (status.rc == CMPI_RC_OK)
-        r.outcome.paths.push_back(pathOf(path));
+        r.outcome.paths.push_back(contentOf(path));
     return status;
 }
 
@@ -86,14 +74,8 @@ CMPIStatus returnDone(const CMPIResult* result)
     return {CMPI_RC_OK, nullptr};
 }
 
-const CMPIResultFT resultFT = {CMPIVersion200,
-                               releaseResult,
-                               cloneResult,
-                               returnData,
-                               returnInstance,
-                               returnObjectPath,
-                               returnDone,
-                               nullptr};
+const CMPIResultFT resultFT = {
+    CMPIVersion200, nullptr, nullptr, returnData, returnInstance, returnObjectPath, returnDone, nullptr};
 
 Result::Result(Journal& j, Outcome& o, size_t l) : CMPIResult(), journal(j), outcome(o), limit(l)
 {
@@ -178,7 +160,7 @@ std::string Broker::violations() const
 Outcome Broker::call(const Function& function, ResultRule rule)
 {
     Session session;
-    session.setContext(newContext(_journal, requestEntries(_copiesResults)));
+    session.setContext(make<CMPIContext>(_journal, requestEntries(_copiesResults)));
     Outcome outcome;
     Result result(_journal, outcome, _refuseAfter);
     const CMPIStatus status = function(session.context(), &result);
@@ -209,7 +191,7 @@ void Broker::route(const std::string& className, CMPIInstanceMI* instances, CMPI
 
 const Broker::Route* Broker::routeTo(const CMPIObjectPath* path) const
 {
-    const auto at = _routes.find(pathOf(path).className);
+    const auto at = _routes.find(contentOf(path).className);
     return at != _routes.end() ? &at->second : nullptr;
 }
 
@@ -221,7 +203,7 @@ std::vector<Delivery> Broker::deliveries() const
 
 void Broker::deliver(const char* ns, const CMPIInstance* indication)
 {
-    const Delivery delivery = {ns, instOf(indication)};
+    const Delivery delivery = {ns, contentOf(indication)};
     if (_onDelivery)
         _onDelivery(delivery);
     std::lock_guard<std::mutex> lock(_mutex);

@@ -3,7 +3,6 @@
 #include "test_broker_services.h"
 
 #include "test_broker.h"
-#include "test_object_types.h"
 
 #include <strings.h>
 
@@ -36,7 +35,7 @@ CMPIInstance* makeInstance(const CMPIBroker* mb, const CMPIObjectPath* path, CMP
 {
     if (fails(mb, "newInstance", rc))
         return nullptr;
-    return newInstance(journalOf(mb), {pathOf(path), {}});
+    return make<CMPIInstance>(journalOf(mb), {contentOf(path), {}});
 }
 
 CMPIObjectPath* makePath(const CMPIBroker* mb, const char* ns, const char* className, CMPIStatus* rc)
@@ -45,17 +44,17 @@ CMPIObjectPath* makePath(const CMPIBroker* mb, const char* ns, const char* class
         return nullptr;
     if (!ns || !*ns || !className || !*className)
         journalOf(mb).violation("an object path needs a namespace and a class");
-    return newPath(journalOf(mb), {ns, className, {}});
+    return make<CMPIObjectPath>(journalOf(mb), {ns, className, {}});
 }
 
 CMPIArgs* makeArgs(const CMPIBroker* mb, CMPIStatus* rc)
 {
-    return fails(mb, "newArgs", rc) ? nullptr : newArgs(journalOf(mb), {});
+    return fails(mb, "newArgs", rc) ? nullptr : make<CMPIArgs>(journalOf(mb), {});
 }
 
 CMPIString* makeString(const CMPIBroker* mb, const char* text, CMPIStatus* rc)
 {
-    return fails(mb, "newString", rc) ? nullptr : newString(journalOf(mb), text);
+    return fails(mb, "newString", rc) ? nullptr : make<CMPIString>(journalOf(mb), text);
 }
 
 CMPIArray* makeArray(const CMPIBroker* mb, CMPICount size, CMPIType type, CMPIStatus* rc)
@@ -64,7 +63,7 @@ CMPIArray* makeArray(const CMPIBroker* mb, CMPICount size, CMPIType type, CMPISt
         journalOf(mb).violation("newArray takes the type of the elements");
     if (fails(mb, "newArray", rc))
         return nullptr;
-    return newArray(journalOf(mb), Value::array(type, {size, Value::nullOf(type)}));
+    return make<CMPIArray>(journalOf(mb), Value::array(type, {size, Value::nullOf(type)}));
 }
 
 CMPIDateTime* makeDateTime(const CMPIBroker* mb, const char* text, CMPIStatus* rc)
@@ -73,15 +72,9 @@ CMPIDateTime* makeDateTime(const CMPIBroker* mb, const char* text, CMPIStatus* r
         return nullptr;
     const std::string value = text;
     if (value.size() == 25 && value[14] == '.')
-        return newDateTime(journalOf(mb), value);
+        return make<CMPIDateTime>(journalOf(mb), value);
     done(rc, CMPI_RC_ERR_INVALID_PARAMETER);
     return nullptr;
-}
-
-CMPIBoolean classPathIsA(const CMPIBroker*, const CMPIObjectPath* path, const char* className, CMPIStatus* rc)
-{
-    done(rc, CMPI_RC_OK);
-    return strcasecmp(pathOf(path).className.c_str(), className) == 0;
 }
 
 // --- threads and indications
@@ -90,7 +83,7 @@ thread_local Session* attached = nullptr;
 
 CMPIContext* prepareAttachThread(const CMPIBroker* mb, const CMPIContext* ctx)
 {
-    return detachedContext(journalOf(mb), entriesOf(ctx));
+    return makeLasting<CMPIContext>(journalOf(mb), contentOf(ctx));
 }
 
 CMPIStatus attachThread(const CMPIBroker* mb, const CMPIContext* ctx)
@@ -107,7 +100,7 @@ CMPIStatus detachThread(const CMPIBroker* mb, const CMPIContext* ctx)
         journalOf(mb).violation("a thread was detached with a context that it was not attached with");
     delete attached;
     attached = nullptr;
-    endContext(ctx);
+    journalOf(mb).releaseClone(&self(ctx));
     return {CMPI_RC_OK, nullptr};
 }
 
@@ -129,79 +122,58 @@ CMPIStatus deliverIndication(const CMPIBroker* mb,
 
 // --- up-calls
 
-// Runs a function of the interfaces that serve the path's class and returns its results.
-template <class Call>
+// Calls a function of an interface that serves the path's class and returns its results.
+template <class Mi, class Function, class... Args>
 Outcome upCall(const CMPIBroker* mb,
                const CMPIContext* ctx,
                const CMPIObjectPath* path,
                CMPIStatus* rc,
-               Call callInterface)
+               Mi* Broker::Route::*interface,
+               Function function,
+               Args... args)
 {
     checkContext(mb, ctx);
     Outcome outcome;
     outcome.rc = CMPI_RC_ERR_INVALID_CLASS;
     // The callee works on objects of its own session.
-    const Path copy = pathOf(path);
+    const Path copy = contentOf(path);
     if (const Broker::Route* route = brokerOf(mb).routeTo(path))
-        outcome = brokerOf(mb).call([&](const CMPIContext* c, const CMPIResult* r)
-                                    { return callInterface(*route, c, r, newPath(journalOf(mb), copy)); });
+        outcome = brokerOf(mb).call(
+            [&](const CMPIContext* c, const CMPIResult* r)
+            {
+                Mi* mi = route->*interface;
+                return (mi->ft->*function)(mi, c, r, make<CMPIObjectPath>(journalOf(mb), copy), args...);
+            });
     done(rc, outcome.rc);
     if (rc && !outcome.ok())
-        rc->msg = newString(journalOf(mb), outcome.message);
+        rc->msg = make<CMPIString>(journalOf(mb), outcome.message);
     return outcome;
 }
+
+constexpr auto kInstances = &Broker::Route::instances;
 
 CMPIEnumeration* enumerateInstances(const CMPIBroker* mb,
                                     const CMPIContext* ctx,
                                     const CMPIObjectPath* path,
-                                    const char** properties,
+                                    const char** list,
                                     CMPIStatus* rc)
 {
     const Outcome outcome =
-        upCall(mb,
-               ctx,
-               path,
-               rc,
-               [&](auto& route, auto* c, auto* r, auto* p)
-               { return route.instances->ft->enumerateInstances(route.instances, c, r, p, properties); });
-    std::vector<Value> items;
+        upCall(mb, ctx, path, rc, kInstances, &CMPIInstanceMIFT::enumerateInstances, list);
+    Items items;
     for (const Inst& inst : outcome.instances)
-        items.push_back(Value::instance(inst));
-    return outcome.ok() ? newEnumeration(journalOf(mb), items) : nullptr;
-}
-
-CMPIEnumeration* enumerateInstanceNames(const CMPIBroker* mb,
-                                        const CMPIContext* ctx,
-                                        const CMPIObjectPath* path,
-                                        CMPIStatus* rc)
-{
-    const Outcome outcome =
-        upCall(mb,
-               ctx,
-               path,
-               rc,
-               [&](auto& route, auto* c, auto* r, auto* p)
-               { return route.instances->ft->enumerateInstanceNames(route.instances, c, r, p); });
-    std::vector<Value> items;
-    for (const Path& name : outcome.paths)
-        items.push_back(Value::ref(name));
-    return outcome.ok() ? newEnumeration(journalOf(mb), items) : nullptr;
+        items.values.push_back(Value::instance(inst));
+    return outcome.ok() ? make<CMPIEnumeration>(journalOf(mb), items) : nullptr;
 }
 
 CMPIInstance* getInstance(const CMPIBroker* mb,
                           const CMPIContext* ctx,
                           const CMPIObjectPath* path,
-                          const char** properties,
+                          const char** list,
                           CMPIStatus* rc)
 {
-    const Outcome outcome =
-        upCall(mb,
-               ctx,
-               path,
-               rc,
-               [&](auto& route, auto* c, auto* r, auto* p)
-               { return route.instances->ft->getInstance(route.instances, c, r, p, properties); });
-    return outcome.ok() ? newInstance(journalOf(mb), outcome.instances.at(0)) : nullptr;
+    const Outcome outcome = upCall(mb, ctx, path, rc, kInstances, &CMPIInstanceMIFT::getInstance, list);
+    return outcome.ok() ? make<CMPIInstance>(journalOf(mb), outcome.instances.at(0)) : nullptr;
 }
 
 CMPIObjectPath* createInstance(const CMPIBroker* mb,
@@ -210,41 +182,25 @@ CMPIObjectPath* createInstance(const CMPIBroker* mb,
                                const CMPIInstance* inst,
                                CMPIStatus* rc)
 {
-    const Outcome outcome =
-        upCall(mb,
-               ctx,
-               path,
-               rc,
-               [&](auto& route, auto* c, auto* r, auto* p)
-               { return route.instances->ft->createInstance(route.instances, c, r, p, inst); });
-    return outcome.ok() ? newPath(journalOf(mb), outcome.paths.at(0)) : nullptr;
+    const Outcome outcome = upCall(mb, ctx, path, rc, kInstances, &CMPIInstanceMIFT::createInstance, inst);
+    return outcome.ok() ? make<CMPIObjectPath>(journalOf(mb), outcome.paths.at(0)) : nullptr;
 }
 
 CMPIStatus modifyInstance(const CMPIBroker* mb,
                           const CMPIContext* ctx,
                           const CMPIObjectPath* path,
                           const CMPIInstance* inst,
-                          const char** properties)
+                          const char** list)
 {
     CMPIStatus status;
-    upCall(mb,
-           ctx,
-           path,
-           &status,
-           [&](auto& route, auto* c, auto* r, auto* p)
-           { return route.instances->ft->modifyInstance(route.instances, c, r, p, inst, properties); });
+    upCall(mb, ctx, path, &status, kInstances, &CMPIInstanceMIFT::modifyInstance, inst, list);
     return status;
 }
 
 CMPIStatus deleteInstance(const CMPIBroker* mb, const CMPIContext* ctx, const CMPIObjectPath* path)
 {
     CMPIStatus status;
-    upCall(mb,
-           ctx,
-           path,
-           &status,
-           [&](auto& route, auto* c, auto* r, auto* p)
-           { return route.instances->ft->deleteInstance(route.instances, c, r, p); });
+    upCall(mb, ctx, path, &status, kInstances, &CMPIInstanceMIFT::deleteInstance);
     return status;
 }
 
@@ -257,60 +213,47 @@ CMPIData invokeMethod(const CMPIBroker* mb,
                       CMPIStatus* rc)
 {
     const Outcome outcome =
-        upCall(mb,
-               ctx,
-               path,
-               rc,
-               [&](auto& route, auto* c, auto* r, auto* p)
-               { return route.methods->ft->invokeMethod(route.methods, c, r, p, method, in, out); });
+        upCall(mb, ctx, path, rc, &Broker::Route::methods, &CMPIMethodMIFT::invokeMethod, method, in, out);
     return dataOf(journalOf(mb), outcome.data.empty() ? Value() : outcome.data[0]);
 }
 
-const CMPIBrokerFT brokerFT = {
-    CMPI_MB_InstanceManipulation | CMPI_MB_AssociationTraversal | CMPI_MB_Indications,
-    CMPIVersion200,
-    "TestBroker",
-    prepareAttachThread,
-    attachThread,
-    detachThread,
-    deliverIndication,
-    enumerateInstanceNames,
-    getInstance,
-    createInstance,
-    modifyInstance,
-    deleteInstance,
-    nullptr, // execQuery
-    enumerateInstances,
-    nullptr, // associators
-    nullptr, // associatorNames
-    nullptr, // references
-    nullptr, // referenceNames
-    invokeMethod,
-    nullptr, // setProperty
-    nullptr, // getProperty
-};
+CMPIBrokerFT operations()
+{
+    CMPIBrokerFT table = {};
+    table.brokerCapabilities =
+        CMPI_MB_InstanceManipulation | CMPI_MB_AssociationTraversal | CMPI_MB_Indications;
+    table.brokerVersion = CMPIVersion200;
+    table.brokerName = "TestBroker";
+    table.prepareAttachThread = prepareAttachThread;
+    table.attachThread = attachThread;
+    table.detachThread = detachThread;
+    table.deliverIndication = deliverIndication;
+    table.getInstance = getInstance;
+    table.createInstance = createInstance;
+    table.modifyInstance = modifyInstance;
+    table.deleteInstance = deleteInstance;
+    table.enumerateInstances = enumerateInstances;
+    table.invokeMethod = invokeMethod;
+    return table;
+}
 
 // What is not in these tables no provider may need: other brokers leave it out, too.
-const CMPIBrokerEncFT encFT = {CMPIVersion200, makeInstance, makePath, makeArgs, makeString, makeArray,
-                               nullptr, // newDateTime
-                               nullptr, // newDateTimeFromBinary
-                               makeDateTime,
-                               nullptr, // newSelectExp
-                               classPathIsA,
-                               nullptr, // toString
-                               nullptr, // isOfType
-                               nullptr, // getType
-                               nullptr, // getMessage
-                               nullptr, // logMessage
-                               nullptr, // trace
-                               nullptr, // newCMPIError
-                               nullptr, // openMessageFile
-                               nullptr, // closeMessageFile
-                               nullptr};
+CMPIBrokerEncFT factories()
+{
+    CMPIBrokerEncFT table = {};
+    table.ftVersion = CMPIVersion200;
+    table.newInstance = makeInstance;
+    table.newObjectPath = makePath;
+    table.newArgs = makeArgs;
+    table.newString = makeString;
+    table.newArray = makeArray;
+    table.newDateTimeFromChars = makeDateTime;
+    return table;
+}
 
-const CMPIBrokerExtFT extFT = {CMPIVersion200, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                               nullptr,        nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                               nullptr,        nullptr, nullptr, nullptr, nullptr, nullptr, nullptr};
+const CMPIBrokerFT brokerFT = operations();
+const CMPIBrokerEncFT encFT = factories();
+const CMPIBrokerExtFT extFT = {};
 
 } // namespace
 

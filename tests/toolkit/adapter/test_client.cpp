@@ -24,6 +24,15 @@ class CList
     std::vector<const char*> _names;
 };
 
+// An instance that is made when the interface is called, in the session of the call.
+struct Argument
+{
+    Broker& broker;
+    const Inst& inst;
+
+    operator const CMPIInstance*() const { return make<CMPIInstance>(broker.journal(), inst); }
+};
+
 } // namespace
 
 Client::Client(Broker& broker, const Factories& factories) : _broker(broker)
@@ -53,75 +62,49 @@ void Client::create(Factory factory, Mi*& mi)
         _broker.journal().violation("an interface was made or not against the status of its factory");
 }
 
-Outcome Client::enumerateInstances(const Path& classPath, const Properties& properties)
-{
-    CList list(properties);
-    return _broker.call(
-        [&](auto* c, auto* r)
-        {
-            return _instance->ft->enumerateInstances(
-                _instance, c, r, newPath(_broker.journal(), classPath), list.get());
-        });
-}
-
-Outcome Client::enumerateInstanceNames(const Path& classPath)
-{
-    return _broker.call(
-        [&](auto* c, auto* r) {
-            return _instance->ft->enumerateInstanceNames(
-                _instance, c, r, newPath(_broker.journal(), classPath));
-        });
-}
-
-Outcome Client::getInstance(const Path& path, const Properties& properties)
-{
-    CList list(properties);
-    return _broker.call(
-        [&](auto* c, auto* r) {
-            return _instance->ft->getInstance(_instance, c, r, newPath(_broker.journal(), path), list.get());
-        });
-}
-
-Outcome Client::createInstance(const Path& classPath, const Inst& inst)
+// Calls a function of an interface with a path made in the call's session.
+template <class Mi, class Function, class... Args>
+Outcome Client::run(Mi* mi, Function function, const Path& path, const Args&... args)
 {
     return _broker.call(
         [&](auto* c, auto* r)
-        {
-            return _instance->ft->createInstance(
-                _instance, c, r, newPath(_broker.journal(), classPath), newInstance(_broker.journal(), inst));
-        });
+        { return (mi->ft->*function)(mi, c, r, make<CMPIObjectPath>(_broker.journal(), path), args...); });
 }
 
-Outcome Client::modifyInstance(const Path& path, const Inst& inst, const Properties& properties)
+Outcome Client::enumerateInstances(const Path& path, const Properties& list)
 {
-    CList list(properties);
-    return _broker.call(
-        [&](auto* c, auto* r)
-        {
-            return _instance->ft->modifyInstance(_instance,
-                                                 c,
-                                                 r,
-                                                 newPath(_broker.journal(), path),
-                                                 newInstance(_broker.journal(), inst),
-                                                 list.get());
-        });
+    return run(_instance, &CMPIInstanceMIFT::enumerateInstances, path, CList(list).get());
+}
+
+Outcome Client::enumerateInstanceNames(const Path& path)
+{
+    return run(_instance, &CMPIInstanceMIFT::enumerateInstanceNames, path);
+}
+
+Outcome Client::getInstance(const Path& path, const Properties& list)
+{
+    return run(_instance, &CMPIInstanceMIFT::getInstance, path, CList(list).get());
+}
+
+Outcome Client::createInstance(const Path& path, const Inst& inst)
+{
+    return run(_instance, &CMPIInstanceMIFT::createInstance, path, Argument{_broker, inst});
+}
+
+Outcome Client::modifyInstance(const Path& path, const Inst& inst, const Properties& list)
+{
+    return run(
+        _instance, &CMPIInstanceMIFT::modifyInstance, path, Argument{_broker, inst}, CList(list).get());
 }
 
 Outcome Client::deleteInstance(const Path& path)
 {
-    return _broker.call(
-        [&](auto* c, auto* r)
-        { return _instance->ft->deleteInstance(_instance, c, r, newPath(_broker.journal(), path)); });
+    return run(_instance, &CMPIInstanceMIFT::deleteInstance, path);
 }
 
-Outcome Client::execQuery(const Path& classPath, const char* query, const char* language)
+Outcome Client::execQuery(const Path& path, const char* query, const char* language)
 {
-    return _broker.call(
-        [&](auto* c, auto* r)
-        {
-            return _instance->ft->execQuery(
-                _instance, c, r, newPath(_broker.journal(), classPath), query, language);
-        });
+    return run(_instance, &CMPIInstanceMIFT::execQuery, path, query, language);
 }
 
 Outcome Client::invokeMethod(const Path& path, const char* method, const std::vector<Named>& in)
@@ -130,109 +113,74 @@ Outcome Client::invokeMethod(const Path& path, const char* method, const std::ve
     Outcome outcome = _broker.call(
         [&](auto* c, auto* r)
         {
-            CMPIArgs* outArgs = newArgs(_broker.journal(), {});
+            CMPIArgs* outArgs = make<CMPIArgs>(_broker.journal(), {});
             const CMPIStatus status = _method->ft->invokeMethod(_method,
                                                                 c,
                                                                 r,
-                                                                newPath(_broker.journal(), path),
+                                                                make<CMPIObjectPath>(_broker.journal(), path),
                                                                 method,
-                                                                newArgs(_broker.journal(), in),
+                                                                make<CMPIArgs>(_broker.journal(), in),
                                                                 outArgs);
-            out = argsOf(outArgs);
+            out = contentOf(outArgs);
             return status;
         });
     outcome.out = std::move(out);
     return outcome;
 }
 
-Outcome Client::associators(const Path& path, const Filters& filters, const Properties& properties)
+Outcome Client::associators(const Path& path, const Filters& f, const Properties& list)
 {
-    CList list(properties);
-    return _broker.call(
-        [&](auto* c, auto* r)
-        {
-            return _association->ft->associators(_association,
-                                                 c,
-                                                 r,
-                                                 newPath(_broker.journal(), path),
-                                                 filters.assocClass,
-                                                 filters.resultClass,
-                                                 filters.role,
-                                                 filters.resultRole,
-                                                 list.get());
-        });
+    return run(_association,
+               &CMPIAssociationMIFT::associators,
+               path,
+               f.assocClass,
+               f.resultClass,
+               f.role,
+               f.resultRole,
+               CList(list).get());
 }
 
-Outcome Client::associatorNames(const Path& path, const Filters& filters)
+Outcome Client::associatorNames(const Path& path, const Filters& f)
 {
-    return _broker.call(
-        [&](auto* c, auto* r)
-        {
-            return _association->ft->associatorNames(_association,
-                                                     c,
-                                                     r,
-                                                     newPath(_broker.journal(), path),
-                                                     filters.assocClass,
-                                                     filters.resultClass,
-                                                     filters.role,
-                                                     filters.resultRole);
-        });
+    return run(_association,
+               &CMPIAssociationMIFT::associatorNames,
+               path,
+               f.assocClass,
+               f.resultClass,
+               f.role,
+               f.resultRole);
 }
 
-Outcome Client::references(const Path& path, const Filters& filters, const Properties& properties)
+Outcome Client::references(const Path& path, const Filters& f, const Properties& list)
 {
-    CList list(properties);
-    return _broker.call(
-        [&](auto* c, auto* r)
-        {
-            return _association->ft->references(_association,
-                                                c,
-                                                r,
-                                                newPath(_broker.journal(), path),
-                                                filters.assocClass,
-                                                filters.role,
-                                                list.get());
-        });
+    return run(_association, &CMPIAssociationMIFT::references, path, f.assocClass, f.role, CList(list).get());
 }
 
-Outcome Client::referenceNames(const Path& path, const Filters& filters)
+Outcome Client::referenceNames(const Path& path, const Filters& f)
 {
-    return _broker.call(
-        [&](auto* c, auto* r)
-        {
-            return _association->ft->referenceNames(
-                _association, c, r, newPath(_broker.journal(), path), filters.assocClass, filters.role);
-        });
+    return run(_association, &CMPIAssociationMIFT::referenceNames, path, f.assocClass, f.role);
 }
 
-Outcome Client::activateFilter(const Path& classPath)
+template <class Function>
+Outcome Client::filter(Function function, const Path& path)
 {
     return _broker.call(
         [&](auto* c, auto*)
         {
-            return _indication->ft->activateFilter(_indication,
-                                                   c,
-                                                   nullptr,
-                                                   classPath.className.c_str(),
-                                                   newPath(_broker.journal(), classPath),
-                                                   1);
+            CMPIObjectPath* made = make<CMPIObjectPath>(_broker.journal(), path);
+            return (_indication->ft->*function)(_indication, c, nullptr, path.className.c_str(), made, 1);
         },
         Broker::kWithoutResult);
 }
 
-Outcome Client::deactivateFilter(const Path& classPath)
+Outcome Client::activateFilter(const Path& path)
 {
-    return _broker.call(
-        [&](auto* c, auto*)
-        {
-            return _indication->ft->deActivateFilter(_indication,
-                                                     c,
-                                                     nullptr,
-                                                     classPath.className.c_str(),
-                                                     newPath(_broker.journal(), classPath),
-                                                     1);
-        },
-        Broker::kWithoutResult);
+    return filter(&CMPIIndicationMIFT::activateFilter, path);
+}
+
+Outcome Client::deactivateFilter(const Path& path)
+{
+    return filter(&CMPIIndicationMIFT::deActivateFilter, path);
 }
 
 Outcome Client::enableIndications()

@@ -68,6 +68,10 @@ class Client
   private:
     template <class Mi>
     void create(Factory factory, Mi*& mi);
+    template <class Mi, class Function, class... Args>
+    Outcome run(Mi* mi, Function function, const Path& path, const Args&... args);
+    template <class Function>
+    Outcome filter(Function function, const Path& path);
     template <class Mi>
     void cleanup(Mi* mi, bool terminating, Outcome& worst);
 

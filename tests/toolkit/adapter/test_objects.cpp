@@ -1,5 +1,5 @@
 // Tracking of the test broker's objects, and values in and out of them.
-#include "test_object_types.h"
+#include "test_objects.h"
 
 #include <algorithm>
 #include <cstring>
@@ -81,11 +81,6 @@ Session* Session::current()
     return currentSession;
 }
 
-void Session::add(std::unique_ptr<Object> object)
-{
-    _objects.push_back(std::move(object));
-}
-
 bool Session::release(Object* object)
 {
     // Objects released early are young: search from the end.
@@ -105,15 +100,15 @@ CMPIData dataOf(Journal& journal, const Value& value)
     if (value.null)
         return data;
     if (value.type & CMPI_ARRAY)
-        data.value.array = newArray(journal, value);
+        data.value.array = make<CMPIArray>(journal, value);
     else if (value.type == CMPI_string)
-        data.value.string = newString(journal, value.text);
+        data.value.string = make<CMPIString>(journal, value.text);
     else if (value.type == CMPI_dateTime)
-        data.value.dateTime = newDateTime(journal, value.text);
+        data.value.dateTime = make<CMPIDateTime>(journal, value.text);
     else if (value.type == CMPI_ref)
-        data.value.ref = newPath(journal, *value.path);
+        data.value.ref = make<CMPIObjectPath>(journal, *value.path);
     else if (value.type == CMPI_instance)
-        data.value.inst = newInstance(journal, *value.inst);
+        data.value.inst = make<CMPIInstance>(journal, *value.inst);
     else
         data.value = value.scalar;
     return data;
@@ -122,19 +117,19 @@ CMPIData dataOf(Journal& journal, const Value& value)
 Value valueOf(const CMPIValue* value, CMPIType type)
 {
     if (type & CMPI_ARRAY)
-        return value->array ? self(value->array).value : Value::nullOf(type);
+        return value->array ? contentOf(value->array) : Value::nullOf(type);
     switch (type)
     {
     case CMPI_chars:
         return Value::string(reinterpret_cast<const char*>(value));
     case CMPI_string:
-        return value->string ? Value::string(self(value->string).text) : Value::nullOf(type);
+        return value->string ? Value::string(contentOf(value->string)) : Value::nullOf(type);
     case CMPI_dateTime:
-        return value->dateTime ? Value::dateTime(self(value->dateTime).text) : Value::nullOf(type);
+        return value->dateTime ? Value::dateTime(contentOf(value->dateTime)) : Value::nullOf(type);
     case CMPI_ref:
-        return value->ref ? Value::ref(self(value->ref).path) : Value::nullOf(type);
+        return value->ref ? Value::ref(contentOf(value->ref)) : Value::nullOf(type);
     case CMPI_instance:
-        return value->inst ? Value::instance(self(value->inst).inst) : Value::nullOf(type);
+        return value->inst ? Value::instance(contentOf(value->inst)) : Value::nullOf(type);
     case CMPI_boolean:
         return Value::boolean(value->boolean != 0);
     case CMPI_char16:
@@ -164,29 +159,9 @@ Value valueOf(const CMPIValue* value, CMPIType type)
     }
 }
 
-const Path& pathOf(const CMPIObjectPath* path)
-{
-    return self(path).path;
-}
-
-const Inst& instOf(const CMPIInstance* inst)
-{
-    return self(inst).inst;
-}
-
-const std::vector<Named>& argsOf(const CMPIArgs* args)
-{
-    return self(args).args;
-}
-
-const std::vector<Named>& entriesOf(const CMPIContext* context)
-{
-    return self(context).entries;
-}
-
 std::string textOf(const CMPIString* string)
 {
-    return string ? self(string).text : std::string();
+    return string ? contentOf(string) : std::string();
 }
 
 } // namespace test_broker

@@ -38,7 +38,7 @@ class Journal
     void violation(const std::string& text);
     std::vector<std::string> violations() const;
 
-    // Objects made by clone and not yet released.
+    // Objects that outlive their call and were not yet released.
     size_t clonesAlive() const;
     // Objects of any kind that exist now.
     size_t objectsAlive() const { return _alive; }
@@ -68,7 +68,7 @@ class Session
     // What up-calls of this session have to pass.
     const CMPIContext* context() const { return _context; }
     void setContext(const CMPIContext* context) { _context = context; }
-    void add(std::unique_ptr<Object> object);
+    void add(std::unique_ptr<Object> object) { _objects.push_back(std::move(object)); }
     // Destroys an object of this session before its time; false if it is not one.
     bool release(Object* object);
     // How many there are, and the end of all that were added since.
@@ -81,29 +81,94 @@ class Session
     std::vector<std::unique_ptr<Object>> _objects;
 };
 
-// Objects that the running call returns to its caller, made in the current session. Null when there is none,
-// which is recorded as a violation.
-CMPIString* newString(Journal& journal, const std::string& text);
-CMPIDateTime* newDateTime(Journal& journal, const std::string& text);
-CMPIObjectPath* newPath(Journal& journal, const Path& path);
-CMPIInstance* newInstance(Journal& journal, const Inst& inst);
-CMPIArray* newArray(Journal& journal, const Value& array);
-CMPIArgs* newArgs(Journal& journal, const std::vector<Named>& args);
-CMPIEnumeration* newEnumeration(Journal& journal, const std::vector<Value>& items);
-CMPIContext* newContext(Journal& journal, const std::vector<Named>& entries);
+struct Items
+{
+    std::vector<Value> values;
+    size_t next = 0;
+};
+
+// The function table and the content of each kind of object.
+const CMPIStringFT* kindOf(const CMPIString*, std::string*);
+const CMPIDateTimeFT* kindOf(const CMPIDateTime*, std::string*);
+const CMPIObjectPathFT* kindOf(const CMPIObjectPath*, Path*);
+const CMPIInstanceFT* kindOf(const CMPIInstance*, Inst*);
+const CMPIArrayFT* kindOf(const CMPIArray*, Value*);
+const CMPIArgsFT* kindOf(const CMPIArgs*, std::vector<Named>*);
+const CMPIEnumerationFT* kindOf(const CMPIEnumeration*, Items*);
+const CMPIContextFT* kindOf(const CMPIContext*, std::vector<Named>*);
+
+template <class Edt, class Content, class Table>
+Content contentOfKind(const Table* (*kind)(const Edt*, Content*));
+template <class Edt>
+using Content = decltype(contentOfKind<Edt>(&kindOf));
+
+// An object is its CMPI face and its content in one.
+template <class Edt>
+struct Made : Edt, Object
+{
+    Made(Journal& j, Content<Edt> c) : Edt(), Object(j), content(std::move(c))
+    {
+        this->hdl = &content;
+        this->ft = kindOf(this, &content);
+    }
+    Content<Edt> content;
+};
+
+// The broker's side of an object that a provider passed in. Objects stay on the thread that made them; those
+// that outlive calls move.
+template <class Edt>
+Made<Edt>& self(const Edt* edt)
+{
+    auto& object = *static_cast<Made<Edt>*>(const_cast<Edt*>(edt));
+    if (!object.cloned && object.owner != std::this_thread::get_id())
+        object.journal.violation("an object was used on a thread that did not make it");
+    return object;
+}
+
+template <class Edt>
+Content<Edt>& contentOf(const Edt* edt)
+{
+    return self(edt).content;
+}
+
+// An object that the running call returns to its caller, made in the current session. Null when there is
+// none, which is recorded as a violation.
+template <class Edt>
+Edt* make(Journal& journal, Content<Edt> content)
+{
+    if (Session* session = Session::current())
+    {
+        auto object = std::make_unique<Made<Edt>>(journal, std::move(content));
+        Edt* edt = object.get();
+        session->add(std::move(object));
+        return edt;
+    }
+    journal.violation("an object was made outside of a call and of an attached thread");
+    return nullptr;
+}
+
+// One that lives until it is released.
+template <class Edt>
+Edt* makeLasting(Journal& journal, Content<Edt> content)
+{
+    auto* object = new Made<Edt>(journal, std::move(content));
+    object->cloned = true;
+    journal.adoptClone(object);
+    return object;
+}
+
+inline CMPIStatus done(CMPIStatus* rc, CMPIrc code)
+{
+    const CMPIStatus status = {code, nullptr};
+    if (rc)
+        *rc = status;
+    return status;
+}
+
 // A value as a getter hands it out.
 CMPIData dataOf(Journal& journal, const Value& value);
 
-const Path& pathOf(const CMPIObjectPath* path);
-const Inst& instOf(const CMPIInstance* inst);
-const std::vector<Named>& argsOf(const CMPIArgs* args);
-const std::vector<Named>& entriesOf(const CMPIContext* context);
 // Text of a status message, empty for none.
 std::string textOf(const CMPIString* string);
-
-// Takes a context out of the current session, so that it lives until `endContext` (a prepared thread
-// context).
-CMPIContext* detachedContext(Journal& journal, const std::vector<Named>& entries);
-void endContext(const CMPIContext* context);
 
 } // namespace test_broker
