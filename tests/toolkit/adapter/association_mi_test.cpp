@@ -37,7 +37,7 @@ TEST_F(AssociationMi, EndsAreFoundUnderAllFilters)
 {
     script<Demo_SensorInRack>().instances = {
         sensorInRack("r1", 7), sensorInRack("r1", 8), sensorInRack("r2", 9)};
-    Client& links = client(sensorInRackProvider());
+    Client& links = client(sensorInRackProvider);
     const struct
     {
         Path source;
@@ -73,7 +73,7 @@ TEST_F(AssociationMi, ReferencesAreFoundUnderAllFilters)
 {
     script<Demo_SensorInRack>().instances = {
         sensorInRack("r1", 7), sensorInRack("r1", 8), sensorInRack("r2", 9)};
-    Client& links = client(sensorInRackProvider());
+    Client& links = client(sensorInRackProvider);
     const struct
     {
         Path source;
@@ -106,7 +106,7 @@ TEST_F(AssociationMi, EndsOfOneClassAreFollowedFromBothSides)
 {
     script<Demo_RackAboveRack>().instances = {
         rackAboveRack("top", "mid"), rackAboveRack("mid", "low"), rackAboveRack("ring", "ring")};
-    Client& links = client(rackAboveRackProvider());
+    Client& links = client(rackAboveRackProvider);
     const struct
     {
         const char* source;
@@ -138,7 +138,7 @@ TEST_F(AssociationMi, AssociatorsAreTheInstancesThatTheAssociationCarries)
     end->Label.set("inlet");
     end->Health.set(2);
     script<Demo_SensorInRack>().instances = {link};
-    Client& links = client(sensorInRackProvider());
+    Client& links = client(sensorInRackProvider);
     EXPECT_EQ(links.associators(rackPath("r1")).texts(),
               Texts{"Demo_Sensor{Id=u32:7,Label=\"inlet\",Enabled=true,Health=u16:2}"});
     EXPECT_EQ(links.associators(rackPath("r1"), {}, {{"health"}}).texts(),
@@ -156,7 +156,7 @@ TEST_F(AssociationMi, SourcesThatCannotBeAnEndCostNothing)
 {
     script<Demo_SensorInRack>().instances = {sensorInRack("r1", 7)};
     script<Demo_SensorInRack>().load = LOAD_FAILED; // not even noticed
-    Client& links = client(sensorInRackProvider());
+    Client& links = client(sensorInRackProvider);
     const Path limits = classPath("Demo_Limits");
     const Path unknown = {"root/demo", "Demo_Unknown", {{"Name", Value::string("x")}}};
     for (const Path& source : {limits, unknown})
@@ -172,7 +172,7 @@ TEST_F(AssociationMi, SourcesThatCannotBeAnEndCostNothing)
 
 TEST_F(AssociationMi, ASourceThatIsNoPathIsRefused)
 {
-    Client& links = client(sensorInRackProvider());
+    Client& links = client(sensorInRackProvider);
     EXPECT_EQ(links.associatorNames(classPath("Demo_Rack")).texts(),
               Texts{"4: Demo_SensorInRack: associator names: key Name is missing"});
     EXPECT_EQ(links.references({"root/demo", "Demo_Rack", {{"Nmae", Value::string("x")}}}).texts(),
@@ -187,9 +187,15 @@ TEST_F(AssociationMi, AProvidersOwnAnswerComesFirst)
     script<Demo_SensorInRack>().nativeAssociators = &own;
     script<Demo_SensorInRack>().nativeAssociatorNames = &own;
     script<Demo_SensorInRack>().nativeReferences = &ownLinks;
-    Client& links = client(sensorInRackProvider());
-    EXPECT_EQ(shortOf(links.associators(rackPath("r1"))), "own");
-    EXPECT_EQ(shortOf(links.associatorNames(rackPath("r1"))), "own");
+    Client& links = client(sensorInRackProvider);
+    const Filters filters = {nullptr, "Demo_Rack", "Rack", "Sensor"};
+    EXPECT_EQ(shortOf(links.associators(rackPath("r1"), filters)), "own");
+    EXPECT_EQ(script<Demo_SensorInRack>().filters, "Demo_Rack;Rack;Sensor;");
+    script<Demo_SensorInRack>().filters.clear();
+    EXPECT_EQ(shortOf(links.associatorNames(rackPath("r1"), filters)), "own");
+    EXPECT_EQ(script<Demo_SensorInRack>().filters, "Demo_Rack;Rack;Sensor;");
+    links.referenceNames(rackPath("r1"), filters);
+    EXPECT_EQ(script<Demo_SensorInRack>().filters, "Rack;");
     EXPECT_EQ(links.references(rackPath("r1")).texts(),
               Texts{"Demo_SensorInRack{Rack=<root/demo:Demo_Rack.Name=\"own\">,"
                     "Sensor=<root/demo:Demo_Sensor.Id=u32:1>}"});
@@ -221,7 +227,7 @@ TEST_F(AssociationMi, AProvidersOwnAnswerComesFirst)
 TEST_F(AssociationMi, AnEnumerationThatFailsIsNoEmptyAnswer)
 {
     script<Demo_SensorInRack>().instances = {sensorInRack("r1", 7)};
-    Client& links = client(sensorInRackProvider());
+    Client& links = client(sensorInRackProvider);
     const struct
     {
         int status;
@@ -238,12 +244,24 @@ TEST_F(AssociationMi, AnEnumerationThatFailsIsNoEmptyAnswer)
     }
 }
 
+TEST_F(AssociationMi, AnEndThatIsNullIsPassedOver)
+{
+    Ref<Instance> half = sensorInRack("r1", 7);
+    unref(std::exchange(cast<Demo_SensorInRack*>(half.ptr())->Sensor, nullptr));
+    script<Demo_SensorInRack>().instances = {half, sensorInRack("r1", 8)};
+    Client& links = client(sensorInRackProvider);
+    EXPECT_EQ(shortOf(links.associatorNames(rackPath("r1"))), "u32:8");
+    EXPECT_EQ(shortOf(links.associatorNames(sensorPath(7))), "");
+    // An element may have the sensor's keys, but it is not of the end's class.
+    EXPECT_EQ(shortOf(links.associatorNames({"root/demo", "Demo_Element", sensorPath(8).keys})), "");
+}
+
 TEST_F(AssociationMi, AnEndThatCannotBeDeliveredStopsTheSearch)
 {
     Ref<Instance> broken = sensorInRack("r1", 7);
     cast<Demo_SensorInRack*>(broken.ptr())->Sensor->Id.null = 1;
     script<Demo_SensorInRack>().instances = {broken, sensorInRack("r1", 8), sensorInRack("r1", 9)};
-    Client& links = client(sensorInRackProvider());
+    Client& links = client(sensorInRackProvider);
     EXPECT_EQ(links.associators(rackPath("r1")).texts(),
               Texts{"1: Demo_SensorInRack: associators: key Id has no value"});
     EXPECT_EQ(script<Demo_SensorInRack>().handed, 1);
@@ -262,7 +280,7 @@ TEST_F(AssociationMi, AnAssociationOfAnythingTellsItsEndsApartByClass)
     };
     script<Demo_Dependency>().instances = {dependency(rack("r1"), sensor(7)),
                                            dependency(sensor(7), rack("r2"))};
-    Client& links = client(dependencyProvider());
+    Client& links = client(dependencyProvider);
     EXPECT_EQ(shortOf(links.associatorNames(sensorPath(7))), "r1 r2");
     EXPECT_EQ(shortOf(links.associatorNames(sensorPath(7), {nullptr, nullptr, "Antecedent", nullptr})), "r2");
     EXPECT_EQ(shortOf(links.associators(rackPath("r1"), {nullptr, "Demo_Rack", nullptr, nullptr})), "");

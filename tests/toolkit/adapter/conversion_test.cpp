@@ -90,14 +90,14 @@ TEST_F(Conversion, EveryTypeSurvivesTheRoundTrip)
              CMPI_instance,
              {limits(1), Value::instance({classPath("Demo_Rack"), {{"Name", Value::string("r1")}}})})},
     };
-    Client& things = client(everythingProvider());
+    Client& things = client(everythingProvider);
     for (const auto& c : cases)
         EXPECT_EQ(roundTrip(things, c.name, c.value), test_broker::textOf(c.value)) << c.name;
 }
 
 TEST_F(Conversion, NullsAreLeftOut)
 {
-    Client& things = client(everythingProvider());
+    Client& things = client(everythingProvider);
     const struct
     {
         const char* name;
@@ -149,7 +149,7 @@ TEST_F(Conversion, ValuesThatDoNotFitAreRefusedByName)
          Value::instance({classPath("Demo_Limits"), {{"Middle", Value::integer(CMPI_sint32, 1)}}}),
          "class Demo_Limits has no property Middle"},
     };
-    Client& things = client(everythingProvider());
+    Client& things = client(everythingProvider);
     for (const auto& c : cases)
         EXPECT_EQ(roundTrip(things, c.name, c.value),
                   std::string("Demo_Everything: create instance: ") + c.name + ": " + c.text);
@@ -157,7 +157,7 @@ TEST_F(Conversion, ValuesThatDoNotFitAreRefusedByName)
 
 TEST_F(Conversion, ReferencesCarryKeysAndTheNamespaceOfTheirOwn)
 {
-    Client& links = client(sensorInRackProvider());
+    Client& links = client(sensorInRackProvider);
     Path elsewhere = sensorPath(7);
     elsewhere.ns = "root/elsewhere";
     const Inst link = {classPath("Demo_SensorInRack"),
@@ -193,7 +193,7 @@ TEST_F(Conversion, OverwrittenReferencesDoNotLeak)
     inst.properties.emplace_back("EMBEDDED", limits(2));
     inst.properties.emplace_back("EmbeddedArray", Value::array(CMPI_instance, {limits(1)}));
     inst.properties.emplace_back("EMBEDDEDARRAY", Value::array(CMPI_instance, {limits(2)}));
-    Client& things = client(everythingProvider());
+    Client& things = client(everythingProvider);
     EXPECT_TRUE(things.createInstance(classPath("Demo_Everything"), inst).ok());
     EXPECT_EQ(things.getInstance(kEverythingPath, {{"Embedded", "EmbeddedArray"}}).texts(),
               Texts{"Demo_Everything{Key=u64:1,Embedded=Demo_Limits{Low=s32:2},"

@@ -51,7 +51,7 @@ TEST_F(IndicationMi, IndicationsGoToEveryNamespaceThatIsSelectedFrom)
         handle(alert("armed").steal());
         return 0;
     };
-    Client& provider = client(alertProvider());
+    Client& provider = client(alertProvider);
     const Path one = {"root/one", "Demo_SensorAlert", {}};
     const Path two = {"root/two", "Demo_SensorAlert", {}};
 
@@ -102,7 +102,7 @@ TEST_F(IndicationMi, AThreadMayBeJoinedWhileItDelivers)
         worker.join();
         return 0;
     };
-    Client& provider = client(alertProvider());
+    Client& provider = client(alertProvider);
     provider.activateFilter(classPath("Demo_SensorAlert"));
     EXPECT_TRUE(provider.enableIndications().ok());
     delivering.wait();
@@ -144,7 +144,7 @@ TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
         disabling.arrive();
         return 0;
     };
-    Client& provider = client(alertProvider());
+    Client& provider = client(alertProvider);
     provider.activateFilter(classPath("Demo_SensorAlert"));
     provider.enableIndications();
     delivering.wait();
@@ -174,7 +174,7 @@ TEST_F(IndicationMi, ALongRunningThreadLeavesNothingBehind)
         worker.join();
         return 0;
     };
-    Client& provider = client(alertProvider());
+    Client& provider = client(alertProvider);
     provider.activateFilter(classPath("Demo_SensorAlert"));
     provider.enableIndications();
     ASSERT_EQ(alive.size(), 50u);
@@ -190,7 +190,7 @@ TEST_F(IndicationMi, AThreadThatIsNotTheProvidersDeliversNothing)
         std::thread([&] { handle(alert("foreign").steal()); }).join();
         return 0;
     };
-    Client& provider = client(alertProvider());
+    Client& provider = client(alertProvider);
     provider.activateFilter(classPath("Demo_SensorAlert"));
     EXPECT_TRUE(provider.enableIndications().ok());
     EXPECT_EQ(delivered(), Texts());
@@ -204,7 +204,7 @@ TEST_F(IndicationMi, RefusalsOfTheProviderAreReportedAndChangeNothing)
     alerts.enable = [&](const Script::Handle&) { return ++enables == 1 ? ENABLE_INDICATIONS_FAILED : 0; };
     int disables = 0;
     alerts.disable = [&] { return ++disables == 1 ? DISABLE_INDICATIONS_FAILED : 0; };
-    Client& provider = client(alertProvider());
+    Client& provider = client(alertProvider);
     EXPECT_EQ(provider.enableIndications().texts(),
               Texts{"1: Demo_SensorAlert: enable indications failed (status 140)"});
     EXPECT_TRUE(provider.disableIndications().ok()); // there is nothing to disable
@@ -234,7 +234,7 @@ TEST_F(IndicationMi, AProviderInUseIsNotUnloadedUnlessTheServerStops)
         stopped = true;
         return 0;
     };
-    Client& provider = client(alertProvider());
+    Client& provider = client(alertProvider);
     provider.activateFilter(classPath("Demo_SensorAlert"));
     EXPECT_EQ(provider.cleanup(false).rc, CMPI_RC_DO_NOT_UNLOAD); // a filter is active
     provider.enableIndications();

@@ -15,7 +15,7 @@ class InstanceMi : public AdapterTest
 TEST_F(InstanceMi, EnumerationDeliversPathsAndInstancesOfTheirOwnClass)
 {
     script<Demo_Element>().instances = {sensor(7, "inlet"), sensor(8)};
-    Client& elements = client(elementProvider());
+    Client& elements = client(elementProvider);
 
     EXPECT_EQ(elements.enumerateInstances(classPath("demo_element")).texts(),
               Texts({"Demo_Sensor{Id=u32:7,Label=\"inlet\",Enabled=true}",
@@ -32,7 +32,7 @@ TEST_F(InstanceMi, EnumeratedInstancesStayTheProvidersAndUnchanged)
 {
     script<Demo_Sensor>().instances = {sensor(7), sensor(8)};
     const std::string before = textOf(script<Demo_Sensor>().instances[0].ptr());
-    Client& sensors = client(sensorProvider());
+    Client& sensors = client(sensorProvider);
     sensors.enumerateInstances(classPath("Demo_Sensor"), {{"Label"}});
     sensors.enumerateInstanceNames(classPath("Demo_Sensor"));
     broker.refuseAfter(1);
@@ -49,7 +49,7 @@ TEST_F(InstanceMi, ResultsAreKeptUnlessTheBrokerCopiesThem)
     constexpr size_t kObjectsOfOne = 10; // more than an instance needs with its path, and the request
     for (unsigned id = 0; id < kCount; id++)
         script<Demo_Sensor>().instances.push_back(sensor(id, "inlet"));
-    Client& sensors = client(sensorProvider());
+    Client& sensors = client(sensorProvider);
 
     const Outcome kept = sensors.enumerateInstances(classPath("Demo_Sensor"));
     EXPECT_GE(kept.mostObjects, 2 * kCount);
@@ -66,7 +66,7 @@ TEST_F(InstanceMi, EnumerationIsLimitedToTheClassAskedFor)
     Demo_Element* plain = Demo_Element::create(true);
     plain->Id.set(1);
     script<Demo_Element>().instances.emplace_back(static_cast<Instance*>(plain));
-    Client& elements = client(elementProvider());
+    Client& elements = client(elementProvider);
 
     const struct
     {
@@ -93,7 +93,7 @@ TEST_F(InstanceMi, EnumerationIsLimitedToTheClassAskedFor)
 TEST_F(InstanceMi, PropertyListsOmitUnlistedPropertiesButNeverKeys)
 {
     script<Demo_Sensor>().instances = {sensor(7, "inlet")};
-    Client& sensors = client(sensorProvider());
+    Client& sensors = client(sensorProvider);
     const struct
     {
         Properties properties;
@@ -118,8 +118,8 @@ TEST_F(InstanceMi, ModelsTellTheProviderWhatIsAskedFor)
 {
     script<Demo_Rack>().instances = {rack("r1")};
     script<Demo_Element>().instances = {sensor(7)};
-    Client& racks = client(rackProvider());
-    Client& elements = client(elementProvider());
+    Client& racks = client(rackProvider);
+    Client& elements = client(elementProvider);
     const Path element = {"root/demo", "Demo_Element", {{"Id", Value::integer(CMPI_uint32, 7)}}};
 
     const auto modelOf = [](Outcome outcome, Script& of)
@@ -150,7 +150,7 @@ TEST_F(InstanceMi, ModelsTellTheProviderWhatIsAskedFor)
 TEST_F(InstanceMi, GetInstanceWantsExactlyTheKeysOfTheClass)
 {
     script<Demo_Element>().instances = {sensor(7)};
-    Client& elements = client(elementProvider());
+    Client& elements = client(elementProvider);
     const Value seven = Value::integer(CMPI_uint32, 7);
     const struct
     {
@@ -195,13 +195,13 @@ TEST_F(InstanceMi, AnInstanceOfAnotherClassIsNotFound)
     Demo_Element* plain = Demo_Element::create(true);
     plain->Id.set(7);
     script<Demo_Element>().instances.emplace_back(static_cast<Instance*>(plain));
-    const Outcome outcome = client(elementProvider()).getInstance(sensorPath(7));
+    const Outcome outcome = client(elementProvider).getInstance(sensorPath(7));
     EXPECT_EQ(outcome.rc, CMPI_RC_ERR_NOT_FOUND) << outcome.message;
 }
 
 TEST_F(InstanceMi, CreatedInstancesComeBackAsTheirPath)
 {
-    Client& elements = client(elementProvider());
+    Client& elements = client(elementProvider);
     const Value seven = Value::integer(CMPI_uint32, 7);
     const Inst inst = {classPath("Demo_Element"), {{"ID", seven}, {"label", Value::string("inlet")}}};
     EXPECT_EQ(elements.createInstance(classPath("Demo_Element"), inst).texts(),
@@ -240,7 +240,7 @@ TEST_F(InstanceMi, CreatedInstancesComeBackAsTheirPath)
 TEST_F(InstanceMi, ModifyTakesKeysFromThePathAndHonoursTheList)
 {
     script<Demo_Sensor>().instances = {sensor(7, "inlet")};
-    Client& sensors = client(sensorProvider());
+    Client& sensors = client(sensorProvider);
     const Value label = Value::string("outlet");
     const Value health = Value::integer(CMPI_uint16, 2);
     const auto modify = [&](std::vector<Named> properties, const Properties& list) {
@@ -269,7 +269,7 @@ TEST_F(InstanceMi, ModifyTakesKeysFromThePathAndHonoursTheList)
 TEST_F(InstanceMi, ModifyComparesKeysThatAreReferencesByTheirKeys)
 {
     script<Demo_SensorInRack>().instances = {sensorInRack("r1", 7)};
-    Client& links = client(sensorInRackProvider());
+    Client& links = client(sensorInRackProvider);
     const auto keys = [](const char* rackName)
     {
         return std::vector<Named>{{"Rack", Value::ref(rackPath(rackName))},
@@ -288,7 +288,7 @@ TEST_F(InstanceMi, ModifyComparesKeysThatAreReferencesByTheirKeys)
 TEST_F(InstanceMi, DeleteAndQuery)
 {
     script<Demo_Rack>().instances = {rack("r1")};
-    Client& racks = client(rackProvider());
+    Client& racks = client(rackProvider);
     EXPECT_TRUE(racks.deleteInstance(rackPath("r1")).ok());
     EXPECT_EQ(racks.deleteInstance(rackPath("r1")).rc, CMPI_RC_ERR_NOT_FOUND);
     EXPECT_EQ(racks.execQuery(classPath("Demo_Rack"), "SELECT * FROM Demo_Rack", "WQL").texts(),
@@ -298,7 +298,7 @@ TEST_F(InstanceMi, DeleteAndQuery)
 TEST_F(InstanceMi, EveryStatusHasItsCode)
 {
     script<Demo_Rack>().instances = {rack("r1")};
-    Client& racks = client(rackProvider());
+    Client& racks = client(rackProvider);
     const Path path = rackPath("r1");
     const Inst inst = {classPath("Demo_Rack"), {{"Name", Value::string("r1")}}};
     const std::function<Outcome()> get = [&] { return racks.getInstance(path); };
@@ -354,7 +354,7 @@ TEST_F(InstanceMi, TheProvidersReasonReachesTheClient)
 {
     script<Demo_Rack>().status = ENUM_INSTANCES_FAILED;
     script<Demo_Rack>().inside = [] { Error::set("fan %d does not answer", 3); };
-    Client& racks = client(rackProvider());
+    Client& racks = client(rackProvider);
     EXPECT_EQ(racks.enumerateInstances(classPath("Demo_Rack")).message,
               "Demo_Rack: enumerate instances failed (status 70): fan 3 does not answer");
     // A reason belongs to one request.
@@ -365,7 +365,7 @@ TEST_F(InstanceMi, TheProvidersReasonReachesTheClient)
 
 TEST_F(InstanceMi, ExceptionsBecomeStatuses)
 {
-    Client& racks = client(rackProvider());
+    Client& racks = client(rackProvider);
     script<Demo_Rack>().inside = [] { throw std::runtime_error("loose cable"); };
     EXPECT_EQ(racks.enumerateInstances(classPath("Demo_Rack")).texts(),
               Texts{"1: Demo_Rack: enumerate instances: exception: loose cable"});
@@ -385,7 +385,7 @@ TEST_F(InstanceMi, AfterAResultThatCannotBeDeliveredNothingMoreIsDone)
 {
     Demo_Rack* nameless = Demo_Rack::create(true);
     script<Demo_Rack>().instances = {rack("r1"), Ref<Instance>(static_cast<Instance*>(nameless)), rack("r3")};
-    Client& racks = client(rackProvider());
+    Client& racks = client(rackProvider);
     const Outcome outcome = racks.enumerateInstances(classPath("Demo_Rack"));
     EXPECT_EQ(outcome.texts(), Texts{"1: Demo_Rack: enumerate instances: key Name has no value"});
     EXPECT_EQ(script<Demo_Rack>().handed, 2);
@@ -405,7 +405,7 @@ TEST_F(InstanceMi, BrokerServicesThatFailAreReported)
     full->Modes.value.append(4);
     full->Sampled.set(Datetime("20260314015926.535897+060"));
     script<Demo_Sensor>().instances.emplace_back(static_cast<Instance*>(full));
-    Client& sensors = client(sensorProvider());
+    Client& sensors = client(sensorProvider);
     for (const char* factory : {"newDateTimeFromChars", "newArray", "newInstance", "newObjectPath"})
     {
         broker.fail(factory); // one after the other, from the innermost on

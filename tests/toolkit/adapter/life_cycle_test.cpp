@@ -20,7 +20,7 @@ class LifeCycle : public AdapterTest
 
 TEST_F(LifeCycle, TheProviderLivesFromTheFirstInterfaceToTheLast)
 {
-    Client provider(broker, rackProvider());
+    Client provider(broker, rackProvider);
     EXPECT_EQ(racks.alive, 1);
     EXPECT_EQ(racks.loads, 1); // once for both interfaces
     const auto cleanup = [&](auto* mi)
@@ -51,7 +51,7 @@ TEST_F(LifeCycle, AFailedLoadIsReportedUntilOneSucceeds)
 {
     racks.load = LOAD_FAILED;
     racks.instances = {rack("r1")};
-    Client& provider = client(rackProvider());
+    Client& provider = client(rackProvider);
     ASSERT_NE(provider.instances, nullptr);
     EXPECT_EQ(provider.enumerateInstances(classPath("Demo_Rack")).texts(),
               Texts{"1: Demo_Rack: enumerate instances: load failed (status 30)"});
@@ -75,7 +75,7 @@ TEST_F(LifeCycle, AFailedLoadIsReportedUntilOneSucceeds)
 TEST_F(LifeCycle, WhatWasNotLoadedIsNotUnloaded)
 {
     racks.load = LOAD_FAILED;
-    Client provider(broker, rackProvider());
+    Client provider(broker, rackProvider);
     EXPECT_TRUE(provider.cleanup().ok());
     EXPECT_EQ(racks.unloads, 0);
     EXPECT_EQ(racks.alive, 0);
@@ -84,7 +84,7 @@ TEST_F(LifeCycle, WhatWasNotLoadedIsNotUnloaded)
 TEST_F(LifeCycle, AFailedUnloadIsReportedAndTheProviderGoes)
 {
     racks.unload = UNLOAD_FAILED;
-    Client provider(broker, rackProvider());
+    Client provider(broker, rackProvider);
     EXPECT_EQ(provider.cleanup().texts(), Texts{"1: Demo_Rack: cleanup: unload failed (status 40)"});
     EXPECT_EQ(racks.alive, 0);
 }
@@ -92,17 +92,17 @@ TEST_F(LifeCycle, AFailedUnloadIsReportedAndTheProviderGoes)
 TEST_F(LifeCycle, WithoutAProviderObjectThereIsNoInterface)
 {
     racks.insideCreate = [] { throw std::runtime_error("no memory"); };
-    Client provider(broker, rackProvider());
+    Client provider(broker, rackProvider);
     EXPECT_EQ(provider.instances, nullptr);
     EXPECT_EQ(provider.methods, nullptr);
     racks.insideCreate = nullptr;
-    EXPECT_NE(client(rackProvider()).instances, nullptr);
+    EXPECT_NE(client(rackProvider).instances, nullptr);
 }
 
 TEST_F(LifeCycle, AProviderMayRefuseToBeUnloaded)
 {
     racks.inside = [] { cimom::allow_unload(false); };
-    Client& provider = client(rackProvider());
+    Client& provider = client(rackProvider);
     provider.enumerateInstances(classPath("Demo_Rack"));
     EXPECT_EQ(provider.cleanup().rc, CMPI_RC_DO_NOT_UNLOAD);
     EXPECT_EQ(racks.alive, 1);
@@ -114,7 +114,7 @@ TEST_F(LifeCycle, AProviderMayRefuseToBeUnloaded)
 
 TEST_F(LifeCycle, CleanupFromInsideACallIsRefused)
 {
-    Client& provider = client(rackProvider());
+    Client& provider = client(rackProvider);
     CMPIrc rc = CMPI_RC_OK;
     racks.inside = [&] { rc = provider.cleanup(true).rc; };
     EXPECT_TRUE(provider.enumerateInstances(classPath("Demo_Rack")).ok());
@@ -126,7 +126,7 @@ TEST_F(LifeCycle, CallsOfOneProviderRunInParallel)
     racks.keepModels = false;
     Latch together(2);
     racks.inside = [&] { together.arriveAndWait(); };
-    Client& provider = client(rackProvider());
+    Client& provider = client(rackProvider);
     std::thread other([&] { EXPECT_TRUE(provider.enumerateInstances(classPath("Demo_Rack")).ok()); });
     EXPECT_EQ(provider.getInstance(rackPath("r1")).rc, CMPI_RC_ERR_NOT_FOUND);
     other.join();
@@ -147,7 +147,7 @@ TEST_F(LifeCycle, CleanupWaitsForCallsInFlight)
         EXPECT_EQ(racks.alive, 1);
         finished = true;
     };
-    Client provider(broker, rackProvider());
+    Client provider(broker, rackProvider);
     std::thread caller([&] { EXPECT_TRUE(provider.enumerateInstances(classPath("Demo_Rack")).ok()); });
     inside.wait();
     cleaning.arrive();
@@ -167,7 +167,7 @@ TEST_F(LifeCycle, InterfacesMayBeMadeByManyThreads)
             [&]
             {
                 together.arriveAndWait();
-                made = std::make_unique<Client>(broker, rackProvider());
+                made = std::make_unique<Client>(broker, rackProvider);
             });
     for (std::thread& thread : threads)
         thread.join();
@@ -184,7 +184,7 @@ TEST_F(LifeCycle, CleanupRacesWithCalls)
     racks.keepModels = false;
     racks.instances = {rack("r1"), rack("r2")};
     racks.inside = [&] { EXPECT_GE(racks.alive, 1); };
-    Client& provider = client(rackProvider());
+    Client& provider = client(rackProvider);
     Latch together(9);
     std::vector<std::thread> threads;
     for (int n = 0; n < 8; n++)
@@ -217,14 +217,14 @@ class UpCalls : public AdapterTest
     Outcome asProvider(const std::function<void()>& body)
     {
         script<Demo_Lab>().method = [&](Instance*) { body(); };
-        return client(labProvider()).invokeMethod(classPath("Demo_Lab"), "Locate");
+        return client(labProvider).invokeMethod(classPath("Demo_Lab"), "Locate");
     }
 };
 
 TEST_F(UpCalls, AllOperationsReachTheOtherProvider)
 {
-    Client& elements = client(elementProvider());
-    Client& sensors = client(sensorProvider());
+    Client& elements = client(elementProvider);
+    Client& sensors = client(sensorProvider);
     broker.route("Demo_Element", elements.instances, elements.methods);
     broker.route("Demo_Sensor", sensors.instances, sensors.methods);
     script<Demo_Sensor>().method = [](Instance* object)
@@ -279,7 +279,7 @@ TEST_F(UpCalls, AllOperationsReachTheOtherProvider)
 
 TEST_F(UpCalls, AFailureInTheMiddleOfAnEnumerationIsNoShortAnswer)
 {
-    Client& elements = client(elementProvider());
+    Client& elements = client(elementProvider);
     broker.route("Demo_Element", elements.instances, nullptr);
     script<Demo_Element>().instances = {sensor(7)};
     script<Demo_Element>().status = ENUM_INSTANCES_FAILED; // after the first was handed over
@@ -296,7 +296,7 @@ TEST_F(UpCalls, AFailureInTheMiddleOfAnEnumerationIsNoShortAnswer)
 
 TEST_F(UpCalls, ACallMayComeBackToTheSameProvider)
 {
-    Client& racks = client(rackProvider());
+    Client& racks = client(rackProvider);
     broker.route("Demo_Rack", racks.instances, nullptr);
     script<Demo_Rack>().instances = {rack("r1")};
     bool nested = false;
@@ -313,7 +313,7 @@ TEST_F(UpCalls, ACallMayComeBackToTheSameProvider)
 TEST_F(UpCalls, ALoadMayComeBackToTheSameProvider)
 {
     script<Demo_Rack>().load = LOAD_FAILED; // so that it is loaded by the first request
-    Client& racks = client(rackProvider());
+    Client& racks = client(rackProvider);
     broker.route("Demo_Rack", racks.instances, nullptr);
     script<Demo_Rack>().load = LOAD_OK;
     script<Demo_Rack>().insideLoad = [&]

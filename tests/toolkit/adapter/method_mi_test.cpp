@@ -37,7 +37,7 @@ TEST_F(MethodMi, ParametersOfEveryKindGoThereAndBack)
         method->return_value = Demo_Limits::create(true);
         method->return_value->Low.set(-1);
     };
-    Client& labs = client(labProvider());
+    Client& labs = client(labProvider);
     const Outcome outcome = labs.invokeMethod(
         kLab,
         "MEASURE",
@@ -59,7 +59,7 @@ TEST_F(MethodMi, ParametersOfEveryKindGoThereAndBack)
 TEST_F(MethodMi, OutputsThatAreNullAreLeftOut)
 {
     script<Demo_Lab>().method = [](Instance*) {};
-    Client& labs = client(labProvider());
+    Client& labs = client(labProvider);
     const Outcome outcome = labs.invokeMethod(kLab, "Measure");
     EXPECT_TRUE(outcome.ok()) << outcome.message;
     EXPECT_TRUE(outcome.instances.empty() && outcome.data.empty() && outcome.paths.empty());
@@ -73,7 +73,7 @@ TEST_F(MethodMi, StaticMethodsTakeAClassOrAnInstance)
         static_cast<Demo_Lab_Locate_method*>(object)->return_value =
             static_cast<Demo_Rack*>(rack("r9").steal());
     };
-    Client& labs = client(labProvider());
+    Client& labs = client(labProvider);
     for (const Path& path : {classPath("Demo_Lab"), kLab})
         EXPECT_EQ(labs.invokeMethod(path, "locate").texts(), Texts{"root/demo:Demo_Rack.Name=\"r9\""});
     EXPECT_EQ(labs.invokeMethod(classPath("Demo_Lab"), "Measure").texts(),
@@ -84,7 +84,7 @@ TEST_F(MethodMi, InheritedMethodsAndPlainReturnValues)
 {
     script<Demo_Sensor>().method = [](Instance* object)
     { static_cast<Demo_Sensor_Reset_method*>(object)->return_value.set(5); };
-    Client& sensors = client(sensorProvider());
+    Client& sensors = client(sensorProvider);
     EXPECT_EQ(sensors.invokeMethod(sensorPath(7), "reset").texts(), Texts{"u32:5"});
 }
 
@@ -92,8 +92,8 @@ TEST_F(MethodMi, MistakesAreNamed)
 {
     script<Demo_Sensor>().method = [](Instance*) {};
     script<Demo_Lab>().method = [](Instance*) {};
-    Client& sensors = client(sensorProvider());
-    Client& labs = client(labProvider());
+    Client& sensors = client(sensorProvider);
+    Client& labs = client(labProvider);
     const Value one = Value::integer(CMPI_uint32, 1);
     const struct
     {
@@ -171,7 +171,7 @@ TEST_F(MethodMi, MistakesAreNamed)
 
 TEST_F(MethodMi, StatusesAndFailuresLeaveNoHalfOfAnAnswer)
 {
-    Client& labs = client(labProvider());
+    Client& labs = client(labProvider);
     script<Demo_Lab>().method = [](Instance* object)
     {
         auto* method = static_cast<Demo_Lab_Measure_method*>(object);

@@ -138,22 +138,11 @@ Value valueOf(const CMPIValue* value, CMPIType type)
         return Value::real32(value->real32);
     case CMPI_real64:
         return Value::real64(value->real64);
-    case CMPI_uint8:
-        return Value::integer(type, value->uint8);
-    case CMPI_uint16:
-        return Value::integer(type, value->uint16);
-    case CMPI_uint32:
-        return Value::integer(type, value->uint32);
-    case CMPI_uint64:
-        return Value::integer(type, value->uint64);
-    case CMPI_sint8:
-        return Value::integer(type, static_cast<CMPIUint64>(value->sint8));
-    case CMPI_sint16:
-        return Value::integer(type, static_cast<CMPIUint64>(value->sint16));
-    case CMPI_sint32:
-        return Value::integer(type, static_cast<CMPIUint64>(value->sint32));
-    case CMPI_sint64:
-        return Value::integer(type, static_cast<CMPIUint64>(value->sint64));
+#define RETURN_VALUE(MEMBER, PREFIX)                                                                         \
+    case CMPI_##MEMBER:                                                                                      \
+        return Value::integer(type, static_cast<CMPIUint64>(value->MEMBER));
+        TEST_BROKER_INTEGERS(RETURN_VALUE)
+#undef RETURN_VALUE
     default:
         return Value();
     }

@@ -232,35 +232,47 @@ class Scripted_Association : public Scripted<C>
 {
   public:
     Enum_Associator_Names_Status enum_associator_names(const Instance*,
-                                                       const String&,
-                                                       const String&,
-                                                       const String&,
+                                                       const String& resultClass,
+                                                       const String& role,
+                                                       const String& resultRole,
                                                        Enum_Associator_Names_Handler<Instance>* handler)
     {
-        return native(this->_script.nativeAssociatorNames, handler, ENUM_ASSOCIATOR_NAMES_UNSUPPORTED);
+        return native(this->_script.nativeAssociatorNames,
+                      {resultClass, role, resultRole},
+                      handler,
+                      ENUM_ASSOCIATOR_NAMES_UNSUPPORTED);
     }
 
     Enum_Associators_Status enum_associators(const Instance*,
-                                             const String&,
-                                             const String&,
-                                             const String&,
+                                             const String& resultClass,
+                                             const String& role,
+                                             const String& resultRole,
                                              Enum_Associators_Handler<Instance>* handler)
     {
-        return native(this->_script.nativeAssociators, handler, ENUM_ASSOCIATORS_UNSUPPORTED);
+        return native(this->_script.nativeAssociators,
+                      {resultClass, role, resultRole},
+                      handler,
+                      ENUM_ASSOCIATORS_UNSUPPORTED);
     }
 
     Enum_References_Status
-    enum_references(const Instance*, const C*, const String&, Enum_References_Handler<C>* handler)
+    enum_references(const Instance*, const C*, const String& role, Enum_References_Handler<C>* handler)
     {
-        return native(this->_script.nativeReferences, handler, ENUM_REFERENCES_UNSUPPORTED);
+        return native(this->_script.nativeReferences, {role}, handler, ENUM_REFERENCES_UNSUPPORTED);
     }
 
   private:
     template <class Handler, class Status>
-    Status native(const std::vector<Ref<Instance>>* answer, Handler* handler, Status unsupported)
+    Status native(const std::vector<Ref<Instance>>* answer,
+                  const std::vector<String>& filters,
+                  Handler* handler,
+                  Status unsupported)
     {
         if (!answer)
             return unsupported;
+        this->_script.filters.clear();
+        for (const String& filter : filters)
+            this->_script.filters += std::string(filter.c_str()) + ";";
         for (const Ref<Instance>& instance : *answer)
         {
             ref(instance.ptr());
@@ -342,6 +354,7 @@ CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_RackAboveRack_Provider);
 CIMPLE_CMPI_ASSOCIATION_PROVIDER2(Demo_RackAboveRack_Provider, Demo_RackAboveRack);
 CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_Dependency_Provider);
 CIMPLE_CMPI_INDICATION_PROVIDER(Demo_SensorAlert_Provider);
+CIMPLE_CMPI_INDICATION_PROVIDER2(Demo_SensorAlert_Provider, Demo_SensorAlert);
 
 namespace adapter_test
 {
@@ -356,45 +369,16 @@ namespace adapter_test
     }
 
 // Some go through the entry points named after the class, some through those of the provider.
-test_broker::Factories rackProvider()
-{
-    return INSTANCE_FACTORIES(Demo_Rack);
-}
-test_broker::Factories elementProvider()
-{
-    return INSTANCE_FACTORIES(Demo_Element_Provider);
-}
-test_broker::Factories sensorProvider()
-{
-    return INSTANCE_FACTORIES(Demo_Sensor_Provider);
-}
-test_broker::Factories everythingProvider()
-{
-    return INSTANCE_FACTORIES(Demo_Everything_Provider);
-}
-test_broker::Factories labProvider()
-{
-    return INSTANCE_FACTORIES(Demo_Lab_Provider);
-}
-test_broker::Factories sensorInRackProvider()
-{
-    return ASSOCIATION_FACTORIES(Demo_SensorInRack_Provider);
-}
-test_broker::Factories rackAboveRackProvider()
-{
-    return ASSOCIATION_FACTORIES(Demo_RackAboveRack);
-}
-test_broker::Factories dependencyProvider()
-{
-    return ASSOCIATION_FACTORIES(Demo_Dependency_Provider);
-}
-test_broker::Factories alertProvider()
-{
-    return {nullptr,
-            Demo_SensorAlert_Provider_Create_MethodMI,
-            nullptr,
-            Demo_SensorAlert_Provider_Create_IndicationMI};
-}
+const test_broker::Factories rackProvider = INSTANCE_FACTORIES(Demo_Rack);
+const test_broker::Factories elementProvider = INSTANCE_FACTORIES(Demo_Element_Provider);
+const test_broker::Factories sensorProvider = INSTANCE_FACTORIES(Demo_Sensor_Provider);
+const test_broker::Factories everythingProvider = INSTANCE_FACTORIES(Demo_Everything_Provider);
+const test_broker::Factories labProvider = INSTANCE_FACTORIES(Demo_Lab_Provider);
+const test_broker::Factories sensorInRackProvider = ASSOCIATION_FACTORIES(Demo_SensorInRack_Provider);
+const test_broker::Factories rackAboveRackProvider = ASSOCIATION_FACTORIES(Demo_RackAboveRack);
+const test_broker::Factories dependencyProvider = ASSOCIATION_FACTORIES(Demo_Dependency_Provider);
+const test_broker::Factories alertProvider = {
+    nullptr, Demo_SensorAlert_Create_MethodMI, nullptr, Demo_SensorAlert_Create_IndicationMI};
 
 Ref<Instance> rack(const char* name)
 {

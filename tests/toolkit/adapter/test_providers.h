@@ -69,6 +69,8 @@ struct Script
     const std::vector<Ref<Instance>>* nativeAssociatorNames = nullptr;
     const std::vector<Ref<Instance>>* nativeReferences = nullptr;
 
+    std::string filters; // of the last question: result class, role and result role
+
     // What the indication provider does when it is switched on and off: 0 or a status. `handle` hands an
     // indication over; it is good until the provider is switched off.
     typedef std::function<bool(Instance* indication)> Handle;
@@ -103,15 +105,15 @@ Script& script()
 std::string textOf(const Instance* instance);
 
 // The entry points of a provider.
-test_broker::Factories rackProvider();
-test_broker::Factories elementProvider();
-test_broker::Factories sensorProvider();
-test_broker::Factories everythingProvider();
-test_broker::Factories labProvider();
-test_broker::Factories sensorInRackProvider();
-test_broker::Factories rackAboveRackProvider();
-test_broker::Factories dependencyProvider();
-test_broker::Factories alertProvider();
+extern const test_broker::Factories rackProvider;
+extern const test_broker::Factories elementProvider;
+extern const test_broker::Factories sensorProvider;
+extern const test_broker::Factories everythingProvider;
+extern const test_broker::Factories labProvider;
+extern const test_broker::Factories sensorInRackProvider;
+extern const test_broker::Factories rackAboveRackProvider;
+extern const test_broker::Factories dependencyProvider;
+extern const test_broker::Factories alertProvider;
 
 // Short forms.
 Ref<Instance> rack(const char* name);

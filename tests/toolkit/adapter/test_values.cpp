@@ -67,29 +67,13 @@ Value Value::integer(CMPIType type, CMPIUint64 bits)
     Value value = make(type);
     switch (type)
     {
-    case CMPI_uint8:
-        value.scalar.uint8 = static_cast<CMPIUint8>(bits);
+#define SET(MEMBER, PREFIX)                                                                                  \
+    case CMPI_##MEMBER:                                                                                      \
+        value.scalar.MEMBER = static_cast<decltype(value.scalar.MEMBER)>(bits);                              \
         break;
-    case CMPI_uint16:
-        value.scalar.uint16 = static_cast<CMPIUint16>(bits);
-        break;
-    case CMPI_uint32:
-        value.scalar.uint32 = static_cast<CMPIUint32>(bits);
-        break;
-    case CMPI_uint64:
-        value.scalar.uint64 = bits;
-        break;
-    case CMPI_sint8:
-        value.scalar.sint8 = static_cast<CMPISint8>(bits);
-        break;
-    case CMPI_sint16:
-        value.scalar.sint16 = static_cast<CMPISint16>(bits);
-        break;
-    case CMPI_sint32:
-        value.scalar.sint32 = static_cast<CMPISint32>(bits);
-        break;
+        TEST_BROKER_INTEGERS(SET)
+#undef SET
     default:
-        value.scalar.sint64 = static_cast<CMPISint64>(bits);
         break;
     }
     return value;
@@ -189,30 +173,11 @@ std::string textOf(const Value& value)
     case CMPI_char16:
         snprintf(text, sizeof text, "c:%u", value.scalar.char16);
         break;
-    case CMPI_uint8:
-        snprintf(text, sizeof text, "u8:%u", value.scalar.uint8);
-        break;
-    case CMPI_uint16:
-        snprintf(text, sizeof text, "u16:%u", value.scalar.uint16);
-        break;
-    case CMPI_uint32:
-        snprintf(text, sizeof text, "u32:%u", value.scalar.uint32);
-        break;
-    case CMPI_uint64:
-        snprintf(text, sizeof text, "u64:%llu", value.scalar.uint64);
-        break;
-    case CMPI_sint8:
-        snprintf(text, sizeof text, "s8:%d", value.scalar.sint8);
-        break;
-    case CMPI_sint16:
-        snprintf(text, sizeof text, "s16:%d", value.scalar.sint16);
-        break;
-    case CMPI_sint32:
-        snprintf(text, sizeof text, "s32:%d", value.scalar.sint32);
-        break;
-    case CMPI_sint64:
-        snprintf(text, sizeof text, "s64:%lld", value.scalar.sint64);
-        break;
+#define RETURN_TEXT(MEMBER, PREFIX)                                                                          \
+    case CMPI_##MEMBER:                                                                                      \
+        return PREFIX + std::to_string(value.scalar.MEMBER);
+        TEST_BROKER_INTEGERS(RETURN_TEXT)
+#undef RETURN_TEXT
     case CMPI_real32:
         snprintf(text, sizeof text, "r32:%.9g", static_cast<double>(value.scalar.real32));
         break;
