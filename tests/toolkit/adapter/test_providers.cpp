@@ -292,7 +292,7 @@ class Scripted_Association : public Scripted<C>
 CIMPLE_NAMESPACE_BEGIN
 
 #define TEST_PROVIDER_PARAMETERS                                                                             \
-    const Registration *registration, int operation, void *arg0, void *arg1, void *arg2, void *arg3,         \
+    const cimple::Registration *registration, int operation, void *arg0, void *arg1, void *arg2, void *arg3, \
         void *arg4, void *arg5, void *arg6, void *arg7
 #define TEST_PROVIDER_ARGUMENTS registration, operation, arg0, arg1, arg2, arg3, arg4, arg5, arg6, arg7
 
@@ -331,17 +331,28 @@ struct Demo_SensorAlert_Provider : public adapter_test::Scripted_Alert,
 
 CIMPLE_NAMESPACE_END
 
-CIMPLE_MODULE(Adapter_Test_Module);
+// Some are registered with a function of the module, some with their own.
+#define TEST_PROC(CLASS)                                                                                     \
+    static int __cimple_##CLASS##_Provider_proc(TEST_PROVIDER_PARAMETERS)                                    \
+    {                                                                                                        \
+        return cimple::CLASS##_Provider::proc(TEST_PROVIDER_ARGUMENTS);                                      \
+    }
+TEST_PROC(Demo_Rack)
+TEST_PROC(Demo_SensorInRack)
+TEST_PROC(Demo_SensorAlert)
 
-CIMPLE_PROVIDER(Demo_Rack_Provider);
+CIMPLE_MODULE(Adapter_Test_Module);
+CIMPLE_CLASS_DEPENDENCY(Demo_Limits);
+
+CIMPLE_INSTANCE_PROVIDER(Demo_Rack_Provider);
 CIMPLE_PROVIDER(Demo_Element_Provider);
 CIMPLE_PROVIDER(Demo_Sensor_Provider);
 CIMPLE_PROVIDER(Demo_Everything_Provider);
 CIMPLE_PROVIDER(Demo_Lab_Provider);
-CIMPLE_PROVIDER(Demo_SensorInRack_Provider);
+CIMPLE_ASSOCIATION_PROVIDER(Demo_SensorInRack_Provider);
 CIMPLE_PROVIDER(Demo_RackAboveRack_Provider);
 CIMPLE_PROVIDER(Demo_Dependency_Provider);
-CIMPLE_PROVIDER(Demo_SensorAlert_Provider);
+CIMPLE_INDICATION_PROVIDER(Demo_SensorAlert_Provider);
 
 CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Rack_Provider);
 CIMPLE_CMPI_INSTANCE_PROVIDER2(Demo_Rack_Provider, Demo_Rack);

@@ -6,6 +6,23 @@ using namespace cimple;
 
 namespace
 {
+// A class without features and repository.
+Meta_Class class_named(const char* name, const Meta_Class* super)
+{
+    return {CIMPLE_ATOMIC_INITIALIZER,
+            CIMPLE_FLAG_CLASS,
+            name,
+            nullptr,
+            0,
+            nullptr,
+            0,
+            0,
+            nullptr,
+            super,
+            0,
+            nullptr};
+}
+
 TEST(MetaClassTest, FindsFeaturesByKindAndName)
 {
     const Meta_Class* const mc = &Demo_Sensor::static_meta_class;
@@ -31,18 +48,7 @@ TEST(MetaClassTest, FindsFeaturesByKindAndName)
 TEST(MetaClassTest, KnowsSubclassesByName)
 {
     // The same class as another library would describe it.
-    const Meta_Class foreign_element = {CIMPLE_ATOMIC_INITIALIZER,
-                                        CIMPLE_FLAG_CLASS,
-                                        "DEMO_ELEMENT",
-                                        nullptr,
-                                        0,
-                                        nullptr,
-                                        0,
-                                        0,
-                                        nullptr,
-                                        nullptr,
-                                        0,
-                                        nullptr};
+    const Meta_Class foreign_element = class_named("DEMO_ELEMENT", nullptr);
     const Meta_Class* const sensor = &Demo_Sensor::static_meta_class;
     const Meta_Class* const element = &Demo_Element::static_meta_class;
     const Meta_Class* const rack = &Demo_Rack::static_meta_class;
@@ -65,18 +71,7 @@ TEST(MetaClassTest, FindsClasses)
     EXPECT_EQ(find_meta_class(&Demo_Sensor::static_meta_class, "Demo_Ra"), nullptr);
     EXPECT_EQ(find_meta_class(&demo_repository, "DEMO_EVERYTHING"), &Demo_Everything::static_meta_class);
 
-    const Meta_Class orphan = {CIMPLE_ATOMIC_INITIALIZER,
-                               CIMPLE_FLAG_CLASS,
-                               "Demo_Orphan",
-                               nullptr,
-                               0,
-                               nullptr,
-                               0,
-                               0,
-                               nullptr,
-                               &Demo_Rack::static_meta_class,
-                               0,
-                               nullptr};
+    const Meta_Class orphan = class_named("Demo_Orphan", &Demo_Rack::static_meta_class);
     EXPECT_EQ(find_meta_class(&orphan, "Demo_Orphan"), &orphan);
     EXPECT_EQ(find_meta_class(&orphan, "Demo_Rack"), &Demo_Rack::static_meta_class);
     EXPECT_EQ(find_meta_class(&orphan, "Demo_Sensor"), nullptr) << "it has no repository";

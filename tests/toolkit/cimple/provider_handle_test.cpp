@@ -275,64 +275,51 @@ const struct
     {2, 0, 2, false},
 };
 
-TEST_F(ProviderHandleTest, AssociatorNamesFallBackToEnumeration)
+TEST_F(ProviderHandleTest, AssociatorNamesAndReferencesFallBackToEnumeration)
 {
     Provider_Handle handle(&link_provider);
-    for (const auto& row : kAssociationRows)
-    {
-        script = Script();
-        hold_three_links();
-        const int base = ENUM_ASSOCIATOR_NAMES_FAILED;
-        script.answers = {{OPERATION_ENUM_INSTANCES, row.enumerate}};
-        if (row.own >= 0)
-            script.answers[OPERATION_ENUM_ASSOCIATOR_NAMES] = base + row.own;
-        const int expected = row.falls_back && row.enumerate == 0 ? 0 : base + row.expected;
-
-        Receiver receiver;
-        EXPECT_EQ(handle.enum_associator_names(demo::rack("b").ptr(),
-                                               "",
-                                               "",
-                                               "",
-                                               receive<const Instance, Enum_Associator_Names_Status>,
-                                               &receiver),
-                  expected)
-            << row.own << " " << row.enumerate;
-        if (row.falls_back)
-        {
-            EXPECT_EQ(receiver.results,
-                      std::vector<std::string>({"Demo_Rack.Name=\"a\"", "Demo_Rack.Name=\"c\""}));
-            EXPECT_EQ(receiver.closing, std::vector<int>({expected})) << "exactly one closing call";
-        }
-        expect_released();
-    }
-}
-
-TEST_F(ProviderHandleTest, ReferencesFallBackToEnumeration)
-{
-    Provider_Handle handle(&link_provider);
+    const Ref<Demo_Rack> source = demo::rack("b");
     const Ref<Demo_RackAboveRack> model(Demo_RackAboveRack::create());
-    for (const auto& row : kAssociationRows)
+    for (const bool names : {true, false})
     {
-        script = Script();
-        hold_three_links();
-        const int base = ENUM_REFERENCES_FAILED;
-        script.answers = {{OPERATION_ENUM_INSTANCES, row.enumerate}};
-        if (row.own >= 0)
-            script.answers[OPERATION_ENUM_REFERENCES] = base + row.own;
-        const int expected = row.falls_back && row.enumerate == 0 ? 0 : base + row.expected;
-
-        Receiver receiver;
-        EXPECT_EQ(
-            handle.enum_references(
-                demo::rack("b").ptr(), model.ptr(), "", receive<Instance, Enum_References_Status>, &receiver),
-            expected)
-            << row.own << " " << row.enumerate;
-        if (row.falls_back)
+        for (const auto& row : kAssociationRows)
         {
-            EXPECT_EQ(receiver.results.size(), 2u);
-            EXPECT_EQ(receiver.closing, std::vector<int>({expected})) << "exactly one closing call";
+            script = Script();
+            hold_three_links();
+            const int base = names ? int(ENUM_ASSOCIATOR_NAMES_FAILED) : int(ENUM_REFERENCES_FAILED);
+            script.answers = {{OPERATION_ENUM_INSTANCES, row.enumerate}};
+            if (row.own >= 0)
+                script.answers[names ? OPERATION_ENUM_ASSOCIATOR_NAMES : OPERATION_ENUM_REFERENCES] =
+                    base + row.own;
+            const int expected = row.falls_back && row.enumerate == 0 ? 0 : base + row.expected;
+
+            Receiver receiver;
+            const int status =
+                names
+                    ? int(handle.enum_associator_names(source.ptr(),
+                                                       "",
+                                                       "",
+                                                       "",
+                                                       receive<const Instance, Enum_Associator_Names_Status>,
+                                                       &receiver))
+                    : int(handle.enum_references(source.ptr(),
+                                                 model.ptr(),
+                                                 "",
+                                                 receive<Instance, Enum_References_Status>,
+                                                 &receiver));
+            EXPECT_EQ(status, expected) << names << " " << row.own << " " << row.enumerate;
+            if (row.falls_back)
+            {
+                EXPECT_EQ(receiver.results.size(), 2u);
+                if (names)
+                {
+                    EXPECT_EQ(receiver.results,
+                              std::vector<std::string>({"Demo_Rack.Name=\"a\"", "Demo_Rack.Name=\"c\""}));
+                }
+                EXPECT_EQ(receiver.closing, std::vector<int>({expected})) << "exactly one closing call";
+            }
+            expect_released();
         }
-        expect_released();
     }
 }
 

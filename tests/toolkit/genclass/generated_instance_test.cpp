@@ -1,4 +1,4 @@
-// Instances of generated classes: defaults of every type, embedded instances, keys and narrowed references.
+// Instances of generated classes: defaults of every type.
 #include <cimple/cimple.h>
 #include <gtest/gtest.h>
 #include <limits>
@@ -71,56 +71,6 @@ TEST(GeneratedInstance, ArrayDefaults)
     EXPECT_TRUE(x->Fixed.null);
     EXPECT_FALSE(x->Empty.null);
     EXPECT_EQ(x->Empty.value.size(), 0u);
-}
-
-TEST(GeneratedInstance, ACloneOwnsCopiesOfWhatIsEmbedded)
-{
-    Owned<Test_Twig> twig(Test_Twig::create(true));
-    EXPECT_EQ(twig->Corner, nullptr);
-    EXPECT_TRUE(twig->Level.null);
-    twig->Corner = Test_Point::create(true);
-    twig->Corner->X.set(3);
-    twig->Outline.value.append(Test_Point::create(true));
-    twig->Anything = Test_Nothing::create(true);
-    twig->Things.value.append(Test_Nothing::create(true));
-
-    Owned<Test_Twig> copy(twig->clone());
-    twig->Corner->X.set(4);
-    EXPECT_EQ(copy->Corner->X.value, 3);
-    ASSERT_EQ(copy->Outline.value.size(), 1u);
-    EXPECT_NE(copy->Outline.value[0], twig->Outline.value[0]);
-    EXPECT_TRUE(is_a<Test_Nothing>(copy->Anything));
-    EXPECT_TRUE(is_a<Test_Nothing>(copy->Things.value[0]));
-}
-
-TEST(GeneratedInstance, ASubclassReadsAsItsSuperclassAndSharesItsKeys)
-{
-    Owned<Test_Twig> twig(Test_Twig::create(true));
-    twig->Id.set("t1");
-    twig->Slot.set(4);
-    twig->Label.set("label");
-    const Test_Base* base = cast<const Test_Base*>(twig.instance);
-    ASSERT_NE(base, nullptr);
-    EXPECT_STREQ(base->Label.value.c_str(), "label");
-
-    Owned<Test_Leaf> leaf(Test_Leaf::create(true));
-    leaf->Id.set("t1");
-    leaf->Slot.set(4);
-    EXPECT_TRUE(key_eq(twig.instance, leaf.instance));
-    leaf->Slot.set(5);
-    EXPECT_FALSE(key_eq(twig.instance, leaf.instance));
-}
-
-TEST(GeneratedInstance, ANarrowedReferenceHoldsTheSubclass)
-{
-    Owned<Test_LeafLink> link(Test_LeafLink::create(true));
-    link->Part = Test_Leaf::create(true);
-    link->Part->Moves.set(1);
-    const Test_Link* wide = cast<const Test_Link*>(link.instance);
-    ASSERT_NE(wide, nullptr);
-    EXPECT_TRUE(is_a<Test_Leaf>(wide->Part));
-    EXPECT_EQ(find_meta_class(&Test_Twig::static_meta_class, "test_leaflink"),
-              &Test_LeafLink::static_meta_class);
 }
 
 } // namespace
