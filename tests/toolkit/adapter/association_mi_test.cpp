@@ -272,12 +272,7 @@ TEST_F(AssociationMi, AnEndThatCannotBeDeliveredStopsTheSearch)
 TEST_F(AssociationMi, AnAssociationOfAnythingTellsItsEndsApartByClass)
 {
     const auto dependency = [](Ref<Instance> antecedent, Ref<Instance> dependent)
-    {
-        Demo_Dependency* link = Demo_Dependency::create(true);
-        link->Antecedent = antecedent.steal();
-        link->Dependent = dependent.steal();
-        return Ref<Instance>(static_cast<Instance*>(link));
-    };
+    { return Ref<Instance>(demo::dependency(antecedent.steal(), dependent.steal()).steal()); };
     script<Demo_Dependency>().instances = {dependency(rack("r1"), sensor(7)),
                                            dependency(sensor(7), rack("r2"))};
     Client& links = client(dependencyProvider);

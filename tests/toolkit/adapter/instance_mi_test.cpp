@@ -31,7 +31,7 @@ TEST_F(InstanceMi, EnumerationDeliversPathsAndInstancesOfTheirOwnClass)
 TEST_F(InstanceMi, EnumeratedInstancesStayTheProvidersAndUnchanged)
 {
     script<Demo_Sensor>().instances = {sensor(7), sensor(8)};
-    const std::string before = textOf(script<Demo_Sensor>().instances[0].ptr());
+    const std::string before = demo::text_of(script<Demo_Sensor>().instances[0].ptr());
     Client& sensors = client(sensorProvider);
     sensors.enumerateInstances(classPath("Demo_Sensor"), {{"Label"}});
     sensors.enumerateInstanceNames(classPath("Demo_Sensor"));
@@ -39,7 +39,7 @@ TEST_F(InstanceMi, EnumeratedInstancesStayTheProvidersAndUnchanged)
     sensors.enumerateInstances(classPath("Demo_Sensor"));
     for (const Ref<Instance>& instance : script<Demo_Sensor>().instances)
         EXPECT_EQ(instance.count(), 1u);
-    EXPECT_EQ(textOf(script<Demo_Sensor>().instances[0].ptr()), before);
+    EXPECT_EQ(demo::text_of(script<Demo_Sensor>().instances[0].ptr()), before);
 }
 
 // Otherwise a server keeps pointers, perhaps.
@@ -63,9 +63,7 @@ TEST_F(InstanceMi, ResultsAreKeptUnlessTheBrokerCopiesThem)
 TEST_F(InstanceMi, EnumerationIsLimitedToTheClassAskedFor)
 {
     script<Demo_Element>().instances = {sensor(7)};
-    Demo_Element* plain = Demo_Element::create(true);
-    plain->Id.set(1);
-    script<Demo_Element>().instances.emplace_back(static_cast<Instance*>(plain));
+    script<Demo_Element>().instances.emplace_back(demo::element(1).steal());
     Client& elements = client(elementProvider);
 
     const struct
@@ -192,9 +190,7 @@ TEST_F(InstanceMi, GetInstanceWantsExactlyTheKeysOfTheClass)
 
 TEST_F(InstanceMi, AnInstanceOfAnotherClassIsNotFound)
 {
-    Demo_Element* plain = Demo_Element::create(true);
-    plain->Id.set(7);
-    script<Demo_Element>().instances.emplace_back(static_cast<Instance*>(plain));
+    script<Demo_Element>().instances.emplace_back(demo::element(7).steal());
     const Outcome outcome = client(elementProvider).getInstance(sensorPath(7));
     EXPECT_EQ(outcome.rc, CMPI_RC_ERR_NOT_FOUND) << outcome.message;
 }

@@ -247,7 +247,7 @@ TEST_F(UpCalls, AllOperationsReachTheOtherProvider)
 
             const Ref<Instance> found = cimom::get_instance("root/demo", element);
             ASSERT_TRUE(found);
-            EXPECT_NE(textOf(found.ptr()).find("outlet"), std::string::npos);
+            EXPECT_NE(demo::text_of(found.ptr()).find("outlet"), std::string::npos);
 
             size_t count = 0;
             Instance_Enumerator all;

@@ -2,6 +2,7 @@
 #include "test_providers.h"
 
 #include <demo_meta.h>
+#include <demo_objects.h>
 
 #include <map>
 #include <memory>
@@ -70,18 +71,6 @@ Script& script(const char* className)
 {
     static std::map<std::string, Script> scripts;
     return scripts[className];
-}
-
-std::string textOf(const Instance* instance)
-{
-    char* text = nullptr;
-    size_t size = 0;
-    FILE* stream = open_memstream(&text, &size);
-    fprint(stream, instance);
-    fclose(stream);
-    std::string result(text, size);
-    free(text);
-    return result;
 }
 
 namespace
@@ -181,7 +170,7 @@ class Scripted
     {
         if (_script.keepModels && model)
         {
-            _script.model = textOf(model);
+            _script.model = demo::text_of(model);
             _script.modelNameSpace = model->__name_space.c_str();
         }
         if (_script.inside)
@@ -393,26 +382,20 @@ const test_broker::Factories alertProvider = {
 
 Ref<Instance> rack(const char* name)
 {
-    Demo_Rack* rack = Demo_Rack::create(true);
-    rack->Name.set(name);
-    return Ref<Instance>(rack);
+    return Ref<Instance>(demo::rack(name).steal());
 }
 
 Ref<Instance> sensor(uint32 id, const char* label)
 {
-    Demo_Sensor* sensor = Demo_Sensor::create(true);
-    sensor->Id.set(id);
+    Ref<Demo_Sensor> sensor = demo::sensor(id);
     if (label)
         sensor->Label.set(label);
-    return Ref<Instance>(sensor);
+    return Ref<Instance>(sensor.steal());
 }
 
 Ref<Instance> sensorInRack(const char* rackName, uint32 sensorId)
 {
-    Demo_SensorInRack* link = Demo_SensorInRack::create(true);
-    link->Rack = static_cast<Demo_Rack*>(rack(rackName).steal());
-    link->Sensor = static_cast<Demo_Sensor*>(sensor(sensorId).steal());
-    return Ref<Instance>(link);
+    return Ref<Instance>(demo::sensor_in_rack(rackName, sensorId).steal());
 }
 
 Ref<Instance> alert(const char* text)
@@ -424,10 +407,7 @@ Ref<Instance> alert(const char* text)
 
 Ref<Instance> rackAboveRack(const char* upper, const char* lower)
 {
-    Demo_RackAboveRack* link = Demo_RackAboveRack::create(true);
-    link->Upper = static_cast<Demo_Rack*>(rack(upper).steal());
-    link->Lower = static_cast<Demo_Rack*>(rack(lower).steal());
-    return Ref<Instance>(link);
+    return Ref<Instance>(demo::rack_above_rack(upper, lower).steal());
 }
 
 test_broker::Path classPath(const char* className)

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cimple/cimple.h>
-#include <demo_classes.h>
+#include <demo_objects.h>
 
 #include <atomic>
 #include <functional>
@@ -100,9 +100,6 @@ Script& script()
 {
     return script(Class::static_meta_class.name);
 }
-
-// "Demo_Rack{Name=r1}": non-null properties as toolkit text, for models and what providers get.
-std::string textOf(const Instance* instance);
 
 // The entry points of a provider.
 extern const test_broker::Factories rackProvider;

@@ -1,6 +1,6 @@
-// Makers of demo instances and texts of instances, for tests of the library.
-#ifndef TESTS_TOOLKIT_CIMPLE_DEMO_OBJECTS_H
-#define TESTS_TOOLKIT_CIMPLE_DEMO_OBJECTS_H
+// Makers of demo instances and texts of instances, for tests of the library and of the adapter.
+#ifndef TESTS_TOOLKIT_DEMO_DEMO_OBJECTS_H
+#define TESTS_TOOLKIT_DEMO_DEMO_OBJECTS_H
 
 #include "demo_classes.h"
 #include <string>
