@@ -180,26 +180,20 @@ const CMPIDateTimeFT* kindOf(const CMPIDateTime*, std::string*)
 
 const CMPIObjectPathFT* kindOf(const CMPIObjectPath*, Path*)
 {
-    static const CMPIObjectPathFT table = {CMPIVersion200,
-                                           release<CMPIObjectPath>,
-                                           clone<CMPIObjectPath>,
-                                           nullptr,
-                                           getNameSpace,
-                                           nullptr,
-                                           nullptr,
-                                           nullptr,
-                                           getClassName,
-                                           addKey,
-                                           get,
-                                           getAt,
-                                           count,
-                                           nullptr,
-                                           nullptr,
-                                           nullptr,
-                                           nullptr,
-                                           nullptr,
-                                           nullptr,
-                                           nullptr};
+    static const CMPIObjectPathFT table = []
+    {
+        CMPIObjectPathFT t = {};
+        t.ftVersion = CMPIVersion200;
+        t.release = release<CMPIObjectPath>;
+        t.clone = clone<CMPIObjectPath>;
+        t.getNameSpace = getNameSpace;
+        t.getClassName = getClassName;
+        t.addKey = addKey;
+        t.getKey = get;
+        t.getKeyAt = getAt;
+        t.getKeyCount = count;
+        return t;
+    }();
     return &table;
 }
 

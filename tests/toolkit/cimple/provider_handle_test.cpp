@@ -307,6 +307,13 @@ TEST_F(ProviderHandleTest, FallbacksStopWhenNothingMoreIsWanted)
                                  receive<const Instance, Enum_Associator_Names_Status>,
                                  &filtered);
     EXPECT_EQ(filtered.results, std::vector<std::string>({"Demo_Rack.Name=\"a\""}));
+
+    Receiver above; // links in which b is the upper one
+    const Ref<Demo_RackAboveRack> model(Demo_RackAboveRack::create());
+    handle.enum_references(
+        demo::rack("b").ptr(), model.ptr(), "upper", receive<Instance, Enum_References_Status>, &above);
+    EXPECT_EQ(above.results,
+              std::vector<std::string>({demo::path_of(demo::rack_above_rack("b", "c").ptr())}));
 }
 
 TEST_F(ProviderHandleTest, OnlyAssociationsHaveEnds)

@@ -92,22 +92,6 @@ TEST(ThreadTest, RunsUnderAChildOfItsCreatorsContext)
     }
 }
 
-TEST(ThreadTest, CallsTheServerFromAChild)
-{
-    Events events;
-    Context context(events, "parent");
-    const Context_Guard guard(context);
-    Thread thread;
-    String user;
-    const auto ask = [](void* arg) -> void*
-    { return cimom::get_username(*static_cast<String*>(arg)) ? arg : nullptr; };
-    ASSERT_EQ(Thread::create_joinable(thread, ask, &user), 0);
-    void* result = nullptr;
-    ASSERT_EQ(Thread::join(thread, result), 0);
-    EXPECT_EQ(result, &user);
-    EXPECT_EQ(user, "parent.child");
-}
-
 TEST(ThreadTest, NamesThreads)
 {
     EXPECT_TRUE(Thread::equal(Thread::self(), Thread::self()));
