@@ -242,6 +242,7 @@ TEST_F(UpCalls, AllOperationsReachTheOtherProvider)
             element->Label.set("inlet");
             EXPECT_EQ(cimom::create_instance("root/demo", element), 0);
             EXPECT_EQ(cimom::create_instance("root/demo", element), -1); // it exists
+            EXPECT_EQ(cimom::create_instance("root/demo", demo::element(8).ptr()), 0);
             element->Label.set("outlet");
             EXPECT_EQ(cimom::modify_instance("root/demo", element), 0);
 
@@ -257,7 +258,7 @@ TEST_F(UpCalls, AllOperationsReachTheOtherProvider)
                 EXPECT_EQ(all()->meta_class, &Demo_Element::static_meta_class);
                 count++;
             }
-            EXPECT_EQ(count, 1u);
+            EXPECT_EQ(count, 2u);
             EXPECT_EQ(cimom::delete_instance("root/demo", element), 0);
             EXPECT_FALSE(cimom::get_instance("root/demo", element));
 

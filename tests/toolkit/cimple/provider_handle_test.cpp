@@ -49,6 +49,8 @@ int scripted_proc(
 }
 
 Registration* head = nullptr;
+Registration sensor_provider(
+    "Demo", "Demo_SensorInRack_Provider", scripted_proc, &Demo_SensorInRack::static_meta_class, head);
 Registration rack_provider("Demo", "Demo_Rack_Provider", scripted_proc, &Demo_Rack::static_meta_class, head);
 Registration link_provider(
     "Demo", "Demo_RackAboveRack_Provider", scripted_proc, &Demo_RackAboveRack::static_meta_class, head);
@@ -314,6 +316,19 @@ TEST_F(ProviderHandleTest, FallbacksStopWhenNothingMoreIsWanted)
         demo::rack("b").ptr(), model.ptr(), "upper", receive<Instance, Enum_References_Status>, &above);
     EXPECT_EQ(above.results,
               std::vector<std::string>({demo::path_of(demo::rack_above_rack("b", "c").ptr())}));
+}
+
+TEST_F(ProviderHandleTest, ASourceIsOfTheEndsClass)
+{
+    Provider_Handle handle(&sensor_provider);
+    script.instances.push_back(Ref<Instance>(demo::sensor_in_rack("r", 1).steal()));
+    script.answers = {{OPERATION_ENUM_INSTANCES, 0}};
+    const Enum_Associator_Names_Proc proc = receive<const Instance, Enum_Associator_Names_Status>;
+    Receiver receiver;
+    handle.enum_associator_names(demo::element(1).ptr(), "", "", "", proc, &receiver); // the sensor's keys
+    EXPECT_TRUE(receiver.results.empty());
+    handle.enum_associator_names(demo::sensor(1).ptr(), "", "", "", proc, &receiver);
+    EXPECT_EQ(receiver.results, std::vector<std::string>({"Demo_Rack.Name=\"r\""}));
 }
 
 TEST_F(ProviderHandleTest, OnlyAssociationsHaveEnds)
