@@ -40,11 +40,11 @@ struct Value
 };
 
 // The members of CMPIValue that are integers, with what their texts begin with.
-#define TEST_BROKER_INTEGERS(X)                                                                              \
-    X(uint8, "u8:")                                                                                          \
-    X(uint16, "u16:")                                                                                        \
-    X(uint32, "u32:") X(uint64, "u64:") X(sint8, "s8:") X(sint16, "s16:") X(sint32, "s32:")                  \
-        X(sint64, "s64:")
+// clang-format off
+#define TEST_BROKER_INTEGERS(X) \
+    X(uint8, "u8:") X(uint16, "u16:") X(uint32, "u32:") X(uint64, "u64:") \
+    X(sint8, "s8:") X(sint16, "s16:") X(sint32, "s32:") X(sint64, "s64:")
+// clang-format on
 
 using Named = std::pair<std::string, Value>;
 
