@@ -1,5 +1,8 @@
 """What a management client does first: find the namespace, the object manager, and learn from well-chosen errors."""
 
+import socket
+from urllib.parse import urlsplit
+
 import pywbem
 import pytest
 
@@ -86,3 +89,20 @@ def test_classes_are_described(connection):
     assert {"CIM_ManagedElement", "VRAX_NamespaceInManager", "VRAX_FCPortStatistics"} <= set(names)
     derived = connection.EnumerateClasses(ClassName="CIM_StatisticalData", DeepInheritance=True)
     assert {c.classname for c in derived} >= {"VRAX_FCPortStatistics", "VRAX_FCPortRateStatistics"}
+
+
+def test_client_that_names_no_host_is_answered_with_paths_of_localhost(agent):
+    body = (b'<?xml version="1.0"?><CIM CIMVERSION="2.0" DTDVERSION="2.0"><MESSAGE ID="1" PROTOCOLVERSION="1.0">'
+            b'<SIMPLEREQ><IMETHODCALL NAME="OpenEnumerateInstancePaths"><LOCALNAMESPACEPATH><NAMESPACE NAME="root"/>'
+            b'<NAMESPACE NAME="interop"/></LOCALNAMESPACEPATH><IPARAMVALUE NAME="ClassName"><CLASSNAME '
+            b'NAME="CIM_ObjectManager"/></IPARAMVALUE><IPARAMVALUE NAME="MaxObjectCount"><VALUE>9</VALUE>'
+            b'</IPARAMVALUE></IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>')
+    head = ("POST /cimom HTTP/1.0\r\nContent-Type: application/xml\r\nCIMOperation: MethodCall\r\n"
+            "CIMMethod: OpenEnumerateInstancePaths\r\nCIMObject: root/interop\r\n"
+            f"Content-Length: {len(body)}\r\n\r\n").encode()
+    address = urlsplit(agent.url)
+    with socket.create_connection((address.hostname, address.port), timeout=60) as client:
+        client.sendall(head + body)
+        with client.makefile("rb") as answer:
+            text = answer.read().decode()
+    assert "<HOST>localhost</HOST>" in text
