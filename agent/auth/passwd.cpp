@@ -8,13 +8,17 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <fcntl.h>
 #include <filesystem>
 #include <getopt.h>
+#include <iterator>
+#include <poll.h>
 #include <stdexcept>
 #include <string>
 #include <sys/file.h>
+#include <sys/signalfd.h>
 #include <system_error>
 #include <termios.h>
 #include <unistd.h>
@@ -64,24 +68,46 @@ class Silence
     {
         if (tcgetattr(STDIN_FILENO, &_before) != 0)
             throw std::system_error(errno, std::generic_category(), "cannot use the terminal");
+        // Signals must not end the program here and leave the terminal silent: they wait until they are
+        // looked for, so that none is lost between the prompt and the wait.
+        sigset_t interrupts;
+        sigemptyset(&interrupts);
+        for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
+            sigaddset(&interrupts, number);
+        _interrupts = FileDescriptor(signalfd(-1, &interrupts, SFD_CLOEXEC));
+        if (_interrupts.get() < 0)
+            throw std::system_error(errno, std::generic_category(), "cannot wait for signals");
+        sigprocmask(SIG_BLOCK, &interrupts, &_signalsBefore);
         termios silent = _before;
         silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
         silent.c_lflag |= ECHONL;
-        // Signals must not end the program here and leave the terminal silent: they end the read instead.
-        struct sigaction interrupt
-        {
-        };
-        interrupt.sa_handler = [](int) {};
-        for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
-            sigaction(number, &interrupt, nullptr);
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
     }
-    ~Silence() { tcsetattr(STDIN_FILENO, TCSAFLUSH, &_before); }
+    ~Silence()
+    {
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &_before);
+        sigprocmask(SIG_SETMASK, &_signalsBefore, nullptr);
+    }
     Silence(const Silence&) = delete;
     Silence& operator=(const Silence&) = delete;
 
+    /** Returns when a whole line is there to read, or the input is at its end. */
+    void awaitLine() const
+    {
+        pollfd sources[] = {{_interrupts.get(), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
+        while (poll(sources, std::size(sources), -1) < 0)
+            if (errno != EINTR)
+                throw std::system_error(errno, std::generic_category(), "no password was read");
+        signalfd_siginfo interrupt{};
+        if (sources[0].revents != 0 && read(_interrupts.get(), &interrupt, sizeof interrupt) > 0)
+            throw std::runtime_error("no password was read: " +
+                                     std::string(strsignal(static_cast<int>(interrupt.ssi_signo))));
+    }
+
   private:
     termios _before{};
+    sigset_t _signalsBefore{};
+    FileDescriptor _interrupts;
 };
 
 /** A line of standard input without its end. */
@@ -111,6 +137,7 @@ std::string ask(const std::string& prompt)
 {
     const Silence silence; // first: it drops what was typed before
     std::fputs(prompt.c_str(), stderr);
+    silence.awaitLine();
     return readLine();
 }
 

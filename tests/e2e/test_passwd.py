@@ -103,6 +103,6 @@ def test_asks_twice_without_showing_what_is_typed(program, tmp_path):
     shown, status = at_terminal(program, file, [(first, b"quiet\n"), (second, b"quite\n")])
     assert status == 1 and "the two passwords are not the same" in shown and not file.exists()
     shown, status = at_terminal(program, file, [(first, b"\x03")])
-    assert status == 1 and "no password was read: Interrupted" in shown and not file.exists()
+    assert status == 1 and "no password was read: Interrupt" in shown and not file.exists()
     shown, status = at_terminal(program, file, [(first, b"quiet\n"), (second, b"quiet\n")])
     assert status == 0 and "quiet" not in shown and users(file) == ["joe"]
