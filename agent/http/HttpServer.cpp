@@ -99,8 +99,7 @@ class HttpServer::Impl
         : _handler(handler), _limits(limits), _tls(std::move(options.tls)),
           _onHungWorkers(std::move(options.onHungWorkers)),
           _area(std::move(options.spoolDirectory), limits.unsentBytes, limits.answerFileBytes),
-          _pool(std::make_unique<WorkerPool>(limits.workers, limits.queuedRequests)),
-          _alarm([this](Time now) { return check(now); })
+          _pool(limits.workers, limits.queuedRequests), _alarm([this](Time now) { return check(now); })
     {
         for (ListenSocket& socket : sockets)
             _daemons.emplace_back(std::move(socket),
@@ -115,7 +114,7 @@ class HttpServer::Impl
         _alarm.stop();
         for (const ConnectionPtr& connection : connections())
             connection->abandon(); // MHD_stop_daemon demands that none is suspended
-        _pool.reset();
+        _pool.join();              // its tasks resume connections
         _daemons.clear();
     }
 
@@ -271,7 +270,7 @@ class HttpServer::Impl
             return MHD_NO;
         const std::shared_ptr<Exchange> exchange = connection.exchange();
         std::optional<HttpResponse>& refusal = exchange->refusal;
-        if (!refusal && !_pool->reserve())
+        if (!refusal && !_pool.reserve())
             refusal = refused(exchange->request, kUnavailable, "Too many requests are waiting.");
         if (refusal && refusal->holdFor.count() == 0)
             return queueWhole(handle, std::move(*refusal), exchange->closes || _stopping);
@@ -282,7 +281,7 @@ class HttpServer::Impl
         else
         {
             enter(_running);
-            _pool->submit([this, exchange](WorkerPool::Worker& worker) { work(*exchange, worker); });
+            _pool.submit([this, exchange](WorkerPool::Worker& worker) { work(*exchange, worker); });
         }
         return MHD_YES;
     }
@@ -303,7 +302,7 @@ class HttpServer::Impl
             response = plain(kInternalError, "The server failed to answer.");
             response.trailers = failureTrailers(CimError(CimStatus::Failed, "the server failed to answer"));
         }
-        _pool->giveBack(worker); // before the client can ask again
+        _pool.giveBack(worker); // before the client can ask again
         finish(exchange, std::move(response));
         leave(_running);
     }
@@ -348,7 +347,7 @@ class HttpServer::Impl
 
     void writeOff(WorkerPool::Worker& worker)
     {
-        const unsigned hung = _pool->writeOff(worker);
+        const unsigned hung = _pool.writeOff(worker);
         log(LogLevel::Error,
             "http",
             "an operation hangs; its thread was replaced, " + std::to_string(hung) + " of at most " +
@@ -387,7 +386,7 @@ class HttpServer::Impl
     std::list<ConnectionPtr> _connections;
     unsigned _exchanges = 0; // from a complete head to the end of the answer
     unsigned _running = 0;   // handed to a worker and not yet returned from
-    std::unique_ptr<WorkerPool> _pool;
+    WorkerPool _pool;
     Alarm _alarm;               // after all that it looks at
     std::list<Daemon> _daemons; // one for each port
 };

@@ -14,15 +14,18 @@ WorkerPool::WorkerPool(unsigned workers, unsigned queued) : _capacity(std::size_
         add();
 }
 
-WorkerPool::~WorkerPool()
+void WorkerPool::join()
 {
-    {
-        std::lock_guard<std::mutex> lock(_mutex);
-        _stopping = true;
-    }
+    std::unique_lock<std::mutex> lock(_mutex);
+    _stopping = true;
     _wake.notify_all();
-    for (Worker& worker : _workers)
-        worker.thread.join();
+    for (; !_workers.empty(); _workers.pop_front()) // what is added meanwhile comes last
+    {
+        std::thread& first = _workers.front().thread;
+        lock.unlock();
+        first.join();
+        lock.lock();
+    }
 }
 
 void WorkerPool::add()
@@ -42,19 +45,22 @@ void WorkerPool::add()
 bool WorkerPool::reserve()
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    if (_taken == _capacity)
+    if (_stopping || _taken == _capacity)
         return false;
     ++_taken;
+    ++_reserved;
     return true;
 }
 
 void WorkerPool::submit(Task task)
 {
-    {
-        std::lock_guard<std::mutex> lock(_mutex);
-        _tasks.push_back(std::move(task));
-    }
-    _wake.notify_one();
+    std::lock_guard<std::mutex> lock(_mutex);
+    _tasks.push_back(std::move(task));
+    --_reserved;
+    if (_stopping)
+        _wake.notify_all(); // those that end when nothing more can come
+    else
+        _wake.notify_one();
 }
 
 void WorkerPool::joinReturned()
@@ -84,7 +90,8 @@ void WorkerPool::giveBack(Worker& worker)
 unsigned WorkerPool::writeOff(Worker& worker)
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    joinReturned();
+    if (!_stopping) // join() looks at the list without the lock
+        joinReturned();
     try
     {
         add();
@@ -104,7 +111,7 @@ void WorkerPool::run(Worker& self)
     std::unique_lock<std::mutex> lock(_mutex);
     for (;;)
     {
-        _wake.wait(lock, [this] { return _stopping || !_tasks.empty(); });
+        _wake.wait(lock, [this] { return !_tasks.empty() || (_stopping && _reserved == 0); });
         if (_tasks.empty())
             return;
         Task task = std::move(_tasks.front());

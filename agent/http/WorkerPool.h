@@ -31,13 +31,14 @@ class WorkerPool
     using Task = std::function<void(Worker& worker)>;
 
     WorkerPool(unsigned workers, unsigned queued);
-    /** Runs what was submitted, then joins the threads, written off or not. */
-    ~WorkerPool();
+    ~WorkerPool() { join(); }
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
 
-    /** Takes a place for one task; false when all are taken. Each success is followed by exactly one
-     * submit(). */
+    /**
+     * Takes a place for one task; false when all are taken, and after join(). Each success is followed by
+     * exactly one submit().
+     */
     bool reserve();
     /** Runs a task in a reserved place. The task must not throw. */
     void submit(Task task);
@@ -55,6 +56,12 @@ class WorkerPool
      */
     unsigned writeOff(Worker& worker);
 
+    /**
+     * Runs what was reserved, then waits for all threads to end, written off or not. Tasks may go on to use
+     * the pool meanwhile.
+     */
+    void join();
+
   private:
     void add();
     void run(Worker& self);
@@ -65,7 +72,8 @@ class WorkerPool
     std::mutex _mutex;
     std::condition_variable _wake;
     std::deque<Task> _tasks;
-    std::size_t _taken = 0; // reserved, waiting or running
+    std::size_t _taken = 0;    // reserved, waiting or running
+    std::size_t _reserved = 0; // not yet submitted
     unsigned _writtenOff = 0;
     bool _stopping = false;
     std::list<Worker> _workers;

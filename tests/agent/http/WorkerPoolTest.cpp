@@ -52,6 +52,37 @@ TEST(WorkerPool, RunsEverythingSubmittedBeforeItEnds)
     EXPECT_EQ(1000, parallel);
 }
 
+TEST(WorkerPool, IsThereForItsTasksWhileItEnds)
+{
+    WorkerPool pool(3, 0);
+    std::promise<void> gate;
+    ASSERT_TRUE(pool.reserve());
+    pool.submit(
+        [&](WorkerPool::Worker& worker)
+        {
+            gate.get_future().wait();
+            pool.giveBack(worker);
+        });
+    ASSERT_TRUE(pool.reserve()) << "for the task that comes last";
+    std::thread ending([&pool] { pool.join(); });
+    while (pool.reserve()) // until the end has begun
+    {
+        std::promise<void> done;
+        pool.submit(
+            [&](WorkerPool::Worker& worker)
+            {
+                pool.giveBack(worker);
+                done.set_value();
+            });
+        done.get_future().wait();
+    }
+    gate.set_value();
+    bool hasRun = false;
+    pool.submit([&hasRun](WorkerPool::Worker&) { hasRun = true; });
+    ending.join();
+    EXPECT_TRUE(hasRun);
+}
+
 TEST(WorkerPool, ReplacesThreadsThatAreWrittenOff)
 {
     std::promise<void> gate;
