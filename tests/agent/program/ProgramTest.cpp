@@ -2,10 +2,15 @@
 #include "tests/agent/http/RawClient.h"
 #include "tests/agent/program/Process.h"
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <memory>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 #include <vector>
 
@@ -118,6 +123,36 @@ TEST_F(ProgramTest, StartsOnAScenario)
     portOf(cimd.readLine());
     cimd.signal(SIGTERM);
     EXPECT_EQ(0, cimd.wait());
+}
+
+// A connection is made as soon as the kernel has a place for it, accepted or not.
+FileDescriptor connectWithin(std::chrono::microseconds time, std::uint16_t port)
+{
+    FileDescriptor fd(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const timeval limit{time.count() / 1'000'000, time.count() % 1'000'000};
+    setsockopt(fd.get(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const bool isMade = connect(fd.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    return isMade ? std::move(fd) : FileDescriptor();
+}
+
+TEST_F(ProgramTest, LetsAsManyClientsWaitAsTheBacklogHolds)
+{
+    Process cimd(words({"--max-connections", "1", "--max-backlog", "3"}));
+    const std::uint16_t port = portOf(cimd.readLine());
+    auto served = std::make_unique<RawClient>(port);
+    EXPECT_EQ(405, served->ask("GET /cimom HTTP/1.1\r\nHost: a\r\n\r\n").status);
+    std::vector<FileDescriptor> waiting;
+    for (int i = 0; i < 3; ++i)
+        EXPECT_LE(0, waiting.emplace_back(connectWithin(std::chrono::minutes(1), port)).get()) << i;
+    waiting.push_back(connectWithin(std::chrono::milliseconds(300), port)); // the kernel grants one more
+    EXPECT_GT(0, connectWithin(std::chrono::milliseconds(300), port).get());
+    waiting.clear();
+    served.reset();
+    EXPECT_EQ(405, RawClient(port).ask("GET /cimom HTTP/1.1\r\nHost: a\r\n\r\n").status);
 }
 
 TEST_F(ProgramTest, ExplainsItself)
