@@ -74,8 +74,7 @@ bool Connection::complete()
 
 void Connection::beginStream()
 {
-    if (_isPlain)
-        joinNextWrites(_fd);
+    joinNextWrites(_fd);
 }
 
 void Connection::end(const std::string& reason)

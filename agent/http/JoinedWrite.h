@@ -4,7 +4,7 @@
 namespace cimd
 {
 
-// For the I/O thread, and plain TCP.
+// For the I/O thread. Over TLS it is the records that leave together.
 
 /** What is sent next on the socket, the head of an answer, leaves together with what is sent after it. */
 void joinNextWrites(int fd);

@@ -87,6 +87,34 @@ def test_speaks_tls_1_2_and_up(agent, files):
 
 
 @pytest.mark.filterwarnings("ignore::DeprecationWarning")
+def test_sends_head_and_first_chunk_in_one_write(agent, files):
+    made = context(files, ssl.TLSVersion.TLSv1_2)  # which has nothing of its own to send after the handshake
+    received, to_send = ssl.MemoryBIO(), ssl.MemoryBIO()
+    session = made.wrap_bio(received, to_send, server_hostname="127.0.0.1")
+    with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60) as connection:
+        def reads(step, *words):
+            while True:
+                try:
+                    return step(*words)
+                except ssl.SSLWantReadError:
+                    connection.sendall(to_send.read())
+                    received.write(connection.recv(100_000))
+        reads(session.do_handshake)
+        connection.sendall(to_send.read())
+        body = (b'<CIM CIMVERSION="2.0" DTDVERSION="2.0"><MESSAGE ID="1" PROTOCOLVERSION="1.0"><SIMPLEREQ>'
+                b'<IMETHODCALL NAME="EnumerateInstances"><LOCALNAMESPACEPATH>'
+                + b"".join(b'<NAMESPACE NAME="%s"/>' % part.encode() for part in NAMESPACE.split("/")) +
+                b'</LOCALNAMESPACEPATH><IPARAMVALUE NAME="ClassName"><CLASSNAME NAME="VRAX_FCPort"/></IPARAMVALUE>'
+                b'</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>')
+        session.write(b"POST /cimom HTTP/1.1\r\nHost: switch\r\nContent-Type: application/xml\r\n"
+                      b"CIMOperation: MethodCall\r\nCIMMethod: EnumerateInstances\r\nCIMObject: %s\r\nContent-Length: %d\r\n\r\n%s"
+                      % (NAMESPACE.replace("/", "%2F").encode(), len(body), body))
+        head = reads(session.read, 100_000)
+        assert head.startswith(b"HTTP/1.1 200") and b"Transfer-Encoding: chunked" in head
+        assert received.pending, "nothing came with the head"
+
+
+@pytest.mark.filterwarnings("ignore::DeprecationWarning")
 def test_logs_why_there_is_no_connection(build_dir, files):
     with TlsAgent(build_dir, files, "--no-http", "--log-level", "info") as agent:
         assert agent.url.startswith("https://")
