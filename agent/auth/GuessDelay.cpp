@@ -1,9 +1,9 @@
 // Counting failed log-ins by address.
 #include "agent/auth/GuessDelay.h"
 
+#include "agent/auth/ClientAddress.h"
+
 #include <algorithm>
-#include <arpa/inet.h>
-#include <string_view>
 
 namespace cimd
 {
@@ -14,20 +14,6 @@ namespace
 constexpr std::chrono::milliseconds kFirst{250};
 constexpr std::chrono::minutes kMemory{15};
 constexpr unsigned kMostDoublings = 20; // beyond every delay that can be set
-constexpr std::size_t kNetworkBytes = 8;
-
-/** "192.0.2.7" for "192.0.2.7:49152"; the network part of an IPv6 address, as bytes. */
-std::string addressOf(std::string_view peer)
-{
-    const std::string_view host = peer.substr(0, peer.rfind(':'));
-    if (host.empty() || host.front() != '[')
-        return std::string(host);
-    const std::string text(host.substr(1, host.find_first_of("%]") - 1));
-    in6_addr address{};
-    if (inet_pton(AF_INET6, text.c_str(), &address) != 1)
-        return std::string(host);
-    return {std::begin(address.s6_addr), std::begin(address.s6_addr) + kNetworkBytes};
-}
 
 } // namespace
 
@@ -38,7 +24,7 @@ GuessDelay::GuessDelay(std::size_t addresses, std::chrono::milliseconds longest)
 
 std::chrono::milliseconds GuessDelay::failed(const std::string& peer, Time now)
 {
-    const std::string address = addressOf(peer);
+    const std::string address = clientAddress(peer);
     const std::lock_guard lock(_mutex);
     const unsigned* before = _failures.find(address, now);
     const unsigned failures = before != nullptr ? std::min(*before + 1, kMostDoublings) : 1;
@@ -49,14 +35,14 @@ std::chrono::milliseconds GuessDelay::failed(const std::string& peer, Time now)
 std::chrono::milliseconds GuessDelay::present(const std::string& peer, Time now)
 {
     const std::lock_guard lock(_mutex);
-    const unsigned* failures = _failures.find(addressOf(peer), now);
+    const unsigned* failures = _failures.find(clientAddress(peer), now);
     return failures != nullptr ? delayAfter(*failures) : std::chrono::milliseconds(0);
 }
 
 void GuessDelay::succeeded(const std::string& peer)
 {
     const std::lock_guard lock(_mutex);
-    _failures.erase(addressOf(peer));
+    _failures.erase(clientAddress(peer));
 }
 
 std::chrono::milliseconds GuessDelay::delayAfter(unsigned failures) const

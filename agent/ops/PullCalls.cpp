@@ -1,4 +1,5 @@
 // Operations that open an enumeration, pull its results and close it.
+#include "agent/auth/ClientAddress.h"
 #include "agent/cim/CimError.h"
 #include "agent/ops/Calls.h"
 #include "agent/ops/RequestParts.h"
@@ -41,7 +42,7 @@ OpenOptions openOptions(Call& call)
 
 EnumerationOwner owner(const Call& call)
 {
-    return {call.context.principal, call.nameSpace()};
+    return {call.context.principal, call.nameSpace(), clientAddress(call.context.clientAddress)};
 }
 
 enum class Form

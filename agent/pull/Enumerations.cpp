@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
@@ -55,6 +56,22 @@ std::chrono::seconds Enumerations::timeout(std::optional<std::uint32_t> wanted) 
     return std::chrono::seconds(*wanted);
 }
 
+void Enumerations::checkRoom(const EnumerationOwner& owner) const
+{
+    const auto isOwners = [&owner](const Table::value_type& entry)
+    {
+        const EnumerationOwner& other = entry.second->owner;
+        return other.principal == owner.principal && other.address == owner.address;
+    };
+    const bool isFull = _table.size() >= _limits.enumerations;
+    if (isFull || std::count_if(_table.begin(), _table.end(), isOwners) >=
+                      static_cast<std::ptrdiff_t>(_limits.clientEnumerations))
+        throw CimError(CimStatus::ServerLimitsExceeded,
+                       (isFull ? "there are " : "you have ") +
+                           std::to_string(isFull ? _limits.enumerations : _limits.clientEnumerations) +
+                           " open enumerations already: pull them to their end or close them");
+}
+
 Enumerations::Use Enumerations::add(Enumeration enumeration)
 {
     expire();
@@ -62,10 +79,7 @@ Enumerations::Use Enumerations::add(Enumeration enumeration)
     added->isBusy = true;
     std::string name = randomName();
     const std::lock_guard lock(_mutex);
-    if (_table.size() >= _limits.enumerations)
-        throw CimError(CimStatus::ServerLimitsExceeded,
-                       "there are " + std::to_string(_limits.enumerations) +
-                           " open enumerations already: pull them to their end or close them");
+    checkRoom(added->owner);
     Enumeration& result = *(_table[name] = std::move(added));
     _size = _table.size();
     return {*this, std::move(name), result};

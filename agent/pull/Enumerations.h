@@ -26,11 +26,12 @@ enum class PullContent
     Paths
 };
 
-/** Who opened an enumeration, and where: nobody else may go on with it. */
+/** Who opened an enumeration, and where: no other user may go on with it, nor in another namespace. */
 struct EnumerationOwner
 {
     std::string principal; ///< empty if nobody had to log in
     std::string nameSpace;
+    std::string address = {}; ///< tells clients apart that have the same user; a client may change it
 };
 
 /**
@@ -95,7 +96,10 @@ class Enumerations
     /** An empty spool for results. */
     Spool spool() { return Spool(_area); }
 
-    /** CimError (server limits exceeded) if there are too many; the oldest are not given up for new ones. */
+    /**
+     * CimError (server limits exceeded) if there are too many, of all clients or of this one; the oldest are
+     * not given up for new ones.
+     */
     Use add(Enumeration enumeration);
 
     /**
@@ -118,7 +122,8 @@ class Enumerations
     using Table = std::unordered_map<std::string, std::unique_ptr<Enumeration>>;
 
     void finish(const std::string& name, bool isKept) noexcept;
-    /** With _mutex held. */
+    // With _mutex held.
+    void checkRoom(const EnumerationOwner& owner) const;
     Table::iterator find(const std::string& name, const EnumerationOwner& owner);
     std::unique_ptr<Enumeration> remove(Table::iterator place);
 

@@ -18,7 +18,8 @@ using namespace std::chrono_literals;
 Limits smallLimits()
 {
     Limits limits;
-    limits.enumerations = 3;
+    limits.enumerations = 5;
+    limits.clientEnumerations = 3;
     return limits;
 }
 
@@ -28,13 +29,14 @@ class EnumerationsTest : public ::testing::Test
 {
   protected:
     /** Opens an enumeration of so many results and leaves it to be pulled. */
-    std::string open(std::size_t results, std::chrono::seconds timeout = 60s)
+    std::string
+    open(std::size_t results, std::chrono::seconds timeout = 60s, const EnumerationOwner& owner = kOwner)
     {
         Spool spool = _all.spool();
         for (std::size_t i = 0; i < results; ++i)
             spool.add({"", std::to_string(i)});
         spool.seal();
-        auto use = _all.add({std::move(spool), PullContent::Instances, kOwner, "Test_Echo", timeout});
+        auto use = _all.add({std::move(spool), PullContent::Instances, owner, "Test_Echo", timeout});
         use.keep();
         return use.name();
     }
@@ -155,6 +157,26 @@ TEST_F(EnumerationsTest, AreBoundedInNumber)
     EXPECT_EQ(27, statusOf([&] { open(2); }));
     _now += 11s; // one of those left is over
     EXPECT_EQ(0, statusOf([&] { open(2); }));
+}
+
+TEST_F(EnumerationsTest, LeaveRoomForOtherClients)
+{
+    const EnumerationOwner anna{"anna", "root/interop", "192.0.2.7"};
+    const struct
+    {
+        EnumerationOwner owner;
+        int status;
+    } rows[] = {
+        {anna, 0},
+        {anna, 0},
+        {anna, 0},
+        {{anna.principal, "root/cimv2", anna.address}, 27},
+        {{anna.principal, anna.nameSpace, "192.0.2.8"}, 0},
+        {{"bert", anna.nameSpace, anna.address}, 0},
+        {{"bert", anna.nameSpace, anna.address}, 27}, // there are five now
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(row.status, statusOf([&] { open(2, 60s, row.owner); })) << &row - rows;
 }
 
 TEST_F(EnumerationsTest, OneOperationAtATime)
