@@ -5,8 +5,8 @@
 #include "agent/xml/ElementReader.h"
 #include "agent/xml/XmlCheck.h"
 #include "tests/fuzz/Fuzz.h"
-#include "tests/toolkit/demo/demo_classes.h"
 
+#include <Demo_Limits.h>
 #include <algorithm>
 #include <cimple/cimple.h>
 

@@ -217,7 +217,7 @@ class UpCalls : public AdapterTest
     Outcome asProvider(const std::function<void()>& body)
     {
         script<Demo_Lab>().method = [&](Instance*) { body(); };
-        return client(labProvider).invokeMethod(classPath("Demo_Lab"), "Locate");
+        return client(labProvider).invokeMethod(classPath("Demo_Lab"), "Count");
     }
 };
 

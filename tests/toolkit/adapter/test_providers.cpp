@@ -1,50 +1,11 @@
 // Providers of the demo classes, their registration and their entry points.
 #include "test_providers.h"
 
-#include <demo_meta.h>
 #include <demo_objects.h>
 
 #include <map>
 #include <memory>
 #include <strings.h>
-
-CIMPLE_NAMESPACE_BEGIN
-
-DEMO_REFERENCE(Demo_Lab_Measure_method, Where, CIMPLE_FLAG_IN, 0, Demo_Rack);
-DEMO_REFERENCE(
-    Demo_Lab_Measure_method, Range, CIMPLE_FLAG_IN | CIMPLE_FLAG_EMBEDDED_INSTANCE, 0, Demo_Limits);
-DEMO_PROPERTY(Demo_Lab_Measure_method, Tags, CIMPLE_FLAG_IN | CIMPLE_FLAG_OUT, UINT16, -1);
-DEMO_REFERENCE(Demo_Lab_Measure_method, Route, CIMPLE_FLAG_IN | CIMPLE_FLAG_OUT, -1, Demo_Rack);
-DEMO_REFERENCE(Demo_Lab_Measure_method, Found, CIMPLE_FLAG_OUT, 0, Demo_Rack);
-DEMO_REFERENCE(
-    Demo_Lab_Measure_method, Measured, CIMPLE_FLAG_OUT | CIMPLE_FLAG_EMBEDDED_INSTANCE, -1, Demo_Limits);
-DEMO_PROPERTY(Demo_Lab_Measure_method, When, CIMPLE_FLAG_OUT, DATETIME, 0);
-DEMO_REFERENCE(
-    Demo_Lab_Measure_method, return_value, CIMPLE_FLAG_OUT | CIMPLE_FLAG_EMBEDDED_INSTANCE, 0, Demo_Limits);
-static const Meta_Feature* _Demo_Lab_Measure_method_MFA[] = {
-    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Where),
-    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Range),
-    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Tags),
-    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Route),
-    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Found),
-    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_Measured),
-    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_When),
-    DEMO_FEATURE_ENTRY(_Demo_Lab_Measure_method_return_value)};
-DEMO_METHOD(Demo_Lab_Measure_method, "Measure", 0, UINT32);
-
-DEMO_REFERENCE(Demo_Lab_Locate_method, return_value, CIMPLE_FLAG_OUT, 0, Demo_Rack);
-static const Meta_Feature* _Demo_Lab_Locate_method_MFA[] = {
-    DEMO_FEATURE_ENTRY(_Demo_Lab_Locate_method_return_value)};
-DEMO_METHOD(Demo_Lab_Locate_method, "Locate", CIMPLE_FLAG_STATIC, UINT32);
-
-DEMO_PROPERTY(Demo_Lab, Name, CIMPLE_FLAG_KEY | CIMPLE_FLAG_READ, STRING, 0);
-static const Meta_Feature* _Demo_Lab_MFA[] = {DEMO_FEATURE_ENTRY(_Demo_Lab_Name),
-                                              DEMO_FEATURE_ENTRY(Demo_Lab_Measure_method::static_meta_class),
-                                              DEMO_FEATURE_ENTRY(Demo_Lab_Locate_method::static_meta_class)};
-static const Meta_Feature_Local _Demo_Lab_locals[] = {{1}, {1}, {1}};
-DEMO_CLASS(Demo_Lab, CIMPLE_FLAG_CLASS, nullptr, 1);
-
-CIMPLE_NAMESPACE_END
 
 namespace adapter_test
 {

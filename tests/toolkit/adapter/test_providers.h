@@ -11,42 +11,6 @@
 
 #include "test_client.h"
 
-CIMPLE_NAMESPACE_BEGIN
-
-// A class with a method that has every kind of parameter.
-class Demo_Lab_Measure_method : public Instance
-{
-  public:
-    Demo_Rack* Where;                       // in
-    Demo_Limits* Range;                     // in, embedded
-    Property<Array_uint16> Tags;            // in and out
-    Property<Array<Demo_Rack*>> Route;      // in and out
-    Demo_Rack* Found;                       // out
-    Property<Array<Demo_Limits*>> Measured; // out, embedded
-    Property<Datetime> When;                // out
-    Demo_Limits* return_value;              // embedded
-
-    CIMPLE_METHOD(Demo_Lab_Measure_method)
-};
-
-class Demo_Lab_Locate_method : public Instance // static
-{
-  public:
-    Demo_Rack* return_value;
-
-    CIMPLE_METHOD(Demo_Lab_Locate_method)
-};
-
-class Demo_Lab : public Instance
-{
-  public:
-    Property<String> Name; // key
-
-    CIMPLE_CLASS(Demo_Lab)
-};
-
-CIMPLE_NAMESPACE_END
-
 namespace adapter_test
 {
 

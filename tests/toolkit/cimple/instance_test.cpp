@@ -41,6 +41,8 @@ TEST(InstanceTest, CreatesDefaultsAndNulls)
     EXPECT_TRUE(x->Default##NAME##Array.value == Array<T>::make(T(X), T(Y))) << #NAME;
     DEMO_FOR_EACH_FEATURE(CHECK)
 #undef CHECK
+    EXPECT_TRUE(x->EmptyArray.null == 0 && x->EmptyArray.value.size() == 0 && x->FixedArray.null != 0);
+    EXPECT_EQ(find_property(x->meta_class, "FixedArray")->subscript, 4);
     EXPECT_TRUE(x->EmbeddedArray.null == 0) << "arrays of references are never born null";
 
     const Ref<Demo_Sensor> sensor(Demo_Sensor::create(true));

@@ -6,6 +6,8 @@ using namespace cimple;
 
 namespace
 {
+const Meta_Repository* const kRepository = Demo_Sensor::static_meta_class.meta_repository;
+
 // A class without features and repository.
 Meta_Class class_named(const char* name, const Meta_Class* super)
 {
@@ -58,10 +60,10 @@ TEST(MetaClassTest, KnowsSubclassesByName)
     EXPECT_TRUE(is_subclass(&Instance::static_meta_class, rack));
     EXPECT_FALSE(is_subclass(rack, &Instance::static_meta_class));
 
-    EXPECT_EQ(is_subclass(&demo_repository, "demo_thing", "Demo_Sensor"), 0);
-    EXPECT_EQ(is_subclass(&demo_repository, "Demo_Sensor", "Demo_Thing"), 1);
-    EXPECT_EQ(is_subclass(&demo_repository, "Demo_Sensor", "Demo_Unknown"), -1);
-    EXPECT_EQ(is_subclass(&demo_repository, nullptr, "Demo_Sensor"), -1);
+    EXPECT_EQ(is_subclass(kRepository, "demo_thing", "Demo_Sensor"), 0);
+    EXPECT_EQ(is_subclass(kRepository, "Demo_Sensor", "Demo_Thing"), 1);
+    EXPECT_EQ(is_subclass(kRepository, "Demo_Sensor", "Demo_Unknown"), -1);
+    EXPECT_EQ(is_subclass(kRepository, nullptr, "Demo_Sensor"), -1);
     EXPECT_EQ(is_subclass(nullptr, "Demo_Thing", "Demo_Sensor"), -1);
 }
 
@@ -69,7 +71,7 @@ TEST(MetaClassTest, FindsClasses)
 {
     EXPECT_EQ(find_meta_class(&Demo_Sensor::static_meta_class, "demo_rack"), &Demo_Rack::static_meta_class);
     EXPECT_EQ(find_meta_class(&Demo_Sensor::static_meta_class, "Demo_Ra"), nullptr);
-    EXPECT_EQ(find_meta_class(&demo_repository, "DEMO_EVERYTHING"), &Demo_Everything::static_meta_class);
+    EXPECT_EQ(find_meta_class(kRepository, "DEMO_EVERYTHING"), &Demo_Everything::static_meta_class);
 
     const Meta_Class orphan = class_named("Demo_Orphan", &Demo_Rack::static_meta_class);
     EXPECT_EQ(find_meta_class(&orphan, "Demo_Orphan"), &orphan);

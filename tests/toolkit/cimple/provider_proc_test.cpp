@@ -197,7 +197,7 @@ void expect_kind(const std::set<int>& foreign_operations)
     EXPECT_EQ(call(KIND::proc, OPERATION_GET_META_CLASS, {&mc}), 0);
     EXPECT_EQ(mc, &CLASS::static_meta_class);
     EXPECT_EQ(call(KIND::proc, OPERATION_GET_REPOSITORY, {&repository}), 0);
-    EXPECT_EQ(repository, &demo_repository);
+    EXPECT_EQ(repository, CLASS::static_meta_class.meta_repository);
     EXPECT_EQ(call(KIND::proc, OPERATION_CREATE_PROVIDER, {&provider}), 0);
     EXPECT_EQ(live_providers, 1);
     answer = 7;

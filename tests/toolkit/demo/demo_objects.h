@@ -2,8 +2,28 @@
 #ifndef TESTS_TOOLKIT_DEMO_DEMO_OBJECTS_H
 #define TESTS_TOOLKIT_DEMO_DEMO_OBJECTS_H
 
-#include "demo_classes.h"
+#include <cimple/cimple.h>
 #include <string>
+
+#include "repository.h"
+
+// Calls MACRO(C++ type, feature name, default, default) for every type: the scalar's default is the first,
+// the array's are both. The same stand in demo.mof.
+#define DEMO_FOR_EACH_FEATURE(MACRO)                                                                         \
+    MACRO(boolean, Boolean, true, false)                                                                     \
+    MACRO(uint8, Uint8, 255, 0)                                                                              \
+    MACRO(sint8, Sint8, -128, 127)                                                                           \
+    MACRO(uint16, Uint16, 65535, 1)                                                                          \
+    MACRO(sint16, Sint16, -32768, 32767)                                                                     \
+    MACRO(uint32, Uint32, 4294967295U, 2)                                                                    \
+    MACRO(sint32, Sint32, -2147483647 - 1, 3)                                                                \
+    MACRO(uint64, Uint64, 18446744073709551615ULL, 4)                                                        \
+    MACRO(sint64, Sint64, -9223372036854775807LL - 1, 5)                                                     \
+    MACRO(real32, Real32, 1.5F, -0.25F)                                                                      \
+    MACRO(real64, Real64, 1e300, -2.5)                                                                       \
+    MACRO(char16, Char16, 0x263A, 65)                                                                        \
+    MACRO(String, String, "a \"quoted\" \\ line\n?\?/1", "")                                                 \
+    MACRO(Datetime, Datetime, "20260314015926.535897+060", "00000001020304.000005:000")
 
 namespace demo
 {
@@ -50,8 +70,8 @@ inline cimple::Ref<cimple::Demo_Dependency> dependency(cimple::Instance* anteced
                                                        cimple::Instance* dependent)
 {
     cimple::Ref<cimple::Demo_Dependency> link(cimple::Demo_Dependency::create(true));
-    link->Antecedent = antecedent;
-    link->Dependent = dependent;
+    link->Antecedent = static_cast<cimple::Demo_Thing*>(antecedent);
+    link->Dependent = static_cast<cimple::Demo_Thing*>(dependent);
     return link;
 }
 
