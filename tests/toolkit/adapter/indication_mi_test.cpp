@@ -22,6 +22,14 @@ class IndicationMi : public AdapterTest
         return texts;
     }
 
+    // A provider from whose indications a client selects.
+    Client& selected()
+    {
+        Client& provider = client(alertProvider);
+        provider.activateFilter(classPath("Demo_SensorAlert"));
+        return provider;
+    }
+
     // A thread of the provider, created in enable_indications and joined where a test says.
     struct Worker
     {
@@ -102,13 +110,11 @@ TEST_F(IndicationMi, AThreadMayBeJoinedWhileItDelivers)
         worker.join();
         return 0;
     };
-    Client& provider = client(alertProvider);
-    provider.activateFilter(classPath("Demo_SensorAlert"));
+    Client& provider = selected();
     EXPECT_TRUE(provider.enableIndications().ok());
     delivering.wait();
     EXPECT_TRUE(provider.disableIndications().ok());
     EXPECT_EQ(delivered(), Texts{"root/demo Demo_SensorAlert{Text=\"late\"}"});
-    provider.deactivateFilter(classPath("Demo_SensorAlert"));
 }
 
 TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
@@ -144,8 +150,7 @@ TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
         disabling.arrive();
         return 0;
     };
-    Client& provider = client(alertProvider);
-    provider.activateFilter(classPath("Demo_SensorAlert"));
+    Client& provider = selected();
     provider.enableIndications();
     delivering.wait();
     EXPECT_TRUE(provider.disableIndications().ok());
@@ -154,7 +159,6 @@ TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
     worker.join();
     EXPECT_FALSE(accepted);
     EXPECT_EQ(delivered(), Texts{"root/demo Demo_SensorAlert{Text=\"last\"}"});
-    provider.deactivateFilter(classPath("Demo_SensorAlert"));
 }
 
 TEST_F(IndicationMi, ALongRunningThreadLeavesNothingBehind)
@@ -174,13 +178,10 @@ TEST_F(IndicationMi, ALongRunningThreadLeavesNothingBehind)
         worker.join();
         return 0;
     };
-    Client& provider = client(alertProvider);
-    provider.activateFilter(classPath("Demo_SensorAlert"));
+    Client& provider = selected();
     provider.enableIndications();
     ASSERT_EQ(alive.size(), 50u);
     EXPECT_EQ(alive.front(), alive.back());
-    provider.disableIndications();
-    provider.deactivateFilter(classPath("Demo_SensorAlert"));
 }
 
 TEST_F(IndicationMi, AThreadThatIsNotTheProvidersDeliversNothing)
@@ -190,12 +191,9 @@ TEST_F(IndicationMi, AThreadThatIsNotTheProvidersDeliversNothing)
         std::thread([&] { handle(alert("foreign").steal()); }).join();
         return 0;
     };
-    Client& provider = client(alertProvider);
-    provider.activateFilter(classPath("Demo_SensorAlert"));
+    Client& provider = selected();
     EXPECT_TRUE(provider.enableIndications().ok());
     EXPECT_EQ(delivered(), Texts());
-    provider.disableIndications();
-    provider.deactivateFilter(classPath("Demo_SensorAlert"));
 }
 
 TEST_F(IndicationMi, RefusalsOfTheProviderAreReportedAndChangeNothing)
@@ -234,8 +232,7 @@ TEST_F(IndicationMi, AProviderInUseIsNotUnloadedUnlessTheServerStops)
         stopped = true;
         return 0;
     };
-    Client& provider = client(alertProvider);
-    provider.activateFilter(classPath("Demo_SensorAlert"));
+    Client& provider = selected();
     EXPECT_EQ(provider.cleanup(false).rc, CMPI_RC_DO_NOT_UNLOAD); // a filter is active
     provider.enableIndications();
     provider.deactivateFilter(classPath("Demo_SensorAlert"));

@@ -268,14 +268,11 @@ TEST_F(InstanceMi, ModifyComparesKeysThatAreReferencesByTheirKeys)
                     "Sensor=<root/demo:Demo_Sensor.Id=u32:7>,Slot=u16:3}"});
 }
 
-TEST_F(InstanceMi, DeleteAndQuery)
+TEST_F(InstanceMi, QueriesAreNotSupported)
 {
-    script<Demo_Rack>().instances = {rack("r1")};
-    Client& racks = client(rackProvider);
-    EXPECT_TRUE(racks.deleteInstance(rackPath("r1")).ok());
-    EXPECT_EQ(racks.deleteInstance(rackPath("r1")).rc, CMPI_RC_ERR_NOT_FOUND);
-    EXPECT_EQ(racks.execQuery(classPath("Demo_Rack"), "SELECT * FROM Demo_Rack", "WQL").texts(),
-              Texts{"7: Demo_Rack: execute query: queries are not supported"});
+    EXPECT_EQ(
+        client(rackProvider).execQuery(classPath("Demo_Rack"), "SELECT * FROM Demo_Rack", "WQL").texts(),
+        Texts{"7: Demo_Rack: execute query: queries are not supported"});
 }
 
 TEST_F(InstanceMi, EveryStatusHasItsCode)
@@ -327,6 +324,9 @@ TEST_F(InstanceMi, EveryStatusHasItsCode)
                   Texts{std::to_string(c.rc) + ": Demo_Rack: " + c.operation + " failed (status " +
                         std::to_string(c.status) + ")"});
     }
+    script<Demo_Rack>().status = -1; // there is no such operation
+    for (const auto* request : {&create, &remove, &modify})
+        EXPECT_EQ((*request)().rc, CMPI_RC_ERR_NOT_SUPPORTED);
     // A status of another operation is no success.
     script<Demo_Rack>().status = 4711;
     for (const auto* request : {&get, &enumerate, &create, &remove, &modify})
@@ -352,11 +352,6 @@ TEST_F(InstanceMi, ExceptionsBecomeStatuses)
     script<Demo_Rack>().inside = [] { throw std::runtime_error("loose cable"); };
     EXPECT_EQ(racks.enumerateInstances(classPath("Demo_Rack")).texts(),
               Texts{"1: Demo_Rack: enumerate instances: exception: loose cable"});
-    EXPECT_EQ(racks.getInstance(rackPath("r1")).rc, CMPI_RC_ERR_FAILED);
-    EXPECT_EQ(racks.createInstance(classPath("Demo_Rack"), {classPath("Demo_Rack"), {}}).rc,
-              CMPI_RC_ERR_FAILED);
-    EXPECT_EQ(racks.modifyInstance(rackPath("r1"), {classPath("Demo_Rack"), {}}).rc, CMPI_RC_ERR_FAILED);
-    EXPECT_EQ(racks.deleteInstance(rackPath("r1")).rc, CMPI_RC_ERR_FAILED);
     script<Demo_Rack>().inside = [] { throw 42; };
     EXPECT_EQ(racks.enumerateInstanceNames(classPath("Demo_Rack")).texts(),
               Texts{"1: Demo_Rack: enumerate instance names: exception of an unknown type"});

@@ -139,8 +139,6 @@ Broker::Broker() : _cmpi(services())
     _cmpi.hdl = this;
 }
 
-Broker::~Broker() = default;
-
 void Broker::copyResults()
 {
     _copiesResults = true;
@@ -152,8 +150,8 @@ std::string Broker::violations() const
     std::string result;
     for (const std::string& text : _journal.violations())
         result += text + "\n";
-    if (const size_t n = _journal.clonesAlive())
-        result += std::to_string(n) + " clones or thread contexts were not released\n";
+    if (const size_t n = _journal.objectsAlive())
+        result += std::to_string(n) + " thread contexts live on\n";
     return result;
 }
 

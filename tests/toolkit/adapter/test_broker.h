@@ -38,15 +38,13 @@ class Broker
 {
   public:
     Broker();
-    // Adds the violations of the end: clones and thread contexts that nobody released.
-    ~Broker();
     Broker(const Broker&) = delete;
     Broker& operator=(const Broker&) = delete;
 
     const CMPIBroker* cmpi() const { return &_cmpi; }
     Journal& journal() { return _journal; }
 
-    // Broken rules so far, one per line; empty if all is well.
+    // Broken rules so far, one per line; empty if all is well. To be called between calls.
     std::string violations() const;
 
     // Runs a function of a management interface on the calling thread. All its objects die when it returns.

@@ -83,7 +83,9 @@ thread_local Session* attached = nullptr;
 
 CMPIContext* prepareAttachThread(const CMPIBroker* mb, const CMPIContext* ctx)
 {
-    return makeLasting<CMPIContext>(journalOf(mb), contentOf(ctx));
+    auto* context = new Made<CMPIContext>(journalOf(mb), contentOf(ctx));
+    context->movable = true;
+    return context; // until the thread is detached
 }
 
 CMPIStatus attachThread(const CMPIBroker* mb, const CMPIContext* ctx)
@@ -100,7 +102,7 @@ CMPIStatus detachThread(const CMPIBroker* mb, const CMPIContext* ctx)
         journalOf(mb).violation("a thread was detached with a context that it was not attached with");
     delete attached;
     attached = nullptr;
-    journalOf(mb).releaseClone(&self(ctx));
+    delete &self(ctx);
     return {CMPI_RC_OK, nullptr};
 }
 

@@ -24,12 +24,6 @@ Object::~Object()
     journal.count(false);
 }
 
-Journal::~Journal()
-{
-    for (Object* clone : _clones)
-        delete clone;
-}
-
 void Journal::violation(const std::string& text)
 {
     std::lock_guard<std::mutex> lock(_mutex);
@@ -40,29 +34,6 @@ std::vector<std::string> Journal::violations() const
 {
     std::lock_guard<std::mutex> lock(_mutex);
     return _violations;
-}
-
-size_t Journal::clonesAlive() const
-{
-    std::lock_guard<std::mutex> lock(_mutex);
-    return _clones.size();
-}
-
-void Journal::adoptClone(Object* object)
-{
-    std::lock_guard<std::mutex> lock(_mutex);
-    _clones.insert(object);
-}
-
-bool Journal::releaseClone(Object* object)
-{
-    {
-        std::lock_guard<std::mutex> lock(_mutex);
-        if (_clones.erase(object) == 0)
-            return false;
-    }
-    delete object;
-    return true;
 }
 
 Session::Session(const CMPIContext* context) : _context(context), _outer(currentSession)

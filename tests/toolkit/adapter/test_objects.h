@@ -4,7 +4,6 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -26,31 +25,24 @@ struct Object
 
     Journal& journal;
     const std::thread::id owner = std::this_thread::get_id();
-    bool cloned = false;
+    bool movable = false; // used on another thread than the one that made it
 };
 
 // What a broker remembers of its objects and of broken rules. Shared by all threads.
 class Journal
 {
   public:
-    ~Journal();
-
     void violation(const std::string& text);
     std::vector<std::string> violations() const;
 
-    // Objects that outlive their call and were not yet released.
-    size_t clonesAlive() const;
     // Objects of any kind that exist now.
     size_t objectsAlive() const { return _alive; }
 
-    void adoptClone(Object* object);
-    bool releaseClone(Object* object);
     void count(bool born) { born ? ++_alive : --_alive; }
 
   private:
     mutable std::mutex _mutex;
     std::vector<std::string> _violations;
-    std::set<Object*> _clones;
     std::atomic<size_t> _alive{0};
 };
 
@@ -114,13 +106,12 @@ struct Made : Edt, Object
     Content<Edt> content;
 };
 
-// The broker's side of an object that a provider passed in. Objects stay on the thread that made them; those
-// that outlive calls move.
+// The broker's side of an object that a provider passed in. Objects stay on the thread that made them.
 template <class Edt>
 Made<Edt>& self(const Edt* edt)
 {
     auto& object = *static_cast<Made<Edt>*>(const_cast<Edt*>(edt));
-    if (!object.cloned && object.owner != std::this_thread::get_id())
+    if (!object.movable && object.owner != std::this_thread::get_id())
         object.journal.violation("an object was used on a thread that did not make it");
     return object;
 }
@@ -145,16 +136,6 @@ Edt* make(Journal& journal, Content<Edt> content)
     }
     journal.violation("an object was made outside of a call and of an attached thread");
     return nullptr;
-}
-
-// One that lives until it is released.
-template <class Edt>
-Edt* makeLasting(Journal& journal, Content<Edt> content)
-{
-    auto* object = new Made<Edt>(journal, std::move(content));
-    object->cloned = true;
-    journal.adoptClone(object);
-    return object;
 }
 
 inline CMPIStatus done(CMPIStatus* rc, CMPIrc code)

@@ -20,7 +20,7 @@ void Script::reset()
     disable = nullptr;
     keepHandler = false;
     instances.clear();
-    nativeAssociators = nativeAssociatorNames = nativeReferences = nullptr;
+    nativeAssociators = nativeReferences = nullptr;
     method = nullptr;
     loads = unloads = enumerations = handed = 0;
     model.clear();
@@ -187,7 +187,7 @@ class Scripted_Association : public Scripted<C>
                                                        const String& resultRole,
                                                        Enum_Associator_Names_Handler<Instance>* handler)
     {
-        return native(this->_script.nativeAssociatorNames,
+        return native(this->_script.nativeAssociators,
                       {resultClass, role, resultRole},
                       handler,
                       ENUM_ASSOCIATOR_NAMES_UNSUPPORTED);

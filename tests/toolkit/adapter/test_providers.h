@@ -29,8 +29,7 @@ struct Script
     std::vector<Ref<Instance>> instances; // what the provider has; handed out shared, not copied
 
     // What an association provider answers itself; null leaves it to the adapter.
-    const std::vector<Ref<Instance>>* nativeAssociators = nullptr;
-    const std::vector<Ref<Instance>>* nativeAssociatorNames = nullptr;
+    const std::vector<Ref<Instance>>* nativeAssociators = nullptr; // and their names
     const std::vector<Ref<Instance>>* nativeReferences = nullptr;
 
     std::string filters; // of the last question: result class, role and result role

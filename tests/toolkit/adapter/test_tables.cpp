@@ -15,17 +15,9 @@ CMPIStatus release(Edt* edt)
 {
     auto& object = self<Edt>(edt);
     Journal& journal = object.journal;
-    if (object.cloned ? !journal.releaseClone(&object)
-                      : !(Session::current() && Session::current()->release(&object)))
-        journal.violation("an object was released that is neither a clone nor of this call");
+    if (!Session::current() || !Session::current()->release(&object))
+        journal.violation("an object was released that is not of this call");
     return {CMPI_RC_OK, nullptr};
-}
-
-template <class Edt>
-Edt* clone(const Edt* edt, CMPIStatus* rc)
-{
-    done(rc, CMPI_RC_OK);
-    return makeLasting<Edt>(self(edt).journal, contentOf(edt));
 }
 
 // --- lists of named values: the keys of a path, the properties of an instance, arguments, a context
@@ -167,14 +159,14 @@ CMPIBoolean hasNext(const CMPIEnumeration* e, CMPIStatus* rc)
 
 const CMPIStringFT* kindOf(const CMPIString*, std::string*)
 {
-    static const CMPIStringFT table = {CMPIVersion200, release<CMPIString>, clone<CMPIString>, getCharPtr};
+    static const CMPIStringFT table = {CMPIVersion200, release<CMPIString>, nullptr, getCharPtr};
     return &table;
 }
 
 const CMPIDateTimeFT* kindOf(const CMPIDateTime*, std::string*)
 {
     static const CMPIDateTimeFT table = {
-        CMPIVersion200, release<CMPIDateTime>, clone<CMPIDateTime>, nullptr, getStringFormat, nullptr};
+        CMPIVersion200, release<CMPIDateTime>, nullptr, nullptr, getStringFormat, nullptr};
     return &table;
 }
 
@@ -185,7 +177,6 @@ const CMPIObjectPathFT* kindOf(const CMPIObjectPath*, Path*)
         CMPIObjectPathFT t = {};
         t.ftVersion = CMPIVersion200;
         t.release = release<CMPIObjectPath>;
-        t.clone = clone<CMPIObjectPath>;
         t.getNameSpace = getNameSpace;
         t.getClassName = getClassName;
         t.addKey = addKey;
@@ -201,7 +192,7 @@ const CMPIInstanceFT* kindOf(const CMPIInstance*, Inst*)
 {
     static const CMPIInstanceFT table = {CMPIVersion200,
                                          release<CMPIInstance>,
-                                         clone<CMPIInstance>,
+                                         nullptr,
                                          get,
                                          getAt,
                                          count,
@@ -216,28 +207,27 @@ const CMPIInstanceFT* kindOf(const CMPIInstance*, Inst*)
 const CMPIArrayFT* kindOf(const CMPIArray*, Value*)
 {
     static const CMPIArrayFT table = {
-        CMPIVersion200, release<CMPIArray>, clone<CMPIArray>, getSize, nullptr, getElementAt, setElementAt};
+        CMPIVersion200, release<CMPIArray>, nullptr, getSize, nullptr, getElementAt, setElementAt};
     return &table;
 }
 
 const CMPIArgsFT* kindOf(const CMPIArgs*, std::vector<Named>*)
 {
-    static const CMPIArgsFT table = {
-        CMPIVersion200, release<CMPIArgs>, clone<CMPIArgs>, add, get, getAt, count};
+    static const CMPIArgsFT table = {CMPIVersion200, release<CMPIArgs>, nullptr, add, get, getAt, count};
     return &table;
 }
 
 const CMPIEnumerationFT* kindOf(const CMPIEnumeration*, Items*)
 {
     static const CMPIEnumerationFT table = {
-        CMPIVersion200, release<CMPIEnumeration>, clone<CMPIEnumeration>, getNext, hasNext, nullptr};
+        CMPIVersion200, release<CMPIEnumeration>, nullptr, getNext, hasNext, nullptr};
     return &table;
 }
 
 const CMPIContextFT* kindOf(const CMPIContext*, std::vector<Named>*)
 {
     static const CMPIContextFT table = {
-        CMPIVersion200, release<CMPIContext>, clone<CMPIContext>, get, getAt, count, add};
+        CMPIVersion200, release<CMPIContext>, nullptr, get, getAt, count, add};
     return &table;
 }
 

@@ -11,14 +11,6 @@ namespace test_broker
 namespace
 {
 
-Value make(CMPIType type)
-{
-    Value value;
-    value.type = type;
-    value.null = false;
-    return value;
-}
-
 std::string quoted(const std::string& text)
 {
     std::string result = "\"";
@@ -48,89 +40,53 @@ Value Value::nullOf(CMPIType type)
     return value;
 }
 
-Value Value::boolean(bool x)
+Value Value::present(CMPIType type)
 {
-    Value value = make(CMPI_boolean);
-    value.scalar.boolean = x;
-    return value;
-}
-
-Value Value::char16(CMPIChar16 x)
-{
-    Value value = make(CMPI_char16);
-    value.scalar.char16 = x;
+    Value value = nullOf(type);
+    value.null = false;
     return value;
 }
 
 Value Value::integer(CMPIType type, CMPIUint64 bits)
 {
-    Value value = make(type);
     switch (type)
     {
-#define SET(MEMBER, PREFIX)                                                                                  \
+#define RETURN_INTEGER(MEMBER, PREFIX)                                                                       \
     case CMPI_##MEMBER:                                                                                      \
-        value.scalar.MEMBER = static_cast<decltype(value.scalar.MEMBER)>(bits);                              \
-        break;
-        TEST_BROKER_INTEGERS(SET)
-#undef SET
+        return of(type, &CMPIValue::MEMBER, bits);
+        TEST_BROKER_INTEGERS(RETURN_INTEGER)
+#undef RETURN_INTEGER
     default:
-        break;
+        return present(type);
     }
-    return value;
 }
 
-Value Value::real32(float x)
+Value Value::ofText(CMPIType type, std::string x)
 {
-    Value value = make(CMPI_real32);
-    value.scalar.real32 = x;
-    return value;
-}
-
-Value Value::real64(double x)
-{
-    Value value = make(CMPI_real64);
-    value.scalar.real64 = x;
-    return value;
-}
-
-Value Value::string(std::string x)
-{
-    Value value = make(CMPI_string);
-    value.text = std::move(x);
-    return value;
-}
-
-Value Value::dateTime(std::string x)
-{
-    Value value = make(CMPI_dateTime);
+    Value value = present(type);
     value.text = std::move(x);
     return value;
 }
 
 Value Value::ref(Path x)
 {
-    Value value = make(CMPI_ref);
+    Value value = present(CMPI_ref);
     value.path = std::make_shared<const Path>(std::move(x));
     return value;
 }
 
 Value Value::instance(Inst x)
 {
-    Value value = make(CMPI_instance);
+    Value value = present(CMPI_instance);
     value.inst = std::make_shared<const Inst>(std::move(x));
     return value;
 }
 
 Value Value::array(CMPIType elementType, std::vector<Value> x)
 {
-    Value value = make(static_cast<CMPIType>(elementType | CMPI_ARRAY));
+    Value value = present(static_cast<CMPIType>(elementType | CMPI_ARRAY));
     value.elements = std::move(x);
     return value;
-}
-
-const Value* Inst::property(const char* name) const
-{
-    return find(properties, name);
 }
 
 void set(std::vector<Named>& list, const std::string& name, Value value)

@@ -27,16 +27,27 @@ struct Value
     std::vector<Value> elements;      // arrays
 
     static Value nullOf(CMPIType type);
-    static Value boolean(bool x);
-    static Value char16(CMPIChar16 x);
+    static Value boolean(bool x) { return of(CMPI_boolean, &CMPIValue::boolean, x); }
+    static Value char16(CMPIChar16 x) { return of(CMPI_char16, &CMPIValue::char16, x); }
     static Value integer(CMPIType type, CMPIUint64 bits); // any integer type; the low bits count
-    static Value real32(float x);
-    static Value real64(double x);
-    static Value string(std::string x);
-    static Value dateTime(std::string x);
+    static Value real32(float x) { return of(CMPI_real32, &CMPIValue::real32, x); }
+    static Value real64(double x) { return of(CMPI_real64, &CMPIValue::real64, x); }
+    static Value string(std::string x) { return ofText(CMPI_string, std::move(x)); }
+    static Value dateTime(std::string x) { return ofText(CMPI_dateTime, std::move(x)); }
     static Value ref(Path x);
     static Value instance(Inst x);
     static Value array(CMPIType elementType, std::vector<Value> x);
+
+  private:
+    static Value present(CMPIType type);
+    static Value ofText(CMPIType type, std::string x);
+    template <class T, class X>
+    static Value of(CMPIType type, T CMPIValue::*member, X x)
+    {
+        Value value = present(type);
+        value.scalar.*member = static_cast<T>(x);
+        return value;
+    }
 };
 
 // The members of CMPIValue that are integers, with what their texts begin with.
@@ -55,18 +66,19 @@ struct Path
     std::vector<Named> keys;
 };
 
+// The value of that name in any letter case, or null.
+const Value* find(const std::vector<Named>& list, const char* name);
+
 struct Inst
 {
     Path path;
     std::vector<Named> properties;
 
-    // The property of that name in any letter case, or null.
-    const Value* property(const char* name) const;
+    const Value* property(const char* name) const { return find(properties, name); }
 };
 
 // Adds or replaces; names compare without regard to case.
 void set(std::vector<Named>& list, const std::string& name, Value value);
-const Value* find(const std::vector<Named>& list, const char* name);
 
 // Stable texts for comparisons: `root/x:Demo_Rack.Name="r1"`, `Demo_Rack{Name="r1",Slots=[u16:1,null]}`.
 std::string textOf(const Value& value);

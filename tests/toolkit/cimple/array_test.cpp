@@ -127,16 +127,6 @@ TYPED_TEST(ArrayTest, FindsTheIndexAndCompares)
     EXPECT_TRUE(copy == Array<TypeParam>());
 }
 
-TEST(ArrayOfPointersTest, OwnsNothing)
-{
-    Instance* const instance = nullptr;
-    Array_Instance array;
-    array.append(instance);
-    const Array_Instance copy(array);
-    array.clear();
-    EXPECT_EQ(copy.size(), 1u);
-}
-
 TEST(ArrayMemoryTest, RefusesSizesBeyondTheAddressSpace)
 {
     Array_uint64 array;

@@ -12,40 +12,28 @@ namespace
 {
 const size_t kNone = size_t(-1);
 
-class Map : public Instance_Map_Base
+typedef Instance_Map<Demo_Dependency> Map;
+
+// Takes models of any class.
+template <class CLASS>
+struct Open_Map : Instance_Map<CLASS>
 {
-  public:
-    explicit Map(const Meta_Class& mc) : Instance_Map_Base(&mc) {}
-
-    using Instance_Map_Base::_create_instance;
-    using Instance_Map_Base::_delete_instance;
-    using Instance_Map_Base::_enum_instances;
     using Instance_Map_Base::_find;
-    using Instance_Map_Base::_get_instance;
-    using Instance_Map_Base::_insert;
-    using Instance_Map_Base::_lookup;
-    using Instance_Map_Base::_modify_instance;
-    using Instance_Map_Base::_remove;
-
-    size_t size() const { return _instances.size(); }
-    Instance* at(size_t pos) const { return _instances[pos]; }
 };
 
 size_t linear_find(const Map& map, const Instance* model)
 {
-    for (size_t pos = 0; pos < map.size(); pos++)
-    {
-        if (key_eq(map.at(pos), model))
-            return pos;
-    }
-    return kNone;
+    size_t pos = 0;
+    while (pos < map.size() && !key_eq(map[pos], model))
+        pos++;
+    return pos < map.size() ? pos : kNone;
 }
 
-std::vector<Instance*> content(const Map& map)
+std::vector<const Instance*> content(const Map& map)
 {
-    std::vector<Instance*> instances;
+    std::vector<const Instance*> instances;
     for (size_t pos = 0; pos < map.size(); pos++)
-        instances.push_back(map.at(pos));
+        instances.push_back(map[pos]);
     return instances;
 }
 
@@ -73,20 +61,20 @@ TEST(InstanceMapTest, AgreesWithALinearSearch)
     for (const bool with_keyless : {false, true})
     {
         std::mt19937 random(with_keyless ? 1 : 2);
-        Map map(Demo_Dependency::static_meta_class);
+        Map map;
         for (int step = 0; step < 4000; step++)
         {
             Instance* const antecedent = random_end(random, with_keyless);
             Instance* const dependent = random_end(random, with_keyless);
             Ref<Demo_Dependency> link = demo::dependency(antecedent, dependent);
             const size_t expected = linear_find(map, link.ptr());
-            ASSERT_EQ(map._find(link.ptr()), expected) << step << " " << demo::text_of(link.ptr());
-            ASSERT_EQ(map._lookup(link.ptr()), expected == kNone ? nullptr : map.at(expected)) << step;
+            ASSERT_EQ(map.find(link.ptr()), expected) << step << " " << demo::text_of(link.ptr());
+            ASSERT_EQ(map.lookup(link.ptr()), expected == kNone ? nullptr : map[expected]) << step;
 
-            std::vector<Instance*> order = content(map);
+            std::vector<const Instance*> order = content(map);
             if (random() % 3 != 0)
             {
-                const size_t pos = map._insert(link.ptr());
+                const size_t pos = map.insert(link.ptr());
                 ASSERT_EQ(pos, expected == kNone ? order.size() : kNone) << step;
                 if (pos != kNone)
                     order.push_back(link.steal());
@@ -94,8 +82,8 @@ TEST(InstanceMapTest, AgreesWithALinearSearch)
             else if (!order.empty())
             {
                 const size_t pos = random() % order.size();
-                Instance* const removed = map.at(pos);
-                map._remove(pos);
+                Instance* const removed = map[pos];
+                map.remove(pos);
                 unref(removed);
                 order.erase(order.begin() + static_cast<std::ptrdiff_t>(pos));
             }
@@ -108,17 +96,17 @@ TEST(InstanceMapTest, AgreesWithALinearSearch)
 
 TEST(InstanceMapTest, FindsByModelsOfRelatedClasses)
 {
-    Map map(Demo_Sensor::static_meta_class);
-    map._insert(demo::sensor(1).steal());
-    map._insert(demo::sensor(2).steal());
+    Open_Map<Demo_Sensor> map;
+    map.insert(demo::sensor(1).steal());
+    map.insert(demo::sensor(2).steal());
     EXPECT_EQ(map._find(demo::element(2).ptr()), 1u);
     EXPECT_EQ(map._find(demo::element(3).ptr()), kNone);
     EXPECT_EQ(map._find(demo::rack("1").ptr()), kNone);
     EXPECT_EQ(map._find(Ref<Demo_Thing>(Demo_Thing::create()).ptr()), kNone)
         << "a model without keys names nothing";
 
-    Map links(Demo_SensorInRack::static_meta_class);
-    links._insert(demo::sensor_in_rack("r", 1).steal());
+    Open_Map<Demo_SensorInRack> links;
+    links.insert(demo::sensor_in_rack("r", 1).steal());
     Ref<Demo_SensorInRack> model = demo::sensor_in_rack("r", 1);
     unref(model->Sensor);
     model->Sensor = reinterpret_cast<Demo_Sensor*>(demo::element(1).steal()); // as a request may name the end
@@ -243,9 +231,9 @@ TEST(InstanceMapTest, ModifyLeavesHandedOutInstancesAlone)
 
 TEST(InstanceMapTest, ServesReadersInParallel)
 {
-    Map map(Demo_SensorInRack::static_meta_class);
+    Instance_Map<Demo_SensorInRack> map;
     for (uint32 i = 0; i < 50; i++)
-        map._insert(demo::sensor_in_rack("shared", i).steal());
+        map.insert(demo::sensor_in_rack("shared", i).steal());
     std::vector<std::thread> readers;
     for (int t = 0; t < 4; t++)
     {
@@ -255,11 +243,12 @@ TEST(InstanceMapTest, ServesReadersInParallel)
                 for (uint32 i = 0; i < 50; i++)
                 {
                     const Ref<Demo_SensorInRack> model = demo::sensor_in_rack("shared", i);
-                    Instance* found = nullptr;
-                    ASSERT_EQ(map._get_instance(model.ptr(), found), GET_INSTANCE_OK);
+                    Demo_SensorInRack* found = nullptr;
+                    ASSERT_EQ(map.get_instance(model.ptr(), found), GET_INSTANCE_OK);
                     unref(found);
                     Received received;
-                    map._enum_instances(nullptr, receive, &received);
+                    Enum_Instances_Handler<Demo_SensorInRack> handler(receive, &received);
+                    map.enum_instances(nullptr, &handler);
                     ASSERT_EQ(received.instances.size(), 50u);
                 }
             });

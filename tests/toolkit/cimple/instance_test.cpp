@@ -224,45 +224,6 @@ TEST(InstanceTest, ComparesKeys)
     }
 }
 
-// Two associations without ends, of classes that differ in what one end is declared to be.
-TEST(InstanceTest, ComparesReferencesOfRelatedClassesOnly)
-{
-    const struct
-    {
-        const Meta_Class* declared;
-        bool equal;
-    } rows[] = {{&Demo_Rack::static_meta_class, true},
-                {&Demo_Thing::static_meta_class, true},
-                {&Demo_Sensor::static_meta_class, false}};
-    for (const auto& row : rows)
-    {
-        const Meta_Reference upper = {CIMPLE_ATOMIC_INITIALIZER,
-                                      CIMPLE_FLAG_REFERENCE | CIMPLE_FLAG_KEY,
-                                      "Upper",
-                                      nullptr,
-                                      0,
-                                      0,
-                                      row.declared,
-                                      CIMPLE_OFF(Demo_RackAboveRack, Upper)};
-        const Meta_Feature* const features[] = {reinterpret_cast<const Meta_Feature*>(&upper)};
-        const Meta_Class other = {CIMPLE_ATOMIC_INITIALIZER,
-                                  CIMPLE_FLAG_ASSOCIATION,
-                                  "Demo_Other",
-                                  nullptr,
-                                  0,
-                                  features,
-                                  1,
-                                  sizeof(Demo_RackAboveRack),
-                                  nullptr,
-                                  nullptr,
-                                  1,
-                                  nullptr};
-        const Ref<Instance> a(create(&other));
-        const Ref<Demo_RackAboveRack> b(Demo_RackAboveRack::create());
-        EXPECT_EQ(key_eq(a.ptr(), b.ptr()), row.equal) << row.declared->name;
-    }
-}
-
 TEST(InstanceTest, IdenticalMeansEveryFeature)
 {
     std::vector<std::function<void(Demo_Everything*)>> changes;

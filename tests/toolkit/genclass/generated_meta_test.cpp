@@ -161,31 +161,6 @@ TEST(GeneratedMeta, AnOverriddenMethodIsItsOwnAndAnInheritedOneIsShared)
     EXPECT_EQ(find_method(&Test_Twig::static_meta_class, "Move"), &Test_Leaf_Move_method::static_meta_class);
 }
 
-TEST(GeneratedMeta, OffsetsAreThoseOfTheMembers)
-{
-    Test_Twig* twig = Test_Twig::create();
-    Test_Twig_Move_method* move = Test_Twig_Move_method::create();
-    auto expectAt = [](const Instance* object, uint32 offset, const void* member)
-    { EXPECT_EQ(reinterpret_cast<const char*>(object) + offset, static_cast<const char*>(member)); };
-    const Meta_Class* mc = &Test_Twig::static_meta_class;
-    expectAt(twig, find_property(mc, "Id")->offset, &twig->Id);
-    expectAt(twig, find_property(mc, "Slot")->offset, &twig->Slot);
-    expectAt(twig, find_property(mc, "Level")->offset, &twig->Level);
-    expectAt(twig, find_property(mc, "Label")->offset, &twig->Label);
-    expectAt(twig, find_reference(mc, "Corner")->offset, &twig->Corner);
-    expectAt(twig, find_reference(mc, "Outline")->offset, &twig->Outline);
-    expectAt(twig, find_reference(mc, "Anything")->offset, &twig->Anything);
-    expectAt(twig, find_reference(mc, "Things")->offset, &twig->Things);
-    expectAt(twig, find_property(mc, "Moves")->offset, &twig->Moves);
-    expectAt(twig, find_property(mc, "Age")->offset, &twig->Age);
-    const Meta_Method* mm = &Test_Twig_Move_method::static_meta_class;
-    expectAt(move, find_parameter(mm, "Rest")->offset, &move->Rest);
-    expectAt(move, find_reference(mm, "Links")->offset, &move->Links);
-    expectAt(move, find_parameter(mm, "return_value")->offset, &move->return_value);
-    Test_Twig_Move_method::destroy(move);
-    Test_Twig::destroy(twig);
-}
-
 TEST(GeneratedMeta, ASubclassBeginsLikeItsSuperclassInEveryClass)
 {
     const Meta_Repository& repository = *Test_Twig::static_meta_class.meta_repository;
