@@ -22,19 +22,7 @@ typedef std::vector<std::string> Texts;
 class AdapterTest : public testing::Test
 {
   protected:
-    AdapterTest()
-    {
-        for (const char* name : {"Demo_Rack",
-                                 "Demo_Element",
-                                 "Demo_Sensor",
-                                 "Demo_Everything",
-                                 "Demo_Lab",
-                                 "Demo_SensorInRack",
-                                 "Demo_RackAboveRack",
-                                 "Demo_Dependency",
-                                 "Demo_SensorAlert"})
-            script(name).reset();
-    }
+    AdapterTest() { resetScripts(); }
 
     // Ends what the test has begun: afterwards all providers are gone and the broker has nothing to complain
     // of.

@@ -1,8 +1,6 @@
 // Calls of management interfaces, and the results they return.
 #include "test_broker.h"
 
-#include "test_broker_services.h"
-
 #include <algorithm>
 #include <cmpiresults.h>
 

@@ -1,7 +1,5 @@
 // What the test broker does for providers: factories, threads, indications, and up-calls to routed
 // interfaces.
-#include "test_broker_services.h"
-
 #include "test_broker.h"
 
 #include <strings.h>

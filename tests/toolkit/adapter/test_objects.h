@@ -149,6 +149,9 @@ inline CMPIStatus done(CMPIStatus* rc, CMPIrc code)
 // A value as a getter hands it out.
 CMPIData dataOf(Journal& journal, const Value& value);
 
+// A broker with all tables of functions; `hdl` is to be set to the Broker.
+CMPIBroker services();
+
 // Text of a status message, empty for none.
 std::string textOf(const CMPIString* string);
 

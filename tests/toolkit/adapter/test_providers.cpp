@@ -12,6 +12,17 @@ namespace adapter_test
 
 using namespace cimple;
 
+namespace
+{
+
+std::map<std::string, Script>& scripts()
+{
+    static std::map<std::string, Script> all;
+    return all;
+}
+
+} // namespace
+
 void Script::reset()
 {
     load = unload = status = 0;
@@ -30,8 +41,13 @@ void Script::reset()
 
 Script& script(const char* className)
 {
-    static std::map<std::string, Script> scripts;
-    return scripts[className];
+    return scripts()[className];
+}
+
+void resetScripts()
+{
+    for (auto& entry : scripts())
+        entry.second.reset();
 }
 
 namespace
@@ -67,19 +83,16 @@ class Scripted
 
     Get_Instance_Status get_instance(const C* model, C*& instance)
     {
-        enter(model);
-        if (_script.status)
-            return static_cast<Get_Instance_Status>(_script.status);
-        const size_t at = find(model);
-        if (at == size_t(-1))
-            return GET_INSTANCE_NOT_FOUND;
-        instance = static_cast<C*>(clone(_script.instances[at].ptr()));
-        return GET_INSTANCE_OK;
+        Ref<Instance>* const found = enter(model, model);
+        const Get_Instance_Status status = answer(found, GET_INSTANCE_NOT_FOUND);
+        if (status == GET_INSTANCE_OK)
+            instance = static_cast<C*>(clone(found->ptr()));
+        return status;
     }
 
     Enum_Instances_Status enum_instances(const C* model, Enum_Instances_Handler<C>* handler)
     {
-        enter(model);
+        enter(model, nullptr);
         _script.enumerations++;
         for (Ref<Instance>& instance : _script.instances)
         {
@@ -93,41 +106,33 @@ class Scripted
 
     Create_Instance_Status create_instance(C* instance)
     {
-        enter(instance);
-        if (_script.status)
-            return static_cast<Create_Instance_Status>(_script.status);
-        if (find(instance) != size_t(-1))
-            return CREATE_INSTANCE_DUPLICATE;
-        _script.instances.emplace_back(clone(instance));
-        return CREATE_INSTANCE_OK;
+        const Create_Instance_Status status = answer(!enter(instance, instance), CREATE_INSTANCE_DUPLICATE);
+        if (status == CREATE_INSTANCE_OK)
+            _script.instances.emplace_back(clone(instance));
+        return status;
     }
 
     Delete_Instance_Status delete_instance(const C* instance)
     {
-        enter(instance);
-        if (_script.status)
-            return static_cast<Delete_Instance_Status>(_script.status);
-        const size_t at = find(instance);
-        if (at == size_t(-1))
-            return DELETE_INSTANCE_NOT_FOUND;
-        _script.instances.erase(_script.instances.begin() + static_cast<std::ptrdiff_t>(at));
-        return DELETE_INSTANCE_OK;
+        Ref<Instance>* const found = enter(instance, instance);
+        const Delete_Instance_Status status = answer(found, DELETE_INSTANCE_NOT_FOUND);
+        if (status == DELETE_INSTANCE_OK)
+            _script.instances.erase(_script.instances.begin() + (found - _script.instances.data()));
+        return status;
     }
 
     Modify_Instance_Status modify_instance(const C* model, const C* instance)
     {
-        enter(model);
-        if (_script.status)
-            return static_cast<Modify_Instance_Status>(_script.status);
-        const size_t at = find(instance);
-        if (at == size_t(-1))
-            return MODIFY_INSTANCE_NOT_FOUND;
-        copy(_script.instances[at].ptr(), instance, model);
-        return MODIFY_INSTANCE_OK;
+        Ref<Instance>* const found = enter(model, instance);
+        const Modify_Instance_Status status = answer(found, MODIFY_INSTANCE_NOT_FOUND);
+        if (status == MODIFY_INSTANCE_OK)
+            copy(found->ptr(), instance, model);
+        return status;
     }
 
   protected:
-    void enter(const Instance* model)
+    // The instance of these keys, or null.
+    Ref<Instance>* enter(const Instance* model, const Instance* keys)
     {
         if (_script.keepModels && model)
         {
@@ -136,14 +141,19 @@ class Scripted
         }
         if (_script.inside)
             _script.inside();
+        for (Ref<Instance>& instance : _script.instances)
+            if (keys && key_eq(keys, instance.ptr()))
+                return &instance;
+        return nullptr;
     }
 
-    size_t find(const Instance* keys)
+    // What the script says; without a word from it, OK or what stands in the way.
+    template <class Status>
+    Status answer(bool fine, Status otherwise)
     {
-        for (size_t i = 0; i < _script.instances.size(); i++)
-            if (key_eq(keys, _script.instances[i].ptr()))
-                return i;
-        return size_t(-1);
+        if (_script.status)
+            return static_cast<Status>(_script.status);
+        return fine ? static_cast<Status>(0) : otherwise;
     }
 
     Script& _script = script<C>();
@@ -256,7 +266,7 @@ CIMPLE_NAMESPACE_BEGIN
             if (operation != OPERATION_INVOKE_METHOD)                                                        \
                 return PROC<CLASS##_Provider>::proc(TEST_PROVIDER_ARGUMENTS);                                \
             CLASS##_Provider* const provider = static_cast<CLASS##_Provider*>(arg0);                         \
-            provider->enter(static_cast<const Instance*>(arg1));                                             \
+            provider->enter(static_cast<const Instance*>(arg1), nullptr);                                    \
             adapter_test::Script& script = provider->_script;                                                \
             if (!script.method)                                                                              \
                 return -1;                                                                                   \

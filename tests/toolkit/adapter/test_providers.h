@@ -64,6 +64,9 @@ Script& script()
     return script(Class::static_meta_class.name);
 }
 
+// Of all classes, for a new test.
+void resetScripts();
+
 // The entry points of a provider.
 extern const test_broker::Factories rackProvider;
 extern const test_broker::Factories elementProvider;

@@ -50,23 +50,6 @@ TEST(InstanceTest, CreatesDefaultsAndNulls)
     EXPECT_TRUE(sensor->Enabled.value && sensor->Id.null != 0);
 }
 
-TEST(InstanceTest, CreatesMethodObjects)
-{
-    Demo_Sensor_Calibrate_method* const method = Demo_Sensor_Calibrate_method::create();
-    EXPECT_STREQ(class_name_of(method), "Calibrate");
-    EXPECT_TRUE(method->Target.null == 0 && method->return_value.null == 0 && !method->Where);
-    method->Where = demo::rack("r1").steal();
-    Demo_Sensor_Calibrate_method* const copy = method->clone();
-    EXPECT_TRUE(identical(method, copy));
-    EXPECT_TRUE(copy->Where->Name.value == "r1");
-    EXPECT_EQ(cast<Demo_Sensor*>(method), nullptr);
-    EXPECT_EQ(cast<Instance*>(method), method);
-    nullify_properties(method);
-    EXPECT_TRUE(method->Target.null && method->return_value.null);
-    Demo_Sensor_Calibrate_method::destroy(method);
-    Demo_Sensor_Calibrate_method::destroy(copy);
-}
-
 TEST(InstanceTest, ClonesDeeply)
 {
     Ref<Demo_Everything> x = demo::everything();

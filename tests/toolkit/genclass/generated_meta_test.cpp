@@ -153,14 +153,6 @@ TEST(GeneratedMeta, ParametersStandInOrderWithTheResultLast)
     expectFeature(center.meta_features[0], {"return_value", R | OUT | EMBEDDED, 0, 0, "Test_Point"});
 }
 
-TEST(GeneratedMeta, AnOverriddenMethodIsItsOwnAndAnInheritedOneIsShared)
-{
-    EXPECT_EQ(find_method(&Test_Twig::static_meta_class, "Reset"),
-              &Test_Twig_Reset_method::static_meta_class);
-    EXPECT_NE(&Test_Twig_Reset_method::static_meta_class, &Test_Base_Reset_method::static_meta_class);
-    EXPECT_EQ(find_method(&Test_Twig::static_meta_class, "Move"), &Test_Leaf_Move_method::static_meta_class);
-}
-
 TEST(GeneratedMeta, ASubclassBeginsLikeItsSuperclassInEveryClass)
 {
     const Meta_Repository& repository = *Test_Twig::static_meta_class.meta_repository;
