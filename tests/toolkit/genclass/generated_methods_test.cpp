@@ -4,6 +4,7 @@
 #include <string>
 #include <type_traits>
 
+#include "Demo_Sensor.h"
 #include "Test_Event_Methods.h"
 #include "Test_LeafLink_Methods.h"
 #include "Test_Twig_Methods.h"
@@ -93,12 +94,26 @@ TEST_F(MethodDispatch, HandsInputsOverAndOutputsBack)
     Test_Twig_Move_method::destroy(record);
 }
 
-TEST_F(MethodDispatch, StaticMethodsTakeNoInstanceAndWhatTheProviderDoesNotHaveIsRefused)
+TEST_F(MethodDispatch, FindsMethodsWithoutRegardToCaseAndRefusesWhatTheProviderDoesNotHave)
 {
     Test_Twig_Count_method* count = Test_Twig_Count_method::create();
+    const Meta_Method& own = Test_Twig_Count_method::static_meta_class;
+    const Meta_Method renamed = {CIMPLE_ATOMIC_INITIALIZER,
+                                 own.flags,
+                                 "coUNT",
+                                 nullptr,
+                                 0,
+                                 own.meta_features,
+                                 own.num_meta_features,
+                                 own.size,
+                                 own.return_type};
+    count->meta_class = reinterpret_cast<const Meta_Class*>(&renamed);
     EXPECT_EQ(invoke(count), INVOKE_METHOD_OK);
     EXPECT_EQ(count->return_value.value, 12u);
     Test_Twig_Count_method::destroy(count);
+    Demo_Sensor_Calibrate_method* foreign = Demo_Sensor_Calibrate_method::create();
+    EXPECT_EQ(invoke(foreign), -1);
+    Demo_Sensor_Calibrate_method::destroy(foreign);
 
     Test_Twig_Reset_method* reset = Test_Twig_Reset_method::create();
     Test_Twig_Swap_method* swap = Test_Twig_Swap_method::create();
