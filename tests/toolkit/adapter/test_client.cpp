@@ -4,37 +4,6 @@
 namespace test_broker
 {
 
-namespace
-{
-
-// A property list as C code expects it.
-class CList
-{
-  public:
-    explicit CList(const Properties& properties) : _all(!properties)
-    {
-        if (properties)
-            _names = *properties;
-        _names.push_back(nullptr);
-    }
-    const char** get() { return _all ? nullptr : _names.data(); }
-
-  private:
-    bool _all;
-    std::vector<const char*> _names;
-};
-
-// An instance that is made when the interface is called, in the session of the call.
-struct Argument
-{
-    Broker& broker;
-    const Inst& inst;
-
-    operator const CMPIInstance*() const { return make<CMPIInstance>(broker.journal(), inst); }
-};
-
-} // namespace
-
 Client::Client(Broker& broker, const Factories& factories) : _broker(broker)
 {
     create(factories.instance, _instance);
@@ -60,51 +29,6 @@ void Client::create(Factory factory, Mi*& mi)
         Broker::kWithoutResult);
     if ((status.rc == CMPI_RC_OK) != (mi != nullptr))
         _broker.journal().violation("an interface was made or not against the status of its factory");
-}
-
-// Calls a function of an interface with a path made in the call's session.
-template <class Mi, class Function, class... Args>
-Outcome Client::run(Mi* mi, Function function, const Path& path, const Args&... args)
-{
-    return _broker.call(
-        [&](auto* c, auto* r)
-        { return (mi->ft->*function)(mi, c, r, make<CMPIObjectPath>(_broker.journal(), path), args...); });
-}
-
-Outcome Client::enumerateInstances(const Path& path, const Properties& list)
-{
-    return run(_instance, &CMPIInstanceMIFT::enumerateInstances, path, CList(list).get());
-}
-
-Outcome Client::enumerateInstanceNames(const Path& path)
-{
-    return run(_instance, &CMPIInstanceMIFT::enumerateInstanceNames, path);
-}
-
-Outcome Client::getInstance(const Path& path, const Properties& list)
-{
-    return run(_instance, &CMPIInstanceMIFT::getInstance, path, CList(list).get());
-}
-
-Outcome Client::createInstance(const Path& path, const Inst& inst)
-{
-    return run(_instance, &CMPIInstanceMIFT::createInstance, path, Argument{_broker, inst});
-}
-
-Outcome Client::modifyInstance(const Path& path, const Inst& inst, const Properties& list)
-{
-    return run(
-        _instance, &CMPIInstanceMIFT::modifyInstance, path, Argument{_broker, inst}, CList(list).get());
-}
-
-Outcome Client::deleteInstance(const Path& path)
-{
-    return run(_instance, &CMPIInstanceMIFT::deleteInstance, path);
-}
-
-Outcome Client::execQuery(const Path& path, const char* query, const char* language)
-{
-    return run(_instance, &CMPIInstanceMIFT::execQuery, path, query, language);
 }
 
 Outcome Client::invokeMethod(const Path& path, const char* method, const std::vector<Named>& in)
@@ -149,50 +73,6 @@ Outcome Client::associatorNames(const Path& path, const Filters& f)
                f.resultClass,
                f.role,
                f.resultRole);
-}
-
-Outcome Client::references(const Path& path, const Filters& f, const Properties& list)
-{
-    return run(_association, &CMPIAssociationMIFT::references, path, f.assocClass, f.role, CList(list).get());
-}
-
-Outcome Client::referenceNames(const Path& path, const Filters& f)
-{
-    return run(_association, &CMPIAssociationMIFT::referenceNames, path, f.assocClass, f.role);
-}
-
-template <class Function>
-Outcome Client::filter(Function function, const Path& path)
-{
-    return _broker.call(
-        [&](auto* c, auto*)
-        {
-            CMPIObjectPath* made = make<CMPIObjectPath>(_broker.journal(), path);
-            return (_indication->ft->*function)(_indication, c, nullptr, path.className.c_str(), made, 1);
-        },
-        Broker::kWithoutResult);
-}
-
-Outcome Client::activateFilter(const Path& path)
-{
-    return filter(&CMPIIndicationMIFT::activateFilter, path);
-}
-
-Outcome Client::deactivateFilter(const Path& path)
-{
-    return filter(&CMPIIndicationMIFT::deActivateFilter, path);
-}
-
-Outcome Client::enableIndications()
-{
-    return _broker.call([&](auto* c, auto*) { return _indication->ft->enableIndications(_indication, c); },
-                        Broker::kWithoutResult);
-}
-
-Outcome Client::disableIndications()
-{
-    return _broker.call([&](auto* c, auto*) { return _indication->ft->disableIndications(_indication, c); },
-                        Broker::kWithoutResult);
 }
 
 template <class Mi>

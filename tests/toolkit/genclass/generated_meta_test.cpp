@@ -25,19 +25,10 @@ struct Row
     const char* target = nullptr; // class of references; for properties nothing
 };
 
-const Meta_Reference& asReference(const Meta_Feature* feature)
+template <class Kind>
+const Kind& as(const Meta_Feature* feature)
 {
-    return *reinterpret_cast<const Meta_Reference*>(feature);
-}
-
-const Meta_Property& asProperty(const Meta_Feature* feature)
-{
-    return *reinterpret_cast<const Meta_Property*>(feature);
-}
-
-const Meta_Method& asMethod(const Meta_Feature* feature)
-{
-    return *reinterpret_cast<const Meta_Method*>(feature);
+    return *reinterpret_cast<const Kind*>(feature);
 }
 
 void expectFeature(const Meta_Feature* feature, const Row& row)
@@ -46,14 +37,14 @@ void expectFeature(const Meta_Feature* feature, const Row& row)
     EXPECT_STREQ(feature->name, row.name);
     EXPECT_EQ(feature->flags, row.flags);
     if (row.flags & M)
-        EXPECT_EQ(int{asMethod(feature).return_type}, row.detail);
+        EXPECT_EQ(int{as<Meta_Method>(feature).return_type}, row.detail);
     else if (row.flags & R)
     {
-        EXPECT_EQ(int{asReference(feature).subscript}, row.detail);
-        EXPECT_STREQ(asReference(feature).meta_class->name, row.target);
+        EXPECT_EQ(int{as<Meta_Reference>(feature).subscript}, row.detail);
+        EXPECT_STREQ(as<Meta_Reference>(feature).meta_class->name, row.target);
     }
     else
-        EXPECT_EQ(int{asProperty(feature).subscript}, row.detail);
+        EXPECT_EQ(int{as<Meta_Property>(feature).subscript}, row.detail);
 }
 
 void expectClass(
@@ -176,11 +167,11 @@ TEST(GeneratedMeta, ASubclassBeginsLikeItsSuperclassInEveryClass)
             EXPECT_EQ(own == inherited, mc.locals[i].local == 0) << own->name;
             if (own->flags & P)
             {
-                EXPECT_EQ(asProperty(own).offset, asProperty(inherited).offset) << own->name;
+                EXPECT_EQ(as<Meta_Property>(own).offset, as<Meta_Property>(inherited).offset) << own->name;
             }
             else if (own->flags & R)
             {
-                EXPECT_EQ(asReference(own).offset, asReference(inherited).offset) << own->name;
+                EXPECT_EQ(as<Meta_Reference>(own).offset, as<Meta_Reference>(inherited).offset) << own->name;
             }
         }
     }
