@@ -24,12 +24,6 @@ Value u16s(std::vector<unsigned> numbers)
     return Value::array(CMPI_uint16, elements);
 }
 
-Value limits(int low)
-{
-    return Value::instance(
-        {classPath("Demo_Limits"), {{"Low", Value::integer(CMPI_sint32, CMPIUint64(low))}}});
-}
-
 class Conversion : public AdapterTest
 {
   protected:

@@ -12,12 +12,6 @@ class MethodMi : public AdapterTest
 
 const Path kLab = {"root/demo", "Demo_Lab", {{"Name", Value::string("lab")}}};
 
-Value limits(int low)
-{
-    return Value::instance(
-        {classPath("Demo_Limits"), {{"Low", Value::integer(CMPI_sint32, CMPIUint64(low))}}});
-}
-
 TEST_F(MethodMi, ParametersOfEveryKindGoThereAndBack)
 {
     std::string seen;

@@ -14,16 +14,6 @@ thread_local Session* currentSession = nullptr;
 
 } // namespace
 
-Object::Object(Journal& j) : journal(j)
-{
-    journal.count(true);
-}
-
-Object::~Object()
-{
-    journal.count(false);
-}
-
 void Journal::violation(const std::string& text)
 {
     std::lock_guard<std::mutex> lock(_mutex);

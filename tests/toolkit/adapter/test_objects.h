@@ -13,21 +13,6 @@
 namespace test_broker
 {
 
-class Journal;
-
-// What every object of the broker is besides its CMPI face.
-struct Object
-{
-    explicit Object(Journal& journal);
-    virtual ~Object();
-    Object(const Object&) = delete;
-    Object& operator=(const Object&) = delete;
-
-    Journal& journal;
-    const std::thread::id owner = std::this_thread::get_id();
-    bool movable = false; // used on another thread than the one that made it
-};
-
 // What a broker remembers of its objects and of broken rules. Shared by all threads.
 class Journal
 {
@@ -44,6 +29,19 @@ class Journal
     mutable std::mutex _mutex;
     std::vector<std::string> _violations;
     std::atomic<size_t> _alive{0};
+};
+
+// What every object of the broker is besides its CMPI face.
+struct Object
+{
+    explicit Object(Journal& j) : journal(j) { journal.count(true); }
+    virtual ~Object() { journal.count(false); }
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+
+    Journal& journal;
+    const std::thread::id owner = std::this_thread::get_id();
+    bool movable = false; // used on another thread than the one that made it
 };
 
 // The objects of one MI call or of one attached thread; all of them die with it. Sessions of a thread nest.

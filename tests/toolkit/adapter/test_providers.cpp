@@ -396,4 +396,10 @@ test_broker::Path sensorPath(uint32 id)
     return {"root/demo", "Demo_Sensor", {{"Id", test_broker::Value::integer(CMPI_uint32, id)}}};
 }
 
+test_broker::Value limits(int low)
+{
+    const test_broker::Value number = test_broker::Value::integer(CMPI_sint32, CMPIUint64(low));
+    return test_broker::Value::instance({classPath("Demo_Limits"), {{"Low", number}}});
+}
+
 } // namespace adapter_test

@@ -88,5 +88,6 @@ Ref<Instance> rackAboveRack(const char* upper, const char* lower);
 test_broker::Path classPath(const char* className);
 test_broker::Path rackPath(const char* name);
 test_broker::Path sensorPath(cimple::uint32 id);
+test_broker::Value limits(int low); // an embedded Demo_Limits
 
 } // namespace adapter_test
