@@ -4,9 +4,14 @@
 #include "agent/http/TlsHandshake.h"
 #include "agent/log/Log.h"
 
+#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <fcntl.h>
 #include <stdexcept>
+#include <sys/socket.h>
+#include <system_error>
+#include <unistd.h>
 #include <vector>
 
 namespace cimd
@@ -100,7 +105,17 @@ Daemon::~Daemon()
 
 void Daemon::quiesce()
 {
-    const FileDescriptor listening(MHD_quiesce_daemon(_daemon));
+    const MHD_socket listening = MHD_quiesce_daemon(_daemon);
+    if (listening == MHD_INVALID_SOCKET)
+        return;
+    // The daemon's thread may be about to use the number, which must not become somebody else's before it has
+    // ended. A socket that nobody can connect to takes its place.
+    _retired = FileDescriptor(listening);
+    const FileDescriptor deaf(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (deaf.get() < 0 || dup3(deaf.get(), listening, O_CLOEXEC) < 0)
+        log(LogLevel::Warning,
+            "http",
+            "clients can connect until the stop: " + std::generic_category().message(errno));
 }
 
 } // namespace cimd

@@ -37,6 +37,7 @@ class Daemon
     void quiesce();
 
   private:
+    FileDescriptor _retired; // what was the listening socket; outlives the daemon's thread
     MHD_Daemon* _daemon;
 };
 
