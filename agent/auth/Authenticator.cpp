@@ -133,9 +133,9 @@ Authenticator::attempt(const std::string& digest, const Credentials& credentials
     _attempts.erase(digest);
     mine->fault = std::move(fault);
     mine->isDone = true;
+    _changed.notify_all();
     if (mine->fault.empty())
         _known.put(digest, {credentials.user, state.generation}, _clock());
-    _changed.notify_all();
     return mine;
 }
 

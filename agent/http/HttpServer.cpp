@@ -101,22 +101,22 @@ class HttpServer::Impl
           _area(std::move(options.spoolDirectory), limits.unsentBytes, limits.answerFileBytes),
           _pool(limits.workers, limits.queuedRequests), _alarm([this](Time now) { return check(now); })
     {
-        for (ListenSocket& socket : sockets)
-            _daemons.emplace_back(std::move(socket),
-                                  _tls,
-                                  _limits,
-                                  DaemonCallbacks{&onRequest, &onConnection, &onCompleted, this});
+        try
+        {
+            for (ListenSocket& socket : sockets)
+                _daemons.emplace_back(std::move(socket),
+                                      _tls,
+                                      _limits,
+                                      DaemonCallbacks{&onRequest, &onConnection, &onCompleted, this});
+        }
+        catch (...)
+        {
+            end(); // the first port may be serving when the second fails
+            throw;
+        }
     }
 
-    ~Impl()
-    {
-        stop(std::chrono::milliseconds(0));
-        _alarm.stop();
-        for (const ConnectionPtr& connection : connections())
-            connection->abandon(); // MHD_stop_daemon demands that none is suspended
-        _pool.join();              // its tasks resume connections
-        _daemons.clear();
-    }
+    ~Impl() { end(); }
 
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
@@ -129,14 +129,24 @@ class HttpServer::Impl
         for (const ConnectionPtr& connection : connections())
             connection->stop();
         std::unique_lock<std::mutex> lock(_mutex);
-        _changed.wait_for(lock, grace, [this] { return _exchanges == 0 && _running == 0; });
-        return _running == 0;
+        _changed.wait_for(lock, grace, [this] { return _exchanges == 0 && _running.empty(); });
+        return _running.empty();
     }
 
   private:
     using Time = Alarm::Time;
     using ConnectionPtr = std::shared_ptr<Connection>;
-    using Place = std::list<ConnectionPtr>::iterator;
+    using ExchangePtr = std::shared_ptr<Exchange>;
+
+    void end()
+    {
+        stop(std::chrono::milliseconds(0));
+        _alarm.stop();
+        for (const ConnectionPtr& connection : connections())
+            connection->abandon(); // MHD_stop_daemon demands that none is suspended
+        _pool.join();              // its tasks resume connections
+        _daemons.clear();
+    }
 
     static Connection& connectionOf(MHD_Connection* connection)
     {
@@ -203,7 +213,8 @@ class HttpServer::Impl
         auto& server = *static_cast<Impl*>(self);
         setTimeout(handle, server._limits.idleSeconds);
         connectionOf(handle).end("the client has gone");
-        server.leave(server._exchanges);
+        server._alarm.ringBy(Alarm::Clock::now() + server._limits.requestSeconds / 4); // for the next one
+        server.changed([&server] { --server._exchanges; });
     }
 
     static void setTimeout(MHD_Connection* handle, unsigned seconds)
@@ -213,7 +224,7 @@ class HttpServer::Impl
 
     MHD_Result head(MHD_Connection* handle, Connection& connection, const char* url, const char* method)
     {
-        enter(_exchanges); // left when the library says that the request is over, however it ends
+        changed([this] { ++_exchanges; }); // until the library says that it is over, however it ends
         Exchange& exchange = connection.begin();
         HttpRequest& request = exchange.request;
         request.method = method;
@@ -268,7 +279,7 @@ class HttpServer::Impl
     {
         if (!connection.complete())
             return MHD_NO;
-        const std::shared_ptr<Exchange> exchange = connection.exchange();
+        const ExchangePtr exchange = connection.exchange();
         std::optional<HttpResponse>& refusal = exchange->refusal;
         if (!refusal && !_pool.reserve())
             refusal = refused(exchange->request, kUnavailable, "Too many requests are waiting.");
@@ -280,14 +291,15 @@ class HttpServer::Impl
             finish(*exchange, std::move(*refusal));
         else
         {
-            enter(_running);
-            _pool.submit([this, exchange](WorkerPool::Worker& worker) { work(*exchange, worker); });
+            changed([&] { _running.push_back(exchange); });
+            _pool.submit([this, exchange](WorkerPool::Worker& worker) { work(exchange, worker); });
         }
         return MHD_YES;
     }
 
-    void work(Exchange& exchange, WorkerPool::Worker& worker)
+    void work(const ExchangePtr& running, WorkerPool::Worker& worker)
     {
+        Exchange& exchange = *running;
         const Time now = Alarm::Clock::now();
         exchange.reply.start(now, [this, &worker] { writeOff(worker); });
         _alarm.ringBy(now + _limits.operationSeconds);
@@ -304,7 +316,7 @@ class HttpServer::Impl
         }
         _pool.giveBack(worker); // before the client can ask again
         finish(exchange, std::move(response));
-        leave(_running);
+        changed([&] { _running.remove(running); });
     }
 
     void finish(Exchange& exchange, HttpResponse&& response)
@@ -312,14 +324,17 @@ class HttpServer::Impl
         const Time now = Alarm::Clock::now();
         const Time due = now + response.holdFor;
         exchange.reply.finish(std::move(response), now);
-        if (due != now)
-            _alarm.ringBy(due);
+        if (due == now)
+            return;
+        _alarm.ringBy(due);
+        if (_stopping) // perhaps too late for stop() to see it
+            exchange.reply.release();
     }
 
     /** The answer has been made, or its first chunk. */
     MHD_Result reply(MHD_Connection* handle, Connection& connection)
     {
-        const std::shared_ptr<Exchange> exchange = connection.exchange();
+        const ExchangePtr exchange = connection.exchange();
         HttpResponse head;
         switch (exchange->reply.takeHead(head))
         {
@@ -342,6 +357,8 @@ class HttpServer::Impl
         Time next = Alarm::kNever;
         for (const ConnectionPtr& connection : connections())
             next = std::min(next, connection->check(now));
+        for (const ExchangePtr& exchange : running()) // a client that has gone leaves its provider behind
+            next = std::min(next, exchange->reply.check(now));
         return next;
     }
 
@@ -362,16 +379,18 @@ class HttpServer::Impl
         return _connections;
     }
 
-    void enter(unsigned& counter)
+    std::list<ExchangePtr> running()
     {
         std::lock_guard<std::mutex> lock(_mutex);
-        ++counter;
+        return _running;
     }
 
-    void leave(unsigned& counter)
+    /** Changes what stop() waits for. */
+    template <class Change>
+    void changed(Change change)
     {
         std::lock_guard<std::mutex> lock(_mutex);
-        --counter;
+        change();
         _changed.notify_all();
     }
 
@@ -384,8 +403,8 @@ class HttpServer::Impl
     std::mutex _mutex;
     std::condition_variable _changed;
     std::list<ConnectionPtr> _connections;
-    unsigned _exchanges = 0; // from a complete head to the end of the answer
-    unsigned _running = 0;   // handed to a worker and not yet returned from
+    unsigned _exchanges = 0;         // from a complete head to the end of the answer
+    std::list<ExchangePtr> _running; // handed to a worker and not yet returned from
     WorkerPool _pool;
     Alarm _alarm;               // after all that it looks at
     std::list<Daemon> _daemons; // one for each port

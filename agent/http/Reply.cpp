@@ -146,6 +146,11 @@ void Reply::end(HttpResponse&& response)
     else
         _last = std::move(response.body);
     _isComplete = true;
+}
+
+/** No time is running for the maker any more. */
+void Reply::hasReturned()
+{
     _late = nullptr;
     _writeOff = nullptr;
     _due = Alarm::kNever;
@@ -154,7 +159,7 @@ void Reply::end(HttpResponse&& response)
 void Reply::finish(HttpResponse&& response, Time now)
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    _late = nullptr;
+    hasReturned();
     if (_isComplete)
         return;
     const auto hold = response.holdFor;
@@ -173,16 +178,19 @@ Reply::Time Reply::check(Time now)
         _heldUntil = Alarm::kNever;
         goOn();
     }
-    if (_isComplete)
+    if (_due == Alarm::kNever)
         return _heldUntil;
     if (now < _due)
         return _due;
     if (_isWaitingForRoom)
         return now + kWaitStep; // by how much it is due later shows when the client has taken something
-    _reason = kLate;
-    HttpResponse answer = _late ? _late() : plainLateAnswer();
+    if (!_isComplete)
+    {
+        _reason = kLate;
+        end(_late ? _late() : plainLateAnswer());
+    }
     const std::function<void()> writeOff = std::move(_writeOff);
-    end(std::move(answer));
+    hasReturned();
     writeOff();
     goOn();
     return Alarm::kNever;
@@ -200,6 +208,8 @@ void Reply::release()
 void Reply::await()
 {
     std::lock_guard<std::mutex> lock(_mutex);
+    if (_isClosed) // nobody would let it go on
+        return;
     _isPaused = true;
     _outlet.pause();
 }

@@ -65,7 +65,7 @@ class Reply : public AnswerStream
 
     // --- the sender
 
-    /** Pauses the outlet until there is something to send. */
+    /** Pauses the outlet until there is something to send; not if the answer is closed. */
     void await();
 
     enum class Start
@@ -99,6 +99,7 @@ class Reply : public AnswerStream
     bool waitForRoom(std::unique_lock<std::mutex>& lock);
     void push(std::string&& chunk);
     void end(HttpResponse&& response);
+    void hasReturned();
     [[noreturn]] void throwClosed() const;
 
     const std::size_t _chunk;

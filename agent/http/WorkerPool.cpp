@@ -9,9 +9,17 @@ namespace cimd
 
 WorkerPool::WorkerPool(unsigned workers, unsigned queued) : _capacity(std::size_t{workers} + queued)
 {
-    std::lock_guard<std::mutex> lock(_mutex);
-    for (unsigned i = 0; i < workers; ++i)
-        add();
+    try
+    {
+        std::lock_guard<std::mutex> lock(_mutex);
+        for (unsigned i = 0; i < workers; ++i)
+            add();
+    }
+    catch (const std::system_error&)
+    {
+        join(); // those that there are
+        throw;
+    }
 }
 
 void WorkerPool::join()

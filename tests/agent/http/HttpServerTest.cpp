@@ -8,6 +8,7 @@
 #include <mutex>
 #include <stdexcept>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace cimd
@@ -370,6 +371,36 @@ TEST_F(HttpServerTest, FinishesRequestsInFlightWhenStopped)
     EXPECT_EQ("wait", answer.body);
     EXPECT_EQ("close", answer.header("Connection"));
     EXPECT_TRUE(server->stop(kLong));
+}
+
+int nextDescriptor()
+{
+    return FileDescriptor(dup(STDERR_FILENO)).get();
+}
+
+// libmicrohttpd's thread may be about to accept from the number.
+TEST_F(HttpServerTest, LeavesTheNumberOfItsSocketToNobodyBeforeItsEnd)
+{
+    const int listening = nextDescriptor();
+    start();
+    EXPECT_TRUE(server->stop(std::chrono::milliseconds(0)));
+    while (canConnect(port))
+        std::this_thread::yield();
+    EXPECT_NE(listening, nextDescriptor());
+    server.reset();
+    EXPECT_EQ(listening, nextDescriptor());
+}
+
+TEST_F(HttpServerTest, EndsWellWhenItsSecondPortCannotBeServed)
+{
+    const unsigned backlog = Limits().backlog;
+    std::vector<ListenSocket> sockets;
+    port = sockets.emplace_back("127.0.0.1", 0, backlog).port();
+    sockets.emplace_back("127.0.0.1", 0, backlog, true);
+    RawClient client(port);
+    client.send(post("body"));
+    EXPECT_THROW(HttpServer(handler, Limits(), std::move(sockets)), std::runtime_error) << "no certificate";
+    client.awaitClose();
 }
 
 TEST_F(HttpServerTest, ServesManyClientsAtOnce)

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <poll.h>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -147,6 +148,12 @@ bool RawClient::takeLine(std::string& to)
     to = _buffer.substr(0, end);
     _buffer.erase(0, end + 2);
     return true;
+}
+
+bool RawClient::hears(std::chrono::milliseconds within)
+{
+    pollfd source{_fd.get(), POLLIN, 0};
+    return poll(&source, 1, static_cast<int>(within.count())) > 0;
 }
 
 std::string RawClient::receiveOnce()

@@ -3,6 +3,7 @@
 
 #include "agent/http/ListenSocket.h"
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -36,6 +37,8 @@ class RawClient
         send(bytes);
         return receive();
     }
+    // Whether there is something to read, or the end, within the time.
+    bool hears(std::chrono::milliseconds within);
     // What a single read gets; empty at the end of the connection.
     std::string receiveOnce();
     // Reads until the server closes the connection; throws if it does not.

@@ -58,7 +58,7 @@ TEST(PatienceTest, AMillionInstancesDoNotStayInMemory)
 {
     constexpr std::size_t kInstances = kMemoryIsPlain ? 1'000'000 : 100'000; // for time's sake
     constexpr std::size_t kMostGrowth = 8 * 1024;                            // KiB
-    Process cimd(words({"--no-supervisor"}));
+    Process cimd(words({"--no-supervisor", "--max-operation-seconds", "3600"}));
     const std::uint16_t port = portOf(cimd.readLine());
     RawClient client(port);
     std::size_t before = 0;

@@ -54,7 +54,7 @@ TEST(SurvivalTest, ACrashIsReportedAndTheNextRequestServed)
 
 TEST(SurvivalTest, CrashesInARowEndIt)
 {
-    Process cimd(words({"--max-crashes", "3"}));
+    Process cimd(words({"--max-crashes", "3", "--max-crash-seconds", "3600"}));
     const std::uint16_t port = portOf(cimd.readLine());
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ("", ask(port, "segv"));
