@@ -38,6 +38,10 @@ if(VRAX_SANITIZE)
                                                   -fno-omit-frame-pointer)
     target_link_options(vrax_options INTERFACE -fsanitize=${VRAX_SANITIZE})
 endif()
+if(VRAX_SANITIZE STREQUAL "thread")
+    target_sources(vrax_options INTERFACE
+        $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${CMAKE_CURRENT_LIST_DIR}/thread_sanitizer.cpp>)
+endif()
 
 add_library(vrax_warnings INTERFACE)
 target_link_libraries(vrax_warnings INTERFACE vrax_options)

@@ -44,7 +44,7 @@ class AgentProcess:
         if not urls:
             self.process.kill()
             self.process.wait()
-            self._log_reader.join(5)
+            self._log_reader.join(STOP_TIMEOUT_SECONDS)
             raise RuntimeError(f"{' '.join(self.command)} did not start: {line}{self.log()}")
         self.url = urls[0]
         self.tls_url = urls[-1] if urls[-1].startswith("https:") else None
@@ -64,7 +64,7 @@ class AgentProcess:
             self.process.kill()
             self.process.wait()
             raise RuntimeError(f"the agent did not end within {STOP_TIMEOUT_SECONDS} s of SIGTERM: {self.log()}")
-        self._log_reader.join(5)
+        self._log_reader.join(STOP_TIMEOUT_SECONDS)
         self.process.stdout.close()
         self.process.stderr.close()
         if status != 0:

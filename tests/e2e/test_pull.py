@@ -41,7 +41,8 @@ def test_pulled_equals_enumerated(connection, batch):
 
 
 def test_iterators_use_pull_operations(agent):
-    connection = pywbem.WBEMConnection(agent.url, default_namespace=NAMESPACE, use_pull_operations=True)
+    connection = pywbem.WBEMConnection(agent.url, default_namespace=NAMESPACE, use_pull_operations=True,
+                                       timeout=60)
     whole = connection.EnumerateInstances(PORTS)
     assert [i.properties for i in connection.IterEnumerateInstances(PORTS, MaxObjectCount=5)] == \
         [i.properties for i in whole]
@@ -104,7 +105,7 @@ def test_what_cannot_be_pulled(connection):
 def test_large_results_wait_in_a_file_and_their_number_is_bounded(build_dir, tmp_path):
     arguments = ["--max-enumerations", "2", "--max-spool-memory-bytes", "1000", "--spool-directory", str(tmp_path)]
     with AgentProcess(build_dir, extra_args=arguments) as agent:
-        connection = pywbem.WBEMConnection(agent.url, default_namespace=NAMESPACE)
+        connection = pywbem.WBEMConnection(agent.url, default_namespace=NAMESPACE, timeout=60)
         whole = connection.EnumerateInstances(PORTS)
         first = connection.OpenEnumerateInstances(PORTS, MaxObjectCount=2)
         second = connection.OpenEnumerateInstancePaths(PORTS)
@@ -119,7 +120,7 @@ def test_large_results_wait_in_a_file_and_their_number_is_bounded(build_dir, tmp
 
 def test_a_client_may_change_what_it_is_pulling(build_dir):
     with AgentProcess(build_dir) as agent:
-        connection = pywbem.WBEMConnection(agent.url, default_namespace=NAMESPACE, timeout=30)
+        connection = pywbem.WBEMConnection(agent.url, default_namespace=NAMESPACE, timeout=60)
         opened = connection.OpenEnumerateInstances(PORTS, PropertyList=["ElementName", "RequestedState"])
         renamed = 0
         while not opened.eos:
