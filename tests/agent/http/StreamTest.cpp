@@ -175,8 +175,8 @@ TEST_F(StreamTest, WaitsForASlowClientAndStopsForOneThatLeaves)
 
 TEST_F(StreamTest, BearsWithAClientThatTakesLittleAtATime)
 {
-    limits.answerFileBytes = 64 * 1024 * 1024; // never read to its end
-    limits.slowClientSeconds = std::chrono::seconds(3);
+    limits.answerFileBytes = 64 * 1024 * 1024;          // never read to its end
+    limits.slowClientSeconds = std::chrono::seconds(6); // in all more than that, at once much less
     limits.requestSeconds = std::chrono::seconds(1);
     std::promise<std::string> reason;
     std::future<std::string> ended = reason.get_future();
@@ -184,7 +184,7 @@ TEST_F(StreamTest, BearsWithAClientThatTakesLittleAtATime)
     {
         RawClient client(port);
         client.send(post(""));
-        for (int round = 0; round < 4; ++round)
+        for (int round = 0; round < 6; ++round)
         {
             for (std::size_t got = 0, piece = 1; piece != 0 && got < 6'000'000; got += piece)
                 piece = client.receiveOnce().size();
