@@ -1,7 +1,6 @@
 // Tests of configuration records: what they show, what they take, and the bytes that are nobody's here.
 #include "platform/switch_config.h"
 
-#include "platform/data_cache.h"
 #include "simulator/testing/sim_switch.h"
 #include "tests/simulator/sml.h"
 
@@ -92,22 +91,6 @@ TEST(SwitchRecord, RefusesWhatTheSwitchCannotBe)
     EXPECT_EQ(XPL_INVALID_HANDLE, xpl_swSwitchSetConfig(nullptr, &good));
 }
 
-TEST(SwitchRecord, KeepsTheBytesOfOtherServices)
-{
-    const SimSwitch sim = SimSwitch::make();
-    xpl_swSwitchConfig record = switchRecord();
-    const auto alive = [](const auto& field)
-    { return std::any_of(std::begin(field), std::end(field), [](std::uint8_t b) { return b != 0; }); };
-    EXPECT_TRUE(alive(record.reserved1) && alive(record.reserved3))
-        << "a caller that zeroes them must be seen";
-    record.reserved0[0] = 1;
-    record.reserved1[19] = 2;
-    record.reserved2[2] = 3;
-    record.reserved3[42] = 4;
-    EXPECT_EQ(0, xpl_swSwitchSetConfig(hSwitch, &record));
-    EXPECT_EQ(bytesOf(record), bytesOf(switchRecord()));
-}
-
 TEST(PortRecord, ShowsAndTakesTheConfiguration)
 {
     const SimSwitch sim = SimSwitch::make().ports(3);
@@ -148,22 +131,6 @@ TEST(Resets, AnUnchangedRecordResetsTheLinkAndASwitchResetTheCounters)
     EXPECT_EQ(0u, counterOf(0, "TxLinkResets"));
     sim.advance(std::chrono::seconds(1));
     EXPECT_NE(0u, counterOf(0, "TotalRxWords")) << "and go on from there";
-}
-
-TEST(Records, FailByNameAndByCall)
-{
-    SimSwitch sim = SimSwitch::make().ports(3);
-    const xpl_swPortConfig record = portRecord(1);
-    xpl_swPortConfig other = record;
-    sim.failRecord("port/1", 101);
-    EXPECT_EQ(101, xpl_swPortGetConfig(hSwitch, 1, 0, &other));
-    EXPECT_EQ(101, xpl_swPortSetConfig(hSwitch, 1, &record));
-    EXPECT_EQ(0, xpl_swPortGetConfig(hSwitch, 2, 0, &other));
-    sim.failNext("xpl_swSwitchForceReset", 1, 55);
-    EXPECT_EQ(55, xpl_swSwitchForceReset(hSwitch));
-    EXPECT_EQ(0, xpl_swSwitchForceReset(hSwitch));
-    sim.restore();
-    EXPECT_EQ(0, xpl_swPortSetConfig(hSwitch, 1, &record));
 }
 
 } // namespace

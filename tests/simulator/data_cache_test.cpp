@@ -37,15 +37,6 @@ TEST(DataCache, WalksPortsInNumericOrder)
     }
 }
 
-TEST(DataCache, WalksASwitchWithoutPorts)
-{
-    const SimSwitch sim = SimSwitch::make().ports(0);
-    EXPECT_TRUE(portWalk().empty());
-    const SwitchCache* only = DataCache::instance()->getFabric(1)->getFirstSwitch();
-    EXPECT_TRUE(only->getFirstPort().isNull());
-    EXPECT_TRUE(only->getNextPort(PortCache()).isNull());
-}
-
 TEST(DataCache, WalksSwitchesByDomainAndTheirPortsByEntry)
 {
     SimSwitch sim = SimSwitch::make().domain(5).ports(1).remote(239, 2).remote(2, 1);
@@ -117,20 +108,6 @@ TEST(DataCache, ConvertsBetweenIndexAndWwn)
     EXPECT_EQ(0, cache->getPortHWType("300"));
 }
 
-TEST(DataCache, TellsFactsOfTheLocalSwitch)
-{
-    const SimSwitch sim = SimSwitch::make().noPrincipal().switchFacts(
-        [](SwitchScenario& one)
-        {
-            one.transparent = true;
-            one.faults = {7, 32768};
-        });
-    DataCache* cache = DataCache::instance();
-    EXPECT_TRUE(cache->isTransparentSwitch());
-    EXPECT_EQ((std::vector<std::uint16_t>{7, 32768}), cache->getSwitchFaults());
-    EXPECT_TRUE(cache->getFabric(1)->getFabricWwn().empty());
-}
-
 // Starts a writer and returns once it waits for the readers to leave.
 std::future<void> waitingWriter(SimSwitch& sim)
 {
@@ -179,16 +156,6 @@ TEST(CacheReadLock, LetsAWaitingWriterGoBeforeNewReaders)
     cache->dcRdUnlock();
     EXPECT_TRUE(reader.get());
     writer.get();
-}
-
-TEST(CacheReadLock, CanBeRefused)
-{
-    SimSwitch sim = SimSwitch::make();
-    sim.refuseCacheLock();
-    EXPECT_NE(0, DataCache::instance()->dcRdLock());
-    EXPECT_EQ(0, sim.heldCacheLocks());
-    EXPECT_EQ(0, DataCache::instance()->dcRdLock());
-    DataCache::instance()->dcRdUnlock();
 }
 
 TEST(CacheReadLockDeathTest, MisuseStopsTheProgram)

@@ -144,27 +144,6 @@ TEST_F(FabricServices, ShowALinkWhileBothItsEndsAreUp)
     seen(false); // isolated
 }
 
-TEST_F(FabricServices, FailByCallAndRefuseWrongArguments)
-{
-    sim.failNext("xpl_fcsGetSwitchList", 1, 5);
-    sim.failNext("xpl_fcsGetPortList", 1, 6, 1);
-    sim.failNext("xpl_fcsGetPortTopology", 1, 7);
-    EXPECT_EQ((Texts{"error 5"}), switches());
-    EXPECT_EQ(4u, ports(1).size());
-    EXPECT_EQ((Texts{"error 6"}), ports(1));
-    EXPECT_EQ((Texts{"error 7"}), linkedTo(1, 0));
-    EXPECT_EQ(2u, switches().size());
-    EXPECT_EQ(2u, sim.calls("xpl_fcsGetSwitchList"));
-    EXPECT_EQ(2u, sim.calls("xpl_fcsGetPortList"));
-    EXPECT_EQ(1u, sim.calls("xpl_fcsGetPortTopology"));
-
-    EXPECT_EQ((Texts{"error 20"}), switches(nullptr));
-    std::uint32_t count = 0;
-    std::int32_t error = 0;
-    EXPECT_EQ(nullptr, xpl_fcsGetPortList(hSwitch, 1, nullptr, &error));
-    EXPECT_EQ(nullptr, xpl_fcsGetPortList(hSwitch, 1, &count, nullptr));
-}
-
 TEST(LinksBetweenSwitches, GoDownAtBothEndsWhenOneIsSwitchedOff)
 {
     PortScenario automatic;

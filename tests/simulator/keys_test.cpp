@@ -1,8 +1,6 @@
 // Tests of the attribute store: which keys answer what, how batches end, what writes change.
-#include "platform/data_cache.h"
 #include "platform/switch_server.h"
 #include "simulator/keys/key_registry.h"
-#include "simulator/scenario/scenario_json.h"
 #include "simulator/testing/sim_switch.h"
 #include "tests/simulator/sml.h"
 
@@ -52,119 +50,6 @@ TEST(KeyRegistry, FindsByPartsAndTakesArguments)
     }
     EXPECT_THROW(registry.add("Oper.UserPort.0.%d.LinkSpeed", 5), std::logic_error);
     EXPECT_THROW(registry.add("a.%s.%s.%s.%s.%s", 6), std::logic_error);
-}
-
-const char* const kLocalPortKeys[] = {
-    "Oper.UserPort.0.%s.SymPortName",       "Oper.UserPort.0.%s.OperState",
-    "Oper.UserPort.0.%s.AdminState",        "Oper.UserPort.0.%s.WWN",
-    "Oper.UserPort.0.%s.RunningType",       "Oper.UserPort.0.%s.LinkSpeed",
-    "Oper.UserPort.0.%s.IOStreamGuardMode", "Oper.UserPort.0.%s.PerfTuningMode",
-    "Oper.UserPort.0.%s.MaxCredit",         "Oper.Switch.Echo.%s",
-    "Config.UserPort.0.%s.LinkSpeed",       "Config.UserPort.0.%s.Type",
-    "Config.UserPort.0.%s.RSCNEnable",      "Config.UserPort.0.%s.AutoPerfTuning",
-    "Config.UserPort.0.%s.MFSEnable",       "Config.UserPort.0.%s.LCFEnable",
-    "Config.UserPort.0.%s.VIEnable",        "Config.UserPort.0.%s.ScanEnable",
-    "Oper.UserPort.0.%s.RxBytePerf",        "Oper.UserPort.0.%s.TxBytePerf",
-    "Oper.UserPort.0.%s.RxFramePerf",       "Oper.UserPort.0.%s.TxFramePerf",
-};
-
-const char* const kCounterNames[] = {
-    "TotalLIPRecv",   "RxLinkResets",       "TxLinkResets",     "PrimSeqErrors",   "InvDestAddr",
-    "Class3FramesIn", "Class3FramesOut",    "Class2FramesIn",   "Class2FramesOut", "DecodeErrors",
-    "LinkFailures",   "LossOfSyncs",        "InvalidCRCs",      "TotalRxWords",    "TotalTxWords",
-    "TotalRxFrames",  "TotalTxFrames",      "FBusys",           "ShortFramesIn",   "LongFramesIn",
-    "FRejects",       "BBCR_FrameFailures", "BBCR_RRDYFailures"};
-
-std::string filled(std::string pattern, const std::vector<std::string>& values)
-{
-    for (const std::string& value : values)
-    {
-        pattern.replace(pattern.find('%'), 2, value);
-    }
-    return pattern;
-}
-
-// Reads keys in one batch; every one must answer.
-void expectAllAnswer(const std::vector<std::string>& keys)
-{
-    auto entries = batchOf(keys);
-    ASSERT_EQ(0, getBatch(entries));
-    for (const xpl_smlEntry& entry : entries)
-    {
-        EXPECT_EQ(XPL_OK, entry.status) << entry.key;
-    }
-    EXPECT_FALSE(isErrors(entries.data(), static_cast<std::uint32_t>(entries.size())));
-}
-
-TEST(DefaultScenario, AnswersEveryKeyOfEveryElementOnAWalk)
-{
-    const SimSwitch sim(readScenario(SCENARIO_DIR "/default.json"));
-    DataCache* cache = DataCache::instance();
-    expectAllAnswer({"Oper.Switch.WWN",
-                     "Config.Switch.SymName",
-                     "Oper.Switch.OperState",
-                     "Oper.Switch.AdminState",
-                     "Config.Switch.AdminState",
-                     "Oper.Switch.DomainID",
-                     "Oper.Switch.Type",
-                     "Oper.Switch.WhoIsPrincipal"});
-    int localPorts = 0;
-    for (std::string index = cache->getFirstRootPortIndex(); !index.empty();
-         index = cache->getNextRootPortIndex(index), ++localPorts)
-    {
-        std::vector<std::string> keys;
-        for (const char* pattern : kLocalPortKeys)
-        {
-            keys.push_back(filled(pattern, {index}));
-        }
-        for (const char* name : kCounterNames)
-        {
-            keys.push_back("Oper.UserPort.0." + index + ".C64." + name);
-        }
-        const bool ethernet = cache->getPortHWType(index) == kPortHWTypeEthernet;
-        keys.push_back("Oper.UserPort.0." + index + (ethernet ? ".EthSpeedCapability" : ".SpeedCapability"));
-        expectAllAnswer(keys);
-    }
-    EXPECT_EQ(24, localPorts);
-
-    int switches = 0, remotePorts = 0, nodes = 0;
-    const FabricCache* fabric = cache->getFabric(1);
-    for (SwitchCache* one = fabric->getFirstSwitch(); one != nullptr;
-         one = fabric->getNextSwitch(one), ++switches)
-    {
-        const std::string domain = std::to_string(one->getDomainID());
-        expectAllAnswer(
-            {"Oper.Fabric.Entry." + domain + ".WWN", "Oper.Fabric.Entry." + domain + ".SymNodeName"});
-        for (PortCache port = one->getFirstPort(); !one->isLocal() && !port.isNull();
-             port = one->getNextPort(port), ++remotePorts)
-        {
-            const std::string entry =
-                "Oper.TopologyAll." + domain + ".Entry." + std::to_string(port.getEntryNumber()) + ".";
-            expectAllAnswer(
-                {entry + "PortState", entry + "PortType", entry + "PortWwn", entry + "PortNumber"});
-        }
-        char address[kAttachedPortAddressSize];
-        for (int next = get_first_attached_port(domain.c_str(), address); next != 0;
-             next = get_next_attached_port(domain.c_str(), next, address), ++nodes)
-        {
-            std::vector<std::string> keys;
-            for (const char* name : {"PortWwn",
-                                     "NodeWwn",
-                                     "SymPortName",
-                                     "SymNodeName",
-                                     "PortType",
-                                     "COSList",
-                                     "FC4StdTypeList",
-                                     "FabricPortName"})
-            {
-                keys.push_back("Oper.NameServerAll." + domain + ".Entry." + address + "." + name);
-            }
-            expectAllAnswer(keys);
-        }
-    }
-    EXPECT_EQ(3, switches);
-    EXPECT_EQ(24 + 16, remotePorts);
-    EXPECT_EQ(23, nodes);
 }
 
 // One switch with a port in each interesting condition.

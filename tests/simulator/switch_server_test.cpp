@@ -1,10 +1,8 @@
-// Tests of the switch server's helpers: text cells, the walk of attached ports, small texts.
+// Tests of the switch server's helpers: memory and the walk of attached ports.
 #include "platform/switch_server.h"
 
-#include "platform/vpd.h"
 #include "platform/xpl_lib.h"
 #include "simulator/testing/sim_switch.h"
-#include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>
 
@@ -12,32 +10,6 @@ using namespace simulator;
 
 namespace
 {
-
-// Takes a cell's value and gives all memory back, as callers must.
-std::string taken(char** cell)
-{
-    const std::string value = *cell != nullptr ? *cell : "none";
-    std::free(*cell);
-    xpl_libFreeMemory(cell);
-    return value;
-}
-
-TEST(TextCells, HoldTheWwnOrNothing)
-{
-    SimSwitch sim = SimSwitch::make().remote(2, 1).principal(2);
-    EXPECT_EQ("100002a5c0de0001", taken(get_Local_Switch_World_Wide_Name()));
-    EXPECT_EQ("100002a5c0de1002", taken(get_Principal_Switch_World_Wide_Name()));
-    sim.setPrincipal(0);
-    EXPECT_EQ("none", taken(get_Principal_Switch_World_Wide_Name()));
-    sim.failNext("get_Local_Switch_World_Wide_Name");
-    EXPECT_EQ("none", taken(get_Local_Switch_World_Wide_Name()));
-
-    char** kept = get_Local_Switch_World_Wide_Name();
-    EXPECT_EQ(1u, sim.outstandingBlocks());
-    taken(kept);
-    EXPECT_EQ(0u, sim.outstandingBlocks());
-    xpl_libFreeMemory(nullptr);
-}
 
 TEST(TextCellsDeathTest, ForeignBlocksAreNotTakenBack)
 {
@@ -93,25 +65,6 @@ TEST(AttachedPorts, AWalkSurvivesLogouts)
     sim.removeNode("210002a5c0de0002"); // where it would go next
     EXPECT_NE(0, get_next_attached_port("1", first, address));
     EXPECT_STREQ("010200", address);
-}
-
-TEST(SmallTexts, UpperCaseAndProductName)
-{
-    char text[] = "10:0a-fF z";
-    EXPECT_STREQ("10:0A-FF Z", toUpper(text));
-    EXPECT_EQ(nullptr, toUpper(nullptr));
-
-    SimSwitch sim =
-        SimSwitch::make().switchFacts([](SwitchScenario& one) { one.productName = "  Rowan Blade  "; });
-    char name[kVpdProductNameSize] = "?";
-    EXPECT_EQ(0, VPD_Client::read_product_name(name, sizeof name));
-    EXPECT_STREQ("  Rowan Blade  ", name);
-    EXPECT_EQ(0, VPD_Client::read_product_name(name, 4));
-    EXPECT_STREQ("  R", name);
-    EXPECT_EQ(XPL_INVALID_PARAMETER, VPD_Client::read_product_name(name, 0));
-    sim.failNext("VPD_Client::read_product_name");
-    EXPECT_EQ(XPL_UNREACHABLE, VPD_Client::read_product_name(name, sizeof name));
-    EXPECT_STREQ("  R", name) << "left alone";
 }
 
 } // namespace
