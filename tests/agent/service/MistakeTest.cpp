@@ -1,4 +1,5 @@
-// What clients do wrong, the status they get, and that the message names it.
+// What clients do wrong, the status they get, and that the message names it. More, as messages, is in
+// tests/wire.
 #include "tests/agent/testproviders/TestCore.h"
 
 #include <functional>
@@ -32,15 +33,6 @@ void expectAll(const std::vector<Row>& rows)
     }
 }
 
-auto enumerate(const char* nameSpace, const char* className)
-{
-    return [=](TestCore& core)
-    {
-        Collector<ObjectPath> paths;
-        core.service().enumerateInstanceNames(core.context, {nameSpace, className}, paths);
-    };
-}
-
 auto get(ObjectPath path)
 {
     return [=](TestCore& core)
@@ -62,76 +54,49 @@ auto create(const char* className, std::vector<Property> properties)
     };
 }
 
-auto modify(ObjectPath path,
-            std::vector<Property> properties,
-            PropertyList list = {},
-            const char* className = "")
+auto modify(ObjectPath path, std::vector<Property> properties, const char* className)
 {
     return [=](TestCore& core)
     {
         ModifyInstanceRequest request;
         request.nameSpace = kNameSpace;
-        request.instance.setClassName(*className ? CimName(className) : path.className());
+        request.instance.setClassName(className);
         request.instance.setPath(path);
         request.instance.properties() = properties;
-        request.properties = list;
         core.service().modifyInstance(core.context, request);
     };
 }
 
-ObjectPath withKey(ObjectPath path, const char* name, CimValue value)
+auto remove(ObjectPath path)
 {
-    path.setKey(name, std::move(value));
-    return path;
+    return [=](TestCore& core) { core.service().deleteInstance({}, {kNameSpace, path}); };
 }
 
-TEST(Mistakes, InReadingInstances)
+auto setProperty(ObjectPath path, const char* property, CimValue value, bool typed)
 {
-    expectAll({
-        {"namespace", "3 namespace interop does not exist", enumerate("interop", "Test_Base")},
-        {"namespace before class", "3 ", enumerate("interop", "Test_Nowhere")},
-        {"class",
-         "5 class Test_Nowhere does not exist in namespace root/test",
-         enumerate("root/test", "Test_Nowhere")},
-        {"class of a path", "5 class Test_Nowhere", get(named("Test_Nowhere", "w1"))},
-        {"instance", "6 ", get(named("Test_Widget", "w9"))},
-        {"unserved class",
-         "7 EnumerateInstanceNames: no provider serves class Test_Unserved",
-         enumerate("root/test", "Test_Unserved")},
-        {"unserved exact class",
-         "7 GetInstance: no provider serves class Test_Base",
-         get(named("Test_Base", "w1"))},
-        {"missing key",
-         "4 class Test_Widget: key Name is missing",
-         get(ObjectPath(kNameSpace, "Test_Widget"))},
-        {"wrong key",
-         "4 class Test_Widget: key Name is missing",
-         get(named("Test_Widget", "w1", "Nickname"))},
-        {"extra key",
-         "4 class Test_Widget: Note is no key of the class",
-         get(withKey(named("Test_Widget", "w1"), "Note", CimValue::string("x")))},
-        {"type of a key",
-         "4 class Test_Widget: key Name is no valid string",
-         get(withKey(ObjectPath(kNameSpace, "Test_Widget"), "Name", CimValue::uint64(1)))},
-    });
+    return [=](TestCore& core) {
+        core.service().setProperty(core.context, {kNameSpace, path, {property, value, typed}});
+    };
 }
 
-TEST(Mistakes, InWritingInstances)
+auto invoke(ObjectPath path, const char* method, std::vector<Argument> arguments = {})
+{
+    return [=](TestCore& core) {
+        core.service().invokeMethod(core.context, {kNameSpace, path, method, arguments});
+    };
+}
+
+TEST(Mistakes, InInstances)
 {
     const auto number = CimValue::uint32(1);
-    const auto text = CimValue::string("text");
     const ObjectPath s1 = named("Test_Sprocket", "s1");
+    ObjectPath numbered(kNameSpace, "Test_Widget");
+    numbered.setKey("Name", CimValue::uint64(1));
     expectAll({
-        {"class", "5 class Test_Nowhere", create("Test_Nowhere", {})},
-        {"unserved class",
-         "7 CreateInstance: no provider serves class Test_Unserved",
-         create("Test_Unserved", {})},
-        {"unknown property",
-         "4 class Test_Sprocket has no property Tooth",
-         create("Test_Sprocket", {{"Tooth", number, {}}})},
-        {"type",
-         "4 property Teeth of class Test_Sprocket is uint32 but was given as string",
-         create("Test_Sprocket", {{"Teeth", text, {}}})},
+        {"class served by nobody",
+         "7 GetInstance: no provider serves class Test_Base",
+         get(named("Test_Base", "w1"))},
+        {"type of a key", "4 class Test_Widget: key Name is no valid string", get(numbered)},
         {"array for scalar",
          "4 property Teeth of class Test_Sprocket is uint32 but was given as uint32[]",
          create("Test_Sprocket", {{"Teeth", CimValue::array(CimType::Uint32, {number}), {}}})},
@@ -152,55 +117,24 @@ TEST(Mistakes, InWritingInstances)
          "4 property Part of class Test_Widget: class Test_Nowhere does not exist",
          create("Test_Widget",
                 {{"Part", CimValue::embedded(CimType::Instance, Instance("Test_Nowhere")), {}}})},
-        {"exists", "11 stored already", create("Test_Sprocket", {{"Name", CimValue::string("s1"), {}}})},
-        {"unknown instance", "6 ", modify(named("Test_Sprocket", "s9"), {})},
-        {"unknown property of a change",
-         "4 class Test_Sprocket has no property Tooth",
-         modify(s1, {{"Tooth", number, {}}})},
-        {"unknown property in the list",
-         "4 PropertyList: class Test_Sprocket has no property Tooth",
-         modify(s1, {}, std::vector<CimName>{"Tooth"})},
+        {"no path from the provider",
+         "1 CreateInstance Test_Faulty: the provider returned no path",
+         create("Test_Faulty", {})},
         {"class and path",
          "4 the instance is of class Test_Widget but its path of class Test_Sprocket",
-         modify(s1, {}, {}, "Test_Widget")},
+         modify(s1, {}, "Test_Widget")},
         {"key changed",
          "4 key property Name differs from the path",
-         modify(s1, {{"Name", CimValue::string("s2"), {}}})},
-        {"delete unknown",
-         "6 ",
-         [](TestCore& core) {
-             core.service().deleteInstance({}, {kNameSpace, named("Test_Widget", "w9")});
-         }},
+         modify(s1, {{"Name", CimValue::string("s2"), {}}}, "Test_Sprocket")},
         {"delete refused",
          "7 DeleteInstance Test_Faulty: the provider answered CIM_ERR_NOT_SUPPORTED",
-         [](TestCore& core) {
-             core.service().deleteInstance({}, {kNameSpace, named("Test_Faulty", "good", "Mode")});
-         }},
-    });
-}
-
-TEST(Mistakes, InClassOperations)
-{
-    const auto getClass = [](const char* nameSpace, const char* className)
-    {
-        return [=](TestCore& core)
-        {
-            GetClassRequest request;
-            request.nameSpace = nameSpace;
-            request.className = className;
-            core.service().getClass({}, request);
-        };
-    };
-    expectAll({
-        {"namespace", "3 ", getClass("root", "Test_Base")},
-        {"class", "5 class Test_Nowhere", getClass("root/test", "Test_Nowhere")},
-        {"start class",
-         "5 class Test_Nowhere",
-         [](TestCore& core)
-         {
-             Collector<CimName> names;
-             core.service().enumerateClassNames({}, {kNameSpace, "Test_Nowhere", true}, names);
-         }},
+         remove(named("Test_Faulty", "good", "Mode"))},
+        {"key set",
+         "4 property Name of class Test_Sprocket is a key",
+         setProperty(s1, "Name", CimValue::string("s2"), false)},
+        {"type of a set property",
+         "13 property Teeth is uint32 but was given as",
+         setProperty(s1, "Teeth", CimValue::reference(s1), true)},
         {"qualifier",
          "6 qualifier Colour is not declared",
          [](TestCore& core) {
@@ -209,34 +143,39 @@ TEST(Mistakes, InClassOperations)
     });
 }
 
-TEST(ClassOperations, EnumerateFromTheRootsOrBelowAClass)
+TEST(Mistakes, InMethods)
 {
-    TestCore core;
-    const auto names = [&](const char* start, bool deep)
-    {
-        Collector<CimName> found;
-        core.service().enumerateClassNames(core.context, {kNameSpace, start, deep}, found);
-        std::string text;
-        for (const CimName& name : found.items)
-            text += name.str().substr(5) + " ";
-        return text;
+    const ObjectPath w1 = named("Test_Widget", "w1");
+    const Argument text{"text", CimValue::string("hello")};
+    const auto misbehave = [&](const char* how) {
+        return invoke(w1, "Misbehave", {{"How", CimValue::string(how)}});
     };
-    EXPECT_EQ(names("", false), "Base Part Faulty Wild Compound Link Ownership ");
-    EXPECT_EQ(names("Test_Base", false), "Widget Sprocket Unserved ");
-    EXPECT_EQ(names("test_base", true), "Widget Sprocket Unserved Gadget ");
-    EXPECT_EQ(names("Test_Gadget", true), "");
-
-    Collector<ClassDecl> classes;
-    core.service().enumerateClasses(
-        core.context, {kNameSpace, "Test_Widget", false, true, false, false}, classes);
-    ASSERT_EQ(classes.items.size(), 1U);
-    EXPECT_EQ(classes.items[0].superClass.str(), "Test_Widget");
-    EXPECT_EQ(classes.items[0].properties.size(), 2U);
-
-    Collector<QualifierDecl> qualifiers;
-    core.service().enumerateQualifiers(core.context, kNameSpace, qualifiers);
-    EXPECT_EQ(qualifiers.items.size(), core.repository().qualifiers().size());
-    EXPECT_FALSE(core.service().getQualifier({}, {kNameSpace, "KEY"}).flavor.overridable);
+    expectAll({
+        {"served by nobody",
+         "7 InvokeMethod Reset: no provider serves class Test_Base",
+         invoke(named("Test_Base", "x"), "Reset")},
+        {"untyped",
+         "4 parameter Number of method Echo is no valid sint64",
+         invoke(w1, "Echo", {text, {"Number", CimValue::string("seven"), false}})},
+        {"output",
+         "4 parameter Count of method Echo is an output parameter",
+         invoke(w1, "Echo", {text, {"Count", CimValue::uint32(1)}})},
+        {"reference",
+         "4 parameter Peer of method Echo: a reference to Test_Sprocket stands where Test_Widget is declared",
+         invoke(w1, "Echo", {text, {"Peer", CimValue::reference(named("Test_Sprocket", "s1"))}})},
+        {"unavailable",
+         "16 InvokeMethod Misbehave Test_Widget: the provider answered",
+         misbehave("unavailable")},
+        {"unknown out",
+         "1 method Misbehave: the provider set Surprise, which is no output parameter",
+         misbehave("unknown out")},
+        {"out type",
+         "1 method Misbehave: the provider set parameter Result as string but it is uint32",
+         misbehave("out type")},
+        {"return twice",
+         "1 InvokeMethod Misbehave Test_Widget: the provider returned",
+         misbehave("return twice")},
+    });
 }
 
 } // namespace
