@@ -1,8 +1,6 @@
 // Tests of the load of associations and composites: end maps, staleness, locks and failures.
-#include "tests/common/testing/Failures.h"
 #include "tests/common/testing/Fake_Providers.h"
 #include "tests/common/testing/served.h"
-#include "tests/support/Log_Capture.h"
 #include "tests/support/Manual_Clock.h"
 
 #include <thread>
@@ -81,14 +79,6 @@ TEST_F(AssociationProvider, LoadsItsEndsAndCarriesWholeClonesOfThem)
     EXPECT_EQ(Managers::builds, 1);
     EXPECT_EQ(Names::builds, 1);
     EXPECT_EQ(Pairs::builds, 1) << "everything is fresh";
-}
-
-TEST_F(AssociationProvider, IsEmptyWhenAnEndIs)
-{
-    Names::instead = [](Map_Writer<VRAX_Namespace>&) {};
-    const Served served = serve<Pairs_Provider>();
-    EXPECT_EQ(served.status, ENUM_INSTANCES_OK);
-    EXPECT_EQ(served.count, 0u);
 }
 
 TEST_F(AssociationProvider, DropsAPairThatIsThereAlready)
@@ -179,23 +169,6 @@ TEST_F(AssociationProvider, AFailingEndFailsTheLoadAndFreesTheLocks)
 
         row.setFailing(false);
         EXPECT_EQ(serve<Pairs_Provider>().count, 1u) << row.what;
-    }
-}
-
-TEST_F(AssociationProvider, AnInstanceThatCannotBeCreatedFailsTheLoad)
-{
-    for (const auto kind : {Create_Failures::Kind::ReturnsNull, Create_Failures::Kind::Throws})
-    {
-        const Log_Capture log;
-        {
-            const Create_Failures failures("VRAX_NamespaceInManager", 0, kind);
-            EXPECT_EQ(Pairs_Provider().load(), LOAD_FAILED);
-        }
-        EXPECT_EQ(log.texts(),
-                  (std::vector<std::string>{"Exception[CRIT]:testProviders/Pairs_Provider:load[] "
-                                            "Unable to create instance of VRAX_NamespaceInManager"}));
-        EXPECT_EQ(serve<Pairs_Provider>().count, 1u);
-        Pairs_Provider().unload();
     }
 }
 

@@ -158,11 +158,5 @@ TEST_F(FabricWalk, TheLocalPortsCanBeWalkedWithoutTheirNames)
     EXPECT_EQ(sim.calls("DataCache::calcPortWwn"), 0u);
 }
 
-TEST_F(FabricWalk, ADomainTextIsDecimal)
-{
-    EXPECT_STREQ(Domain_Text(26).c_str(), "26");
-    EXPECT_STREQ(Domain_Text(-2147483647).c_str(), "-2147483647");
-}
-
 } // namespace
 } // namespace cimple

@@ -149,17 +149,6 @@ TEST_F(Module, ServesStatisticsFromOneBatchPerPortAndThenFromTheMap)
     EXPECT_EQ(statistics.getInstance(unknown).rc, CMPI_RC_ERR_NOT_FOUND);
 }
 
-TEST_F(Module, AFailedLoadIsAnErrorAndTheNextRequestRecovers)
-{
-    sim.failKey("Oper.UserPort.0.3.TxFramePerf");
-    Client& statistics = client("VRAX_FCPortRateStatistics");
-    const Outcome failed = statistics.enumerateInstances(path("VRAX_FCPortRateStatistics"));
-    EXPECT_EQ(failed.rc, CMPI_RC_ERR_FAILED);
-    EXPECT_TRUE(failed.instances.empty());
-    sim.restore();
-    EXPECT_EQ(statistics.enumerateInstances(path("VRAX_FCPortRateStatistics")).instances.size(), 4u);
-}
-
 TEST_F(Module, AnswersAssociationRequestsFromItsAssociations)
 {
     Client& pairs = client("VRAX_NamespaceInManager");
@@ -177,52 +166,6 @@ TEST_F(Module, AnswersAssociationRequestsFromItsAssociations)
     client("VRAX_ObjectManager").cleanup();
     sim.failNext("get_Local_Switch_World_Wide_Name");
     EXPECT_FALSE(again.associators(manager.paths[0]).ok());
-}
-
-TEST_F(Module, RefusesWhatItsClassesDoNotSupport)
-{
-    struct Row
-    {
-        const char* className;
-        std::vector<const char*> methods;
-    };
-    const Row rows[] = {
-        {"VRAX_Namespace", {}},
-        {"VRAX_ObjectManager",
-         {"RequestStateChange", "StartService", "StopService", "ChangeAffectedElementsAssignedSequence"}},
-        {"VRAX_CIMXMLCommunicationMechanism", {"RequestStateChange"}},
-        {"VRAX_NamespaceInManager", {}},
-        {"VRAX_CIMXMLCommMechanismForManager", {}},
-        {"VRAX_FCPortStatistics", {"ResetSelectedStats"}},
-        {"VRAX_FCPortRateStatistics", {"ResetSelectedStats"}},
-        {"VRAX_StatisticsCollection", {}},
-    };
-    for (const Row& row : rows)
-    {
-        SCOPED_TRACE(row.className);
-        Client& provider = client(row.className);
-        const Path classPath = path(row.className);
-        const Outcome names = provider.enumerateInstanceNames(classPath);
-        ASSERT_FALSE(names.paths.empty()) << names.message;
-        const Path& one = names.paths[0];
-        EXPECT_EQ(provider.createInstance(classPath, {classPath, {}}).rc, CMPI_RC_ERR_NOT_SUPPORTED);
-        EXPECT_EQ(provider.modifyInstance(one, {one, {}}).rc, CMPI_RC_ERR_NOT_SUPPORTED);
-        EXPECT_EQ(provider.deleteInstance(one).rc, CMPI_RC_ERR_NOT_SUPPORTED);
-        for (const char* method : row.methods)
-            EXPECT_EQ(provider.invokeMethod(one, method).rc, CMPI_RC_ERR_NOT_SUPPORTED) << method;
-        EXPECT_EQ(provider.enumerateInstanceNames(classPath).texts(), names.texts());
-    }
-}
-
-TEST_F(Module, StartsWithoutTheSwitchAndRecovers)
-{
-    sim.failNext("get_Local_Switch_World_Wide_Name", 1000);
-    const Path classPath = path("VRAX_ObjectManager");
-    Client& managers = client("VRAX_ObjectManager");
-    EXPECT_EQ(managers.enumerateInstances(classPath).rc, CMPI_RC_ERR_FAILED);
-    EXPECT_EQ(managers.createInstance(classPath, {classPath, {}}).rc, CMPI_RC_ERR_NOT_SUPPORTED);
-    sim.restore();
-    EXPECT_EQ(managers.enumerateInstances(classPath).instances.size(), 1u);
 }
 
 TEST_F(Module, UnsupportedAndUnknownMethodsAreErrors)

@@ -2,7 +2,6 @@
 #include "common/CacheLock.h"
 #include "common/VRAX_Except.h"
 #include "common/XPL_Mem.h"
-#include "common/local_switch.h"
 #include "platform/switch_server.h"
 #include "tests/common/testing/Switch_Test.h"
 
@@ -35,24 +34,6 @@ TEST_F(PlatformMemory, LookingIntoNoCellStopsTheProgram)
 {
     const XPL_Mem<char*> nothing(nullptr);
     EXPECT_DEATH(*nothing, "apps/cimd/XPL_Mem:.*T& XPL_Mem<T>::operator.*_p != 0");
-}
-
-TEST_F(PlatformMemory, ALoadIsToldWhenTheSwitchHasNoWwn)
-{
-    EXPECT_STREQ(Local_Switch_Wwn("x/X_Provider").text(), "100002a5c0de0001");
-    sim.failNext("get_Local_Switch_World_Wide_Name");
-    try
-    {
-        const Local_Switch_Wwn wwn("x/X_Provider");
-        FAIL() << wwn.text();
-    }
-    catch (const VRAX_Except& failure)
-    {
-        EXPECT_STREQ(failure.file, "x/X_Provider");
-        EXPECT_STREQ(failure.function, "load");
-        EXPECT_STREQ(failure.message, "Unable to retrieve localWWN");
-        EXPECT_EQ(failure.severity, CRIT);
-    }
 }
 
 TEST_F(PlatformMemory, TheCacheLockReleasesWhatItObtainedAndNothingElse)

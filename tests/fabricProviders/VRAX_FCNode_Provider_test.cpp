@@ -164,14 +164,10 @@ TEST_F(Nodes, FailuresOfTheLoadAndTheirMessages)
     const std::string origin = "Exception[CRIT]:fabricProviders/VRAX_FCNode_Provider:load[] ";
     sim.refuseCacheLock();
     expectLoadFails<VRAX_FCNode_Provider>(origin + "Unable to obtaion datacache rdlock");
-    {
-        const Create_Failures failures("VRAX_FCNode", 1);
-        expectLoadFails<VRAX_FCNode_Provider>(origin + "Unable to create instance of VRAX_FCNode");
-    }
-    {
-        const Insert_Failures failures("VRAX_FCNode", 2);
-        expectLoadFails<VRAX_FCNode_Provider>(origin + "Failed to insert into VRAX_FCNode_map\n");
-    }
+    expectStepsFail<VRAX_FCNode_Provider>(
+        origin,
+        {"Unable to create instance of VRAX_FCNode", nullptr, "Failed to insert into VRAX_FCNode_map\n"},
+        1);
     EXPECT_EQ(ids().size(), 3u);
 }
 

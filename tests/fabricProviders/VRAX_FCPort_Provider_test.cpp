@@ -309,13 +309,6 @@ TEST_F(FCPort, ReadsEachPortInOneBatchAndAFreshMapNotAtAll)
     EXPECT_EQ(all().size(), kLocalPorts);
 }
 
-TEST_F(FCPort, AnEmptyFabricHasNoPorts)
-{
-    sim.failNext("FabricCache::getFirstSwitch");
-    EXPECT_TRUE(all().empty());
-    EXPECT_TRUE(VRAX_Maps::getInstance()->InstMapIsFresh(VRAX_FCPort_Provider::kIndex));
-}
-
 TEST_F(FCPort, LeavesOutSilentlyWhatCannotBeRead)
 {
     const std::vector<Description> complete = all();
@@ -366,21 +359,12 @@ TEST_F(FCPort, FailuresOfTheLoad)
                         {kNearNode, "attached_port_entry"}};
     for (const Row& row : rows)
     {
-        const int successes = static_cast<int>(row.place);
-        {
-            const Create_Failures failures("VRAX_FCPort", successes);
-            expectLoadFails<VRAX_FCPort_Provider>(kOrigin + "Unable to create instance of VRAX_FCPort");
-        }
-        {
-            const Key_Failures failures("VRAX_FCPort", successes);
-            expectLoadFails<VRAX_FCPort_Provider>(kOrigin +
-                                                  "VRAXFCPort::One or more Key Properties not populated");
-        }
-        {
-            const Insert_Failures failures("VRAX_FCPort", successes);
-            expectLoadFails<VRAX_FCPort_Provider>(kOrigin + "Failed to insert into VRAX_FCPort_map (" +
-                                                  row.kind + ")");
-        }
+        const std::string refused = std::string("Failed to insert into VRAX_FCPort_map (") + row.kind + ")";
+        expectStepsFail<VRAX_FCPort_Provider>(kOrigin,
+                                              {"Unable to create instance of VRAX_FCPort",
+                                               "VRAXFCPort::One or more Key Properties not populated",
+                                               refused.c_str()},
+                                              static_cast<int>(row.place));
     }
     EXPECT_EQ(instances<VRAX_FCPort_Provider>().size(), kAll);
 }

@@ -5,10 +5,8 @@
 #include "platform/xpl_sml.h"
 #include "tests/common/testing/Switch_Test.h"
 
-#include <atomic>
 #include <cstring>
 #include <functional>
-#include <thread>
 
 namespace cimple
 {
@@ -357,20 +355,6 @@ TEST_F(FCPortOperations, ARequestWithoutAStateIsInvalid)
     EXPECT_EQ(writes(), 0u);
 }
 
-TEST_F(FCPortOperations, AResetIsTheRecordWrittenUnchanged)
-{
-    const auto resets = []
-    {
-        char value[kXplSmlTextSize];
-        std::int32_t error = 0;
-        EXPECT_EQ(xpl_smlGetV(hSwitch, value, &error, "Oper.UserPort.0.%d.C64.TxLinkResets", 2), 0);
-        return std::string(value);
-    };
-    ASSERT_EQ(resets(), "0");
-    EXPECT_EQ(request(kPort2, 11), 0u);
-    EXPECT_EQ(resets(), "1");
-}
-
 TEST_F(FCPortOperations, TheNewStateShowsAfterTheNextLoad)
 {
     EXPECT_EQ(served(kPort2)["EnabledState"], "2");
@@ -426,65 +410,6 @@ TEST_F(FCPortOperations, RequestsThatFail)
             EXPECT_EQ(record(number).adminState, XPL_ADMIN_ONLINE) << row.what << ": port " << number;
     }
     EXPECT_EQ(request(kPort2, 3), 0u);
-}
-
-TEST_F(FCPortOperations, WhatIsNotSupported)
-{
-    VRAX_FCPort_Provider provider;
-    const Owned<VRAX_FCPort> self = port(kPort2);
-    EXPECT_EQ(provider.create_instance(self.get()), CREATE_INSTANCE_UNSUPPORTED);
-    EXPECT_EQ(provider.delete_instance(self.get()), DELETE_INSTANCE_UNSUPPORTED);
-    Property<uint32> result;
-    EXPECT_EQ(provider.SetPowerState(self.get(), Property<uint16>(), Property<Datetime>(), result), 131);
-    EXPECT_EQ(provider.Reset(self.get(), result), 131);
-    EXPECT_EQ(provider.EnableDevice(self.get(), Property<boolean>(), result), 131);
-    EXPECT_EQ(provider.OnlineDevice(self.get(), Property<boolean>(), result), 131);
-    EXPECT_EQ(provider.QuiesceDevice(self.get(), Property<boolean>(), result), 131);
-    EXPECT_EQ(provider.SaveProperties(self.get(), result), 131);
-    EXPECT_EQ(provider.RestoreProperties(self.get(), result), 131);
-    EXPECT_EQ(sim.platformCalls(), 0u);
-}
-
-// Readers, renames and state changes from eight threads while the map is reloaded and loads fail now and
-// then.
-TEST_F(FCPortOperations, WorkBesideReadersAndReloads)
-{
-    constexpr std::size_t kPorts = 9;
-    ASSERT_EQ(serve<VRAX_FCPort_Provider>().count, kPorts);
-    sim.recordKeys(false);
-    const Log_Capture log; // keeps the failures' messages off standard error
-    std::atomic<int> wrong{0};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i)
-    {
-        threads.emplace_back(
-            [&, i]
-            {
-                for (int round = 0; round < 30; ++round)
-                {
-                    if (i == 0)
-                        clock.outlive();
-                    if (i == 1 && round % 8 == 0)
-                        sim.refuseCacheLock();
-                    if (i == 2)
-                        rename(kPort2, round % 2 == 0 ? "even" : "odd");
-                    if (i == 3)
-                        request(kPort2, round % 2 == 0 ? 3 : 2);
-                    const Served served = serve<VRAX_FCPort_Provider>(
-                        [&](const VRAX_FCPort& one)
-                        {
-                            if (one.DeviceID.value != kPort2.device.c_str())
-                                return;
-                            const String& name = one.ElementName.value;
-                            wrong += name != "before" && name != "even" && name != "odd";
-                        });
-                    wrong += served.count != (served.status == ENUM_INSTANCES_OK ? kPorts : 0u);
-                }
-            });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(wrong, 0);
 }
 
 } // namespace

@@ -207,19 +207,13 @@ TEST_F(Switches, FailuresOfTheLoad)
         expectLoadFails<VRAX_FCSwitch_Provider>(unreadable);
     }
     sim.answer("Oper.Fabric.Entry.7.WWN", "");
-    const std::string keyless = origin + "VRAX_FCSwitch::One or more Key Properties are not populated";
-    expectLoadFails<VRAX_FCSwitch_Provider>(keyless);
+    const char* const keyless = "VRAX_FCSwitch::One or more Key Properties are not populated";
+    expectLoadFails<VRAX_FCSwitch_Provider>(origin + keyless);
     sim.answer("Oper.Fabric.Entry.7.WWN", kLocalWwn);
     expectLoadFails<VRAX_FCSwitch_Provider>(origin + "Failed to insert instance in the map");
     sim.restore();
-    {
-        const Create_Failures failures("VRAX_FCSwitch", 1);
-        expectLoadFails<VRAX_FCSwitch_Provider>(origin + "VRAX_FCSwitch instance creation failed");
-    }
-    {
-        const Key_Failures failures("VRAX_FCSwitch", 2);
-        expectLoadFails<VRAX_FCSwitch_Provider>(keyless);
-    }
+    expectStepsFail<VRAX_FCSwitch_Provider>(
+        origin, {"VRAX_FCSwitch instance creation failed", keyless, nullptr}, 1);
     {
         const Log_Capture log;
         sim.failNext("xpl_smlGetBatch", 2);

@@ -263,21 +263,6 @@ TEST_F(Switches, FindFaultByName)
         EXPECT_EQ(VRAX_FCSwitch_Provider::findFault(row.name), row.code) << row.name;
 }
 
-TEST_F(Switches, WhatIsNotSupported)
-{
-    const Owned<VRAX_FCSwitch> one = named(kLocalName);
-    VRAX_FCSwitch_Provider provider;
-    EXPECT_EQ(provider.create_instance(one.get()), 81);
-    EXPECT_EQ(provider.delete_instance(one.get()), 91);
-    Property<uint32> power;
-    power.set(1);
-    Property<Datetime> time;
-    time.clear();
-    Property<uint32> value;
-    EXPECT_EQ(provider.SetPowerState(one.get(), power, time, value), 131);
-    EXPECT_EQ(sim.platformCalls(), 0u);
-}
-
 // Readers, reloads, renames and state changes at the same time: every answer is whole and has one of the
 // names.
 TEST_F(Switches, ServeWholeAnswersWhileTheyAreChanged)

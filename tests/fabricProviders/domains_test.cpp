@@ -21,19 +21,6 @@ class Domains : public Switch_Test
         return simulator::SimSwitch::make().wwn(kWwn).remote(kRemoteDomain, 1);
     }
     static VRAX_Maps& maps() { return *VRAX_Maps::getInstance(); }
-
-    // Requests on the class fail, with statuses of their own, until the load succeeds again.
-    template <class PROVIDER>
-    static void expectRequestsFail()
-    {
-        const Log_Capture log;
-        PROVIDER provider;
-        EXPECT_EQ(serve(provider).status, ENUM_INSTANCES_FAILED);
-        const Owned<typename PROVIDER::Class> model = makeNull<typename PROVIDER::Class>();
-        typename PROVIDER::Class* found = nullptr;
-        EXPECT_EQ(provider.get_instance(model.get(), found), GET_INSTANCE_FAILED);
-        EXPECT_EQ(found, nullptr);
-    }
 };
 
 TEST_F(Domains, PublishTheListedPropertiesAndNoOthers)
@@ -77,84 +64,28 @@ TEST_F(Domains, FailuresOfTheLoadsAndTheirMessages)
     const std::string san = "CRIT:fabricProviders/VRAX_SAN_Provider:load[] ";
     const std::string fabric = "CRIT:fabricProviders/VRAX_Fabric_Provider:load[] ";
     const std::string network = "Exception[CRIT]:fabricProviders/VRAX_LogicalNetwork_Provider:load[] ";
-    {
-        const Create_Failures failures("VRAX_SAN");
-        expectLoadFails<VRAX_SAN_Provider>(san + "Failed to create VRAX_SAN instance");
-    }
-    {
-        const Create_Failures failures("VRAX_Fabric");
-        expectLoadFails<VRAX_Fabric_Provider>(fabric + "VRAX_Fabric instance creation failed");
-    }
-    {
-        const Create_Failures failures("VRAX_LogicalNetwork");
-        expectLoadFails<VRAX_LogicalNetwork_Provider>(network +
-                                                      "Unable to create instance of VRAX_LogicalNetwork");
-    }
+    expectStepsFail<VRAX_SAN_Provider>(san,
+                                       {"Failed to create VRAX_SAN instance",
+                                        "VRAX_SAN:: One or More Key properties are not populated",
+                                        "Failed to insert instance in map"});
+    expectStepsFail<VRAX_Fabric_Provider>(fabric,
+                                          {"VRAX_Fabric instance creation failed",
+                                           "VRAX_Fabric::One or More Key Properties not populated",
+                                           "Failed to insert instance into map"});
+    expectStepsFail<VRAX_LogicalNetwork_Provider>(
+        network,
+        {"Unable to create instance of VRAX_LogicalNetwork",
+         "VRAX_LogicalNetwork::One or More Key Properties are not populated",
+         "Failed to insert instance in map"});
     sim.failNext("get_Principal_Switch_World_Wide_Name", 3);
     expectLoadFails<VRAX_SAN_Provider>(san + "Failed to get principal switch wwn");
     expectLoadFails<VRAX_Fabric_Provider>(fabric + "Failed to get principal switch wwn");
     expectLoadFails<VRAX_LogicalNetwork_Provider>("");
-    {
-        const Key_Failures failures("VRAX_SAN");
-        expectLoadFails<VRAX_SAN_Provider>(san + "VRAX_SAN:: One or More Key properties are not populated");
-    }
-    {
-        const Key_Failures failures("VRAX_Fabric");
-        expectLoadFails<VRAX_Fabric_Provider>(fabric +
-                                              "VRAX_Fabric::One or More Key Properties not populated");
-    }
-    {
-        const Key_Failures failures("VRAX_LogicalNetwork");
-        expectLoadFails<VRAX_LogicalNetwork_Provider>(
-            network + "VRAX_LogicalNetwork::One or More Key Properties are not populated");
-    }
-    {
-        const Insert_Failures failures("VRAX_SAN");
-        expectLoadFails<VRAX_SAN_Provider>(san + "Failed to insert instance in map");
-    }
-    {
-        const Insert_Failures failures("VRAX_Fabric");
-        expectLoadFails<VRAX_Fabric_Provider>(fabric + "Failed to insert instance into map");
-    }
-    {
-        const Insert_Failures failures("VRAX_LogicalNetwork");
-        expectLoadFails<VRAX_LogicalNetwork_Provider>(network + "Failed to insert instance in map");
-    }
 
     // The next request recovers.
     EXPECT_EQ(instances<VRAX_SAN_Provider>().size(), 1u);
     EXPECT_EQ(instances<VRAX_Fabric_Provider>().size(), 1u);
     EXPECT_EQ(instances<VRAX_LogicalNetwork_Provider>().size(), 1u);
-}
-
-TEST_F(Domains, AnUnformedFabricFailsRequestsUntilItHasAPrincipalSwitch)
-{
-    sim.open(setup().noPrincipal().scenario());
-    expectRequestsFail<VRAX_SAN_Provider>();
-    expectRequestsFail<VRAX_Fabric_Provider>();
-    expectRequestsFail<VRAX_LogicalNetwork_Provider>();
-    expectRequestsFail<VRAX_ContainedDomain_Provider>();
-
-    sim.setPrincipal(1);
-    EXPECT_EQ(instances<VRAX_ContainedDomain_Provider>().size(), 1u);
-    EXPECT_EQ(instances<VRAX_LogicalNetwork_Provider>().size(), 1u);
-}
-
-TEST_F(Domains, CannotBeChanged)
-{
-    Property<uint16> requested{};
-    requested.set(3);
-    CIM_ConcreteJob* job = nullptr;
-    const Property<Datetime> timeout{};
-    Property<uint32> result{};
-    const Owned<VRAX_SAN> san = makeNull<VRAX_SAN>();
-    const Owned<VRAX_Fabric> fabric = makeNull<VRAX_Fabric>();
-    EXPECT_EQ(VRAX_SAN_Provider().RequestStateChange(san.get(), requested, job, timeout, result), 131);
-    EXPECT_EQ(VRAX_Fabric_Provider().RequestStateChange(fabric.get(), requested, job, timeout, result), 131);
-    EXPECT_EQ(VRAX_Fabric_Provider().create_instance(fabric.get()), 81);
-    EXPECT_EQ(VRAX_Fabric_Provider().delete_instance(fabric.get()), 91);
-    EXPECT_EQ(VRAX_Fabric_Provider().modify_instance(fabric.get(), fabric.get()), 101);
-    EXPECT_EQ(sim.platformCalls(), 0u) << "answered without a load";
 }
 
 TEST_F(Domains, TheContainmentFollowsWhicheverEndIsLoadedAgain)
@@ -204,19 +135,11 @@ TEST_F(Domains, FailuresOfTheContainment)
         sim.failNext("get_Principal_Switch_World_Wide_Name", 1, XPL_UNREACHABLE, skipped);
         expectLoadFails<VRAX_ContainedDomain_Provider>(line);
     }
-    {
-        const Create_Failures failures("VRAX_ContainedDomain");
-        expectLoadFails<VRAX_ContainedDomain_Provider>(origin + "Failed to Create the instance");
-    }
-    {
-        const Key_Failures failures("VRAX_ContainedDomain");
-        expectLoadFails<VRAX_ContainedDomain_Provider>(
-            origin + "VRAX_ContainedDomain::One or more Key Properties not populated");
-    }
-    {
-        const Insert_Failures failures("VRAX_ContainedDomain");
-        expectLoadFails<VRAX_ContainedDomain_Provider>(origin + "Failed to insert instance in map");
-    }
+    expectStepsFail<VRAX_ContainedDomain_Provider>(
+        origin,
+        {"Failed to Create the instance",
+         "VRAX_ContainedDomain::One or more Key Properties not populated",
+         "Failed to insert instance in map"});
     EXPECT_EQ(instances<VRAX_ContainedDomain_Provider>().size(), 1u);
 }
 

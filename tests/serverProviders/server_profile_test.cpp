@@ -118,20 +118,39 @@ TEST_F(ServerProfile, TheFirstSwitchOfTheFabricHostsTheManagerAndItsMechanism)
     EXPECT_EQ(instances<VRAX_FCSwitchCIMXMLCommMechanism_Provider>().size(), 1u);
 }
 
-TEST_F(ServerProfile, FailuresOfTheSwitchsAssociations)
+TEST_F(ServerProfile, FailuresOfTheLoadsAndTheirMessages)
 {
+    const std::string critical = "CRIT:serverProviders/";
+    const std::string exception = "Exception[CRIT]:serverProviders/";
+    expectStepsFail<VRAX_Namespace_Provider>(
+        exception + "VRAX_Namespace_Provider:load[] ",
+        {nullptr, "VRAX_Namespace::One or more Key Properties are not Populated", nullptr});
+    expectStepsFail<VRAX_ObjectManager_Provider>(critical + "VRAX_ObjectManager_Provider:load[] ",
+                                                 {"Unable to create VRAX_ObjectManager", nullptr, nullptr});
+    expectStepsFail<VRAX_CIMXMLCommunicationMechanism_Provider>(
+        critical + "VRAX_CIMXMLCommunicationMechanism_Provider:load[] ",
+        {"Unable to create VRAX_CIMXMLCommunicationMechanism", nullptr, nullptr});
+    expectStepsFail<VRAX_NamespaceInManager_Provider>(
+        exception + "VRAX_NamespaceInManager_Provider:load[] ",
+        {"Unable to create instance of VRAX_NamespaceInManager", nullptr, nullptr});
+    expectStepsFail<VRAX_CIMXMLCommMechanismForManager_Provider>(
+        exception + "VRAX_CIMXMLCommMechanismForManager_Provider:load[] ",
+        {"Unable to create instance of VRAX_CIMXMLCommMechanismForManager", nullptr, nullptr});
+    expectStepsFail<VRAX_FCSwitchObjectManager_Provider>(
+        exception + "VRAX_FCSwitchObjectManager_Provider:load[] ",
+        {"Unable to create instance of VRAX_FCSwitchObjectManager", nullptr, nullptr});
+    expectStepsFail<VRAX_FCSwitchCIMXMLCommMechanism_Provider>(
+        exception + "VRAX_FCSwitchCIMXMLCommMechanism_Provider:load[] ",
+        {"Unable to create instance of VRAX_FCSwitchCIMXMLCommMechanism", nullptr, nullptr});
     {
-        const Create_Failures failures("VRAX_FCSwitchObjectManager");
-        expectLoadFails<VRAX_FCSwitchObjectManager_Provider>(
-            "Exception[CRIT]:serverProviders/VRAX_FCSwitchObjectManager_Provider:load[] "
-            "Unable to create instance of VRAX_FCSwitchObjectManager");
+        const Create_Failures failures("VRAX_Namespace");
+        expectLoadFails<VRAX_Namespace_Provider>("");
     }
-    {
-        const Create_Failures failures("VRAX_FCSwitchCIMXMLCommMechanism");
-        expectLoadFails<VRAX_FCSwitchCIMXMLCommMechanism_Provider>(
-            "Exception[CRIT]:serverProviders/VRAX_FCSwitchCIMXMLCommMechanism_Provider:load[] "
-            "Unable to create instance of VRAX_FCSwitchCIMXMLCommMechanism");
-    }
+    sim.failNext("get_Local_Switch_World_Wide_Name");
+    expectLoadFails<VRAX_ObjectManager_Provider>(
+        exception + "VRAX_ObjectManager_Provider:load[] Unable to retrieve localWWN");
+
+    // A failing end fails its associations.
     clock.outlive();
     sim.failNext("xpl_smlGetBatch", 2);
     const std::string switchFails =
@@ -140,66 +159,6 @@ TEST_F(ServerProfile, FailuresOfTheSwitchsAssociations)
     expectLoadFails<VRAX_FCSwitchCIMXMLCommMechanism_Provider>(switchFails);
     EXPECT_EQ(instances<VRAX_FCSwitchObjectManager_Provider>().size(), 1u);
     EXPECT_EQ(instances<VRAX_FCSwitchCIMXMLCommMechanism_Provider>().size(), 1u);
-}
-
-TEST_F(ServerProfile, ServesFreshMapsWithoutTheSwitchAndStaleOnesFromIt)
-{
-    instances<VRAX_NamespaceInManager_Provider>();
-    sim.mark();
-    instances<VRAX_NamespaceInManager_Provider>();
-    instances<VRAX_ObjectManager_Provider>();
-    EXPECT_EQ(sim.platformCalls(), 0u);
-    clock.outlive();
-    instances<VRAX_NamespaceInManager_Provider>();
-    EXPECT_EQ(sim.platformCalls(), 2u);
-}
-
-TEST_F(ServerProfile, FailuresOfTheLoadsAndTheirMessages)
-{
-    {
-        const Create_Failures failures("VRAX_Namespace");
-        expectLoadFails<VRAX_Namespace_Provider>("");
-    }
-    {
-        const Create_Failures failures("VRAX_ObjectManager");
-        expectLoadFails<VRAX_ObjectManager_Provider>(
-            "CRIT:serverProviders/VRAX_ObjectManager_Provider:load[] Unable to create VRAX_ObjectManager");
-        // The end of both associations.
-        const Log_Capture log;
-        EXPECT_EQ(VRAX_NamespaceInManager_Provider().load(), 30);
-        EXPECT_EQ(VRAX_CIMXMLCommMechanismForManager_Provider().load(), 30);
-    }
-    {
-        const Create_Failures failures("VRAX_CIMXMLCommunicationMechanism");
-        expectLoadFails<VRAX_CIMXMLCommunicationMechanism_Provider>(
-            "CRIT:serverProviders/VRAX_CIMXMLCommunicationMechanism_Provider:load[] "
-            "Unable to create VRAX_CIMXMLCommunicationMechanism");
-    }
-    {
-        const Create_Failures failures("VRAX_NamespaceInManager");
-        expectLoadFails<VRAX_NamespaceInManager_Provider>(
-            "Exception[CRIT]:serverProviders/VRAX_NamespaceInManager_Provider:load[] "
-            "Unable to create instance of VRAX_NamespaceInManager");
-    }
-    {
-        const Create_Failures failures("VRAX_CIMXMLCommMechanismForManager");
-        expectLoadFails<VRAX_CIMXMLCommMechanismForManager_Provider>(
-            "Exception[CRIT]:serverProviders/VRAX_CIMXMLCommMechanismForManager_Provider:load[] "
-            "Unable to create instance of VRAX_CIMXMLCommMechanismForManager");
-    }
-    {
-        const Key_Failures failures("VRAX_Namespace");
-        expectLoadFails<VRAX_Namespace_Provider>(
-            "Exception[CRIT]:serverProviders/VRAX_Namespace_Provider:load[] "
-            "VRAX_Namespace::One or more Key Properties are not Populated");
-    }
-    sim.failNext("get_Local_Switch_World_Wide_Name");
-    expectLoadFails<VRAX_ObjectManager_Provider>(
-        "Exception[CRIT]:serverProviders/VRAX_ObjectManager_Provider:load[] Unable to retrieve localWWN");
-
-    // After all of this the next request succeeds.
-    EXPECT_EQ(instances<VRAX_NamespaceInManager_Provider>().size(), 1u);
-    EXPECT_EQ(instances<VRAX_CIMXMLCommMechanismForManager_Provider>().size(), 1u);
 }
 
 } // namespace

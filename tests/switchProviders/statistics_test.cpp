@@ -5,10 +5,7 @@
 #include "switchProviders/VRAX_StatisticsCollection_Provider.h"
 #include "tests/common/testing/Switch_Test.h"
 
-#include <atomic>
 #include <ctime>
-#include <functional>
-#include <thread>
 
 namespace cimple
 {
@@ -179,33 +176,6 @@ TEST_F(Statistics, PublishesTheCollectionWithLocalTimeAndZeroOffset)
     tzset();
 }
 
-TEST_F(Statistics, ReadsEachPortInOneBatchAndAFreshMapNotAtAll)
-{
-    struct Row
-    {
-        std::function<std::size_t()> load; // number of instances
-        std::size_t entriesPerPort;
-    };
-    const Row rows[] = {
-        {[&] { return instances<VRAX_FCPortStatistics_Provider>().size(); }, 23},
-        {[&] { return instances<VRAX_FCPortRateStatistics_Provider>().size(); }, 4},
-    };
-    for (const Row& row : rows)
-    {
-        sim.mark();
-        EXPECT_EQ(row.load(), kPorts);
-        EXPECT_EQ(sim.calls("xpl_smlGetBatch"), kPorts);
-        EXPECT_EQ(sim.entries("xpl_smlGetBatch"), kPorts * row.entriesPerPort);
-        EXPECT_EQ(sim.calls("DataCache::dcRdLock"), 1u);
-        sim.mark();
-        EXPECT_EQ(row.load(), kPorts);
-        EXPECT_EQ(sim.platformCalls(), 0u);
-        clock.outlive();
-        EXPECT_EQ(row.load(), kPorts);
-        EXPECT_EQ(sim.calls("xpl_smlGetBatch"), kPorts);
-    }
-}
-
 TEST_F(Statistics, EveryLoadIsANewSample)
 {
     const auto times = [&]
@@ -239,21 +209,15 @@ TEST_F(Statistics, FailuresOfTheCounterLoad)
     sim.failKey(counterKey(3, "BBCR_RRDYFailures"));
     expectLoadFails<VRAX_FCPortStatistics_Provider>(origin + "Unable to get port settings, portIdx=3");
     sim.restore();
-    {
-        const Create_Failures failures("VRAX_FCPortStatistics", 2);
-        expectLoadFails<VRAX_FCPortStatistics_Provider>(origin + "Unable to get port statistics, portIdx=2");
-    }
-    {
-        const Key_Failures failures("VRAX_FCPortStatistics", 1);
-        expectLoadFails<VRAX_FCPortStatistics_Provider>(
-            origin + "VRAX_FCPortStatistics::One or more Key Properties are not Populated, PortIdx=1");
-    }
-    {
-        const Insert_Failures failures("VRAX_FCPortStatistics", 3);
-        expectLoadFails<VRAX_FCPortStatistics_Provider>(
-            origin + "Failed to insert into VRAX_FCPortStatistics_map, PortIdx=3, InstanceID=" +
-            "VRAX:FCPortStatistics:" + kRootWwn + ":" + portWwn("3"));
-    }
+    const std::string refused = "Failed to insert into VRAX_FCPortStatistics_map, PortIdx=2, InstanceID="
+                                "VRAX:FCPortStatistics:" +
+                                kRootWwn + ":" + portWwn("2");
+    expectStepsFail<VRAX_FCPortStatistics_Provider>(
+        origin,
+        {"Unable to get port statistics, portIdx=2",
+         "VRAX_FCPortStatistics::One or more Key Properties are not Populated, PortIdx=2",
+         refused.c_str()},
+        2);
     EXPECT_EQ(instances<VRAX_FCPortStatistics_Provider>().size(), kPorts);
 }
 
@@ -265,21 +229,12 @@ TEST_F(Statistics, FailuresOfTheRateLoad)
     sim.failKey("Oper.UserPort.0.1.TxFramePerf");
     expectLoadFails<VRAX_FCPortRateStatistics_Provider>(origin + "Unable to get port rate statistics");
     sim.restore();
-    {
-        const Create_Failures failures("VRAX_FCPortRateStatistics", 1);
-        expectLoadFails<VRAX_FCPortRateStatistics_Provider>(
-            origin + "Unable to create instance of VRAX_FCPortRateStatistics");
-    }
-    {
-        const Key_Failures failures("VRAX_FCPortRateStatistics", 1);
-        expectLoadFails<VRAX_FCPortRateStatistics_Provider>(
-            origin + "VRAX_FCPortRateStatistics::One or more Key Properties are not Populated");
-    }
-    {
-        const Insert_Failures failures("VRAX_FCPortRateStatistics", 1);
-        expectLoadFails<VRAX_FCPortRateStatistics_Provider>(
-            origin + "Failed to insert into VRAX_FCPortRateStatistics_map");
-    }
+    expectStepsFail<VRAX_FCPortRateStatistics_Provider>(
+        origin,
+        {"Unable to create instance of VRAX_FCPortRateStatistics",
+         "VRAX_FCPortRateStatistics::One or more Key Properties are not Populated",
+         "Failed to insert into VRAX_FCPortRateStatistics_map"},
+        1);
     EXPECT_EQ(instances<VRAX_FCPortRateStatistics_Provider>().size(), kPorts);
 }
 
@@ -288,51 +243,12 @@ TEST_F(Statistics, FailuresOfTheCollectionLoad)
     const std::string origin = "Exception[CRIT]:switchProviders/VRAX_StatisticsCollection_Provider:load[] ";
     sim.failNext("get_Local_Switch_World_Wide_Name");
     expectLoadFails<VRAX_StatisticsCollection_Provider>(origin + "Unable to retrieve localWWN");
-    {
-        const Create_Failures failures("VRAX_StatisticsCollection");
-        expectLoadFails<VRAX_StatisticsCollection_Provider>(
-            origin + "Failed to create instance VRAX_StatisticsCollection");
-    }
-    {
-        const Key_Failures failures("VRAX_StatisticsCollection");
-        expectLoadFails<VRAX_StatisticsCollection_Provider>(
-            origin + "VRAX_statisticsCollection::One or more Key Properties are not Populated");
-    }
-    {
-        const Insert_Failures failures("VRAX_StatisticsCollection");
-        expectLoadFails<VRAX_StatisticsCollection_Provider>(origin + "Failed to insert instance in map");
-    }
+    expectStepsFail<VRAX_StatisticsCollection_Provider>(
+        origin,
+        {"Failed to create instance VRAX_StatisticsCollection",
+         "VRAX_statisticsCollection::One or more Key Properties are not Populated",
+         "Failed to insert instance in map"});
     EXPECT_EQ(instances<VRAX_StatisticsCollection_Provider>().size(), 1u);
-}
-
-// A class of many ports under requests from eight threads while it is reloaded and now and then fails.
-TEST_F(Statistics, ServesWholeAnswersUnderConcurrentRequestsAndFailures)
-{
-    sim.recordKeys(false);
-    const Log_Capture log; // keeps the failures' messages off standard error
-    std::atomic<int> wrong{0};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i)
-    {
-        threads.emplace_back(
-            [&, i]
-            {
-                for (int round = 0; round < 40; ++round)
-                {
-                    if (i == 0)
-                        clock.outlive();
-                    if (i == 1 && round % 8 == 0)
-                        sim.failNext("xpl_smlGetBatch", 1, XPL_UNREACHABLE, 2);
-                    const Served counters = serve<VRAX_FCPortStatistics_Provider>();
-                    wrong += counters.count != (counters.status == ENUM_INSTANCES_OK ? kPorts : 0u);
-                    const Served rates = serve<VRAX_FCPortRateStatistics_Provider>();
-                    wrong += rates.count != (rates.status == ENUM_INSTANCES_OK ? kPorts : 0u);
-                }
-            });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(wrong, 0);
 }
 
 } // namespace
