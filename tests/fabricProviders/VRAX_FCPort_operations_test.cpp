@@ -2,7 +2,6 @@
 #include "fabricProviders/VRAX_FCPort_Provider.h"
 
 #include "platform/switch_config.h"
-#include "platform/xpl_sml.h"
 #include "tests/common/testing/Switch_Test.h"
 
 #include <cstring>

@@ -214,13 +214,6 @@ TEST_F(Switches, FailuresOfTheLoad)
     sim.restore();
     expectStepsFail<VRAX_FCSwitch_Provider>(
         origin, {"VRAX_FCSwitch instance creation failed", keyless, nullptr}, 1);
-    {
-        const Log_Capture log;
-        sim.failNext("xpl_smlGetBatch", 2);
-        EXPECT_EQ(serve<VRAX_FCSwitch_Provider>().status, 70);
-        VRAX_FCSwitch* found = nullptr;
-        EXPECT_EQ(VRAX_FCSwitch_Provider().get_instance(named(kLocalName).get(), found), 64);
-    }
     EXPECT_EQ(instances<VRAX_FCSwitch_Provider>().size(), 3u);
 }
 

@@ -162,21 +162,6 @@ TEST_F(TopologyAssociations, AreFollowedFromBothEnds)
     }
 }
 
-TEST_F(TopologyAssociations, CarryWholeClonesOfTheirEnds)
-{
-    const auto ports = instances<VRAX_FCPort_Provider>();
-    const auto switches = instances<VRAX_FCSwitch_Provider>();
-    std::vector<Description> referred;
-    serve<VRAX_FCSwitchFCPort_Provider>(
-        [&](const VRAX_FCSwitchFCPort& one)
-        {
-            EXPECT_EQ(described(*one.GroupComponent), switches.at(referred.size() < 4 ? 0 : 1));
-            referred.push_back(described(*one.PartComponent));
-        });
-    ASSERT_EQ(referred.size(), 7u);
-    EXPECT_EQ(referred[1], ports.at(1));
-}
-
 TEST_F(TopologyAssociations, PairNothingWhereAnEndIsEmpty)
 {
     sim.open(simulator::SimSwitch::make().ports(0).scenario());
