@@ -1,4 +1,5 @@
-// Which instances an enumeration finds, in which order and namespace; tests/wire shows what is in them.
+// Who is asked for an enumeration, in which order and namespace, and with what a static method is called.
+// What operations take and give is in tests/wire.
 #include "tests/agent/testproviders/TestCore.h"
 
 #include <gtest/gtest.h>
@@ -29,6 +30,13 @@ TEST(InstanceOperations, FanOutInOrderOfRegistration)
                       core.service().enumerateInstanceNames(core.context, {"root/other", "Test_Link"}, paths);
                   }),
               "7 EnumerateInstanceNames: no provider serves class Test_Link or a subclass of it");
+}
+
+TEST(StaticMethods, GetNoInstanceEvenIfOneIsNamed)
+{
+    TestCore core;
+    const InvokeMethodRequest request{test::kNameSpace, test::named("Test_Widget", "w1"), "Total", {}};
+    EXPECT_EQ(core.service().invokeMethod(core.context, request).returnValue, CimValue::uint64(0));
 }
 
 } // namespace
