@@ -268,22 +268,12 @@ TEST_F(FCPortOperations, WhatTheModelLeavesOutIsNotLookedAt)
 TEST_F(FCPortOperations, HoldTheMapWhileTheyTalkToTheSwitch)
 {
     served(kPort2);
+    const std::vector<std::string> calls = {
+        "get_Local_Switch_World_Wide_Name", "xpl_swPortGetConfig", "xpl_swPortSetConfig"};
     std::vector<std::string> held;
-    for (const std::string call :
-         {"get_Local_Switch_World_Wide_Name", "xpl_swPortGetConfig", "xpl_swPortSetConfig"})
-    {
-        // The thread that holds the write lock is refused the read lock.
-        sim.onCall(call,
-                   [&held, call]
-                   {
-                       if (!MapRdLock(VRAX_FCPort_Provider::kIndex).obtained())
-                           held.push_back(call);
-                   });
-    }
+    noteCallsUnderLock(VRAX_FCPort_Provider::kIndex, calls, held);
     rename(kPort2, "after");
-    EXPECT_EQ(held,
-              (std::vector<std::string>{
-                  "get_Local_Switch_World_Wide_Name", "xpl_swPortGetConfig", "xpl_swPortSetConfig"}));
+    EXPECT_EQ(held, calls);
     held.clear();
     request(kPort2, 3);
     EXPECT_EQ(held, (std::vector<std::string>{"xpl_swPortGetConfig", "xpl_swPortSetConfig"}));

@@ -218,19 +218,12 @@ TEST_F(Switches, KeepTheMapLockedWhileTheSwitchIsChanged)
     typedef std::vector<std::string> Texts;
     local();
     Texts held;
-    for (const std::string call : {"get_Local_Switch_World_Wide_Name",
-                                   "xpl_swSwitchGetConfig",
-                                   "xpl_swSwitchSetConfig",
-                                   "xpl_swSwitchForceReset"})
-    {
-        // The thread that holds the write lock is refused the read lock.
-        sim.onCall(call,
-                   [&held, call]
-                   {
-                       if (!MapRdLock(VRAX_FCSwitch_Provider::kIndex).obtained())
-                           held.push_back(call);
-                   });
-    }
+    noteCallsUnderLock(VRAX_FCSwitch_Provider::kIndex,
+                       {"get_Local_Switch_World_Wide_Name",
+                        "xpl_swSwitchGetConfig",
+                        "xpl_swSwitchSetConfig",
+                        "xpl_swSwitchForceReset"},
+                       held);
     const Log_Capture log; // keeps the lines of the attempts off standard error
     rename(kLocalName, "renamed");
     EXPECT_EQ(held,

@@ -77,12 +77,13 @@ TEST_F(Domains, FailuresOfTheLoadsAndTheirMessages)
         {"Unable to create instance of VRAX_LogicalNetwork",
          "VRAX_LogicalNetwork::One or More Key Properties are not populated",
          "Failed to insert instance in map"});
-    sim.failNext("get_Principal_Switch_World_Wide_Name", 3);
+    sim.setPrincipal(0);
     expectLoadFails<VRAX_SAN_Provider>(san + "Failed to get principal switch wwn");
     expectLoadFails<VRAX_Fabric_Provider>(fabric + "Failed to get principal switch wwn");
     expectLoadFails<VRAX_LogicalNetwork_Provider>("");
 
     // The next request recovers.
+    sim.setPrincipal(1);
     EXPECT_EQ(instances<VRAX_SAN_Provider>().size(), 1u);
     EXPECT_EQ(instances<VRAX_Fabric_Provider>().size(), 1u);
     EXPECT_EQ(instances<VRAX_LogicalNetwork_Provider>().size(), 1u);

@@ -153,6 +153,9 @@ TEST(CacheReadLock, LetsAWaitingWriterGoBeforeNewReaders)
                                  cache->dcRdUnlock();
                                  return writerWasFirst;
                              });
+    // Room for a reader that does not wait as it should.
+    for (int i = 0; i < 10000 && sim.heldCacheLocks() == 1; ++i)
+        std::this_thread::yield();
     cache->dcRdUnlock();
     EXPECT_TRUE(reader.get());
     writer.get();

@@ -77,15 +77,6 @@ class EnumerationsTest : public ::testing::Test
     Enumerations _all{_limits, "/tmp", [this] { return _now; }};
 };
 
-TEST_F(EnumerationsTest, IsPulledToItsEndAndGone)
-{
-    const std::string name = open(2);
-    EXPECT_EQ("0", pull(name));
-    EXPECT_EQ("1", pull(name));
-    EXPECT_EQ(21, statusOfUse(name));
-    EXPECT_EQ(0U, _all.size());
-}
-
 TEST_F(EnumerationsTest, IsNotForOthers)
 {
     const std::string name = open(2);

@@ -92,6 +92,8 @@ TEST(Mistakes, InInstances)
     const ObjectPath s1 = named("Test_Sprocket", "s1");
     ObjectPath numbered(kNameSpace, "Test_Widget");
     numbered.setKey("Name", CimValue::uint64(1));
+    Instance toothed("Test_Part");
+    toothed.set("Tooth", number);
     expectAll({
         {"class served by nobody",
          "7 GetInstance: no provider serves class Test_Base",
@@ -117,6 +119,9 @@ TEST(Mistakes, InInstances)
          "4 property Part of class Test_Widget: class Test_Nowhere does not exist",
          create("Test_Widget",
                 {{"Part", CimValue::embedded(CimType::Instance, Instance("Test_Nowhere")), {}}})},
+        {"property of an embedded instance",
+         "4 class Test_Part has no property Tooth",
+         create("Test_Widget", {{"Part", CimValue::embedded(CimType::Instance, toothed), {}}})},
         {"no path from the provider",
          "1 CreateInstance Test_Faulty: the provider returned no path",
          create("Test_Faulty", {})},

@@ -24,7 +24,6 @@ class TestCore
 
     CimService& service() { return _core.service(); }
     const ClassRepository& repository() const { return _core.repository(); }
-    AgentCore& core() { return _core; }
 
     // Names of the instances of a class, "Class:Name", in order of arrival.
     std::vector<std::string> names(const std::string& className);

@@ -2,6 +2,7 @@
 #ifndef TESTS_COMMON_TESTING_SWITCH_TEST_H
 #define TESTS_COMMON_TESTING_SWITCH_TEST_H
 
+#include "common/map_locks.h"
 #include "simulator/testing/sim_switch.h"
 #include "tests/common/testing/Failures.h"
 #include "tests/common/testing/described.h"
@@ -82,6 +83,23 @@ class Switch_Test : public testing::Test
         {
             const Insert_Failures failures(name, successes);
             expectLoadFails<PROVIDER>(origin + says.insertion);
+        }
+    }
+
+    // Writes down which of these calls come from a thread that holds the map's write lock: it is refused the
+    // read lock.
+    void noteCallsUnderLock(cimple::providerEnum_t map,
+                            const std::vector<std::string>& calls,
+                            std::vector<std::string>& noted)
+    {
+        for (const std::string& call : calls)
+        {
+            sim.onCall(call,
+                       [map, call, &noted]
+                       {
+                           if (!cimple::MapRdLock(map).obtained())
+                               noted.push_back(call);
+                       });
         }
     }
 
