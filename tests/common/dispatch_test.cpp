@@ -71,10 +71,12 @@ TEST_F(Dispatching, LeavesOtherCodesToTheKind)
     const Owned<VRAX_FCPortStatistics> owner(found);
     ASSERT_NE(found, nullptr);
     EXPECT_EQ(found->InstanceID.value, "3");
-    for (const int unknown : {11, 12, 14, 99, -1})
+    for (const int unknown : {11, 12, 99, -1})
     {
         EXPECT_EQ(call(Instance_Proc::proc, unknown, &provider), -1) << unknown;
+        EXPECT_EQ(call(Association_Proc::proc, unknown), -1) << unknown;
     }
+    EXPECT_EQ(call(Instance_Proc::proc, OPERATION_ENUM_ASSOCIATORS, &provider), -1);
 }
 
 // The name of a method as the caller writes it, by way of a record that carries that name.
