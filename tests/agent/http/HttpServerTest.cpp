@@ -3,6 +3,7 @@
 
 #include "tests/agent/http/RawClient.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <gtest/gtest.h>
 #include <mutex>
@@ -423,6 +424,36 @@ TEST_F(HttpServerTest, ServesManyClientsAtOnce)
         client.join();
     EXPECT_EQ(std::vector<int>(8, 50), right);
     EXPECT_TRUE(server->stop(kLong));
+}
+
+TEST_F(HttpServerTest, EndsAtAnyMoment)
+{
+    for (unsigned round = 0; round < 20; ++round)
+    {
+        start();
+        std::atomic<unsigned> answered{0};
+        const auto ask = [&answered, to = port]
+        {
+            try
+            {
+                for (;;)
+                    for (RawClient client(to); client.ask(post("body")).status != 0;)
+                        ++answered;
+            }
+            catch (const std::runtime_error&)
+            {
+                // Nobody listens any more.
+            }
+        };
+        std::vector<std::thread> clients;
+        for (int i = 0; i < 4; ++i)
+            clients.emplace_back(ask);
+        while (answered < 10 * round)
+            std::this_thread::yield();
+        server.reset();
+        for (std::thread& client : clients)
+            client.join();
+    }
 }
 
 TEST(ListenSocketTest, SaysWhichAddressFailsAndWhy)
