@@ -15,7 +15,7 @@ WorkerPool::WorkerPool(unsigned workers, unsigned queued) : _capacity(std::size_
         for (unsigned i = 0; i < workers; ++i)
             add();
     }
-    catch (const std::system_error&)
+    catch (...)
     {
         join(); // those that there are
         throw;
