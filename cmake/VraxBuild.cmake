@@ -53,3 +53,6 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 elseif(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(vrax_warnings INTERFACE -Wthread-safety -Wthread-safety-beta)
 endif()
+
+# 64-bit seconds on 32-bit platforms: switches outlive the year 2038.
+set(vrax_wide_time _FILE_OFFSET_BITS=64 _TIME_BITS=64)

@@ -1,5 +1,6 @@
-# vrax_add_test(<name> SOURCES <files> [LIBS <libraries>])
-#   A GoogleTest program whose cases run one by one under ctest, through the emulator when cross-compiling.
+# vrax_add_test(<name> [SOURCES <files>] [EXCEPT <files>] [LIBS <libraries>])
+#   A GoogleTest program whose cases run one by one under ctest, through the emulator when cross-compiling. Without
+#   SOURCES: of every *_test.cpp of the folder, but for those excepted.
 
 if(VRAX_TESTS)
     enable_testing()
@@ -16,7 +17,11 @@ function(vrax_add_test name)
     if(NOT VRAX_TESTS)
         return()
     endif()
-    cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(arg "" "" "SOURCES;EXCEPT;LIBS" ${ARGN})
+    if(NOT arg_SOURCES)
+        file(GLOB arg_SOURCES RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" CONFIGURE_DEPENDS *_test.cpp)
+        list(REMOVE_ITEM arg_SOURCES ${arg_EXCEPT})
+    endif()
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE vrax_warnings ${arg_LIBS} $<IF:$<TARGET_EXISTS:GTest::gtest_main>,GTest::gtest_main,gtest_main>)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600 LABELS unit)

@@ -1,27 +1,32 @@
-// Base of the association providers.
+// Bases of the association providers.
 #ifndef COMMON_ASSOCIATION_PROVIDER_H
 #define COMMON_ASSOCIATION_PROVIDER_H
 
 #include "common/Composite_Provider.h"
-#include "common/Text_Index.h"
+#include "common/Pairs.h"
 
 namespace cimple
 {
 
-// Base of the provider of an association between the classes of END_PROVIDERS. Besides what Map_Provider asks
-// for, PROVIDER supplies the reference properties that pairs are made of:
-//   static constexpr auto kFirstRole = &VRAX_X::Antecedent;
-//   static constexpr auto kSecondRole = &VRAX_X::Dependent;
-// Its build() says which instances of the ends belong together:
-//   joinFirst<VRAX_ObjectManager, VRAX_Namespace>(map);
-// or joinFirstWithEach(), joinEqual(), or join(map, a, b) for each pair.
+// Base of the provider of an association whose references are FIRST_ROLE and SECOND_ROLE (pointers to members
+// of CLASS), built from the maps of END_PROVIDERS. PROVIDER supplies
+//   void build(Pairs& pairs): says which instances of the ends belong together, see Pairs.h;
+// and, when its pairs have further properties,
+//   static void fill(CLASS& pair, const A& first, const B& second): sets them.
+// A pair whose keys are already there is dropped, unless PROVIDER has a kInsertionFailed.
 //
 // Requests for associators and references are not supported here: the adapter answers them from the
-// association instances, each of which carries clones of both its ends.
-template <class PROVIDER, class CLASS, class... END_PROVIDERS>
+// association instances, each of which refers to both its ends.
+template <class PROVIDER, class CLASS, auto FIRST_ROLE, auto SECOND_ROLE, class... END_PROVIDERS>
 class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS, END_PROVIDERS...>
 {
+    typedef Composite_Provider_Base<PROVIDER, CLASS, END_PROVIDERS...> Base;
+
   public:
+    static constexpr Failure_Text kInsertionFailed = Failure_Text::none();
+    static constexpr auto kFirstRole = FIRST_ROLE;
+    static constexpr auto kSecondRole = SECOND_ROLE;
+
     Enum_Associator_Names_Status enum_associator_names(const Instance*,
                                                        const String&,
                                                        const String&,
@@ -47,110 +52,69 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
     }
 
   protected:
-    // A new association instance between clones of the two instances; the caller may fill further properties
-    // before it inserts it. Never null: throws, in the name of the caller's line, when it cannot be created.
-    static Owned<CLASS> pair(const Instance* first, const Instance* second, int line = __builtin_LINE())
-    {
-        Owned<CLASS> association = makeWithDefaults<CLASS>();
-        if (!association)
-        {
-            throw VRAX_Except(PROVIDER::kSource,
-                              "load",
-                              line,
-                              CRIT,
-                              "Unable to create instance of %s",
-                              CLASS::static_meta_class.name);
-        }
-        refer(*association, first, second, line);
-        return association;
-    }
+    typedef cimple::Pairs<PROVIDER> Pairs;
+    friend class cimple::Pairs<PROVIDER>;
+    friend Base;
 
-    // Sets both references of an association to clones of the two instances. For loads that create their
-    // instances themselves.
-    static void
-    refer(CLASS& association, const Instance* first, const Instance* second, int line = __builtin_LINE())
+    void buildFrom(Map_Writer<CLASS>& map, const typename Base::Locked_Ends& ends)
     {
-        setReference(association.*PROVIDER::kFirstRole, first, line);
-        setReference(association.*PROVIDER::kSecondRole, second, line);
-    }
-
-    // Adds the pair to the map; a pair that is already there is dropped.
-    static void
-    join(Map_Writer<CLASS>& map, const Instance* first, const Instance* second, int line = __builtin_LINE())
-    {
-        Owned<CLASS> association = pair(first, second, line);
-        map.insert(association);
-    }
-
-    // Joins the first instance of each end; nothing when either end has none.
-    template <class FIRST, class SECOND>
-    static void joinFirst(Map_Writer<CLASS>& map, int line = __builtin_LINE())
-    {
-        const FIRST* first = Map_View<FIRST>().first();
-        const SECOND* second = Map_View<SECOND>().first();
-        if (first != nullptr && second != nullptr)
-            join(map, first, second, line);
-    }
-
-    // Joins the first FIRST with every SECOND.
-    template <class FIRST, class SECOND>
-    static void joinFirstWithEach(Map_Writer<CLASS>& map, int line = __builtin_LINE())
-    {
-        joinFirstWithEach<FIRST, SECOND>(
-            map, [](const SECOND&) { return true; }, line);
-    }
-
-    // Joins the first FIRST with every SECOND for which belongs(second) is true.
-    template <class FIRST, class SECOND, class BELONGS>
-    static void joinFirstWithEach(Map_Writer<CLASS>& map, BELONGS belongs, int line = __builtin_LINE())
-    {
-        const FIRST* first = Map_View<FIRST>().first();
-        if (first == nullptr)
-            return;
-        for (const SECOND* second : Map_View<SECOND>())
-        {
-            if (belongs(*second))
-                join(map, first, second, line);
-        }
-    }
-
-    // Joins every FIRST with every SECOND of the same text, compared without regard to letter case, in the
-    // order of the maps. textOfFirst(first) and textOfSecond(second) return const char*; null leaves the
-    // instance out.
-    template <class FIRST, class SECOND, class TEXT_OF_FIRST, class TEXT_OF_SECOND>
-    static void joinEqual(Map_Writer<CLASS>& map,
-                          TEXT_OF_FIRST textOfFirst,
-                          TEXT_OF_SECOND textOfSecond,
-                          int line = __builtin_LINE())
-    {
-        const Text_Index<SECOND> seconds(Map_View<SECOND>(), textOfSecond);
-        for (const FIRST* first : Map_View<FIRST>())
-        {
-            const char* text = textOfFirst(*first);
-            if (text != nullptr)
-                seconds.forEach(text, [&](const SECOND* second) { join(map, first, second, line); });
-        }
-    }
-
-  private:
-    template <class REFERENCED>
-    static void setReference(REFERENCED*& reference, const Instance* target, int line)
-    {
-        Owned<Instance> copy(clone(target));
-        reference = cast<REFERENCED*>(copy.get());
-        if (reference == nullptr)
-        {
-            throw VRAX_Except(PROVIDER::kSource,
-                              "load",
-                              line,
-                              CRIT,
-                              "%s cannot refer to an instance of %s",
-                              CLASS::static_meta_class.name,
-                              target->meta_class->name);
-        }
-        copy.release();
+        Pairs pairs(map, ends);
+        Base::self().build(pairs);
     }
 };
+
+// The class of which a role is a member, and the class that the role refers to.
+template <auto ROLE>
+struct Role;
+template <class CLASS, class END, END* CLASS::*ROLE>
+struct Role<ROLE>
+{
+    typedef CLASS Association;
+    typedef END End;
+};
+
+// The classes whose maps an association is built from.
+template <class... CLASSES>
+struct Ends
+{
+};
+
+// What an association's roles refer to, each class once.
+template <class FIRST, class SECOND>
+struct Ends_Of_Roles
+{
+    typedef Ends<FIRST, SECOND> Type;
+};
+template <class BOTH>
+struct Ends_Of_Roles<BOTH, BOTH>
+{
+    typedef Ends<BOTH> Type;
+};
+
+template <auto FIRST_ROLE, auto SECOND_ROLE, class ENDS>
+struct Association_Base_Of;
+template <auto FIRST_ROLE, auto SECOND_ROLE, class... CLASSES>
+struct Association_Base_Of<FIRST_ROLE, SECOND_ROLE, Ends<CLASSES...>>
+{
+    typedef typename Role<FIRST_ROLE>::Association Class;
+    typedef Association_Provider_Base<typename Registered<Class>::Provider,
+                                      Class,
+                                      FIRST_ROLE,
+                                      SECOND_ROLE,
+                                      typename Registered<CLASSES>::Provider...>
+        Type;
+};
+
+// The base of the provider of a registered association; all else follows from its roles:
+//     class VRAX_NamespaceInManager_Provider
+//         : public Association_Provider<&VRAX_NamespaceInManager::Antecedent,
+//         &VRAX_NamespaceInManager::Dependent>
+// Where a role refers to a superclass of what it is built from, the third argument names the classes.
+template <auto FIRST_ROLE,
+          auto SECOND_ROLE,
+          class ENDS =
+              typename Ends_Of_Roles<typename Role<FIRST_ROLE>::End, typename Role<SECOND_ROLE>::End>::Type>
+using Association_Provider = typename Association_Base_Of<FIRST_ROLE, SECOND_ROLE, ENDS>::Type;
 
 } // namespace cimple
 

@@ -18,12 +18,18 @@ namespace cimple
 // anything is loaded, since a nested load may only find its locks already held by this thread, never wait for
 // them. The mutex is given back before the own map is built, so that reading the switch in build() does not
 // hold up the loads of other associations. The ends' order in the list does not matter.
+//
+// PROVIDER supplies
+//   void buildFrom(Map_Writer<CLASS>& map, const Locked_Ends& ends): as build() of Instance_Provider_Base.
 template <class PROVIDER, class CLASS, class... END_PROVIDERS>
 class Composite_Provider_Base : public Map_Provider<PROVIDER, CLASS>
 {
     typedef Map_Provider<PROVIDER, CLASS> Base;
 
   public:
+    // The locks of a load, with the views of the ends' maps: ends.view<VRAX_Zone>().
+    typedef Composite_Guard<CLASS, typename END_PROVIDERS::Class...> Locked_Ends;
+
     // Every map that a load locks.
     static constexpr Map_List lockList()
     {
@@ -49,25 +55,18 @@ class Composite_Provider_Base : public Map_Provider<PROVIDER, CLASS>
 
         static constexpr Map_List kLocks = lockList();
         Association_Load_Lock endLoading;
-        Map_List_WrLock locks(kLocks);
+        Locked_Ends ends(kLocks);
         const bool endsLoaded = loadEnds();
         endLoading.unlock();
         if (!endsLoaded)
             return LOAD_FAILED;
         if (Base::maps().InstMapIsFresh(Base::kIndex))
             return LOAD_OK;
-        const Load_Status status = Base::rebuild();
+        const Load_Status status =
+            Base::rebuild(ends, [&](Map_Writer<CLASS>& map) { Base::self().buildFrom(map, ends); });
         if (status == LOAD_OK)
             Base::maps().setBuiltFrom(Base::kIndex, endLoads());
         return status;
-    }
-
-  protected:
-    // The loaded map of an end, for build().
-    template <class END_CLASS>
-    static Map_View<END_CLASS> end()
-    {
-        return Map_View<END_CLASS>();
     }
 
   private:

@@ -2,79 +2,33 @@
 #ifndef COMMON_MAP_PROVIDER_H
 #define COMMON_MAP_PROVIDER_H
 
-#include "common/VRAX_Except.h"
 #include "common/map_access.h"
-#include "common/map_locks.h"
+#include "common/operation.h"
+#include "common/providers.h"
 #include "support/checkInstanceKeys.h"
 #include "support/cim_log.h"
 
 #include <cstring>
-#include <exception>
-#include <new>
-#include <string>
+#include <initializer_list>
 
 namespace cimple
 {
 
-// Thrown by a build() that has logged its failure itself, or that fails without a message.
-struct Load_Failed
-{
-};
-
-// The line on entry to an operation.
-inline void trace(const char* source, const char* function, int line)
-{
-    cim_log(kLogTrace, "%s:%s[%d]\n", source, function, line);
-}
-
-// Base of a provider class PROVIDER for instances of CLASS; reached through Instance_Provider_Base and
-// Association_Provider_Base. PROVIDER supplies
-//   static constexpr const char* kSource: its source unit, as in "serverProviders/VRAX_Namespace_Provider";
-//   Load_Status load();
-//   void build(Map_Writer<CLASS>&): creates all instances from the switch or from other maps. Called with the
-//     map empty and its write lock held. A failure is thrown: VRAX_Except, or Load_Failed.
-// Objects have no data: all state is in VRAX_Maps, and any number of them may work at the same time.
+// What providers of every kind share: names, trace lines, and the answers of operations that a class does not
+// support. PROVIDER hides those that it supports.
 template <class PROVIDER, class CLASS>
-class Map_Provider
+class Provider_Base
 {
   public:
     typedef CLASS Class;
-    static constexpr providerEnum_t kIndex = Map_Index<CLASS>::value;
+    // The provider's unit as log lines name it.
+    static constexpr const char* kSource = Registered<CLASS>::kSource;
+    // What is said of the steps of a load that fail. A provider hides those for which it has a text of its
+    // own.
+    static constexpr Failure_Text kCreationFailed = Registered<CLASS>::kCreationFailed;
+    static constexpr Failure_Text kKeysMissing = Registered<CLASS>::kKeysMissing;
+    static constexpr Failure_Text kInsertionFailed = Registered<CLASS>::kInsertionFailed;
 
-    // Empties the map and makes it stale. Within a load the write lock is already held further out and both
-    // attempts here fail, which is fine; called by the server, the write lock keeps readers out, and the read
-    // lock is the one that fails.
-    Unload_Status unload()
-    {
-        trace(PROVIDER::kSource, __func__, __LINE__);
-        MapWrLock writeLock(kIndex);
-        MapRdLock readLock(kIndex);
-        maps().InstMapForceUnload(kIndex);
-        map().clear();
-        return UNLOAD_OK;
-    }
-
-    Get_Instance_Status get_instance(const CLASS* model, CLASS*& instance)
-    {
-        trace(PROVIDER::kSource, __func__, __LINE__);
-        Instance* found = nullptr;
-        Get_Instance_Status status = GET_INSTANCE_FAILED;
-        serve([&](Inst_Map& loaded) { status = loaded._get_instance(model, found); });
-        if (status == GET_INSTANCE_OK)
-            instance = static_cast<CLASS*>(found);
-        return status;
-    }
-
-    Enum_Instances_Status enum_instances(const CLASS* model, Enum_Instances_Handler<CLASS>* handler)
-    {
-        trace(PROVIDER::kSource, __func__, __LINE__);
-        Enum_Instances_Status status = ENUM_INSTANCES_FAILED;
-        serve([&](Inst_Map& loaded)
-              { status = loaded._enum_instances(model, handler->_proc, handler->_client_data); });
-        return status;
-    }
-
-    // Providers hide the operations that they support.
     Create_Instance_Status create_instance(CLASS*)
     {
         trace(PROVIDER::kSource, __func__, __LINE__);
@@ -99,124 +53,164 @@ class Map_Provider
     }
 
   protected:
-    Map_Provider() { cim_log(kLogTrace, "%s:%s[%d]\n", PROVIDER::kSource, className(), __LINE__); }
-    ~Map_Provider() { cim_log(kLogTrace, "%s:~%s[%d]\n", PROVIDER::kSource, className(), __LINE__); }
-    Map_Provider(const Map_Provider&) = delete;
-    Map_Provider& operator=(const Map_Provider&) = delete;
+    Provider_Base() { cim_log(kLogTrace, "%s:%s[%d]\n", PROVIDER::kSource, className(), __LINE__); }
+    ~Provider_Base() { cim_log(kLogTrace, "%s:~%s[%d]\n", PROVIDER::kSource, className(), __LINE__); }
+    Provider_Base(const Provider_Base&) = delete;
+    Provider_Base& operator=(const Provider_Base&) = delete;
 
     PROVIDER& self() { return static_cast<PROVIDER&>(*this); }
-    static VRAX_Maps& maps() { return *VRAX_Maps::getInstance(); }
-    static Inst_Map& map() { return maps().map<CLASS>(); }
 
-    // Empties and builds the map and records the outcome. The caller holds the write lock.
-    Load_Status rebuild()
+    // Runs body(operation) as one operation of the provider: a trace line, then the body, whose result is the
+    // operation's unless it throws.
+    template <class STATUS, class BODY>
+    static STATUS operation(const char* function, STATUS failed, BODY body, int line = __builtin_LINE())
     {
-        Former_Instances former(map());
-        self().unload();
-        const std::uint32_t forcedUnloads = maps().forcedUnloads(kIndex);
-        try
-        {
-            Map_Writer<CLASS> writer(&former);
-            self().build(writer);
-            maps().InstMapLoadSetOK(kIndex);
-            if (maps().forcedUnloads(kIndex) != forcedUnloads)
-                maps().InstMapForceUnload(kIndex);
-            return LOAD_OK;
-        }
-        catch (const VRAX_Except& failure)
-        {
-            failure.print();
-            giveReason(failure.message);
-        }
-        catch (const Load_Failed&)
-        {
-        }
-        catch (const std::exception& failure)
-        {
-            logFailure("load", failure.what());
-        }
-        maps().InstMapLoadSetFailed(kIndex);
-        return LOAD_FAILED;
+        trace(PROVIDER::kSource, function, line);
+        return Operation<STATUS>(PROVIDER::kSource, function, failed).run(body);
     }
 
-    // Fails the load with this message, in the name of the caller's line.
-    [[noreturn]] static void failLoad(const char* message, int line = __builtin_LINE())
+    // Fails the load with this text, in the name of the caller's line.
+    [[noreturn]] static void fail(const Failure_Text& what,
+                                  std::initializer_list<const char*> arguments = {},
+                                  int line = __builtin_LINE())
     {
-        throw VRAX_Except(PROVIDER::kSource, "load", line, CRIT, "%s", message);
+        throw VRAX_Except(PROVIDER::kSource, "load", line, what, arguments);
     }
 
-    // Logs a critical line, in the name of the caller's line.
-    static void logCritical(const char* function, const char* message, int line = __builtin_LINE())
+    // A new instance with every property null. Never null: fails the load when it cannot be created. The
+    // arguments are for the texts of providers that name the element.
+    static Owned<CLASS> make(std::initializer_list<const char*> arguments = {}, int line = __builtin_LINE())
     {
-        cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", PROVIDER::kSource, function, line, message);
+        Owned<CLASS> instance = makeNull<CLASS>();
+        if (!instance)
+            fail(PROVIDER::kCreationFailed, arguments, line);
+        return instance;
+    }
+    // The same with the defaults of the schema, for the few classes that publish them.
+    static Owned<CLASS> makeDefaulted(int line = __builtin_LINE())
+    {
+        Owned<CLASS> instance = makeWithDefaults<CLASS>();
+        if (!instance)
+            fail(PROVIDER::kCreationFailed, {}, line);
+        return instance;
     }
 
-    // Logs a failure of one of the provider's operations, in the name of the caller's line, and gives it to
-    // the client as the reason, should the operation end in a status other than success.
-    static void logFailure(const char* function, const char* message, int line = __builtin_LINE())
-    {
-        logCritical(function, message, line);
-        giveReason(message);
-    }
-
-    // Hands an instance whose keys are all set to the map. Fails the load with one of the messages, in the
-    // name of the caller's line, when a key is missing or the map has an instance with equal keys.
-    static void insertChecked(Map_Writer<CLASS>& target,
-                              Owned<CLASS>& instance,
-                              const char* keysMissing,
-                              const char* insertionFailed,
-                              int line = __builtin_LINE())
+    // Hands an instance to the map. Fails the load when a key is missing or the map has an instance with
+    // equal keys; a provider whose kInsertionFailed is Failure_Text::none() drops such an instance.
+    static void add(Map_Writer<CLASS>& target,
+                    Owned<CLASS>& instance,
+                    std::initializer_list<const char*> arguments = {},
+                    int line = __builtin_LINE())
     {
         if (!checkInstanceKeys(instance.get()))
-            failLoad(keysMissing, line);
-        if (!target.insert(instance))
-            failLoad(insertionFailed, line);
-    }
-    // The same with the messages of a class that has none of its own.
-    static void insertChecked(Map_Writer<CLASS>& target, Owned<CLASS>& instance, int line = __builtin_LINE())
-    {
-        static const std::string kName = CLASS::static_meta_class.name;
-        static const std::string kKeysMissing = kName + "::One or more Key Properties are not Populated";
-        static const std::string kInsertionFailed = "Failed to insert into " + kName + "_map";
-        insertChecked(target, instance, kKeysMissing.c_str(), kInsertionFailed.c_str(), line);
-    }
-
-    // Gives one property of a cached instance the value that has been written to the switch. Requests being
-    // answered keep the instance as it was; associations with it are built again. The caller holds the write
-    // lock; `cached` is the map's and not to be used any more.
-    template <class PROPERTY>
-    static void changeCached(const CLASS* cached, PROPERTY CLASS::*property, const PROPERTY& value)
-    {
-        const Owned<CLASS> changed(static_cast<CLASS*>(clone(cached)));
-        const Owned<CLASS> mask(static_cast<CLASS*>(key_clone(cached)));
-        changed.get()->*property = value;
-        (mask.get()->*property).null = 0;
-        map()._modify_instance(mask.get(), changed.get());
-        maps().InstMapChanged(kIndex);
+            fail(PROVIDER::kKeysMissing, arguments, line);
+        if (!target.insert(instance) && PROVIDER::kInsertionFailed.text != nullptr)
+            fail(PROVIDER::kInsertionFailed, arguments, line);
     }
 
   private:
     static const char* className() { return std::strrchr(PROVIDER::kSource, '/') + 1; }
+};
 
-    // What the client is told besides the status. Some texts begin or end with white space for the log's
-    // sake.
-    static void giveReason(const char* message)
+// Base of a provider of instances of CLASS that are kept in an instance map; reached through
+// Instance_Provider and Association_Provider. PROVIDER supplies
+//   Load_Status load();
+// Objects have no data: all state is in VRAX_Maps, and any number of them may work at the same time.
+template <class PROVIDER, class CLASS>
+class Map_Provider : public Provider_Base<PROVIDER, CLASS>
+{
+  public:
+    static constexpr providerEnum_t kIndex = Map_Index<CLASS>::value;
+
+    // Empties the map and makes it stale. Within a load the write lock is already held further out and both
+    // attempts here fail, which is fine; called by the server, the write lock keeps readers out, and the read
+    // lock is the one that fails.
+    Unload_Status unload()
     {
-        static constexpr char kBlanks[] = " \n";
-        message += std::strspn(message, kBlanks);
-        std::size_t length = std::strlen(message);
-        while (length > 0 && std::strchr(kBlanks, message[length - 1]) != nullptr)
-            --length;
-        try
-        {
-            Error::set("%.*s", static_cast<int>(length), message);
-        }
-        catch (const std::bad_alloc&)
-        {
-            // The client has to do with the status.
-        }
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        Write_Guard<CLASS> writing;
+        const Read_Guard<CLASS> reading;
+        maps().InstMapForceUnload(kIndex);
+        writing.map().clear();
+        return UNLOAD_OK;
     }
 
+    Get_Instance_Status get_instance(const CLASS* model, CLASS*& instance)
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        Instance* found = nullptr;
+        Get_Instance_Status status = GET_INSTANCE_FAILED;
+        serve([&](const Inst_Map& loaded) { status = loaded._get_instance(model, found); });
+        if (status == GET_INSTANCE_OK)
+            instance = static_cast<CLASS*>(found);
+        return status;
+    }
+
+    Enum_Instances_Status enum_instances(const CLASS* model, Enum_Instances_Handler<CLASS>* handler)
+    {
+        trace(PROVIDER::kSource, __func__, __LINE__);
+        Enum_Instances_Status status = ENUM_INSTANCES_FAILED;
+        serve([&](const Inst_Map& loaded)
+              { status = loaded._enum_instances(model, handler->_proc, handler->_client_data); });
+        return status;
+    }
+
+  protected:
+    using Provider_Base<PROVIDER, CLASS>::self;
+
+    static VRAX_Maps& maps() { return *VRAX_Maps::getInstance(); }
+
+    // Empties the map, has build(Map_Writer<CLASS>&) fill it, and records the outcome. `guard` holds the
+    // write lock.
+    template <class GUARD, class BUILD>
+    Load_Status rebuild(GUARD& guard, BUILD build)
+    {
+        Former_Instances former(guard.map());
+        self().unload();
+        const std::uint32_t forcedUnloads = maps().forcedUnloads(kIndex);
+        const Load_Status status = Operation<Load_Status>(PROVIDER::kSource, "load", LOAD_FAILED)
+                                       .run(
+                                           [&](auto&)
+                                           {
+                                               Map_Writer<CLASS> writer = guard.writer(&former);
+                                               build(writer);
+                                               return LOAD_OK;
+                                           });
+        if (status != LOAD_OK)
+        {
+            maps().InstMapLoadSetFailed(kIndex);
+            return status;
+        }
+        maps().InstMapLoadSetOK(kIndex);
+        if (maps().forcedUnloads(kIndex) != forcedUnloads)
+            maps().InstMapForceUnload(kIndex);
+        return status;
+    }
+
+    // Gives a cached instance the values of `request` that `model` carries, after they have been written to
+    // the switch. The instance is replaced: requests being answered keep the former one, and associations
+    // with it are built again.
+    static void changeCached(Write_Guard<CLASS>& guard, const CLASS* model, const CLASS* request)
+    {
+        guard.map()._modify_instance(model, request);
+        maps().InstMapChanged(kIndex);
+    }
+    // The same for one property, whatever else the request carries. `value` is what the switch was given.
+    // `cached` is the map's and not to be used any more.
+    template <class TYPE, class VALUE>
+    static void changeCached(Write_Guard<CLASS>& guard,
+                             const CLASS& cached,
+                             Property<TYPE> CLASS::*property,
+                             const VALUE& value)
+    {
+        const Owned<CLASS> request(static_cast<CLASS*>(key_clone(&cached)));
+        const Owned<CLASS> model(static_cast<CLASS*>(key_clone(&cached)));
+        (request.get()->*property).set(value);
+        (model.get()->*property).null = 0;
+        changeCached(guard, model.get(), request.get());
+    }
+
+  private:
     // Calls answer(map) under the read lock with the map loaded; does not call it when the load fails.
     // Between the load and the read lock another thread may have emptied the map or failed to rebuild it:
     // what it holds then must not be served, and the load is repeated.
@@ -225,15 +219,16 @@ class Map_Provider
     {
         while (self().load() == LOAD_OK)
         {
-            MapRdLock lock(kIndex);
-            Inst_Map& loaded = map();
-            if (loaded.complete())
-                return answer(loaded);
+            const Read_Guard<CLASS> reading;
+            if (reading.map().complete())
+                return answer(reading.map());
         }
     }
 };
 
-// Base of the provider of a class whose instances come from the switch or are constants.
+// Base of the provider of a class whose instances come from the switch or are constants. PROVIDER supplies
+//   void build(Map_Writer<CLASS>& map): creates all instances. Called with the map empty and its write lock
+//     held; a failure is thrown, see fail().
 template <class PROVIDER, class CLASS>
 class Instance_Provider_Base : public Map_Provider<PROVIDER, CLASS>
 {
@@ -250,12 +245,16 @@ class Instance_Provider_Base : public Map_Provider<PROVIDER, CLASS>
         // the slowest reader.
         if (isCurrent())
             return LOAD_OK;
-        MapWrLock lock(Base::kIndex);
+        Write_Guard<CLASS> guard;
         if (isCurrent())
             return LOAD_OK;
-        return Base::rebuild();
+        return Base::rebuild(guard, [this](Map_Writer<CLASS>& map) { Base::self().build(map); });
     }
 };
+
+// The base of the provider of a registered class.
+template <class CLASS>
+using Instance_Provider = Instance_Provider_Base<typename Registered<CLASS>::Provider, CLASS>;
 
 } // namespace cimple
 

@@ -1,21 +1,23 @@
-// Typed access to instance maps: what loads read from other maps and write into their own.
+// Typed access to instance maps. A map is read through a Map_View and filled through a Map_Writer, and these
+// are only to be had from a guard that holds the map's lock.
 #ifndef COMMON_MAP_ACCESS_H
 #define COMMON_MAP_ACCESS_H
 
+#include "common/lock_set.h"
 #include "common/owned.h"
 #include "support/VRAX_Maps.h"
+
+#include <type_traits>
 
 namespace cimple
 {
 
-// A loaded map as a row of instances, in order of insertion. The caller holds the map's lock; the instances
-// stay the map's.
+// A map as a row of instances, in order of insertion. Valid as long as the guard that it came from; the
+// instances stay the map's.
 template <class CLASS>
 class Map_View
 {
   public:
-    Map_View() : _map(VRAX_Maps::getInstance()->map<CLASS>()) {}
-
     class Iterator
     {
       public:
@@ -38,8 +40,14 @@ class Map_View
     Iterator end() const { return Iterator(_map, _map.size()); }
     // Null when the map is empty.
     const CLASS* first() const { return _map.size() > 0 ? *begin() : nullptr; }
+    // The instance with the keys of this one, or null.
+    const CLASS* find(const CLASS& keys) const { return static_cast<const CLASS*>(_map._lookup(&keys)); }
 
   private:
+    template <class>
+    friend class Map_Guard;
+    explicit Map_View(const Inst_Map& map) : _map(map) {}
+
     const Inst_Map& _map;
 };
 
@@ -71,17 +79,11 @@ class Former_Instances
     std::size_t _next = 0;
 };
 
-// The map that a load fills. The caller holds the map's write lock.
+// The map that a load fills.
 template <class CLASS>
 class Map_Writer
 {
   public:
-    // `former`: what to release in exchange for new instances.
-    explicit Map_Writer(Former_Instances* former = nullptr)
-        : _map(VRAX_Maps::getInstance()->map<CLASS>()), _former(former)
-    {
-    }
-
     // Hands the instance to the map. False when an instance with equal keys is already there; the caller
     // then still owns it.
     bool insert(Owned<CLASS>& instance)
@@ -100,8 +102,72 @@ class Map_Writer
     std::size_t size() const { return _map.size(); }
 
   private:
+    template <class>
+    friend class Map_Guard;
+    Map_Writer(Inst_Map& map, Former_Instances* former) : _map(map), _former(former) {}
+
     Inst_Map& _map;
-    Former_Instances* _former;
+    Former_Instances* _former; // what to release in exchange for new instances; may be null
+};
+
+// Makes views and writers; for the guards below.
+template <class CLASS>
+class Map_Guard
+{
+  protected:
+    static Inst_Map& map() { return VRAX_Maps::getInstance()->map<CLASS>(); }
+    static Map_View<CLASS> view() { return Map_View<CLASS>(map()); }
+    static Map_Writer<CLASS> writer(Former_Instances* former) { return Map_Writer<CLASS>(map(), former); }
+};
+
+// Holds the read lock of the map of CLASS.
+template <class CLASS>
+class Read_Guard : private Map_Guard<CLASS>
+{
+  public:
+    Read_Guard() : _lock(Map_Index<CLASS>::value) {}
+
+    const Inst_Map& map() const { return Map_Guard<CLASS>::map(); }
+    Map_View<CLASS> view() const { return Map_Guard<CLASS>::view(); }
+
+  private:
+    MapRdLock _lock;
+};
+
+// Holds the write lock of the map of CLASS, unless the thread holds it further out.
+template <class CLASS>
+class Write_Guard : private Map_Guard<CLASS>
+{
+  public:
+    Write_Guard() : _lock(Map_Index<CLASS>::value) {}
+
+    Inst_Map& map() { return Map_Guard<CLASS>::map(); }
+    Map_View<CLASS> view() const { return Map_Guard<CLASS>::view(); }
+    Map_Writer<CLASS> writer(Former_Instances* former = nullptr) { return Map_Guard<CLASS>::writer(former); }
+
+  private:
+    MapWrLock _lock;
+};
+
+// Holds the write locks of the map of OWN, of those of ENDS and of all others that the list names.
+template <class OWN, class... ENDS>
+class Composite_Guard : private Map_Guard<OWN>, private Map_Guard<ENDS>...
+{
+  public:
+    explicit Composite_Guard(const Map_List& list) : _locks(list) {}
+
+    Inst_Map& map() { return Map_Guard<OWN>::map(); }
+    Map_Writer<OWN> writer(Former_Instances* former) { return Map_Guard<OWN>::writer(former); }
+
+    template <class END>
+    Map_View<END> view() const
+    {
+        static_assert((std::is_same_v<END, ENDS> || ...), "only the maps of the ends are locked");
+        return Map_Guard<END>::view();
+    }
+
+  private:
+    Map_List_WrLock _locks;
 };
 
 } // namespace cimple

@@ -12,17 +12,12 @@ namespace cimple
 
 // A switch port's endpoint is the Antecedent and the attached node port's the Dependent; of a link between
 // two switches the endpoint with the lower name is the Antecedent. A link whose ends are not both published
-// is left out.
-class VRAX_ActiveConnection_Provider : public Association_Provider_Base<VRAX_ActiveConnection_Provider,
-                                                                        VRAX_ActiveConnection,
-                                                                        VRAX_ProtocolEndpoint_Provider>
+// is left out, and so is one with an end that has no name yet.
+class VRAX_ActiveConnection_Provider
+    : public Association_Provider<&VRAX_ActiveConnection::Antecedent, &VRAX_ActiveConnection::Dependent>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_ActiveConnection_Provider";
-    static constexpr auto kFirstRole = &VRAX_ActiveConnection::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_ActiveConnection::Dependent;
-
-    void build(Map_Writer<VRAX_ActiveConnection>& map);
+    void build(Pairs& pairs);
 };
 
 } // namespace cimple

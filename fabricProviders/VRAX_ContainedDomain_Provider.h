@@ -11,17 +11,16 @@
 namespace cimple
 {
 
-class VRAX_ContainedDomain_Provider : public Association_Provider_Base<VRAX_ContainedDomain_Provider,
-                                                                       VRAX_ContainedDomain,
-                                                                       VRAX_SAN_Provider,
-                                                                       VRAX_Fabric_Provider>
+class VRAX_ContainedDomain_Provider
+    : public Association_Provider<&VRAX_ContainedDomain::GroupComponent, &VRAX_ContainedDomain::PartComponent>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_ContainedDomain_Provider";
-    static constexpr auto kFirstRole = &VRAX_ContainedDomain::GroupComponent;
-    static constexpr auto kSecondRole = &VRAX_ContainedDomain::PartComponent;
+    static constexpr Failure_Text kCreationFailed = "Failed to Create the instance";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_ContainedDomain::One or more Key Properties not populated";
+    static constexpr Failure_Text kInsertionFailed = "Failed to insert instance in map";
 
-    void build(Map_Writer<VRAX_ContainedDomain>& map);
+    void build(Pairs& pairs) { pairs.first<VRAX_SAN>().withFirst<VRAX_Fabric>(); }
 };
 
 } // namespace cimple

@@ -3,6 +3,7 @@
 #define FABRICPROVIDERS_VRAX_DEVICESAPIMPLEMENTATION_PROVIDER_H
 
 #include "common/Association_Provider.h"
+#include "common/topology_keys.h"
 #include "fabricProviders/VRAX_FCPort_Provider.h"
 #include "fabricProviders/VRAX_ProtocolEndpoint_Provider.h"
 
@@ -12,17 +13,14 @@ namespace cimple
 {
 
 class VRAX_DeviceSAPImplementation_Provider
-    : public Association_Provider_Base<VRAX_DeviceSAPImplementation_Provider,
-                                       VRAX_DeviceSAPImplementation,
-                                       VRAX_FCPort_Provider,
-                                       VRAX_ProtocolEndpoint_Provider>
+    : public Association_Provider<&VRAX_DeviceSAPImplementation::Antecedent,
+                                  &VRAX_DeviceSAPImplementation::Dependent>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_DeviceSAPImplementation_Provider";
-    static constexpr auto kFirstRole = &VRAX_DeviceSAPImplementation::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_DeviceSAPImplementation::Dependent;
-
-    void build(Map_Writer<VRAX_DeviceSAPImplementation>& map);
+    void build(Pairs& pairs)
+    {
+        pairs.equal<VRAX_FCPort, VRAX_ProtocolEndpoint>(portSystemAndWwn, endpointSystemAndWwn);
+    }
 };
 
 } // namespace cimple

@@ -1,10 +1,9 @@
 // The nodes that are attached to the fabric, one for each of their ports.
 #include "fabricProviders/VRAX_FCNode_Provider.h"
 
-#include "common/CacheLock.h"
-#include "common/Sml_Batch.h"
-#include "common/fabric_walk.h"
-#include "common/string_helpers.h"
+#include "switchaccess/Attribute.h"
+#include "switchaccess/CacheLock.h"
+#include "switchaccess/fabric_walk.h"
 
 namespace cimple
 {
@@ -13,18 +12,13 @@ namespace
 {
 
 // What the name server tells of a node port, by domain and address.
-constexpr const char* kNodeKeys[] = {
-    "Oper.NameServerAll.%d.Entry.%s.NodeWwn",
-    "Oper.NameServerAll.%d.Entry.%s.PortWwn",
-    "Oper.NameServerAll.%d.Entry.%s.FabricPortName", // decides with the others whether the port is skipped
-    "Oper.NameServerAll.%d.Entry.%s.SymNodeName",
+constexpr Attribute<VRAX_FCNode> kAttributes[] = {
+    {"Oper.NameServerAll.%d.Entry.%s.NodeWwn", put<&VRAX_FCNode::Name, inUpperCase>},
+    {"Oper.NameServerAll.%d.Entry.%s.PortWwn", put<&VRAX_FCNode::InstanceID, inUpperCase>},
+    {"Oper.NameServerAll.%d.Entry.%s.FabricPortName"}, // decides with the others whether the port is skipped
+    {"Oper.NameServerAll.%d.Entry.%s.SymNodeName", put<&VRAX_FCNode::ElementName, inUpperCase>},
 };
-enum NodeEntry
-{
-    kNodeWwn = 0,
-    kPortWwn = 1,
-    kSymNodeName = 3
-};
+constexpr std::size_t kPortWwn = entryOf(kAttributes, ".PortWwn");
 
 } // namespace
 
@@ -32,7 +26,7 @@ void VRAX_FCNode_Provider::build(Map_Writer<VRAX_FCNode>& map)
 {
     const CacheLock cacheLock;
     requireCacheLock(cacheLock, kSource);
-    Sml_Batch batch(kNodeKeys);
+    Attribute_Reader<VRAX_FCNode> attributes(kAttributes);
     const Owned<VRAX_FCNode> entry(VRAX_FCNode::create()); // its key, for finding it in the map
     const String nameFormat("WWN");                        // one text for all nodes
 
@@ -42,23 +36,16 @@ void VRAX_FCNode_Provider::build(Map_Writer<VRAX_FCNode>& map)
         for (const char* address : Attached_Ports(domain))
         {
             // The port has logged out meanwhile, or the name server does not have its WWN yet.
-            if (!batch.read({domain.c_str(), address}) || batch.text(kPortWwn)[0] == '\0')
+            if (!attributes.read({domain.c_str(), address}) || attributes.text(kPortWwn)[0] == '\0')
                 continue;
             // Two entries of one port happen while a node moves: the first one counts.
-            entry->InstanceID.set(upperCased(batch.text(kPortWwn)).c_str());
+            entry->InstanceID.set(inUpperCase(attributes.text(kPortWwn)));
             if (map.contains(*entry))
                 continue;
-
-            Owned<VRAX_FCNode> node = makeNull<VRAX_FCNode>();
-            if (!node)
-                failLoad("Unable to create instance of VRAX_FCNode");
-            node->InstanceID = entry->InstanceID;
-            node->Name.set(upperCased(batch.text(kNodeWwn)).c_str());
-            node->ElementName.set(upperCased(batch.text(kSymNodeName)).c_str());
+            Owned<VRAX_FCNode> node = make();
+            attributes.fill(*node);
             node->NameFormat.set(nameFormat);
-            // The line feed belongs to the message.
-            if (!map.insert(node))
-                failLoad("Failed to insert into VRAX_FCNode_map\n");
+            add(map, node);
         }
     }
 }

@@ -9,10 +9,11 @@
 namespace cimple
 {
 
-class VRAX_FCNode_Provider : public Instance_Provider_Base<VRAX_FCNode_Provider, VRAX_FCNode>
+class VRAX_FCNode_Provider : public Instance_Provider<VRAX_FCNode>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_FCNode_Provider";
+    // The line feed belongs to the message.
+    static constexpr Failure_Text kInsertionFailed = "Failed to insert into VRAX_FCNode_map\n";
 
     void build(Map_Writer<VRAX_FCNode>& map);
 };

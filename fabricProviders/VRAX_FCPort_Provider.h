@@ -9,20 +9,23 @@
 namespace cimple
 {
 
-class VRAX_FCPort_Provider : public Instance_Provider_Base<VRAX_FCPort_Provider, VRAX_FCPort>,
+class VRAX_FCPort_Provider : public Instance_Provider<VRAX_FCPort>,
                              public VRAX_FCPort_Methods<VRAX_FCPort_Provider>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_FCPort_Provider";
+    static constexpr Failure_Text kKeysMissing = "VRAXFCPort::One or more Key Properties not populated";
+    // With the kind of the port.
+    static constexpr Failure_Text kInsertionFailed = "Failed to insert into VRAX_FCPort_map (%s)";
 
     void build(Map_Writer<VRAX_FCPort>& map);
 
-    // Renames a local port; nothing else of a port can be changed.
+    // Renames a local port; nothing else of a port can be changed. Ports that are not local are refused:
+    // their numbers would lead to the local port of the same number.
     Modify_Instance_Status modify_instance(const VRAX_FCPort* model, const VRAX_FCPort* instance);
 
     // Changes the administrative state of a local port, or resets its link. The outcome is in return_value,
-    // as in CIM_EnabledLogicalElement: 0 done, 1 not supported or refused by the switch, 4 the ports cannot
-    // be read, 5 no such port or state. The cached port shows its new state from the next load on.
+    // as in CIM_EnabledLogicalElement: 0 done, 1 refused by the switch or not a local port, 4 the ports
+    // cannot be read, 5 no such port or state. The cached port shows its new state from the next load on.
     Invoke_Method_Status RequestStateChange(const VRAX_FCPort* self,
                                             const Property<uint16>& RequestedState,
                                             CIM_ConcreteJob*& Job,
@@ -30,7 +33,7 @@ class VRAX_FCPort_Provider : public Instance_Provider_Base<VRAX_FCPort_Provider,
                                             Property<uint32>& return_value);
 
   private:
-    class Port_Writer; // FCPort_Writer.h
+    class Port_Writer;
 
     // Carries out a request on a port of the map; what it returns to the client. `function` is named in the
     // log.

@@ -3,6 +3,7 @@
 #define FABRICPROVIDERS_VRAX_FCSWITCHFCPORT_PROVIDER_H
 
 #include "common/Association_Provider.h"
+#include "common/topology_keys.h"
 #include "fabricProviders/VRAX_FCPort_Provider.h"
 #include "fabricProviders/VRAX_FCSwitch_Provider.h"
 
@@ -11,17 +12,11 @@
 namespace cimple
 {
 
-class VRAX_FCSwitchFCPort_Provider : public Association_Provider_Base<VRAX_FCSwitchFCPort_Provider,
-                                                                      VRAX_FCSwitchFCPort,
-                                                                      VRAX_FCSwitch_Provider,
-                                                                      VRAX_FCPort_Provider>
+class VRAX_FCSwitchFCPort_Provider
+    : public Association_Provider<&VRAX_FCSwitchFCPort::GroupComponent, &VRAX_FCSwitchFCPort::PartComponent>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_FCSwitchFCPort_Provider";
-    static constexpr auto kFirstRole = &VRAX_FCSwitchFCPort::GroupComponent;
-    static constexpr auto kSecondRole = &VRAX_FCSwitchFCPort::PartComponent;
-
-    void build(Map_Writer<VRAX_FCSwitchFCPort>& map);
+    void build(Pairs& pairs) { pairs.equal<VRAX_FCSwitch, VRAX_FCPort>(switchName, switchOf<VRAX_FCPort>); }
 };
 
 } // namespace cimple

@@ -3,6 +3,7 @@
 #define FABRICPROVIDERS_VRAX_FCSWITCHPROTOCOLENDPOINT_PROVIDER_H
 
 #include "common/Association_Provider.h"
+#include "common/topology_keys.h"
 #include "fabricProviders/VRAX_FCSwitch_Provider.h"
 #include "fabricProviders/VRAX_ProtocolEndpoint_Provider.h"
 
@@ -12,17 +13,14 @@ namespace cimple
 {
 
 class VRAX_FCSwitchProtocolEndPoint_Provider
-    : public Association_Provider_Base<VRAX_FCSwitchProtocolEndPoint_Provider,
-                                       VRAX_FCSwitchProtocolEndPoint,
-                                       VRAX_FCSwitch_Provider,
-                                       VRAX_ProtocolEndpoint_Provider>
+    : public Association_Provider<&VRAX_FCSwitchProtocolEndPoint::Antecedent,
+                                  &VRAX_FCSwitchProtocolEndPoint::Dependent>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_FCSwitchProtocolEndPoint_Provider";
-    static constexpr auto kFirstRole = &VRAX_FCSwitchProtocolEndPoint::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_FCSwitchProtocolEndPoint::Dependent;
-
-    void build(Map_Writer<VRAX_FCSwitchProtocolEndPoint>& map);
+    void build(Pairs& pairs)
+    {
+        pairs.equal<VRAX_FCSwitch, VRAX_ProtocolEndpoint>(switchName, switchOf<VRAX_ProtocolEndpoint>);
+    }
 };
 
 } // namespace cimple

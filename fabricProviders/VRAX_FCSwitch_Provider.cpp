@@ -1,15 +1,14 @@
 // The switches of the fabric: the local one in full, the others as far as the local one knows them.
 #include "fabricProviders/VRAX_FCSwitch_Provider.h"
 
-#include "common/CacheLock.h"
-#include "common/Sml_Batch.h"
-#include "common/XPL_Mem.h"
-#include "common/fabric_walk.h"
-#include "common/string_helpers.h"
-#include "common/value_translation.h"
-#include "platform/switch_config.h"
-#include "platform/switch_server.h"
+#include "common/results.h"
 #include "platform/vpd.h"
+#include "switchaccess/Attribute.h"
+#include "switchaccess/CacheLock.h"
+#include "switchaccess/Record.h"
+#include "switchaccess/fabric_walk.h"
+#include "switchaccess/local_switch.h"
+#include "switchaccess/value_translation.h"
 
 #include <cctype>
 #include <cstring>
@@ -21,39 +20,25 @@ namespace cimple
 namespace
 {
 
-constexpr const char* kLocalKeys[] = {
-    "Oper.Switch.WWN",
-    "Config.Switch.SymName",
-    "Oper.Switch.OperState",
-    "Oper.Switch.AdminState",
-    "Config.Switch.AdminState",
-    "Oper.Switch.DomainID",
-    "Oper.Switch.Type",
-};
-enum LocalEntry
-{
-    kOperState = 2,
-    kAdminState,
-    kConfiguredAdminState,
-    kDomainId,
-    kType
-};
+using Is = VRAX_FCSwitch;
 
-constexpr const char* kRemoteKeys[] = {
-    "Oper.Fabric.Entry.%d.WWN",
-    "Oper.Fabric.Entry.%d.SymNodeName",
-    "Oper.Switch.Echo.%d",
+constexpr Attribute<Is> kLocalAttributes[] = {
+    {"Oper.Switch.WWN", put<&Is::Name, inUpperCase>},
+    {"Config.Switch.SymName", put<&Is::ElementName>},
+    {"Oper.Switch.OperState"}, // together with the switch's faults
+    {"Oper.Switch.AdminState", put<&Is::EnabledState, smlSwitchStateToCIMEnabledState>},
+    {"Config.Switch.AdminState", put<&Is::EnabledDefault, smlSwitchStateToCIMEnabledState>},
+    {"Oper.Switch.DomainID", put<&Is::OtherIdentifyingInfo, asOnlyElement>},
+    {"Oper.Switch.Type"}, // decides on the description
 };
-enum RemoteEntry
-{
-    kEchoedDomainId = 2
-};
+constexpr std::size_t kOperState = entryOf(kLocalAttributes, ".OperState");
+constexpr std::size_t kType = entryOf(kLocalAttributes, ".Type");
 
-// Both batches begin with these.
-enum CommonEntry
-{
-    kWwn,
-    kName
+// By domain ID.
+constexpr Attribute<Is> kRemoteAttributes[] = {
+    {"Oper.Fabric.Entry.%d.WWN", put<&Is::Name, inUpperCase>},
+    {"Oper.Fabric.Entry.%d.SymNodeName", put<&Is::ElementName>},
+    {"Oper.Switch.Echo.%d", put<&Is::OtherIdentifyingInfo, asOnlyElement>},
 };
 
 // Values of EnabledState, EnabledDefault and RequestedState.
@@ -65,25 +50,25 @@ constexpr uint16 kRequestNotApplicable = 12;
 constexpr uint16 kDedicatedOther = 2;
 constexpr uint16 kDedicatedSwitch = 5;
 
-// Values of RequestStateChange's RequestedState and result (CIM_EnabledLogicalElement).
-enum Requested
-{
-    kEnable = 2,
-    kDisable = 3,
-    kShutDown = 4,
-    kGoOffline = 6,
-    kTest = 7,
-    kDefer = 8,
-    kQuiesce = 9,
-    kReboot = 10,
-    kReset = 11
+// The states of RequestStateChange (CIM_EnabledLogicalElement). Any other asks for nothing.
+constexpr char kNotSupportedLine[] = "State Not Supported\n";
+constexpr State_Change kStateChanges[] = {
+    {2, State_Action::SetAdminState, XPL_ADMIN_ONLINE, nullptr},
+    {3, State_Action::SetAdminState, XPL_ADMIN_OFFLINE, nullptr},
+    {4, State_Action::Refuse, 0, kNotSupportedLine}, // shut down
+    {6, State_Action::Refuse, 0, kNotSupportedLine}, // offline
+    {7, State_Action::SetAdminState, XPL_ADMIN_DIAGNOSTICS, nullptr},
+    {8, State_Action::Refuse, 0, kNotSupportedLine},  // defer
+    {9, State_Action::Refuse, 0, kNotSupportedLine},  // quiesce
+    {10, State_Action::Refuse, 0, kNotSupportedLine}, // reboot
+    {11, State_Action::ForceReset, 0, nullptr},
 };
+constexpr State_Change kNothingRequested = {0, State_Action::RewriteRecord, 0, nullptr};
+
+// Its results.
 constexpr uint32 kCompleted = 0;
 constexpr uint32 kNotSupported = 1;
 constexpr uint32 kRefused = 5;
-
-// In place of an xpl_AdminState: the request asks for none.
-constexpr int kNoState = 0;
 
 // The model of blade whose product name says more than its kind.
 constexpr const char* kNamedByProduct = "Rowan Blade";
@@ -91,20 +76,16 @@ constexpr const char* kNamedByProduct = "Rowan Blade";
 // What a switch that forwards its ports to another fabric calls itself.
 constexpr const char* kTransparentSwitch = "FC-T Switch";
 
-void fillLocal(VRAX_FCSwitch& one, const Sml_Batch& batch, const DataCache& cache)
+void fillLocal(VRAX_FCSwitch& one, const Attribute_Reader<VRAX_FCSwitch>& attributes, const DataCache& cache)
 {
     const std::vector<std::uint16_t> faults = cache.getSwitchFaults();
-    one.OtherIdentifyingInfo.set(Array_String::make(batch.text(kDomainId)));
     one.OperationalStatus.set(smlSwitchStateToCIMOperationalStatus(
-        batch.text(kOperState), Array_uint16(faults.data(), faults.size())));
-    one.EnabledState.set(smlSwitchStateToCIMEnabledState(batch.text(kAdminState)));
+        attributes.text(kOperState), Array_uint16(faults.data(), faults.size())));
     one.RequestedState.set(kNoChangeRequested);
-    one.EnabledDefault.set(smlSwitchStateToCIMEnabledState(batch.text(kConfiguredAdminState)));
 }
 
-void fillRemote(VRAX_FCSwitch& one, const Sml_Batch& batch)
+void fillRemote(VRAX_FCSwitch& one)
 {
-    one.OtherIdentifyingInfo.set(Array_String::make(batch.text(kEchoedDomainId)));
     one.OperationalStatus.set(Array_uint16::make(0)); // Unknown
     one.EnabledState.set(kStateNotApplicable);
     one.RequestedState.set(kRequestNotApplicable);
@@ -140,16 +121,6 @@ void describeByProduct(VRAX_FCSwitch& one)
     one.Description.set(String(name, length));
 }
 
-// Puts a name into its field of the record; false, and nothing is done, when it does not fit.
-bool putName(xpl_swSwitchConfig& record, const String& name)
-{
-    const std::size_t size = std::strlen(name.c_str()) + 1;
-    if (size > sizeof(record.symbolicName))
-        return false;
-    std::memcpy(record.symbolicName, name.c_str(), size);
-    return true;
-}
-
 } // namespace
 
 void VRAX_FCSwitch_Provider::build(Map_Writer<VRAX_FCSwitch>& map)
@@ -159,121 +130,59 @@ void VRAX_FCSwitch_Provider::build(Map_Writer<VRAX_FCSwitch>& map)
     DataCache& cache = *DataCache::instance();
     const Wwn rootWwn = cache.getRootSwitchWwn();
     const bool isTransparent = cache.isTransparentSwitch();
-    Sml_Batch localBatch(kLocalKeys);
-    Sml_Batch remoteBatch(kRemoteKeys);
+    Attribute_Reader<VRAX_FCSwitch> local(kLocalAttributes);
+    Attribute_Reader<VRAX_FCSwitch> remote(kRemoteAttributes);
 
     for (const SwitchCache& one : Fabric_Switches(cache))
     {
         const bool isLocal = one.getWwn() == rootWwn;
         const Domain_Text domain(one.getDomainID());
-        Sml_Batch& batch = isLocal ? localBatch : remoteBatch;
-        if (!batch.read({domain.c_str()}))
-            failLoad("Unable to obtain FCSwitch attributes");
-        Owned<VRAX_FCSwitch> instance = makeNull<VRAX_FCSwitch>();
-        if (!instance)
-            failLoad("VRAX_FCSwitch instance creation failed");
+        Attribute_Reader<VRAX_FCSwitch>& attributes = isLocal ? local : remote;
+        if (!attributes.read({domain.c_str()}))
+            fail("Unable to obtain FCSwitch attributes");
 
+        Owned<VRAX_FCSwitch> instance = make();
         instance->CreationClassName.set("VRAX_FCSwitch");
-        instance->Name.set(upperCased(batch.text(kWwn)).c_str());
-        instance->ElementName.set(batch.text(kName));
         instance->NameFormat.set("WWN");
+        attributes.fill(*instance);
         if (isLocal)
-            fillLocal(*instance, batch, cache);
+            fillLocal(*instance, attributes, cache);
         else
-            fillRemote(*instance, batch);
+            fillRemote(*instance);
         fillKind(*instance, isTransparent);
-        if (isLocal && std::strcmp(batch.text(kType), kNamedByProduct) == 0)
+        if (isLocal && std::strcmp(attributes.text(kType), kNamedByProduct) == 0)
             describeByProduct(*instance);
-
-        insertChecked(map,
-                      instance,
-                      "VRAX_FCSwitch::One or more Key Properties are not populated",
-                      "Failed to insert instance in the map");
+        add(map, instance);
     }
 }
 
 Modify_Instance_Status VRAX_FCSwitch_Provider::modify_instance(const VRAX_FCSwitch* model,
                                                                const VRAX_FCSwitch* instance)
 {
-    trace(kSource, __func__, __LINE__);
-    const MapWrLock lock(kIndex);
-    const XPL_Mem<char*> localWwn(get_Local_Switch_World_Wide_Name());
-    if (localWwn.empty() || *localWwn == nullptr)
+    const auto body = [&](Operation<Modify_Instance_Status>& op)
     {
-        logFailure(__func__, "Unable to retrieve localWWN");
-        return MODIFY_INSTANCE_NOT_FOUND;
-    }
-    if (!instance->Name.value.equali(*localWwn))
-        return MODIFY_INSTANCE_INVALID_PARAMETER;
-    const auto* cached = static_cast<const VRAX_FCSwitch*>(map()._lookup(instance));
-    if (cached == nullptr)
-    {
-        logFailure(__func__, "Required instance not found in the map");
-        return MODIFY_INSTANCE_NOT_FOUND;
-    }
-    if (model->ElementName.null)
+        Write_Guard<VRAX_FCSwitch> guard;
+        const Local_Switch_Wwn localWwn(
+            kSource, "modify_instance", Failure_Text::line(kLocalWwnMissing.text));
+        if (!instance->Name.value.equali(localWwn.text()))
+            return MODIFY_INSTANCE_INVALID_PARAMETER;
+        const VRAX_FCSwitch* cached = guard.view().find(*instance);
+        if (cached == nullptr)
+            op.fail(Failure_Text::line("Required instance not found in the map"));
+        if (model->ElementName.null)
+            return MODIFY_INSTANCE_OK;
+
+        Record<xpl_swSwitchConfig> record;
+        if (record.read() != 0)
+            op.fail(Failure_Text::line("xpl_swSwitchGetConfig Failed"));
+        if (!putText(record->symbolicName, instance->ElementName.value))
+            op.fail(Failure_Text::line("ElementName is longer than the 32 characters of a switch's name"));
+        if (record.write() != 0)
+            op.fail(Failure_Text::line("xpl_swSwitchSetConfig Failed"));
+        changeCached(guard, *cached, &VRAX_FCSwitch::ElementName, record->symbolicName);
         return MODIFY_INSTANCE_OK;
-
-    xpl_swSwitchConfig record{};
-    if (xpl_swSwitchGetConfig(hSwitch, 0, &record) != 0)
-    {
-        logFailure(__func__, "xpl_swSwitchGetConfig Failed");
-        return MODIFY_INSTANCE_NOT_FOUND;
-    }
-    if (!putName(record, instance->ElementName.value))
-    {
-        logFailure(__func__, "ElementName is longer than the 32 characters of a switch's name");
-        return MODIFY_INSTANCE_NOT_FOUND;
-    }
-    if (xpl_swSwitchSetConfig(hSwitch, &record) != 0)
-    {
-        logFailure(__func__, "xpl_swSwitchSetConfig Failed");
-        return MODIFY_INSTANCE_NOT_FOUND;
-    }
-    Property<String> name;
-    name.set(instance->ElementName.value);
-    changeCached(cached, &VRAX_FCSwitch::ElementName, name);
-    return MODIFY_INSTANCE_OK;
-}
-
-Invoke_Method_Status VRAX_FCSwitch_Provider::reset(const char* function, Property<uint32>& result)
-{
-    // A critical line for each attempt, though nothing has failed: it tells why the switch went down.
-    logCritical(function, "Querying for \"xpl_swSwitchForceReset\"");
-    if (xpl_swSwitchForceReset(hSwitch) != 0)
-    {
-        logFailure(function, "Switch Reset failed");
-        result.set(kRefused);
-        return INVOKE_METHOD_FAILED;
-    }
-    result.set(kCompleted);
-    return INVOKE_METHOD_OK;
-}
-
-Invoke_Method_Status
-VRAX_FCSwitch_Provider::setAdminState(const char* function, int state, Property<uint32>& result)
-{
-    xpl_swSwitchConfig record{};
-    int error = xpl_swSwitchGetConfig(hSwitch, 0, &record);
-    if (error != 0)
-    {
-        logFailure(function, ("GetConfig Failed with error " + std::to_string(error)).c_str());
-        return INVOKE_METHOD_FAILED;
-    }
-    if (state == kNoState)
-        return INVOKE_METHOD_OK;
-
-    record.adminState = state;
-    logCritical(function, "Querying for \"xpl_swSwitchSetConfig\""); // for each attempt, as above
-    error = xpl_swSwitchSetConfig(hSwitch, &record);
-    if (error != 0)
-    {
-        logFailure(function, ("SetConfig Failed with error " + std::to_string(error)).c_str());
-        result.set(kRefused);
-        return INVOKE_METHOD_FAILED;
-    }
-    result.set(kCompleted);
-    return INVOKE_METHOD_OK;
+    };
+    return operation("modify_instance", MODIFY_INSTANCE_NOT_FOUND, body);
 }
 
 Invoke_Method_Status VRAX_FCSwitch_Provider::RequestStateChange(const VRAX_FCSwitch*,
@@ -282,32 +191,49 @@ Invoke_Method_Status VRAX_FCSwitch_Provider::RequestStateChange(const VRAX_FCSwi
                                                                 const Property<Datetime>&,
                                                                 Property<uint32>& return_value)
 {
-    trace(kSource, __func__, __LINE__);
-    const MapWrLock lock(kIndex);
-    const unsigned requested = RequestedState.null ? 0U : RequestedState.value;
-    cim_log(kLogInfo, "%s:%s[%d] RequestedState = %u\n", kSource, __func__, __LINE__, requested);
-    return_value.clear();
-    switch (requested)
+    const char* const function = __func__;
+    const auto reset = [&](Operation<Invoke_Method_Status>& op)
     {
-    case kReset:
-        return reset(__func__, return_value);
-    case kEnable:
-        return setAdminState(__func__, XPL_ADMIN_ONLINE, return_value);
-    case kDisable:
-        return setAdminState(__func__, XPL_ADMIN_OFFLINE, return_value);
-    case kTest:
-        return setAdminState(__func__, XPL_ADMIN_DIAGNOSTICS, return_value);
-    case kShutDown:
-    case kGoOffline:
-    case kDefer:
-    case kQuiesce:
-    case kReboot:
-        cim_log(kLogInfo, "State Not Supported\n");
-        return_value.set(kNotSupported);
+        // A critical line for each attempt, though nothing has failed: it tells why the switch went down.
+        logCritical(kSource, function, "Querying for \"xpl_swSwitchForceReset\"", __LINE__);
+        return_value.set(kRefused);
+        if (xpl_swSwitchForceReset(hSwitch) != 0)
+            op.fail(Failure_Text::line("Switch Reset failed"));
+        return_value.set(kCompleted);
         return INVOKE_METHOD_OK;
-    default:
-        return setAdminState(__func__, kNoState, return_value);
-    }
+    };
+    const auto body = [&](Operation<Invoke_Method_Status>& op)
+    {
+        const Write_Guard<VRAX_FCSwitch> guard;
+        const uint16 requested = RequestedState.null ? uint16{0} : RequestedState.value;
+        cim_log(kLogInfo, "%s:%s[%d] RequestedState = %d\n", kSource, function, __LINE__, int{requested});
+        return_value.clear();
+        const State_Change* known = stateChange(kStateChanges, requested);
+        const State_Change& change = known != nullptr ? *known : kNothingRequested;
+        if (change.action == State_Action::ForceReset)
+            return reset(op);
+        if (change.action == State_Action::Refuse)
+        {
+            return_value.set(kNotSupported);
+            return INVOKE_METHOD_OK;
+        }
+
+        // The record is read for every request, though only some change it.
+        Record<xpl_swSwitchConfig> record;
+        int error = record.read();
+        if (error != 0)
+            op.fail(Failure_Text::line("GetConfig Failed with error %d"), {std::to_string(error).c_str()});
+        if (change.action != State_Action::SetAdminState)
+            return INVOKE_METHOD_OK;
+        record->adminState = change.adminState;
+        logCritical(kSource, function, "Querying for \"xpl_swSwitchSetConfig\"", __LINE__); // as above
+        error = record.write();
+        return_value.set(error == 0 ? kCompleted : kRefused);
+        if (error != 0)
+            op.fail(Failure_Text::line("SetConfig Failed with error %d"), {std::to_string(error).c_str()});
+        return INVOKE_METHOD_OK;
+    };
+    return operation(function, INVOKE_METHOD_FAILED, body);
 }
 
 uint16 VRAX_FCSwitch_Provider::findFault(const String& name)

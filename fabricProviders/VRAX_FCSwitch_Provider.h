@@ -9,11 +9,14 @@
 namespace cimple
 {
 
-class VRAX_FCSwitch_Provider : public Instance_Provider_Base<VRAX_FCSwitch_Provider, VRAX_FCSwitch>,
+class VRAX_FCSwitch_Provider : public Instance_Provider<VRAX_FCSwitch>,
                                public VRAX_FCSwitch_Methods<VRAX_FCSwitch_Provider>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_FCSwitch_Provider";
+    static constexpr Failure_Text kCreationFailed = "VRAX_FCSwitch instance creation failed";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_FCSwitch::One or more Key Properties are not populated";
+    static constexpr Failure_Text kInsertionFailed = "Failed to insert instance in the map";
 
     void build(Map_Writer<VRAX_FCSwitch>& map);
 
@@ -32,11 +35,6 @@ class VRAX_FCSwitch_Provider : public Instance_Provider_Base<VRAX_FCSwitch_Provi
     // The fault code, a value of OperationalStatus, that a fault of this name is published as; 0 for other
     // names.
     static uint16 findFault(const String& name);
-
-  private:
-    // Steps of RequestStateChange, which log in its name.
-    static Invoke_Method_Status reset(const char* function, Property<uint32>& result);
-    static Invoke_Method_Status setAdminState(const char* function, int state, Property<uint32>& result);
 };
 
 } // namespace cimple

@@ -11,17 +11,11 @@
 namespace cimple
 {
 
-class VRAX_FabricFCNode_Provider : public Association_Provider_Base<VRAX_FabricFCNode_Provider,
-                                                                    VRAX_FabricFCNode,
-                                                                    VRAX_Fabric_Provider,
-                                                                    VRAX_FCNode_Provider>
+class VRAX_FabricFCNode_Provider
+    : public Association_Provider<&VRAX_FabricFCNode::Antecedent, &VRAX_FabricFCNode::Dependent>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_FabricFCNode_Provider";
-    static constexpr auto kFirstRole = &VRAX_FabricFCNode::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_FabricFCNode::Dependent;
-
-    void build(Map_Writer<VRAX_FabricFCNode>& map);
+    void build(Pairs& pairs) { pairs.first<VRAX_Fabric>().withEach<VRAX_FCNode>(); }
 };
 
 } // namespace cimple

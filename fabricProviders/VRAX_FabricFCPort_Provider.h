@@ -3,6 +3,7 @@
 #define FABRICPROVIDERS_VRAX_FABRICFCPORT_PROVIDER_H
 
 #include "common/Association_Provider.h"
+#include "common/topology_keys.h"
 #include "fabricProviders/VRAX_FCPort_Provider.h"
 #include "fabricProviders/VRAX_Fabric_Provider.h"
 
@@ -11,17 +12,14 @@
 namespace cimple
 {
 
-class VRAX_FabricFCPort_Provider : public Association_Provider_Base<VRAX_FabricFCPort_Provider,
-                                                                    VRAX_FabricFCPort,
-                                                                    VRAX_Fabric_Provider,
-                                                                    VRAX_FCPort_Provider>
+class VRAX_FabricFCPort_Provider
+    : public Association_Provider<&VRAX_FabricFCPort::GroupComponent, &VRAX_FabricFCPort::PartComponent>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_FabricFCPort_Provider";
-    static constexpr auto kFirstRole = &VRAX_FabricFCPort::GroupComponent;
-    static constexpr auto kSecondRole = &VRAX_FabricFCPort::PartComponent;
-
-    void build(Map_Writer<VRAX_FabricFCPort>& map);
+    void build(Pairs& pairs)
+    {
+        pairs.first<VRAX_Fabric>().withEach<VRAX_FCPort>(belongsToFabric<VRAX_FCPort>);
+    }
 };
 
 } // namespace cimple

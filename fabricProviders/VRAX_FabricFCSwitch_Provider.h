@@ -11,17 +11,11 @@
 namespace cimple
 {
 
-class VRAX_FabricFCSwitch_Provider : public Association_Provider_Base<VRAX_FabricFCSwitch_Provider,
-                                                                      VRAX_FabricFCSwitch,
-                                                                      VRAX_Fabric_Provider,
-                                                                      VRAX_FCSwitch_Provider>
+class VRAX_FabricFCSwitch_Provider
+    : public Association_Provider<&VRAX_FabricFCSwitch::GroupComponent, &VRAX_FabricFCSwitch::PartComponent>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_FabricFCSwitch_Provider";
-    static constexpr auto kFirstRole = &VRAX_FabricFCSwitch::GroupComponent;
-    static constexpr auto kSecondRole = &VRAX_FabricFCSwitch::PartComponent;
-
-    void build(Map_Writer<VRAX_FabricFCSwitch>& map);
+    void build(Pairs& pairs) { pairs.first<VRAX_Fabric>().withEach<VRAX_FCSwitch>(); }
 };
 
 } // namespace cimple

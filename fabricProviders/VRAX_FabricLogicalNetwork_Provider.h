@@ -11,18 +11,11 @@
 namespace cimple
 {
 
-class VRAX_FabricLogicalNetwork_Provider
-    : public Association_Provider_Base<VRAX_FabricLogicalNetwork_Provider,
-                                       VRAX_FabricLogicalNetwork,
-                                       VRAX_Fabric_Provider,
-                                       VRAX_LogicalNetwork_Provider>
+class VRAX_FabricLogicalNetwork_Provider : public Association_Provider<&VRAX_FabricLogicalNetwork::Antecedent,
+                                                                       &VRAX_FabricLogicalNetwork::Dependent>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_FabricLogicalNetwork_Provider";
-    static constexpr auto kFirstRole = &VRAX_FabricLogicalNetwork::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_FabricLogicalNetwork::Dependent;
-
-    void build(Map_Writer<VRAX_FabricLogicalNetwork>& map);
+    void build(Pairs& pairs) { pairs.first<VRAX_Fabric>().withFirst<VRAX_LogicalNetwork>(); }
 };
 
 } // namespace cimple

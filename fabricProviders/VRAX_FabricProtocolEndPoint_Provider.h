@@ -3,6 +3,7 @@
 #define FABRICPROVIDERS_VRAX_FABRICPROTOCOLENDPOINT_PROVIDER_H
 
 #include "common/Association_Provider.h"
+#include "common/topology_keys.h"
 #include "fabricProviders/VRAX_Fabric_Provider.h"
 #include "fabricProviders/VRAX_ProtocolEndpoint_Provider.h"
 
@@ -12,17 +13,14 @@ namespace cimple
 {
 
 class VRAX_FabricProtocolEndPoint_Provider
-    : public Association_Provider_Base<VRAX_FabricProtocolEndPoint_Provider,
-                                       VRAX_FabricProtocolEndPoint,
-                                       VRAX_Fabric_Provider,
-                                       VRAX_ProtocolEndpoint_Provider>
+    : public Association_Provider<&VRAX_FabricProtocolEndPoint::Antecedent,
+                                  &VRAX_FabricProtocolEndPoint::Dependent>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_FabricProtocolEndPoint_Provider";
-    static constexpr auto kFirstRole = &VRAX_FabricProtocolEndPoint::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_FabricProtocolEndPoint::Dependent;
-
-    void build(Map_Writer<VRAX_FabricProtocolEndPoint>& map);
+    void build(Pairs& pairs)
+    {
+        pairs.first<VRAX_Fabric>().withEach<VRAX_ProtocolEndpoint>(belongsToFabric<VRAX_ProtocolEndpoint>);
+    }
 };
 
 } // namespace cimple

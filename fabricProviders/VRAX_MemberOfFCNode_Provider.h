@@ -3,6 +3,7 @@
 #define FABRICPROVIDERS_VRAX_MEMBEROFFCNODE_PROVIDER_H
 
 #include "common/Association_Provider.h"
+#include "common/topology_keys.h"
 #include "fabricProviders/VRAX_FCNode_Provider.h"
 #include "fabricProviders/VRAX_FCPort_Provider.h"
 
@@ -11,17 +12,11 @@
 namespace cimple
 {
 
-class VRAX_MemberOfFCNode_Provider : public Association_Provider_Base<VRAX_MemberOfFCNode_Provider,
-                                                                      VRAX_MemberOfFCNode,
-                                                                      VRAX_FCNode_Provider,
-                                                                      VRAX_FCPort_Provider>
+class VRAX_MemberOfFCNode_Provider
+    : public Association_Provider<&VRAX_MemberOfFCNode::Collection, &VRAX_MemberOfFCNode::Member>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_MemberOfFCNode_Provider";
-    static constexpr auto kFirstRole = &VRAX_MemberOfFCNode::Collection;
-    static constexpr auto kSecondRole = &VRAX_MemberOfFCNode::Member;
-
-    void build(Map_Writer<VRAX_MemberOfFCNode>& map);
+    void build(Pairs& pairs) { pairs.equal<VRAX_FCNode, VRAX_FCPort>(nodePortWwn, attachedPortWwn); }
 };
 
 } // namespace cimple

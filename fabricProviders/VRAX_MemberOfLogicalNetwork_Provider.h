@@ -12,17 +12,11 @@ namespace cimple
 {
 
 class VRAX_MemberOfLogicalNetwork_Provider
-    : public Association_Provider_Base<VRAX_MemberOfLogicalNetwork_Provider,
-                                       VRAX_MemberOfLogicalNetwork,
-                                       VRAX_LogicalNetwork_Provider,
-                                       VRAX_ProtocolEndpoint_Provider>
+    : public Association_Provider<&VRAX_MemberOfLogicalNetwork::Collection,
+                                  &VRAX_MemberOfLogicalNetwork::Member>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_MemberOfLogicalNetwork_Provider";
-    static constexpr auto kFirstRole = &VRAX_MemberOfLogicalNetwork::Collection;
-    static constexpr auto kSecondRole = &VRAX_MemberOfLogicalNetwork::Member;
-
-    void build(Map_Writer<VRAX_MemberOfLogicalNetwork>& map);
+    void build(Pairs& pairs) { pairs.first<VRAX_LogicalNetwork>().withEach<VRAX_ProtocolEndpoint>(); }
 };
 
 } // namespace cimple

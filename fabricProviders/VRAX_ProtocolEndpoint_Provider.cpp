@@ -1,10 +1,10 @@
 // The Fibre Channel endpoints of online switch ports and of attached node ports.
 #include "fabricProviders/VRAX_ProtocolEndpoint_Provider.h"
 
-#include "common/CacheLock.h"
-#include "common/Sml_Batch.h"
-#include "common/fabric_walk.h"
-#include "common/string_helpers.h"
+#include "switchaccess/CacheLock.h"
+#include "switchaccess/Sml_Batch.h"
+#include "switchaccess/fabric_walk.h"
+#include "switchaccess/string_helpers.h"
 
 #include <cstring>
 #include <string>
@@ -22,8 +22,10 @@ constexpr const char* kAttachedKeys[] = {"Oper.NameServerAll.%d.Entry.%s.PortWwn
 constexpr uint16 kProtocolTypeFibreChannel = 18;   // CIM_ProtocolEndpoint.ProtocolType
 constexpr uint16 kProtocolIFTypeFibreChannel = 56; // CIM_ProtocolEndpoint.ProtocolIFType, as in IANA ifType
 
+} // namespace
+
 // Gives each port that it is shown an endpoint, if it is due one.
-class Endpoint_Writer
+class VRAX_ProtocolEndpoint_Provider::Endpoint_Writer
 {
   public:
     Endpoint_Writer(DataCache& cache, Map_Writer<VRAX_ProtocolEndpoint>& map)
@@ -59,15 +61,7 @@ class Endpoint_Writer
 
     void add(const String& systemClass, const String& systemName, const char* name)
     {
-        Owned<VRAX_ProtocolEndpoint> endpoint = makeNull<VRAX_ProtocolEndpoint>();
-        if (!endpoint)
-        {
-            throw VRAX_Except(VRAX_ProtocolEndpoint_Provider::kSource,
-                              "load",
-                              __LINE__,
-                              CRIT,
-                              "Unable to create instance of VRAX_ProtocolEndpoint");
-        }
+        Owned<VRAX_ProtocolEndpoint> endpoint = make();
         endpoint->SystemCreationClassName.set(systemClass);
         endpoint->SystemName.set(systemName);
         endpoint->CreationClassName.set(_class);
@@ -90,8 +84,6 @@ class Endpoint_Writer
     const String _class{"VRAX_ProtocolEndpoint"};
     const String _nameFormat{"WWN"};
 };
-
-} // namespace
 
 void VRAX_ProtocolEndpoint_Provider::build(Map_Writer<VRAX_ProtocolEndpoint>& map)
 {

@@ -9,14 +9,14 @@
 namespace cimple
 {
 
-class VRAX_ProtocolEndpoint_Provider
-    : public Instance_Provider_Base<VRAX_ProtocolEndpoint_Provider, VRAX_ProtocolEndpoint>,
-      public VRAX_ProtocolEndpoint_Methods<VRAX_ProtocolEndpoint_Provider>
+class VRAX_ProtocolEndpoint_Provider : public Instance_Provider<VRAX_ProtocolEndpoint>,
+                                       public VRAX_ProtocolEndpoint_Methods<VRAX_ProtocolEndpoint_Provider>
 {
   public:
-    static constexpr const char* kSource = "fabricProviders/VRAX_ProtocolEndpoint_Provider";
-
     void build(Map_Writer<VRAX_ProtocolEndpoint>& map);
+
+  private:
+    class Endpoint_Writer;
 };
 
 } // namespace cimple

@@ -39,7 +39,8 @@ struct xpl_fcsAttached
 {
     char wwn[kXplWwnSize];
     std::uint8_t reserved[3];
-    std::int32_t kind; // an xpl_fcsPortKind
+    std::int32_t kind;     // an xpl_fcsPortKind
+    std::int32_t domainId; // the switch of a switch port; 0 for a node port
 };
 
 extern "C"

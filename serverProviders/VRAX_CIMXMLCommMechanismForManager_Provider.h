@@ -12,17 +12,14 @@ namespace cimple
 {
 
 class VRAX_CIMXMLCommMechanismForManager_Provider
-    : public Association_Provider_Base<VRAX_CIMXMLCommMechanismForManager_Provider,
-                                       VRAX_CIMXMLCommMechanismForManager,
-                                       VRAX_ObjectManager_Provider,
-                                       VRAX_CIMXMLCommunicationMechanism_Provider>
+    : public Association_Provider<&VRAX_CIMXMLCommMechanismForManager::Antecedent,
+                                  &VRAX_CIMXMLCommMechanismForManager::Dependent>
 {
   public:
-    static constexpr const char* kSource = "serverProviders/VRAX_CIMXMLCommMechanismForManager_Provider";
-    static constexpr auto kFirstRole = &VRAX_CIMXMLCommMechanismForManager::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_CIMXMLCommMechanismForManager::Dependent;
-
-    void build(Map_Writer<VRAX_CIMXMLCommMechanismForManager>& map);
+    void build(Pairs& pairs)
+    {
+        pairs.first<VRAX_ObjectManager>().withFirst<VRAX_CIMXMLCommunicationMechanism>();
+    }
 };
 
 } // namespace cimple

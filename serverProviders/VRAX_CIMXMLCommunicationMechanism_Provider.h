@@ -2,7 +2,7 @@
 #ifndef SERVERPROVIDERS_VRAX_CIMXMLCOMMUNICATIONMECHANISM_PROVIDER_H
 #define SERVERPROVIDERS_VRAX_CIMXMLCOMMUNICATIONMECHANISM_PROVIDER_H
 
-#include "common/Map_Provider.h"
+#include "common/Local_Switch_Provider.h"
 
 #include "VRAX_CIMXMLCommunicationMechanism_Methods.h"
 
@@ -10,14 +10,15 @@ namespace cimple
 {
 
 class VRAX_CIMXMLCommunicationMechanism_Provider
-    : public Instance_Provider_Base<VRAX_CIMXMLCommunicationMechanism_Provider,
-                                    VRAX_CIMXMLCommunicationMechanism>,
+    : public Local_Switch_Provider<VRAX_CIMXMLCommunicationMechanism>,
       public VRAX_CIMXMLCommunicationMechanism_Methods<VRAX_CIMXMLCommunicationMechanism_Provider>
 {
   public:
-    static constexpr const char* kSource = "serverProviders/VRAX_CIMXMLCommunicationMechanism_Provider";
+    static constexpr bool kPublishesDefaults = true;
+    static constexpr Failure_Text kCreationFailed =
+        Failure_Text::line("Unable to create VRAX_CIMXMLCommunicationMechanism");
 
-    void build(Map_Writer<VRAX_CIMXMLCommunicationMechanism>& map);
+    static void fill(VRAX_CIMXMLCommunicationMechanism& instance, const char* localWwn);
 };
 
 } // namespace cimple

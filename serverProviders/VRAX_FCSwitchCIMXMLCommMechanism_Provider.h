@@ -12,17 +12,11 @@ namespace cimple
 {
 
 class VRAX_FCSwitchCIMXMLCommMechanism_Provider
-    : public Association_Provider_Base<VRAX_FCSwitchCIMXMLCommMechanism_Provider,
-                                       VRAX_FCSwitchCIMXMLCommMechanism,
-                                       VRAX_FCSwitch_Provider,
-                                       VRAX_CIMXMLCommunicationMechanism_Provider>
+    : public Association_Provider<&VRAX_FCSwitchCIMXMLCommMechanism::Antecedent,
+                                  &VRAX_FCSwitchCIMXMLCommMechanism::Dependent>
 {
   public:
-    static constexpr const char* kSource = "serverProviders/VRAX_FCSwitchCIMXMLCommMechanism_Provider";
-    static constexpr auto kFirstRole = &VRAX_FCSwitchCIMXMLCommMechanism::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_FCSwitchCIMXMLCommMechanism::Dependent;
-
-    void build(Map_Writer<VRAX_FCSwitchCIMXMLCommMechanism>& map);
+    void build(Pairs& pairs) { pairs.first<VRAX_FCSwitch>().withFirst<VRAX_CIMXMLCommunicationMechanism>(); }
 };
 
 } // namespace cimple

@@ -12,17 +12,11 @@ namespace cimple
 {
 
 class VRAX_FCSwitchObjectManager_Provider
-    : public Association_Provider_Base<VRAX_FCSwitchObjectManager_Provider,
-                                       VRAX_FCSwitchObjectManager,
-                                       VRAX_FCSwitch_Provider,
-                                       VRAX_ObjectManager_Provider>
+    : public Association_Provider<&VRAX_FCSwitchObjectManager::Antecedent,
+                                  &VRAX_FCSwitchObjectManager::Dependent>
 {
   public:
-    static constexpr const char* kSource = "serverProviders/VRAX_FCSwitchObjectManager_Provider";
-    static constexpr auto kFirstRole = &VRAX_FCSwitchObjectManager::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_FCSwitchObjectManager::Dependent;
-
-    void build(Map_Writer<VRAX_FCSwitchObjectManager>& map);
+    void build(Pairs& pairs) { pairs.first<VRAX_FCSwitch>().withFirst<VRAX_ObjectManager>(); }
 };
 
 } // namespace cimple

@@ -11,17 +11,11 @@
 namespace cimple
 {
 
-class VRAX_NamespaceInManager_Provider : public Association_Provider_Base<VRAX_NamespaceInManager_Provider,
-                                                                          VRAX_NamespaceInManager,
-                                                                          VRAX_ObjectManager_Provider,
-                                                                          VRAX_Namespace_Provider>
+class VRAX_NamespaceInManager_Provider
+    : public Association_Provider<&VRAX_NamespaceInManager::Antecedent, &VRAX_NamespaceInManager::Dependent>
 {
   public:
-    static constexpr const char* kSource = "serverProviders/VRAX_NamespaceInManager_Provider";
-    static constexpr auto kFirstRole = &VRAX_NamespaceInManager::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_NamespaceInManager::Dependent;
-
-    void build(Map_Writer<VRAX_NamespaceInManager>& map);
+    void build(Pairs& pairs) { pairs.first<VRAX_ObjectManager>().withFirst<VRAX_Namespace>(); }
 };
 
 } // namespace cimple

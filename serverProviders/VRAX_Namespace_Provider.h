@@ -2,19 +2,20 @@
 #ifndef SERVERPROVIDERS_VRAX_NAMESPACE_PROVIDER_H
 #define SERVERPROVIDERS_VRAX_NAMESPACE_PROVIDER_H
 
-#include "common/Map_Provider.h"
+#include "common/Local_Switch_Provider.h"
 
 #include "VRAX_Namespace_Methods.h"
 
 namespace cimple
 {
 
-class VRAX_Namespace_Provider : public Instance_Provider_Base<VRAX_Namespace_Provider, VRAX_Namespace>
+class VRAX_Namespace_Provider : public Local_Switch_Provider<VRAX_Namespace>
 {
   public:
-    static constexpr const char* kSource = "serverProviders/VRAX_Namespace_Provider";
+    static constexpr bool kPublishesDefaults = true;
+    static constexpr Failure_Text kCreationFailed = Failure_Text::silent();
 
-    void build(Map_Writer<VRAX_Namespace>& map);
+    static void fill(VRAX_Namespace& instance, const char* localWwn);
 };
 
 } // namespace cimple

@@ -2,21 +2,20 @@
 #ifndef SERVERPROVIDERS_VRAX_OBJECTMANAGER_PROVIDER_H
 #define SERVERPROVIDERS_VRAX_OBJECTMANAGER_PROVIDER_H
 
-#include "common/Map_Provider.h"
+#include "common/Local_Switch_Provider.h"
 
 #include "VRAX_ObjectManager_Methods.h"
 
 namespace cimple
 {
 
-class VRAX_ObjectManager_Provider
-    : public Instance_Provider_Base<VRAX_ObjectManager_Provider, VRAX_ObjectManager>,
-      public VRAX_ObjectManager_Methods<VRAX_ObjectManager_Provider>
+class VRAX_ObjectManager_Provider : public Local_Switch_Provider<VRAX_ObjectManager>,
+                                    public VRAX_ObjectManager_Methods<VRAX_ObjectManager_Provider>
 {
   public:
-    static constexpr const char* kSource = "serverProviders/VRAX_ObjectManager_Provider";
+    static constexpr Failure_Text kCreationFailed = Failure_Text::line("Unable to create VRAX_ObjectManager");
 
-    void build(Map_Writer<VRAX_ObjectManager>& map);
+    static void fill(VRAX_ObjectManager& instance, const char* localWwn);
 };
 
 } // namespace cimple

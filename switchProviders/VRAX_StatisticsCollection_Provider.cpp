@@ -1,8 +1,6 @@
 // The collection of the local switch's statistics.
 #include "switchProviders/VRAX_StatisticsCollection_Provider.h"
 
-#include "common/local_switch.h"
-
 #include <ctime>
 
 namespace cimple
@@ -24,23 +22,12 @@ Datetime localTime()
 
 } // namespace
 
-void VRAX_StatisticsCollection_Provider::build(Map_Writer<VRAX_StatisticsCollection>& map)
+void VRAX_StatisticsCollection_Provider::fill(VRAX_StatisticsCollection& instance, const char* localWwn)
 {
-    const Local_Switch_Wwn wwn(kSource);
-    const Datetime loadTime = localTime();
-    Owned<VRAX_StatisticsCollection> instance = makeNull<VRAX_StatisticsCollection>();
-    if (!instance)
-        failLoad("Failed to create instance VRAX_StatisticsCollection");
-
-    instance->InstanceID.set(wwn.text());
-    instance->ElementName.set("FC Switch Statistics Collection");
-    instance->TimeLastSampled.set(loadTime);
-    instance->SampleInterval.set(Datetime{uint64{Datetime::SEC}});
-
-    insertChecked(map,
-                  instance,
-                  "VRAX_statisticsCollection::One or more Key Properties are not Populated",
-                  "Failed to insert instance in map");
+    instance.InstanceID.set(localWwn);
+    instance.ElementName.set("FC Switch Statistics Collection");
+    instance.TimeLastSampled.set(localTime());
+    instance.SampleInterval.set(Datetime{uint64{Datetime::SEC}});
 }
 
 } // namespace cimple

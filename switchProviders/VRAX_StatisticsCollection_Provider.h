@@ -2,20 +2,22 @@
 #ifndef SWITCHPROVIDERS_VRAX_STATISTICSCOLLECTION_PROVIDER_H
 #define SWITCHPROVIDERS_VRAX_STATISTICSCOLLECTION_PROVIDER_H
 
-#include "common/Map_Provider.h"
+#include "common/Local_Switch_Provider.h"
 
 #include "VRAX_StatisticsCollection_Methods.h"
 
 namespace cimple
 {
 
-class VRAX_StatisticsCollection_Provider
-    : public Instance_Provider_Base<VRAX_StatisticsCollection_Provider, VRAX_StatisticsCollection>
+class VRAX_StatisticsCollection_Provider : public Local_Switch_Provider<VRAX_StatisticsCollection>
 {
   public:
-    static constexpr const char* kSource = "switchProviders/VRAX_StatisticsCollection_Provider";
+    static constexpr Failure_Text kCreationFailed = "Failed to create instance VRAX_StatisticsCollection";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_statisticsCollection::One or more Key Properties are not Populated";
+    static constexpr Failure_Text kInsertionFailed = "Failed to insert instance in map";
 
-    void build(Map_Writer<VRAX_StatisticsCollection>& map);
+    static void fill(VRAX_StatisticsCollection& instance, const char* localWwn);
 };
 
 } // namespace cimple

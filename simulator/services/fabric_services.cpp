@@ -78,6 +78,7 @@ void addPeer(const FabricModel& model, const PortPlace& place, std::vector<xpl_f
     {
         attached.push_back(
             named(fabricWwn(owner, peer), &xpl_fcsAttached::kind, std::int32_t{XPL_FCS_SWITCH_PORT}));
+        attached.back().domainId = place.domain;
     }
 }
 

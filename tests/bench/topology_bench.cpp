@@ -57,7 +57,7 @@ constexpr Subject subject(const char* name)
             PROVIDER::kIndex,
             &load<PROVIDER>,
             [] { (load<END_PROVIDERS>(), ...); },
-            [] { return cimple::Map_View<typename PROVIDER::Class>().size(); }};
+            [] { return cimple::Read_Guard<typename PROVIDER::Class>().view().size(); }};
 }
 
 using namespace cimple;

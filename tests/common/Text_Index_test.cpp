@@ -24,13 +24,15 @@ class TextIndex : public testing::Test
         instance->InstanceID.set(id);
         if (name != nullptr)
             instance->ElementName.set(name);
-        ASSERT_TRUE(Map_Writer<VRAX_FCPortStatistics>().insert(instance));
+        Write_Guard<VRAX_FCPortStatistics> guard;
+        ASSERT_TRUE(guard.writer().insert(instance));
     }
 
     typedef Text_Index<VRAX_FCPortStatistics> Index;
     static Index byName()
     {
-        return Index(Map_View<VRAX_FCPortStatistics>(),
+        const Read_Guard<VRAX_FCPortStatistics> guard;
+        return Index(guard.view(),
                      [](const VRAX_FCPortStatistics& port)
                      { return port.ElementName.null ? nullptr : port.ElementName.value.c_str(); });
     }
@@ -63,7 +65,7 @@ TEST_F(TextIndex, OfAnEmptyMapFindsNothing)
 {
     const Index index = byName();
     EXPECT_EQ(index.find("x"), nullptr);
-    EXPECT_EQ(Map_View<VRAX_FCPortStatistics>().first(), nullptr);
+    EXPECT_EQ(Read_Guard<VRAX_FCPortStatistics>().view().first(), nullptr);
 }
 
 TEST_F(TextIndex, ADuplicateKeyStaysItsOwners)
@@ -71,7 +73,8 @@ TEST_F(TextIndex, ADuplicateKeyStaysItsOwners)
     add("1", "a");
     Owned<VRAX_FCPortStatistics> again = makeNull<VRAX_FCPortStatistics>();
     again->InstanceID.set("1");
-    EXPECT_FALSE(Map_Writer<VRAX_FCPortStatistics>().insert(again));
+    Write_Guard<VRAX_FCPortStatistics> guard;
+    EXPECT_FALSE(guard.writer().insert(again));
     EXPECT_NE(again, nullptr);
 }
 

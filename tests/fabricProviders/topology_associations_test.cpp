@@ -65,7 +65,7 @@ Texts followed(bool fromFirst)
                     }
                 }
             };
-            fromFirst ? from(Map_View<FIRST>()) : from(Map_View<SECOND>());
+            fromFirst ? from(Read_Guard<FIRST>().view()) : from(Read_Guard<SECOND>().view());
         });
     return found;
 }

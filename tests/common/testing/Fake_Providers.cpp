@@ -7,11 +7,11 @@ namespace cimple
 namespace
 {
 
-template <class PROVIDER>
+template <class PROVIDER, class PLAYED = Script<typename PROVIDER::Class>>
 void reset()
 {
     PROVIDER().unload();
-    Script<typename PROVIDER::Class>::reset();
+    PLAYED::reset();
 }
 
 } // namespace
@@ -22,8 +22,8 @@ void resetFakeProviders()
     reset<Collection_Provider>();
     reset<Manager_Provider>();
     reset<Names_Provider>();
-    reset<Pairs_Provider>();
-    reset<Nested_Provider>();
+    reset<Pairs_Provider, Pairs_Provider::Played>();
+    reset<Nested_Provider, Nested_Provider::Played>();
 }
 
 } // namespace cimple

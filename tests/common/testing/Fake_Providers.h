@@ -15,19 +15,25 @@
 namespace cimple
 {
 
-// How the builds of one fake provider went and shall go.
-template <class CLASS>
+// Fails a load without a word.
+[[noreturn]] inline void failSilently()
+{
+    throw VRAX_Except("testProviders/any", "load", 1, Failure_Text::silent());
+}
+
+// How the builds of one fake provider went and shall go; TARGET is what they write to.
+template <class CLASS, class TARGET = Map_Writer<CLASS>>
 struct Script
 {
     static inline std::atomic<int> builds{0};
     // Called in place of the provider's usual build when set. Set it only while no other thread loads.
-    static inline std::function<void(Map_Writer<CLASS>&)> instead;
+    static inline std::function<void(TARGET&)> instead;
 
-    static bool play(Map_Writer<CLASS>& map)
+    static bool play(TARGET& target)
     {
         ++builds;
         if (instead)
-            instead(map);
+            instead(target);
         return static_cast<bool>(instead);
     }
     static void reset()
@@ -47,9 +53,9 @@ class Ports_Provider : public Instance_Provider_Base<Ports_Provider, VRAX_FCPort
 
     static void insert(Map_Writer<VRAX_FCPortStatistics>& map, const char* id)
     {
-        Owned<VRAX_FCPortStatistics> port = makeNull<VRAX_FCPortStatistics>();
+        Owned<VRAX_FCPortStatistics> port = make();
         port->InstanceID.set(id);
-        insertChecked(map, port);
+        add(map, port);
     }
     void build(Map_Writer<VRAX_FCPortStatistics>& map)
     {
@@ -67,13 +73,13 @@ class Collection_Provider
   public:
     static constexpr const char* kSource = "testProviders/Collection_Provider";
 
-    void build(Map_Writer<VRAX_StatisticsCollection>& map)
+    void buildFrom(Map_Writer<VRAX_StatisticsCollection>& map, const Locked_Ends& ends)
     {
         if (Script<VRAX_StatisticsCollection>::play(map))
             return;
         Owned<VRAX_StatisticsCollection> collection = makeNull<VRAX_StatisticsCollection>();
-        collection->InstanceID.set(end<VRAX_FCPortStatistics>().first()->InstanceID.value);
-        insertChecked(map, collection);
+        collection->InstanceID.set(ends.view<VRAX_FCPortStatistics>().first()->InstanceID.value);
+        add(map, collection);
     }
 };
 
@@ -92,7 +98,7 @@ class Manager_Provider : public Instance_Provider_Base<Manager_Provider, VRAX_Ob
         manager->CreationClassName.set("VRAX_ObjectManager");
         manager->Name.set("10000000C9000001");
         manager->Description.set("manager");
-        insertChecked(map, manager);
+        add(map, manager);
     }
 };
 
@@ -111,7 +117,7 @@ class Names_Provider : public Instance_Provider_Base<Names_Provider, VRAX_Namesp
         instance->CreationClassName.set("VRAX_Namespace");
         instance->Name.set(name);
         instance->Description.set("namespace");
-        insertChecked(map, instance);
+        add(map, instance);
     }
     void build(Map_Writer<VRAX_Namespace>& map)
     {
@@ -122,20 +128,19 @@ class Names_Provider : public Instance_Provider_Base<Names_Provider, VRAX_Namesp
 
 class Pairs_Provider : public Association_Provider_Base<Pairs_Provider,
                                                         VRAX_NamespaceInManager,
+                                                        &VRAX_NamespaceInManager::Antecedent,
+                                                        &VRAX_NamespaceInManager::Dependent,
                                                         Manager_Provider,
                                                         Names_Provider>
 {
   public:
     static constexpr const char* kSource = "testProviders/Pairs_Provider";
-    static constexpr auto kFirstRole = &VRAX_NamespaceInManager::Antecedent;
-    static constexpr auto kSecondRole = &VRAX_NamespaceInManager::Dependent;
-    using Association_Provider_Base::join;
-    using Composite_Provider_Base::end;
+    typedef Script<VRAX_NamespaceInManager, Pairs> Played;
 
-    void build(Map_Writer<VRAX_NamespaceInManager>& map)
+    void build(Pairs& pairs)
     {
-        if (!Script<VRAX_NamespaceInManager>::play(map))
-            joinFirst<VRAX_ObjectManager, VRAX_Namespace>(map);
+        if (!Played::play(pairs))
+            pairs.first<VRAX_ObjectManager>().withFirst<VRAX_Namespace>();
     }
 };
 
@@ -143,17 +148,17 @@ class Pairs_Provider : public Association_Provider_Base<Pairs_Provider,
 // nothing: only its load matters.
 class Nested_Provider : public Association_Provider_Base<Nested_Provider,
                                                          VRAX_CIMXMLCommMechanismForManager,
+                                                         &VRAX_CIMXMLCommMechanismForManager::Antecedent,
+                                                         &VRAX_CIMXMLCommMechanismForManager::Dependent,
                                                          Ports_Provider,
                                                          Collection_Provider,
                                                          Manager_Provider>
 {
   public:
     static constexpr const char* kSource = "testProviders/Nested_Provider";
+    typedef Script<VRAX_CIMXMLCommMechanismForManager, Pairs> Played;
 
-    void build(Map_Writer<VRAX_CIMXMLCommMechanismForManager>& map)
-    {
-        Script<VRAX_CIMXMLCommMechanismForManager>::play(map);
-    }
+    void build(Pairs& pairs) { Played::play(pairs); }
 };
 
 // Puts every fake back to its usual build with an empty, stale map.

@@ -1,0 +1,42 @@
+// The conversions that attribute tables share.
+#include "switchaccess/Attribute.h"
+
+#include "switchaccess/string_helpers.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace cimple
+{
+
+std::uint64_t hexadecimal(const char* text)
+{
+    return std::strtoull(text, nullptr, 16);
+}
+
+std::uint64_t decimal(const char* text)
+{
+    return std::strtoull(text, nullptr, 10);
+}
+
+uint16 decimal16(const char* text)
+{
+    return static_cast<uint16>(std::strtol(text, nullptr, 10));
+}
+
+bool isTrue(const char* text)
+{
+    return std::strcmp(text, "True") == 0;
+}
+
+String inUpperCase(const char* text)
+{
+    return String(upperCased(text).c_str());
+}
+
+Array_String asOnlyElement(const char* text)
+{
+    return Array_String::make(text);
+}
+
+} // namespace cimple

@@ -1,0 +1,56 @@
+// Tests of what owns the platform's memory and locks.
+#include "platform/switch_server.h"
+#include "support/VRAX_Except.h"
+#include "switchaccess/CacheLock.h"
+#include "switchaccess/XPL_Mem.h"
+#include "tests/common/testing/Switch_Test.h"
+
+namespace cimple
+{
+namespace
+{
+
+class PlatformMemory : public Switch_Test
+{
+};
+
+TEST_F(PlatformMemory, ACellAndItsValueAreGivenBack)
+{
+    {
+        const XPL_Mem<char*> wwn(get_Local_Switch_World_Wide_Name());
+        ASSERT_FALSE(wwn.empty());
+        EXPECT_STREQ(*wwn, "100002a5c0de0001");
+        EXPECT_EQ(sim.outstandingBlocks(), 1u);
+        // The value may be exchanged for another one that free() takes.
+        std::free(*wwn);
+        *wwn = nullptr;
+    }
+    EXPECT_EQ(sim.outstandingBlocks(), 0u);
+    const XPL_Mem<char*> nothing(nullptr);
+    EXPECT_TRUE(nothing.empty());
+}
+
+TEST_F(PlatformMemory, LookingIntoNoCellStopsTheProgram)
+{
+    const XPL_Mem<char*> nothing(nullptr);
+    EXPECT_DEATH(*nothing, "apps/cimd/XPL_Mem:.*T& XPL_Mem<T>::operator.*_p != 0");
+}
+
+TEST_F(PlatformMemory, TheCacheLockReleasesWhatItObtainedAndNothingElse)
+{
+    {
+        const CacheLock outer;
+        const CacheLock inner;
+        EXPECT_TRUE(outer.obtained());
+        EXPECT_TRUE(inner.obtained());
+        sim.refuseCacheLock();
+        const CacheLock refused;
+        EXPECT_FALSE(refused.obtained());
+        EXPECT_THROW(requireCacheLock(refused, "x"), VRAX_Except);
+        EXPECT_EQ(sim.heldCacheLocks(), 2);
+    }
+    EXPECT_EQ(sim.heldCacheLocks(), 0);
+}
+
+} // namespace
+} // namespace cimple
