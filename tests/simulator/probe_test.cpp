@@ -68,4 +68,120 @@ TEST(Failures, OfAKeyFailItsEntryAndOfABatchOrARecordTheCall)
     EXPECT_EQ(101, xpl_swPortSetConfig(hSwitch, 1, &record));
 }
 
+// How a test interferes with each way of writing, and what it sees of it afterwards.
+struct WayToWrite
+{
+    const char* call;
+    const char* subject;                                    // of failKey, or of failRecord
+    std::function<std::int32_t(std::int32_t& entry)> write; // returns the call's status
+};
+
+std::int32_t
+writeBatchOf(int (*call)(xpl_Handle, xpl_smlEntry*, std::uint32_t), const char* key, std::int32_t& entry)
+{
+    auto entries = batchOf({key});
+    const int status = call(hSwitch, entries.data(), 1);
+    entry = status == 0 ? entries[0].status : XPL_OK;
+    return status;
+}
+
+TEST(Failures, OfWritesAreCountedInjectedAndListedForEveryCall)
+{
+    const WayToWrite ways[] = {
+        {"xpl_smlBatchSet",
+         "Config.UserPort.0.0.ScanEnable.False",
+         [](std::int32_t& entry)
+         { return writeBatchOf(xpl_smlBatchSet, "Config.UserPort.0.0.ScanEnable.False", entry); }},
+        {"xpl_smlBatchCimSet",
+         "Cmd.Cim.Listener.l1.Delete",
+         [](std::int32_t& entry)
+         { return writeBatchOf(xpl_smlBatchCimSet, "Cmd.Cim.Listener.l1.Delete", entry); }},
+        {"xpl_smlSetV",
+         "Config.UserPort.0.0.ScanEnable.True",
+         [](std::int32_t& entry)
+         {
+             entry = XPL_OK;
+             return setKey("Config.UserPort.0.0.ScanEnable.True");
+         }},
+        {"xpl_swSwitchSetConfig",
+         "switch",
+         [](std::int32_t& entry)
+         {
+             entry = XPL_OK;
+             xpl_swSwitchConfig record;
+             xpl_swSwitchGetConfig(hSwitch, 0, &record);
+             return xpl_swSwitchSetConfig(hSwitch, &record);
+         }},
+        {"xpl_swPortSetConfig",
+         "port/1",
+         [](std::int32_t& entry)
+         {
+             entry = XPL_OK;
+             xpl_swPortConfig record;
+             xpl_swPortGetConfig(hSwitch, 1, 0, &record);
+             return xpl_swPortSetConfig(hSwitch, 1, &record);
+         }},
+    };
+    for (const WayToWrite& way : ways)
+    {
+        SCOPED_TRACE(way.call);
+        SimSwitch sim = SimSwitch::make();
+        const bool isRecord = std::string(way.call).rfind("xpl_sw", 0) == 0;
+        std::int32_t entry = -1;
+        sim.failNext(way.call, 1, 101, 1); // the second one
+        way.write(entry);
+        EXPECT_EQ(101, way.write(entry));
+        EXPECT_EQ(std::vector<std::string>{way.subject}, sim.writes()) << "the failed call wrote nothing";
+        EXPECT_EQ(2u, sim.calls(way.call));
+
+        if (isRecord)
+        {
+            sim.failRecord(way.subject, 102);
+        }
+        else
+        {
+            sim.failKey(way.subject, 102);
+        }
+        sim.mark();
+        const std::int32_t status = way.write(entry);
+        EXPECT_EQ(102, status != 0 ? status : entry);
+        EXPECT_EQ(std::vector<std::string>{way.subject}, sim.writes()) << "what was refused is listed";
+        EXPECT_EQ(isRecord ? 0u : 1u, sim.keyUses(way.subject));
+
+        sim.restore();
+        sim.setLatency(way.call, std::chrono::milliseconds(3));
+        bool called = false;
+        sim.onCall(way.call, [&called] { called = true; });
+        const auto start = std::chrono::steady_clock::now();
+        way.write(entry);
+        EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(3));
+        EXPECT_TRUE(called);
+    }
+}
+
+TEST(Writes, AreListedInOrderWhateverTheCall)
+{
+    SimSwitch sim = SimSwitch::make();
+    auto batch = batchOf({"Config.UserPort.0.0.ScanEnable.False", "Config.UserPort.0.0.Type.ERROR"});
+    xpl_swPortConfig record;
+    ASSERT_EQ(0, xpl_swPortGetConfig(hSwitch, 3, 0, &record));
+    setKey("Cmd.Switch.ReqAdmin");
+    xpl_smlBatchSet(hSwitch, batch.data(), 2);
+    xpl_swPortSetConfig(hSwitch, 3, &record);
+    xpl_swSwitchForceReset(hSwitch);
+    valueOf("Oper.Switch.WWN");
+    setKey("Cmd.Switch.RelAdmin");
+    const std::vector<std::string> expected = {"Cmd.Switch.ReqAdmin",
+                                               "Config.UserPort.0.0.ScanEnable.False",
+                                               "Config.UserPort.0.0.Type.ERROR",
+                                               "port/3",
+                                               "reset",
+                                               "Cmd.Switch.RelAdmin"};
+    EXPECT_EQ(expected, sim.writes());
+    sim.mark();
+    sim.failBatchWith("Config.UserPort.0.0.");
+    EXPECT_EQ(XPL_UNREACHABLE, xpl_smlBatchSet(hSwitch, batch.data(), 2));
+    EXPECT_TRUE(sim.writes().empty());
+}
+
 } // namespace
