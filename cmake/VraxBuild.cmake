@@ -19,6 +19,14 @@ endif()
 
 find_package(Threads REQUIRED)
 
+# vrax_run_path(<target> <path>)
+#   Where an installed target looks for the project's shared libraries, relative to itself. The build tree has the same
+#   layout and takes the path as it is: the one CMake makes up for later replacement is filled up with colons, and an
+#   empty element of a run path is the current directory, from which anybody's library would be loaded.
+function(vrax_run_path target path)
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "${path}" BUILD_WITH_INSTALL_RPATH ON)
+endfunction()
+
 # The project's Python tools (pywbem's MOF compiler) live in a virtual environment made by scripts/setup.
 if(EXISTS "${CMAKE_SOURCE_DIR}/.venv/bin/python3")
     set(VRAX_PYTHON "${CMAKE_SOURCE_DIR}/.venv/bin/python3" CACHE FILEPATH "Python with pywbem")

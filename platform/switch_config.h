@@ -56,6 +56,8 @@ extern "C"
 
     // Makes *record the configuration of the switch. Returns 0, or an xpl_Status and nothing is changed:
     // XPL_INVALID_PARAMETER for an unterminated name, an unknown state, domain ID or priority.
+    // Only a changed administrative state acts: a switch that is in another state than it is configured to be
+    // stays there while the record brings the configured one.
     int xpl_swSwitchSetConfig(xpl_Handle handle, const xpl_swSwitchConfig* record);
 
     // Resets the switch: ports go through a link reset and counters start again. The configuration is kept.

@@ -24,7 +24,8 @@ int get_first_attached_port(const char* domainId, char* address);
 int get_next_attached_port(const char* domainId, int previous, char* address);
 
 // True when an entry of a batch has failed. XPL_NOT_AVAILABLE does not count: the attribute exists and has no
-// value at present, and whether that matters is the caller's to judge.
+// value at present, and whether that matters is the caller's to judge. Written entries are judged alike: a
+// caller that must know whether each write took effect looks for XPL_NOT_AVAILABLE itself.
 bool isErrors(const xpl_smlEntry* entries, std::uint32_t count);
 
 // Upper-cases an ASCII text in place and returns it.

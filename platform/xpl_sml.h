@@ -2,6 +2,8 @@
 //
 // Keys beginning with "Oper." read operational values, "Config." configured values; "Cmd." keys are commands.
 // A write names attribute and value in one text: "Config.UserPort.0.7.LinkSpeed.4Gb/s".
+// "Cmd.Cim." keys are the CIM agent's own commands. They have a call of their own, xpl_smlBatchCimSet; each
+// way of writing answers keys of the other with XPL_UNKNOWN_KEY.
 // All calls may be made from any thread. A batch is answered from one state of the switch.
 #ifndef PLATFORM_XPL_SML_H
 #define PLATFORM_XPL_SML_H
@@ -34,6 +36,9 @@ extern "C"
     // switch refuses does not undo or stop the others. A batch of no entries is legal (entries may then be
     // null).
     int xpl_smlBatchSet(xpl_Handle handle, xpl_smlEntry* entries, std::uint32_t count);
+
+    // The same for the CIM agent's own commands.
+    int xpl_smlBatchCimSet(xpl_Handle handle, xpl_smlEntry* entries, std::uint32_t count);
 
     // Reads one key, formatted as by printf, into `value` (kXplSmlTextSize bytes). Returns 0 or the entry's
     // status, which is also stored in *error.

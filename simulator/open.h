@@ -11,7 +11,8 @@ extern "C"
 {
 
     // Replaces the fabric by that of a scenario file. When it was never called, the first platform call opens
-    // the built-in scenario.
+    // the scenario file that the environment variable VRAX_SCENARIO names, or, without it, the built-in
+    // scenario; a file that cannot be used ends the process with a message on standard error.
     int vraxsim_open(const char* scenarioPath, char* message, size_t messageSize);
 
     // Writes the durable part of the fabric as a scenario file, in one step: configuration, names, switches,

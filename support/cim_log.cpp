@@ -1,11 +1,14 @@
 // The module's log.
 #include "support/cim_log.h"
 
+#include "support/default_log.h"
+
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <new>
 #include <string>
+#include <syslog.h>
 
 namespace
 {
@@ -15,8 +18,13 @@ void writeToStandardError(int, const char* text)
     std::fprintf(stderr, "%s\n", text);
 }
 
+void writeByDefault(int level, const char* text)
+{
+    writeDefaultLog(level, text, stderr, syslog);
+}
+
 std::atomic<int> lowestLevel{kLogCritical};
-std::atomic<cim_log_sink> currentSink{writeToStandardError};
+std::atomic<cim_log_sink> currentSink{writeByDefault};
 
 // `length` characters of `text` without one closing line feed.
 void deliver(int level, char* text, std::size_t length)

@@ -18,10 +18,11 @@ bool cim_log_enabled(int level);
 // into the module.
 typedef void (*cim_log_sink)(int level, const char* text);
 
-// Sets the lowest level that is written and who receives it; a null sink means standard error. Until the
-// first call critical lines go to standard error. May be called at any time from any thread; a line being
-// written meanwhile still goes to the sink before. Exported, so that the server that loads the module can
-// connect the module's log to its own.
+// Sets the lowest level that is written and who receives it; a null sink means standard error, whatever it
+// is. It is the host that decides. Until its first call critical lines go to standard error where somebody
+// reads it, and to syslog elsewhere (support/default_log.h). May be called at any time from any thread; a
+// line being written meanwhile still goes to the sink before. Exported, so that the server that loads the
+// module can connect the module's log to its own.
 extern "C" [[gnu::visibility("default")]] void cim_log_configure(int level, cim_log_sink sink);
 
 #endif

@@ -13,6 +13,7 @@ enum class Call
 {
     smlGetBatch,
     smlBatchSet,
+    smlBatchCimSet,
     smlGetV,
     smlSetV,
     switchGetConfig,
@@ -52,6 +53,7 @@ enum class Call
 constexpr std::string_view kCallNames[] = {
     "xpl_smlGetBatch",
     "xpl_smlBatchSet",
+    "xpl_smlBatchCimSet",
     "xpl_smlGetV",
     "xpl_smlSetV",
     "xpl_swSwitchGetConfig",

@@ -25,11 +25,12 @@ class Engine
     void open(const Scenario& scenario, bool manualClock = false);
 
     // Runs `use(const FabricModel&, now)` on one state of the model, together with other readers. The first
-    // use of any kind opens the built-in scenario if nothing was opened.
+    // use of any kind opens the scenario that VRAX_SCENARIO names, else the built-in one, if nothing was
+    // opened.
     template <class Use>
     auto read(Use use)
     {
-        openDefault();
+        openInitial();
         const SharedLocked guard(_mutex);
         return use(static_cast<const FabricModel&>(*_model), clock.now());
     }
@@ -38,7 +39,7 @@ class Engine
     template <class Change>
     auto write(Change change)
     {
-        openDefault();
+        openInitial();
         const Locked<SharedMutex> guard(_mutex);
         return change(*_model, clock.now());
     }
@@ -58,7 +59,7 @@ class Engine
 
   private:
     Engine() = default;
-    void openDefault();
+    void openInitial();
 
     SharedMutex _mutex;
     std::unique_ptr<FabricModel> _model SIM_GUARDED_BY(_mutex);

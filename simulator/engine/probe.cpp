@@ -101,6 +101,15 @@ std::int32_t Probe::enterKey(std::string_view key)
     return takeFirst(_keyFaults, key);
 }
 
+void Probe::noteWrite(std::string_view what)
+{
+    if (_records)
+    {
+        const Locked<Mutex> guard(_mutex);
+        _writes.emplace_back(what);
+    }
+}
+
 std::int32_t Probe::enterBatch(Call call, const xpl_smlEntry* entries, std::uint32_t count)
 {
     _entries[indexOf(call)] += count;
@@ -243,6 +252,12 @@ std::vector<std::vector<std::string>> Probe::batches(Call call) const
     return found != _batches.end() ? found->second : std::vector<std::vector<std::string>>();
 }
 
+std::vector<std::string> Probe::writes() const
+{
+    const Locked<Mutex> guard(_mutex);
+    return _writes;
+}
+
 void Probe::resetCounts()
 {
     const Locked<Mutex> guard(_mutex);
@@ -253,6 +268,7 @@ void Probe::resetCounts()
     }
     _keyUses.clear();
     _batches.clear();
+    _writes.clear();
 }
 
 } // namespace simulator

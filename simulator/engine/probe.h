@@ -1,5 +1,5 @@
-// What tests see of platform calls and how they interfere: counts, recorded batches, failures, latency,
-// hooks.
+// What tests see of platform calls and how they interfere: counts, recorded batches and writes, failures,
+// latency, hooks.
 #ifndef SIMULATOR_ENGINE_PROBE_H
 #define SIMULATOR_ENGINE_PROBE_H
 
@@ -45,6 +45,8 @@ class Probe
     std::int32_t enterBatch(Call call, const xpl_smlEntry* entries, std::uint32_t count);
     // Asks for a configuration record: "switch", or "port/7".
     std::int32_t enterRecord(std::string_view record);
+    // Notes a write: a key, the name of a record, or "reset".
+    void noteWrite(std::string_view what);
     // True when the key has a value of the test's own, which is then in `value`.
     bool overridden(std::string_view key, std::string& value) const;
 
@@ -59,7 +61,7 @@ class Probe
     // Takes back all failures, values, latencies and hooks.
     void restore();
 
-    // Counting by key and recording of batches, on top of counting by call.
+    // Counting by key and recording of batches and writes, on top of counting by call.
     void record(bool on);
 
     std::size_t calls(Call call) const { return _calls[static_cast<std::size_t>(call)]; }
@@ -67,7 +69,9 @@ class Probe
     std::size_t keyUses(std::string_view key) const;
     // The keys of each recorded batch, in order.
     std::vector<std::vector<std::string>> batches(Call call) const;
-    // Sets all counts to zero and forgets recorded batches.
+    // What noteWrite received, in order.
+    std::vector<std::string> writes() const;
+    // Sets all counts to zero and forgets recorded batches and writes.
     void resetCounts();
 
   private:
@@ -97,6 +101,7 @@ class Probe
     std::map<std::string, std::string, std::less<>> _values SIM_GUARDED_BY(_mutex);
     std::unordered_map<std::string, std::size_t> _keyUses SIM_GUARDED_BY(_mutex);
     std::map<Call, std::vector<std::vector<std::string>>> _batches SIM_GUARDED_BY(_mutex);
+    std::vector<std::string> _writes SIM_GUARDED_BY(_mutex);
 };
 
 } // namespace simulator

@@ -81,9 +81,8 @@ void addPortConfigKeys(ReadKeys& reads, WriteKeys& writes)
         [](const PortScenario& facts) { return toText(facts.speed); },
         [](PortScenario& facts, std::string_view text)
         {
-            // A speed that the port's optics cannot run is refused, not clipped.
             const auto speed = fromText<LinkSpeed>(text);
-            const bool taken = speed && *speed <= facts.speedCapability;
+            const bool taken = speed && canRun(facts.speedCapability, *speed);
             facts.speed = taken ? *speed : facts.speed;
             return taken;
         });

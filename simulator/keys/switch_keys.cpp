@@ -52,9 +52,11 @@ void addSwitchKeys(ReadKeys& keys)
     keys.add("Oper.Switch.WhoIsPrincipal",
              [](const FabricModel& model, const KeyArguments&, std::uint64_t, Answer& answer)
              {
+                 // An error, not a missing value: who names node ports by the fabric must not go on without
+                 // its name.
                  const Switch* principal = model.principal();
                  return principal != nullptr ? answer.text(principal->facts.wwn)
-                                             : std::int32_t{XPL_NOT_AVAILABLE};
+                                             : std::int32_t{XPL_UNREACHABLE};
              });
 
     keys.add("Oper.Fabric.Entry.%d.WWN",

@@ -164,7 +164,8 @@ void FabricModel::addNode(NodeScenario node, std::uint64_t now)
         throw ScenarioError(
             "", noSuch("port for nodes", node.port) + " in domain " + std::to_string(node.domain));
     }
-    if (node.address == 0)
+    const bool given = node.address != 0;
+    if (!given)
     {
         node.address = freeAddress(owner, node.port);
     }
@@ -174,8 +175,9 @@ void FabricModel::addNode(NodeScenario node, std::uint64_t now)
     }
     if (node.address == 0 || !owner.nodes.emplace(node.address, node).second)
     {
-        throw ScenarioError(
-            "", "no free address for " + node.portWwn + " in domain " + std::to_string(node.domain));
+        const std::string fault =
+            given ? "address " + hexOf(node.address, 6) + " is taken: " : "no free address: ";
+        throw ScenarioError("", fault + node.portWwn + " in domain " + std::to_string(node.domain));
     }
     countNode(*port, node);
     linkChanged(owner, *port, now);

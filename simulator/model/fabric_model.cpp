@@ -78,9 +78,16 @@ FabricModel::FabricModel(const Scenario& scenario)
     {
         addIsl(link, 0);
     }
-    for (const NodeScenario& node : scenario.nodes)
+    // Addresses that are given are taken before the others look for a free one, whatever the order.
+    for (const bool given : {true, false})
     {
-        addNode(node, 0);
+        for (const NodeScenario& node : scenario.nodes)
+        {
+            if ((node.address != 0) == given)
+            {
+                addNode(node, 0);
+            }
+        }
     }
     if (!scenario.noPrincipal)
     {

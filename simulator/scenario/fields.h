@@ -1,8 +1,8 @@
 // The fields of a scenario, named once for the reader, the writer and whoever comes next.
 //
-// A visitor offers number, text, wwn, choice, flag, address, bytes and codes; each takes the field's name in
-// the file, the value and what limits it. Required fields are passed as such; the others keep the value they
-// have.
+// A visitor offers number, oneOf, text, wwn, choice, flag, address, bytes and codes; each takes the field's
+// name in the file, the value and what limits it. Required fields are passed as such; the others keep the
+// value they have.
 #ifndef SIMULATOR_SCENARIO_FIELDS_H
 #define SIMULATOR_SCENARIO_FIELDS_H
 
@@ -19,9 +19,6 @@ enum class Presence
     required
 };
 
-constexpr std::size_t kPortReservedSize = 288;  // bytes of the port record that belong to other services
-constexpr std::size_t kSwitchReservedSize = 69; // the same of the switch record, in their order
-
 // `Port` is PortScenario or const PortScenario; likewise below.
 template <class Visitor, class Port>
 void visitPort(Visitor& visit, Port& port, bool local)
@@ -35,7 +32,7 @@ void visitPort(Visitor& visit, Port& port, bool local)
     {
         return;
     }
-    visit.text("name", port.name, 255);
+    visit.text("name", port.name, kPortNameSize);
     visit.choice("hardware", port.hardware);
     visit.choice("speedCapability", port.speedCapability);
     visit.choice("speed", port.speed);
@@ -60,9 +57,9 @@ void visitPort(Visitor& visit, Port& port, bool local)
 template <class Visitor, class Switch>
 void visitSwitch(Visitor& visit, Switch& one)
 {
-    visit.number("domain", one.domain, 1, kMaxDomainId, Presence::required);
+    visit.number("domain", one.domain, kMinDomainId, kMaxDomainId, Presence::required);
     visit.wwn("wwn", one.wwn, Presence::required);
-    visit.text("name", one.name, 32);
+    visit.text("name", one.name, kSwitchNameSize);
     if (!one.local)
     {
         return;
@@ -75,14 +72,14 @@ void visitSwitch(Visitor& visit, Switch& one)
     visit.codes("faults", one.faults);
     visit.number("preferredDomain", one.preferredDomain, 0, kMaxDomainId);
     visit.flag("domainLocked", one.domainLocked);
-    visit.number("principalPriority", one.principalPriority, 0, 255);
+    visit.oneOf("principalPriority", one.principalPriority, kPrincipalPriorities);
     visit.bytes("reserved", one.reserved, kSwitchReservedSize);
 }
 
 template <class Visitor, class Node>
 void visitNode(Visitor& visit, Node& node)
 {
-    visit.number("domain", node.domain, 1, kMaxDomainId, Presence::required);
+    visit.number("domain", node.domain, kMinDomainId, kMaxDomainId, Presence::required);
     visit.number("port", node.port, 0, kMaxRemotePorts - 1, Presence::required);
     visit.address("address", node.address);
     visit.wwn("portWwn", node.portWwn, Presence::required);
@@ -99,9 +96,9 @@ void visitNode(Visitor& visit, Node& node)
 template <class Visitor, class Isl>
 void visitIsl(Visitor& visit, Isl& link)
 {
-    visit.number("domain", link.domain, 1, kMaxDomainId, Presence::required);
+    visit.number("domain", link.domain, kMinDomainId, kMaxDomainId, Presence::required);
     visit.number("port", link.port, 0, kMaxRemotePorts - 1, Presence::required);
-    visit.number("toDomain", link.toDomain, 1, kMaxDomainId, Presence::required);
+    visit.number("toDomain", link.toDomain, kMinDomainId, kMaxDomainId, Presence::required);
     visit.number("toPort", link.toPort, 0, kMaxRemotePorts - 1, Presence::required);
     visit.flag("isolated", link.isolated);
 }

@@ -69,6 +69,26 @@ void JsonFieldReader::number(const char* name, int& value, int low, int high, Pr
     value = static_cast<int>(got);
 }
 
+void JsonFieldReader::code(const char* name, int& value, const int* codes, std::size_t count)
+{
+    const Json* field = find(name, Presence::optional);
+    if (field == nullptr)
+    {
+        return;
+    }
+    std::string list;
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        if (field->is_number_integer() && *field == codes[i])
+        {
+            value = codes[i];
+            return;
+        }
+        list += (i == 0 ? "" : ", ") + std::to_string(codes[i]);
+    }
+    refuse(name, "one of " + list, *field);
+}
+
 void JsonFieldReader::text(const char* name, std::string& value, std::size_t limit)
 {
     const Json* field = find(name, Presence::optional);

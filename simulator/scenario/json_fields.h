@@ -29,6 +29,13 @@ class JsonFieldReader
     void bytes(const char* name, std::vector<std::uint8_t>& value, std::size_t size);
     void codes(const char* name, std::vector<std::uint16_t>& value);
 
+    // A number that is one of the codes listed.
+    template <std::size_t N>
+    void oneOf(const char* name, int& value, const int (&codes)[N])
+    {
+        code(name, value, codes, N);
+    }
+
     template <class E>
     void choice(const char* name, E& value)
     {
@@ -58,6 +65,7 @@ class JsonFieldReader
 
   private:
     const Json* find(const char* name, Presence presence);
+    void code(const char* name, int& value, const int* codes, std::size_t count);
     [[noreturn]] void refuse(const char* name, const std::string& expected, const Json& got) const;
 
     const Json& _object;
@@ -76,6 +84,12 @@ class JsonFieldWriter
     void address(const char* name, std::uint32_t value);
     void bytes(const char* name, const std::vector<std::uint8_t>& value, std::size_t);
     void codes(const char* name, const std::vector<std::uint16_t>& value);
+
+    template <std::size_t N>
+    void oneOf(const char* name, int value, const int (&)[N])
+    {
+        object[name] = value;
+    }
 
     template <class E>
     void choice(const char* name, E value)

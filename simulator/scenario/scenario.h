@@ -4,6 +4,7 @@
 #define SIMULATOR_SCENARIO_SCENARIO_H
 
 #include "simulator/model/names.h"
+#include "simulator/scenario/record_rules.h"
 
 #include <cstdint>
 #include <stdexcept>
@@ -13,7 +14,6 @@
 namespace simulator
 {
 
-constexpr int kMaxDomainId = 239; // FC-SW-3
 constexpr int kMaxLocalPorts = 1536;
 constexpr int kMaxRemotePorts = 4096; // a port number takes three hexadecimal digits of its WWN
 constexpr int kMaxNodes = 20000;

@@ -96,8 +96,9 @@ std::string formatScenario(const Scenario& scenario)
         top["isls"].push_back(
             changedFields(link, IslScenario(), islFields, {"domain", "port", "toDomain", "toPort"}));
     }
-    // Texts of a switch may hold any bytes; JSON only takes UTF-8.
-    return top.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
+    // Texts of a switch may hold any bytes; JSON only takes UTF-8. Bytes that are none are left out: a mark
+    // in their place could make a text longer than its field.
+    return top.dump(1, ' ', false, Json::error_handler_t::ignore) + "\n";
 }
 
 void writeScenario(const Scenario& scenario, const std::string& path)

@@ -1,4 +1,5 @@
 // Checks that the parts of a scenario fit one another.
+#include "simulator/model/hex.h"
 #include "simulator/scenario/scenario.h"
 
 #include <algorithm>
@@ -86,6 +87,13 @@ class Validator
                 throw ScenarioError(
                     place, "port " + std::to_string(port.number) + ": speedCapability cannot be Auto");
             }
+            if (!canRun(port.speedCapability, port.speed))
+            {
+                throw ScenarioError(place,
+                                    "port " + std::to_string(port.number) + ": speed " +
+                                        std::string(toText(port.speed)) + " is beyond speedCapability " +
+                                        std::string(toText(port.speedCapability)));
+            }
             if (!numbers.insert(port.number).second)
             {
                 throw ScenarioError(place, "port " + std::to_string(port.number) + " appears twice");
@@ -136,7 +144,7 @@ class Validator
                                 "expected at most " + std::to_string(kMaxNodes) + " nodes, got " +
                                     std::to_string(_scenario.nodes.size()));
         }
-        std::set<std::uint32_t> addresses;
+        std::map<std::uint32_t, std::size_t> addresses; // with the node that has it
         for (std::size_t i = 0; i < _scenario.nodes.size(); ++i)
         {
             const NodeScenario& node = _scenario.nodes[i];
@@ -156,9 +164,12 @@ class Validator
                                     "expected an address of domain " + std::to_string(node.domain) +
                                         ": the domain is its first byte");
             }
-            if (!addresses.insert(node.address).second)
+            const auto [holder, isFree] = addresses.emplace(node.address, i);
+            if (!isFree)
             {
-                throw ScenarioError(at("nodes", i, "address"), "the address is used twice");
+                throw ScenarioError(at("nodes", i, "address"),
+                                    "the address " + hexOf(node.address, 6) + " is taken by " +
+                                        at("nodes", holder->second, "address"));
             }
         }
     }

@@ -40,19 +40,38 @@ std::int32_t readKey(const FabricModel& model, std::string_view key, std::uint64
     return handler != nullptr ? (*handler)(model, arguments, now, answer) : std::int32_t{XPL_UNKNOWN_KEY};
 }
 
-std::int32_t writeKey(FabricModel& model, std::string_view key, std::uint64_t now)
+// Whom a write is for: each takes its own keys only.
+enum class Receiver
 {
-    const std::int32_t injected = Engine::instance().probe.enterKey(key);
+    switchServices,
+    cimAgent
+};
+
+Receiver receiverOf(std::string_view key)
+{
+    constexpr std::string_view kCimAgent = "Cmd.Cim.";
+    return key.substr(0, kCimAgent.size()) == kCimAgent ? Receiver::cimAgent : Receiver::switchServices;
+}
+
+std::int32_t writeKey(FabricModel& model, Receiver receiver, std::string_view key, std::uint64_t now)
+{
+    Probe& probe = Engine::instance().probe;
+    probe.noteWrite(key);
+    const std::int32_t injected = probe.enterKey(key);
     if (injected != XPL_OK)
     {
         return injected;
+    }
+    if (receiverOf(key) != receiver)
+    {
+        return XPL_UNKNOWN_KEY;
     }
     KeyArguments arguments;
     const WriteHandler* handler = writeKeys().find(key, arguments);
     return handler != nullptr ? (*handler)(model, arguments, now) : std::int32_t{XPL_UNKNOWN_KEY};
 }
 
-// What both batch calls check and count before they touch the model.
+// What the batch calls check and count before they touch the model.
 std::int32_t beginBatch(Call call, xpl_Handle handle, const xpl_smlEntry* entries, std::uint32_t count)
 {
     const std::int32_t begun = beginCall(call, handle);
@@ -72,6 +91,26 @@ std::int32_t beginBatch(Call call, xpl_Handle handle, const xpl_smlEntry* entrie
         }
     }
     return Engine::instance().probe.enterBatch(call, entries, count);
+}
+
+std::int32_t
+writeBatch(Call call, Receiver receiver, xpl_Handle handle, xpl_smlEntry* entries, std::uint32_t count)
+{
+    const std::int32_t begun = beginBatch(call, handle, entries, count);
+    if (begun != XPL_OK)
+    {
+        return begun;
+    }
+    Engine::instance().write(
+        [&](FabricModel& model, std::uint64_t now)
+        {
+            for (std::uint32_t i = 0; i < count; ++i)
+            {
+                entries[i].value[0] = '\0';
+                entries[i].status = writeKey(model, receiver, entries[i].key, now);
+            }
+        });
+    return XPL_OK;
 }
 
 // Formats the key of a single access into `key`; false when it is empty or does not fit.
@@ -116,21 +155,12 @@ extern "C" int xpl_smlGetBatch(xpl_Handle handle, xpl_smlEntry* entries, std::ui
 
 extern "C" int xpl_smlBatchSet(xpl_Handle handle, xpl_smlEntry* entries, std::uint32_t count)
 {
-    const std::int32_t begun = beginBatch(Call::smlBatchSet, handle, entries, count);
-    if (begun != XPL_OK)
-    {
-        return begun;
-    }
-    Engine::instance().write(
-        [&](FabricModel& model, std::uint64_t now)
-        {
-            for (std::uint32_t i = 0; i < count; ++i)
-            {
-                entries[i].value[0] = '\0';
-                entries[i].status = writeKey(model, entries[i].key, now);
-            }
-        });
-    return XPL_OK;
+    return writeBatch(Call::smlBatchSet, Receiver::switchServices, handle, entries, count);
+}
+
+extern "C" int xpl_smlBatchCimSet(xpl_Handle handle, xpl_smlEntry* entries, std::uint32_t count)
+{
+    return writeBatch(Call::smlBatchCimSet, Receiver::cimAgent, handle, entries, count);
 }
 
 extern "C" int xpl_smlGetV(xpl_Handle handle, char* value, std::int32_t* error, const char* keyFormat, ...)
@@ -164,5 +194,5 @@ extern "C" int xpl_smlSetV(xpl_Handle handle, std::int32_t* error, const char* k
     }
     return keep(error,
                 Engine::instance().write([&](FabricModel& model, std::uint64_t now)
-                                         { return writeKey(model, key, now); }));
+                                         { return writeKey(model, Receiver::switchServices, key, now); }));
 }

@@ -42,6 +42,14 @@ std::optional<AdminState> adminStateOf(std::int32_t code)
     }
 }
 
+static_assert(sizeof xpl_swSwitchConfig::symbolicName == kSwitchNameSize + 1 &&
+                  sizeof xpl_swPortConfig::symbolicName == kPortNameSize + 1 &&
+                  sizeof xpl_swPortConfig::reserved == kPortReservedSize &&
+                  sizeof xpl_swSwitchConfig::reserved0 + sizeof xpl_swSwitchConfig::reserved1 +
+                          sizeof xpl_swSwitchConfig::reserved2 + sizeof xpl_swSwitchConfig::reserved3 ==
+                      kSwitchReservedSize,
+              "records hold what scenarios may bring");
+
 template <std::size_t N>
 void putName(char (&field)[N], const std::string& name)
 {
@@ -90,14 +98,19 @@ std::int32_t store(const xpl_swSwitchConfig& record, SwitchScenario& facts)
 {
     const auto name = nameIn(record.symbolicName);
     const auto state = adminStateOf(record.adminState);
-    const bool knownPriority = record.principalPriority == 1 || record.principalPriority >= 0xFE;
-    if (!name || !state || !knownPriority || record.preferredDomainId < 1 ||
-        record.preferredDomainId > kMaxDomainId || (record.domainIdLock != 0 && record.domainIdLock != 1))
+    const bool knownLock = record.domainIdLock == 0 || record.domainIdLock == 1;
+    if (!name || !state || !knownLock || !isPrincipalPriority(record.principalPriority) ||
+        !isDomainId(record.preferredDomainId))
     {
         return XPL_INVALID_PARAMETER;
     }
     facts.name = *name;
-    facts.adminState = facts.configuredAdminState = *state;
+    // The switch may be in another state than it is configured to start in. A record written back for the
+    // sake of its other fields leaves it there.
+    if (*state != facts.configuredAdminState)
+    {
+        facts.adminState = facts.configuredAdminState = *state;
+    }
     facts.preferredDomain = record.preferredDomainId;
     facts.domainLocked = record.domainIdLock != 0;
     facts.principalPriority = record.principalPriority;
@@ -138,7 +151,12 @@ std::int32_t beginRecord(Call call, xpl_Handle handle, const void* record, const
     {
         return begun != XPL_OK ? begun : std::int32_t{XPL_INVALID_PARAMETER};
     }
-    return Engine::instance().probe.enterRecord(name);
+    Probe& probe = Engine::instance().probe;
+    if (call == Call::switchSetConfig || call == Call::portSetConfig)
+    {
+        probe.noteWrite(name);
+    }
+    return probe.enterRecord(name);
 }
 
 // A link reset leaves its trace in the counters of a port that is up.
@@ -184,7 +202,10 @@ extern "C" int xpl_swSwitchSetConfig(xpl_Handle handle, const xpl_swSwitchConfig
         [record](FabricModel& model, std::uint64_t now)
         {
             const std::int32_t stored = store(*record, model.local().facts);
-            model.allLinksChanged(model.local(), now);
+            if (stored == XPL_OK)
+            {
+                model.allLinksChanged(model.local(), now);
+            }
             return stored;
         });
 }
@@ -196,6 +217,7 @@ extern "C" int xpl_swSwitchForceReset(xpl_Handle handle)
     {
         return begun;
     }
+    Engine::instance().probe.noteWrite("reset");
     Engine::instance().write(
         [](FabricModel& model, std::uint64_t now)
         {
@@ -245,12 +267,16 @@ extern "C" int xpl_swPortSetConfig(xpl_Handle handle, std::int32_t port, const x
             }
             const xpl_swPortConfig before = recordOf(found->facts);
             const std::int32_t stored = store(*record, found->facts);
+            if (stored != XPL_OK)
+            {
+                return stored;
+            }
             const xpl_swPortConfig after = recordOf(found->facts);
-            if (stored == XPL_OK && std::memcmp(&before, &after, sizeof before) == 0)
+            if (std::memcmp(&before, &after, sizeof before) == 0)
             {
                 resetLink(model.local(), *found, now);
             }
             model.linkChanged(model.local(), *found, now);
-            return stored;
+            return XPL_OK;
         });
 }

@@ -69,7 +69,11 @@ class SimSwitch
     std::size_t entries(std::string_view call) const; // of batches
     std::size_t keyUses(std::string_view key) const;  // reads and writes of one key
     std::vector<std::vector<std::string>> batches(std::string_view call = "xpl_smlGetBatch") const;
-    // Recording of keys and batches; on at the start. Counting by call always happens.
+    // All writes in order, of whichever call: the keys of the attribute store as they were written, "switch"
+    // and "port/7" for configuration records, "reset" for the switch's reset. Refused ones are among them,
+    // those of a call that failed as a whole are not.
+    std::vector<std::string> writes() const;
+    // Recording of keys, batches and writes; on at the start. Counting by call always happens.
     void recordKeys(bool on);
 
     // --- Failures ---

@@ -70,6 +70,11 @@ std::vector<std::vector<std::string>> SimSwitch::batches(std::string_view call) 
     return probe().batches(callOf(call));
 }
 
+std::vector<std::string> SimSwitch::writes() const
+{
+    return probe().writes();
+}
+
 void SimSwitch::recordKeys(bool on)
 {
     probe().record(on);

@@ -1,6 +1,7 @@
 // Tests of configuration records: what they show, what they take, and the bytes that are nobody's here.
 #include "platform/switch_config.h"
 
+#include "simulator/scenario/scenario_json.h"
 #include "simulator/testing/sim_switch.h"
 #include "tests/simulator/sml.h"
 
@@ -89,6 +90,81 @@ TEST(SwitchRecord, RefusesWhatTheSwitchCannotBe)
     EXPECT_EQ(XPL_INVALID_PARAMETER, xpl_swSwitchGetConfig(hSwitch, 1, &record));
     EXPECT_EQ(XPL_INVALID_PARAMETER, xpl_swSwitchGetConfig(hSwitch, 0, nullptr));
     EXPECT_EQ(XPL_INVALID_HANDLE, xpl_swSwitchSetConfig(nullptr, &good));
+}
+
+TEST(SwitchRecord, TakesWhatAScenarioMayBringAndNothingElse)
+{
+    const SimSwitch sim = SimSwitch::make();
+    const auto scenarioTakes = [](const std::string& field)
+    {
+        try
+        {
+            parseScenario(R"({"switches": [{"local": true, "domain": 1, "wwn": "100002a5c0de0001", )" +
+                              field + "}]}",
+                          "s");
+            return true;
+        }
+        catch (const ScenarioError&)
+        {
+            return false;
+        }
+    };
+    const auto recordTakes = [](const std::function<void(xpl_swSwitchConfig&)>& change)
+    {
+        xpl_swSwitchConfig record = switchRecord();
+        change(record);
+        return xpl_swSwitchSetConfig(hSwitch, &record) == 0;
+    };
+    for (int code = 0; code <= 255; ++code)
+    {
+        const auto byte = static_cast<std::uint8_t>(code);
+        const std::string number = std::to_string(code);
+        EXPECT_EQ(scenarioTakes("\"principalPriority\": " + number),
+                  recordTakes([byte](xpl_swSwitchConfig& r) { r.principalPriority = byte; }))
+            << "priority " << code;
+        // In a scenario 0 stands for the domain that the switch has.
+        EXPECT_EQ(code != 0 && scenarioTakes("\"preferredDomain\": " + number),
+                  recordTakes([byte](xpl_swSwitchConfig& r) { r.preferredDomainId = byte; }))
+            << "domain " << code;
+    }
+    EXPECT_TRUE(scenarioTakes("\"name\": \"" + std::string(32, 'n') + "\""));
+    EXPECT_FALSE(scenarioTakes("\"name\": \"" + std::string(33, 'n') + "\""));
+}
+
+TEST(SwitchRecord, OnlyAChangedAdministrativeStateActs)
+{
+    // The switch is offline for now and configured to start online.
+    SimSwitch sim =
+        SimSwitch::make().switchFacts([](SwitchScenario& one) { one.adminState = AdminState::offline; });
+    xpl_swSwitchConfig record = switchRecord();
+    EXPECT_EQ(XPL_ADMIN_ONLINE, record.adminState);
+    std::strcpy(record.symbolicName, "renamed");
+    EXPECT_EQ(0, xpl_swSwitchSetConfig(hSwitch, &record));
+    EXPECT_EQ("renamed", valueOf("Config.Switch.SymName"));
+    EXPECT_EQ("Offline", valueOf("Oper.Switch.AdminState"));
+    EXPECT_EQ("Offline", valueOf("Oper.UserPort.0.0.OperState"));
+
+    record.adminState = XPL_ADMIN_DIAGNOSTICS;
+    EXPECT_EQ(0, xpl_swSwitchSetConfig(hSwitch, &record));
+    EXPECT_EQ("Diagnostics", valueOf("Oper.Switch.AdminState"));
+    EXPECT_EQ("Diagnostics", valueOf("Config.Switch.AdminState"));
+}
+
+TEST(PortRecord, ANewNameLeavesStateAndLinkAlone)
+{
+    SimSwitch sim = SimSwitch::make().ports(3).port(
+        2, [](PortScenario& port) { port.adminState = AdminState::diagnostics; });
+    for (const int port : {1, 2})
+    {
+        const std::string key = "Oper.UserPort.0." + std::to_string(port);
+        const std::string state = valueOf(key + ".OperState");
+        xpl_swPortConfig record = portRecord(port);
+        std::strcpy(record.symbolicName, "renamed");
+        EXPECT_EQ(0, xpl_swPortSetConfig(hSwitch, port, &record));
+        EXPECT_EQ("renamed", valueOf(key + ".SymPortName"));
+        EXPECT_EQ(state, valueOf(key + ".OperState"));
+        EXPECT_EQ(0u, counterOf(port, "TxLinkResets")) << "a changed record resets no link";
+    }
 }
 
 TEST(PortRecord, ShowsAndTakesTheConfiguration)

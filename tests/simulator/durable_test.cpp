@@ -90,6 +90,19 @@ TEST_F(Durable, ASavedFabricStartsAgainAsItWas)
     EXPECT_EQ(1, filesInDirectory());
 }
 
+TEST_F(Durable, AnyNameThatARecordTakesCanBeReadBack)
+{
+    SimSwitch sim = SimSwitch::make();
+    xpl_swSwitchConfig record;
+    ASSERT_EQ(0, xpl_swSwitchGetConfig(hSwitch, 0, &record));
+    std::memset(record.symbolicName, 0xFF, 32); // no text in any encoding that JSON knows
+    std::memcpy(record.symbolicName, "cut \xC3", 5);
+    record.symbolicName[32] = '\0';
+    ASSERT_EQ(0, xpl_swSwitchSetConfig(hSwitch, &record));
+    sim.save(file("saved.json"));
+    EXPECT_EQ("cut ", readScenario(file("saved.json")).switches.front().name);
+}
+
 // Lets files grow no further than this while it lives, as a full disk would.
 class FileSizeLimit
 {

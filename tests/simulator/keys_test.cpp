@@ -181,7 +181,7 @@ TEST(Keys, FollowWhatHappensToTheSwitch)
     sim.changeSwitch([](SwitchScenario& one) { one.adminState = AdminState::offline; });
     EXPECT_EQ("Offline", valueOf("Oper.UserPort.0.9.OperState")) << "an offline switch has no port online";
     sim.setPrincipal(0);
-    EXPECT_EQ("status 16", valueOf("Oper.Switch.WhoIsPrincipal"));
+    EXPECT_EQ("status 5", valueOf("Oper.Switch.WhoIsPrincipal"));
 }
 
 TEST(Batch, AnswersEachEntryForItself)
@@ -208,6 +208,8 @@ TEST(Batch, RefusesWhatItCannotRead)
     EXPECT_EQ(XPL_INVALID_PARAMETER, xpl_smlGetBatch(hSwitch, nullptr, 1));
     EXPECT_EQ(XPL_OK, xpl_smlGetBatch(hSwitch, nullptr, 0));
     EXPECT_EQ(XPL_OK, xpl_smlBatchSet(hSwitch, nullptr, 0));
+    EXPECT_EQ(XPL_OK, xpl_smlBatchCimSet(hSwitch, nullptr, 0));
+    EXPECT_EQ(XPL_INVALID_PARAMETER, xpl_smlBatchCimSet(hSwitch, nullptr, 1));
     std::memset(entries[0].key, 'x', sizeof entries[0].key);
     EXPECT_EQ(XPL_INVALID_PARAMETER, getBatch(entries)) << "a key without an end";
     EXPECT_EQ("status 9", valueOf("Oper.Switch.Echo." + std::string(300, 'x'))) << "a key that does not fit";
@@ -264,6 +266,25 @@ TEST(Writes, ARefusedEntryDoesNotStopTheOthers)
     EXPECT_EQ(XPL_OK, entries[2].status);
     EXPECT_EQ("E", valueOf("Config.UserPort.0.0.Type"));
     EXPECT_EQ("False", valueOf("Config.UserPort.0.0.ScanEnable"));
+    entries[0].status = entries[1].status = XPL_NOT_AVAILABLE;
+    EXPECT_FALSE(isErrors(entries.data(), 3)) << "writes are judged as reads are";
+}
+
+TEST(Writes, OfTheCimAgentAreKeptFromThoseOfTheSwitch)
+{
+    const SimSwitch sim = SimSwitch::make().ports(1);
+    auto entries = batchOf({"Cmd.Cim.Listener.l1.Create", "Config.UserPort.0.0.ScanEnable.False"});
+    EXPECT_EQ(0, xpl_smlBatchCimSet(hSwitch, entries.data(), 2));
+    for (const xpl_smlEntry& entry : entries)
+    {
+        EXPECT_EQ(XPL_UNKNOWN_KEY, entry.status) << entry.key;
+        EXPECT_STREQ("", entry.value);
+    }
+    EXPECT_EQ("True", valueOf("Config.UserPort.0.0.ScanEnable"));
+    EXPECT_EQ(0, xpl_smlBatchSet(hSwitch, entries.data(), 2));
+    EXPECT_EQ(XPL_UNKNOWN_KEY, entries[0].status);
+    EXPECT_EQ("False", valueOf("Config.UserPort.0.0.ScanEnable"));
+    EXPECT_EQ(XPL_UNKNOWN_KEY, setKey("Cmd.Cim.Listener.l1.Create"));
 }
 
 } // namespace

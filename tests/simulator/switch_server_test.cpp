@@ -53,6 +53,27 @@ TEST(AttachedPorts, AreWalkedByAddress)
     EXPECT_EQ((std::vector<std::string>{"010b00", "01ffee"}), attachedTo("1"));
 }
 
+TEST(AttachedPorts, GivenAddressesComeBeforeThoseThatAreFoundWhateverTheOrder)
+{
+    NodeScenario given;
+    given.domain = 1;
+    given.port = 0;
+    given.address = 0x010300; // the first of port 3
+    given.portWwn = "210002a5c0de0002";
+    SimSwitch sim = SimSwitch::make().node(1, 3, "210002a5c0de0001").node(given);
+    EXPECT_EQ((std::vector<std::string>{"010300", "010301"}), attachedTo("1"));
+    given.portWwn = "210002a5c0de0003";
+    try
+    {
+        sim.addNode(given);
+        FAIL();
+    }
+    catch (const ScenarioError& error)
+    {
+        EXPECT_STREQ("address 010300 is taken: 210002a5c0de0003 in domain 1", error.what());
+    }
+}
+
 TEST(AttachedPorts, AWalkSurvivesLogouts)
 {
     SimSwitch sim = SimSwitch::make()
