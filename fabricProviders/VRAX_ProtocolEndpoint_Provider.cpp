@@ -1,8 +1,8 @@
 // The Fibre Channel endpoints of online switch ports and of attached node ports.
 #include "fabricProviders/VRAX_ProtocolEndpoint_Provider.h"
 
+#include "switchaccess/Attribute.h"
 #include "switchaccess/CacheLock.h"
-#include "switchaccess/Sml_Batch.h"
 #include "switchaccess/fabric_walk.h"
 #include "switchaccess/string_helpers.h"
 
@@ -15,9 +15,11 @@ namespace cimple
 namespace
 {
 
-constexpr const char* kLocalKeys[] = {"Oper.UserPort.0.%s.OperState"};
-constexpr const char* kRemoteKeys[] = {"Oper.TopologyAll.%d.Entry.%d.PortState"};
-constexpr const char* kAttachedKeys[] = {"Oper.NameServerAll.%d.Entry.%s.PortWwn"};
+typedef VRAX_ProtocolEndpoint Is;
+
+constexpr Attribute<Is> kLocalState[] = {{"Oper.UserPort.0.%s.OperState"}};
+constexpr Attribute<Is> kRemoteState[] = {{"Oper.TopologyAll.%d.Entry.%d.PortState"}};
+constexpr Attribute<Is> kAttachedWwn[] = {{"Oper.NameServerAll.%d.Entry.%s.PortWwn"}};
 
 constexpr uint16 kProtocolTypeFibreChannel = 18;   // CIM_ProtocolEndpoint.ProtocolType
 constexpr uint16 kProtocolIFTypeFibreChannel = 56; // CIM_ProtocolEndpoint.ProtocolIFType, as in IANA ifType
@@ -28,8 +30,7 @@ constexpr uint16 kProtocolIFTypeFibreChannel = 56; // CIM_ProtocolEndpoint.Proto
 class VRAX_ProtocolEndpoint_Provider::Endpoint_Writer
 {
   public:
-    Endpoint_Writer(DataCache& cache, Map_Writer<VRAX_ProtocolEndpoint>& map)
-        : _map(map), _local(kLocalKeys), _remote(kRemoteKeys), _attached(kAttachedKeys)
+    Endpoint_Writer(DataCache& cache, Map_Writer<VRAX_ProtocolEndpoint>& map) : _map(map)
     {
         const FabricCache* fabric = cache.getFabric(kLocalFabric);
         if (fabric != nullptr)
@@ -57,7 +58,10 @@ class VRAX_ProtocolEndpoint_Provider::Endpoint_Writer
     }
 
   private:
-    static bool isOnline(const Sml_Batch& state) { return std::strcmp(state.text(0), "Online") == 0; }
+    static bool isOnline(const Attribute_Reader<Is>& state)
+    {
+        return std::strcmp(state.text(0), "Online") == 0;
+    }
 
     void add(const String& systemClass, const String& systemName, const char* name)
     {
@@ -74,9 +78,9 @@ class VRAX_ProtocolEndpoint_Provider::Endpoint_Writer
     }
 
     Map_Writer<VRAX_ProtocolEndpoint>& _map;
-    Sml_Batch _local;
-    Sml_Batch _remote;
-    Sml_Batch _attached;
+    Attribute_Reader<Is> _local{kLocalState};
+    Attribute_Reader<Is> _remote{kRemoteState};
+    Attribute_Reader<Is> _attached{kAttachedWwn};
     // Texts that the endpoints share.
     String _fabricWwn;
     const String _switchClass{"VRAX_FCSwitch"};
