@@ -56,10 +56,7 @@ class Composite_Provider_Base : public Map_Provider<PROVIDER, CLASS>
             return LOAD_FAILED;
         if (Base::maps().InstMapIsFresh(Base::kIndex))
             return LOAD_OK;
-        const Load_Status status = Base::rebuild();
-        if (status == LOAD_OK)
-            Base::maps().setBuiltFrom(Base::kIndex, endLoads());
-        return status;
+        return Base::rebuild(endLoads());
     }
 
   protected:

@@ -49,8 +49,7 @@ class Map_Provider
         trace(PROVIDER::kSource, __func__, __LINE__);
         MapWrLock writeLock(kIndex);
         MapRdLock readLock(kIndex);
-        maps().InstMapForceUnload(kIndex);
-        map().clear();
+        maps().InstMapClear(kIndex);
         return UNLOAD_OK;
     }
 
@@ -108,19 +107,18 @@ class Map_Provider
     static VRAX_Maps& maps() { return *VRAX_Maps::getInstance(); }
     static Inst_Map& map() { return maps().map<CLASS>(); }
 
-    // Empties and builds the map and records the outcome. The caller holds the write lock.
-    Load_Status rebuild()
+    // Empties and builds the map and records the outcome. The caller holds the write lock. `builtFrom`: a
+    // mark of the contents of other maps that this one is built from.
+    Load_Status rebuild(std::uint32_t builtFrom = 0)
     {
         Former_Instances former(map());
         self().unload();
-        const std::uint32_t forcedUnloads = maps().forcedUnloads(kIndex);
+        maps().InstMapLoadBegan(kIndex, builtFrom);
         try
         {
             Map_Writer<CLASS> writer(&former);
             self().build(writer);
             maps().InstMapLoadSetOK(kIndex);
-            if (maps().forcedUnloads(kIndex) != forcedUnloads)
-                maps().InstMapForceUnload(kIndex);
             return LOAD_OK;
         }
         catch (const VRAX_Except& failure)
@@ -226,9 +224,8 @@ class Map_Provider
         while (self().load() == LOAD_OK)
         {
             MapRdLock lock(kIndex);
-            Inst_Map& loaded = map();
-            if (loaded.complete())
-                return answer(loaded);
+            if (maps().InstMapIsComplete(kIndex))
+                return answer(map());
         }
     }
 };
