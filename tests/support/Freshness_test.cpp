@@ -97,7 +97,7 @@ TEST(Freshness, SurvivesTheWrapOfTheClock)
 // looks on never sees the map fresh after it.
 TEST(Freshness, AnOvertakenLoadIsNeverFreshNotForAnInstant)
 {
-    constexpr int kRounds = 5000;
+    constexpr int kRounds = 1000;
     Freshness map;
     std::atomic<int> began{0}, forced{0}, ended{0}, seen{0};
     std::atomic<int> wrong{0};
