@@ -339,7 +339,7 @@ std::vector<std::string> words(const char* text)
     return {std::istream_iterator<std::string>(stream), {}};
 }
 
-// By number. What other programs of the switch know the maps by, so that it must not change.
+// By number, without the prefix that most have.
 constexpr char kClasses[] =
     "Namespace ObjectManager CIMXMLCommunicationMechanism RegisteredProfile RegisteredSubProfile "
     "FCSwitchObjectManager NamespaceInManager CIMXMLCommMechanismForManager SubProfileRequiresProfile "
