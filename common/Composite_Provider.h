@@ -62,11 +62,8 @@ class Composite_Provider_Base : public Map_Provider<PROVIDER, CLASS>
             return LOAD_FAILED;
         if (Base::maps().InstMapIsFresh(Base::kIndex))
             return LOAD_OK;
-        const Load_Status status =
-            Base::rebuild(ends, [&](Map_Writer<CLASS>& map) { Base::self().buildFrom(map, ends); });
-        if (status == LOAD_OK)
-            Base::maps().setBuiltFrom(Base::kIndex, endLoads());
-        return status;
+        const auto build = [&](Map_Writer<CLASS>& map) { Base::self().buildFrom(map, ends); };
+        return Base::rebuild(ends, build, endLoads());
     }
 
   private:
@@ -144,6 +141,12 @@ class Composite_Provider_Base : public Map_Provider<PROVIDER, CLASS>
         return true;
     }
 };
+
+// The base of the provider of a registered class that is built from other registered classes.
+template <class CLASS, class... END_CLASSES>
+using Composite_Provider = Composite_Provider_Base<typename Registered<CLASS>::Provider,
+                                                   CLASS,
+                                                   typename Registered<END_CLASSES>::Provider...>;
 
 } // namespace cimple
 

@@ -128,10 +128,9 @@ class Map_Provider : public Provider_Base<PROVIDER, CLASS>
     Unload_Status unload()
     {
         trace(PROVIDER::kSource, __func__, __LINE__);
-        Write_Guard<CLASS> writing;
+        const Write_Guard<CLASS> writing;
         const Read_Guard<CLASS> reading;
-        maps().InstMapForceUnload(kIndex);
-        writing.map().clear();
+        maps().InstMapClear(kIndex);
         return UNLOAD_OK;
     }
 
@@ -161,29 +160,24 @@ class Map_Provider : public Provider_Base<PROVIDER, CLASS>
     static VRAX_Maps& maps() { return *VRAX_Maps::getInstance(); }
 
     // Empties the map, has build(Map_Writer<CLASS>&) fill it, and records the outcome. `guard` holds the
-    // write lock.
+    // write lock. `builtFrom`: a mark of the contents of other maps that this one is built from.
     template <class GUARD, class BUILD>
-    Load_Status rebuild(GUARD& guard, BUILD build)
+    Load_Status rebuild(GUARD& guard, BUILD build, std::uint32_t builtFrom = 0)
     {
         Former_Instances former(guard.map());
         self().unload();
-        const std::uint32_t forcedUnloads = maps().forcedUnloads(kIndex);
-        const Load_Status status = Operation<Load_Status>(PROVIDER::kSource, "load", LOAD_FAILED)
-                                       .run(
-                                           [&](auto&)
-                                           {
-                                               Map_Writer<CLASS> writer = guard.writer(&former);
-                                               build(writer);
-                                               return LOAD_OK;
-                                           });
-        if (status != LOAD_OK)
+        maps().InstMapLoadBegan(kIndex, builtFrom);
+        const auto body = [&](Operation<Load_Status>&)
         {
+            Map_Writer<CLASS> writer = guard.writer(&former);
+            build(writer);
+            return LOAD_OK;
+        };
+        const Load_Status status = Operation<Load_Status>(PROVIDER::kSource, "load", LOAD_FAILED).run(body);
+        if (status == LOAD_OK)
+            maps().InstMapLoadSetOK(kIndex);
+        else
             maps().InstMapLoadSetFailed(kIndex);
-            return status;
-        }
-        maps().InstMapLoadSetOK(kIndex);
-        if (maps().forcedUnloads(kIndex) != forcedUnloads)
-            maps().InstMapForceUnload(kIndex);
         return status;
     }
 
@@ -220,7 +214,7 @@ class Map_Provider : public Provider_Base<PROVIDER, CLASS>
         while (self().load() == LOAD_OK)
         {
             const Read_Guard<CLASS> reading;
-            if (reading.map().complete())
+            if (maps().InstMapIsComplete(kIndex))
                 return answer(reading.map());
         }
     }

@@ -13,8 +13,6 @@ namespace cimple
 namespace
 {
 
-constexpr std::uint32_t kMillisecondsPerTick = 100;
-constexpr std::uint32_t kFreshnessTicks = kFreshnessMilliseconds / kMillisecondsPerTick;
 constexpr char kInstanceIdPrefix[] = "VRAX:";
 
 std::uint64_t steadyMilliseconds()
@@ -60,33 +58,33 @@ void Association_Load_Mutex::unlock() VRAX_NO_THREAD_SAFETY_ANALYSIS
     pthread_mutex_unlock(&_mutex);
 }
 
-VRAX_Maps::Slot::Slot()
+Inst_Map& VRAX_Maps::Slot::map(const Meta_Class& metaClass)
 {
-    require(pthread_rwlock_init(&lock, nullptr), "instance map lock");
+    std::call_once(_once, [&] { _map.store(new Inst_Map(&metaClass)); });
+    return *_map.load();
 }
 
-VRAX_Maps::Slot::~Slot()
+void VRAX_Maps::Slot::clearMap()
 {
-    pthread_rwlock_destroy(&lock);
+    if (Inst_Map* const map = _map.load())
+        map->clear();
 }
 
 VRAX_Maps* VRAX_Maps::getInstance()
 {
-    static VRAX_Maps maps;
-    return &maps;
+    static VRAX_Maps* const maps = new VRAX_Maps;
+    return maps;
 }
 
 Inst_Map& VRAX_Maps::map(providerEnum_t idx, const Meta_Class& metaClass)
 {
-    Slot& target = slot(idx);
-    std::call_once(target.once, [&] { target.map = std::make_unique<Inst_Map>(&metaClass); });
-    return *target.map;
+    return slot(idx).map(metaClass);
 }
 
 int VRAX_Maps::rdLock(providerEnum_t idx)
 {
     lock_order::asking(lock_order::Lock::map(idx), lock_order::Mode::Read);
-    const int result = pthread_rwlock_rdlock(&slot(idx).lock);
+    const int result = slot(idx).lock.read();
     if (result == 0)
         lock_order::obtained(lock_order::Lock::map(idx), lock_order::Mode::Read);
     return result;
@@ -95,7 +93,7 @@ int VRAX_Maps::rdLock(providerEnum_t idx)
 int VRAX_Maps::wrLock(providerEnum_t idx)
 {
     lock_order::asking(lock_order::Lock::map(idx), lock_order::Mode::Write);
-    const int result = pthread_rwlock_wrlock(&slot(idx).lock);
+    const int result = slot(idx).lock.write();
     if (result == 0)
         lock_order::obtained(lock_order::Lock::map(idx), lock_order::Mode::Write);
     return result;
@@ -104,67 +102,74 @@ int VRAX_Maps::wrLock(providerEnum_t idx)
 void VRAX_Maps::unlock(providerEnum_t idx)
 {
     lock_order::released(lock_order::Lock::map(idx));
-    pthread_rwlock_unlock(&slot(idx).lock);
+    slot(idx).lock.unlock();
 }
 
 bool VRAX_Maps::InstMapIsFresh(providerEnum_t idx) const
 {
-    const std::uint32_t loadedAt = slot(idx).loadedAt.load();
-    return loadedAt != 0 && now() - loadedAt < kFreshnessTicks;
+    return slot(idx).freshness().isFresh(now());
+}
+
+bool VRAX_Maps::InstMapIsComplete(providerEnum_t idx) const
+{
+    return slot(idx).freshness().isComplete();
+}
+
+void VRAX_Maps::InstMapForceUnload(providerEnum_t idx)
+{
+    slot(idx).forceStale();
+}
+
+void VRAX_Maps::InstMapLoadBegan(providerEnum_t idx, std::uint32_t builtFrom)
+{
+    Slot& target = slot(idx);
+    target.lock.assertWriting(idx);
+    target.freshnessToWrite().loadBegan(builtFrom);
 }
 
 void VRAX_Maps::InstMapLoadSetOK(providerEnum_t idx)
 {
     Slot& target = slot(idx);
-    if (target.map)
-        target.map->setComplete(true);
-    target.loads.fetch_add(1);
-    target.loadedAt.store(now());
+    target.lock.assertWriting(idx);
+    target.freshnessToWrite().loadSucceeded(now());
 }
 
 void VRAX_Maps::InstMapLoadSetFailed(providerEnum_t idx)
 {
     Slot& target = slot(idx);
-    target.loadedAt.store(0);
-    if (target.map)
-        target.map->setComplete(false);
-}
-
-void VRAX_Maps::InstMapForceUnload(providerEnum_t idx)
-{
-    // Counted first: a load that misses the count has recorded its success already, and that ends here.
-    slot(idx).forcedUnloads.fetch_add(1);
-    slot(idx).loadedAt.store(0);
-}
-
-std::uint32_t VRAX_Maps::forcedUnloads(providerEnum_t idx) const
-{
-    return slot(idx).forcedUnloads.load();
+    target.lock.assertWriting(idx);
+    target.freshnessToWrite().loadFailed();
+    target.clearMap();
 }
 
 void VRAX_Maps::InstMapChanged(providerEnum_t idx)
 {
-    slot(idx).loads.fetch_add(1);
+    Slot& target = slot(idx);
+    target.lock.assertWriting(idx);
+    target.freshnessToWrite().changed();
+}
+
+void VRAX_Maps::InstMapClear(providerEnum_t idx)
+{
+    Slot& target = slot(idx);
+    target.lock.assertWriting(idx);
+    target.freshnessToWrite().cleared();
+    target.clearMap();
 }
 
 std::uint32_t VRAX_Maps::loadCount(providerEnum_t idx) const
 {
-    return slot(idx).loads.load();
+    return slot(idx).freshness().contents();
 }
 
 std::uint32_t VRAX_Maps::builtFrom(providerEnum_t idx) const
 {
-    return slot(idx).builtFrom.load();
+    return slot(idx).freshness().builtFrom();
 }
 
-void VRAX_Maps::setBuiltFrom(providerEnum_t idx, std::uint32_t mark)
+bool VRAX_Maps::checkFlags(std::uint32_t flags, Switch_Role role)
 {
-    slot(idx).builtFrom.store(mark);
-}
-
-bool VRAX_Maps::checkFlags(std::uint32_t flags)
-{
-    return (flags & 1U) != 0;
+    return role == Switch_Role::Domain || (flags & 1U) != 0;
 }
 
 String VRAX_Maps::formatInstanceID(const char* name)
@@ -174,12 +179,12 @@ String VRAX_Maps::formatInstanceID(const char* name)
     return id;
 }
 
-String VRAX_Maps::getNameFromInstanceID(const String& instanceId)
+std::optional<String> VRAX_Maps::getNameFromInstanceID(const String& instanceId)
 {
-    constexpr std::size_t prefixLength = sizeof(kInstanceIdPrefix) - 1;
-    if (std::strncmp(instanceId.c_str(), kInstanceIdPrefix, prefixLength) != 0)
-        return String();
-    return String(instanceId.c_str() + prefixLength);
+    const char* const colon = std::strrchr(instanceId.c_str(), ':');
+    if (colon == nullptr)
+        return std::nullopt;
+    return String(colon + 1);
 }
 
 void VRAX_Maps::useClock(Clock clock)
@@ -187,12 +192,10 @@ void VRAX_Maps::useClock(Clock clock)
     _clock.store(clock);
 }
 
-std::uint32_t VRAX_Maps::now() const
+std::uint64_t VRAX_Maps::now() const
 {
     const Clock clock = _clock.load();
-    const std::uint64_t milliseconds = clock ? clock() : steadyMilliseconds();
-    const auto ticks = static_cast<std::uint32_t>(milliseconds / kMillisecondsPerTick + 1);
-    return ticks != 0 ? ticks : 1;
+    return clock ? clock() : steadyMilliseconds();
 }
 
 } // namespace cimple

@@ -2,23 +2,29 @@
 #ifndef SUPPORT_VRAX_MAPS_H
 #define SUPPORT_VRAX_MAPS_H
 
+#include "support/Freshness.h"
 #include "support/Inst_Map.h"
+#include "support/Map_RwLock.h"
 #include "support/providerEnum.h"
 #include "support/thread_annotations.h"
 
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <memory>
 #include <mutex>
+#include <optional>
 
 #include <pthread.h>
 
 namespace cimple
 {
 
-// How long a loaded map is served before the switch is read again.
-constexpr std::uint32_t kFreshnessMilliseconds = 30000;
+// What the switch is for the fabric, of which the published profiles depend.
+enum class Switch_Role
+{
+    Domain,     // a domain of its own
+    Transparent // has no domain, and so no fabric, zoning or blades of its own
+};
 
 class VRAX_CAPABILITY("association-load mutex") Association_Load_Mutex
 {
@@ -41,6 +47,8 @@ class VRAX_CAPABILITY("association-load mutex") Association_Load_Mutex
 //
 // Lock order: association-load mutex, then maps by rank (maps.def), then the data cache's read lock. A thread
 // that holds a map lock must not ask for the association-load mutex unless it already holds it.
+//
+// Lives as long as the process and is never destroyed: requests may still be running while it exits.
 class VRAX_Maps
 {
   public:
@@ -57,35 +65,37 @@ class VRAX_Maps
         return map(Map_Index<CLASS>::value, CLASS::static_meta_class);
     }
 
-    // The map's read-write lock, the C library's default kind. Results are errno values, 0 when the lock was
-    // obtained. The thread that holds the write lock and asks again, for either, gets EDEADLK at once. A
-    // thread must not ask for the write lock while it holds the read lock: it would wait for itself.
+    // The map's lock (Map_RwLock), with the debug check of the lock order.
     int rdLock(providerEnum_t idx);
     int wrLock(providerEnum_t idx);
     void unlock(providerEnum_t idx);
+    Map_RwLock& lockOf(providerEnum_t idx) { return slot(idx).lock; }
 
     // True when the map may be served as it is: it was loaded less than kFreshnessMilliseconds ago and
     // nothing has made it stale since.
     bool InstMapIsFresh(providerEnum_t idx) const;
-    // Outcome of a load, recorded under the map's write lock.
+    // True when the map holds all that a load has brought (Freshness::isComplete).
+    bool InstMapIsComplete(providerEnum_t idx) const;
+    // Makes the map stale; what it holds stays until the next load. A load under way leaves the map stale.
+    // Needs no lock.
+    void InstMapForceUnload(providerEnum_t idx);
+
+    // For the thread that holds the map's write lock, which debug builds check. A load that began ends in one
+    // of the outcomes; a failed one empties the map. `builtFrom`: for a map built from other maps, a mark of
+    // their contents.
+    void InstMapLoadBegan(providerEnum_t idx, std::uint32_t builtFrom = 0);
     void InstMapLoadSetOK(providerEnum_t idx);
     void InstMapLoadSetFailed(providerEnum_t idx);
-    // Makes the map stale; what it holds stays until the next load. Needs no lock.
-    void InstMapForceUnload(providerEnum_t idx);
-    // Number of times the map was made stale in this way, modulo 2^32. When it changes during a load, the
-    // load has read part of the switch too early and must leave the map stale.
-    std::uint32_t forcedUnloads(providerEnum_t idx) const;
-
-    // Says that an instance of the map was changed in place, under the map's write lock. The map stays as
-    // fresh as it was; maps built from it notice by the count below.
+    // An instance of the map was replaced. The map stays as fresh as it was.
     void InstMapChanged(providerEnum_t idx);
+    // Empties the map, which is then stale.
+    void InstMapClear(providerEnum_t idx);
 
     // Number of successful loads and changes of the map, modulo 2^32: a different number means different
     // instances.
     std::uint32_t loadCount(providerEnum_t idx) const;
-    // For a map built from other maps: a mark of the contents it was built from, kept for its loader.
+    // The mark that the map's last load was given.
     std::uint32_t builtFrom(providerEnum_t idx) const;
-    void setBuiltFrom(providerEnum_t idx, std::uint32_t mark);
 
     // Held while the end maps of an association are brought up to date.
     Association_Load_Mutex& associationLoadMutex() VRAX_ANNOTATE(lock_returned(_associationLoadMutex))
@@ -93,40 +103,47 @@ class VRAX_Maps
         return _associationLoadMutex;
     }
 
-    // True when a row of the registered-profile tables with these flags is published: bit 0 is set.
-    static bool checkFlags(std::uint32_t flags);
+    // True when a row of the registered-profile tables with these flags is published by a switch of this
+    // role: a domain publishes every row, a transparent switch those with bit 0.
+    static bool checkFlags(std::uint32_t flags, Switch_Role role);
     // The InstanceID of a registered profile: "VRAX:" followed by its name.
     static String formatInstanceID(const char* name);
-    // The name in such an InstanceID; empty when `instanceId` has another form.
-    static String getNameFromInstanceID(const String& instanceId);
+    // The text after the last ":" of an InstanceID; none when there is no ":".
+    static std::optional<String> getNameFromInstanceID(const String& instanceId);
 
     // Replaces the clock behind freshness; null restores the system's monotonic clock.
     void useClock(Clock clock);
 
   private:
-    struct Slot
+    // One map with its lock and its freshness. Freshness is read, and staleness forced, without the lock;
+    // what else changes it is the writer's.
+    class Slot
     {
-        Slot();
-        ~Slot();
+      public:
+        Map_RwLock lock;
 
-        pthread_rwlock_t lock;
-        std::once_flag once;
-        std::unique_ptr<Inst_Map> map;
-        // Time of the last successful load in tenths of a second, never 0; 0 while the map is stale. 32 bits,
-        // because the target has no wider atomics; the distance to now stays right when the count wraps.
-        std::atomic<std::uint32_t> loadedAt{0};
-        std::atomic<std::uint32_t> loads{0};
-        std::atomic<std::uint32_t> forcedUnloads{0};
-        std::atomic<std::uint32_t> builtFrom{0};
+        const Freshness& freshness() const { return _freshness; }
+        void forceStale() { _freshness.forceStale(); }
+        Freshness& freshnessToWrite() VRAX_REQUIRES(lock) { return _freshness; }
+
+        Inst_Map& map(const Meta_Class& metaClass);
+        // Releases the instances; nothing when the map was never asked for.
+        void clearMap() VRAX_REQUIRES(lock);
+
+      private:
+        std::once_flag _once;
+        std::atomic<Inst_Map*> _map{nullptr};
+        Freshness _freshness;
     };
 
     VRAX_Maps() = default;
+    ~VRAX_Maps() = delete;
     VRAX_Maps(const VRAX_Maps&) = delete;
     VRAX_Maps& operator=(const VRAX_Maps&) = delete;
 
     Slot& slot(providerEnum_t idx) { return _slots[static_cast<std::size_t>(idx)]; }
     const Slot& slot(providerEnum_t idx) const { return _slots[static_cast<std::size_t>(idx)]; }
-    std::uint32_t now() const;
+    std::uint64_t now() const;
 
     std::array<Slot, kMapCount> _slots;
     Association_Load_Mutex _associationLoadMutex;

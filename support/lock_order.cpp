@@ -2,9 +2,9 @@
 #include "support/lock_order.h"
 
 #ifdef VRAX_LOCK_CHECKS
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <vector>
 #endif
 
 namespace cimple
@@ -23,13 +23,26 @@ const char* Lock::name() const
 namespace
 {
 
+// Room for every lock of the longest load, entered again and again.
+constexpr std::size_t kMostHeld = 64;
+
 struct Held
 {
-    Lock lock;
-    Mode mode;
+    Lock lock = Lock::dataCache();
+    Mode mode = Mode::Read;
 };
 
-thread_local std::vector<Held> heldByThread;
+// Without a destructor: a thread may still ask for locks while its process exits.
+struct Held_Locks
+{
+    Held* begin() { return locks; }
+    Held* end() { return locks + count; }
+
+    Held locks[kMostHeld];
+    std::size_t count = 0;
+};
+
+thread_local Held_Locks heldByThread;
 
 [[noreturn]] void stop(Lock asked, Lock held, const char* why)
 {
@@ -41,39 +54,63 @@ thread_local std::vector<Held> heldByThread;
 
 void asking(Lock lock, Mode mode)
 {
-    for (const Held& held : heldByThread)
+    bool held = false;
+    bool writing = false;
+    for (const Held& one : heldByThread)
     {
-        if (!(held.lock == lock))
-            continue;
-        // The writer of a map gets an error at once; the mutex and the data cache count their owner's
-        // requests; several read locks of one thread are legal. Only turning a read lock into a write lock
-        // waits for ever, for the thread itself.
-        if (lock.isMap() && held.mode == Mode::Read && mode == Mode::Write)
-            stop(lock, held.lock, "a read lock cannot become a write lock");
+        held = held || one.lock == lock;
+        writing = writing || (one.lock == lock && one.mode == Mode::Write);
+    }
+    // The writer of a map gets an error at once; the mutex and the data cache count their owner's requests.
+    // The reader of a map would wait for ever: for itself when it asks to write, and else for a writer that
+    // came in between and waits for it.
+    if (held)
+    {
+        if (lock.isMap() && !writing)
+        {
+            stop(lock,
+                 lock,
+                 mode == Mode::Write ? "a read lock cannot become a write lock"
+                                     : "a writer that waits would stop the second read lock");
+        }
         return;
     }
-    for (const Held& held : heldByThread)
+    for (const Held& one : heldByThread)
     {
-        if (held.lock.rank() >= lock.rank())
-            stop(lock, held.lock, "the locks must be taken in the opposite order or never together");
+        if (one.lock.rank() >= lock.rank())
+            stop(lock, one.lock, "the locks must be taken in the opposite order or never together");
     }
 }
 
 void obtained(Lock lock, Mode mode)
 {
-    heldByThread.push_back({lock, mode});
+    if (heldByThread.count == kMostHeld)
+        stop(lock, lock, "this thread never gives back its locks");
+    heldByThread.locks[heldByThread.count++] = {lock, mode};
 }
 
 void released(Lock lock)
 {
-    for (auto held = heldByThread.rbegin(); held != heldByThread.rend(); ++held)
+    for (std::size_t i = heldByThread.count; i > 0; --i)
     {
-        if (held->lock == lock)
+        if (heldByThread.locks[i - 1].lock == lock)
         {
-            heldByThread.erase(std::next(held).base());
+            std::copy(heldByThread.locks + i, heldByThread.end(), heldByThread.locks + i - 1);
+            --heldByThread.count;
             return;
         }
     }
+}
+
+void requireWriting(Lock lock)
+{
+    for (const Held& one : heldByThread)
+    {
+        if (one.lock == lock && one.mode == Mode::Write)
+            return;
+    }
+    std::fprintf(stderr, "lock order: the map of %s is changed without its write lock\n", lock.name());
+    std::abort();
 }
 #endif
 

@@ -45,10 +45,13 @@ void asking(Lock lock, Mode mode);
 // The calling thread has obtained / has given back the lock.
 void obtained(Lock lock, Mode mode);
 void released(Lock lock);
+// The calling thread changes what the lock guards: stops the program unless it holds it for writing.
+void requireWriting(Lock lock);
 #else
 inline void asking(Lock, Mode) {}
 inline void obtained(Lock, Mode) {}
 inline void released(Lock) {}
+inline void requireWriting(Lock) {}
 #endif
 
 } // namespace lock_order

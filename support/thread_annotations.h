@@ -15,6 +15,7 @@
 #define VRAX_RELEASE(...) VRAX_ANNOTATE(release_capability(__VA_ARGS__))
 #define VRAX_EXCLUDES(...) VRAX_ANNOTATE(locks_excluded(__VA_ARGS__))
 #define VRAX_REQUIRES(...) VRAX_ANNOTATE(requires_capability(__VA_ARGS__))
+#define VRAX_ASSERT_CAPABILITY(x) VRAX_ANNOTATE(assert_capability(x))
 #define VRAX_NO_THREAD_SAFETY_ANALYSIS VRAX_ANNOTATE(no_thread_safety_analysis)
 
 #endif

@@ -14,6 +14,7 @@ constexpr std::size_t kPortCounts[] = {15, 153, 1536};
 void benchMaps();
 void benchLoads();
 void benchTopology();
+void benchWaiting();
 void benchDispatch();
 // `buildDir` holds share/cimd/ and the module in lib/.
 void benchCmpi(const std::string& buildDir);

@@ -22,6 +22,7 @@ int main(int argc, char** argv)
         bench::benchMaps();
         bench::benchLoads();
         bench::benchTopology();
+        bench::benchWaiting();
         bench::benchDispatch();
         bench::benchCmpi(argv[1]);
     }

@@ -57,6 +57,12 @@ TEST(LockOrderDeathTest, StopsInversionsWithBothNames)
          "a read lock cannot become a write lock"},
         {[]
          {
+             maps().rdLock(VRAX_Namespace_Idx);
+             maps().rdLock(VRAX_Namespace_Idx);
+         },
+         "VRAX_Namespace asked for while holding VRAX_Namespace: a writer that waits"},
+        {[]
+         {
              maps().wrLock(VRAX_Namespace_Idx);
              maps().associationLoadMutex().lock();
          },
@@ -81,6 +87,7 @@ TEST(LockOrder, LetsTheGivenOrderAndNestedAttemptsThrough)
     // A nested load asks again for what this thread holds, mutex included.
     maps().associationLoadMutex().lock();
     EXPECT_NE(maps().wrLock(VRAX_ObjectManager_Idx), 0);
+    EXPECT_NE(maps().rdLock(VRAX_ObjectManager_Idx), 0);
     maps().associationLoadMutex().unlock();
     maps().associationLoadMutex().unlock();
     holdDataCache();

@@ -1,0 +1,67 @@
+// The maps that the load of each association locks, in order: what keeps loads of different classes from
+// waiting for each other for ever.
+#include "common/Composite_Provider.h"
+#include "providers_includes.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace cimple
+{
+namespace
+{
+
+template <class PROVIDER>
+auto locksOf(int) -> decltype(PROVIDER::lockList(), std::vector<int>())
+{
+    constexpr Map_List list = PROVIDER::lockList();
+    std::vector<int> maps;
+    for (std::size_t i = 0; i < list.size(); ++i)
+        maps.push_back(list[i]);
+    return maps;
+}
+// Other classes lock their own map only, if they have one.
+template <class PROVIDER>
+std::vector<int> locksOf(...)
+{
+    return {};
+}
+
+TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
+{
+    const std::map<std::string, std::vector<int>> expected = {
+        {"VRAX_ActiveConnection", {76, 72}},
+        {"VRAX_CIMXMLCommMechanismForManager", {7, 1, 2}},
+        {"VRAX_ContainedDomain", {77, 66, 67}},
+        {"VRAX_DeviceSAPImplementation", {78, 69, 72}},
+        {"VRAX_FCSwitchCIMXMLCommMechanism", {12, 70, 2}},
+        {"VRAX_FCSwitchFCPort", {84, 70, 69}},
+        {"VRAX_FCSwitchObjectManager", {5, 70, 1}},
+        {"VRAX_FCSwitchProtocolEndPoint", {85, 70, 72}},
+        {"VRAX_FabricFCNode", {79, 67, 68}},
+        {"VRAX_FabricFCPort", {80, 67, 69}},
+        {"VRAX_FabricFCSwitch", {81, 67, 70}},
+        {"VRAX_FabricLogicalNetwork", {82, 67, 71}},
+        {"VRAX_FabricProtocolEndPoint", {83, 67, 72}},
+        {"VRAX_MemberOfFCNode", {87, 68, 69}},
+        {"VRAX_MemberOfLogicalNetwork", {86, 71, 72}},
+        {"VRAX_NamespaceInManager", {6, 1, 0}},
+    };
+    std::size_t found = 0;
+#define VRAX_PROVIDER(kind, folder, cls)                                                                     \
+    {                                                                                                        \
+        const std::vector<int> locks = locksOf<cls##_Provider>(0);                                           \
+        const auto row = expected.find(#cls);                                                                \
+        found += row != expected.end();                                                                      \
+        EXPECT_EQ(locks, row != expected.end() ? row->second : std::vector<int>()) << #cls;                  \
+    }
+#include "common/providers.def"
+#undef VRAX_PROVIDER
+    EXPECT_EQ(found, expected.size());
+}
+
+} // namespace
+} // namespace cimple
