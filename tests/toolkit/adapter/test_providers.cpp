@@ -301,11 +301,15 @@ TEST_PROC(Demo_Rack)
 TEST_PROC(Demo_SensorInRack)
 TEST_PROC(Demo_SensorAlert)
 
-CIMPLE_MODULE(Adapter_Test_Module);
-CIMPLE_CLASS_DEPENDENCY(Demo_Limits);
+// A semicolon may follow each of these or not.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic error "-Wpedantic"
+// clang-format off
+CIMPLE_MODULE(Adapter_Test_Module)
+CIMPLE_CLASS_DEPENDENCY(Demo_Limits)
 
-CIMPLE_INSTANCE_PROVIDER(Demo_Rack_Provider);
-CIMPLE_PROVIDER(Demo_Element_Provider);
+CIMPLE_INSTANCE_PROVIDER(Demo_Rack_Provider)
+CIMPLE_PROVIDER(Demo_Element_Provider)
 CIMPLE_PROVIDER(Demo_Sensor_Provider);
 CIMPLE_PROVIDER(Demo_Everything_Provider);
 CIMPLE_PROVIDER(Demo_Lab_Provider);
@@ -314,18 +318,20 @@ CIMPLE_PROVIDER(Demo_RackAboveRack_Provider);
 CIMPLE_PROVIDER(Demo_Dependency_Provider);
 CIMPLE_INDICATION_PROVIDER(Demo_SensorAlert_Provider);
 
-CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Rack_Provider);
-CIMPLE_CMPI_INSTANCE_PROVIDER2(Demo_Rack_Provider, Demo_Rack);
+CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Rack_Provider)
+CIMPLE_CMPI_INSTANCE_PROVIDER2(Demo_Rack_Provider, Demo_Rack)
 CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Element_Provider);
 CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Sensor_Provider);
 CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Everything_Provider);
 CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Lab_Provider);
-CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_SensorInRack_Provider);
+CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_SensorInRack_Provider)
 CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_RackAboveRack_Provider);
-CIMPLE_CMPI_ASSOCIATION_PROVIDER2(Demo_RackAboveRack_Provider, Demo_RackAboveRack);
+CIMPLE_CMPI_ASSOCIATION_PROVIDER2(Demo_RackAboveRack_Provider, Demo_RackAboveRack)
 CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_Dependency_Provider);
-CIMPLE_CMPI_INDICATION_PROVIDER(Demo_SensorAlert_Provider);
-CIMPLE_CMPI_INDICATION_PROVIDER2(Demo_SensorAlert_Provider, Demo_SensorAlert);
+CIMPLE_CMPI_INDICATION_PROVIDER(Demo_SensorAlert_Provider)
+CIMPLE_CMPI_INDICATION_PROVIDER2(Demo_SensorAlert_Provider, Demo_SensorAlert)
+// clang-format on
+#pragma GCC diagnostic pop
 
 namespace adapter_test
 {
