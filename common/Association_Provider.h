@@ -17,7 +17,7 @@ namespace cimple
 // or joinFirstWithEach(), joinEqual(), or join(map, a, b) for each pair.
 //
 // Requests for associators and references are not supported here: the adapter answers them from the
-// association instances, each of which carries clones of both its ends.
+// association instances, each of which shares both its ends with the maps of their classes.
 template <class PROVIDER, class CLASS, class... END_PROVIDERS>
 class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS, END_PROVIDERS...>
 {
@@ -47,8 +47,9 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
     }
 
   protected:
-    // A new association instance between clones of the two instances; the caller may fill further properties
-    // before it inserts it. Never null: throws, in the name of the caller's line, when it cannot be created.
+    // A new association instance between the two instances, which it shares; the caller may fill further
+    // properties before it inserts it. Never null: throws, in the name of the caller's line, when it cannot
+    // be created.
     static Owned<CLASS> pair(const Instance* first, const Instance* second, int line = __builtin_LINE())
     {
         Owned<CLASS> association = makeWithDefaults<CLASS>();
@@ -65,8 +66,8 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
         return association;
     }
 
-    // Sets both references of an association to clones of the two instances. For loads that create their
-    // instances themselves.
+    // Sets both references of an association to the two instances, which it shares. For loads that create
+    // their instances themselves.
     static void
     refer(CLASS& association, const Instance* first, const Instance* second, int line = __builtin_LINE())
     {
@@ -136,9 +137,8 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
     template <class REFERENCED>
     static void setReference(REFERENCED*& reference, const Instance* target, int line)
     {
-        Owned<Instance> copy(clone(target));
-        reference = cast<REFERENCED*>(copy.get());
-        if (reference == nullptr)
+        REFERENCED* const shared = cast<REFERENCED*>(target);
+        if (shared == nullptr)
         {
             throw VRAX_Except(PROVIDER::kSource,
                               "load",
@@ -148,7 +148,8 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
                               CLASS::static_meta_class.name,
                               target->meta_class->name);
         }
-        copy.release();
+        ref(shared);
+        reference = shared;
     }
 };
 
