@@ -222,14 +222,17 @@ Instance* Class_Plan::duplicate(const Instance* instance) const
     for (const uint32 offset : _datetimes)
         new (member<Datetime>(to, offset)) Datetime(*member<Datetime>(instance, offset));
     for (const Array_Plan& array : _arrays)
-        array.ops->construct(member<void>(to, array.offset));
+        *member<void*>(to, array.offset) = nullptr;
     for (const uint32 offset : _refs)
         *member<Instance*>(to, offset) = nullptr;
     for (const uint32 offset : _array_refs)
         new (member<Array_Instance>(to, offset)) Array_Instance();
 
     for (const Array_Plan& array : _arrays)
-        array.ops->assign(member<void>(to, array.offset), member<void>(instance, array.offset));
+    {
+        if (*member<void*>(instance, array.offset))
+            array.ops->assign(member<void>(to, array.offset), member<void>(instance, array.offset));
+    }
     for (const uint32 offset : _refs)
         *member<Instance*>(to, offset) = clone_or_null(*member<Instance*>(instance, offset));
     for (const uint32 offset : _array_refs)
@@ -244,7 +247,10 @@ void Class_Plan::dispose(Instance* instance) const
     for (const uint32 offset : _datetimes)
         member<Datetime>(instance, offset)->~Datetime();
     for (const Array_Plan& array : _arrays)
-        array.ops->destroy(member<void>(instance, array.offset));
+    {
+        if (*member<void*>(instance, array.offset))
+            array.ops->destroy(member<void>(instance, array.offset));
+    }
     for (const uint32 offset : _refs)
         unref(*member<Instance*>(instance, offset));
     for (const uint32 offset : _array_refs)

@@ -31,6 +31,7 @@ void Script::reset()
     disable = nullptr;
     keepHandler = false;
     instances.clear();
+    inMap = false;
     nativeAssociators = nativeReferences = nullptr;
     method = nullptr;
     loads = unloads = enumerations = handed = 0;
@@ -94,6 +95,8 @@ class Scripted
     {
         enter(model, nullptr);
         _script.enumerations++;
+        if (_script.inMap)
+            return fromMap(model, handler);
         for (Ref<Instance>& instance : _script.instances)
         {
             ref(instance.ptr());
@@ -102,6 +105,20 @@ class Scripted
                 break;
         }
         return static_cast<Enum_Instances_Status>(_script.status);
+    }
+
+    Enum_Instances_Status fromMap(const C* model, Enum_Instances_Handler<C>* handler)
+    {
+        Instance_Map<C> map;
+        for (Ref<Instance> instance : _script.instances)
+            map.insert(static_cast<C*>(instance.steal()));
+        const auto proc = [](Instance* instance, Enum_Instances_Status, void* to)
+        {
+            script(C::static_meta_class.name).handed++;
+            return static_cast<Enum_Instances_Handler<C>*>(to)->handle(static_cast<C*>(instance));
+        };
+        Enum_Instances_Handler<C> counting(proc, handler);
+        return map.enum_instances(model, &counting);
     }
 
     Create_Instance_Status create_instance(C* instance)
