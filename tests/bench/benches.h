@@ -15,8 +15,10 @@ void benchMaps();
 void benchLoads();
 void benchTopology();
 void benchDispatch();
+void benchToolkit();
 // `buildDir` holds share/cimd/ and the module in lib/.
 void benchCmpi(const std::string& buildDir);
+void benchAssociations(const std::string& buildDir);
 
 } // namespace bench
 
