@@ -16,7 +16,7 @@ namespace cimple
 // A pair whose keys are already there is dropped, unless PROVIDER has a kInsertionFailed.
 //
 // Requests for associators and references are not supported here: the adapter answers them from the
-// association instances, each of which refers to both its ends.
+// association instances, each of which shares both its ends with the maps of their classes.
 template <class PROVIDER, class CLASS, auto FIRST_ROLE, auto SECOND_ROLE, class... END_PROVIDERS>
 class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS, END_PROVIDERS...>
 {

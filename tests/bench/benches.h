@@ -16,8 +16,10 @@ void benchLoads();
 void benchTopology();
 void benchWaiting();
 void benchDispatch();
+void benchToolkit();
 // `buildDir` holds share/cimd/ and the module in lib/.
 void benchCmpi(const std::string& buildDir);
+void benchAssociations(const std::string& buildDir);
 
 } // namespace bench
 

@@ -19,12 +19,14 @@ int main(int argc, char** argv)
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
     try
     {
+        bench::benchToolkit();
         bench::benchMaps();
         bench::benchLoads();
         bench::benchTopology();
         bench::benchWaiting();
         bench::benchDispatch();
         bench::benchCmpi(argv[1]);
+        bench::benchAssociations(argv[1]);
     }
     catch (const std::exception& failure)
     {

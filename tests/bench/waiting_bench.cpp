@@ -67,8 +67,11 @@ Owned<VRAX_FCPort> localPort()
 {
     std::vector<Owned<VRAX_FCPort>> ports;
     enumerate<VRAX_FCPort_Provider>();
-    for (const VRAX_FCPort* port : Map_View<VRAX_FCPort>())
-        ports.emplace_back(static_cast<VRAX_FCPort*>(clone(port)));
+    {
+        const Read_Guard<VRAX_FCPort> guard;
+        for (const VRAX_FCPort* port : guard.view())
+            ports.emplace_back(static_cast<VRAX_FCPort*>(clone(port)));
+    }
     VRAX_FCPort_Provider provider;
     for (Owned<VRAX_FCPort>& port : ports)
     {

@@ -2,6 +2,7 @@
 #include "Call.h"
 #include "ResultSink.h"
 #include "Scalars.h"
+#include <cimple/Narrowing.h>
 #include <cmpimacs.h>
 
 namespace cimple_cmpi
@@ -52,8 +53,7 @@ bool canConnect(const Meta_Class* association,
         const Meta_Reference* mr = as_reference(feature);
         if (!mr || mr->subscript != 0)
             continue;
-        source =
-            source || ((role.empty() || role.equali(mr->name)) && is_subclass(mr->meta_class, sourceClass));
+        source = source || may_play(mr, sourceClass, role.c_str());
         result = result || resultRole.empty() || resultRole.equali(mr->name);
     }
     return source && result;
@@ -98,8 +98,9 @@ void findAssociators(Call& call, const Request& request, ResultSink& sink)
     if (status != ENUM_ASSOCIATORS_UNSUPPORTED)
         return checkProvider(status);
 
-    const Ref<Instance> model(create(call.providerClass()));
+    Ref<Instance> model(create(call.providerClass()));
     nullify_non_keys(model.ptr());
+    narrow(model.ptr(), request.source.ptr(), request.role.c_str());
     AssociatorSearch search = {request, sink};
     checkProvider(provider.enum_instances(model.ptr(), followAssociation, &search));
 }

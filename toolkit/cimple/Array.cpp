@@ -7,7 +7,7 @@ Array_Base::Rep* Array_Base::allocate(size_t capacity, size_t element_size)
 {
     if (capacity > (SIZE_MAX - sizeof(Rep)) / element_size)
         throw std::bad_alloc();
-    return new (::operator new(sizeof(Rep) + capacity * element_size)) Rep{0, capacity};
+    return new (::operator new(sizeof(Rep) + capacity * element_size)) Rep{0, capacity, 0};
 }
 
 void Array_Base::release(Rep* rep)

@@ -26,10 +26,13 @@ class CIMPLE_CIMPLE_LINKAGE Array_Base
   protected:
     static const size_t kMinCapacity = 8;
 
+    // The head of a block that goes on with room for `capacity` elements. The first `gap` of them are unused:
+    // removal at the front leaves the rest where it is.
     struct alignas(8) Rep
     {
         size_t size;
         size_t capacity;
+        size_t gap;
     };
 
     Array_Base() : _rep(nullptr) {}
@@ -78,16 +81,16 @@ class Array : public Array_Base
         swap(copy);
     }
 
-    const T* data() const { return elements(_rep); }
-    T* data() { return elements(_rep); }
+    const T* data() const { return first(_rep); }
+    T* data() { return first(_rep); }
     T& operator[](size_t pos) { return data()[pos]; }
     const T& operator[](size_t pos) const { return data()[pos]; }
 
     // Never shrinks.
     void reserve(size_t capacity)
     {
-        if (capacity > this->capacity())
-            reallocate(capacity);
+        if (!fits(capacity) && capacity > size())
+            reallocate(std::max(capacity, this->capacity()));
     }
 
     // New elements are zero, false, empty or null.
@@ -130,16 +133,26 @@ class Array : public Array_Base
     void prepend(const T* data, size_t n) { insert(0, data, n); }
     void prepend(const T& x) { insert(0, std::addressof(x), 1); }
 
-    // The order of the rest stays.
+    // The order of the rest stays. The shorter side closes the gap, so that removal at either end does not
+    // depend on the size.
     void remove(size_t pos, size_t n)
     {
         if (n == 0)
             return;
         T* const first = data();
         T* const last = first + size();
-        T* const new_last = std::move(first + pos + n, last, first + pos);
-        std::destroy(new_last, last);
+        T* const removed = first + pos;
+        if (removed - first < last - (removed + n))
+        {
+            std::move_backward(first, removed, removed + n);
+            std::destroy_n(first, n);
+            _rep->gap += n;
+        }
+        else
+            std::destroy(std::move(removed + n, last, removed), last);
         _rep->size -= n;
+        if (_rep->size == 0)
+            _rep->gap = 0;
     }
     void remove(size_t pos) { remove(pos, 1); }
 
@@ -175,8 +188,9 @@ class Array : public Array_Base
     static T* elements(Rep* rep)
     {
         static_assert(alignof(T) <= alignof(Rep), "elements follow the representation's head");
-        return rep ? reinterpret_cast<T*>(rep + 1) : nullptr;
+        return reinterpret_cast<T*>(rep + 1);
     }
+    static T* first(Rep* rep) { return rep ? elements(rep) + rep->gap : nullptr; }
 
     template <class... Ts>
     static Array make_from(const Ts&... xs)
@@ -193,10 +207,28 @@ class Array : public Array_Base
         return _rep && !before(element, data()) && before(element, data() + size());
     }
 
+    bool fits(size_t size) const { return _rep && _rep->gap + size <= _rep->capacity; }
+
+    // Moves elements only after as many additions or removals as there are elements to move.
     void make_room(size_t size)
     {
-        if (size > capacity())
-            reallocate(grown(size));
+        if (fits(size))
+            return;
+        if (size <= capacity() && _rep->gap >= capacity() / 2)
+            close_gap();
+        else
+            reallocate(grown(std::max(size, capacity() + 1)));
+    }
+
+    void close_gap()
+    {
+        T* const from = data();
+        T* const to = elements(_rep);
+        const size_t apart = std::min(size(), _rep->gap); // the rest is moved onto elements
+        std::uninitialized_move_n(from, apart, to);
+        std::move(from + apart, from + size(), to + apart);
+        std::destroy(std::max(from, to + size()), from + size());
+        _rep->gap = 0;
     }
 
     void reallocate(size_t capacity)

@@ -1,6 +1,7 @@
 // Following associations from the references that association instances carry.
 #include <bitset>
 #include <cimple/Features.h>
+#include <cimple/Narrowing.h>
 #include <cimple/Strings.h>
 
 CIMPLE_NAMESPACE_BEGIN
@@ -103,6 +104,26 @@ bool is_reference_of(const Instance* instance, const Instance* reference, const 
             return true;
     }
     return false;
+}
+
+bool may_play(const Meta_Reference* reference, const Meta_Class* object_class, const char* role)
+{
+    return reference->subscript == 0 && matches(role, reference->name) &&
+           is_subclass(reference->meta_class, object_class);
+}
+
+void narrow(Instance* model, const Instance* source, const char* role)
+{
+    for (const Meta_Feature* mf : features_of(model->meta_class))
+    {
+        const Meta_Reference* const mr = as_reference(mf);
+        if (!mr || mr->subscript != 0)
+            continue;
+        Instance* const object =
+            may_play(mr, source->meta_class, role) ? const_cast<Instance*>(source) : nullptr;
+        ref(object);
+        unref(std::exchange(__ref_of(model, mr), object));
+    }
 }
 
 CIMPLE_NAMESPACE_END

@@ -72,6 +72,13 @@ sint64 wall_from_fields(
     return make_usec(timegm(&fields), usec);
 }
 
+// No calendar has the date 0000/00/00. Its fields are kept as those of the day to which it leads when the
+// calendar is followed back; no text gives that day otherwise, as its year has no four digits.
+bool is_date_of_zeros(const struct tm& fields)
+{
+    return fields.tm_year == -1 - 1900 && fields.tm_mon == 10 && fields.tm_mday == 30;
+}
+
 uint64 interval_usec(uint64 days, uint64 hours, uint64 minutes, uint64 seconds, uint64 microseconds)
 {
     return days * Datetime::DAY + hours * Datetime::HOUR + minutes * Datetime::MIN + seconds * Datetime::SEC +
@@ -237,9 +244,10 @@ void Datetime::get_timestamp(uint32& year,
     const time_t wall_seconds = whole_seconds(wall);
     struct tm fields = {};
     gmtime_r(&wall_seconds, &fields);
-    year = static_cast<uint32>(fields.tm_year + 1900);
-    month = static_cast<uint32>(fields.tm_mon + 1);
-    day = static_cast<uint32>(fields.tm_mday);
+    const bool zeros = is_date_of_zeros(fields);
+    year = zeros ? 0 : static_cast<uint32>(fields.tm_year + 1900);
+    month = zeros ? 0 : static_cast<uint32>(fields.tm_mon + 1);
+    day = zeros ? 0 : static_cast<uint32>(fields.tm_mday);
     hours = static_cast<uint32>(fields.tm_hour);
     minutes = static_cast<uint32>(fields.tm_min);
     seconds = static_cast<uint32>(fields.tm_sec);

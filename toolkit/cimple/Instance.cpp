@@ -1,6 +1,5 @@
 // The life of instances: creation, copies, reference counts, destruction.
-#include <cimple/Features.h>
-#include <cimple/Value_Ops.h>
+#include <cimple/Class_Plan.h>
 #include <memory>
 
 CIMPLE_NAMESPACE_BEGIN
@@ -29,42 +28,6 @@ struct Owned_Refs
 
     Array_Instance refs;
 };
-
-bool is_method(const Meta_Class* mc)
-{
-    return (mc->flags & CIMPLE_FLAG_METHOD) != 0;
-}
-
-size_t size_of(const Meta_Class* mc)
-{
-    return is_method(mc) ? reinterpret_cast<const Meta_Method*>(mc)->size : mc->size;
-}
-
-// An instance whose members are all constructed: zero or empty and not null.
-Owner create_blank(const Meta_Class* mc)
-{
-    const size_t size = size_of(mc);
-    void* const memory = ::operator new(size);
-    memset(memory, 0, size);
-    Instance* const instance = new (memory) Instance();
-    instance->__magic = CIMPLE_INSTANCE_MAGIC;
-    Atomic_create(&instance->__refs, 1);
-    instance->meta_class = mc;
-
-    for (const Meta_Feature* mf : features_of(mc))
-    {
-        if (const Meta_Property* mp = as_property(mf))
-            value_ops(mp).construct(__property_of(instance, mp));
-        else if (const Meta_Reference* mr = as_reference(mf))
-        {
-            if (mr->subscript == 0)
-                __ref_of(instance, mr) = nullptr;
-            else
-                new (&__array_ref_of(instance, mr)) Property<Array_Instance>();
-        }
-    }
-    return Owner(instance);
-}
 
 void copy_property(Instance* dest, const Instance* src, const Meta_Property* mp)
 {
@@ -131,22 +94,8 @@ bool same_class(const Instance* dest, const Instance* src)
 
 Instance* create(const Meta_Class* meta_class, bool defaults)
 {
-    Owner instance = create_blank(meta_class);
-    if (defaults)
-    {
-        for (const Meta_Feature* mf : features_of(meta_class))
-        {
-            const Meta_Property* const mp = as_property(mf);
-            if (!mp)
-                continue;
-            void* const field = __property_of(instance.get(), mp);
-            if (mp->value)
-                value_ops(mp).set_default(field, mp->value);
-            else
-                null_of(mp, field) = 1;
-        }
-    }
-    return instance.release();
+    const Class_Plan& plan = plan_of(meta_class);
+    return defaults ? plan.make_default() : plan.make_blank(meta_class);
 }
 
 Instance* create(const Meta_Method* meta_method)
@@ -158,26 +107,7 @@ void destroy(Instance* instance)
 {
     CIMPLE_ASSERT(instance->__magic == CIMPLE_INSTANCE_MAGIC);
     CIMPLE_ASSERT(Atomic_get(&instance->__refs) <= 1);
-    for (const Meta_Feature* mf : features_of(instance->meta_class))
-    {
-        if (const Meta_Property* mp = as_property(mf))
-            value_ops(mp).destroy(__property_of(instance, mp));
-        else if (const Meta_Reference* mr = as_reference(mf))
-        {
-            if (mr->subscript == 0)
-                unref(__ref_of(instance, mr));
-            else
-            {
-                Property<Array_Instance>& refs = __array_ref_of(instance, mr);
-                Owned_Refs released;
-                released.refs.swap(refs.value);
-                refs.~Property();
-            }
-        }
-    }
-    instance->__magic = 0;
-    instance->~Instance();
-    ::operator delete(instance);
+    plan_of(instance->meta_class).dispose(instance);
 }
 
 void destroyer(Instance* instance)
@@ -188,17 +118,16 @@ void destroyer(Instance* instance)
 
 Instance* clone(const Instance* instance)
 {
-    Owner copied = create_blank(instance->meta_class);
-    copied->__name_space = instance->__name_space;
-    copy(copied.get(), instance);
-    return copied.release();
+    return plan_of(instance->meta_class).duplicate(instance);
 }
 
 Instance* key_clone(const Instance* instance)
 {
-    Owner copied = create_blank(instance->meta_class);
+    const Class_Plan& plan = plan_of(instance->meta_class);
+    Owner copied(plan.make_blank(instance->meta_class));
     nullify_properties(copied.get());
-    copy_keys(copied.get(), instance);
+    for (const Key_Plan& key : plan.keys())
+        copy_feature(copied.get(), instance, key.feature);
     return copied.release();
 }
 
@@ -210,7 +139,8 @@ void ref(const Instance* instance)
 
 void unref(const Instance* instance)
 {
-    if (instance && Atomic_dec_and_test(&instance->__refs))
+    // Counting down is spared where nobody else could count.
+    if (instance && (Atomic_get(&instance->__refs) == 1 || Atomic_dec_and_test(&instance->__refs)))
         destroy(const_cast<Instance*>(instance));
 }
 
@@ -262,11 +192,8 @@ void copy_keys(Instance* dest, const Instance* src)
 {
     if (dest == src || !same_class(dest, src))
         return;
-    for (const Meta_Feature* mf : features_of(src->meta_class))
-    {
-        if (is_key(mf))
-            copy_feature(dest, src, mf);
-    }
+    for (const Key_Plan& key : plan_of(src->meta_class).keys())
+        copy_feature(dest, src, key.feature);
 }
 
 CIMPLE_NAMESPACE_END

@@ -1,5 +1,6 @@
 // Comparing instances: by keys, in full, and by class.
-#include <cimple/Features.h>
+#include <algorithm>
+#include <cimple/Class_Plan.h>
 
 CIMPLE_NAMESPACE_BEGIN
 
@@ -32,9 +33,8 @@ bool refs_equal(
     return true;
 }
 
-bool key_feature_eq(const Instance* a, const Meta_Feature* fa, const Instance* b)
+bool key_feature_eq(const Instance* a, const Meta_Feature* fa, const Instance* b, const Meta_Feature* fb)
 {
-    const Meta_Feature* const fb = find_counterpart(b->meta_class, fa);
     if (!fb || !is_key(fb))
         return false;
     if (const Meta_Property* pa = as_property(fa))
@@ -52,12 +52,19 @@ bool key_feature_eq(const Instance* a, const Meta_Feature* fa, const Instance* b
 
 bool key_eq(const Instance* a, const Instance* b)
 {
-    for (const Meta_Feature* mf : features_of(a->meta_class))
-    {
-        if (is_key(mf) && !key_feature_eq(a, mf, b))
-            return false;
-    }
-    return true;
+    const std::vector<Key_Plan>& keys = plan_of(a->meta_class).keys();
+    const bool same_class = a->meta_class == b->meta_class;
+    return a == b ||
+           std::all_of(keys.begin(),
+                       keys.end(),
+                       [&](const Key_Plan& key)
+                       {
+                           return key_feature_eq(a,
+                                                 key.feature,
+                                                 b,
+                                                 same_class ? key.feature
+                                                            : find_counterpart(b->meta_class, key.feature));
+                       });
 }
 
 bool identical(const Instance* a, const Instance* b)
@@ -82,20 +89,17 @@ bool identical(const Instance* a, const Instance* b)
 
 bool keys_non_null(const Instance* instance)
 {
-    for (const Meta_Feature* mf : features_of(instance->meta_class))
+    for (const Key_Plan& key : plan_of(instance->meta_class).keys())
     {
-        if (!is_key(mf))
-            continue;
-        if (const Meta_Property* mp = as_property(mf))
+        if (const Meta_Property* mp = as_property(key.feature))
         {
             if (null_of(mp, __property_of(instance, mp)) != 0)
                 return false;
+            continue;
         }
-        else if (const Meta_Reference* mr = as_reference(mf))
-        {
-            if (mr->subscript == 0 ? !__ref_of(instance, mr) : __array_ref_of(instance, mr).null != 0)
-                return false;
-        }
+        const Meta_Reference* const mr = known_reference(key.feature);
+        if (mr->subscript == 0 ? !__ref_of(instance, mr) : __array_ref_of(instance, mr).null != 0)
+            return false;
     }
     return true;
 }

@@ -1,12 +1,22 @@
-// Instance maps: an array in order of insertion and an index of keys beside it.
+// Instance maps: an array in order of insertion, and beside it indexes of keys and of ends.
+#include <cimple/End_Index.h>
 #include <cimple/Instance_Map.h>
 #include <cimple/Key_Index.h>
 #include <cimple/Ref.h>
 
 CIMPLE_NAMESPACE_BEGIN
 
+struct Instance_Map_Base::Index
+{
+    explicit Index(const Meta_Class* meta_class) : ends(meta_class) {}
+
+    Slots slots;
+    Key_Index keys;
+    End_Index ends;
+};
+
 Instance_Map_Base::Instance_Map_Base(const Meta_Class* meta_class)
-    : _meta_class(meta_class), _index(std::make_unique<Key_Index>())
+    : _meta_class(meta_class), _index(std::make_unique<Index>(meta_class))
 {
 }
 
@@ -19,24 +29,41 @@ void Instance_Map_Base::clear()
 {
     Array<Instance*> released;
     released.swap(_instances);
-    _index->clear();
+    _index->slots.clear();
+    _index->keys.clear();
+    _index->ends.clear();
     for (size_t i = 0; i < released.size(); i++)
         unref(released[i]);
 }
 
 size_t Instance_Map_Base::_insert(Instance* instance)
 {
-    const Key_Index::Digest digest = Key_Index::digest_of(instance);
-    if (_index->find(_instances, instance, digest) != size_t(-1))
+    Index& index = *_index;
+    const Digest digest = digest_of(instance, &index.ends.learn(instance));
+    if (index.keys.find(_instances, index.slots, instance, digest) != size_t(-1))
+    {
+        index.ends.forget();
         return size_t(-1);
+    }
     const size_t pos = _instances.size();
     _instances.append(instance);
     try
     {
-        _index->add(instance, digest);
+        const uint32 slot = index.slots.add();
+        try
+        {
+            index.keys.add(instance, digest);
+        }
+        catch (...)
+        {
+            index.slots.take_back();
+            throw;
+        }
+        index.ends.add(instance, slot);
     }
     catch (...)
     {
+        index.ends.forget();
         _instances.remove(pos);
         throw;
     }
@@ -45,7 +72,7 @@ size_t Instance_Map_Base::_insert(Instance* instance)
 
 size_t Instance_Map_Base::_find(const Instance* instance) const
 {
-    return _index->find(_instances, instance, Key_Index::digest_of(instance));
+    return _index->keys.find(_instances, _index->slots, instance, digest_of(instance));
 }
 
 Instance* Instance_Map_Base::_lookup(const Instance* instance) const
@@ -58,8 +85,22 @@ void Instance_Map_Base::_remove(size_t pos)
 {
     if (pos >= _instances.size())
         return;
-    _index->remove(pos);
+    Index& index = *_index;
+    const uint32 slot = index.slots.at(pos);
+    index.slots.remove(pos);
+    index.keys.remove(slot);
+    index.ends.forget();
     _instances.remove(pos);
+    if (!index.slots.sparse())
+        return;
+    index.keys.renumber(index.slots);
+    index.slots.renumber();
+    index.ends.clear();
+    for (size_t i = 0; i < _instances.size(); i++)
+    {
+        index.ends.learn(_instances[i]);
+        index.ends.add(_instances[i], static_cast<uint32>(i));
+    }
 }
 
 Get_Instance_Status Instance_Map_Base::_get_instance(const Instance* model, Instance*& instance) const
@@ -72,13 +113,26 @@ Get_Instance_Status Instance_Map_Base::_get_instance(const Instance* model, Inst
 }
 
 Enum_Instances_Status
-Instance_Map_Base::_enum_instances(const Instance*, Enum_Instances_Proc proc, void* client_data) const
+Instance_Map_Base::_enum_instances(const Instance* model, Enum_Instances_Proc proc, void* client_data) const
 {
-    for (size_t i = 0; i < _instances.size(); i++)
+    const auto hand_out = [&](size_t pos)
     {
-        ref(_instances[i]);
-        if (!proc(_instances[i], ENUM_INSTANCES_OK, client_data))
-            break;
+        ref(_instances[pos]);
+        return proc(_instances[pos], ENUM_INSTANCES_OK, client_data);
+    };
+    End_Index::Selection selection;
+    if (_index->ends.select(model, selection))
+    {
+        for (uint32 slot; selection.next(slot);)
+        {
+            const size_t pos = _index->slots.position_of(slot);
+            if (pos != size_t(-1) && !hand_out(pos))
+                break;
+        }
+        return ENUM_INSTANCES_OK;
+    }
+    for (size_t pos = 0; pos < _instances.size() && hand_out(pos); pos++)
+    {
     }
     return ENUM_INSTANCES_OK;
 }
@@ -110,6 +164,7 @@ Modify_Instance_Status Instance_Map_Base::_modify_instance(const Instance* model
         return MODIFY_INSTANCE_NOT_FOUND;
     Ref<Instance> modified(clone(_instances[pos]));
     copy(modified.ptr(), instance, model);
+    _index->ends.forget();
     unref(std::exchange(_instances[pos], modified.steal()));
     return MODIFY_INSTANCE_OK;
 }

@@ -8,11 +8,9 @@
 
 CIMPLE_NAMESPACE_BEGIN
 
-class Key_Index;
-
 // Owns one count on each instance and keeps them in the order of insertion. Keys of an instance must not
-// change while it is in a map. Look-ups take a time that does not depend on the size. Functions that do not
-// change the map may run in parallel.
+// change while it is in a map, nor those of objects that it refers to. Look-ups take a time that does not
+// depend on the size. Functions that do not change the map may run in parallel.
 //
 // An instance is found by a model whose keys equal its own; the model may be of a related class.
 class CIMPLE_CIMPLE_LINKAGE Instance_Map_Base
@@ -46,6 +44,10 @@ class CIMPLE_CIMPLE_LINKAGE Instance_Map_Base
 
     // Hands every instance in order to `proc`, shared and not to be changed, until it answers false. Does not
     // make the closing call. Always OK.
+    //
+    // A model of an association that refers to an object asks only for the instances that refer to it, in one
+    // of the roles in which the model does. This takes a time that depends on their number and not on the
+    // size, if the roles are keys. A few others may come with them.
     Enum_Instances_Status
     _enum_instances(const Instance* model, Enum_Instances_Proc proc, void* client_data) const;
 
@@ -54,15 +56,17 @@ class CIMPLE_CIMPLE_LINKAGE Instance_Map_Base
 
     Delete_Instance_Status _delete_instance(const Instance* instance);
 
-    // Copies the properties that are not null in the model. If the stored instance is shared, a changed copy
-    // takes its place and those who hold the old one keep it as it was.
+    // Copies the properties that are not null in the model. An instance is never changed in place: a changed
+    // copy takes its place, and those who hold the old one keep it as it was.
     Modify_Instance_Status _modify_instance(const Instance* model, const Instance* instance);
 
     const Meta_Class* _meta_class;
     Array<Instance*> _instances;
 
   private:
-    std::unique_ptr<Key_Index> _index;
+    struct Index;
+
+    std::unique_ptr<Index> _index;
 };
 
 template <class CLASS>

@@ -1,6 +1,8 @@
 // Calls to providers: passing arguments, checking statuses, and answering what a provider leaves to its
 // caller.
 #include <algorithm>
+#include <cimple/Features.h>
+#include <cimple/Narrowing.h>
 #include <cimple/Provider_Handle.h>
 #include <cimple/Ref.h>
 #include <initializer_list>
@@ -85,6 +87,19 @@ bool deliver_associator_names(Instance* association, Enum_Instances_Status, void
     return request.wanted;
 }
 
+// Whether an association refers to the object in a role that the object may play.
+bool refers_to(const Instance* association, const Instance* instance, const char* role)
+{
+    for (const Meta_Feature* mf : features_of(association->meta_class))
+    {
+        const Meta_Reference* const mr = as_reference(mf);
+        if (mr && may_play(mr, instance->meta_class, role) && __ref_of(association, mr) &&
+            key_eq(instance, __ref_of(association, mr)))
+            return true;
+    }
+    return false;
+}
+
 struct References
 {
     const Instance* instance;
@@ -98,7 +113,7 @@ bool deliver_references(Instance* association, Enum_Instances_Status, void* clie
 {
     References& request = *static_cast<References*>(client_data);
     Ref<Instance> held(association);
-    if (held && request.wanted && is_reference_of(request.instance, association, request.role.c_str()))
+    if (held && request.wanted && refers_to(association, request.instance, request.role.c_str()))
         request.wanted = request.proc(held.steal(), ENUM_REFERENCES_OK, request.client_data);
     return request.wanted;
 }
@@ -172,16 +187,7 @@ Get_Instance_Status Provider_Handle::get_instance(const Instance* model, Instanc
         return status;
 
     Search search = {model, Ref<Instance>()};
-    switch (enum_instances(model, search_one, &search))
-    {
-    case ENUM_INSTANCES_FAILED:
-        return GET_INSTANCE_FAILED;
-    case ENUM_INSTANCES_ACCESS_DENIED:
-        return GET_INSTANCE_ACCESS_DENIED;
-    case ENUM_INSTANCES_OK:
-        break;
-    }
-    if (!search.found)
+    if (enum_instances(model, search_one, &search) != ENUM_INSTANCES_OK || !search.found)
         return GET_INSTANCE_NOT_FOUND;
     instance = make_own(std::move(search.found));
     return GET_INSTANCE_OK;
@@ -289,8 +295,9 @@ Enum_Associator_Names_Status Provider_Handle::enum_associator_names(const Instan
     if (status != ENUM_ASSOCIATOR_NAMES_UNSUPPORTED)
         return status;
 
-    const Ref<Instance> model(create(_registration->meta_class));
+    Ref<Instance> model(create(_registration->meta_class));
     nullify_non_keys(model.ptr());
+    narrow(model.ptr(), instance, role.c_str());
     Associator_Names request = {instance, result_class, role, result_role, proc, client_data, true};
     switch (enum_instances(model.ptr(), deliver_associator_names, &request))
     {
@@ -328,8 +335,10 @@ Enum_References_Status Provider_Handle::enum_references(const Instance* instance
     if (status != ENUM_REFERENCES_UNSUPPORTED)
         return status;
 
+    Ref<Instance> narrowed(clone(model));
+    narrow(narrowed.ptr(), instance, role.c_str());
     References request = {instance, role, proc, client_data, true};
-    switch (enum_instances(model, deliver_references, &request))
+    switch (enum_instances(narrowed.ptr(), deliver_references, &request))
     {
     case ENUM_INSTANCES_OK:
         status = ENUM_REFERENCES_OK;

@@ -30,7 +30,7 @@ class CIMPLE_CIMPLE_LINKAGE Provider_Handle
     Unload_Status unload();
 
     // On OK the caller owns `instance`, which nobody shares; otherwise it is null. A provider without the
-    // operation is enumerated; if that fails, the failure is this operation's.
+    // operation is enumerated; what it cannot enumerate is not found.
     Get_Instance_Status get_instance(const Instance* model, Instance*& instance);
 
     // The provider makes the closing call; there is none if it does not have the operation.

@@ -30,7 +30,7 @@ typedef Registration* (*Module_Proc)();
 
 CIMPLE_NAMESPACE_END
 
-// The macros below stand at global scope of one source file, CIMPLE_MODULE first.
+// The macros below stand at global scope of one source file, CIMPLE_MODULE first. A semicolon may follow.
 
 #define CIMPLE_MODULE(MODULE)                                                                                \
     static cimple::Registration* _cimple_registration_head = nullptr;                                        \
@@ -38,15 +38,14 @@ CIMPLE_NAMESPACE_END
     CIMPLE_ENTRY_POINT CIMPLE_EXPORT cimple::Registration* cimple_module()                                   \
     {                                                                                                        \
         return _cimple_registration_head;                                                                    \
-    }                                                                                                        \
-    static_assert(true, "")
+    }
 
 #define CIMPLE_REGISTER_PROVIDER(PROVIDER, PROC)                                                             \
     static cimple::Registration _cimple_registration_##PROVIDER(_cimple_module_name,                         \
                                                                 #PROVIDER,                                   \
                                                                 PROC,                                        \
                                                                 &cimple::PROVIDER::Class::static_meta_class, \
-                                                                _cimple_registration_head)
+                                                                _cimple_registration_head);
 
 // The provider class is cimple::PROVIDER; its Provider_Proc is the function __cimple_<PROVIDER>_proc.
 #define CIMPLE_INSTANCE_PROVIDER(PROVIDER) CIMPLE_REGISTER_PROVIDER(PROVIDER, __cimple_##PROVIDER##_proc)
@@ -58,7 +57,7 @@ CIMPLE_NAMESPACE_END
 
 #define CIMPLE_CLASS_DEPENDENCY(CLASS)                                                                       \
     extern const char* const __class_##CLASS;                                                                \
-    const char* const __class_##CLASS = "@(#)CLASS=" #CLASS
+    const char* const __class_##CLASS = "@(#)CLASS=" #CLASS;
 
 // Room for what the CMPI adapter keeps for one provider. It is static because a server may look at function
 // tables after cleanup. Zero: not in use.
@@ -120,43 +119,41 @@ inline void* __cimple_cmpi_create(__CMPI_Static_Data* data,
                                     #PROVIDER,                                                               \
                                     CODE,                                                                    \
                                     cmpi_status);                                                            \
-    }                                                                                                        \
-    static_assert(true, "")
+    }
 
 #define CIMPLE_CMPI_FORWARD(PROVIDER, CLASS, TYPE)                                                           \
     CIMPLE_ENTRY_POINT CIMPLE_EXPORT void* CLASS##_Create_##TYPE##MI(                                        \
         void* cmpi_broker, void* cmpi_context, void* cmpi_status)                                            \
     {                                                                                                        \
         return PROVIDER##_Create_##TYPE##MI(cmpi_broker, cmpi_context, cmpi_status);                         \
-    }                                                                                                        \
-    static_assert(true, "")
+    }
 
 // Entry points named after the provider.
 #define CIMPLE_CMPI_INSTANCE_PROVIDER(PROVIDER)                                                              \
     static __CMPI_Static_Data _cmpi_static_data##PROVIDER;                                                   \
-    CIMPLE_CMPI_ENTRY_POINT(PROVIDER, Instance, 'I');                                                        \
+    CIMPLE_CMPI_ENTRY_POINT(PROVIDER, Instance, 'I')                                                         \
     CIMPLE_CMPI_ENTRY_POINT(PROVIDER, Method, 'M')
 
 #define CIMPLE_CMPI_ASSOCIATION_PROVIDER(PROVIDER)                                                           \
-    CIMPLE_CMPI_INSTANCE_PROVIDER(PROVIDER);                                                                 \
+    CIMPLE_CMPI_INSTANCE_PROVIDER(PROVIDER)                                                                  \
     CIMPLE_CMPI_ENTRY_POINT(PROVIDER, Association, 'A')
 
 #define CIMPLE_CMPI_INDICATION_PROVIDER(PROVIDER)                                                            \
     static __CMPI_Static_Data _cmpi_static_data##PROVIDER;                                                   \
-    CIMPLE_CMPI_ENTRY_POINT(PROVIDER, Method, 'M');                                                          \
+    CIMPLE_CMPI_ENTRY_POINT(PROVIDER, Method, 'M')                                                           \
     CIMPLE_CMPI_ENTRY_POINT(PROVIDER, Indication, 'N')
 
 // Entry points named after the class, which pass on to those named after the provider.
 #define CIMPLE_CMPI_INSTANCE_PROVIDER2(PROVIDER, CLASS)                                                      \
-    CIMPLE_CMPI_FORWARD(PROVIDER, CLASS, Instance);                                                          \
+    CIMPLE_CMPI_FORWARD(PROVIDER, CLASS, Instance)                                                           \
     CIMPLE_CMPI_FORWARD(PROVIDER, CLASS, Method)
 
 #define CIMPLE_CMPI_ASSOCIATION_PROVIDER2(PROVIDER, CLASS)                                                   \
-    CIMPLE_CMPI_INSTANCE_PROVIDER2(PROVIDER, CLASS);                                                         \
+    CIMPLE_CMPI_INSTANCE_PROVIDER2(PROVIDER, CLASS)                                                          \
     CIMPLE_CMPI_FORWARD(PROVIDER, CLASS, Association)
 
 #define CIMPLE_CMPI_INDICATION_PROVIDER2(PROVIDER, CLASS)                                                    \
-    CIMPLE_CMPI_FORWARD(PROVIDER, CLASS, Method);                                                            \
+    CIMPLE_CMPI_FORWARD(PROVIDER, CLASS, Method)                                                             \
     CIMPLE_CMPI_FORWARD(PROVIDER, CLASS, Indication)
 
 #endif

@@ -1,46 +1,22 @@
 // The shared representation of strings.
 #include <algorithm>
-#include <atomic>
 #include <cimple/String.h>
 #include <functional>
 
 CIMPLE_NAMESPACE_BEGIN
 
-// The head of a block that goes on with capacity + 1 characters.
-struct String::Rep
+String::Rep* String::create(size_t capacity)
 {
-    explicit Rep(size_t room) : refs(1), size(0), capacity(room) {}
+    Rep* const rep = new (::operator new(sizeof(Rep) + capacity + 1)) Rep(capacity);
+    rep->resize(0);
+    return rep;
+}
 
-    static Rep* create(size_t capacity)
-    {
-        Rep* const rep = new (::operator new(sizeof(Rep) + capacity + 1)) Rep(capacity);
-        rep->resize(0);
-        return rep;
-    }
-
-    static void unref(Rep* rep)
-    {
-        if (rep && rep->refs.fetch_sub(1, std::memory_order_acq_rel) == 1)
-        {
-            rep->~Rep();
-            ::operator delete(rep);
-        }
-    }
-
-    bool shared() const { return refs.load(std::memory_order_acquire) != 1; }
-
-    char* data() { return reinterpret_cast<char*>(this + 1); }
-
-    void resize(size_t n)
-    {
-        size = n;
-        data()[n] = '\0';
-    }
-
-    std::atomic<int> refs;
-    size_t size;
-    size_t capacity;
-};
+void String::destroy(Rep* rep)
+{
+    rep->~Rep();
+    ::operator delete(rep);
+}
 
 namespace
 {
@@ -55,12 +31,6 @@ size_t grown(size_t size)
     return capacity;
 }
 } // namespace
-
-String::String(const String& s) : _rep(s._rep)
-{
-    if (_rep)
-        _rep->refs.fetch_add(1, std::memory_order_relaxed);
-}
 
 String::String(const char* s) : String(s, strlen(s)) {}
 
@@ -78,15 +48,10 @@ String::String(const char* s, size_t n) : _rep(nullptr)
 {
     if (n > 0)
     {
-        _rep = Rep::create(n);
+        _rep = create(n);
         memcpy(_rep->data(), s, n);
         _rep->resize(n);
     }
-}
-
-String::~String()
-{
-    Rep::unref(_rep);
 }
 
 String& String::operator=(const String& s)
@@ -113,10 +78,10 @@ char* String::mutable_data(size_t capacity)
 {
     if (!_rep || _rep->shared() || _rep->capacity < capacity)
     {
-        Rep* const rep = Rep::create(std::max(capacity, size()));
+        Rep* const rep = create(std::max(capacity, size()));
         memcpy(rep->data(), c_str(), size());
         rep->resize(size());
-        Rep::unref(_rep);
+        unref(_rep);
         _rep = rep;
     }
     return _rep->data();
@@ -170,11 +135,6 @@ void String::append(const char* s, size_t n)
     _rep->resize(new_size);
 }
 
-void String::append(char c)
-{
-    append(&c, 1);
-}
-
 void String::remove(size_t pos, size_t n)
 {
     CIMPLE_ASSERT(pos <= size());
@@ -195,23 +155,8 @@ String String::substr(size_t pos, size_t n) const
 
 void String::clear()
 {
-    Rep::unref(_rep);
+    unref(_rep);
     _rep = nullptr;
-}
-
-const char* String::c_str() const
-{
-    return _rep ? _rep->data() : "";
-}
-
-size_t String::size() const
-{
-    return _rep ? _rep->size : 0;
-}
-
-size_t String::capacity() const
-{
-    return _rep ? _rep->capacity : 0;
 }
 
 void String::set(size_t i, char c)

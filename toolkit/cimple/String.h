@@ -2,6 +2,7 @@
 #ifndef CIMPLE_STRING_H
 #define CIMPLE_STRING_H
 
+#include <atomic>
 #include <cimple/Strings.h>
 #include <cimple/config.h>
 
@@ -13,13 +14,17 @@ class CIMPLE_CIMPLE_LINKAGE String
 {
   public:
     String() : _rep(nullptr) {}
-    String(const String& s);
+    String(const String& s) noexcept : _rep(s._rep)
+    {
+        if (_rep)
+            _rep->refs.fetch_add(1, std::memory_order_relaxed);
+    }
     String(String&& s) noexcept : _rep(s._rep) { s._rep = nullptr; }
     String(const char* s);
     String(const char* s1, const char* s2);                 // concatenation
     String(const char* s1, const char* s2, const char* s3); // concatenation
     String(const char* s, size_t n);                        // n bytes, NULs included
-    ~String();
+    ~String() { unref(_rep); }
 
     // At least this capacity, in a representation that is not shared.
     void reserve(size_t capacity);
@@ -32,7 +37,17 @@ class CIMPLE_CIMPLE_LINKAGE String
     void append(const String& s);
     void append(const char* s);
     void append(const char* s, size_t n);
-    void append(char c);
+    void append(char c)
+    {
+        if (_rep && _rep->size < _rep->capacity && !_rep->shared())
+        {
+            char* const end = _rep->data() + _rep->size++;
+            end[0] = c;
+            end[1] = '\0';
+        }
+        else
+            append(&c, 1);
+    }
 
     void remove(size_t pos, size_t n);                      // n == size_t(-1): to the end
     String substr(size_t pos, size_t n = size_t(-1)) const; // n == size_t(-1): to the end
@@ -43,10 +58,13 @@ class CIMPLE_CIMPLE_LINKAGE String
 
     void clear();
 
-    const char* c_str() const; // valid until the next change of this object
-    size_t size() const;       // bytes, without the NUL
+    const char* c_str() const
+    {
+        return _rep ? _rep->data() : "";
+    }                                                     // valid until the next change of this object
+    size_t size() const { return _rep ? _rep->size : 0; } // bytes, without the NUL
     bool empty() const { return size() == 0; }
-    size_t capacity() const;
+    size_t capacity() const { return _rep ? _rep->capacity : 0; }
     char operator[](size_t i) const { return c_str()[i]; }
     void set(size_t i, char c);
 
@@ -65,7 +83,32 @@ class CIMPLE_CIMPLE_LINKAGE String
     size_t find(const String& s) const;
 
   private:
-    struct Rep;
+    // The head of a block that goes on with capacity + 1 characters.
+    struct Rep
+    {
+        explicit Rep(size_t room) : refs(1), size(0), capacity(room) {}
+
+        bool shared() const { return refs.load(std::memory_order_acquire) != 1; }
+        char* data() { return reinterpret_cast<char*>(this + 1); }
+        void resize(size_t n)
+        {
+            size = n;
+            data()[n] = '\0';
+        }
+
+        std::atomic<int> refs;
+        size_t size;
+        size_t capacity;
+    };
+
+    // Counting down is spared where nobody else could count.
+    static void unref(Rep* rep)
+    {
+        if (rep && (!rep->shared() || rep->refs.fetch_sub(1, std::memory_order_acq_rel) == 1))
+            destroy(rep);
+    }
+    static Rep* create(size_t capacity);
+    static void destroy(Rep* rep);
 
     char* mutable_data(size_t capacity);
     bool owns(const char* s) const;

@@ -22,6 +22,8 @@
 #define CIMPLE_OS_LINUX
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
 #define CIMPLE_LITTLE_ENDIAN
+#else
+#define CIMPLE_BIG_ENDIAN
 #endif
 
 #define CIMPLE_LLU "%llu"

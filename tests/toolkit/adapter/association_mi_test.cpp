@@ -100,6 +100,29 @@ TEST_F(AssociationMi, EndsAndReferencesAreFoundUnderAllFilters)
                     "Sensor=<root/demo:Demo_Sensor.Id=u32:9>"});
 }
 
+TEST_F(AssociationMi, OnlyPairsOfTheSourceAreTouched)
+{
+    Script& racks = script<Demo_RackAboveRack>();
+    racks.inMap = true;
+    for (int i = 0; i < 20; i++)
+        racks.instances.push_back(rackAboveRack(std::to_string(i).c_str(), std::to_string(i + 1).c_str()));
+    Client& stack = client(rackAboveRackProvider);
+    const auto touched = [&](const Outcome& outcome)
+    {
+        EXPECT_TRUE(outcome.ok());
+        return racks.handed.exchange(0);
+    };
+    const Filters upper = {nullptr, nullptr, "Upper", nullptr};
+    const Path source = rackPath("7");
+    for (const auto& [filters, pairs] : {std::pair(Filters{}, 2), std::pair(upper, 1)})
+    {
+        EXPECT_EQ(touched(stack.associators(source, filters)), pairs);
+        EXPECT_EQ(touched(stack.associatorNames(source, filters)), pairs);
+        EXPECT_EQ(touched(stack.references(source, filters)), pairs);
+        EXPECT_EQ(touched(stack.referenceNames(source, filters)), pairs);
+    }
+}
+
 TEST_F(AssociationMi, AssociatorsAreTheInstancesThatTheAssociationCarries)
 {
     Ref<Instance> link = sensorInRack("r1", 7);

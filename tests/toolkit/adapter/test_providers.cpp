@@ -31,6 +31,7 @@ void Script::reset()
     disable = nullptr;
     keepHandler = false;
     instances.clear();
+    inMap = false;
     nativeAssociators = nativeReferences = nullptr;
     method = nullptr;
     loads = unloads = enumerations = handed = 0;
@@ -94,6 +95,8 @@ class Scripted
     {
         enter(model, nullptr);
         _script.enumerations++;
+        if (_script.inMap)
+            return fromMap(model, handler);
         for (Ref<Instance>& instance : _script.instances)
         {
             ref(instance.ptr());
@@ -102,6 +105,20 @@ class Scripted
                 break;
         }
         return static_cast<Enum_Instances_Status>(_script.status);
+    }
+
+    Enum_Instances_Status fromMap(const C* model, Enum_Instances_Handler<C>* handler)
+    {
+        Instance_Map<C> map;
+        for (Ref<Instance> instance : _script.instances)
+            map.insert(static_cast<C*>(instance.steal()));
+        const auto proc = [](Instance* instance, Enum_Instances_Status, void* to)
+        {
+            script(C::static_meta_class.name).handed++;
+            return static_cast<Enum_Instances_Handler<C>*>(to)->handle(static_cast<C*>(instance));
+        };
+        Enum_Instances_Handler<C> counting(proc, handler);
+        return map.enum_instances(model, &counting);
     }
 
     Create_Instance_Status create_instance(C* instance)
@@ -301,11 +318,15 @@ TEST_PROC(Demo_Rack)
 TEST_PROC(Demo_SensorInRack)
 TEST_PROC(Demo_SensorAlert)
 
-CIMPLE_MODULE(Adapter_Test_Module);
-CIMPLE_CLASS_DEPENDENCY(Demo_Limits);
+// A semicolon may follow each of these or not.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic error "-Wpedantic"
+// clang-format off
+CIMPLE_MODULE(Adapter_Test_Module)
+CIMPLE_CLASS_DEPENDENCY(Demo_Limits)
 
-CIMPLE_INSTANCE_PROVIDER(Demo_Rack_Provider);
-CIMPLE_PROVIDER(Demo_Element_Provider);
+CIMPLE_INSTANCE_PROVIDER(Demo_Rack_Provider)
+CIMPLE_PROVIDER(Demo_Element_Provider)
 CIMPLE_PROVIDER(Demo_Sensor_Provider);
 CIMPLE_PROVIDER(Demo_Everything_Provider);
 CIMPLE_PROVIDER(Demo_Lab_Provider);
@@ -314,18 +335,20 @@ CIMPLE_PROVIDER(Demo_RackAboveRack_Provider);
 CIMPLE_PROVIDER(Demo_Dependency_Provider);
 CIMPLE_INDICATION_PROVIDER(Demo_SensorAlert_Provider);
 
-CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Rack_Provider);
-CIMPLE_CMPI_INSTANCE_PROVIDER2(Demo_Rack_Provider, Demo_Rack);
+CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Rack_Provider)
+CIMPLE_CMPI_INSTANCE_PROVIDER2(Demo_Rack_Provider, Demo_Rack)
 CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Element_Provider);
 CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Sensor_Provider);
 CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Everything_Provider);
 CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Lab_Provider);
-CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_SensorInRack_Provider);
+CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_SensorInRack_Provider)
 CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_RackAboveRack_Provider);
-CIMPLE_CMPI_ASSOCIATION_PROVIDER2(Demo_RackAboveRack_Provider, Demo_RackAboveRack);
+CIMPLE_CMPI_ASSOCIATION_PROVIDER2(Demo_RackAboveRack_Provider, Demo_RackAboveRack)
 CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_Dependency_Provider);
-CIMPLE_CMPI_INDICATION_PROVIDER(Demo_SensorAlert_Provider);
-CIMPLE_CMPI_INDICATION_PROVIDER2(Demo_SensorAlert_Provider, Demo_SensorAlert);
+CIMPLE_CMPI_INDICATION_PROVIDER(Demo_SensorAlert_Provider)
+CIMPLE_CMPI_INDICATION_PROVIDER2(Demo_SensorAlert_Provider, Demo_SensorAlert)
+// clang-format on
+#pragma GCC diagnostic pop
 
 namespace adapter_test
 {

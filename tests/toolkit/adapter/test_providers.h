@@ -27,6 +27,7 @@ struct Script
     std::function<void()> insideCreate;   // runs in the constructor
     std::function<void()> insideLoad;     // runs in load()
     std::vector<Ref<Instance>> instances; // what the provider has; handed out shared, not copied
+    bool inMap = false;                   // enumerations hand them out from an instance map
 
     // What an association provider answers itself; null leaves it to the adapter.
     const std::vector<Ref<Instance>>* nativeAssociators = nullptr; // and their names

@@ -155,4 +155,28 @@ TEST(PropertyTest, ComparesFlagAndValue)
     array.clear();
     EXPECT_TRUE(array.null != 0 && array.value.size() == 0);
 }
+
+TEST(ArrayTest, ARowFedAtItsEndAndTakenFromItsFrontKeepsOrderAndStaysSmall)
+{
+    Array_String row;
+    std::vector<std::string> expected;
+    for (unsigned step = 0; step < 3000; step++)
+    {
+        const std::string text = std::to_string(step);
+        row.append(String(text.c_str()));
+        expected.push_back(text);
+        const size_t pos = step % 3 == 0 ? expected.size() / 4 : 0;
+        if (expected.size() > 13) // not a power of two, so that the memory is never quite full
+        {
+            row.remove(pos, 1);
+            expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(pos));
+        }
+        if (step % 500 == 250)
+            row.reserve(40);
+        ASSERT_EQ(row.size(), expected.size());
+        for (size_t i = 0; i < expected.size(); i++)
+            ASSERT_STREQ(row[i].c_str(), expected[i].c_str()) << step;
+    }
+    EXPECT_LE(row.capacity(), 64u);
+}
 } // namespace

@@ -123,4 +123,23 @@ TEST(ErrorTest, KeepsTheThreadsMessage)
     EXPECT_STREQ(Error::get(), "");
     Error::set_prefix("");
 }
+
+TEST(ConfigTest, SaysTheByteOrder)
+{
+#ifdef CIMPLE_BIG_ENDIAN
+    const bool big = true;
+#else
+    const bool big = false;
+#endif
+#ifdef CIMPLE_LITTLE_ENDIAN
+    const bool little = true;
+#else
+    const bool little = false;
+#endif
+    const uint16 number = 1;
+    uint8 first = 0;
+    memcpy(&first, &number, 1);
+    EXPECT_EQ(little, first == 1);
+    EXPECT_EQ(big, first == 0);
+}
 } // namespace

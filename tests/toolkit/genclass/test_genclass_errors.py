@@ -57,6 +57,9 @@ CASES = {
     "default out of range": (
         "class Test_X\n{\n    uint8 A;\n\n    [Write]\n    uint8 B = 256;\n};\n",
         "mof/test.mof:6: class Test_X: property B: "),
+    "character default that XML cannot hold": (
+        "class Test_X\n{\n    char16 A = '\\x0001';\n};\n",
+        "mof/test.mof:3: class Test_X: property A: XML has no way to write the default U+0001"),
     "datetime default that is none": (
         'class Test_X\n{\n    datetime When = "noon";\n};\n',
         "mof/test.mof:3: class Test_X: property When: "),

@@ -110,6 +110,15 @@ def test_a_superclass_that_refers_to_its_subclass_still_comes_first(scratch):
     assert declared.index("Test_Base") < declared.index("Test_Leaf")
 
 
+def test_characters_stand_for_themselves_in_the_repository(scratch):
+    scratch.write("class Test_X\n{\n    char16 A = '\\x263A';\n    char16 B[] = {'\\x0035', '&', '\\n'};\n};\n")
+    result = scratch.run("--class", "Test_X")
+    assert result.returncode == 0, result.stderr
+    values = [value.text for value in ET.parse(scratch.folder / "repository.xml").getroot().iter("VALUE.OBJECT")
+              for value in value.iter("VALUE")]
+    assert values == ["\u263a", "5", "&", "\n"]
+
+
 def test_an_included_file_is_read_and_listed(scratch):
     (scratch.folder / "parts").mkdir()
     scratch.write("class Test_Base\n{\n    [Key] string Id;\n};\n", "../parts/base.mof")

@@ -1,6 +1,6 @@
 """The C++ spelling of CIM types, flags and values, shared by all writers of C++."""
 
-from .model import INSTANCE
+from .model import INSTANCE, char16_code
 
 _CPP_TYPES = {"string": "String", "datetime": "Datetime"}
 _LITERAL_TYPES = {"string": "const char*", "datetime": "const char*"}
@@ -96,9 +96,7 @@ def literal(cim_type, value):
     if cim_type == "boolean":
         return "true" if value else "false"
     if cim_type == "char16":
-        text = str(value)
-        code = ord(text) if len(text) == 1 and not text.isdigit() else _char_code(text)
-        return f"char16({code})"
+        return f"char16({char16_code(value)})"
     if cim_type in ("uint64", "sint64"):
         if int(value) == -2**63:
             return "CIMPLE_SINT64_MIN"
@@ -108,16 +106,3 @@ def literal(cim_type, value):
     if cim_type == "real64":
         return repr(float(value))
     return str(int(value))
-
-
-_ESCAPES = {"b": 8, "t": 9, "n": 10, "f": 12, "r": 13, "'": 39, '"': 34, "\\": 92, "v": 11}
-
-
-def _char_code(text):
-    """The code of a char16 literal, which the MOF compiler leaves as it is written: 'A', '\\n', '\\x41' or 65."""
-    if not text.startswith("'"):
-        return int(text)
-    inner = text[1:-1]
-    if not inner.startswith("\\"):
-        return ord(inner)
-    return int(inner[2:], 16) if inner[1] in "xX" else _ESCAPES[inner[1]]

@@ -234,3 +234,19 @@ def _item(cim, overridden):
         parameters.append(element(parameter, same.qualifiers if same else None))
     result = element(cim, inherited.qualifiers if inherited else None)
     return Method(cim.name, parameters, result, result.qualifiers)
+
+
+_ESCAPES = {"b": 8, "t": 9, "n": 10, "f": 12, "r": 13, "'": 39, '"': 34, "\\": 92, "v": 11}
+
+
+def char16_code(value):
+    """The code of a char16 value, which the MOF compiler leaves as it is written: 'A', '\\n', '\\x41' or 65."""
+    text = str(value)
+    if len(text) == 1 and not text.isdigit():
+        return ord(text)
+    if not text.startswith("'"):
+        return int(text)
+    inner = text[1:-1]
+    if not inner.startswith("\\"):
+        return ord(inner)
+    return int(inner[2:], 16) if inner[1] in "xX" else _ESCAPES[inner[1]]

@@ -19,17 +19,36 @@ embedded instance or object is a string with the EmbeddedInstance or EmbeddedObj
 
 from xml.dom import minidom
 
+from .model import char16_code
+
 
 def repository(models, qualifiers):
     out = ['<?xml version="1.0" encoding="utf-8"?>\n',
            '<CIM CIMVERSION="2.0" DTDVERSION="2.0">\n<DECLARATION>\n<DECLGROUP>\n']
     out += [_text(declaration.tocimxml()) for declaration in qualifiers.values()]
     for model in models:
-        element = model.compiled.cim.tocimxml()
+        element = _with_characters(model.compiled).tocimxml()
         _strip(element)
         out.append(f"<VALUE.OBJECT>\n{_text(element)}</VALUE.OBJECT>\n")
     out.append("</DECLGROUP>\n</DECLARATION>\n</CIM>\n")
     return "".join(out)
+
+
+def _with_characters(compiled):
+    """The class with its char16 defaults as the characters themselves instead of their literals."""
+
+    def character(value, feature):
+        code = char16_code(value)
+        if not (code in (9, 10) or 0x20 <= code < 0xD800 or 0xE000 <= code < 0xFFFE):
+            raise compiled.error(f"XML has no way to write the default U+{code:04X}", feature)
+        return chr(code)
+
+    cim = compiled.cim.copy()
+    for prop in cim.properties.values():
+        if prop.type == "char16" and prop.value is not None:
+            prop.value = ([character(v, prop.name) for v in prop.value] if prop.is_array
+                          else character(prop.value, prop.name))
+    return cim
 
 
 def _strip(element):

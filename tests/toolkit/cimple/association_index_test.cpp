@@ -1,0 +1,231 @@
+// Requests for associations that a map answers from its index of ends: against a look at every instance, and
+// which instances they touch.
+#include "demo_objects.h"
+#include <cimple/Provider_Handle.h>
+#include <gtest/gtest.h>
+#include <random>
+#include <vector>
+
+using namespace cimple;
+
+namespace
+{
+typedef std::vector<const Instance*> Found;
+
+// A provider of an association with a map, which it may or may not ask for less than everything.
+Instance_Map<Demo_Dependency> dependencies;
+bool indexed = true;
+size_t touched = 0;
+
+struct Counting
+{
+    Enum_Instances_Proc proc;
+    void* client_data;
+};
+
+bool count(Instance* instance, Enum_Instances_Status status, void* client_data)
+{
+    const Counting& counting = *static_cast<const Counting*>(client_data);
+    touched++;
+    return counting.proc(instance, status, counting.client_data);
+}
+
+int dependency_proc(const Registration*,
+                    int operation,
+                    void* arg0,
+                    void* arg1,
+                    void* arg2,
+                    void* arg3,
+                    void*,
+                    void*,
+                    void*,
+                    void*)
+{
+    switch (operation)
+    {
+    case OPERATION_CREATE_PROVIDER:
+        *static_cast<void**>(arg0) = &dependencies;
+        return CREATE_PROVIDER_OK;
+    case OPERATION_DESTROY_PROVIDER:
+        return DESTROY_PROVIDER_OK;
+    case OPERATION_ENUM_INSTANCES:
+    {
+        Counting counting = {reinterpret_cast<Enum_Instances_Proc>(arg2), arg3};
+        Enum_Instances_Handler<Demo_Dependency> handler(count, &counting);
+        return dependencies.enum_instances(indexed ? static_cast<const Demo_Dependency*>(arg1) : nullptr,
+                                           &handler);
+    }
+    default:
+        return -1;
+    }
+}
+
+Registration* registrations = nullptr;
+Registration registration(
+    "Test", "Demo_Dependency_Provider", dependency_proc, &Demo_Dependency::static_meta_class, registrations);
+
+template <class INSTANCE, class STATUS>
+bool keep(INSTANCE* instance, STATUS, void* client_data)
+{
+    if (instance)
+        static_cast<Found*>(client_data)->push_back(instance);
+    unref(instance);
+    return true;
+}
+
+Found associators(const Instance* source, const char* role, const char* result_role)
+{
+    Found found;
+    Provider_Handle handle(&registration);
+    EXPECT_EQ(handle.enum_associator_names(
+                  source, "", role, result_role, keep<const Instance, Enum_Associator_Names_Status>, &found),
+              ENUM_ASSOCIATOR_NAMES_OK);
+    return found;
+}
+
+Found references(const Instance* source, const char* role)
+{
+    Found found;
+    Provider_Handle handle(&registration);
+    const Ref<Demo_Dependency> model(Demo_Dependency::create());
+    EXPECT_EQ(
+        handle.enum_references(source, model.ptr(), role, keep<Instance, Enum_References_Status>, &found),
+        ENUM_REFERENCES_OK);
+    return found;
+}
+
+// Of one of several classes and few different keys. Elements and sensors have keys of one name, so that
+// either may stand for the other; the empty set of keys of a Demo_Limits is part of every other.
+Instance* random_end(std::mt19937& random, bool with_keyless)
+{
+    const uint32 n = static_cast<uint32>(random() % 12);
+    switch (random() % (with_keyless ? 5 : 4))
+    {
+    case 0:
+        return demo::rack(std::to_string(n).c_str()).steal();
+    case 1:
+        return demo::sensor(n).steal();
+    case 2:
+        return demo::element(n).steal();
+    case 3:
+        return nullptr;
+    default:
+        return reinterpret_cast<Instance*>(Demo_Limits::create());
+    }
+}
+
+Ref<Demo_Dependency> random_link(std::mt19937& random, bool with_keyless)
+{
+    Instance* const antecedent = random_end(random, with_keyless);
+    const bool itself = antecedent && random() % 8 == 0; // one object in both roles
+    if (itself)
+        ref(antecedent);
+    return demo::dependency(antecedent, itself ? antecedent : random_end(random, with_keyless));
+}
+
+void change_map(std::mt19937& random, bool with_keyless)
+{
+    const size_t size = dependencies.size();
+    const size_t what = random() % 1000;
+    if (what < 620 || size == 0)
+    {
+        Ref<Demo_Dependency> link = random_link(random, with_keyless);
+        if (dependencies.insert(link.ptr()) != size_t(-1))
+            link.steal();
+    }
+    else if (what < 900)
+    {
+        // Often the first, so that most of the index's numbers are gone at times.
+        const size_t pos = what < 750 ? 0 : random() % size;
+        Instance* const removed = dependencies[pos];
+        dependencies.remove(pos);
+        unref(removed);
+    }
+    else if (what < 998)
+    {
+        const Ref<Demo_Dependency> changed(dependencies[random() % size]->clone());
+        EXPECT_EQ(dependencies.modify_instance(changed.ptr(), changed.ptr()), MODIFY_INSTANCE_OK);
+    }
+    else
+        dependencies.clear();
+}
+
+TEST(AssociationIndexTest, AnswersAsALookAtEveryInstanceDoes)
+{
+    const char* const roles[] = {"", "Antecedent", "dependent", "Neither"};
+    for (const bool with_keyless : {false, true})
+    {
+        std::mt19937 random(with_keyless ? 3 : 4);
+        size_t found = 0;
+        for (int step = 0; step < 3000; step++)
+        {
+            change_map(random, with_keyless);
+            const Ref<Instance> source(random_end(random, false));
+            if (!source)
+                continue;
+            const char* const role = roles[random() % 4];
+            const char* const result_role = roles[random() % 4];
+
+            indexed = false;
+            const Found expected_associators = associators(source.ptr(), role, result_role);
+            const Found expected_references = references(source.ptr(), role);
+            indexed = true;
+            ASSERT_EQ(associators(source.ptr(), role, result_role), expected_associators) << step;
+            touched = 0;
+            ASSERT_EQ(references(source.ptr(), role), expected_references)
+                << step << " " << demo::path_of(source.ptr()) << " " << role;
+            if (!with_keyless && *role != 'N')
+            {
+                ASSERT_EQ(touched, expected_references.size()) << "only what is returned";
+            }
+            found += expected_references.size();
+        }
+        EXPECT_GT(found, 300u) << "the comparisons are about something";
+        dependencies.clear();
+    }
+}
+
+bool gather(Instance* instance, Enum_Instances_Status, void* client_data)
+{
+    static_cast<Found*>(client_data)->push_back(instance);
+    unref(instance);
+    return true;
+}
+
+TEST(AssociationIndexTest, AModelAsksForLessOnlyByItsReferences)
+{
+    Instance_Map<Demo_SensorInRack> map;
+    for (uint32 id = 0; id < 6; id++)
+        map.insert(demo::sensor_in_rack(id < 3 ? "r1" : "r2", id).steal());
+    Ref<Demo_SensorInRack> plain = demo::sensor_in_rack("r1", 0);
+    unref(std::exchange(plain->Rack, nullptr));
+    unref(std::exchange(plain->Sensor, nullptr));
+    const auto positions = [&map](const Ref<Demo_SensorInRack>& model)
+    {
+        Found found;
+        Enum_Instances_Handler<Demo_SensorInRack> handler(gather, &found);
+        map.enum_instances(model.ptr(), &handler);
+        std::string text;
+        for (const Instance* instance : found)
+            text += std::to_string(map.find(static_cast<const Demo_SensorInRack*>(instance)));
+        return text;
+    };
+    EXPECT_EQ(positions(plain), "012345");
+    Ref<Demo_SensorInRack> either = demo::sensor_in_rack("r2", 1);
+    EXPECT_EQ(positions(either), "1345") << "in the order of the map";
+    unref(std::exchange(either->Sensor, nullptr));
+    EXPECT_EQ(positions(either), "345");
+    either->Rack->Name.set("r3");
+    EXPECT_EQ(positions(either), "");
+
+    // Instances of classes that have no keys to hash and no index of ends are all handed out.
+    Instance_Map<Demo_Sensor> sensors;
+    Ref<Demo_Sensor> sensor = demo::sensor(1);
+    sensors.insert(demo::sensor(2).steal());
+    sensor->Limits = Demo_Limits::create();
+    Found found;
+    Enum_Instances_Handler<Demo_Sensor> handler(gather, &found);
+    sensors.enum_instances(sensor.ptr(), &handler);
+    EXPECT_EQ(found.size(), 1u);
+}
+} // namespace
