@@ -118,12 +118,11 @@ void findAssociatorNames(Call& call, const Request& request, ResultSink& sink)
 void findReferences(Call& call, const Request& request, ResultSink& sink)
 {
     const Ref<Instance> model(create(call.providerClass()));
-    checkProvider(
-        call.provider().enum_references(request.source.ptr(),
-                                              model.ptr(),
-                                              request.role,
-                                              ResultSink::receive<Instance*, Enum_References_Status>,
-                                              &sink));
+    checkProvider(call.provider().enum_references(request.source.ptr(),
+                                                  model.ptr(),
+                                                  request.role,
+                                                  ResultSink::receive<Instance*, Enum_References_Status>,
+                                                  &sink));
 }
 
 // Fills in the source and searches. The answer is empty without asking the provider if the association is not

@@ -40,9 +40,7 @@ class ResultSink
                const cimple::Meta_Class* wanted = nullptr,
                Results results = Results::Many)
         : _broker(call.broker()), _copies(copiesResults(call)),
-          _to(_broker,
-              nameSpace,
-              results == Results::Many && !_copies ? ToCmpi::kScope : ToCmpi::kCall),
+          _to(_broker, nameSpace, results == Results::Many && !_copies ? ToCmpi::kScope : ToCmpi::kCall),
           _filter(properties), _result(result), _what(what), _wanted(wanted)
     {
     }

@@ -60,4 +60,13 @@ Prefilled::Prefilled(const Meta_Class* m, const CMPIInstance* fresh) : metaClass
     }
 }
 
+const Prefilled& Prefilled_Classes::of(const Meta_Class* metaClass, const CMPIInstance* fresh)
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    for (const Prefilled& known : _known)
+        if (known.metaClass == metaClass)
+            return known;
+    return _known.emplace_back(metaClass, fresh);
+}
+
 } // namespace cimple_cmpi

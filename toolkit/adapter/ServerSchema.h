@@ -8,6 +8,8 @@
 #include <cimple/cimple.h>
 #include <cmpift.h>
 
+#include <deque>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -43,6 +45,18 @@ struct Prefilled
     std::vector<CMPIType> features; // type of each feature that has a value, else CMPI_null; may be empty
     // Those that the module's class does not have. No provider can speak for them, so none has a value.
     std::vector<std::pair<std::string, CMPIType>> unknown;
+};
+
+// What was seen of each class. What a server fills in is the same for all instances of a class, so one is
+// looked at: the looking leaves objects that only the end of the call collects. For any number of threads.
+class Prefilled_Classes
+{
+  public:
+    const Prefilled& of(const cimple::Meta_Class* metaClass, const CMPIInstance* fresh);
+
+  private:
+    std::mutex _mutex;
+    std::deque<Prefilled> _known;
 };
 
 } // namespace cimple_cmpi

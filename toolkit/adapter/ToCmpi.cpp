@@ -161,20 +161,11 @@ CMPIInstance* ToCmpi::makeInstance(const Instance* instance,
     CMPIInstance* result = made(CMNewInstance(_broker, path, &status), status, "a new instance");
     if (_tracking) // the instance contains the path and is released before it
         std::rotate(_made.begin() + static_cast<std::ptrdiff_t>(before), _made.end() - 1, _made.end());
-    const Prefilled& prefilled = prefilledIn(result, instance->meta_class);
+    const Prefilled& prefilled = _prefilled.of(instance->meta_class, result);
     if (filter)
         filter->applyTo(result, instance->meta_class);
     setFeatures(result, instance, nameSpaceOf(instance, outer), keys, filter, prefilled);
     return result;
-}
-
-// What the server fills in is the same for each instance of a class, so one is looked at.
-const Prefilled& ToCmpi::prefilledIn(const CMPIInstance* fresh, const Meta_Class* metaClass)
-{
-    for (const Prefilled& known : _prefilled)
-        if (known.metaClass == metaClass)
-            return known;
-    return _prefilled.emplace_back(metaClass, fresh);
 }
 
 void ToCmpi::setFeatures(CMPIInstance* target,

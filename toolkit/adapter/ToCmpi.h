@@ -5,7 +5,6 @@
 #include <cimple/cimple.h>
 #include <cmpift.h>
 
-#include <deque>
 #include <string>
 #include <vector>
 
@@ -45,8 +44,13 @@ class ToCmpi
     };
 
     // The namespace stands in the paths of instances that carry none of their own.
-    ToCmpi(const CMPIBroker* broker, const std::string& nameSpace, Lifetime lifetime = kCall)
-        : _broker(broker), _nameSpace(nameSpace), _tracking(lifetime == kScope)
+    // Who converts again and again on one thread passes on what is known of the server's classes.
+    ToCmpi(const CMPIBroker* broker,
+           const std::string& nameSpace,
+           Lifetime lifetime = kCall,
+           Prefilled_Classes* prefilled = nullptr)
+        : _broker(broker), _nameSpace(nameSpace), _prefilled(prefilled ? *prefilled : _ownPrefilled),
+          _tracking(lifetime == kScope)
     {
     }
     ~ToCmpi() { release(); }
@@ -56,8 +60,8 @@ class ToCmpi
     // Namespace, class name as declared, and all keys. A key without a value is a failure.
     CMPIObjectPath* path(const cimple::Instance* instance);
 
-    // With kScope: releases all objects made so far, containers before what they contain, because some brokers
-    // store the pointers that are put into a container.
+    // With kScope: releases all objects made so far, containers before what they contain, because some
+    // brokers store the pointers that are put into a container.
     void release();
 
     // An instance with its path, all keys and the other features that the filter admits. NULL features are
@@ -104,7 +108,6 @@ class ToCmpi
                      const Keys& keys,
                      PropertyFilter* filter,
                      const Prefilled& prefilled);
-    const Prefilled& prefilledIn(const CMPIInstance* fresh, const cimple::Meta_Class* metaClass);
 
     bool convert(const cimple::Instance* instance,
                  const cimple::Meta_Feature* feature,
@@ -122,7 +125,8 @@ class ToCmpi
     const CMPIBroker* _broker;
     std::string _nameSpace;
     std::vector<Made> _made;
-    std::deque<Prefilled> _prefilled; // of the classes met so far
+    Prefilled_Classes _ownPrefilled;
+    Prefilled_Classes& _prefilled;
     bool _tracking;
 };
 

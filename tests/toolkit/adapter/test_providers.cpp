@@ -3,9 +3,10 @@
 
 #include <demo_objects.h>
 
+#include <adapter/Scalars.h>
+
 #include <map>
 #include <memory>
-#include <strings.h>
 
 namespace adapter_test
 {
@@ -379,6 +380,30 @@ Ref<Instance> alert(const char* text)
 Ref<Instance> rackAboveRack(const char* upper, const char* lower)
 {
     return Ref<Instance>(demo::rack_above_rack(upper, lower).steal());
+}
+
+std::vector<test_broker::Named> schemaOf(const std::string& className)
+{
+    using test_broker::Value;
+    std::vector<test_broker::Named> schema;
+    const Meta_Class* const metaClass = find_meta_class(&Demo_Rack::static_meta_class, className.c_str());
+    if (!metaClass)
+        return schema;
+    for (const Meta_Feature* feature : features_of(metaClass))
+    {
+        const Meta_Property* mp = as_property(feature);
+        if (is_key(feature) || feature->flags & CIMPLE_FLAG_METHOD)
+            continue;
+        const CMPIType type = mp ? cimple_cmpi::typeOf(mp) : cimple_cmpi::typeOf(as_reference(feature));
+        Value value = type == CMPI_boolean ? Value::boolean(true) : Value::number(type, 99);
+        if (type == CMPI_string || type == CMPI_dateTime)
+            value.text = type == CMPI_string ? "of the schema" : "19990909090909.090909+000";
+        const bool composed = type & CMPI_ARRAY || type == CMPI_instance || type == CMPI_ref;
+        schema.emplace_back(feature->name, composed ? Value::nullOf(type) : value);
+    }
+    schema.emplace_back("NewerState", Value::integer(CMPI_uint16, 12));
+    schema.emplace_back("NewerText", Value::nullOf(CMPI_string));
+    return schema;
 }
 
 test_broker::Path classPath(const char* className)

@@ -85,6 +85,9 @@ Ref<Instance> sensorInRack(const char* rackName, cimple::uint32 sensorId);
 Ref<Instance> alert(const char* text);
 Ref<Instance> rackAboveRack(const char* upper, const char* lower);
 
+// A demo class as a server with a newer schema has it: every scalar with a default, and properties more.
+std::vector<test_broker::Named> schemaOf(const std::string& className);
+
 test_broker::Path classPath(const char* className);
 test_broker::Path rackPath(const char* name);
 test_broker::Path sensorPath(cimple::uint32 id);
