@@ -131,7 +131,6 @@ TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
     };
     std::atomic<bool> accepted{true};
     Worker worker;
-    alerts.keepHandler = true;
     alerts.enable = [&](const Script::Handle& handle)
     {
         worker.body = [&, handle]

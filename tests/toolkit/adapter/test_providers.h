@@ -35,11 +35,11 @@ struct Script
     std::string filters; // of the last question: result class, role and result role
 
     // What the indication provider does when it is switched on and off: 0 or a status. `handle` hands an
-    // indication over; it is good until the provider is switched off.
+    // indication over.
     typedef std::function<bool(Instance* indication)> Handle;
     std::function<int(const Handle& handle)> enable;
     std::function<int()> disable;
-    bool keepHandler = false; // until the provider goes
+    Handle handle;
 
     // Fills in the outputs of a method.
     std::function<void(Instance* method)> method;
