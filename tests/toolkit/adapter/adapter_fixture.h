@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <condition_variable>
-
 #include "test_client.h"
 #include "test_providers.h"
 
@@ -52,34 +50,21 @@ class AdapterTest : public testing::Test
     std::vector<std::unique_ptr<Client>> _clients;
 };
 
-// A one-time event that threads of a test wait for.
-class Latch
+// A one-time event that threads of a test wait for: `missing` arrivals.
+struct Latch
 {
-  public:
-    // `count` arrivals open it.
-    explicit Latch(int count = 1) : _missing(count) {}
-
-    void arrive()
-    {
-        std::lock_guard<std::mutex> lock(_mutex);
-        _missing--;
-        _changed.notify_all();
-    }
+    void arrive() { missing--; }
     void wait()
     {
-        std::unique_lock<std::mutex> lock(_mutex);
-        _changed.wait(lock, [&] { return _missing <= 0; });
+        while (missing > 0)
+            std::this_thread::yield();
     }
     void arriveAndWait()
     {
         arrive();
         wait();
     }
-
-  private:
-    std::mutex _mutex;
-    std::condition_variable _changed;
-    int _missing;
+    std::atomic<int> missing{1};
 };
 
 } // namespace adapter_test

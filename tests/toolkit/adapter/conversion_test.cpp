@@ -207,15 +207,10 @@ TEST(KeyConversion, IntegersOfAnyWidthAreTakenIfTheyFit)
         CMPIUint64 bits;
         const char* expected;
     } cases[] = {
-        {asKey<uint8>, CMPI_sint64, 255, "255"},
         {asKey<uint8>, CMPI_uint64, 256, "256 does not fit uint8"},
         {asKey<uint8>, CMPI_sint64, minusOne, "-1 does not fit uint8"},
         {asKey<sint8>, CMPI_sint64, CMPIUint64(-128), "-128"},
         {asKey<sint8>, CMPI_sint64, CMPIUint64(-129), "-129 does not fit sint8"},
-        {asKey<sint8>, CMPI_uint16, 128, "128 does not fit sint8"},
-        {asKey<uint16>, CMPI_sint8, minusOne, "-1 does not fit uint16"},
-        {asKey<sint16>, CMPI_sint32, CMPIUint64(-32768), "-32768"},
-        {asKey<sint32>, CMPI_uint64, 1ull << 31, "2147483648 does not fit sint32"},
         {asKey<uint64>, CMPI_sint64, minusOne, "-1 does not fit uint64"},
         {asKey<sint64>, CMPI_uint64, (1ull << 63) - 1, "9223372036854775807"},
         {asKey<sint64>, CMPI_uint64, 1ull << 63, "9223372036854775808 does not fit sint64"},

@@ -25,6 +25,17 @@ class InstanceMi : public AdapterTest
         return result;
     }
 
+    // A sensor with a value of every kind.
+    static Ref<Instance> fullSensor(unsigned id)
+    {
+        Ref<Demo_Sensor> full = demo::sensor(id);
+        full->Modes.null = 0;
+        full->Modes.value.append(4);
+        full->Sampled.set(Datetime("20260314015926.535897+060"));
+        full->Limits = Demo_Limits::create(true);
+        return Ref<Instance>(full.steal());
+    }
+
     Script& racks = script<Demo_Rack>();
     Script& elements = script<Demo_Element>();
     Script& sensors = script<Demo_Sensor>();
@@ -69,14 +80,7 @@ TEST_F(InstanceMi, ObjectsOfAResultGoOnceItIsReturned)
     constexpr size_t kObjectsOfOne =
         40; // an instance with all it contains, the schema looked at, the request
     for (unsigned id = 0; id < kCount; id++)
-    {
-        sensors.instances.push_back(sensor(id, "inlet"));
-        auto* const full = static_cast<Demo_Sensor*>(sensors.instances.back().ptr());
-        full->Modes.null = 0;
-        full->Modes.value.append(4);
-        full->Sampled.set(Datetime("20260314015926.535897+060"));
-        full->Limits = Demo_Limits::create(true);
-    }
+        sensors.instances.push_back(fullSensor(id));
     Client& provider = client(sensorProvider);
     Texts texts;
     for (const char* server : {"fills", "plain", "copies"})
@@ -313,37 +317,15 @@ TEST_F(InstanceMi, EveryStatusHasItsCodeAndReason)
     const struct
     {
         CMPIrc rc;
-        std::vector<int> statuses;
+        std::vector<int> statuses; // the numbers of toolkit/cimple/Provider.h
     } codes[] = {
-        {CMPI_RC_OK, {GET_INSTANCE_OK}},
-        {CMPI_RC_ERR_ACCESS_DENIED,
-         {GET_INSTANCE_ACCESS_DENIED,
-          ENUM_INSTANCES_ACCESS_DENIED,
-          CREATE_INSTANCE_ACCESS_DENIED,
-          DELETE_INSTANCE_ACCESS_DENIED,
-          MODIFY_INSTANCE_ACCESS_DENIED,
-          ENUM_ASSOCIATOR_NAMES_ACCESS_DENIED,
-          ENUM_ASSOCIATORS_ACCESS_DENIED,
-          ENUM_REFERENCES_ACCESS_DENIED,
-          INVOKE_METHOD_ACCESS_DENIED}},
-        {CMPI_RC_ERR_INVALID_PARAMETER,
-         {GET_INSTANCE_INVALID_PARAMETER,
-          CREATE_INSTANCE_INVALID_PARAMETER,
-          MODIFY_INSTANCE_INVALID_PARAMETER}},
-        {CMPI_RC_ERR_NOT_FOUND,
-         {GET_INSTANCE_NOT_FOUND, DELETE_INSTANCE_NOT_FOUND, MODIFY_INSTANCE_NOT_FOUND}},
-        {CMPI_RC_ERR_NOT_SUPPORTED,
-         {-1,
-          GET_INSTANCE_UNSUPPORTED,
-          CREATE_INSTANCE_UNSUPPORTED,
-          DELETE_INSTANCE_UNSUPPORTED,
-          MODIFY_INSTANCE_UNSUPPORTED,
-          ENUM_ASSOCIATOR_NAMES_UNSUPPORTED,
-          ENUM_ASSOCIATORS_UNSUPPORTED,
-          ENUM_REFERENCES_UNSUPPORTED,
-          INVOKE_METHOD_UNSUPPORTED}},
-        {CMPI_RC_ERR_ALREADY_EXISTS, {CREATE_INSTANCE_DUPLICATE}},
-        {CMPI_RC_ERR_FAILED, {LOAD_FAILED, GET_INSTANCE_FAILED, ENUM_INSTANCES_FAILED, 4711}},
+        {CMPI_RC_OK, {0}},
+        {CMPI_RC_ERR_ACCESS_DENIED, {63, 71, 83, 92, 103, 112, 122, 132, 172}},
+        {CMPI_RC_ERR_INVALID_PARAMETER, {62, 82, 102}},
+        {CMPI_RC_ERR_NOT_FOUND, {60, 90, 100}},
+        {CMPI_RC_ERR_NOT_SUPPORTED, {-1, 61, 81, 91, 101, 111, 121, 131, 171}},
+        {CMPI_RC_ERR_ALREADY_EXISTS, {80}},
+        {CMPI_RC_ERR_FAILED, {30, 40, 64, 70, 84, 93, 104, 110, 120, 130, 140, 150, 170, 4711}},
     };
     for (const auto& c : codes)
         for (const int status : c.statuses)
@@ -406,12 +388,7 @@ TEST_F(InstanceMi, AfterAResultThatCannotBeDeliveredNothingMoreIsDone)
 
 TEST_F(InstanceMi, BrokerServicesThatFailAreReported)
 {
-    Ref<Instance> full = sensor(7);
-    auto* const fields = static_cast<Demo_Sensor*>(full.ptr());
-    fields->Modes.null = 0;
-    fields->Modes.value.append(4);
-    fields->Sampled.set(Datetime("20260314015926.535897+060"));
-    sensors.instances = {full};
+    sensors.instances = {fullSensor(7)};
     Client& provider = client(sensorProvider);
     for (const char* factory : {"newDateTimeFromChars", "newArray", "newInstance", "newObjectPath"})
     {
