@@ -119,16 +119,14 @@ Ref<Instance> FromCmpi::fromInstance(const CMPIInstance* source,
     Ref<Instance> instance(create(metaClass));
     nullify_properties(instance.ptr());
     instance->__name_space.assign(nameSpace.c_str());
-    const CMPIInstance* fresh = nullptr; // shows the server's schema
     for (const Named_Data& property : propertiesOf(source))
     {
         if (const Meta_Feature* feature = featureOf(metaClass, property))
             setFeature(instance.ptr(), feature, property.data, nameSpace);
         else if (unknown == kRefuse && !isNull(property.data))
         {
-            if (!fresh)
-                fresh = newInstance(_broker, nameSpace, metaClass->name);
-            if (!fresh || !hasProperty(fresh, property.name.c_str()))
+            const CMPIInstance* const fresh = newInstance(_broker, nameSpace, metaClass->name);
+            if (!fresh || !findProperty(propertiesOf(fresh), property.name))
                 refuse("class " + std::string(metaClass->name) + " has no property " + property.name);
         }
     }
@@ -140,12 +138,13 @@ std::vector<const char*> FromCmpi::meantBy(const CMPIInstance* modification, con
     const Meta_Class* const metaClass = converted->meta_class;
     Ref<Instance> filled(create(metaClass)); // what the server puts into an instance
     nullify_properties(filled.ptr());
+    const std::vector<Named_Data> given = propertiesOf(modification);
     std::vector<const Meta_Feature*> suspects;
     bool isFilled = true;
     if (const CMPIInstance* fresh = newInstance(_broker, converted->__name_space.c_str(), metaClass->name))
         for (const Named_Data& property : propertiesOf(fresh))
         {
-            isFilled = isFilled && hasProperty(modification, property.name.c_str());
+            isFilled = isFilled && (isNull(property.data) || findProperty(given, property.name));
             const Meta_Feature* const feature = featureOf(metaClass, property);
             if (!feature)
                 continue;
@@ -161,7 +160,7 @@ std::vector<const char*> FromCmpi::meantBy(const CMPIInstance* modification, con
         }
 
     std::vector<const char*> meant;
-    for (const Named_Data& property : propertiesOf(modification))
+    for (const Named_Data& property : given)
     {
         const Meta_Feature* const feature = featureOf(metaClass, property);
         if (!feature || is_key(feature))

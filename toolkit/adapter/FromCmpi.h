@@ -49,7 +49,7 @@ class FromCmpi
     // A client means what it gives, keys apart. A server that fills instances adds what the client did not
     // give, and a default that it filled in must never be written to a device. So a property that is as the
     // server makes it in a new instance is not meant, unless the server has not filled this instance: then it
-    // lacks something that a new one has. Where a client means such a value it has to list the property.
+    // lacks a value that a new one has. Where a client means such a value it has to list the property.
     std::vector<const char*> meantBy(const CMPIInstance* modification,
                                      const cimple::Instance* converted) const;
 

@@ -33,12 +33,12 @@ CMPIInstance* newInstance(const CMPIBroker* broker, const std::string& nameSpace
     return path ? CMNewInstance(broker, path, nullptr) : nullptr;
 }
 
-bool hasProperty(const CMPIInstance* instance, const char* name)
+const Named_Data* findProperty(const std::vector<Named_Data>& properties, const std::string& name)
 {
-    // Servers differ in the code for a property that there is not, but it is never OK.
-    CMPIStatus status = {CMPI_RC_OK, nullptr};
-    CMGetProperty(instance, name, &status);
-    return status.rc == CMPI_RC_OK;
+    for (const Named_Data& property : properties)
+        if (eqi(property.name.c_str(), name.c_str()))
+            return &property;
+    return nullptr;
 }
 
 Prefilled::Prefilled(const Meta_Class* m, const CMPIInstance* fresh) : metaClass(m)
@@ -52,7 +52,7 @@ Prefilled::Prefilled(const Meta_Class* m, const CMPIInstance* fresh) : metaClass
             continue;
         if (i == metaClass->num_meta_features)
             unknown.emplace_back(item.name, item.data.type);
-        else if (!is_key(metaClass->meta_features[i])) // keys may come with the path
+        else
         {
             features.resize(metaClass->num_meta_features, CMPI_null);
             features[i] = item.data.type;

@@ -32,8 +32,8 @@ std::vector<Named_Data> propertiesOf(const CMPIInstance* instance);
 // if the server makes none.
 CMPIInstance* newInstance(const CMPIBroker* broker, const std::string& nameSpace, const char* className);
 
-// Whether an instance has a property.
-bool hasProperty(const CMPIInstance* instance, const char* name);
+// The property of that name in any letter case, or null.
+const Named_Data* findProperty(const std::vector<Named_Data>& properties, const std::string& name);
 
 // The values that a server puts into new instances of a class. What a provider leaves NULL must be taken out
 // of them again, or clients take the default for the state of the device.
