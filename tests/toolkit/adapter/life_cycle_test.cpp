@@ -128,9 +128,13 @@ TEST_F(LifeCycle, CleanupWaitsForCallsInFlight)
         for (int i = 0; i < 1000; i++)
             std::this_thread::yield();
         EXPECT_EQ(racks.alive, 1);
+        racks.inside = nullptr; // a call that comes back is let in although the provider is being taken down
+        EXPECT_TRUE(cimom::get_instance("root/demo", rack("r1").ptr()));
         finished = true;
     };
     Client provider(broker, rackProvider);
+    racks.instances = {rack("r1")};
+    broker.upCalls = [&](const std::string&) { return provider.getInstance(rackPath("r1")); };
     std::thread caller([&] { EXPECT_TRUE(provider.enumerateInstances(classPath("Demo_Rack")).ok()); });
     inside.wait();
     cleaning.arrive();
