@@ -51,18 +51,11 @@ std::size_t InstanceObject::indexOf(std::string_view name) const
     return static_cast<std::size_t>(place - properties.begin());
 }
 
-bool InstanceObject::isKept(std::string_view name) const
-{
-    return !_kept || std::any_of(_kept->begin(),
-                                 _kept->end(),
-                                 [&](const CimName& kept) { return equalNoCase(kept.str(), name); });
-}
-
 void InstanceObject::set(std::string_view name, CimValue value)
 {
-    if (!isKept(name))
-        return;
     const std::size_t index = indexOf(name);
+    if (!isKept(index))
+        return;
     auto& properties = _instance.properties();
     if (!info)
     {
@@ -115,20 +108,18 @@ std::size_t InstanceObject::count() const
 
 void InstanceObject::keepOnly(const char** properties, const char** keys)
 {
-    if (!properties)
-    {
-        _kept.reset();
+    _kept.clear();
+    if (!properties || !info) // without a class the instance goes nowhere
         return;
-    }
-    std::vector<CimName> names;
+    _kept.resize(info->properties().size());
     for (const char** list : {properties, keys})
         for (; list && *list; ++list)
-            names.emplace_back(*list);
-    _kept = std::move(names);
+            if (const auto index = info->findProperty(*list))
+                _kept[*index] = true;
     auto& all = _instance.properties();
     for (std::size_t i = 0; i < _isSet.size(); ++i)
     {
-        if (!_isSet[i] || isKept(all[i].name.str()))
+        if (!_isSet[i] || isKept(i))
             continue;
         _isSet[i] = false;
         all[i].value = CimValue::null(all[i].value.type(), all[i].value.isArray());
@@ -200,7 +191,7 @@ void InstanceObject::completeKey(const KeyBinding& key)
             throw ShapeError("class " + info->name().str() + ": key property " + key.name.str() +
                              " differs from the path");
     }
-    else if (isKept(key.name.str()))
+    else if (isKept(index))
     {
         value = key.value;
         _isSet[index] = true;

@@ -47,13 +47,13 @@ struct InstanceObject : CMPIInstance, Tracked
 
   private:
     std::size_t indexOf(std::string_view name) const; // of an existing property, or the number of properties
-    bool isKept(std::string_view name) const;
+    bool isKept(std::size_t index) const { return _kept.empty() || (index < _kept.size() && _kept[index]); }
     void checkUsable() const;
     void completeKey(const KeyBinding& key);
 
     Instance _instance;
     std::vector<bool> _isSet;
-    PropertyList _kept; // what setPropertyFilter allows
+    std::vector<bool> _kept; // what setPropertyFilter allows, by index; empty for everything
     std::string _fault;
 };
 

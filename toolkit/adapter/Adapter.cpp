@@ -34,34 +34,22 @@ void* fill(
 
 } // namespace
 
-void Adapter::load()
+void Adapter::load() noexcept
 {
     if (_loaded)
         return;
     std::lock_guard<std::recursive_mutex> lock(_loading);
-    if (_loaded || _inLoad)
+    if (std::exchange(_begun, true))
         return;
-    struct InLoad
-    {
-        explicit InLoad(bool& flag) : _flag(flag) { _flag = true; }
-        ~InLoad() { _flag = false; }
-        bool& _flag;
-    } inLoad(_inLoad);
-    if (const Load_Status status = _provider.load(); status != LOAD_OK)
-        throw Failure::ofProvider(status).in("load");
-    _loaded = true;
-}
-
-void Adapter::tryLoad() noexcept
-{
     try
     {
-        load();
+        checkProvider(_provider.load());
     }
     catch (...)
     {
-        // Whoever needs the provider loaded will find out and say so.
+        CIMPLE_ERR(("%s", Failure::current().in("load").in(_className).what()));
     }
+    _loaded = true;
 }
 
 StaticData& StaticData::in(__CMPI_Static_Data& block, const Registration* registration)

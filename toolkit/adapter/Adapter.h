@@ -18,15 +18,17 @@ namespace cimple_cmpi
 class Adapter
 {
   public:
-    explicit Adapter(const cimple::Registration* registration) : _provider(registration) {}
+    explicit Adapter(const cimple::Registration* registration)
+        : _className(registration->meta_class->name), _provider(registration)
+    {
+    }
 
-    // Loads the provider if that has not succeeded yet; throws Failure if it does not now.
-    void load();
+    // Calls the provider's load if that has not been done, once in its life. A load that fails is logged and
+    // not repeated: the provider's operations load what they need and know how to say that they cannot.
+    void load() noexcept;
 
+    // Whether there is something to unload: after a load that failed, an operation may have succeeded.
     bool loaded() const { return _loaded; }
-
-    // The same, but never mind if it does not load.
-    void tryLoad() noexcept;
 
     // As it is.
     cimple::Provider_Handle& bareProvider() { return _provider; }
@@ -34,8 +36,9 @@ class Adapter
     Indications& indications() { return _indications; }
 
   private:
+    const char* const _className;
     std::recursive_mutex _loading; // a load may come back through the CIM server on the same thread
-    bool _inLoad = false;
+    bool _begun = false;
     std::atomic<bool> _loaded{false};
     Indications _indications; // outlives the provider, which may hold its handler
     cimple::Provider_Handle _provider;

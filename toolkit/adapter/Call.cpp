@@ -25,27 +25,6 @@ Adapter& enter(StaticData& data, const Gate::Pass& pass)
     return data.adapter();
 }
 
-// The exception being handled, as a failure.
-Failure currentFailure()
-{
-    try
-    {
-        throw;
-    }
-    catch (const Failure& failure)
-    {
-        return failure;
-    }
-    catch (const std::exception& e)
-    {
-        return Failure(CMPI_RC_ERR_FAILED, std::string("exception: ") + e.what());
-    }
-    catch (...)
-    {
-        return Failure(CMPI_RC_ERR_FAILED, "exception of an unknown type");
-    }
-}
-
 } // namespace
 
 CMPIStatus statusOfException(const StaticData& data, const Operation& operation) noexcept
@@ -53,7 +32,7 @@ CMPIStatus statusOfException(const StaticData& data, const Operation& operation)
     CMPIStatus status = {CMPI_RC_ERR_FAILED, nullptr};
     try
     {
-        const Failure failure = currentFailure();
+        const Failure failure = Failure::current();
         status.rc = failure.code();
         std::string where = operation.verb;
         if (operation.object)

@@ -49,24 +49,17 @@ class Call
     const CMPIBroker* broker() const { return _context.broker(); }
     const CMPIContext* context() const { return _context.context(); }
     Adapter& adapter() { return _adapter; }
-    // The provider, loaded, for operations that answer with what it has: one that does not load would answer
-    // with less. Throws Failure if it does not.
-    cimple::Provider_Handle& loadedProvider()
-    {
-        _adapter.load();
-        return _adapter.bareProvider();
-    }
-    // The provider, loaded if possible, for operations that change or do something: those that it does not
-    // support it refuses loaded or not, and what the others lack they tell themselves.
+    // The provider, after its load. Whatever that said, the operation is the provider's to answer: it loads
+    // again what it needs, refuses what it does not support, and a failure has the operation's own status.
     cimple::Provider_Handle& provider()
     {
-        _adapter.tryLoad();
+        _adapter.load();
         return _adapter.bareProvider();
     }
     const cimple::Meta_Class* providerClass() const { return _data.registration->meta_class; }
 
     // Conversion of what came with the call; classes are those that the module knows.
-    FromCmpi from() const { return FromCmpi(providerClass()); }
+    FromCmpi from() const { return FromCmpi(broker(), providerClass()); }
 
     // The class to make a model of when a request names `className`. It is the provider's class or derives
     // from it, because a provider reads a model as an instance of its own class. INVALID_CLASS for a class

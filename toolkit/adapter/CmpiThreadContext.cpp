@@ -91,7 +91,7 @@ std::unique_ptr<Instance_Source> CmpiThreadContext::enum_instances(const char* n
                           _broker, _context, pathOf(_broker, nameSpace, model), nullptr, &status);
                       checkBroker(found, status, "enumeration");
                       auto results = std::make_unique<Results>();
-                      const FromCmpi from(model->meta_class);
+                      const FromCmpi from(_broker, model->meta_class);
                       while (CMHasNext(found, nullptr))
                       {
                           const CMPIData data = CMGetNext(found, nullptr);
@@ -116,7 +116,7 @@ Ref<Instance> CmpiThreadContext::get_instance(const char* nameSpace, const Insta
                       CMPIInstance* found = CBGetInstance(
                           _broker, _context, pathOf(_broker, nameSpace, model), nullptr, &status);
                       checkBroker(found, status, "the instance");
-                      return FromCmpi(model->meta_class)
+                      return FromCmpi(_broker, model->meta_class)
                           .fromInstance(found, model->meta_class, nameSpace, FromCmpi::kIgnore);
                   });
 }
@@ -192,7 +192,7 @@ int CmpiThreadContext::invoke_method(const char* nameSpace, const Instance* inst
             checkBroker(status, "the method");
 
             nullify_properties(method);
-            const FromCmpi from(instance->meta_class);
+            const FromCmpi from(_broker, instance->meta_class);
             for (const Meta_Feature* parameter : features_of(method->meta_class))
             {
                 if (!(parameter->flags & CIMPLE_FLAG_OUT))

@@ -32,8 +32,8 @@ bool kindOf(const void* letter, MiKind& kind)
 
 } // namespace
 
-// Without a provider object there is no interface. A provider that does not load is reported by each
-// operation, which tries again first: what keeps it from loading may pass.
+// Without a provider object there is no interface. A provider that does not load gets one: what keeps it from
+// loading may pass, and until then its operations say so.
 extern "C" CIMPLE_EXPORT int cimple_cmpi_adapter(void* caller,
                                                  void* block,
                                                  void* registration,
@@ -58,14 +58,7 @@ extern "C" CIMPLE_EXPORT int cimple_cmpi_adapter(void* caller,
                                           [&]
                                           {
                                               Call call(data, static_cast<const CMPIContext*>(context));
-                                              try
-                                              {
-                                                  call.adapter().load();
-                                              }
-                                              catch (const Failure& failure)
-                                              {
-                                                  CIMPLE_ERR(("%s: %s", data.className(), failure.what()));
-                                              }
+                                              call.adapter().load();
                                               *static_cast<void**>(mi) = data.interface(kind);
                                           });
         return status.rc == CMPI_RC_OK ? 0 : -1;

@@ -67,4 +67,24 @@ Failure Failure::ofProvider(int status)
     return Failure(cimple_cmpi::codeOf(status), " ", text);
 }
 
+Failure Failure::current()
+{
+    try
+    {
+        throw;
+    }
+    catch (const Failure& failure)
+    {
+        return failure;
+    }
+    catch (const std::exception& e)
+    {
+        return Failure(CMPI_RC_ERR_FAILED, std::string("exception: ") + e.what());
+    }
+    catch (...)
+    {
+        return Failure(CMPI_RC_ERR_FAILED, "exception of an unknown type");
+    }
+}
+
 } // namespace cimple_cmpi

@@ -19,6 +19,9 @@ class Failure : public std::runtime_error
     // "failed (status 70)", followed by what the provider left in cimple::Error.
     static Failure ofProvider(int status);
 
+    // The exception that is being handled.
+    static Failure current();
+
     CMPIrc code() const { return _code; }
 
     // The same failure seen from one level further out: "<where>: <text>", "<where> failed (status 70)".

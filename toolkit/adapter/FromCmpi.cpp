@@ -4,7 +4,10 @@
 #include "Failure.h"
 #include "FromCmpiValue.h"
 #include "Scalars.h"
+#include "ServerSchema.h"
 #include <cmpimacs.h>
+
+#include <algorithm>
 
 namespace cimple_cmpi
 {
@@ -34,9 +37,26 @@ const char* nullKeyOf(const Instance* instance)
     return nullptr;
 }
 
-bool isNull(const CMPIData& data)
+// The feature that a property of an instance stands for, or null.
+const Meta_Feature* featureOf(const Meta_Class* metaClass, const Named_Data& property)
 {
-    return (data.state & CMPI_nullValue) || data.type == CMPI_null;
+    return find_feature(metaClass, property.name.c_str(), CIMPLE_FLAG_PROPERTY | CIMPLE_FLAG_REFERENCE);
+}
+
+// Embedded instances are equal only if both are NULL: no schema has a default for them.
+bool equalFeature(const Meta_Feature* feature, const Instance* a, const Instance* b)
+{
+    if (const Meta_Property* mp = as_property(feature))
+    {
+        const void* x = __property_of(a, mp);
+        const void* y = __property_of(b, mp);
+        return null_of(mp, x) && null_of(mp, y) ? true
+                                                : null_of(mp, x) == null_of(mp, y) && property_eq(mp, x, y);
+    }
+    const Meta_Reference* mr = as_reference(feature);
+    if (mr->subscript != 0)
+        return __array_ref_of(a, mr).null && __array_ref_of(b, mr).null;
+    return !__ref_of(a, mr) && !__ref_of(b, mr);
 }
 
 } // namespace
@@ -99,19 +119,59 @@ Ref<Instance> FromCmpi::fromInstance(const CMPIInstance* source,
     Ref<Instance> instance(create(metaClass));
     nullify_properties(instance.ptr());
     instance->__name_space.assign(nameSpace.c_str());
-    const CMPICount count = CMGetPropertyCount(source, nullptr);
-    for (CMPICount i = 0; i < count; i++)
+    for (const Named_Data& property : propertiesOf(source))
     {
-        CMPIString* name = nullptr;
-        const CMPIData data = CMGetPropertyAt(source, i, &name, nullptr);
-        const Meta_Feature* feature =
-            find_feature(metaClass, textOf(name).c_str(), CIMPLE_FLAG_PROPERTY | CIMPLE_FLAG_REFERENCE);
-        if (feature)
-            setFeature(instance.ptr(), feature, data, nameSpace);
-        else if (unknown == kRefuse && !isNull(data))
-            refuse("class " + std::string(metaClass->name) + " has no property " + textOf(name));
+        if (const Meta_Feature* feature = featureOf(metaClass, property))
+            setFeature(instance.ptr(), feature, property.data, nameSpace);
+        else if (unknown == kRefuse && !isNull(property.data))
+        {
+            const CMPIInstance* const fresh = newInstance(_broker, nameSpace, metaClass->name);
+            if (!fresh || !findProperty(propertiesOf(fresh), property.name))
+                refuse("class " + std::string(metaClass->name) + " has no property " + property.name);
+        }
     }
     return instance;
+}
+
+std::vector<const char*> FromCmpi::meantBy(const CMPIInstance* modification, const Instance* converted) const
+{
+    const Meta_Class* const metaClass = converted->meta_class;
+    Ref<Instance> filled(create(metaClass)); // what the server puts into an instance
+    nullify_properties(filled.ptr());
+    const std::vector<Named_Data> given = propertiesOf(modification);
+    std::vector<const Meta_Feature*> suspects;
+    bool isFilled = true;
+    if (const CMPIInstance* fresh = newInstance(_broker, converted->__name_space.c_str(), metaClass->name))
+        for (const Named_Data& property : propertiesOf(fresh))
+        {
+            isFilled = isFilled && (isNull(property.data) || findProperty(given, property.name));
+            const Meta_Feature* const feature = featureOf(metaClass, property);
+            if (!feature)
+                continue;
+            try
+            {
+                setFeature(filled.ptr(), feature, property.data, converted->__name_space.c_str());
+                suspects.push_back(feature);
+            }
+            catch (const Failure&)
+            {
+                // Of another type in the server's schema, so no value that came through is this one.
+            }
+        }
+
+    std::vector<const char*> meant;
+    for (const Named_Data& property : given)
+    {
+        const Meta_Feature* const feature = featureOf(metaClass, property);
+        if (!feature || is_key(feature))
+            continue;
+        const bool suspect =
+            isFilled && std::find(suspects.begin(), suspects.end(), feature) != suspects.end();
+        if (!suspect || !equalFeature(feature, converted, filled.ptr()))
+            meant.push_back(feature->name);
+    }
+    meant.push_back(nullptr);
+    return meant;
 }
 
 void FromCmpi::setFeature(Instance* instance,

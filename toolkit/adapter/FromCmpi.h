@@ -5,6 +5,7 @@
 #include <cmpift.h>
 
 #include <string>
+#include <vector>
 
 namespace cimple_cmpi
 {
@@ -22,12 +23,12 @@ class FromCmpi
     };
     enum Unknown
     {
-        kRefuse, // a property that the class does not have is a failure
+        kRefuse, // a value for a property that neither the class has nor the server's schema is a failure
         kIgnore
     };
 
     // Classes are looked up from `scope`: it, its superclasses, its repository.
-    explicit FromCmpi(const cimple::Meta_Class* scope) : _scope(scope) {}
+    FromCmpi(const CMPIBroker* broker, const cimple::Meta_Class* scope) : _broker(broker), _scope(scope) {}
 
     // The description of a class; INVALID_CLASS if there is none.
     const cimple::Meta_Class* classNamed(const std::string& name) const;
@@ -41,6 +42,16 @@ class FromCmpi
                                                const cimple::Meta_Class* metaClass,
                                                const std::string& nameSpace,
                                                Unknown unknown) const;
+
+    // The names of the properties of a modification without a property list that a client can have meant,
+    // followed by a null pointer. Names are those of the class.
+    //
+    // A client means what it gives, keys apart. A server that fills instances adds what the client did not
+    // give, and a default that it filled in must never be written to a device. So a property that is as the
+    // server makes it in a new instance is not meant, unless the server has not filled this instance: then it
+    // lacks a value that a new one has. Where a client means such a value it has to list the property.
+    std::vector<const char*> meantBy(const CMPIInstance* modification,
+                                     const cimple::Instance* converted) const;
 
     // Sets a feature of an instance or a method object. Integers of another width are let in for keys only.
     void setFeature(cimple::Instance* instance,
@@ -57,6 +68,7 @@ class FromCmpi
     cimple::Ref<cimple::Instance>
     referenced(const cimple::Meta_Reference* mr, const CMPIData& data, const std::string& nameSpace) const;
 
+    const CMPIBroker* _broker;
     const cimple::Meta_Class* _scope;
 };
 

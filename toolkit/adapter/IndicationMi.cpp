@@ -71,7 +71,7 @@ CMPIStatus enableIndications(CMPIIndicationMI* mi, const CMPIContext* context)
     return run(mi,
                context,
                "enable indications",
-               [](Call& call) { call.adapter().indications().enable(call.loadedProvider()); });
+               [](Call& call) { call.adapter().indications().enable(call.provider()); });
 }
 
 CMPIStatus disableIndications(CMPIIndicationMI* mi, const CMPIContext* context)

@@ -16,9 +16,12 @@ using namespace cimple;
 namespace
 {
 
-void deliverTo(const std::string& nameSpace, const CmpiThreadContext& context, const Instance* indication)
+void deliverTo(const std::string& nameSpace,
+               const CmpiThreadContext& context,
+               const Instance* indication,
+               Prefilled_Classes& prefilled)
 {
-    ToCmpi to(context.broker(), nameSpace, ToCmpi::kScope);
+    ToCmpi to(context.broker(), nameSpace, ToCmpi::kScope, &prefilled);
     const CMPIStatus status = CBDeliverIndication(
         context.broker(), context.context(), nameSpace.c_str(), to.looseInstance(indication));
     if (status.rc != CMPI_RC_OK) // nobody listens, for example: no concern of the provider
@@ -35,6 +38,7 @@ void Indications::enable(Provider_Handle& provider)
     std::lock_guard<std::mutex> lock(_switching);
     if (_enabled)
         return;
+    _prefilled.emplace();
     _deliveries.open(); // the provider may deliver from inside of its enable_indications
     try
     {
@@ -110,7 +114,7 @@ bool Indications::deliver(const Instance* indication)
             nameSpaces.push_back(item.first);
     }
     for (const std::string& nameSpace : nameSpaces)
-        deliverTo(nameSpace, *context, indication);
+        deliverTo(nameSpace, *context, indication, *_prefilled);
     return true;
 }
 

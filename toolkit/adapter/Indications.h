@@ -2,12 +2,14 @@
 #pragma once
 
 #include "Gate.h"
+#include "ServerSchema.h"
 #include <cimple/Provider_Handle.h>
 #include <cimple/cimple.h>
 
 #include <atomic>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 
 namespace cimple_cmpi
@@ -42,6 +44,7 @@ class Indications
     std::mutex _switching; // held over the provider's enable_indications and disable_indications
     std::atomic<bool> _enabled{false};
     Gate _deliveries{false};
+    std::optional<Prefilled_Classes> _prefilled; // made anew each time
 
     mutable std::mutex _mutex;
     std::map<std::string, unsigned> _nameSpaces; // number of active filters

@@ -34,7 +34,7 @@ void enumerate(Call& call,
     if (properties)
         filter_properties(model.ptr(), properties, true);
     ResultSink sink(call, result, nameSpaceOf(classPath), what, properties, wantedClass(call, modelClass));
-    checkProvider(call.loadedProvider().enum_instances(
+    checkProvider(call.provider().enum_instances(
         model.ptr(), ResultSink::receive<Instance*, Enum_Instances_Status>, &sink));
     sink.finish();
 }
@@ -46,12 +46,17 @@ void get(Call& call, const CMPIResult* result, const CMPIObjectPath* path, const
     filter_properties(model.ptr(), properties, true);
 
     Instance* found = nullptr;
-    const Get_Instance_Status status = call.loadedProvider().get_instance(model.ptr(), found);
+    const Get_Instance_Status status = call.provider().get_instance(model.ptr(), found);
     const Ref<Instance> instance(found);
     checkProvider(status);
 
-    ResultSink sink(
-        call, result, nameSpaceOf(path), Deliver::Instances, properties, wantedClass(call, modelClass));
+    ResultSink sink(call,
+                    result,
+                    nameSpaceOf(path),
+                    Deliver::Instances,
+                    properties,
+                    wantedClass(call, modelClass),
+                    Results::One);
     if (sink.take(instance.ptr()) && sink.taken() == 0)
         throw Failure(CMPI_RC_ERR_NOT_FOUND,
                       std::string("the instance with these keys is a ") + instance->meta_class->name);
@@ -62,10 +67,11 @@ void create(Call& call, const CMPIResult* result, const CMPIObjectPath* classPat
 {
     const Meta_Class* modelClass = call.modelClass(classNameOf(classPath));
     const std::string nameSpace = nameSpaceOf(classPath);
+    // What a server fills in is welcome here: a new instance begins with the defaults of its class.
     Ref<Instance> instance = call.from().fromInstance(source, modelClass, nameSpace, FromCmpi::kRefuse);
     checkProvider(call.provider().create_instance(instance.ptr()));
     // The provider may have filled in keys.
-    ResultSink sink(call, result, nameSpace, Deliver::Paths, nullptr);
+    ResultSink sink(call, result, nameSpace, Deliver::Paths, nullptr, nullptr, Results::One);
     sink.take(instance.ptr());
     sink.finish();
 }
@@ -111,7 +117,8 @@ void modify(Call& call,
     Ref<Instance> instance = from.fromInstance(source, modelClass, nameSpaceOf(path), FromCmpi::kRefuse);
     mergeKeys(instance.ptr(), keys.ptr());
     Ref<Instance> model(clone(instance.ptr()));
-    filter_properties(model.ptr(), properties, true);
+    filter_properties(
+        model.ptr(), properties ? properties : from.meantBy(source, instance.ptr()).data(), true);
     checkProvider(call.provider().modify_instance(model.ptr(), instance.ptr()));
     sayDone(result);
 }

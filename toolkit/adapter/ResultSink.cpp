@@ -62,6 +62,7 @@ bool ResultSink::take(const Instance* instance) noexcept
             return true;
         const ObjectLevel level(_copies ? _broker : nullptr);
         checkBroker(deliver(instance), "a result");
+        _to.release();
         _taken++;
     }
     catch (const Failure& failure)

@@ -17,6 +17,14 @@ enum class Deliver
     Instances
 };
 
+// How many results the operation has. Brokers that keep pointers until the MI function returns do so where
+// there is one; where there may be many they copy each.
+enum class Results
+{
+    One,
+    Many
+};
+
 // Instances may be shared with the provider, so they are read and not changed. After a failure, or when the
 // broker wants no more, nothing is done any more; finish() reports it.
 class ResultSink
@@ -29,9 +37,11 @@ class ResultSink
                const std::string& nameSpace,
                Deliver what,
                const char* const* properties,
-               const cimple::Meta_Class* wanted = nullptr)
-        : _broker(call.broker()), _copies(copiesResults(call)), _to(_broker, nameSpace), _filter(properties),
-          _result(result), _what(what), _wanted(wanted)
+               const cimple::Meta_Class* wanted = nullptr,
+               Results results = Results::Many)
+        : _broker(call.broker()), _copies(copiesResults(call)),
+          _to(_broker, nameSpace, results == Results::Many && !_copies ? ToCmpi::kScope : ToCmpi::kCall),
+          _filter(properties), _result(result), _what(what), _wanted(wanted)
     {
     }
 
@@ -59,7 +69,7 @@ class ResultSink
     CMPIStatus deliver(const cimple::Instance* instance);
 
     const CMPIBroker* _broker;
-    const bool _copies; // the broker does, so that a result's objects can go when it has been returned
+    const bool _copies; // the broker says so: all objects of a result can go when it has been returned
     ToCmpi _to;
     PropertyFilter _filter;
     const CMPIResult* _result;

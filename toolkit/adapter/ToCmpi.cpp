@@ -48,6 +48,7 @@ const std::vector<bool>& PropertyFilter::of(const Meta_Class* metaClass)
     if (metaClass == _metaClass)
         return _admitted;
     _admitted.assign(metaClass->num_meta_features, false);
+    _keys.clear();
     for (size_t i = 0; i < _admitted.size(); i++)
     {
         const Meta_Feature* feature = metaClass->meta_features[i];
@@ -55,9 +56,21 @@ const std::vector<bool>& PropertyFilter::of(const Meta_Class* metaClass)
         for (const char* const* name = _properties; !admitted && *name; name++)
             admitted = eqi(*name, feature->name);
         _admitted[i] = admitted && !(feature->flags & CIMPLE_FLAG_METHOD);
+        if (is_key(feature))
+            _keys.push_back(feature->name);
     }
+    _keys.push_back(nullptr);
     _metaClass = metaClass;
     return _admitted;
+}
+
+void PropertyFilter::applyTo(const CMPIInstance* instance, const Meta_Class* metaClass)
+{
+    if (!_properties)
+        return;
+    of(metaClass);
+    // Not every broker has filters. Those that do not, filter by themselves.
+    CMSetPropertyFilter(instance, const_cast<const char**>(_properties), _keys.data());
 }
 
 CMPIObjectPath* ToCmpi::path(const Instance* instance)
@@ -81,10 +94,11 @@ bool ToCmpi::value(const Instance* instance, const Meta_Feature* feature, CMPIDa
     return convert(instance, feature, nameSpaceOf(instance, _nameSpace.c_str()), data);
 }
 
-ToCmpi::~ToCmpi()
+void ToCmpi::release()
 {
     for (const Made& made : _made)
         made.release(made.object);
+    _made.clear();
 }
 
 template <class Edt>
@@ -147,7 +161,10 @@ CMPIInstance* ToCmpi::makeInstance(const Instance* instance,
     CMPIInstance* result = made(CMNewInstance(_broker, path, &status), status, "a new instance");
     if (_tracking) // the instance contains the path and is released before it
         std::rotate(_made.begin() + static_cast<std::ptrdiff_t>(before), _made.end() - 1, _made.end());
-    setFeatures(result, instance, nameSpaceOf(instance, outer), keys, filter);
+    const Prefilled& prefilled = _prefilled.of(instance->meta_class, result);
+    if (filter)
+        filter->applyTo(result, instance->meta_class);
+    setFeatures(result, instance, nameSpaceOf(instance, outer), keys, filter, prefilled);
     return result;
 }
 
@@ -155,7 +172,8 @@ void ToCmpi::setFeatures(CMPIInstance* target,
                          const Instance* instance,
                          const char* nameSpace,
                          const Keys& keys,
-                         PropertyFilter* filter)
+                         PropertyFilter* filter,
+                         const Prefilled& prefilled)
 {
     const Meta_Class* metaClass = instance->meta_class;
     const std::vector<bool>* admitted = filter ? &filter->of(metaClass) : nullptr;
@@ -173,7 +191,11 @@ void ToCmpi::setFeatures(CMPIInstance* target,
             convert(instance, feature, nameSpace, data);
         if (text || data.state == CMPI_goodValue)
             put(target, target->ft->setProperty, feature->name, data, text);
+        else if (!prefilled.features.empty() && prefilled.features[i] != CMPI_null)
+            checkBroker(CMSetProperty(target, feature->name, nullptr, prefilled.features[i]), feature->name);
     }
+    for (const auto& [name, type] : prefilled.unknown)
+        checkBroker(CMSetProperty(target, name.c_str(), nullptr, type), name.c_str());
 }
 
 bool ToCmpi::convert(const Instance* instance,

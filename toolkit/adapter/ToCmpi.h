@@ -1,6 +1,7 @@
 // From the toolkit's instances to CMPI objects.
 #pragma once
 
+#include "ServerSchema.h"
 #include <cimple/cimple.h>
 #include <cmpift.h>
 
@@ -20,10 +21,14 @@ class PropertyFilter
     // One flag per feature of the class.
     const std::vector<bool>& of(const cimple::Meta_Class* metaClass);
 
+    // Tells the broker, too: one that fills new instances leaves the list to the provider.
+    void applyTo(const CMPIInstance* instance, const cimple::Meta_Class* metaClass);
+
   private:
     const char* const* _properties;
     const cimple::Meta_Class* _metaClass = nullptr;
     std::vector<bool> _admitted;
+    std::vector<const char*> _keys; // names, and a null pointer
 };
 
 // Converts what belongs to one request. Objects are the broker's and live until the running MI function
@@ -34,24 +39,33 @@ class ToCmpi
     enum Lifetime
     {
         kCall, // the broker collects the objects when the running MI function returns
-        kScope // they are released, containers before what they contain, when this object goes: for threads
-               // that never return to the broker
+        kScope // release() or the end of this object releases them: where there are many, or where the thread
+               // never returns to the broker
     };
 
     // The namespace stands in the paths of instances that carry none of their own.
-    ToCmpi(const CMPIBroker* broker, const std::string& nameSpace, Lifetime lifetime = kCall)
-        : _broker(broker), _nameSpace(nameSpace), _tracking(lifetime == kScope)
+    // Who converts again and again on one thread passes on what is known of the server's classes.
+    ToCmpi(const CMPIBroker* broker,
+           const std::string& nameSpace,
+           Lifetime lifetime = kCall,
+           Prefilled_Classes* prefilled = nullptr)
+        : _broker(broker), _nameSpace(nameSpace), _prefilled(prefilled ? *prefilled : _ownPrefilled),
+          _tracking(lifetime == kScope)
     {
     }
-    ~ToCmpi();
+    ~ToCmpi() { release(); }
     ToCmpi(const ToCmpi&) = delete;
     ToCmpi& operator=(const ToCmpi&) = delete;
 
     // Namespace, class name as declared, and all keys. A key without a value is a failure.
     CMPIObjectPath* path(const cimple::Instance* instance);
 
+    // With kScope: releases all objects made so far, containers before what they contain, because some
+    // brokers store the pointers that are put into a container.
+    void release();
+
     // An instance with its path, all keys and the other features that the filter admits. NULL features are
-    // left out: the class tells the broker that they exist.
+    // left out, since the class tells the broker that they exist, unless the broker put a default there.
     CMPIInstance* instance(const cimple::Instance* instance, PropertyFilter& filter);
 
     // The same without a filter; keys may lack a value, as in embedded instances and indications.
@@ -92,7 +106,8 @@ class ToCmpi
                      const cimple::Instance* instance,
                      const char* nameSpace,
                      const Keys& keys,
-                     PropertyFilter* filter);
+                     PropertyFilter* filter,
+                     const Prefilled& prefilled);
 
     bool convert(const cimple::Instance* instance,
                  const cimple::Meta_Feature* feature,
@@ -110,6 +125,8 @@ class ToCmpi
     const CMPIBroker* _broker;
     std::string _nameSpace;
     std::vector<Made> _made;
+    Prefilled_Classes _ownPrefilled;
+    Prefilled_Classes& _prefilled;
     bool _tracking;
 };
 

@@ -7,8 +7,8 @@
  * Name of a boolean entry in the context of a call. Where it is true the server is done with a result when
  * the function that returns it (returnInstance, returnObjectPath, returnData) is; the provider may then
  * release the objects it made for it, with mark and release of the memory services, before its own function
- * returns. CMPI itself lets a server keep the pointer until then, so without the entry everything has to
- * stay.
+ * returns. Without the entry a server may keep the pointer of an operation's one result until then; where
+ * there may be many, a provider can only release one by one the objects it made.
  */
 #define CMPIResultsAreCopied "ResultsAreCopied"
 

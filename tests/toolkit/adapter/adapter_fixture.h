@@ -22,31 +22,49 @@ typedef std::vector<std::string> Texts;
 class AdapterTest : public testing::Test
 {
   protected:
-    AdapterTest() { resetScripts(); }
+    // The server fills new instances, unless a test wants it plain.
+    AdapterTest()
+    {
+        resetScripts();
+        broker.schema = schemaOf;
+    }
 
     // Ends what the test has begun: afterwards all providers are gone and the broker has nothing to complain
     // of.
     void TearDown() override
     {
-        for (Client* client : _clients)
-        {
+        for (auto& client : _clients)
             EXPECT_EQ(client->cleanup(true).texts(), Texts());
-            delete client;
-        }
         EXPECT_EQ(broker.violations(), "");
     }
 
     // The interfaces of a provider, cleaned up at the end of the test.
     Client& client(const test_broker::Factories& factories)
     {
-        _clients.push_back(new Client(broker, factories));
-        return *_clients.back();
+        return *_clients.emplace_back(std::make_unique<Client>(broker, factories));
     }
 
     test_broker::Broker broker;
 
   private:
-    std::vector<Client*> _clients;
+    std::vector<std::unique_ptr<Client>> _clients;
+};
+
+// A one-time event that threads of a test wait for: `missing` arrivals.
+struct Latch
+{
+    void arrive() { missing--; }
+    void wait()
+    {
+        while (missing > 0)
+            std::this_thread::yield();
+    }
+    void arriveAndWait()
+    {
+        arrive();
+        wait();
+    }
+    std::atomic<int> missing{1};
 };
 
 } // namespace adapter_test

@@ -33,13 +33,11 @@ class Conversion : public AdapterTest
         script<Demo_Everything>().reset();
         const Outcome created =
             things.createInstance(classPath("Demo_Everything"), everything({{name, value}}));
-        if (!created.ok())
-            return created.message;
-        const Outcome read = things.getInstance(kEverythingPath, {{name}});
+        const Outcome read = created.ok() ? things.getInstance(kEverythingPath, {{name}}) : Outcome(created);
         if (!read.ok())
             return read.message;
         const Value* property = read.instances.at(0).property(name);
-        return property ? test_broker::textOf(*property) : "absent";
+        return property ? test_broker::textOf(*property) : "null";
     }
 };
 
@@ -83,30 +81,21 @@ TEST_F(Conversion, EveryTypeSurvivesTheRoundTrip)
          Value::array(
              CMPI_instance,
              {limits(1), Value::instance({classPath("Demo_Rack"), {{"Name", Value::string("r1")}}})})},
+        {"TheUint32", Value::nullOf(CMPI_uint32)},
+        {"TheUint32", Value::nullOf(CMPI_null)}, // brokers differ in how much they know of a NULL
+        {"TheString", Value::nullOf(CMPI_string)},
+        {"TheDatetimeArray", Value::nullOf(CMPI_dateTimeA)},
+        {"Embedded", Value::nullOf(CMPI_instance)},
+        {"EmbeddedArray", Value::nullOf(CMPI_instanceA)},
+        {"DefaultUint32", Value::nullOf(CMPI_uint32)}, // an explicit NULL is not the default
     };
     Client& things = client(everythingProvider);
-    for (const auto& c : cases)
-        EXPECT_EQ(roundTrip(things, c.name, c.value), test_broker::textOf(c.value)) << c.name;
-}
-
-TEST_F(Conversion, NullsAreLeftOut)
-{
-    Client& things = client(everythingProvider);
-    const struct
+    for (const bool fills : {true, false})
     {
-        const char* name;
-        CMPIType type;
-    } cases[] = {
-        {"TheUint32", CMPI_uint32},
-        {"TheUint32", CMPI_null}, // brokers differ in how much they know of a NULL
-        {"TheString", CMPI_string},
-        {"TheDatetimeArray", CMPI_dateTimeA},
-        {"Embedded", CMPI_instance},
-        {"EmbeddedArray", CMPI_instanceA},
-        {"DefaultUint32", CMPI_uint32}, // an explicit NULL is not the default
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(roundTrip(things, c.name, Value::nullOf(c.type)), "absent") << c.name;
+        broker.schema = fills ? schemaOf : decltype(broker.schema)();
+        for (const auto& c : cases)
+            EXPECT_EQ(roundTrip(things, c.name, c.value), test_broker::textOf(c.value)) << c.name;
+    }
 }
 
 TEST_F(Conversion, ValuesThatDoNotFitAreRefusedByName)
@@ -171,12 +160,11 @@ TEST_F(Conversion, ReferencesCarryKeysAndTheNamespaceOfTheirOwn)
         {Value::string("Demo_Rack.Name=\"r1\""), "Rack: string given where reference is expected"},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(links
-                      .createInstance(classPath("Demo_SensorInRack"),
-                                      {classPath("Demo_SensorInRack"),
-                                       {{"Rack", c.rack}, {"Sensor", Value::ref(sensorPath(7))}}})
-                      .message,
+    {
+        const Inst wrong = {link.path, {{"Rack", c.rack}, {"Sensor", Value::ref(sensorPath(7))}}};
+        EXPECT_EQ(links.createInstance(link.path, wrong).message,
                   std::string("Demo_SensorInRack: create instance: ") + c.text);
+    }
 }
 
 TEST_F(Conversion, OverwrittenReferencesDoNotLeak)
@@ -219,20 +207,11 @@ TEST(KeyConversion, IntegersOfAnyWidthAreTakenIfTheyFit)
         CMPIUint64 bits;
         const char* expected;
     } cases[] = {
-        {asKey<uint8>, CMPI_sint64, 255, "255"},
         {asKey<uint8>, CMPI_uint64, 256, "256 does not fit uint8"},
         {asKey<uint8>, CMPI_sint64, minusOne, "-1 does not fit uint8"},
         {asKey<sint8>, CMPI_sint64, CMPIUint64(-128), "-128"},
         {asKey<sint8>, CMPI_sint64, CMPIUint64(-129), "-129 does not fit sint8"},
-        {asKey<sint8>, CMPI_uint16, 127, "127"},
-        {asKey<sint8>, CMPI_uint16, 128, "128 does not fit sint8"},
-        {asKey<uint16>, CMPI_sint8, minusOne, "-1 does not fit uint16"},
-        {asKey<sint16>, CMPI_sint32, CMPIUint64(-32768), "-32768"},
-        {asKey<uint32>, CMPI_uint8, 200, "200"},
-        {asKey<uint32>, CMPI_sint64, 0, "0"},
-        {asKey<sint32>, CMPI_uint64, 1ull << 31, "2147483648 does not fit sint32"},
         {asKey<uint64>, CMPI_sint64, minusOne, "-1 does not fit uint64"},
-        {asKey<uint64>, CMPI_sint16, 1, "1"},
         {asKey<sint64>, CMPI_uint64, (1ull << 63) - 1, "9223372036854775807"},
         {asKey<sint64>, CMPI_uint64, 1ull << 63, "9223372036854775808 does not fit sint64"},
         {asKey<sint64>, CMPI_sint64, 1ull << 63, "-9223372036854775808"},

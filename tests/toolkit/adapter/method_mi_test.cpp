@@ -32,13 +32,12 @@ TEST_F(MethodMi, ParametersOfEveryKindGoThereAndBack)
         method->return_value->Low.set(-1);
     };
     Client& labs = client(labProvider);
-    const Outcome outcome = labs.invokeMethod(
-        kLab,
-        "MEASURE",
-        {{"where", Value::ref(rackPath("r1"))},
-         {"Range", limits(4)},
-         {"Tags", Value::array(CMPI_uint16, {Value::integer(CMPI_uint16, 5)})},
-         {"Route", Value::array(CMPI_ref, {Value::ref(rackPath("r2")), Value::ref(rackPath("r3"))})}});
+    const std::vector<Named> in = {
+        {"where", Value::ref(rackPath("r1"))},
+        {"Range", limits(4)},
+        {"Tags", Value::array(CMPI_uint16, {Value::integer(CMPI_uint16, 5)})},
+        {"Route", Value::array(CMPI_ref, {Value::ref(rackPath("r2")), Value::ref(rackPath("r3"))})}};
+    const Outcome outcome = labs.invokeMethod(kLab, "MEASURE", in);
     EXPECT_EQ(seen, "r1 4 1 2");
     EXPECT_EQ(outcome.texts(),
               Texts({"Demo_Limits{Low=s32:-1}", // by returnInstance
@@ -48,17 +47,10 @@ TEST_F(MethodMi, ParametersOfEveryKindGoThereAndBack)
                      "Measured=[Demo_Limits{High=s32:3}]",
                      "When=d:20260314015926.535897+060"}));
     EXPECT_NE(script<Demo_Lab>().model.find("Name = \"lab\""), std::string::npos);
-}
 
-TEST_F(MethodMi, OutputsThatAreNullAreLeftOut)
-{
+    // Outputs that are NULL are left out, but arrays of references are never born NULL.
     script<Demo_Lab>().method = [](Instance*) {};
-    Client& labs = client(labProvider);
-    const Outcome outcome = labs.invokeMethod(kLab, "Measure");
-    EXPECT_TRUE(outcome.ok()) << outcome.message;
-    EXPECT_TRUE(outcome.instances.empty() && outcome.data.empty() && outcome.paths.empty());
-    // Arrays of references are never born NULL.
-    EXPECT_EQ(outcome.texts(), Texts({"Route=[]", "Measured=[]"}));
+    EXPECT_EQ(labs.invokeMethod(kLab, "Measure").texts(), Texts({"Route=[]", "Measured=[]"}));
 }
 
 TEST_F(MethodMi, StaticMethodsTakeAClassOrAnInstance)
@@ -111,21 +103,10 @@ TEST_F(MethodMi, StatusesAndFailuresLeaveNoHalfOfAnAnswer)
     EXPECT_EQ(outcome.texts(), Texts{"1: Demo_Lab: method Measure: Found: key Name has no value"});
     EXPECT_TRUE(outcome.instances.empty() && outcome.out.empty());
 
-    const struct
-    {
-        int status;
-        CMPIrc rc;
-    } cases[] = {{INVOKE_METHOD_FAILED, CMPI_RC_ERR_FAILED},
-                 {INVOKE_METHOD_UNSUPPORTED, CMPI_RC_ERR_NOT_SUPPORTED},
-                 {INVOKE_METHOD_ACCESS_DENIED, CMPI_RC_ERR_ACCESS_DENIED}};
     script<Demo_Lab>().method = [](Instance*) {};
-    for (const auto& c : cases)
-    {
-        script<Demo_Lab>().status = c.status;
-        EXPECT_EQ(labs.invokeMethod(kLab, "Measure").texts(),
-                  Texts{std::to_string(c.rc) + ": Demo_Lab: method Measure failed (status " +
-                        std::to_string(c.status) + ")"});
-    }
+    script<Demo_Lab>().status = INVOKE_METHOD_UNSUPPORTED;
+    EXPECT_EQ(labs.invokeMethod(kLab, "Measure").texts(),
+              Texts{"7: Demo_Lab: method Measure failed (status 131)"});
     // A method of the class that the provider does not know.
     script<Demo_Lab>().method = nullptr;
     EXPECT_EQ(labs.invokeMethod(kLab, "Measure").texts(),

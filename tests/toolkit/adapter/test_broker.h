@@ -2,10 +2,7 @@
 #pragma once
 
 #include <functional>
-#include <map>
-#include <mutex>
-#include <string>
-#include <vector>
+#include <set>
 
 #include "test_objects.h"
 
@@ -48,48 +45,44 @@ class Broker
     std::string violations() const;
 
     // Runs a function of a management interface on the calling thread. All its objects die when it returns.
-    // kWithResult checks that returnDone came exactly once with success and not at all with a failure.
+    // With results it is checked that returnDone came exactly once with success and not at all with a
+    // failure. Of one result the pointer is kept; where there may be many, each is copied.
     enum ResultRule
     {
-        kWithResult,
+        kManyResults,
+        kOneResult,
         kWithoutResult
     };
     typedef std::function<CMPIStatus(const CMPIContext*, const CMPIResult*)> Function;
-    Outcome call(const Function& function, ResultRule rule = kWithResult);
-
-    // From now on calls take so many results and refuse the next, as a broker does whose client has gone.
-    void refuseAfter(size_t results) { _refuseAfter = results; }
+    Outcome call(const Function& function, ResultRule rule = kManyResults);
 
     // From now on calls promise that results are copied, and there are memory services.
     void copyResults();
 
-    // From now on this factory ("newArray", "newString" ...) fails.
-    void fail(const std::string& factory);
-    bool failing(const char* factory) const;
+    // An instance as the server makes it, from a provider's path or for a request: with what the schema says.
+    Inst filled(Inst inst) const;
 
-    // Up-calls for a class go to these interfaces; either may be null.
-    void route(const std::string& className, CMPIInstanceMI* instances, CMPIMethodMI* methods);
-
-    std::vector<Delivery> deliveries() const;
-    // Called on the delivering thread for every indication, before it is kept.
-    void onDelivery(std::function<void(const Delivery&)> hook) { _onDelivery = std::move(hook); }
+    // An indication from the provider, on its thread.
     void deliver(const char* ns, const CMPIInstance* indication);
+    std::vector<Delivery> deliveries() const;
 
-    struct Route
-    {
-        CMPIInstanceMI* instances;
-        CMPIMethodMI* methods;
-    };
-    const Route* routeTo(const CMPIObjectPath* path) const;
+    // What follows is set by tests.
+
+    // The properties of a class in the server's schema with their defaults, if the server fills instances.
+    std::function<std::vector<Named>(const std::string& className)> schema;
+    // Calls take so many results and refuse the next, as a broker does whose client has gone.
+    size_t refuseAfter = size_t(-1);
+    // Factories ("newArray", "newString" ...) that fail.
+    std::set<std::string> failing;
+    // Answers up-calls: "get root/demo:Demo_Rack.Name=\"r1\"", "modify <path> <instance>" and so on.
+    std::function<Outcome(const std::string& request)> upCalls;
+    // Called on the delivering thread for every indication, before it is kept.
+    std::function<void(const Delivery&)> onDelivery;
 
   private:
     CMPIBroker _cmpi;
-    mutable std::mutex _mutex; // guards _failing and _deliveries
-    std::vector<std::string> _failing;
+    mutable std::mutex _mutex; // guards _deliveries
     std::vector<Delivery> _deliveries;
-    std::map<std::string, Route> _routes;
-    std::function<void(const Delivery&)> _onDelivery;
-    size_t _refuseAfter = size_t(-1);
     bool _copiesResults = false;
     Journal _journal;
 };

@@ -1,8 +1,5 @@
-// What the test broker does for providers: factories, threads, indications, and up-calls to routed
-// interfaces.
+// What the test broker does for providers: factories, threads, indications and up-calls.
 #include "test_broker.h"
-
-#include <strings.h>
 
 namespace test_broker
 {
@@ -24,7 +21,7 @@ Journal& journalOf(const CMPIBroker* mb)
 
 bool fails(const CMPIBroker* mb, const char* factory, CMPIStatus* rc)
 {
-    const bool failing = brokerOf(mb).failing(factory);
+    const bool failing = brokerOf(mb).failing.count(factory) != 0;
     done(rc, failing ? CMPI_RC_ERR_FAILED : CMPI_RC_OK);
     return failing;
 }
@@ -33,16 +30,15 @@ CMPIInstance* makeInstance(const CMPIBroker* mb, const CMPIObjectPath* path, CMP
 {
     if (fails(mb, "newInstance", rc))
         return nullptr;
-    return make<CMPIInstance>(journalOf(mb), {contentOf(path), {}});
+    return make<CMPIInstance>(journalOf(mb), brokerOf(mb).filled({contentOf(path), {}}));
 }
 
 CMPIObjectPath* makePath(const CMPIBroker* mb, const char* ns, const char* className, CMPIStatus* rc)
 {
-    if (fails(mb, "newObjectPath", rc))
-        return nullptr;
     if (!ns || !*ns || !className || !*className)
         journalOf(mb).violation("an object path needs a namespace and a class");
-    return make<CMPIObjectPath>(journalOf(mb), {ns, className, {}});
+    return fails(mb, "newObjectPath", rc) ? nullptr
+                                          : make<CMPIObjectPath>(journalOf(mb), {ns, className, {}});
 }
 
 CMPIArgs* makeArgs(const CMPIBroker* mb, CMPIStatus* rc)
@@ -59,20 +55,16 @@ CMPIArray* makeArray(const CMPIBroker* mb, CMPICount size, CMPIType type, CMPISt
 {
     if (type & CMPI_ARRAY)
         journalOf(mb).violation("newArray takes the type of the elements");
-    if (fails(mb, "newArray", rc))
-        return nullptr;
-    return make<CMPIArray>(journalOf(mb), Value::array(type, {size, Value::nullOf(type)}));
+    const std::vector<Value> elements(size, Value::nullOf(type));
+    return fails(mb, "newArray", rc) ? nullptr : make<CMPIArray>(journalOf(mb), Value::array(type, elements));
 }
 
 CMPIDateTime* makeDateTime(const CMPIBroker* mb, const char* text, CMPIStatus* rc)
 {
-    if (fails(mb, "newDateTimeFromChars", rc))
-        return nullptr;
     const std::string value = text;
-    if (value.size() == 25 && value[14] == '.')
-        return make<CMPIDateTime>(journalOf(mb), value);
-    done(rc, CMPI_RC_ERR_INVALID_PARAMETER);
-    return nullptr;
+    if (value.size() != 25 || value[14] != '.')
+        journalOf(mb).violation("no datetime: " + value);
+    return fails(mb, "newDateTimeFromChars", rc) ? nullptr : make<CMPIDateTime>(journalOf(mb), value);
 }
 
 // --- threads and indications
@@ -96,7 +88,7 @@ CMPIStatus attachThread(const CMPIBroker* mb, const CMPIContext* ctx)
 
 CMPIStatus detachThread(const CMPIBroker* mb, const CMPIContext* ctx)
 {
-    if (!attached || attached->context() != ctx)
+    if (!attached || attached->context != ctx)
         journalOf(mb).violation("a thread was detached with a context that it was not attached with");
     delete attached;
     attached = nullptr;
@@ -106,7 +98,7 @@ CMPIStatus detachThread(const CMPIBroker* mb, const CMPIContext* ctx)
 
 void checkContext(const CMPIBroker* mb, const CMPIContext* ctx)
 {
-    if (!Session::current() || Session::current()->context() != ctx)
+    if (!Session::current() || Session::current()->context != ctx)
         journalOf(mb).violation("an up-call came with a context that is not its thread's");
 }
 
@@ -122,144 +114,86 @@ CMPIStatus deliverIndication(const CMPIBroker* mb,
 
 // --- up-calls
 
-// Calls a function of an interface that serves the path's class and returns its results.
-template <class Mi, class Function, class... Args>
-Outcome upCall(const CMPIBroker* mb,
-               const CMPIContext* ctx,
-               const CMPIObjectPath* path,
-               CMPIStatus* rc,
-               Mi* Broker::Route::*interface,
-               Function function,
-               Args... args)
+Outcome
+upCall(const CMPIBroker* mb, const CMPIContext* ctx, CMPIStatus* rc, const char* operation, std::string about)
 {
     checkContext(mb, ctx);
-    Outcome outcome;
-    outcome.rc = CMPI_RC_ERR_INVALID_CLASS;
-    // The callee works on objects of its own session.
-    const Path copy = contentOf(path);
-    if (const Broker::Route* route = brokerOf(mb).routeTo(path))
-        outcome = brokerOf(mb).call(
-            [&](const CMPIContext* c, const CMPIResult* r)
-            {
-                Mi* mi = route->*interface;
-                return (mi->ft->*function)(mi, c, r, make<CMPIObjectPath>(journalOf(mb), copy), args...);
-            });
+    const Outcome outcome = brokerOf(mb).upCalls(operation + std::string(" ") + about);
     done(rc, outcome.rc);
-    if (rc && !outcome.ok())
-        rc->msg = make<CMPIString>(journalOf(mb), outcome.message);
     return outcome;
 }
 
-constexpr auto kInstances = &Broker::Route::instances;
-
-CMPIEnumeration* enumerateInstances(const CMPIBroker* mb,
-                                    const CMPIContext* ctx,
-                                    const CMPIObjectPath* path,
-                                    const char** list,
-                                    CMPIStatus* rc)
+template <class Edt>
+std::string text(const Edt* edt)
 {
-    const Outcome outcome =
-        upCall(mb, ctx, path, rc, kInstances, &CMPIInstanceMIFT::enumerateInstances, list);
-    Items items;
-    for (const Inst& inst : outcome.instances)
-        items.values.push_back(Value::instance(inst));
-    return outcome.ok() ? make<CMPIEnumeration>(journalOf(mb), items) : nullptr;
+    return textOf(contentOf(edt));
 }
 
-CMPIInstance* getInstance(const CMPIBroker* mb,
-                          const CMPIContext* ctx,
-                          const CMPIObjectPath* path,
-                          const char** list,
-                          CMPIStatus* rc)
+const CMPIBrokerFT kOperations = []
 {
-    const Outcome outcome = upCall(mb, ctx, path, rc, kInstances, &CMPIInstanceMIFT::getInstance, list);
-    return outcome.ok() ? make<CMPIInstance>(journalOf(mb), outcome.instances.at(0)) : nullptr;
-}
-
-CMPIObjectPath* createInstance(const CMPIBroker* mb,
-                               const CMPIContext* ctx,
-                               const CMPIObjectPath* path,
-                               const CMPIInstance* inst,
-                               CMPIStatus* rc)
-{
-    const Outcome outcome = upCall(mb, ctx, path, rc, kInstances, &CMPIInstanceMIFT::createInstance, inst);
-    return outcome.ok() ? make<CMPIObjectPath>(journalOf(mb), outcome.paths.at(0)) : nullptr;
-}
-
-CMPIStatus modifyInstance(const CMPIBroker* mb,
-                          const CMPIContext* ctx,
-                          const CMPIObjectPath* path,
-                          const CMPIInstance* inst,
-                          const char** list)
-{
-    CMPIStatus status;
-    upCall(mb, ctx, path, &status, kInstances, &CMPIInstanceMIFT::modifyInstance, inst, list);
-    return status;
-}
-
-CMPIStatus deleteInstance(const CMPIBroker* mb, const CMPIContext* ctx, const CMPIObjectPath* path)
-{
-    CMPIStatus status;
-    upCall(mb, ctx, path, &status, kInstances, &CMPIInstanceMIFT::deleteInstance);
-    return status;
-}
-
-CMPIData invokeMethod(const CMPIBroker* mb,
-                      const CMPIContext* ctx,
-                      const CMPIObjectPath* path,
-                      const char* method,
-                      const CMPIArgs* in,
-                      CMPIArgs* out,
-                      CMPIStatus* rc)
-{
-    const Outcome outcome =
-        upCall(mb, ctx, path, rc, &Broker::Route::methods, &CMPIMethodMIFT::invokeMethod, method, in, out);
-    return dataOf(journalOf(mb), outcome.data.empty() ? Value() : outcome.data[0]);
-}
-
-CMPIBrokerFT operations()
-{
-    CMPIBrokerFT table = {};
-    table.brokerCapabilities =
-        CMPI_MB_InstanceManipulation | CMPI_MB_AssociationTraversal | CMPI_MB_Indications;
-    table.brokerVersion = CMPIVersion200;
-    table.brokerName = "TestBroker";
-    table.prepareAttachThread = prepareAttachThread;
-    table.attachThread = attachThread;
-    table.detachThread = detachThread;
-    table.deliverIndication = deliverIndication;
-    table.getInstance = getInstance;
-    table.createInstance = createInstance;
-    table.modifyInstance = modifyInstance;
-    table.deleteInstance = deleteInstance;
-    table.enumerateInstances = enumerateInstances;
-    table.invokeMethod = invokeMethod;
-    return table;
-}
+    CMPIBrokerFT t = {};
+    t.brokerCapabilities = CMPI_MB_InstanceManipulation | CMPI_MB_AssociationTraversal | CMPI_MB_Indications;
+    t.brokerVersion = CMPIVersion200;
+    t.brokerName = "TestBroker";
+    t.prepareAttachThread = prepareAttachThread;
+    t.attachThread = attachThread;
+    t.detachThread = detachThread;
+    t.deliverIndication = deliverIndication;
+    t.getInstance = [](auto* mb, auto* ctx, auto* path, auto**, auto* rc)
+    {
+        const Outcome outcome = upCall(mb, ctx, rc, "get", text(path));
+        return outcome.ok() ? make<CMPIInstance>(journalOf(mb), outcome.instances.at(0)) : nullptr;
+    };
+    t.createInstance = [](auto* mb, auto* ctx, auto* path, auto* inst, auto* rc)
+    {
+        const Outcome outcome = upCall(mb, ctx, rc, "create", text(path) + " " + text(inst));
+        return outcome.ok() ? make<CMPIObjectPath>(journalOf(mb), contentOf(path)) : nullptr;
+    };
+    t.modifyInstance = [](auto* mb, auto* ctx, auto* path, auto* inst, auto**) {
+        return CMPIStatus{upCall(mb, ctx, nullptr, "modify", text(path) + " " + text(inst)).rc, nullptr};
+    };
+    t.deleteInstance = [](auto* mb, auto* ctx, auto* path) {
+        return CMPIStatus{upCall(mb, ctx, nullptr, "delete", text(path)).rc, nullptr};
+    };
+    t.enumerateInstances = [](auto* mb, auto* ctx, auto* path, auto**, auto* rc)
+    {
+        const Outcome outcome = upCall(mb, ctx, rc, "enumerate", text(path));
+        std::vector<Value> items;
+        for (const Inst& inst : outcome.instances)
+            items.push_back(Value::instance(inst));
+        return outcome.ok() ? make<CMPIEnumeration>(journalOf(mb), items) : nullptr;
+    };
+    t.invokeMethod = [](auto* mb, auto* ctx, auto* path, auto* method, auto* in, auto* out, auto* rc)
+    {
+        const Inst arguments = {{{}, method, {}}, contentOf(in)};
+        const Outcome outcome = upCall(mb, ctx, rc, "invoke", text(path) + " " + textOf(arguments));
+        contentOf(out) = outcome.out;
+        return dataOf(journalOf(mb), outcome.data.empty() ? Value() : outcome.data[0]);
+    };
+    return t;
+}();
 
 // What is not in these tables no provider may need: other brokers leave it out, too.
-CMPIBrokerEncFT factories()
+const CMPIBrokerEncFT kFactories = []
 {
-    CMPIBrokerEncFT table = {};
-    table.ftVersion = CMPIVersion200;
-    table.newInstance = makeInstance;
-    table.newObjectPath = makePath;
-    table.newArgs = makeArgs;
-    table.newString = makeString;
-    table.newArray = makeArray;
-    table.newDateTimeFromChars = makeDateTime;
-    return table;
-}
+    CMPIBrokerEncFT t = {};
+    t.ftVersion = CMPIVersion200;
+    t.newInstance = makeInstance;
+    t.newObjectPath = makePath;
+    t.newArgs = makeArgs;
+    t.newString = makeString;
+    t.newArray = makeArray;
+    t.newDateTimeFromChars = makeDateTime;
+    return t;
+}();
 
-const CMPIBrokerFT brokerFT = operations();
-const CMPIBrokerEncFT encFT = factories();
-const CMPIBrokerExtFT extFT = {};
+const CMPIBrokerExtFT kSystem = {};
 
 } // namespace
 
 CMPIBroker services()
 {
-    return {nullptr, &brokerFT, &encFT, &extFT, nullptr};
+    return {nullptr, &kOperations, &kFactories, &kSystem, nullptr};
 }
 
 } // namespace test_broker

@@ -1,10 +1,6 @@
 // Drives the management interfaces of one provider through the test broker, as a CIM server would.
 #pragma once
 
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "test_broker.h"
 
 namespace test_broker
@@ -34,129 +30,168 @@ struct Filters
     const char* resultRole = nullptr;
 };
 
-// A property list as C code expects it.
-class CList
-{
-  public:
-    explicit CList(const Properties& properties) : _all(!properties)
-    {
-        if (properties)
-            _names = *properties;
-        _names.push_back(nullptr);
-    }
-    const char** get() { return _all ? nullptr : _names.data(); }
-
-  private:
-    bool _all;
-    std::vector<const char*> _names;
-};
-
-// An instance that is made when the interface is called, in the session of the call.
-struct Argument
-{
-    Broker& broker;
-    const Inst& inst;
-
-    operator const CMPIInstance*() const { return make<CMPIInstance>(broker.journal(), inst); }
-};
-
 class Client
 {
   public:
     // Creates all interfaces at once; those that could not be created are null.
-    Client(Broker& broker, const Factories& factories);
+    Client(Broker& broker, const Factories& factories) : _broker(broker)
+    {
+        create(factories.instance, instances);
+        create(factories.method, methods);
+        create(factories.association, associations);
+        create(factories.indication, indications);
+    }
 
-    CMPIInstanceMI* const& instances = _instance;
-    CMPIMethodMI* const& methods = _method;
-    CMPIAssociationMI* const& associations = _association;
-    CMPIIndicationMI* const& indications = _indication;
+    CMPIInstanceMI* instances = nullptr;
+    CMPIMethodMI* methods = nullptr;
+    CMPIAssociationMI* associations = nullptr;
+    CMPIIndicationMI* indications = nullptr;
 
-    Outcome enumerateInstances(const Path& classPath, const Properties& list = {})
+    Outcome enumerateInstances(const Path& path, Properties list = {})
     {
-        return run(_instance, &CMPIInstanceMIFT::enumerateInstances, classPath, CList(list).get());
+        return run(instances, &CMPIInstanceMIFT::enumerateInstances, Broker::kManyResults, path, list);
     }
-    Outcome enumerateInstanceNames(const Path& classPath)
+    Outcome enumerateInstanceNames(const Path& path)
     {
-        return run(_instance, &CMPIInstanceMIFT::enumerateInstanceNames, classPath);
+        return run(instances, &CMPIInstanceMIFT::enumerateInstanceNames, Broker::kManyResults, path);
     }
-    Outcome getInstance(const Path& path, const Properties& list = {})
+    Outcome getInstance(const Path& path, Properties list = {})
     {
-        return run(_instance, &CMPIInstanceMIFT::getInstance, path, CList(list).get());
+        return run(instances, &CMPIInstanceMIFT::getInstance, Broker::kOneResult, path, list);
     }
-    Outcome createInstance(const Path& classPath, const Inst& inst)
+    Outcome createInstance(const Path& path, const Inst& inst)
     {
-        return run(_instance, &CMPIInstanceMIFT::createInstance, classPath, Argument{_broker, inst});
+        return run(instances, &CMPIInstanceMIFT::createInstance, Broker::kOneResult, path, inst);
     }
-    Outcome modifyInstance(const Path& path, const Inst& inst, const Properties& list = {})
+    Outcome modifyInstance(const Path& path, const Inst& inst, Properties list = {})
     {
-        const Argument argument = {_broker, inst};
-        return run(_instance, &CMPIInstanceMIFT::modifyInstance, path, argument, CList(list).get());
+        return run(instances, &CMPIInstanceMIFT::modifyInstance, Broker::kManyResults, path, inst, list);
     }
     Outcome deleteInstance(const Path& path)
     {
-        return run(_instance, &CMPIInstanceMIFT::deleteInstance, path);
+        return run(instances, &CMPIInstanceMIFT::deleteInstance, Broker::kManyResults, path);
     }
-    Outcome execQuery(const Path& classPath, const char* query, const char* language)
+    Outcome invokeMethod(const Path& path, const char* method, const std::vector<Named>& in = {})
     {
-        return run(_instance, &CMPIInstanceMIFT::execQuery, classPath, query, language);
+        std::vector<Named> out;
+        const auto invoke = [&](auto* c, auto* r)
+        {
+            auto* const arguments = make<CMPIArgs>(_broker.journal(), in);
+            auto* const outputs = make<CMPIArgs>(_broker.journal(), {});
+            const CMPIStatus status =
+                methods->ft->invokeMethod(methods, c, r, pass(path), method, arguments, outputs);
+            out = contentOf(outputs);
+            return status;
+        };
+        Outcome outcome = _broker.call(invoke, Broker::kOneResult);
+        outcome.out = std::move(out);
+        return outcome;
     }
-    Outcome invokeMethod(const Path& path, const char* method, const std::vector<Named>& in = {});
-    Outcome associators(const Path& path, const Filters& f = {}, const Properties& list = {});
-    Outcome associatorNames(const Path& path, const Filters& f = {});
-    Outcome references(const Path& path, const Filters& f = {}, const Properties& list = {})
+    Outcome associators(const Path& path, const Filters& f = {}, Properties list = {})
     {
-        const auto function = &CMPIAssociationMIFT::references;
-        return run(_association, function, path, f.assocClass, f.role, CList(list).get());
+        const auto function = &CMPIAssociationMIFT::associators;
+        return associate(function, path, f.assocClass, f.resultClass, f.role, f.resultRole, list);
+    }
+    Outcome associatorNames(const Path& path, const Filters& f = {})
+    {
+        const auto function = &CMPIAssociationMIFT::associatorNames;
+        return associate(function, path, f.assocClass, f.resultClass, f.role, f.resultRole);
+    }
+    Outcome references(const Path& path, const Filters& f = {}, Properties list = {})
+    {
+        return associate(&CMPIAssociationMIFT::references, path, f.assocClass, f.role, list);
     }
     Outcome referenceNames(const Path& path, const Filters& f = {})
     {
-        return run(_association, &CMPIAssociationMIFT::referenceNames, path, f.assocClass, f.role);
+        return associate(&CMPIAssociationMIFT::referenceNames, path, f.assocClass, f.role);
     }
     Outcome activateFilter(const Path& path) { return filter(&CMPIIndicationMIFT::activateFilter, path); }
     Outcome deactivateFilter(const Path& path) { return filter(&CMPIIndicationMIFT::deActivateFilter, path); }
-    Outcome enableIndications() { return switchTo(&CMPIIndicationMIFT::enableIndications); }
-    Outcome disableIndications() { return switchTo(&CMPIIndicationMIFT::disableIndications); }
+    Outcome enableIndications() { return manage(indications, &CMPIIndicationMIFT::enableIndications); }
+    Outcome disableIndications() { return manage(indications, &CMPIIndicationMIFT::disableIndications); }
 
     // Calls the cleanup of each interface; the first answer that is not OK, otherwise OK.
-    Outcome cleanup(bool terminating = false);
+    Outcome cleanup(bool terminating = false)
+    {
+        Outcome worst;
+        worst.rc = CMPI_RC_OK;
+        const auto end = [&](auto* mi, auto function)
+        {
+            const Outcome outcome = mi ? manage(mi, function, terminating) : worst;
+            if (worst.ok())
+                worst = outcome;
+        };
+        end(instances, &CMPIInstanceMIFT::cleanup);
+        end(associations, &CMPIAssociationMIFT::cleanup);
+        end(methods, &CMPIMethodMIFT::cleanup);
+        end(indications, &CMPIIndicationMIFT::cleanup);
+        return worst;
+    }
+
+    // Calls a function that returns nothing but its status.
+    template <class Mi, class Function, class... Args>
+    Outcome manage(Mi* mi, Function function, Args... args)
+    {
+        return _broker.call([&](auto* c, auto*) { return (mi->ft->*function)(mi, c, args...); },
+                            Broker::kWithoutResult);
+    }
 
   private:
     template <class Mi>
-    void create(Factory factory, Mi*& mi);
-    // Calls a function of an interface with a path made in the call's session.
-    template <class Mi, class Function, class... Args>
-    Outcome run(Mi* mi, Function function, const Path& path, const Args&... args)
+    void create(Factory factory, Mi*& mi)
     {
-        return _broker.call(
-            [&](auto* c, auto* r) {
-                return (mi->ft->*function)(mi, c, r, make<CMPIObjectPath>(_broker.journal(), path), args...);
-            });
+        if (!factory)
+            return;
+        // As left behind by some other call: not all brokers clear it.
+        CMPIStatus status = {CMPI_RC_ERROR, nullptr};
+        const auto make = [&](const CMPIContext* context, auto*)
+        {
+            mi = static_cast<Mi*>(
+                factory(const_cast<CMPIBroker*>(_broker.cmpi()), const_cast<CMPIContext*>(context), &status));
+            return status;
+        };
+        _broker.call(make, Broker::kWithoutResult);
+        if ((status.rc == CMPI_RC_OK) != (mi != nullptr))
+            _broker.journal().violation("an interface was made or not against the status of its factory");
+    }
+
+    // Arguments as they are passed, objects made in the session of the call.
+    const char* pass(const char* text) { return text; }
+    CMPIObjectPath* pass(const Path& path) { return make<CMPIObjectPath>(_broker.journal(), path); }
+    CMPIInstance* pass(const Inst& inst)
+    {
+        return make<CMPIInstance>(_broker.journal(), _broker.filled(inst));
+    }
+    const char** pass(Properties& list)
+    {
+        if (!list)
+            return nullptr;
+        list->push_back(nullptr);
+        return list->data();
+    }
+
+    template <class Mi, class Function, class... Args>
+    Outcome run(Mi* mi, Function function, Broker::ResultRule rule, Args&&... args)
+    {
+        return _broker.call([&](auto* c, auto* r) { return (mi->ft->*function)(mi, c, r, pass(args)...); },
+                            rule);
+    }
+    template <class Function, class... Args>
+    Outcome associate(Function function, Args&&... args)
+    {
+        return run(associations, function, Broker::kManyResults, args...);
     }
     template <class Function>
     Outcome filter(Function function, const Path& path)
     {
-        return _broker.call(
-            [&](auto* c, auto*)
-            {
-                CMPIObjectPath* made = make<CMPIObjectPath>(_broker.journal(), path);
-                return (_indication->ft->*function)(_indication, c, nullptr, path.className.c_str(), made, 1);
-            },
-            Broker::kWithoutResult);
+        const auto call = [&](auto* c, auto*) {
+            return (indications->ft->*function)(
+                indications, c, nullptr, path.className.c_str(), pass(path), 1);
+        };
+        return _broker.call(call, Broker::kWithoutResult);
     }
-    template <class Function>
-    Outcome switchTo(Function function)
-    {
-        return _broker.call([&](auto* c, auto*) { return (_indication->ft->*function)(_indication, c); },
-                            Broker::kWithoutResult);
-    }
-    template <class Mi>
-    void cleanup(Mi* mi, bool terminating, Outcome& worst);
 
     Broker& _broker;
-    CMPIInstanceMI* _instance = nullptr;
-    CMPIMethodMI* _method = nullptr;
-    CMPIAssociationMI* _association = nullptr;
-    CMPIIndicationMI* _indication = nullptr;
 };
 
 } // namespace test_broker

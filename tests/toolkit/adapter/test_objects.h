@@ -4,9 +4,8 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
-#include <string>
+#include <optional>
 #include <thread>
-#include <vector>
 
 #include "test_values.h"
 
@@ -20,61 +19,64 @@ class Journal
     void violation(const std::string& text);
     std::vector<std::string> violations() const;
 
-    // Objects of any kind that exist now.
-    size_t objectsAlive() const { return _alive; }
-
-    void count(bool born) { born ? ++_alive : --_alive; }
+    std::atomic<size_t> objectsAlive{0};
 
   private:
     mutable std::mutex _mutex;
     std::vector<std::string> _violations;
-    std::atomic<size_t> _alive{0};
+};
+
+// Counts those who keep a pointer to an object: the object must not be released before they are gone.
+typedef std::shared_ptr<int> Holds;
+class Hold
+{
+  public:
+    explicit Hold(Holds holds) : _holds(std::move(holds)) { ++*_holds; }
+    Hold(Hold&&) = default;
+    ~Hold()
+    {
+        if (_holds)
+            --*_holds;
+    }
+
+  private:
+    Holds _holds;
 };
 
 // What every object of the broker is besides its CMPI face.
 struct Object
 {
-    explicit Object(Journal& j) : journal(j) { journal.count(true); }
-    virtual ~Object() { journal.count(false); }
+    explicit Object(Journal& j) : journal(j) { ++journal.objectsAlive; }
+    virtual ~Object() { --journal.objectsAlive; }
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
 
     Journal& journal;
     const std::thread::id owner = std::this_thread::get_id();
     bool movable = false; // used on another thread than the one that made it
+    const Holds holds = std::make_shared<int>(0);
+    std::vector<Hold> parts;                      // objects that were put into this one
+    std::optional<std::vector<std::string>> kept; // the filter of an instance
 };
 
 // The objects of one MI call or of one attached thread; all of them die with it. Sessions of a thread nest.
 class Session
 {
   public:
-    explicit Session(const CMPIContext* context = nullptr);
+    explicit Session(const CMPIContext* c = nullptr);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
     static Session* current();
-
-    // What up-calls of this session have to pass.
-    const CMPIContext* context() const { return _context; }
-    void setContext(const CMPIContext* context) { _context = context; }
-    void add(std::unique_ptr<Object> object) { _objects.push_back(std::move(object)); }
-    // Destroys an object of this session before its time; false if it is not one.
+    // Destroys an object before its time; false if it is not of this session.
     bool release(Object* object);
-    // How many there are, and the end of all that were added since.
-    size_t level() const { return _objects.size(); }
-    void endSince(size_t level) { _objects.resize(level); }
+
+    const CMPIContext* context; // what up-calls of this session have to pass
+    std::vector<std::unique_ptr<Object>> objects;
 
   private:
-    const CMPIContext* _context;
     Session* _outer;
-    std::vector<std::unique_ptr<Object>> _objects;
-};
-
-struct Items
-{
-    std::vector<Value> values;
-    size_t next = 0;
 };
 
 // The function table and the content of each kind of object.
@@ -84,7 +86,7 @@ const CMPIObjectPathFT* kindOf(const CMPIObjectPath*, Path*);
 const CMPIInstanceFT* kindOf(const CMPIInstance*, Inst*);
 const CMPIArrayFT* kindOf(const CMPIArray*, Value*);
 const CMPIArgsFT* kindOf(const CMPIArgs*, std::vector<Named>*);
-const CMPIEnumerationFT* kindOf(const CMPIEnumeration*, Items*);
+const CMPIEnumerationFT* kindOf(const CMPIEnumeration*, std::vector<Value>*); // what is left of it
 const CMPIContextFT* kindOf(const CMPIContext*, std::vector<Named>*);
 
 template <class Edt, class Content, class Table>
@@ -129,7 +131,7 @@ Edt* make(Journal& journal, Content<Edt> content)
     {
         auto object = std::make_unique<Made<Edt>>(journal, std::move(content));
         Edt* edt = object.get();
-        session->add(std::move(object));
+        session->objects.push_back(std::move(object));
         return edt;
     }
     journal.violation("an object was made outside of a call and of an attached thread");
@@ -147,10 +149,10 @@ inline CMPIStatus done(CMPIStatus* rc, CMPIrc code)
 // A value as a getter hands it out.
 CMPIData dataOf(Journal& journal, const Value& value);
 
+// The object that a value argument points to; null if it is a scalar.
+Object* objectIn(const CMPIValue* value, CMPIType type);
+
 // A broker with all tables of functions; `hdl` is to be set to the Broker.
 CMPIBroker services();
-
-// Text of a status message, empty for none.
-std::string textOf(const CMPIString* string);
 
 } // namespace test_broker

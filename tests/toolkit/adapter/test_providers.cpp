@@ -1,11 +1,11 @@
-// Providers of the demo classes, their registration and their entry points.
+// Providers of the demo classes: one function that does what the script of the class says, and their entry
+// points.
 #include "test_providers.h"
 
-#include <demo_objects.h>
+#include <adapter/Scalars.h>
+#include <cimple/Provider_Handle.h>
 
 #include <map>
-#include <memory>
-#include <strings.h>
 
 namespace adapter_test
 {
@@ -29,7 +29,7 @@ void Script::reset()
     inside = insideCreate = insideLoad = nullptr;
     enable = nullptr;
     disable = nullptr;
-    keepHandler = false;
+    handle = nullptr;
     instances.clear();
     inMap = false;
     nativeAssociators = nativeReferences = nullptr;
@@ -54,325 +54,236 @@ void resetScripts()
 namespace
 {
 
-template <class C>
-class Scripted
+void enter(Script& script, const void* model)
 {
-  public:
-    typedef C Class;
-
-    Scripted()
+    if (script.keepModels && model)
     {
-        if (_script.insideCreate)
-            _script.insideCreate();
-        _script.alive++;
+        script.model = demo::text_of(static_cast<const Instance*>(model));
+        script.modelNameSpace = static_cast<const Instance*>(model)->__name_space.c_str();
     }
-    ~Scripted() { _script.alive--; }
+    if (script.inside)
+        script.inside();
+}
 
-    Load_Status load()
-    {
-        _script.loads++;
-        if (_script.insideLoad)
-            _script.insideLoad();
-        return static_cast<Load_Status>(_script.load);
-    }
-
-    Unload_Status unload()
-    {
-        _script.unloads++;
-        return static_cast<Unload_Status>(_script.unload);
-    }
-
-    Get_Instance_Status get_instance(const C* model, C*& instance)
-    {
-        Ref<Instance>* const found = enter(model, model);
-        const Get_Instance_Status status = answer(found, GET_INSTANCE_NOT_FOUND);
-        if (status == GET_INSTANCE_OK)
-            instance = static_cast<C*>(clone(found->ptr()));
-        return status;
-    }
-
-    Enum_Instances_Status enum_instances(const C* model, Enum_Instances_Handler<C>* handler)
-    {
-        enter(model, nullptr);
-        _script.enumerations++;
-        if (_script.inMap)
-            return fromMap(model, handler);
-        for (Ref<Instance>& instance : _script.instances)
-        {
-            ref(instance.ptr());
-            _script.handed++;
-            if (!handler->handle(static_cast<C*>(instance.ptr())))
-                break;
-        }
-        return static_cast<Enum_Instances_Status>(_script.status);
-    }
-
-    Enum_Instances_Status fromMap(const C* model, Enum_Instances_Handler<C>* handler)
-    {
-        Instance_Map<C> map;
-        for (Ref<Instance> instance : _script.instances)
-            map.insert(static_cast<C*>(instance.steal()));
-        const auto proc = [](Instance* instance, Enum_Instances_Status, void* to)
-        {
-            script(C::static_meta_class.name).handed++;
-            return static_cast<Enum_Instances_Handler<C>*>(to)->handle(static_cast<C*>(instance));
-        };
-        Enum_Instances_Handler<C> counting(proc, handler);
-        return map.enum_instances(model, &counting);
-    }
-
-    Create_Instance_Status create_instance(C* instance)
-    {
-        const Create_Instance_Status status = answer(!enter(instance, instance), CREATE_INSTANCE_DUPLICATE);
-        if (status == CREATE_INSTANCE_OK)
-            _script.instances.emplace_back(clone(instance));
-        return status;
-    }
-
-    Delete_Instance_Status delete_instance(const C* instance)
-    {
-        Ref<Instance>* const found = enter(instance, instance);
-        const Delete_Instance_Status status = answer(found, DELETE_INSTANCE_NOT_FOUND);
-        if (status == DELETE_INSTANCE_OK)
-            _script.instances.erase(_script.instances.begin() + (found - _script.instances.data()));
-        return status;
-    }
-
-    Modify_Instance_Status modify_instance(const C* model, const C* instance)
-    {
-        Ref<Instance>* const found = enter(model, instance);
-        const Modify_Instance_Status status = answer(found, MODIFY_INSTANCE_NOT_FOUND);
-        if (status == MODIFY_INSTANCE_OK)
-            copy(found->ptr(), instance, model);
-        return status;
-    }
-
-  protected:
-    // The instance of these keys, or null.
-    Ref<Instance>* enter(const Instance* model, const Instance* keys)
-    {
-        if (_script.keepModels && model)
-        {
-            _script.model = demo::text_of(model);
-            _script.modelNameSpace = model->__name_space.c_str();
-        }
-        if (_script.inside)
-            _script.inside();
-        for (Ref<Instance>& instance : _script.instances)
-            if (keys && key_eq(keys, instance.ptr()))
-                return &instance;
-        return nullptr;
-    }
-
-    // What the script says; without a word from it, OK or what stands in the way.
-    template <class Status>
-    Status answer(bool fine, Status otherwise)
-    {
-        if (_script.status)
-            return static_cast<Status>(_script.status);
-        return fine ? static_cast<Status>(0) : otherwise;
-    }
-
-    Script& _script = script<C>();
-};
-
-class Scripted_Alert : public Scripted<Demo_SensorAlert>
+Ref<Instance>* findIn(Script& script, const void* keys)
 {
-  public:
-    typedef Indication_Handler<Demo_SensorAlert> Handler;
+    for (Ref<Instance>& instance : script.instances)
+        if (key_eq(static_cast<const Instance*>(keys), instance.ptr()))
+            return &instance;
+    return nullptr;
+}
 
-    Enable_Indications_Status enable_indications(Handler* handler)
-    {
-        _handler.reset(handler);
-        const auto handle = [handler](Instance* x)
-        { return handler->handle(static_cast<Demo_SensorAlert*>(x)); };
-        const int status = _script.enable ? _script.enable(handle) : 0;
-        if (status)
-            _handler.reset();
-        return static_cast<Enable_Indications_Status>(status);
-    }
-
-    Disable_Indications_Status disable_indications()
-    {
-        const int status = _script.disable ? _script.disable() : 0;
-        if (!status && !_script.keepHandler)
-            _handler.reset();
-        return static_cast<Disable_Indications_Status>(status);
-    }
-
-  private:
-    std::unique_ptr<Handler> _handler;
-};
-
-template <class C>
-class Scripted_Association : public Scripted<C>
+// Hands instances to a handler until it has enough, and closes.
+template <class Proc>
+int handOver(Script& script, const std::vector<Ref<Instance>>& instances, void* proc, void* data)
 {
-  public:
-    Enum_Associator_Names_Status enum_associator_names(const Instance*,
-                                                       const String& resultClass,
-                                                       const String& role,
-                                                       const String& resultRole,
-                                                       Enum_Associator_Names_Handler<Instance>* handler)
+    typedef decltype(reinterpret_cast<Proc>(proc)) Function;
+    const auto handle = reinterpret_cast<Function>(proc);
+    for (const Ref<Instance>& instance : instances)
     {
-        return native(this->_script.nativeAssociators,
-                      {resultClass, role, resultRole},
-                      handler,
-                      ENUM_ASSOCIATOR_NAMES_UNSUPPORTED);
+        ref(instance.ptr());
+        script.handed++;
+        if (!handle(const_cast<Instance*>(instance.ptr()), {}, data))
+            break;
     }
+    handle(nullptr, {}, data);
+    return script.status;
+}
 
-    Enum_Associators_Status enum_associators(const Instance*,
-                                             const String& resultClass,
-                                             const String& role,
-                                             const String& resultRole,
-                                             Enum_Associators_Handler<Instance>* handler)
+// The same from an instance map, which chooses by the model.
+int handOverFromMap(Script& script, const void* model, void* proc, void* data)
+{
+    typedef Demo_RackAboveRack Pair;
+    struct Counting
     {
-        return native(this->_script.nativeAssociators,
-                      {resultClass, role, resultRole},
-                      handler,
-                      ENUM_ASSOCIATORS_UNSUPPORTED);
-    }
-
-    Enum_References_Status
-    enum_references(const Instance*, const C*, const String& role, Enum_References_Handler<C>* handler)
+        Script& script;
+        Enum_Instances_Proc proc;
+        void* data;
+    } counting{script, reinterpret_cast<Enum_Instances_Proc>(proc), data};
+    const auto count = [](Instance* instance, Enum_Instances_Status status, void* to)
     {
-        return native(this->_script.nativeReferences, {role}, handler, ENUM_REFERENCES_UNSUPPORTED);
-    }
+        const Counting& target = *static_cast<Counting*>(to);
+        target.script.handed++;
+        return target.proc(instance, status, target.data);
+    };
+    Instance_Map<Pair> map;
+    for (Ref<Instance> instance : script.instances)
+        map.insert(static_cast<Pair*>(instance.steal()));
+    Enum_Instances_Handler<Pair> handler(count, &counting);
+    map.enum_instances(static_cast<const Pair*>(model), &handler);
+    counting.proc(nullptr, {}, data);
+    return script.status;
+}
 
-  private:
-    template <class Handler, class Status>
-    Status native(const std::vector<Ref<Instance>>* answer,
-                  const std::vector<String>& filters,
-                  Handler* handler,
-                  Status unsupported)
+// What an association provider answers itself, if it does.
+template <class Proc>
+int native(Script& script,
+           const std::vector<Ref<Instance>>* answer,
+           std::initializer_list<void*> filters,
+           void* proc,
+           void* data)
+{
+    if (!answer)
+        return -1;
+    script.filters.clear();
+    for (const void* filter : filters)
+        script.filters += std::string(static_cast<const String*>(filter)->c_str()) + ";";
+    return handOver<Proc>(script, *answer, proc, data);
+}
+
+// What the script says; without a word from it, OK or what stands in the way.
+int answer(const Script& script, bool fine, int otherwise)
+{
+    return script.status || fine ? script.status : otherwise;
+}
+
+int create(Script& script, void** provider)
+{
+    if (script.insideCreate)
+        script.insideCreate();
+    script.alive++;
+    *provider = &script;
+    return 0;
+}
+
+int load(Script& script)
+{
+    script.loads++;
+    if (script.insideLoad)
+        script.insideLoad();
+    return script.load;
+}
+
+int modify(Script& script, const void* model, const void* instance)
+{
+    enter(script, model);
+    Ref<Instance>* const found = findIn(script, instance);
+    const int status = answer(script, found, MODIFY_INSTANCE_NOT_FOUND);
+    if (status == 0)
+        copy(found->ptr(), static_cast<const Instance*>(instance), static_cast<const Instance*>(model));
+    return status;
+}
+
+int enable(Script& script, void* proc, void* data)
+{
+    const auto handle = reinterpret_cast<Indication_Proc>(proc);
+    script.handle = [handle, data](Instance* indication) { return handle(indication, data); };
+    return script.enable ? script.enable(script.handle) : 0;
+}
+
+int disable(Script& script)
+{
+    const int status = script.disable ? script.disable() : 0;
+    if (!status)
+        script.handle(nullptr);
+    return status;
+}
+
+// clang-format off
+int proc(const Registration* registration, int operation,
+         void* arg0, void* arg1, void* arg2, void* arg3, void* arg4, void* arg5, void* arg6, void* /*arg7*/)
+// clang-format on
+{
+    Script& script = adapter_test::script(registration->meta_class->name);
+    auto* const instance = static_cast<Instance*>(arg1);
+    switch (operation)
     {
-        if (!answer)
-            return unsupported;
-        this->_script.filters.clear();
-        for (const String& filter : filters)
-            this->_script.filters += std::string(filter.c_str()) + ";";
-        for (const Ref<Instance>& instance : *answer)
-        {
-            ref(instance.ptr());
-            handler->handle(static_cast<decltype(handledBy(handler))>(const_cast<Instance*>(instance.ptr())));
-        }
-        return static_cast<Status>(this->_script.status);
+    case OPERATION_CREATE_PROVIDER:
+        return create(script, static_cast<void**>(arg0));
+    case OPERATION_DESTROY_PROVIDER:
+        script.alive--;
+        return 0;
+    case OPERATION_LOAD:
+        return load(script);
+    case OPERATION_UNLOAD:
+        script.unloads++;
+        return script.unload;
+    case OPERATION_GET_INSTANCE:
+    {
+        enter(script, arg1);
+        const Ref<Instance>* const found = findIn(script, arg1);
+        const int status = answer(script, found, GET_INSTANCE_NOT_FOUND);
+        if (status == 0)
+            *static_cast<Instance**>(arg2) = clone(found->ptr());
+        return status;
     }
+    case OPERATION_ENUM_INSTANCES:
+        enter(script, arg1);
+        script.enumerations++;
+        if (script.inMap)
+            return handOverFromMap(script, arg1, arg2, arg3);
+        return handOver<Enum_Instances_Proc>(script, script.instances, arg2, arg3);
+    case OPERATION_CREATE_INSTANCE:
+    {
+        enter(script, arg1);
+        const int status = answer(script, !findIn(script, arg1), CREATE_INSTANCE_DUPLICATE);
+        if (status == 0)
+            script.instances.emplace_back(clone(instance));
+        return status;
+    }
+    case OPERATION_DELETE_INSTANCE:
+    {
+        enter(script, arg1);
+        Ref<Instance>* const found = findIn(script, arg1);
+        const int status = answer(script, found, DELETE_INSTANCE_NOT_FOUND);
+        if (status == 0)
+            script.instances.erase(script.instances.begin() + (found - script.instances.data()));
+        return status;
+    }
+    case OPERATION_MODIFY_INSTANCE:
+        return modify(script, arg1, arg2);
+    case OPERATION_INVOKE_METHOD:
+        enter(script, arg1);
+        if (!script.method)
+            return -1;
+        script.method(static_cast<Instance*>(arg2));
+        return script.status;
+    case OPERATION_ENUM_ASSOCIATOR_NAMES:
+    case OPERATION_ENUM_ASSOCIATORS:
+        return native<Enum_Associators_Proc>(
+            script, script.nativeAssociators, {arg2, arg3, arg4}, arg5, arg6);
+    case OPERATION_ENUM_REFERENCES:
+        return native<Enum_References_Proc>(script, script.nativeReferences, {arg3}, arg4, arg5);
+    case OPERATION_ENABLE_INDICATIONS:
+        return enable(script, arg1, arg2);
+    case OPERATION_DISABLE_INDICATIONS:
+        return disable(script);
+    default:
+        return -1;
+    }
+}
 
-    // The type of what a handler takes.
-    template <template <class> class Handler, class T>
-    static T* handledBy(Handler<T>*);
-};
+Registration* registrations = nullptr;
+template <class Class>
+Registration registration("Adapter_Test_Module", "Provider", proc, &Class::static_meta_class, registrations);
+template <class Class>
+__CMPI_Static_Data staticData;
+
+template <class Class, char kKind>
+void* factory(void* broker, void* context, void* status)
+{
+    return __cimple_cmpi_create(
+        &staticData<Class>, &registration<Class>, broker, context, "Provider", kKind, status);
+}
+
+template <class Class>
+const test_broker::Factories instanceProvider = {factory<Class, 'I'>, factory<Class, 'M'>, nullptr, nullptr};
+template <class Class>
+const test_broker::Factories associationProvider = {
+    factory<Class, 'I'>, factory<Class, 'M'>, factory<Class, 'A'>, nullptr};
 
 } // namespace
-} // namespace adapter_test
 
-CIMPLE_NAMESPACE_BEGIN
-
-#define TEST_PROVIDER_PARAMETERS                                                                             \
-    const cimple::Registration *registration, int operation, void *arg0, void *arg1, void *arg2, void *arg3, \
-        void *arg4, void *arg5, void *arg6, void *arg7
-#define TEST_PROVIDER_ARGUMENTS registration, operation, arg0, arg1, arg2, arg3, arg4, arg5, arg6, arg7
-
-// Methods fill in what the script says; a script without a method knows none.
-#define TEST_PROVIDER(CLASS, BASE, PROC)                                                                     \
-    class CLASS##_Provider : public adapter_test::BASE<CLASS>                                                \
-    {                                                                                                        \
-      public:                                                                                                \
-        static int proc(TEST_PROVIDER_PARAMETERS)                                                            \
-        {                                                                                                    \
-            if (operation != OPERATION_INVOKE_METHOD)                                                        \
-                return PROC<CLASS##_Provider>::proc(TEST_PROVIDER_ARGUMENTS);                                \
-            CLASS##_Provider* const provider = static_cast<CLASS##_Provider*>(arg0);                         \
-            provider->enter(static_cast<const Instance*>(arg1), nullptr);                                    \
-            adapter_test::Script& script = provider->_script;                                                \
-            if (!script.method)                                                                              \
-                return -1;                                                                                   \
-            script.method(static_cast<Instance*>(arg2));                                                     \
-            return script.status;                                                                            \
-        }                                                                                                    \
-    }
-
-TEST_PROVIDER(Demo_Rack, Scripted, Instance_Provider_Proc_T);
-TEST_PROVIDER(Demo_Element, Scripted, Instance_Provider_Proc_T);
-TEST_PROVIDER(Demo_Sensor, Scripted, Instance_Provider_Proc_T);
-TEST_PROVIDER(Demo_Everything, Scripted, Instance_Provider_Proc_T);
-TEST_PROVIDER(Demo_Lab, Scripted, Instance_Provider_Proc_T);
-TEST_PROVIDER(Demo_SensorInRack, Scripted_Association, Association_Provider_Proc_T);
-TEST_PROVIDER(Demo_RackAboveRack, Scripted_Association, Association_Provider_Proc_T);
-TEST_PROVIDER(Demo_Dependency, Scripted_Association, Association_Provider_Proc_T);
-
-struct Demo_SensorAlert_Provider : public adapter_test::Scripted_Alert,
-                                   public Indication_Provider_Proc_T<Demo_SensorAlert_Provider>
-{
-};
-
-CIMPLE_NAMESPACE_END
-
-// Some are registered with a function of the module, some with their own.
-#define TEST_PROC(CLASS)                                                                                     \
-    static int __cimple_##CLASS##_Provider_proc(TEST_PROVIDER_PARAMETERS)                                    \
-    {                                                                                                        \
-        return cimple::CLASS##_Provider::proc(TEST_PROVIDER_ARGUMENTS);                                      \
-    }
-TEST_PROC(Demo_Rack)
-TEST_PROC(Demo_SensorInRack)
-TEST_PROC(Demo_SensorAlert)
-
-// A semicolon may follow each of these or not.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic error "-Wpedantic"
-// clang-format off
-CIMPLE_MODULE(Adapter_Test_Module)
-CIMPLE_CLASS_DEPENDENCY(Demo_Limits)
-
-CIMPLE_INSTANCE_PROVIDER(Demo_Rack_Provider)
-CIMPLE_PROVIDER(Demo_Element_Provider)
-CIMPLE_PROVIDER(Demo_Sensor_Provider);
-CIMPLE_PROVIDER(Demo_Everything_Provider);
-CIMPLE_PROVIDER(Demo_Lab_Provider);
-CIMPLE_ASSOCIATION_PROVIDER(Demo_SensorInRack_Provider);
-CIMPLE_PROVIDER(Demo_RackAboveRack_Provider);
-CIMPLE_PROVIDER(Demo_Dependency_Provider);
-CIMPLE_INDICATION_PROVIDER(Demo_SensorAlert_Provider);
-
-CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Rack_Provider)
-CIMPLE_CMPI_INSTANCE_PROVIDER2(Demo_Rack_Provider, Demo_Rack)
-CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Element_Provider);
-CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Sensor_Provider);
-CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Everything_Provider);
-CIMPLE_CMPI_INSTANCE_PROVIDER(Demo_Lab_Provider);
-CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_SensorInRack_Provider)
-CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_RackAboveRack_Provider);
-CIMPLE_CMPI_ASSOCIATION_PROVIDER2(Demo_RackAboveRack_Provider, Demo_RackAboveRack)
-CIMPLE_CMPI_ASSOCIATION_PROVIDER(Demo_Dependency_Provider);
-CIMPLE_CMPI_INDICATION_PROVIDER(Demo_SensorAlert_Provider)
-CIMPLE_CMPI_INDICATION_PROVIDER2(Demo_SensorAlert_Provider, Demo_SensorAlert)
-// clang-format on
-#pragma GCC diagnostic pop
-
-namespace adapter_test
-{
-
-#define INSTANCE_FACTORIES(CLASS)                                                                            \
-    {                                                                                                        \
-        CLASS##_Create_InstanceMI, CLASS##_Create_MethodMI, nullptr, nullptr                                 \
-    }
-#define ASSOCIATION_FACTORIES(CLASS)                                                                         \
-    {                                                                                                        \
-        CLASS##_Create_InstanceMI, CLASS##_Create_MethodMI, CLASS##_Create_AssociationMI, nullptr            \
-    }
-
-// Some go through the entry points named after the class, some through those of the provider.
-const test_broker::Factories rackProvider = INSTANCE_FACTORIES(Demo_Rack);
-const test_broker::Factories elementProvider = INSTANCE_FACTORIES(Demo_Element_Provider);
-const test_broker::Factories sensorProvider = INSTANCE_FACTORIES(Demo_Sensor_Provider);
-const test_broker::Factories everythingProvider = INSTANCE_FACTORIES(Demo_Everything_Provider);
-const test_broker::Factories labProvider = INSTANCE_FACTORIES(Demo_Lab_Provider);
-const test_broker::Factories sensorInRackProvider = ASSOCIATION_FACTORIES(Demo_SensorInRack_Provider);
-const test_broker::Factories rackAboveRackProvider = ASSOCIATION_FACTORIES(Demo_RackAboveRack);
-const test_broker::Factories dependencyProvider = ASSOCIATION_FACTORIES(Demo_Dependency_Provider);
+const test_broker::Factories rackProvider = instanceProvider<Demo_Rack>;
+const test_broker::Factories elementProvider = instanceProvider<Demo_Element>;
+const test_broker::Factories sensorProvider = instanceProvider<Demo_Sensor>;
+const test_broker::Factories everythingProvider = instanceProvider<Demo_Everything>;
+const test_broker::Factories labProvider = instanceProvider<Demo_Lab>;
+const test_broker::Factories sensorInRackProvider = associationProvider<Demo_SensorInRack>;
+const test_broker::Factories rackAboveRackProvider = associationProvider<Demo_RackAboveRack>;
+const test_broker::Factories dependencyProvider = associationProvider<Demo_Dependency>;
 const test_broker::Factories alertProvider = {
-    nullptr, Demo_SensorAlert_Create_MethodMI, nullptr, Demo_SensorAlert_Create_IndicationMI};
+    nullptr, factory<Demo_SensorAlert, 'M'>, nullptr, factory<Demo_SensorAlert, 'N'>};
 
 Ref<Instance> rack(const char* name)
 {
@@ -402,6 +313,30 @@ Ref<Instance> alert(const char* text)
 Ref<Instance> rackAboveRack(const char* upper, const char* lower)
 {
     return Ref<Instance>(demo::rack_above_rack(upper, lower).steal());
+}
+
+std::vector<test_broker::Named> schemaOf(const std::string& className)
+{
+    using test_broker::Value;
+    std::vector<test_broker::Named> schema;
+    const Meta_Class* const metaClass = find_meta_class(&Demo_Rack::static_meta_class, className.c_str());
+    if (!metaClass)
+        return schema;
+    for (const Meta_Feature* feature : features_of(metaClass))
+    {
+        const Meta_Property* mp = as_property(feature);
+        if (is_key(feature) || feature->flags & CIMPLE_FLAG_METHOD)
+            continue;
+        const CMPIType type = mp ? cimple_cmpi::typeOf(mp) : cimple_cmpi::typeOf(as_reference(feature));
+        Value value = type == CMPI_boolean ? Value::boolean(true) : Value::number(type, 99);
+        if (type == CMPI_string || type == CMPI_dateTime)
+            value.text = type == CMPI_string ? "of the schema" : "19990909090909.090909+000";
+        const bool composed = type & CMPI_ARRAY || type == CMPI_instance || type == CMPI_ref;
+        schema.emplace_back(feature->name, composed ? Value::nullOf(type) : value);
+    }
+    schema.emplace_back("NewerState", Value::integer(CMPI_uint16, 12));
+    schema.emplace_back("NewerText", Value::nullOf(CMPI_string));
+    return schema;
 }
 
 test_broker::Path classPath(const char* className)

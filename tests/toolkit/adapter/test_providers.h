@@ -36,11 +36,11 @@ struct Script
     std::string filters; // of the last question: result class, role and result role
 
     // What the indication provider does when it is switched on and off: 0 or a status. `handle` hands an
-    // indication over; it is good until the provider is switched off.
+    // indication over.
     typedef std::function<bool(Instance* indication)> Handle;
     std::function<int(const Handle& handle)> enable;
     std::function<int()> disable;
-    bool keepHandler = false; // until the provider goes
+    Handle handle;
 
     // Fills in the outputs of a method.
     std::function<void(Instance* method)> method;
@@ -85,6 +85,9 @@ Ref<Instance> sensor(cimple::uint32 id, const char* label = nullptr);
 Ref<Instance> sensorInRack(const char* rackName, cimple::uint32 sensorId);
 Ref<Instance> alert(const char* text);
 Ref<Instance> rackAboveRack(const char* upper, const char* lower);
+
+// A demo class as a server with a newer schema has it: every scalar with a default, and properties more.
+std::vector<test_broker::Named> schemaOf(const std::string& className);
 
 test_broker::Path classPath(const char* className);
 test_broker::Path rackPath(const char* name);

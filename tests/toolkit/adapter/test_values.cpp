@@ -1,8 +1,7 @@
 // Construction, look-up and texts of the test broker's values.
 #include "test_values.h"
 
-#include <cinttypes>
-#include <cstdio>
+#include <sstream>
 #include <strings.h>
 
 namespace test_broker
@@ -11,24 +10,22 @@ namespace test_broker
 namespace
 {
 
-std::string quoted(const std::string& text)
-{
-    std::string result = "\"";
-    for (char c : text)
-    {
-        if (c == '"' || c == '\\')
-            result += '\\';
-        result += c;
-    }
-    return result + "\"";
-}
-
 std::string listOf(const std::vector<Named>& list)
 {
     std::string result;
     for (const Named& item : list)
-        result += (result.empty() ? "" : ",") + item.first + "=" + textOf(item.second);
+        if (!item.second.null)
+            result += (result.empty() ? "" : ",") + item.first + "=" + textOf(item.second);
     return result;
+}
+
+template <class X>
+std::string numberText(const char* prefix, X x)
+{
+    std::ostringstream text;
+    text.precision(17);
+    text << prefix << +x;
+    return text.str();
 }
 
 } // namespace
@@ -40,31 +37,18 @@ Value Value::nullOf(CMPIType type)
     return value;
 }
 
-Value Value::present(CMPIType type)
+Value Value::present(CMPIType type, std::string text)
 {
     Value value = nullOf(type);
     value.null = false;
+    value.text = std::move(text);
     return value;
 }
 
-Value Value::integer(CMPIType type, CMPIUint64 bits)
+Value Value::boolean(bool x)
 {
-    switch (type)
-    {
-#define RETURN_INTEGER(MEMBER, PREFIX)                                                                       \
-    case CMPI_##MEMBER:                                                                                      \
-        return of(type, &CMPIValue::MEMBER, bits);
-        TEST_BROKER_INTEGERS(RETURN_INTEGER)
-#undef RETURN_INTEGER
-    default:
-        return present(type);
-    }
-}
-
-Value Value::ofText(CMPIType type, std::string x)
-{
-    Value value = present(type);
-    value.text = std::move(x);
+    Value value = present(CMPI_boolean);
+    value.scalar.boolean = x;
     return value;
 }
 
@@ -89,25 +73,20 @@ Value Value::array(CMPIType elementType, std::vector<Value> x)
     return value;
 }
 
-void set(std::vector<Named>& list, const std::string& name, Value value)
-{
-    for (Named& item : list)
-    {
-        if (strcasecmp(item.first.c_str(), name.c_str()) == 0)
-        {
-            item.second = std::move(value);
-            return;
-        }
-    }
-    list.emplace_back(name, std::move(value));
-}
-
 const Value* find(const std::vector<Named>& list, const char* name)
 {
     for (const Named& item : list)
         if (strcasecmp(item.first.c_str(), name) == 0)
             return &item.second;
     return nullptr;
+}
+
+void set(std::vector<Named>& list, const std::string& name, Value value)
+{
+    if (const Value* old = find(list, name.c_str()))
+        *const_cast<Value*>(old) = std::move(value);
+    else
+        list.emplace_back(name, std::move(value));
 }
 
 std::string textOf(const Value& value)
@@ -121,37 +100,26 @@ std::string textOf(const Value& value)
             result += (result.empty() ? "" : ",") + textOf(element);
         return "[" + result + "]";
     }
-    char text[64] = "?";
     switch (value.type)
     {
     case CMPI_boolean:
         return value.scalar.boolean ? "true" : "false";
-    case CMPI_char16:
-        snprintf(text, sizeof text, "c:%u", value.scalar.char16);
-        break;
-#define RETURN_TEXT(MEMBER, PREFIX)                                                                          \
-    case CMPI_##MEMBER:                                                                                      \
-        return PREFIX + std::to_string(value.scalar.MEMBER);
-        TEST_BROKER_INTEGERS(RETURN_TEXT)
-#undef RETURN_TEXT
-    case CMPI_real32:
-        snprintf(text, sizeof text, "r32:%.9g", static_cast<double>(value.scalar.real32));
-        break;
-    case CMPI_real64:
-        snprintf(text, sizeof text, "r64:%.17g", value.scalar.real64);
-        break;
     case CMPI_string:
-        return quoted(value.text);
+        return "\"" + value.text + "\"";
     case CMPI_dateTime:
         return "d:" + value.text;
     case CMPI_ref:
         return "<" + textOf(*value.path) + ">";
     case CMPI_instance:
         return textOf(*value.inst);
+#define RETURN_TEXT(MEMBER, PREFIX)                                                                          \
+    case CMPI_##MEMBER:                                                                                      \
+        return numberText(PREFIX, value.scalar.MEMBER);
+        TEST_BROKER_NUMBERS(RETURN_TEXT)
+#undef RETURN_TEXT
     default:
-        break;
+        return "?";
     }
-    return text;
 }
 
 std::string textOf(const Path& path)

@@ -27,35 +27,42 @@ struct Value
     std::vector<Value> elements;      // arrays
 
     static Value nullOf(CMPIType type);
-    static Value boolean(bool x) { return of(CMPI_boolean, &CMPIValue::boolean, x); }
-    static Value char16(CMPIChar16 x) { return of(CMPI_char16, &CMPIValue::char16, x); }
-    static Value integer(CMPIType type, CMPIUint64 bits); // any integer type; the low bits count
-    static Value real32(float x) { return of(CMPI_real32, &CMPIValue::real32, x); }
-    static Value real64(double x) { return of(CMPI_real64, &CMPIValue::real64, x); }
-    static Value string(std::string x) { return ofText(CMPI_string, std::move(x)); }
-    static Value dateTime(std::string x) { return ofText(CMPI_dateTime, std::move(x)); }
+    static Value boolean(bool x);
+    template <class X>
+    static Value number(CMPIType type, X x);
+    static Value integer(CMPIType type, CMPIUint64 bits) { return number(type, bits); }
+    static Value char16(CMPIChar16 x) { return number(CMPI_char16, x); }
+    static Value real32(float x) { return number(CMPI_real32, x); }
+    static Value real64(double x) { return number(CMPI_real64, x); }
+    static Value string(std::string x) { return present(CMPI_string, std::move(x)); }
+    static Value dateTime(std::string x) { return present(CMPI_dateTime, std::move(x)); }
     static Value ref(Path x);
     static Value instance(Inst x);
     static Value array(CMPIType elementType, std::vector<Value> x);
-
-  private:
-    static Value present(CMPIType type);
-    static Value ofText(CMPIType type, std::string x);
-    template <class T, class X>
-    static Value of(CMPIType type, T CMPIValue::*member, X x)
-    {
-        Value value = present(type);
-        value.scalar.*member = static_cast<T>(x);
-        return value;
-    }
+    static Value present(CMPIType type, std::string text = {});
 };
 
-// The members of CMPIValue that are integers, with what their texts begin with.
+// The members of CMPIValue that are numbers, with what their texts begin with.
 // clang-format off
-#define TEST_BROKER_INTEGERS(X) \
+#define TEST_BROKER_NUMBERS(X) \
     X(uint8, "u8:") X(uint16, "u16:") X(uint32, "u32:") X(uint64, "u64:") \
-    X(sint8, "s8:") X(sint16, "s16:") X(sint32, "s32:") X(sint64, "s64:")
+    X(sint8, "s8:") X(sint16, "s16:") X(sint32, "s32:") X(sint64, "s64:") \
+    X(char16, "c:") X(real32, "r32:") X(real64, "r64:")
 // clang-format on
+
+template <class X>
+Value Value::number(CMPIType type, X x)
+{
+    Value value = present(type);
+#define SET_NUMBER(MEMBER, PREFIX)                                                                           \
+    if (type == CMPI_##MEMBER)                                                                               \
+        value.scalar.MEMBER = static_cast<CMPI_TYPE_OF(MEMBER)>(x);
+#define CMPI_TYPE_OF(MEMBER) decltype(CMPIValue::MEMBER)
+    TEST_BROKER_NUMBERS(SET_NUMBER)
+#undef CMPI_TYPE_OF
+#undef SET_NUMBER
+    return value;
+}
 
 using Named = std::pair<std::string, Value>;
 
@@ -69,6 +76,9 @@ struct Path
 // The value of that name in any letter case, or null.
 const Value* find(const std::vector<Named>& list, const char* name);
 
+// Adds or replaces; names compare without regard to case.
+void set(std::vector<Named>& list, const std::string& name, Value value);
+
 struct Inst
 {
     Path path;
@@ -77,10 +87,8 @@ struct Inst
     const Value* property(const char* name) const { return find(properties, name); }
 };
 
-// Adds or replaces; names compare without regard to case.
-void set(std::vector<Named>& list, const std::string& name, Value value);
-
 // Stable texts for comparisons: `root/x:Demo_Rack.Name="r1"`, `Demo_Rack{Name="r1",Slots=[u16:1,null]}`.
+// Properties that are NULL are left out, since servers say NULL and nothing alike to their clients.
 std::string textOf(const Value& value);
 std::string textOf(const Path& path);
 std::string textOf(const Inst& inst);
