@@ -161,7 +161,7 @@ class ModuleFaults : public testing::TestWithParam<Served_Class>
     SimSwitch sim;
     Module_Agent agent;
     const std::string className;
-    std::string lastLine; // of the log, since the last request
+    std::string lastLine;       // of the log, since the last request
     std::set<std::string> ends; // of an association
     std::vector<Request> requests;
 
