@@ -176,6 +176,7 @@ class Published : public Switch_Test, public testing::WithParamInterface<Served_
     void start(const Json& scenario)
     {
         sim.open(simulator::parseScenario(scenario.dump(), "fabric.json"));
+        boundWalks();
         for (const Entry& entry : table.entries)
         {
             for (const Source& source : entry.sources)

@@ -11,6 +11,7 @@
 #include "tests/support/Manual_Clock.h"
 
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -99,6 +100,24 @@ class Switch_Test : public testing::Test
                        {
                            if (!cimple::MapRdLock(map).obtained())
                                noted.push_back(call);
+                       });
+        }
+    }
+
+    // From here on a walk that does not end fails its load, until the switch's next restore() or open().
+    void boundWalks()
+    {
+        for (const char* call : {"DataCache::getNextRootPortIndex",
+                                 "FabricCache::getNextSwitch",
+                                 "SwitchCache::getNextPort",
+                                 "get_next_attached_port",
+                                 "xpl_smlGetBatch"})
+        {
+            sim.onCall(call,
+                       [count = 0]() mutable
+                       {
+                           if (++count > 1000)
+                               throw std::runtime_error("a walk without an end");
                        });
         }
     }
