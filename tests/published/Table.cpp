@@ -53,12 +53,12 @@ class Reader
             readEntry(rest);
         else if (word == "pair")
             table.entries.push_back({rest, "", _ends, {}});
-        else if (word == "ends")
-            readEnds(rest);
+        else if (word == "from" || word == "keys" || word == "methods" || word == "ends")
+            readDeclaration(word, rest);
         else if (word == "calls")
             table.calls.emplace_back(cut(rest, " ").first, std::stoul(cut(rest, " ").second));
         else
-            require(word == "none", "instance, pair, ends, calls, when or none");
+            require(word == "none", "from, keys, methods, ends, instance, pair, calls, when or none");
     }
 
     Table finished()
@@ -83,9 +83,10 @@ class Reader
         const auto [name, like] = cut(text, " like ");
         table.entries.push_back({name, like, {}, {}});
     }
-    void readEnds(const std::string& text)
+    void readDeclaration(const std::string& word, const std::string& text)
     {
-        for (const std::string& end : split(text, ", "))
+        table.declaration[word] = text;
+        for (const std::string& end : word == "ends" ? split(text, ", ") : Texts())
             _ends[cut(end, " ").first] = "-> " + cut(end, " ").second;
     }
     void readProperty(const std::string& name, const std::string& text)

@@ -15,6 +15,8 @@ namespace published
 typedef std::vector<std::string> Texts;
 typedef std::map<std::string, std::string> Properties; // values by name
 
+typedef std::map<std::string, std::string> Declaration; // what follows "from", "keys", "methods" and "ends"
+
 struct Source
 {
     std::string key;
@@ -39,6 +41,7 @@ struct When
 
 struct Table
 {
+    Declaration declaration;
     std::vector<Entry> entries;
     std::vector<std::pair<std::string, std::size_t>> calls;
     std::vector<When> whens;

@@ -34,6 +34,7 @@ struct Served_Class
 {
     const char* name;
     bool isAssociation;
+    const cimple::Meta_Class* metaClass;
     Served (*serve)(const Visit& visit);
 };
 std::ostream& operator<<(std::ostream& out, const Served_Class& one)
@@ -47,8 +48,10 @@ Served serveAny(const Visit& visit)
     return serve<PROVIDER>([&](const typename PROVIDER::Class& one) { visit(one); });
 }
 
-#define SERVED_INSTANCE(cls) {#cls, false, &serveAny<cimple::cls##_Provider>},
-#define SERVED_ASSOCIATION(cls) {#cls, true, &serveAny<cimple::cls##_Provider>},
+#define SERVED(cls, isAssociation)                                                                           \
+    {#cls, isAssociation, &cimple::cls::static_meta_class, &serveAny<cimple::cls##_Provider>},
+#define SERVED_INSTANCE(cls) SERVED(cls, false)
+#define SERVED_ASSOCIATION(cls) SERVED(cls, true)
 #define SERVED_INDICATION(cls)
 #define VRAX_PROVIDER(kind, folder, cls) SERVED_##kind(cls)
 const Served_Class kServed[] = {
@@ -443,6 +446,37 @@ TEST_P(Published, ChangesAsTheTableSays)
         failures.clear();
         sim.restore();
     }
+}
+
+// --- The declaration
+
+// The class's declaration as a table writes it.
+Declaration declarationOf(const cimple::Meta_Class& metaClass)
+{
+    Declaration declared;
+    declared["from"] = metaClass.super_meta_class->name;
+    const auto append = [&](const char* list, const std::string& text) {
+        declared[list] += (declared[list].empty() ? "" : list == std::string("ends") ? ", " : " ") + text;
+    };
+    for (std::size_t i = 0; i < metaClass.num_meta_features; ++i)
+    {
+        const cimple::Meta_Feature* feature = metaClass.meta_features[i];
+        if (feature->flags & CIMPLE_FLAG_REFERENCE)
+        {
+            const auto* reference = reinterpret_cast<const cimple::Meta_Reference*>(feature);
+            append("ends", std::string(feature->name) + " " + reference->meta_class->name);
+        }
+        else if (feature->flags & CIMPLE_FLAG_METHOD)
+            append("methods", feature->name);
+        if (feature->flags & CIMPLE_FLAG_KEY)
+            append("keys", feature->name);
+    }
+    return declared;
+}
+
+TEST_P(Published, IsDeclaredAsTheTableSays)
+{
+    EXPECT_EQ(declarationOf(*GetParam().metaClass), table.declaration);
 }
 
 // --- What holds for all classes
