@@ -138,6 +138,9 @@ TEST_F(PairsTest, JoinWhatTheVerbSays)
         {"text keys in any case",
          [&](auto& p) { p.template equal<Manager, Name>([](const Manager&) { return "ROOT/b"; }, nameOf); },
          {"root/b", "root/B"}},
+        {"whole texts only",
+         [&](auto& p) { p.template equal<Manager, Name>([](const Manager&) { return "root/"; }, nameOf); },
+         {}},
         {"no text key",
          [&](auto& p)
          {
