@@ -28,6 +28,12 @@ class Provider_Base
     static constexpr Failure_Text kCreationFailed = Registered<CLASS>::kCreationFailed;
     static constexpr Failure_Text kKeysMissing = Registered<CLASS>::kKeysMissing;
     static constexpr Failure_Text kInsertionFailed = Registered<CLASS>::kInsertionFailed;
+    // False for a class whose keys may be empty: add() takes them as they are.
+    static constexpr bool kChecksKeys = true;
+    // False for a class that keeps no instances.
+    static constexpr bool kHasMap = true;
+    // The calls to the switch whose failure leaves out what they were asked for and does not fail the load.
+    static constexpr std::initializer_list<const char*> kDoesWithout = {};
 
     Create_Instance_Status create_instance(CLASS*)
     {
@@ -96,13 +102,14 @@ class Provider_Base
     }
 
     // Hands an instance to the map. Fails the load when a key is missing or the map has an instance with
-    // equal keys; a provider whose kInsertionFailed is Failure_Text::none() drops such an instance.
+    // equal keys; a provider whose kInsertionFailed is Failure_Text::none() drops such an instance, and one
+    // whose kChecksKeys is false takes any keys.
     static void add(Map_Writer<CLASS>& target,
                     Owned<CLASS>& instance,
                     std::initializer_list<const char*> arguments = {},
                     int line = __builtin_LINE())
     {
-        if (!checkInstanceKeys(instance.get()))
+        if (PROVIDER::kChecksKeys && !checkInstanceKeys(instance.get()))
             fail(PROVIDER::kKeysMissing, arguments, line);
         if (!target.insert(instance) && PROVIDER::kInsertionFailed.text != nullptr)
             fail(PROVIDER::kInsertionFailed, arguments, line);

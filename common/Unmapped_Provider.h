@@ -13,6 +13,8 @@ template <class PROVIDER, class CLASS>
 class Unmapped_Provider_Base : public Provider_Base<PROVIDER, CLASS>
 {
   public:
+    static constexpr bool kHasMap = false;
+
     Load_Status load()
     {
         trace(PROVIDER::kSource, __func__, __LINE__);

@@ -57,7 +57,6 @@ void VRAX_ActiveConnection_Provider::build(Pairs& pairs)
             const VRAX_ProtocolEndpoint* own = endpoints.find({one.wwn, port.wwn});
             if (own == nullptr)
                 continue;
-            // Nothing is known of the links of a port whose topology cannot be read.
             const Fcs_List<xpl_fcsAttached> attached(&xpl_fcsGetPortTopology, one.domainId, port.number);
             for (const xpl_fcsAttached& linked : attached)
             {

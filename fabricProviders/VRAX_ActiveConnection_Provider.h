@@ -17,6 +17,9 @@ class VRAX_ActiveConnection_Provider
     : public Association_Provider<&VRAX_ActiveConnection::Antecedent, &VRAX_ActiveConnection::Dependent>
 {
   public:
+    // Nothing is known of the links of a port whose topology cannot be read.
+    static constexpr std::initializer_list<const char*> kDoesWithout = {"xpl_fcsGetPortTopology"};
+
     void build(Pairs& pairs);
 };
 

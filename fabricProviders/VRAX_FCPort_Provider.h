@@ -16,6 +16,8 @@ class VRAX_FCPort_Provider : public Instance_Provider<VRAX_FCPort>,
     static constexpr Failure_Text kKeysMissing = "VRAXFCPort::One or more Key Properties not populated";
     // With the kind of the port.
     static constexpr Failure_Text kInsertionFailed = "Failed to insert into VRAX_FCPort_map (%s)";
+    // A port that cannot be read is left out.
+    static constexpr std::initializer_list<const char*> kDoesWithout = {"xpl_smlGetBatch"};
 
     void build(Map_Writer<VRAX_FCPort>& map);
 

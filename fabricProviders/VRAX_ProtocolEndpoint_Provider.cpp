@@ -73,8 +73,7 @@ class VRAX_ProtocolEndpoint_Provider::Endpoint_Writer
         endpoint->NameFormat.set(_nameFormat);
         endpoint->ProtocolType.set(kProtocolTypeFibreChannel);
         endpoint->ProtocolIFType.set(kProtocolIFTypeFibreChannel);
-        // Of two ports that claim one WWN the first has the endpoint; the other's goes with this scope.
-        _map.insert(endpoint);
+        VRAX_ProtocolEndpoint_Provider::add(_map, endpoint);
     }
 
     Map_Writer<VRAX_ProtocolEndpoint>& _map;

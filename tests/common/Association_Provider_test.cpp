@@ -81,21 +81,6 @@ TEST_F(AssociationProvider, LoadsItsEndsAndSharesThem)
     EXPECT_EQ(Pairs::builds, 1) << "everything is fresh";
 }
 
-TEST_F(AssociationProvider, DropsAPairThatIsThereAlready)
-{
-    Pairs::instead = [](auto& pairs)
-    {
-        for (int i = 0; i < 2; ++i)
-            pairs.template first<VRAX_ObjectManager>().template withEach<VRAX_Namespace>();
-    };
-    Names::instead = [](Map_Writer<VRAX_Namespace>& map)
-    {
-        Names_Provider::insert(map, "root/a");
-        Names_Provider::insert(map, "root/b");
-    };
-    EXPECT_EQ(serve<Pairs_Provider>().count, 2u);
-}
-
 // What makes the pairs stale, and what is then built again.
 TEST_F(AssociationProvider, IsBuiltAgainWhenAnEndIs)
 {

@@ -3,7 +3,18 @@
 #include "support/VRAX_Except.h"
 #include "switchaccess/CacheLock.h"
 #include "switchaccess/XPL_Mem.h"
+#include "switchaccess/local_switch.h"
+#include "switchaccess/principal_switch.h"
 #include "tests/common/testing/Switch_Test.h"
+
+// Asked instead of the platform's function; see CMakeLists.txt.
+extern "C" char** __real__Z32get_Local_Switch_World_Wide_Namev();
+extern "C" char** __wrap__Z32get_Local_Switch_World_Wide_Namev();
+static bool outOfMemory = false;
+char** __wrap__Z32get_Local_Switch_World_Wide_Namev()
+{
+    return outOfMemory ? nullptr : __real__Z32get_Local_Switch_World_Wide_Namev();
+}
 
 namespace cimple
 {
@@ -28,6 +39,29 @@ TEST_F(PlatformMemory, ACellAndItsValueAreGivenBack)
     EXPECT_EQ(sim.outstandingBlocks(), 0u);
     const XPL_Mem<char*> nothing(nullptr);
     EXPECT_TRUE(nothing.empty());
+}
+
+TEST_F(PlatformMemory, ASwitchWithoutANameIsToldFromOneWithIt)
+{
+    EXPECT_STREQ(Local_Switch_Wwn("x/Y").text(), "100002a5c0de0001");
+    sim.failNext("get_Local_Switch_World_Wide_Name");
+    EXPECT_THROW(Local_Switch_Wwn("x/Y"), VRAX_Except) << "no value in the cell";
+    outOfMemory = true;
+    try
+    {
+        Local_Switch_Wwn("x/Y", "Change", Failure_Text::line("no WWN"), 5);
+        ADD_FAILURE() << "there is no cell";
+    }
+    catch (const VRAX_Except& failure)
+    {
+        EXPECT_STREQ(failure.file, "x/Y");
+        EXPECT_STREQ(failure.function, "Change");
+        EXPECT_STREQ(failure.message, "no WWN");
+    }
+    outOfMemory = false;
+    EXPECT_STREQ(Principal_Switch_Wwn().text(), "100002a5c0de0001");
+    sim.setPrincipal(0);
+    EXPECT_EQ(Principal_Switch_Wwn().text(), nullptr);
 }
 
 TEST_F(PlatformMemory, LookingIntoNoCellStopsTheProgram)

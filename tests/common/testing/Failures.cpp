@@ -5,6 +5,7 @@
 
 #include <cimple/cimple.h>
 
+#include <cstring>
 #include <new>
 #include <string>
 
@@ -115,8 +116,26 @@ Insert_Failures::Insert_Failures(const char* className, int successes)
 {
 }
 
-void makeMapsStale()
+namespace
+{
+
+void makeStale(const char* className)
 {
     for (std::size_t i = 0; i < cimple::kMapCount; ++i)
-        cimple::VRAX_Maps::getInstance()->InstMapForceUnload(static_cast<cimple::providerEnum_t>(i));
+    {
+        const auto map = static_cast<cimple::providerEnum_t>(i);
+        if (className == nullptr || std::strcmp(cimple::mapClassName(map), className) == 0)
+            cimple::VRAX_Maps::getInstance()->InstMapForceUnload(map);
+    }
+}
+
+} // namespace
+
+void makeMapsStale()
+{
+    makeStale(nullptr);
+}
+void makeMapStale(const char* className)
+{
+    makeStale(className);
 }

@@ -52,7 +52,8 @@ class [[gnu::visibility("default")]] Insert_Failures : public Step_Failures
     explicit Insert_Failures(const char* className, int successes = 0);
 };
 
-// Makes every map of the module stale.
+// Makes every map of the module stale, or that of one class.
 [[gnu::visibility("default")]] void makeMapsStale();
+[[gnu::visibility("default")]] void makeMapStale(const char* className);
 
 #endif

@@ -27,7 +27,8 @@ struct Script
 {
     static inline std::atomic<int> builds{0};
     // Called in place of the provider's usual build when set. Set it only while no other thread loads.
-    static inline std::function<void(TARGET&)> instead;
+    typedef std::function<void(TARGET&)> Build;
+    static inline Build instead;
 
     static bool play(TARGET& target)
     {

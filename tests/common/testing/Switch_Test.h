@@ -11,6 +11,7 @@
 #include "tests/support/Manual_Clock.h"
 
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -57,35 +58,6 @@ class Switch_Test : public testing::Test
         EXPECT_EQ(sim.outstandingBlocks(), 0u) << logged;
     }
 
-    // What a load says, behind its origin, when one of its steps fails; null: not asked for.
-    struct Step_Messages
-    {
-        const char* creation;
-        const char* keys;
-        const char* insertion;
-    };
-    // Each step fails for the instance that comes after so many others.
-    template <class PROVIDER>
-    void expectStepsFail(const std::string& origin, const Step_Messages& says, int successes = 0)
-    {
-        const char* const name = PROVIDER::Class::static_meta_class.name;
-        if (says.creation != nullptr)
-        {
-            const Create_Failures failures(name, successes);
-            expectLoadFails<PROVIDER>(origin + says.creation);
-        }
-        if (says.keys != nullptr)
-        {
-            const Key_Failures failures(name, successes);
-            expectLoadFails<PROVIDER>(origin + says.keys);
-        }
-        if (says.insertion != nullptr)
-        {
-            const Insert_Failures failures(name, successes);
-            expectLoadFails<PROVIDER>(origin + says.insertion);
-        }
-    }
-
     // Writes down which of these calls come from a thread that holds the map's write lock: it is refused the
     // read lock.
     void noteCallsUnderLock(cimple::providerEnum_t map,
@@ -99,6 +71,24 @@ class Switch_Test : public testing::Test
                        {
                            if (!cimple::MapRdLock(map).obtained())
                                noted.push_back(call);
+                       });
+        }
+    }
+
+    // From here on a walk that does not end fails its load, until the switch's next restore() or open().
+    void boundWalks()
+    {
+        for (const char* call : {"DataCache::getNextRootPortIndex",
+                                 "FabricCache::getNextSwitch",
+                                 "SwitchCache::getNextPort",
+                                 "get_next_attached_port",
+                                 "xpl_smlGetBatch"})
+        {
+            sim.onCall(call,
+                       [count = 0]() mutable
+                       {
+                           if (++count > 1000)
+                               throw std::runtime_error("a walk without an end");
                        });
         }
     }

@@ -1,0 +1,259 @@
+// Tests of the verbs by which associations say what belongs together.
+#include "tests/common/testing/Fake_Providers.h"
+#include "tests/common/testing/Switch_Test.h"
+
+#include "VRAX_ActiveConnection.h"
+#include "VRAX_ProtocolEndpoint.h"
+
+namespace cimple
+{
+namespace
+{
+
+typedef std::vector<std::string> Texts;
+typedef VRAX_ObjectManager Manager;
+typedef VRAX_Namespace Name;
+
+// Four endpoints, "A" to "D".
+class Endpoints_Provider : public Instance_Provider_Base<Endpoints_Provider, VRAX_ProtocolEndpoint>
+{
+  public:
+    static constexpr const char* kSource = "testProviders/Endpoints_Provider";
+
+    void build(Map_Writer<VRAX_ProtocolEndpoint>& map)
+    {
+        for (const char* name : {"A", "B", "C", "D"})
+        {
+            Owned<VRAX_ProtocolEndpoint> endpoint = make();
+            endpoint->SystemCreationClassName.set("VRAX_FCSwitch");
+            endpoint->SystemName.set("S");
+            endpoint->CreationClassName.set("VRAX_ProtocolEndpoint");
+            endpoint->Name.set(name);
+            add(map, endpoint);
+        }
+    }
+};
+
+// Both roles are for endpoints; pairs have a further property, and two reports of one pair are a failure.
+class Links_Provider : public Association_Provider_Base<Links_Provider,
+                                                        VRAX_ActiveConnection,
+                                                        &VRAX_ActiveConnection::Antecedent,
+                                                        &VRAX_ActiveConnection::Dependent,
+                                                        Endpoints_Provider>
+{
+  public:
+    static constexpr const char* kSource = "testProviders/Links_Provider";
+    static constexpr Failure_Text kInsertionFailed = "two reports of one link";
+    typedef Script<VRAX_ActiveConnection, Pairs> Played;
+
+    void build(Pairs& pairs) { Played::play(pairs); }
+    static void
+    fill(VRAX_ActiveConnection& link, const VRAX_ProtocolEndpoint& first, const VRAX_ProtocolEndpoint& second)
+    {
+        String ends(first.Name.value);
+        ends.append(second.Name.value);
+        link.OtherTrafficDescription.set(ends);
+    }
+};
+
+class PairsTest : public Switch_Test
+{
+  protected:
+    typedef Pairs_Provider::Played::Build Build;
+
+    void SetUp() override
+    {
+        resetFakeProviders();
+        sim.open(simulator::SimSwitch::make().wwn("10000000c9000001").scenario());
+        Script<Name>::instead = [](Map_Writer<Name>& map)
+        {
+            for (const char* name : {"root/a", "root/b", "root/B"})
+                Names_Provider::insert(map, name);
+        };
+    }
+    void TearDown() override
+    {
+        resetFakeProviders();
+        Links_Provider::Played::reset();
+    }
+
+    // What a build joins: the names of the namespaces, behind their managers'.
+    static Texts joined(const Build& build)
+    {
+        makeMapsStale();
+        Pairs_Provider::Played::instead = build;
+        Texts names;
+        const Served served = serve<Pairs_Provider>(
+            [&](const VRAX_NamespaceInManager& pair)
+            {
+                EXPECT_EQ(described(pair),
+                          (Description{{"Antecedent", "-> VRAX_ObjectManager"},
+                                       {"Dependent", "-> VRAX_Namespace"}}));
+                names.push_back(pair.Dependent->Name.value.c_str());
+            });
+        if (served.status != ENUM_INSTANCES_OK)
+            names.push_back("failed");
+        return names;
+    }
+    static Texts linked(const Links_Provider::Played::Build& build)
+    {
+        makeMapsStale();
+        Links_Provider::Played::instead = build;
+        Texts links;
+        serve<Links_Provider>(
+            [&](const VRAX_ActiveConnection& link)
+            {
+                const std::string ends =
+                    std::string(link.Antecedent->Name.value.c_str()) + link.Dependent->Name.value.c_str();
+                EXPECT_EQ(link.OtherTrafficDescription.value, ends.c_str())
+                    << "filled in the order of the roles";
+                EXPECT_TRUE(link.TrafficType.null);
+                links.push_back(ends + (link.IsUnidirectional.null ? "" : "!"));
+            });
+        return links;
+    }
+};
+
+TEST_F(PairsTest, JoinWhatTheVerbSays)
+{
+    const auto isB = [](const Name& one) { return one.Name.value == "root/b"; };
+    const auto nameOf = [](const Name& one) { return one.Name.value.c_str(); };
+    const auto empty = [](Map_Writer<Name>&) {};
+    const Texts all = {"root/a", "root/b", "root/B"};
+    const struct
+    {
+        const char* what;
+        Build build;
+        Texts joined;
+    } rows[] = {
+        {"first with first",
+         [](auto& p) { p.template first<Manager>().template withFirst<Name>(); },
+         {"root/a"}},
+        {"named backwards",
+         [](auto& p) { p.template first<Name>().template withFirst<Manager>(); },
+         {"root/a"}},
+        {"with each", [](auto& p) { p.template first<Manager>().template withEach<Name>(); }, all},
+        {"with some", [&](auto& p) { p.template first<Manager>().template withEach<Name>(isB); }, {"root/b"}},
+        {"the local one", [](auto& p) { p.template local<Manager>().template withEach<Name>(); }, all},
+        {"text keys in any case",
+         [&](auto& p) { p.template equal<Manager, Name>([](const Manager&) { return "ROOT/b"; }, nameOf); },
+         {"root/b", "root/B"}},
+        {"whole texts only",
+         [&](auto& p) { p.template equal<Manager, Name>([](const Manager&) { return "root/"; }, nameOf); },
+         {}},
+        {"no text key",
+         [&](auto& p)
+         {
+             p.template equal<Manager, Name>([](const Manager&) -> const char* { return nullptr; }, nameOf);
+         },
+         {}},
+        {"left out by their text key",
+         [&](auto& p)
+         {
+             p.template equal<Manager, Name>([](const Manager&) { return "x"; },
+                                             [&](const Name& one) { return isB(one) ? "X" : nullptr; });
+         },
+         {"root/b"}},
+        {"two texts",
+         [&](auto& p)
+         {
+             p.template equal<Name, Manager>(
+                 [&](const Name& one) {
+                     return Two_Texts{isB(one) ? "s" : "t", nameOf(one)};
+                 },
+                 [](const Manager&) {
+                     return Two_Texts{"S", "ROOT/B"};
+                 });
+         },
+         {"root/b"}},
+        {"two texts without the first",
+         [&](auto& p)
+         {
+             p.template equal<Name, Manager>(
+                 [](const Name&) {
+                     return Two_Texts{nullptr, "k"};
+                 },
+                 [](const Manager&) {
+                     return Two_Texts{nullptr, "k"};
+                 });
+         },
+         {}},
+        {"computed texts",
+         [&](auto& p)
+         {
+             p.template equal<Manager, Name>([](const Manager&) { return std::string("B"); },
+                                             [&](const Name& one) { return std::string(nameOf(one) + 5); });
+         },
+         {"root/b", "root/B"}},
+        {"empty computed texts",
+         [&](auto& p)
+         {
+             p.template equal<Manager, Name>([](const Manager&) { return std::string(); },
+                                             [](const Name&) { return std::string(); });
+         },
+         {}},
+        {"a pair twice",
+         [](auto& p)
+         {
+             for (int i = 0; i < 2; ++i)
+                 p.template first<Manager>().template withFirst<Name>();
+         },
+         {"root/a"}},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(joined(row.build), row.joined) << row.what;
+
+    Script<Name>::instead = empty;
+    EXPECT_EQ(joined(rows[0].build), Texts()) << "no first one to join with";
+    EXPECT_EQ(joined(rows[1].build), Texts()) << "no first one";
+}
+
+TEST_F(PairsTest, KnowTheLocalSwitchByItsWwn)
+{
+    const Build build = [](auto& p) { p.template local<Manager>().template withFirst<Name>(); };
+    sim.open(simulator::SimSwitch::make().wwn("10000000c9000002").scenario());
+    EXPECT_EQ(joined(build), Texts()) << "another one";
+    const Log_Capture log;
+    sim.failNext("get_Local_Switch_World_Wide_Name");
+    EXPECT_EQ(joined(build), Texts{"failed"});
+    EXPECT_EQ(log.texts(),
+              Texts{"Exception[CRIT]:testProviders/Pairs_Provider:load[] Unable to retrieve localWWN"});
+}
+
+TEST_F(PairsTest, AreMadeAndAddedInTwoSteps)
+{
+    EXPECT_EQ(linked(
+                  [](auto& p)
+                  {
+                      const auto& all = p.template all<VRAX_ProtocolEndpoint>();
+                      const VRAX_ProtocolEndpoint *a = *all.begin(), *b = *++all.begin();
+                      p.join(*b, *a); // the first named takes the first role
+                      auto link = p.make(*a, *b);
+                      link->IsUnidirectional.set(true);
+                      p.add(link);
+                  }),
+              (Texts{"BA", "AB!"}));
+}
+
+TEST_F(PairsTest, FailWithoutABadPair)
+{
+    const std::string origin = "Exception[CRIT]:testProviders/";
+    const Log_Capture log;
+    EXPECT_EQ(
+        linked(
+            [](auto& p)
+            {
+                for (int i = 0; i < 2; ++i)
+                    p.template first<VRAX_ProtocolEndpoint>().template withFirst<VRAX_ProtocolEndpoint>();
+            }),
+        Texts());
+    EXPECT_EQ(log.texts(), Texts{origin + "Links_Provider:load[] two reports of one link"});
+    EXPECT_EQ(joined([](auto& p) { p.template first<Manager>().template withFirst<Manager>(); }),
+              Texts{"failed"});
+    EXPECT_EQ(log.texts(),
+              Texts{origin + "Pairs_Provider:load[] VRAX_NamespaceInManager cannot refer to an instance of "
+                             "VRAX_ObjectManager"});
+}
+
+} // namespace
+} // namespace cimple

@@ -1,0 +1,580 @@
+// Holds every class to the table of what it publishes; README.md says how to read one. A registered class
+// without a table fails, and so does a table without a class.
+#include "common/providers.h"
+#include "providers_includes.h"
+#include "simulator/scenario/scenario_json.h"
+#include "tests/common/testing/Switch_Test.h"
+#include "tests/published/Table.h"
+
+#include <algorithm>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <set>
+#include <strings.h>
+
+#include <nlohmann/json.hpp>
+
+namespace published
+{
+namespace
+{
+
+using cimple::Instance;
+using Json = nlohmann::json;
+
+const std::string kFolder = VRAX_PUBLISHED_DIR;
+
+// --- The classes
+
+typedef std::function<void(const Instance&)> Visit;
+
+struct Served_Class
+{
+    const char* name;
+    bool isAssociation;
+    const cimple::Meta_Class* metaClass;
+    Served (*serve)(const Visit& visit);
+};
+std::ostream& operator<<(std::ostream& out, const Served_Class& one)
+{
+    return out << one.name;
+}
+
+template <class PROVIDER>
+Served serveAny(const Visit& visit)
+{
+    return serve<PROVIDER>([&](const typename PROVIDER::Class& one) { visit(one); });
+}
+
+#define SERVED(cls, isAssociation)                                                                           \
+    {#cls, isAssociation, &cimple::cls::static_meta_class, &serveAny<cimple::cls##_Provider>},
+#define SERVED_INSTANCE(cls) SERVED(cls, false)
+#define SERVED_ASSOCIATION(cls) SERVED(cls, true)
+#define SERVED_INDICATION(cls)
+#define VRAX_PROVIDER(kind, folder, cls) SERVED_##kind(cls)
+const Served_Class kServed[] = {
+#include "common/providers.def"
+};
+#undef VRAX_PROVIDER
+
+// --- Short names
+
+// The text with the World Wide Names of the fabric replaced by their names in README.md.
+std::string shortened(std::string text)
+{
+    static const std::pair<const char*, const char*> kNames[] = {{"100002A5C0DE0009", "S1"},
+                                                                 {"200002A5C0DE0009", "P10"},
+                                                                 {"200102A5C0DE0009", "P11"},
+                                                                 {"200202A5C0DE0009", "P12"},
+                                                                 {"200302A5C0DE0009", "P13"},
+                                                                 {"100002A5C0DE0003", "S2"},
+                                                                 {"200002A5C0DE0003", "P20"},
+                                                                 {"200102A5C0DE0003", "P21"},
+                                                                 {"200202A5C0DE0003", "P22"},
+                                                                 {"100002A5C0DE00C8", "S3"},
+                                                                 {"200102A5C0DE00C8", "P31"},
+                                                                 {"2100AAC5C0DE0011", "N1"},
+                                                                 {"2100AAC5C0DE0012", "N2"},
+                                                                 {"1000AAC5C0DE0002", "N3"},
+                                                                 {"0000000000000000", "zero"}};
+    for (const auto& [wwn, name] : kNames)
+    {
+        const std::size_t length = std::strlen(wwn);
+        for (std::size_t at = 0; at + length <= text.size(); ++at)
+        {
+            if (strncasecmp(text.c_str() + at, wwn, length) == 0)
+                text.replace(at, length, name);
+        }
+    }
+    return text;
+}
+
+// By the last of its keys, for what a switch has behind the switch; a pair by its ends.
+std::string nameOf(const Instance& instance)
+{
+    Properties properties = described(instance);
+    for (const char* key : {"DeviceID", "InstanceID"})
+    {
+        if (properties.count(key) != 0)
+            return shortened(properties[key]);
+    }
+    if (properties.count("Name") != 0)
+    {
+        const std::string system = shortened(properties["SystemName"]);
+        const std::string name = shortened(properties["Name"]);
+        return properties["SystemCreationClassName"] == "VRAX_FCSwitch" && system != name
+                   ? system + ":" + name
+                   : name;
+    }
+    return "";
+}
+
+std::vector<const Instance*> endsOf(const Instance& association)
+{
+    std::vector<const Instance*> ends;
+    for (std::size_t i = 0; i < association.meta_class->num_meta_features; ++i)
+    {
+        const cimple::Meta_Feature* feature = association.meta_class->meta_features[i];
+        if (feature->flags & CIMPLE_FLAG_REFERENCE)
+        {
+            const auto* reference = reinterpret_cast<const cimple::Meta_Reference*>(feature);
+            ends.push_back(cimple::__ref_of(&association, reference));
+        }
+    }
+    return ends;
+}
+
+// --- Times
+
+constexpr const char* kNow = "(now)";
+constexpr const char* kLocalNow = "(local now)";
+
+// The present as such a time. Times of one kind are in the order of their texts.
+std::string present(const std::string& kind)
+{
+    if (kind == kNow)
+        return cimple::Datetime::now().ascii().c_str();
+    const std::time_t now = std::time(nullptr);
+    std::tm fields{};
+    localtime_r(&now, &fields);
+    char text[cimple::Datetime::BUFFER_SIZE];
+    std::strftime(text, sizeof(text), "%Y%m%d%H%M%S.000000+000", &fields);
+    return text;
+}
+
+// --- The test
+
+struct Answer
+{
+    Served served;
+    Texts names;
+    std::vector<Properties> instances;
+    Texts logged;
+};
+
+class Published : public Switch_Test, public testing::WithParamInterface<Served_Class>
+{
+  protected:
+    Published()
+    {
+        setenv("TZ", "IST-5:30", 1); // no whole hours from UTC
+        tzset();
+    }
+    ~Published() override
+    {
+        unsetenv("TZ");
+        tzset();
+    }
+
+    void SetUp() override
+    {
+        ASSERT_NO_THROW(table = readTable(kFolder + "/" + GetParam().name + ".txt"));
+        std::ifstream(kFolder + "/fabric.json") >> fabric;
+        start(fabric);
+    }
+
+    // The fabric at its start, with what the table says of its attributes.
+    void start(const Json& scenario)
+    {
+        sim.open(simulator::parseScenario(scenario.dump(), "fabric.json"));
+        boundWalks();
+        for (const Entry& entry : table.entries)
+        {
+            for (const Source& source : entry.sources)
+            {
+                if (source.answer)
+                    sim.answer(source.key, *source.answer);
+            }
+        }
+        sim.mark();
+    }
+
+    // Times of the load are given as the table writes them.
+    Answer ask()
+    {
+        Properties before = {{kNow, present(kNow)}, {kLocalNow, present(kLocalNow)}};
+        const Log_Capture log;
+        Answer answer;
+        answer.served = GetParam().serve(
+            [&](const Instance& instance)
+            {
+                answer.instances.push_back(described(instance));
+                std::string name = nameOf(instance);
+                if (GetParam().isAssociation)
+                {
+                    const std::vector<const Instance*> ends = endsOf(instance);
+                    name = nameOf(*ends.at(0)) + " - " + nameOf(*ends.at(1));
+                }
+                answer.names.push_back(name);
+            });
+        answer.logged = log.texts();
+        for (std::size_t i = 0; i < std::min(answer.instances.size(), table.entries.size()); ++i)
+        {
+            for (const auto& [property, value] : table.entries[i].properties)
+            {
+                if (value != kNow && value != kLocalNow)
+                    continue;
+                std::string& published = answer.instances[i][property];
+                if (published >= before[value] && published <= present(value))
+                    published = value;
+            }
+        }
+        return answer;
+    }
+
+    // What is published of the fabric as it is. Instances that are like others are taken as they are.
+    std::vector<Properties> expected(const Answer& actual) const
+    {
+        std::vector<Properties> all;
+        for (std::size_t i = 0; i < table.entries.size(); ++i)
+        {
+            const bool listed = table.entries[i].like.empty();
+            all.push_back(listed || i >= actual.instances.size() ? table.entries[i].properties
+                                                                 : actual.instances[i]);
+        }
+        return all;
+    }
+    Texts names() const
+    {
+        Texts all;
+        for (const Entry& entry : table.entries)
+            all.push_back(entry.name);
+        return all;
+    }
+
+    // One instance after the other, so that a difference is easily seen.
+    void expectInstances(const Answer& answer, const std::vector<Properties>& wanted) const
+    {
+        ASSERT_EQ(answer.instances.size(), wanted.size()) << testing::PrintToString(answer.names);
+        for (std::size_t i = 0; i < wanted.size(); ++i)
+            EXPECT_EQ(answer.instances[i], wanted[i]) << answer.names[i];
+    }
+
+    void meet(const Texts& conditions);
+    void meet(const std::string& subject, const std::string& event, int successes);
+    void expectEffects(const When& when, const Answer& usual);
+
+    Table table;
+    Json fabric;
+    std::vector<std::unique_ptr<Step_Failures>> failures;
+};
+
+TEST_P(Published, IsWhatTheTableSays)
+{
+    const Answer cold = ask();
+    EXPECT_EQ(cold.served.status, 0);
+    EXPECT_EQ(cold.logged, Texts());
+    ASSERT_EQ(cold.names, names());
+    expectInstances(cold, expected(cold));
+    for (const auto& [call, count] : table.calls)
+        EXPECT_EQ(sim.calls(call), count) << call;
+    const std::vector<Texts> batches = sim.batches();
+    for (std::size_t i = 0; i < table.entries.size(); ++i)
+    {
+        const Entry& entry = table.entries[i];
+        Texts ofThis, ofTheOther, keys;
+        for (const auto& [property, value] : cold.instances[i])
+            ofThis.push_back(property);
+        for (const auto& [property, value] : entry.properties)
+            ofTheOther.push_back(property);
+        EXPECT_EQ(ofThis, ofTheOther) << entry.name;
+        for (const Source& source : entry.sources)
+            keys.push_back(source.key);
+        EXPECT_TRUE(keys.empty() || std::count(batches.begin(), batches.end(), keys) == 1)
+            << "no such batch for " << entry.name << ": " << testing::PrintToString(batches);
+    }
+
+    sim.mark();
+    ask();
+    EXPECT_EQ(sim.platformCalls(), 0u) << "a fresh map";
+    clock.advance(29900);
+    ask();
+    EXPECT_EQ(sim.platformCalls(), 0u) << "a map is fresh for 30 s";
+    clock.advance(100);
+    expectInstances(ask(), expected(cold)); // each load is a new sample
+}
+
+// --- Conditions
+
+void Published::meet(const std::string& subject, const std::string& event, int successes)
+{
+    const char* const className = GetParam().name;
+    if (event == "unavailable")
+        sim.failKey(subject, XPL_NOT_AVAILABLE);
+    else if (subject == "creation")
+        failures.push_back(std::make_unique<Create_Failures>(className, successes));
+    else if (subject == "key check")
+        failures.push_back(std::make_unique<Key_Failures>(className, successes));
+    else if (subject == "insertion")
+        failures.push_back(std::make_unique<Insert_Failures>(className, successes));
+    else if (subject.find('.') != subject.npos)
+        sim.failKey(subject);
+    else
+        sim.failNext(subject, 1, XPL_UNREACHABLE, successes);
+}
+
+void Published::meet(const Texts& conditions)
+{
+    Json patch = Json::array();
+    for (const std::string& condition : conditions)
+    {
+        const Texts value = split(condition, " = ");
+        if (condition[0] == '/' && value.size() == 2)
+            patch.push_back({{"op", "add"}, {"path", value[0]}, {"value", Json::parse(value[1])}});
+        else if (condition[0] == '/')
+            patch.push_back({{"op", "remove"}, {"path", split(condition, " ").at(0)}});
+    }
+    start(fabric.patch(patch));
+    for (const std::string& condition : conditions)
+    {
+        if (condition[0] == '/')
+            continue;
+        const std::size_t equals = condition.find(" = ");
+        if (equals != condition.npos)
+        {
+            const std::string text = condition.substr(equals + 3);
+            sim.answer(condition.substr(0, equals), text == "\"\"" ? "" : text);
+            continue;
+        }
+        const Texts after = split(condition, " after ");
+        const std::size_t event = after.at(0).rfind(' ');
+        meet(after[0].substr(0, event),
+             after[0].substr(event + 1),
+             after.size() > 1 ? std::stoi(after[1]) : 0);
+    }
+}
+
+// --- Effects
+
+// A log text, in which the table writes a line feed as \\n.
+std::string withLineFeeds(std::string text)
+{
+    for (std::size_t at = text.find("\\n"); at != text.npos; at = text.find("\\n", at))
+        text.replace(at, 2, "\n");
+    return text;
+}
+
+// "Property value" or "Property null".
+void change(Properties& properties, const std::string& effect)
+{
+    const std::string name = effect.substr(0, effect.find(' '));
+    const std::string value = effect.substr(name.size() + 1);
+    if (value == "null")
+        properties.erase(name);
+    else
+        properties[name] = value == "\"\"" ? "" : value;
+}
+
+void Published::expectEffects(const When& when, const Answer& usual)
+{
+    const Answer answer = ask();
+    for (const auto& failure : failures)
+        EXPECT_TRUE(failure->struck());
+    failures.clear();
+    std::vector<Properties> properties = expected(usual);
+    Texts fewer = names();
+    bool namesAlone = false;
+    for (const std::string& effect : when.effects)
+    {
+        const std::string word = effect.substr(0, effect.find(' '));
+        const std::string rest = word == effect ? "" : effect.substr(word.size() + 1);
+        if (word == "fails")
+        {
+            EXPECT_EQ(answer.served.status, cimple::ENUM_INSTANCES_FAILED);
+            EXPECT_EQ(answer.served.count, 0u);
+            EXPECT_EQ(answer.logged, rest == "silently" ? Texts() : Texts{withLineFeeds(rest)});
+            start(fabric);
+            expectInstances(ask(), usual.instances); // the next request tries again
+            return;
+        }
+        if (word == "only")
+        {
+            fewer = split(rest, " | ");
+            namesAlone = true;
+        }
+        else if (word == "without" || word == "gone")
+        {
+            for (const std::string& name :
+                 word == "gone" ? Texts{names().at(*when.entry)} : split(rest, " | "))
+            {
+                const auto place = std::find(fewer.begin(), fewer.end(), name);
+                ASSERT_NE(place, fewer.end()) << name;
+                properties.erase(properties.begin() + (place - fewer.begin()));
+                fewer.erase(place);
+            }
+        }
+        else if (word == "of")
+        {
+            const Texts nameAndChange = split(rest, ": ");
+            const auto place = std::find(fewer.begin(), fewer.end(), nameAndChange.at(0));
+            ASSERT_NE(place, fewer.end()) << rest;
+            change(properties[static_cast<std::size_t>(place - fewer.begin())], nameAndChange.at(1));
+        }
+        else if (word == "every")
+        {
+            for (Properties& one : properties)
+                change(one, rest);
+        }
+        else if (word != "nothing")
+        {
+            change(properties.at(when.entry.value()), effect);
+        }
+    }
+    EXPECT_EQ(answer.served.status, 0);
+    EXPECT_EQ(answer.logged, Texts());
+    if (namesAlone || answer.instances.size() != properties.size())
+    {
+        EXPECT_EQ(answer.names, fewer);
+    }
+    else
+    {
+        expectInstances(answer, properties);
+    }
+}
+
+TEST_P(Published, ChangesAsTheTableSays)
+{
+    const Answer usual = ask();
+    for (const When& when : table.whens)
+    {
+        SCOPED_TRACE("when " + when.text);
+        makeMapsStale();
+        meet(when.conditions);
+        expectEffects(when, usual);
+        failures.clear();
+        sim.restore();
+    }
+}
+
+// --- The declaration
+
+// The class's declaration as a table writes it.
+Declaration declarationOf(const cimple::Meta_Class& metaClass)
+{
+    Declaration declared;
+    declared["from"] = metaClass.super_meta_class->name;
+    const auto append = [&](const char* list, const std::string& text) {
+        declared[list] += (declared[list].empty() ? "" : list == std::string("ends") ? ", " : " ") + text;
+    };
+    for (std::size_t i = 0; i < metaClass.num_meta_features; ++i)
+    {
+        const cimple::Meta_Feature* feature = metaClass.meta_features[i];
+        if (feature->flags & CIMPLE_FLAG_REFERENCE)
+        {
+            const auto* reference = reinterpret_cast<const cimple::Meta_Reference*>(feature);
+            append("ends", std::string(feature->name) + " " + reference->meta_class->name);
+        }
+        else if (feature->flags & CIMPLE_FLAG_METHOD)
+            append("methods", feature->name);
+        if (feature->flags & CIMPLE_FLAG_KEY)
+            append("keys", feature->name);
+    }
+    return declared;
+}
+
+TEST_P(Published, IsDeclaredAsTheTableSays)
+{
+    EXPECT_EQ(declarationOf(*GetParam().metaClass), table.declaration);
+}
+
+// --- What holds for all classes
+
+// Every step of a walk through the data cache is taken under its lock, and so are the batches in between.
+TEST_P(Published, IsReadUnderTheCacheLock)
+{
+    ask();
+    const bool locks = sim.calls("DataCache::dcRdLock") > 0;
+    std::set<std::string> unlocked;
+    for (const std::string call : {"DataCache::calcPortWwn",
+                                   "DataCache::getFabric",
+                                   "DataCache::getFirstRootPortIndex",
+                                   "DataCache::getNextRootPortIndex",
+                                   "DataCache::getPortHWType",
+                                   "DataCache::getRootSwitchWwn",
+                                   "DataCache::getSwitchFaults",
+                                   "DataCache::isTransparentSwitch",
+                                   "FabricCache::getFabricWwn",
+                                   "FabricCache::getFirstSwitch",
+                                   "FabricCache::getNextSwitch",
+                                   "SwitchCache::getFirstPort",
+                                   "SwitchCache::getNextPort",
+                                   "get_first_attached_port",
+                                   "get_next_attached_port",
+                                   "xpl_smlGetBatch"})
+    {
+        if (locks || call != "xpl_smlGetBatch")
+        {
+            sim.onCall(call,
+                       [this, call, &unlocked]
+                       {
+                           if (sim.heldCacheLocks() == 0)
+                               unlocked.insert(call);
+                       });
+        }
+    }
+    makeMapsStale();
+    ask();
+    EXPECT_EQ(unlocked, std::set<std::string>());
+}
+
+// An association's ends are the cached instances of their classes, with all their properties.
+TEST_P(Published, RefersToWholeInstances)
+{
+    if (!GetParam().isAssociation)
+        return;
+    std::set<const Instance*> ends;
+    std::set<std::string> classes;
+    GetParam().serve(
+        [&](const Instance& association)
+        {
+            for (const Instance* end : endsOf(association))
+            {
+                ends.insert(end);
+                classes.insert(end->meta_class->name);
+            }
+        });
+    for (const Served_Class& one : kServed)
+    {
+        if (classes.count(one.name) != 0)
+            one.serve([&](const Instance& instance) { ends.erase(&instance); });
+    }
+    EXPECT_TRUE(ends.empty()) << ends.size() << " ends are not the cached instances";
+}
+
+// Without a port, or without a fabric, there is less to publish and nothing fails.
+TEST_P(Published, WorksWithoutPortsAndWithoutAFabric)
+{
+    sim.open(simulator::SimSwitch::make().ports(0).scenario());
+    makeMapsStale();
+    EXPECT_EQ(ask().served.status, 0);
+    makeMapsStale();
+    sim.failNext("DataCache::getFabric", 2);
+    const Answer answer = ask();
+    EXPECT_EQ(answer.served.status, 0);
+    EXPECT_EQ(answer.logged, Texts());
+}
+
+INSTANTIATE_TEST_SUITE_P(Served,
+                         Published,
+                         testing::ValuesIn(kServed),
+                         [](const testing::TestParamInfo<Served_Class>& served)
+                         { return std::string(served.param.name); });
+
+TEST(PublishedTables, AreOfRegisteredClasses)
+{
+    std::set<std::string> registered;
+    for (const Served_Class& one : kServed)
+        registered.insert(one.name);
+    for (const auto& file : std::filesystem::directory_iterator(kFolder))
+    {
+        if (file.path().extension() == ".txt")
+        {
+            EXPECT_EQ(registered.count(file.path().stem()), 1u) << file.path();
+        }
+    }
+}
+
+} // namespace
+} // namespace published
