@@ -2,7 +2,7 @@
 #pragma once
 
 #include "agent/Limits.h"
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <cstdint>
 #include <optional>

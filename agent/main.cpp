@@ -1,13 +1,13 @@
 // cimd: reads its command line, starts, serves until it is told to stop.
 #include "agent/Limits.h"
 #include "agent/Options.h"
-#include "agent/Platform.h"
 #include "agent/http/HttpServer.h"
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
-#include "agent/run/ExitStatus.h"
-#include "agent/run/Signals.h"
+#include "agent/platform.h"
 #include "agent/run/Supervisor.h"
+#include "agent/run/exit_status.h"
+#include "agent/run/signals.h"
 #include "agent/service/AgentCore.h"
 
 #include <chrono>

@@ -6,49 +6,49 @@ add_subdirectory(auth)
 
 add_library(cimd_wire STATIC
     http/Alarm.cpp
-    http/CimHeaders.cpp
+    http/cim_headers.cpp
     http/Connection.cpp
     http/Daemon.cpp
     http/HttpServer.cpp
-    http/JoinedWrite.cpp
+    http/joined_write.cpp
     http/ListenSocket.cpp
-    http/Message.cpp
+    http/message.cpp
     http/Overflow.cpp
-    http/QueueResponse.cpp
-    http/ReceivedBytes.cpp
+    http/queue_response.cpp
+    http/received_bytes.cpp
     http/Reply.cpp
     http/SpoolArea.cpp
     http/TlsHandshake.cpp
     http/WorkerPool.cpp
-    ops/AssociationCalls.cpp
-    ops/Audit.cpp
+    ops/association_calls.cpp
+    ops/audit.cpp
     ops/Call.cpp
-    ops/ClassCalls.cpp
-    ops/Failure.cpp
+    ops/class_calls.cpp
+    ops/failure.cpp
     ops/FrontEnd.cpp
-    ops/InstanceCalls.cpp
+    ops/instance_calls.cpp
     ops/LogInGate.cpp
-    ops/MethodCalls.cpp
+    ops/method_calls.cpp
     ops/Operations.cpp
     ops/Parameters.cpp
-    ops/PropertyCalls.cpp
-    ops/PullCalls.cpp
+    ops/property_calls.cpp
+    ops/pull_calls.cpp
     pull/Enumerations.cpp
     pull/Spool.cpp
-    xml/DeclarationWriter.cpp
+    xml/declaration_writer.cpp
     xml/ElementReader.cpp
-    xml/ElementWriter.cpp
-    xml/Encoding.cpp
-    xml/RequestReader.cpp
+    xml/element_writer.cpp
+    xml/encoding.cpp
+    xml/request_reader.cpp
     xml/ResponseWriter.cpp
-    xml/Utf8.cpp
-    xml/XmlCheck.cpp
+    xml/utf8.cpp
+    xml/xml_check.cpp
     xml/XmlDocument.cpp
     xml/XmlWriter.cpp
 )
 target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd PkgConfig::gnutls)
 
-add_library(cimd_start STATIC Limits.cpp Options.cpp Platform.cpp)
+add_library(cimd_start STATIC Limits.cpp Options.cpp platform.cpp)
 target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
 
 add_executable(cimd main.cpp)

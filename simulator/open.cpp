@@ -1,7 +1,7 @@
 // Starting and saving the simulated switch from a program that hosts the platform library.
 #include "simulator/open.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/scenario/scenario_json.h"
 
 #include <cstdio>

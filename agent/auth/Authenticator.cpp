@@ -1,9 +1,9 @@
 // Log-ins: what is remembered, what is checked, what is refused.
 #include "agent/auth/Authenticator.h"
 
-#include "agent/auth/PasswordHash.h"
-#include "agent/cim/ValueText.h"
-#include "agent/log/Log.h"
+#include "agent/auth/password_hash.h"
+#include "agent/cim/value_text.h"
+#include "agent/log/log.h"
 
 #include <algorithm>
 #include <gnutls/crypto.h>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "agent/auth/PasswordTable.h"
-#include "agent/auth/PrivateFile.h"
+#include "agent/auth/private_file.h"
 
 #include <memory>
 #include <mutex>

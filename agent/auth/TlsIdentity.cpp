@@ -1,8 +1,8 @@
 // Reading certificate and key, with complaints that an operator can act on.
 #include "agent/auth/TlsIdentity.h"
 
-#include "agent/auth/PrivateFile.h"
-#include "agent/log/Log.h"
+#include "agent/auth/private_file.h"
+#include "agent/log/log.h"
 
 #include <ctime>
 #include <gnutls/gnutls.h>

@@ -1,7 +1,7 @@
 // cimd-passwd: sets, changes and removes the users who may log in to cimd.
-#include "agent/auth/PasswordHash.h"
 #include "agent/auth/PasswordTable.h"
-#include "agent/auth/PrivateFile.h"
+#include "agent/auth/password_hash.h"
+#include "agent/auth/private_file.h"
 #include "agent/run/FileDescriptor.h"
 
 #include <cerrno>

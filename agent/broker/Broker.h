@@ -1,7 +1,7 @@
 // The CMPI broker: what provider libraries see of the agent.
 #pragma once
 
-#include "agent/broker/Objects.h"
+#include "agent/broker/objects.h"
 #include "agent/repository/ClassRepository.h"
 #include "agent/service/CimService.h"
 

@@ -2,8 +2,8 @@
 #include "agent/broker/InstanceObject.h"
 
 #include "agent/cim/CimError.h"
-#include "agent/cim/Coercion.h"
-#include "agent/repository/Completion.h"
+#include "agent/cim/coercion.h"
+#include "agent/repository/completion.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // An instance in the hands of a provider.
 #pragma once
 
-#include "agent/broker/Objects.h"
+#include "agent/broker/objects.h"
 
 namespace cimd
 {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "agent/broker/Broker.h"
-#include "agent/broker/Result.h"
+#include "agent/broker/result.h"
 
 #include <optional>
 #include <string>

@@ -1,9 +1,9 @@
 // The phases of a connection and their deadlines.
 #include "agent/http/Connection.h"
 
-#include "agent/http/JoinedWrite.h"
-#include "agent/http/ReceivedBytes.h"
-#include "agent/log/Log.h"
+#include "agent/http/joined_write.h"
+#include "agent/http/received_bytes.h"
+#include "agent/log/log.h"
 
 #include <netdb.h>
 #include <netinet/in.h>

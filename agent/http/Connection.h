@@ -2,9 +2,9 @@
 #pragma once
 
 #include "agent/Limits.h"
-#include "agent/http/Message.h"
 #include "agent/http/Reply.h"
 #include "agent/http/TlsHandshake.h"
+#include "agent/http/message.h"
 
 #include <cstdint>
 #include <memory>

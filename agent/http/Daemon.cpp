@@ -2,7 +2,7 @@
 #include "agent/http/Daemon.h"
 
 #include "agent/http/TlsHandshake.h"
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <cerrno>
 #include <cstdarg>

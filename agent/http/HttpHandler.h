@@ -1,7 +1,7 @@
 // What the HTTP server asks of the layer above it.
 #pragma once
 
-#include "agent/http/Message.h"
+#include "agent/http/message.h"
 
 #include <cstddef>
 #include <functional>

@@ -8,12 +8,12 @@
 
 #include "agent/cim/CimError.h"
 #include "agent/cim/CimName.h"
-#include "agent/http/CimHeaders.h"
 #include "agent/http/Connection.h"
 #include "agent/http/Daemon.h"
-#include "agent/http/QueueResponse.h"
 #include "agent/http/WorkerPool.h"
-#include "agent/log/Log.h"
+#include "agent/http/cim_headers.h"
+#include "agent/http/queue_response.h"
+#include "agent/log/log.h"
 
 #include <algorithm>
 #include <atomic>

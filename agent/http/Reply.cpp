@@ -2,7 +2,7 @@
 #include "agent/http/Reply.h"
 
 #include "agent/cim/CimError.h"
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <algorithm>
 #include <cstring>

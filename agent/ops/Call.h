@@ -2,13 +2,13 @@
 #pragma once
 
 #include "agent/http/HttpHandler.h"
-#include "agent/ops/Audit.h"
 #include "agent/ops/Parameters.h"
+#include "agent/ops/audit.h"
 #include "agent/pull/Enumerations.h"
 #include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
-#include "agent/xml/RequestReader.h"
 #include "agent/xml/XmlWriter.h"
+#include "agent/xml/request_reader.h"
 
 #include <chrono>
 #include <cstdint>

@@ -1,9 +1,9 @@
 // One HTTP request to one operation.
 #include "agent/ops/FrontEnd.h"
 
-#include "agent/cim/ValueText.h"
-#include "agent/http/CimHeaders.h"
-#include "agent/log/Log.h"
+#include "agent/cim/value_text.h"
+#include "agent/http/cim_headers.h"
+#include "agent/log/log.h"
 #include "agent/ops/TracedStream.h"
 
 #include <chrono>

@@ -3,11 +3,11 @@
 
 #include "agent/Limits.h"
 #include "agent/http/HttpHandler.h"
-#include "agent/ops/Audit.h"
+#include "agent/ops/audit.h"
 #include "agent/pull/Enumerations.h"
 #include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
-#include "agent/xml/RequestReader.h"
+#include "agent/xml/request_reader.h"
 
 #include <cstdint>
 #include <optional>

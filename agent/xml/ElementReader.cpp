@@ -1,8 +1,8 @@
 // From elements to values.
 #include "agent/xml/ElementReader.h"
 
-#include "agent/cim/ValueText.h"
-#include "agent/xml/XmlCheck.h"
+#include "agent/cim/value_text.h"
+#include "agent/xml/xml_check.h"
 
 namespace cimd
 {

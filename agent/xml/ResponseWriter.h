@@ -2,8 +2,8 @@
 #pragma once
 
 #include "agent/cim/CimError.h"
-#include "agent/xml/RequestReader.h"
 #include "agent/xml/XmlWriter.h"
+#include "agent/xml/request_reader.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 // Building and reading the tree.
 #include "agent/xml/XmlDocument.h"
 
-#include "agent/xml/XmlCheck.h"
+#include "agent/xml/xml_check.h"
 
 namespace cimd
 {

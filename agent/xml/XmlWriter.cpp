@@ -1,7 +1,7 @@
 // Escaping, and the pieces of a tag.
 #include "agent/xml/XmlWriter.h"
 
-#include "agent/xml/Utf8.h"
+#include "agent/xml/utf8.h"
 
 #include <array>
 

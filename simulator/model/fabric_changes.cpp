@@ -1,5 +1,5 @@
 // Switches, nodes and links that come and go.
-#include "simulator/model/fabric_model.h"
+#include "simulator/model/FabricModel.h"
 #include "simulator/model/hex.h"
 #include "simulator/model/made_up.h"
 #include "simulator/scenario/fields.h"

@@ -1,5 +1,5 @@
 // What follows from the facts of a port: its state, type, speed and name.
-#include "simulator/model/fabric_model.h"
+#include "simulator/model/FabricModel.h"
 #include "simulator/model/hex.h"
 
 #include <algorithm>

@@ -6,7 +6,7 @@
 #ifndef SIMULATOR_SCENARIO_FIELDS_H
 #define SIMULATOR_SCENARIO_FIELDS_H
 
-#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/Scenario.h"
 
 #include <cstddef>
 

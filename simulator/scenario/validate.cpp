@@ -1,6 +1,6 @@
 // Checks that the parts of a scenario fit one another.
 #include "simulator/model/hex.h"
-#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/Scenario.h"
 
 #include <algorithm>
 #include <map>

@@ -1,7 +1,7 @@
 // The data cache: views of the model that never dangle, because they hold a domain number and no pointer.
 #include "platform/data_cache.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/model/hex.h"
 #include "simulator/services/session.h"
 

@@ -1,7 +1,7 @@
 // Fabric services: lists of switches, ports and links, copied out of the model.
 #include "platform/xpl_fcs.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/services/session.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #include "simulator/services/session.h"
 
 #include "platform/xpl_lib.h"
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // The attribute store's calls.
 #include "platform/xpl_sml.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/keys/attribute_keys.h"
 #include "simulator/services/session.h"
 

@@ -1,7 +1,7 @@
 // Configuration records of the switch and its ports.
 #include "platform/switch_config.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/services/session.h"
 
 #include <algorithm>

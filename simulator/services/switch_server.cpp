@@ -1,7 +1,7 @@
 // The switch server's helper functions.
 #include "platform/switch_server.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/model/hex.h"
 #include "simulator/services/session.h"
 

@@ -1,7 +1,7 @@
 // The vital product data of the chassis.
 #include "platform/vpd.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/services/session.h"
 
 #include <algorithm>

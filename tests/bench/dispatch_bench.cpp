@@ -2,9 +2,9 @@
 #include "tests/bench/benches.h"
 
 #include "simulator/generator/generate.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "support/VRAX_Maps.h"
-#include "tests/bench/Report.h"
+#include "tests/bench/report.h"
 
 #include <cimple/Provider_Handle.h>
 #include <cimple/cimple.h>

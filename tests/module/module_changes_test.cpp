@@ -1,5 +1,5 @@
 // State changes that a client asks for: they reach the switch and show when the class is next loaded.
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/module/module_test_agent.h"
 
 #include <stdexcept>

@@ -5,11 +5,11 @@
 // switch that answering a request takes, fails in turn, at each place where it happens; what a class is known
 // to do without is listed below. The module is loaded through CMPI by the agent's core and spoken to in
 // CIM-XML.
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/common/testing/Failures.h"
 #include "tests/module/module_test_agent.h"
 
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <cctype>
 #include <functional>

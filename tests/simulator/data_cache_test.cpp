@@ -1,8 +1,8 @@
 // Tests of the data cache: walks, names of ports, and its lock.
 #include "platform/data_cache.h"
 
-#include "simulator/engine/cache_lock.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/engine/CacheLock.h"
+#include "simulator/testing/SimSwitch.h"
 
 #include <gtest/gtest.h>
 

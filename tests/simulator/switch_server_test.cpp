@@ -2,7 +2,7 @@
 #include "platform/switch_server.h"
 
 #include "platform/xpl_lib.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 
 #include <gtest/gtest.h>
 

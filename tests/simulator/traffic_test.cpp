@@ -1,7 +1,7 @@
 // Tests of counters and rates: monotone, consistent with one another, standing still without a link.
+#include "simulator/model/TrafficMeter.h"
 #include "simulator/model/made_up.h"
-#include "simulator/model/traffic_meter.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #include "switchaccess/Attribute.h"
 
 #include "common/owned.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "support/substitute.h"
 
 #include "VRAX_FCPort.h"
