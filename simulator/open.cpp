@@ -18,9 +18,7 @@ int report(const char* path, char* message, size_t messageSize, Run run)
     const auto tell = [message, messageSize](const char* text)
     {
         if (message != nullptr && messageSize != 0)
-        {
             std::snprintf(message, messageSize, "%s", text);
-        }
     };
     try
     {

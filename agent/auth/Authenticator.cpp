@@ -34,7 +34,7 @@ std::vector<unsigned char> randomKey()
     return key;
 }
 
-/** Why the credentials are wrong, empty if they are right. Takes the same time for every user. */
+// Why the credentials are wrong, empty if they are right. Takes the same time for every user.
 std::string faultOf(const Credentials& credentials, const PasswordTable& table)
 {
     const std::string* hash = table.hashOf(credentials.user);

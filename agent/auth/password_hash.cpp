@@ -21,7 +21,7 @@ constexpr const char* kMethod = "$2b$";
 constexpr unsigned long kCost = 10; // 2^10 rounds
 constexpr std::size_t kLongestSetting = 128;
 
-/** 32 KiB of libcrypt's, so not for the stack; traces of the password are wiped at the end. */
+// 32 KiB of libcrypt's, so not for the stack; traces of the password are wiped at the end.
 struct Workplace
 {
     Workplace() : data(std::make_unique<crypt_data>()) {}
@@ -55,7 +55,7 @@ bool startsWith(std::string_view text, std::string_view start)
     return text.substr(0, start.size()) == start;
 }
 
-/** Highest number for a cost that is none. */
+// Highest number for a cost that is none.
 unsigned costOf(std::string_view hash, const Method& method)
 {
     hash.remove_prefix(method.prefix.size());

@@ -54,7 +54,7 @@ void checkPermissions(const std::string& path, mode_t mode)
              "); make it 0600 or 0640");
 }
 
-/** Removes a file at the end of its scope unless it was kept. */
+// Removes a file at the end of its scope unless it was kept.
 class TemporaryFile
 {
   public:

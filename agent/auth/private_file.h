@@ -1,5 +1,6 @@
 // Reading and replacing the files that hold secrets.
-#pragma once
+#ifndef AGENT_AUTH_PRIVATE_FILE_H
+#define AGENT_AUTH_PRIVATE_FILE_H
 
 #include <cstdint>
 #include <optional>
@@ -9,11 +10,11 @@
 namespace cimd
 {
 
-/** Tells one state of a file from another: device, inode, size, times of last change to contents and mode. */
+// Tells one state of a file from another: device, inode, size, times of last change to contents and mode.
 using FileStamp = std::
     tuple<std::uint64_t, std::uint64_t, std::int64_t, std::int64_t, std::int64_t, std::int64_t, std::int64_t>;
 
-/** Nothing when there is no such file. */
+// Nothing when there is no such file.
 std::optional<FileStamp> fileStamp(const std::string& path);
 
 struct FileContents
@@ -29,14 +30,14 @@ enum class Secrecy
            ///< it.
 };
 
-/** Reads a regular file of at most 1 MiB. Throws std::runtime_error, "path: reason". */
+// Reads a regular file of at most 1 MiB. Throws std::runtime_error, "path: reason".
 FileContents readSmallFile(const std::string& path, Secrecy secrecy);
 
-/**
- * Puts a new text in the place of a file's, so that a reader sees the whole old or the whole new one, even
- * after a power failure. Mode and group stay; a new file is its owner's alone. Throws std::runtime_error,
- * "path: reason".
- */
+// Puts a new text in the place of a file's, so that a reader sees the whole old or the whole new one, even
+// after a power failure. Mode and group stay; a new file is its owner's alone. Throws std::runtime_error,
+// "path: reason".
 void replaceFile(const std::string& path, const std::string& text);
 
 } // namespace cimd
+
+#endif

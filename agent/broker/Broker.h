@@ -1,5 +1,6 @@
 // The CMPI broker: what provider libraries see of the agent.
-#pragma once
+#ifndef AGENT_BROKER_BROKER_H
+#define AGENT_BROKER_BROKER_H
 
 #include "agent/broker/objects.h"
 #include "agent/repository/ClassRepository.h"
@@ -63,3 +64,5 @@ class Broker
 };
 
 } // namespace cimd
+
+#endif

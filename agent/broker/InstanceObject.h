@@ -1,5 +1,6 @@
 // An instance in the hands of a provider.
-#pragma once
+#ifndef AGENT_BROKER_INSTANCEOBJECT_H
+#define AGENT_BROKER_INSTANCEOBJECT_H
 
 #include "agent/broker/objects.h"
 
@@ -58,3 +59,5 @@ struct InstanceObject : CMPIInstance, Tracked
 };
 
 } // namespace cimd
+
+#endif

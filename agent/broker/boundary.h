@@ -1,5 +1,6 @@
 // The C boundary of CMPI: exceptions on our side, status codes on the other.
-#pragma once
+#ifndef AGENT_BROKER_BOUNDARY_H
+#define AGENT_BROKER_BOUNDARY_H
 
 #include <cmpift.h>
 #include <stdexcept>
@@ -71,3 +72,5 @@ inline const char* orEmpty(const char* text)
 }
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // CMPI values to CIM values and back.
-#pragma once
+#ifndef AGENT_BROKER_CONVERSION_H
+#define AGENT_BROKER_CONVERSION_H
 
 #include "agent/broker/objects.h"
 
@@ -25,3 +26,5 @@ CMPIData toCmpi(const CimValue& value, CMPIValueState state = CMPI_goodValue);
 CMPIData notFound(CMPIStatus* rc);
 
 } // namespace cimd
+
+#endif

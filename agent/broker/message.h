@@ -1,5 +1,6 @@
 // Message texts with placeholders, as CMPI passes them.
-#pragma once
+#ifndef AGENT_BROKER_MESSAGE_H
+#define AGENT_BROKER_MESSAGE_H
 
 #include <cmpift.h>
 #include <cstdarg>
@@ -14,3 +15,5 @@ namespace cimd
 std::string formatMessage(const char* text, CMPICount count, std::va_list values);
 
 } // namespace cimd
+
+#endif

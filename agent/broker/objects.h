@@ -1,5 +1,6 @@
 // The objects behind the CMPI handles: each is the C object, a value of ours, and its life time.
-#pragma once
+#ifndef AGENT_BROKER_OBJECTS_H
+#define AGENT_BROKER_OBJECTS_H
 
 #include "agent/broker/CallScope.h"
 #include "agent/broker/boundary.h"
@@ -166,3 +167,5 @@ inline CMPIString* trackString(std::string text)
 }
 
 } // namespace cimd
+
+#endif

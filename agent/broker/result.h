@@ -1,5 +1,6 @@
 // Where a provider's results go.
-#pragma once
+#ifndef AGENT_BROKER_RESULT_H
+#define AGENT_BROKER_RESULT_H
 
 #include "agent/broker/objects.h"
 
@@ -43,3 +44,5 @@ struct ResultObject : CMPIResult, Tracked
 };
 
 } // namespace cimd
+
+#endif

@@ -10,14 +10,14 @@ namespace cimd
 namespace
 {
 
-// Strings
+// --- Strings
 
 const char* stringText(const CMPIString* string, CMPIStatus* rc)
 {
     return answer(rc, [&] { return objectOf<StringObject>(string).text.c_str(); });
 }
 
-// Arrays
+// --- Arrays
 
 CMPICount arraySize(const CMPIArray* array, CMPIStatus* rc)
 {
@@ -62,7 +62,7 @@ CMPIStatus setArrayElement(const CMPIArray* array, CMPICount index, const CMPIVa
         });
 }
 
-// Date-times
+// --- Date-times
 
 CMPIUint64 timeBinary(const CMPIDateTime* time, CMPIStatus* rc)
 {
@@ -80,7 +80,7 @@ CMPIBoolean timeIsInterval(const CMPIDateTime* time, CMPIStatus* rc)
                   [&]() -> CMPIBoolean { return objectOf<DateTimeObject>(time).value.isInterval() ? 1 : 0; });
 }
 
-// Enumerations
+// --- Enumerations
 
 CMPIData enumerationNext(const CMPIEnumeration* enumeration, CMPIStatus* rc)
 {

@@ -1,5 +1,6 @@
 // The broker's function tables, one per source file.
-#pragma once
+#ifndef AGENT_BROKER_TABLES_H
+#define AGENT_BROKER_TABLES_H
 
 #include <cmpift.h>
 
@@ -12,3 +13,5 @@ extern const CMPIBrokerExtFT kSystemTable;  // system_services.cpp
 extern const CMPIBrokerMemFT kMemoryTable;  // memory_services.cpp
 
 } // namespace cimd
+
+#endif

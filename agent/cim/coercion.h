@@ -1,5 +1,6 @@
 // Making a value one of a declared type.
-#pragma once
+#ifndef AGENT_CIM_COERCION_H
+#define AGENT_CIM_COERCION_H
 
 #include "agent/cim/CimValue.h"
 
@@ -23,3 +24,5 @@ std::optional<CimValue> coerceKey(const CimValue& value, CimType type);
 std::optional<CimValue> readUntyped(const CimValue& value, CimType type, bool isArray);
 
 } // namespace cimd
+
+#endif

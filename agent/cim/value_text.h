@@ -1,5 +1,6 @@
 // Text form of scalar CIM values, as CIM-XML carries them.
-#pragma once
+#ifndef AGENT_CIM_VALUE_TEXT_H
+#define AGENT_CIM_VALUE_TEXT_H
 
 #include "agent/cim/CimValue.h"
 
@@ -24,3 +25,5 @@ void appendText(std::string& out, const CimValue& scalar);
 std::string quoted(std::string_view text);
 
 } // namespace cimd
+
+#endif

@@ -51,7 +51,7 @@ bool isXmlType(std::string_view type)
     return equalNoCase(type, "application/xml") || equalNoCase(type, "text/xml");
 }
 
-/** The text itself says which of these it is in, see XmlEncoding. */
+// The text itself says which of these it is in, see XmlEncoding.
 bool isKnownCharset(std::string_view charset)
 {
     for (const char* known : {"utf-8", "us-ascii", "utf-16", "utf-16le", "utf-16be"})
@@ -60,7 +60,7 @@ bool isKnownCharset(std::string_view charset)
     return false;
 }
 
-/** application/xml or text/xml in UTF-8 or UTF-16; a charset may be missing, quoted or not. */
+// application/xml or text/xml in UTF-8 or UTF-16; a charset may be missing, quoted or not.
 bool isCimXml(std::string_view contentType)
 {
     const std::vector<std::string_view> parts = split(contentType, ';');
@@ -97,7 +97,7 @@ HttpResponse plain(unsigned status, const std::string& reason)
     return {status, {{"Content-Type", "text/plain; charset=\"utf-8\""}}, reason + "\n"};
 }
 
-/** DSP0200, "Discovering a CIM server's capabilities". */
+// DSP0200, "Discovering a CIM server's capabilities".
 HttpResponse capabilities()
 {
     return {kOk,
@@ -135,7 +135,7 @@ std::optional<HttpResponse> refuseCimHeaders(const HttpRequest& head)
     return std::nullopt;
 }
 
-/** "/cimom" for "http://switch:5988/cimom", the form that proxies are sent (RFC 9112, section 3.2.2). */
+// "/cimom" for "http://switch:5988/cimom", the form that proxies are sent (RFC 9112, section 3.2.2).
 std::string_view pathOf(std::string_view target)
 {
     for (const std::string_view scheme : {"http://", "https://"})
@@ -162,7 +162,7 @@ struct HeaderKey
     std::string text;
 };
 
-/** `Key="value",Key2=3` taken apart; nothing if it does not follow the syntax. */
+// `Key="value",Key2=3` taken apart; nothing if it does not follow the syntax.
 std::optional<std::vector<HeaderKey>> headerKeys(std::string_view text)
 {
     std::vector<HeaderKey> keys;

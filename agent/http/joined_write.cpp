@@ -32,14 +32,14 @@ std::vector<Join>::iterator find(int fd)
     return std::find_if(joins.begin(), joins.end(), [fd](const Join& join) { return join.fd == fd; });
 }
 
-/** As the system's sendmsg(). */
+// As the system's sendmsg().
 ssize_t transmit(int fd, const msghdr& message, int flags)
 {
     mmsghdr sent{message, 0};
     return sendmmsg(fd, &sent, 1, flags) == 1 ? static_cast<ssize_t>(sent.msg_len) : -1;
 }
 
-/** Keeps a message back. */
+// Keeps a message back.
 ssize_t hold(Join& join, const msghdr& message)
 {
     for (size_t i = 0; i < message.msg_iovlen; ++i)
@@ -47,7 +47,7 @@ ssize_t hold(Join& join, const msghdr& message)
     return static_cast<ssize_t>(join.first.size());
 }
 
-/** Sends what waits and as much of a message as goes with it; counts only the latter, as the caller does. */
+// Sends what waits and as much of a message as goes with it; counts only the latter, as the caller does.
 ssize_t sendBoth(std::vector<Join>::iterator join, const msghdr& message, int flags)
 {
     std::vector<iovec> parts{{join->first.data(), join->first.size()}};
@@ -69,7 +69,7 @@ ssize_t sendBoth(std::vector<Join>::iterator join, const msghdr& message, int fl
     return -1;
 }
 
-/** Bytes of the first of two heads that are to be sent with a body; 0 if there is one. */
+// Bytes of the first of two heads that are to be sent with a body; 0 if there is one.
 std::size_t superfluousHead(const msghdr& message)
 {
     if (message.msg_iovlen != 2)

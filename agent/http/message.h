@@ -1,5 +1,6 @@
 // HTTP requests and responses as the layers above the server see them.
-#pragma once
+#ifndef AGENT_HTTP_MESSAGE_H
+#define AGENT_HTTP_MESSAGE_H
 
 #include <chrono>
 #include <string>
@@ -21,11 +22,11 @@ struct HttpRequest
     std::vector<HttpHeader> headers;
     std::string body;
 
-    /** Value of a header, its name compared without regard to case; null when the request lacks it. */
+    // Value of a header, its name compared without regard to case; null when the request lacks it.
     const std::string* header(std::string_view name) const;
 };
 
-/** Whether a header's value is a list ("chunked, trailers;q=1") with this word, in any letter case. */
+// Whether a header's value is a list ("chunked, trailers;q=1") with this word, in any letter case.
 bool listsWord(std::string_view list, std::string_view word);
 
 struct HttpResponse
@@ -33,11 +34,13 @@ struct HttpResponse
     unsigned status = 200;
     std::vector<HttpHeader> headers; ///< Content-Length, Date, Connection and Trailer are the server's.
     std::string body;
-    /** Says why the answer is incomplete, should part of it have left already; `body` counts for nothing
-     * then. */
+    // Says why the answer is incomplete, should part of it have left already; `body` counts for nothing
+    // then.
     std::vector<HttpHeader> trailers = {};
-    /** How long the server keeps the answer back, without a thread waiting for it. */
+    // How long the server keeps the answer back, without a thread waiting for it.
     std::chrono::milliseconds holdFor{0};
 };
 
 } // namespace cimd
+
+#endif

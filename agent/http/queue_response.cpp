@@ -22,7 +22,7 @@ struct FreeResponse
 };
 using ResponsePtr = std::unique_ptr<MHD_Response, FreeResponse>;
 
-/** "TE: trailers", as one word of several. */
+// "TE: trailers", as one word of several.
 bool takesTrailers(const HttpRequest& request)
 {
     for (const HttpHeader& header : request.headers)
@@ -31,7 +31,7 @@ bool takesTrailers(const HttpRequest& request)
     return false;
 }
 
-/** A body on its way out. */
+// A body on its way out.
 struct Body
 {
     std::shared_ptr<Exchange> exchange;

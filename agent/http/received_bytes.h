@@ -1,5 +1,6 @@
 // How much a TCP connection has received.
-#pragma once
+#ifndef AGENT_HTTP_RECEIVED_BYTES_H
+#define AGENT_HTTP_RECEIVED_BYTES_H
 
 #include <cstdint>
 #include <optional>
@@ -7,7 +8,9 @@
 namespace cimd
 {
 
-/** Bytes that the peer of a connected TCP socket has sent so far; nothing on kernels before 4.1. */
+// Bytes that the peer of a connected TCP socket has sent so far; nothing on kernels before 4.1.
 std::optional<std::uint64_t> receivedBytes(int fd);
 
 } // namespace cimd
+
+#endif

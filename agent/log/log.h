@@ -1,5 +1,6 @@
 // The agent's log: one line per event with time, level and area.
-#pragma once
+#ifndef AGENT_LOG_LOG_H
+#define AGENT_LOG_LOG_H
 
 #include <chrono>
 #include <functional>
@@ -57,3 +58,5 @@ std::string clipped(std::string_view text, std::size_t most = 128);
 std::string operationText(std::string_view operation, std::string_view className);
 
 } // namespace cimd
+
+#endif

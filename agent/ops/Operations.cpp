@@ -71,7 +71,7 @@ const Operation& operationFor(const WireRequest& request)
     throw CimError(CimStatus::NotSupported, "operation " + request.method + " is not supported");
 }
 
-/** The late answer of a request must not be made when the request is gone. */
+// The late answer of a request must not be made when the request is gone.
 class LateScope
 {
   public:

@@ -9,7 +9,7 @@ namespace cimd
 namespace
 {
 
-/** What Associators and References have in common. */
+// What Associators and References have in common.
 template <class Request>
 void objectOptions(Call& call, Request& request)
 {

@@ -16,7 +16,7 @@ constexpr std::size_t kMaxUser = 200;
 constexpr std::size_t kMaxObject = 900;
 constexpr std::size_t kMaxNames = 400;
 
-/** At most `most` bytes, with "..." for the rest. */
+// At most `most` bytes, with "..." for the rest.
 std::string escaped(std::string_view text, std::size_t most)
 {
     std::string out;
@@ -40,7 +40,7 @@ std::string quotedOrDash(std::string_view text, std::size_t most)
     return text.empty() ? "-" : '"' + escaped(text, most) + '"';
 }
 
-/** Names are the client's, too: what is no name of CIM is quoted as a whole. */
+// Names are the client's, too: what is no name of CIM is quoted as a whole.
 std::string listed(const std::vector<CimName>& names)
 {
     std::string text;

@@ -1,5 +1,6 @@
 // The operations: each reads its parameters, asks the service and writes what goes into the answer.
-#pragma once
+#ifndef AGENT_OPS_CALLS_H
+#define AGENT_OPS_CALLS_H
 
 #include "agent/ops/Call.h"
 
@@ -38,3 +39,5 @@ void closeEnumeration(Call& call);
 void invokeMethod(Call& call);
 
 } // namespace cimd
+
+#endif

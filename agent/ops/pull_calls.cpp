@@ -15,14 +15,14 @@ namespace cimd
 namespace
 {
 
-/** What every Open operation takes beside the parameters of the operation that answers at once. */
+// What every Open operation takes beside the parameters of the operation that answers at once.
 struct OpenOptions
 {
     std::chrono::seconds timeout;
     std::size_t mostObjects;
 };
 
-/** To be called when all other parameters are read. */
+// To be called when all other parameters are read.
 OpenOptions openOptions(Call& call)
 {
     const std::string language = call.parameters.text("FilterQueryLanguage");
@@ -76,7 +76,7 @@ void writeItems(Call& call, Spool& spool, std::size_t most, Form form)
     call.xml.close("IRETURNVALUE");
 }
 
-/** @param name  The enumeration to go on with, if there is more. */
+// @param name  The enumeration to go on with, if there is more.
 void writeState(Call& call, const std::optional<std::string>& name)
 {
     writeArgument(call.xml,
@@ -84,7 +84,7 @@ void writeState(Call& call, const std::optional<std::string>& name)
     writeArgument(call.xml, {"EndOfSequence", CimValue::boolean(!name)});
 }
 
-/** Encodes results for later. */
+// Encodes results for later.
 template <class Item>
 class SpoolingSink : public Sink<Item>
 {
@@ -116,10 +116,8 @@ class SpoolingSink : public Sink<Item>
     XmlWriter _bodyXml{_body};
 };
 
-/**
- * Runs the whole operation at once, so that a provider's locks are never held until a client's next request
- * and a client may change what it is enumerating.
- */
+// Runs the whole operation at once, so that a provider's locks are never held until a client's next request
+// and a client may change what it is enumerating.
 template <class Item, class Request>
 void open(Call& call,
           const Request& request,

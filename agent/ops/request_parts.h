@@ -1,5 +1,6 @@
 // Parts of requests that several operations have in common, whether they answer at once or are pulled.
-#pragma once
+#ifndef AGENT_OPS_REQUEST_PARTS_H
+#define AGENT_OPS_REQUEST_PARTS_H
 
 #include "agent/ops/Call.h"
 
@@ -8,7 +9,7 @@
 namespace cimd
 {
 
-/** For Associators and AssociatorNames. */
+// For Associators and AssociatorNames.
 template <class Request>
 Request associatorsRequest(Call& call, ObjectPath from)
 {
@@ -22,7 +23,7 @@ Request associatorsRequest(Call& call, ObjectPath from)
     return request;
 }
 
-/** For References and ReferenceNames. */
+// For References and ReferenceNames.
 template <class Request>
 Request referencesRequest(Call& call, ObjectPath from)
 {
@@ -34,7 +35,7 @@ Request referencesRequest(Call& call, ObjectPath from)
     return request;
 }
 
-/** What is wanted of each instance, for every operation that returns some. */
+// What is wanted of each instance, for every operation that returns some.
 template <class Request>
 void instanceOptions(Call& call, Request& request)
 {
@@ -43,3 +44,5 @@ void instanceOptions(Call& call, Request& request)
 }
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // Giving paths and references the form their class declares.
-#pragma once
+#ifndef AGENT_REPOSITORY_COMPLETION_H
+#define AGENT_REPOSITORY_COMPLETION_H
 
 #include "agent/cim/ObjectPath.h"
 #include "agent/repository/ClassRepository.h"
@@ -41,3 +42,5 @@ Instance
 completeEmbedded(const Instance& given, const ClassRepository& repository, const std::string& nameSpace);
 
 } // namespace cimd
+
+#endif

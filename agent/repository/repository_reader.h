@@ -1,5 +1,6 @@
 // Reads the XML form of a class repository.
-#pragma once
+#ifndef AGENT_REPOSITORY_REPOSITORY_READER_H
+#define AGENT_REPOSITORY_REPOSITORY_READER_H
 
 #include <string>
 #include <string_view>
@@ -13,3 +14,5 @@ class ClassRepository;
 void readRepository(ClassRepository& repository, std::string_view text, const std::string& fileName);
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // What cimd's exit status means; the serving process tells its supervisor in the same words.
-#pragma once
+#ifndef AGENT_RUN_EXIT_STATUS_H
+#define AGENT_RUN_EXIT_STATUS_H
 
 namespace cimd
 {
@@ -10,3 +11,5 @@ constexpr int kExitGaveUp = 3;     ///< The serving process crashed too often in
 constexpr int kExitHung = 4;       ///< Too many operations never came back from their providers.
 
 } // namespace cimd
+
+#endif

@@ -18,7 +18,7 @@ constexpr std::array kCrashes{SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
 // What was set for these signals before, which a sanitizer may have done.
 std::array<struct sigaction, kCrashes.size()> before;
 
-/** Goes on as if it had not been there: the faulty instruction runs again, abort() raises again. */
+// Goes on as if it had not been there: the faulty instruction runs again, abort() raises again.
 void onCrash(int signal, siginfo_t* info, void*)
 {
     InFlight::markCulprit();

@@ -1,5 +1,6 @@
 // What must hold for every instance and path that leaves the service, whoever made it.
-#pragma once
+#ifndef AGENT_SERVICE_OUTGOING_CHECK_H
+#define AGENT_SERVICE_OUTGOING_CHECK_H
 
 #include "agent/cim/Instance.h"
 #include "agent/cim/ObjectPath.h"
@@ -25,3 +26,5 @@ constexpr bool kChecksOutgoing = true;
 #endif
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // What a request makes of the instances and paths that providers return.
-#pragma once
+#ifndef AGENT_SERVICE_RESULT_SHAPING_H
+#define AGENT_SERVICE_RESULT_SHAPING_H
 
 #include "agent/broker/result.h"
 #include "agent/service/CimService.h"
@@ -52,3 +53,5 @@ class PathIgnorer : public ResultReceiver
 };
 
 } // namespace cimd
+
+#endif

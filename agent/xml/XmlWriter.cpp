@@ -13,7 +13,7 @@ namespace
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/** Bytes that stand for themselves: the printable ASCII characters that are not markup. */
+// Bytes that stand for themselves: the printable ASCII characters that are not markup.
 constexpr std::array<bool, 256> plainBytes()
 {
     std::array<bool, 256> plain{};

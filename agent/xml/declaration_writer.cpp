@@ -38,7 +38,7 @@ void writeQualifiers(XmlWriter& xml, const Qualifiers& qualifiers)
     }
 }
 
-/** The tag's ending by what the element holds: "PROPERTY", "PROPERTY.ARRAY", "PROPERTY.REFERENCE" ... */
+// The tag's ending by what the element holds: "PROPERTY", "PROPERTY.ARRAY", "PROPERTY.REFERENCE" ...
 std::string tagOf(std::string_view tag, const TypedElement& element)
 {
     std::string result(tag);
@@ -47,7 +47,7 @@ std::string tagOf(std::string_view tag, const TypedElement& element)
     return result + (element.isArray ? ".ARRAY" : "");
 }
 
-/** NAME, then TYPE or REFERENCECLASS, then ARRAYSIZE. */
+// NAME, then TYPE or REFERENCECLASS, then ARRAYSIZE.
 void openTyped(XmlWriter& xml, std::string_view tag, const TypedElement& element)
 {
     xml.open(tag).attribute("NAME", element.name.str());

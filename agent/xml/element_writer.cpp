@@ -155,12 +155,10 @@ void writeValue(XmlWriter& xml, const CimValue& value)
     const std::string_view tag = value.type() == CimType::Reference ? "VALUE.REFARRAY" : "VALUE.ARRAY";
     xml.start(tag);
     for (const CimValue& element : value.elements())
-    {
         if (element.isNull())
             xml.open("VALUE.NULL").empty();
         else
             writeScalar(xml, element);
-    }
     xml.close(tag);
 }
 

@@ -1,5 +1,6 @@
 // Writes the value elements of CIM-XML: names, paths, values, instances.
-#pragma once
+#ifndef AGENT_XML_ELEMENT_WRITER_H
+#define AGENT_XML_ELEMENT_WRITER_H
 
 #include "agent/cim/Instance.h"
 #include "agent/cim/ObjectPath.h"
@@ -16,25 +17,27 @@ namespace cimd
 void writeLocalNameSpacePath(XmlWriter& xml, const std::string& nameSpace);
 void writeClassName(XmlWriter& xml, const CimName& name);
 void writeInstanceName(XmlWriter& xml, const ObjectPath& path);
-/** INSTANCEPATH; the path's own host does not matter. */
+// INSTANCEPATH; the path's own host does not matter.
 void writeInstancePath(XmlWriter& xml, const std::string& host, const ObjectPath& path);
-/** VALUE.REFERENCE around as full a path as host and namespace allow. */
+// VALUE.REFERENCE around as full a path as host and namespace allow.
 void writeReference(XmlWriter& xml, const ObjectPath& path);
 
-/** VALUE, VALUE.ARRAY, VALUE.REFERENCE or VALUE.REFARRAY; nothing for NULL. */
+// VALUE, VALUE.ARRAY, VALUE.REFERENCE or VALUE.REFARRAY; nothing for NULL.
 void writeValue(XmlWriter& xml, const CimValue& value);
-/** " EmbeddedObject=..." after the other attributes of an open tag, for the two embedded types. */
+// " EmbeddedObject=..." after the other attributes of an open tag, for the two embedded types.
 void writeEmbeddedAttribute(XmlWriter& xml, CimType type);
 void writeInstance(XmlWriter& xml, const Instance& instance);
-/** INSTANCENAME and INSTANCE */
+// INSTANCENAME and INSTANCE.
 void writeNamedInstance(XmlWriter& xml, const Instance& instance);
-/** VALUE.OBJECTWITHPATH: INSTANCEPATH and INSTANCE */
+// VALUE.OBJECTWITHPATH: INSTANCEPATH and INSTANCE.
 void writeObjectWithPath(XmlWriter& xml, const std::string& host, const Instance& instance);
-/** OBJECTPATH: INSTANCEPATH */
+// OBJECTPATH: INSTANCEPATH.
 void writeObjectPath(XmlWriter& xml, const std::string& host, const ObjectPath& path);
-/** PARAMVALUE */
+// PARAMVALUE.
 void writeArgument(XmlWriter& xml, const Argument& argument);
-/** RETURNVALUE; nothing for NULL. */
+// RETURNVALUE; nothing for NULL.
 void writeReturnValue(XmlWriter& xml, const CimValue& value);
 
 } // namespace cimd
+
+#endif

@@ -17,7 +17,7 @@ constexpr unsigned kNotImplemented = 501;
     throw RequestError(kBadRequest, "request-not-valid", what);
 }
 
-/** "2.3.1" is of major version "2". */
+// "2.3.1" is of major version "2".
 void checkVersion(XmlElement element, const char* attribute, std::string_view major, const char* cimError)
 {
     const std::string_view version = requiredAttribute(element, attribute);

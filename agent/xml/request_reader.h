@@ -1,5 +1,6 @@
 // Reads a CIM-XML request message up to its parameters.
-#pragma once
+#ifndef AGENT_XML_REQUEST_READER_H
+#define AGENT_XML_REQUEST_READER_H
 
 #include "agent/cim/ObjectPath.h"
 #include "agent/xml/ElementReader.h"
@@ -13,7 +14,7 @@
 namespace cimd
 {
 
-/** A message that cannot be answered as a CIM operation: an HTTP status and DSP0200's CIMError header. */
+// A message that cannot be answered as a CIM operation: an HTTP status and DSP0200's CIMError header.
 class RequestError : public std::runtime_error
 {
   public:
@@ -23,7 +24,7 @@ class RequestError : public std::runtime_error
     }
 
     unsigned httpStatus() const { return _httpStatus; }
-    /** "request-not-well-formed" ...; empty where the standard has no word for it. */
+    // "request-not-well-formed" ...; empty where the standard has no word for it.
     const std::string& cimError() const { return _cimError; }
 
   private:
@@ -31,7 +32,7 @@ class RequestError : public std::runtime_error
     std::string _cimError;
 };
 
-/** One IMETHODCALL or METHODCALL. The parameters point into the document. */
+// One IMETHODCALL or METHODCALL. The parameters point into the document.
 struct WireRequest
 {
     std::unique_ptr<XmlDocument> document;
@@ -43,10 +44,10 @@ struct WireRequest
     std::vector<XmlElement> parameters; ///< IPARAMVALUE or PARAMVALUE elements
 };
 
-/**
- * Versions accepted are CIMVERSION 2.x, DTDVERSION 2.x and PROTOCOLVERSION 1.x (DSP0200, DSP0201). Throws
- * RequestError for what is not one simple request of that kind.
- */
+// Versions accepted are CIMVERSION 2.x, DTDVERSION 2.x and PROTOCOLVERSION 1.x (DSP0200, DSP0201). Throws
+// RequestError for what is not one simple request of that kind.
 WireRequest readRequest(std::string body, const Limits& limits);
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // UTF-8 and the characters XML allows.
-#pragma once
+#ifndef AGENT_XML_UTF8_H
+#define AGENT_XML_UTF8_H
 
 #include <cstddef>
 #include <string>
@@ -8,18 +9,18 @@
 namespace cimd
 {
 
-/** What decodeUtf8() gives for bytes that are not UTF-8. */
+// What decodeUtf8() gives for bytes that are not UTF-8.
 constexpr char32_t kNoCharacter = 0xFFFFFFFF;
 
-/**
- * Reads the character at `position` (which must lie inside the text) and moves past it. Overlong forms,
- * surrogates and cut sequences give kNoCharacter and move by one byte.
- */
+// Reads the character at `position` (which must lie inside the text) and moves past it. Overlong forms,
+// surrogates and cut sequences give kNoCharacter and move by one byte.
 char32_t decodeUtf8(std::string_view text, std::size_t& position);
 
 void appendUtf8(std::string& out, char32_t character);
 
-/** The production Char of XML 1.0. */
+// The production Char of XML 1.0.
 bool isXmlCharacter(char32_t character);
 
 } // namespace cimd
+
+#endif

@@ -146,7 +146,7 @@ class Checker
         return until(std::string_view(&quote, 1), "an unfinished quoted value");
     }
 
-    /** ` name="value"` of the XML declaration. */
+    // ` name="value"` of the XML declaration.
     std::optional<std::string_view> declared(std::string_view name)
     {
         const std::size_t start = _at;

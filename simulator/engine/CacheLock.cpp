@@ -23,9 +23,7 @@ void CacheLock::lockShared()
 {
     std::unique_lock<std::mutex> guard(_mutex);
     if (heldByThisThread == 0)
-    {
         _changed.wait(guard, [this] { return !_writing && _waitingWriters == 0; });
-    }
     ++heldByThisThread;
     ++_readers;
 }
@@ -34,22 +32,16 @@ void CacheLock::unlockShared()
 {
     const std::lock_guard<std::mutex> guard(_mutex);
     if (heldByThisThread == 0)
-    {
         stop("dcRdUnlock by a thread that does not hold the read lock");
-    }
     --heldByThisThread;
     if (--_readers == 0)
-    {
         _changed.notify_all();
-    }
 }
 
 void CacheLock::lock()
 {
     if (heldByThisThread != 0)
-    {
         stop("a thread changes the fabric while it holds the read lock");
-    }
     std::unique_lock<std::mutex> guard(_mutex);
     ++_waitingWriters;
     _changed.wait(guard, [this] { return !_writing && _readers == 0; });

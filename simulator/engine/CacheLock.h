@@ -1,6 +1,6 @@
 // The data cache's read-write lock.
-#ifndef SIMULATOR_ENGINE_CACHE_LOCK_H
-#define SIMULATOR_ENGINE_CACHE_LOCK_H
+#ifndef SIMULATOR_ENGINE_CACHELOCK_H
+#define SIMULATOR_ENGINE_CACHELOCK_H
 
 #include "simulator/thread_annotations.h"
 

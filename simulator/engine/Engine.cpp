@@ -18,9 +18,7 @@ Scenario initialScenario()
 {
     const char* path = std::getenv("VRAX_SCENARIO");
     if (path == nullptr || *path == '\0')
-    {
         return parseScenario(kDefaultScenario, "built-in default.json");
-    }
     try
     {
         return readScenario(path);
@@ -53,9 +51,7 @@ void Engine::open(const Scenario& scenario, bool manualClock)
 void Engine::openInitial()
 {
     if (_opened)
-    {
         return;
-    }
     // Made outside the lock; of several threads that come first at once, one wins.
     auto model = std::make_unique<FabricModel>(initialScenario());
     const Locked<SharedMutex> guard(_mutex);

@@ -1,6 +1,6 @@
 // Model time: the process's monotonic clock, or a clock that a test moves.
-#ifndef SIMULATOR_ENGINE_MODEL_CLOCK_H
-#define SIMULATOR_ENGINE_MODEL_CLOCK_H
+#ifndef SIMULATOR_ENGINE_MODELCLOCK_H
+#define SIMULATOR_ENGINE_MODELCLOCK_H
 
 #include <chrono>
 #include <cstdint>
@@ -26,9 +26,7 @@ class ModelClock
     std::uint64_t now() const
     {
         if (_manual)
-        {
             return _offset;
-        }
         const auto elapsed = std::chrono::steady_clock::now() - _start;
         return _offset + static_cast<std::uint64_t>(
                              std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count());

@@ -29,13 +29,9 @@ std::int32_t Probe::take(Fault& fault)
         return XPL_OK;
     }
     if (fault.times == 0)
-    {
         return XPL_OK;
-    }
     if (fault.times != kAlways)
-    {
         --fault.times;
-    }
     return fault.status;
 }
 
@@ -45,9 +41,7 @@ std::int32_t Probe::takeFirst(std::vector<KeyFault>& faults, std::string_view su
     {
         const std::int32_t status = covers(one.subject, subject) ? take(one.fault) : std::int32_t{XPL_OK};
         if (status != XPL_OK)
-        {
             return status;
-        }
     }
     return XPL_OK;
 }
@@ -56,9 +50,7 @@ std::int32_t Probe::enter(Call call)
 {
     ++_calls[indexOf(call)];
     if (!_interferes)
-    {
         return XPL_OK;
-    }
     std::shared_ptr<std::function<void()>> hook;
     std::chrono::microseconds latency{};
     std::int32_t status = XPL_OK;
@@ -70,34 +62,24 @@ std::int32_t Probe::enter(Call call)
         {
             status = take(fault);
             if (status != XPL_OK)
-            {
                 break;
-            }
         }
     }
     // Outside the lock: a hook may wait for another thread's call.
     if (hook)
-    {
         (*hook)();
-    }
     if (latency.count() > 0)
-    {
         std::this_thread::sleep_for(latency);
-    }
     return status;
 }
 
 std::int32_t Probe::enterKey(std::string_view key)
 {
     if (!_records && !_interferes)
-    {
         return XPL_OK;
-    }
     const Locked<Mutex> guard(_mutex);
     if (_records)
-    {
         ++_keyUses[std::string(key)];
-    }
     return takeFirst(_keyFaults, key);
 }
 
@@ -114,17 +96,13 @@ std::int32_t Probe::enterBatch(Call call, const xpl_smlEntry* entries, std::uint
 {
     _entries[indexOf(call)] += count;
     if (!_records && !_interferes)
-    {
         return XPL_OK;
-    }
     const Locked<Mutex> guard(_mutex);
     if (_records)
     {
         std::vector<std::string> keys;
         for (std::uint32_t i = 0; i < count; ++i)
-        {
             keys.emplace_back(entries[i].key);
-        }
         _batches[call].push_back(std::move(keys));
     }
     for (KeyFault& one : _batchFaults)
@@ -135,9 +113,7 @@ std::int32_t Probe::enterBatch(Call call, const xpl_smlEntry* entries, std::uint
             {
                 const std::int32_t status = take(one.fault);
                 if (status != XPL_OK)
-                {
                     return status;
-                }
                 break; // one occurrence a batch
             }
         }
@@ -148,9 +124,7 @@ std::int32_t Probe::enterBatch(Call call, const xpl_smlEntry* entries, std::uint
 std::int32_t Probe::enterRecord(std::string_view record)
 {
     if (!_interferes)
-    {
         return XPL_OK;
-    }
     const Locked<Mutex> guard(_mutex);
     return takeFirst(_recordFaults, record);
 }
@@ -158,15 +132,11 @@ std::int32_t Probe::enterRecord(std::string_view record)
 bool Probe::overridden(std::string_view key, std::string& value) const
 {
     if (!_interferes)
-    {
         return false;
-    }
     const Locked<Mutex> guard(_mutex);
     const auto found = _values.find(key);
     if (found == _values.end())
-    {
         return false;
-    }
     value = found->second;
     return true;
 }

@@ -3,8 +3,8 @@
 // A pattern is a key with placeholders: "Oper.UserPort.0.%s.LinkSpeed". A placeholder takes one part of the
 // key (what stands between two points); "%*" as the last part takes the rest of the key, points included.
 // Patterns form a tree by parts, so a look-up costs one hash probe a part however many patterns there are.
-#ifndef SIMULATOR_KEYS_KEY_REGISTRY_H
-#define SIMULATOR_KEYS_KEY_REGISTRY_H
+#ifndef SIMULATOR_KEYS_KEYREGISTRY_H
+#define SIMULATOR_KEYS_KEYREGISTRY_H
 
 #include <array>
 #include <memory>
@@ -47,19 +47,13 @@ class KeyRegistry
             const std::string_view name = cut(rest);
             const bool placeholder = name.size() == 2 && name[0] == '%';
             if (placeholder && arguments.full())
-            {
                 throw std::logic_error("key pattern with too many placeholders: " + std::string(pattern));
-            }
             if (placeholder)
-            {
                 arguments.push(name);
-            }
             part = placeholder ? &placeholderOf(*part, name == "%*") : &literalOf(*part, name);
         }
         if (part->handler)
-        {
             throw std::logic_error("key pattern added twice: " + std::string(pattern));
-        }
         part->handler = std::make_unique<Handler>(std::move(handler));
     }
 
@@ -122,9 +116,7 @@ class KeyRegistry
     {
         std::unique_ptr<Part>& child = takesRest ? parent.rest : parent.one;
         if (!child)
-        {
             child = std::make_unique<Part>();
-        }
         return *child;
     }
 
@@ -132,9 +124,7 @@ class KeyRegistry
     {
         const auto found = parent.literals.find(name);
         if (found != parent.literals.end())
-        {
             return *found->second;
-        }
         auto child = std::make_unique<Part>();
         child->name = name;
         const std::string_view stable = child->name;

@@ -37,13 +37,9 @@ Load loadOf(const PortScenario& facts)
 Port::Port(const PortScenario& given, std::uint64_t seed) : facts(given), meter(seed, loadOf(given))
 {
     if (facts.name.empty())
-    {
         facts.name = "Port" + std::to_string(facts.number);
-    }
     if (facts.reserved.empty())
-    {
         facts.reserved = madeUpBytes(seed, kPortReservedSize);
-    }
 }
 
 Port* Switch::port(int number)
@@ -71,28 +67,18 @@ FabricModel::FabricModel(const Scenario& scenario)
     validate(scenario);
     // Counters of ports that are up at the start have run since time zero: the links below come up at 0.
     for (const SwitchScenario& one : scenario.switches)
-    {
         addSwitch(one, 0);
-    }
     for (const IslScenario& link : scenario.isls)
-    {
         addIsl(link, 0);
-    }
     // Addresses that are given are taken before the others look for a free one, whatever the order.
     for (const bool given : {true, false})
     {
         for (const NodeScenario& node : scenario.nodes)
-        {
             if ((node.address != 0) == given)
-            {
                 addNode(node, 0);
-            }
-        }
     }
     if (!scenario.noPrincipal)
-    {
         _principal = scenario.principal != 0 ? scenario.principal : _switches.begin()->first;
-    }
 }
 
 const Port* FabricModel::localPort(std::string_view index) const
@@ -129,14 +115,10 @@ const NodeScenario* FabricModel::node(int domain, std::uint32_t address) const
 {
     const Switch* owner = switchOf(domain);
     if (owner == nullptr)
-    {
         return nullptr;
-    }
     const auto found = owner->nodes.find(address);
     if (found == owner->nodes.end() || !isOnline(*owner, *owner->port(found->second.port)))
-    {
         return nullptr;
-    }
     return &found->second;
 }
 
@@ -144,9 +126,7 @@ const NodeScenario* FabricModel::nodeAfter(int domain, std::uint32_t address) co
 {
     const Switch* owner = switchOf(domain);
     if (owner == nullptr)
-    {
         return nullptr;
-    }
     const auto found =
         std::find_if(owner->nodes.upper_bound(address),
                      owner->nodes.end(),
@@ -159,9 +139,7 @@ void FabricModel::linkChanged(const Switch& owner, Port& port, std::uint64_t now
     const auto runMeter = [now](const Switch& of, Port& one)
     {
         if (of.facts.local)
-        {
             one.meter.setLink(linkSpeed(of, one), now);
-        }
     };
     runMeter(owner, port);
     if (port.peer)
@@ -176,9 +154,7 @@ void FabricModel::linkChanged(const Switch& owner, Port& port, std::uint64_t now
 void FabricModel::allLinksChanged(Switch& owner, std::uint64_t now)
 {
     for (Port& port : owner.ports)
-    {
         linkChanged(owner, port, now);
-    }
 }
 
 Scenario FabricModel::toScenario() const
@@ -193,13 +169,9 @@ Scenario FabricModel::toScenario() const
     {
         scenario.switches.push_back(one.second.facts);
         for (const Port& port : one.second.ports)
-        {
             scenario.switches.back().ports.push_back(port.facts);
-        }
         for (const auto& node : one.second.nodes)
-        {
             scenario.nodes.push_back(node.second);
-        }
     }
     return scenario;
 }

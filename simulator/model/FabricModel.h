@@ -1,8 +1,8 @@
 // The state of a simulated fabric: switches, ports and attached nodes, and what follows from it.
 //
 // Plain data with its rules; nothing here locks, counts or fails on demand (see engine/).
-#ifndef SIMULATOR_MODEL_FABRIC_MODEL_H
-#define SIMULATOR_MODEL_FABRIC_MODEL_H
+#ifndef SIMULATOR_MODEL_FABRICMODEL_H
+#define SIMULATOR_MODEL_FABRICMODEL_H
 
 #include "simulator/model/TrafficMeter.h"
 #include "simulator/scenario/Scenario.h"

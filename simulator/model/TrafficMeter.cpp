@@ -67,9 +67,7 @@ constexpr std::uint64_t loadInSteps(std::uint64_t steps, std::uint64_t swing)
 std::uint64_t TrafficMeter::wordsUntil(std::uint64_t now, int percent) const
 {
     if (percent == 0)
-    {
         return 0;
-    }
     const std::uint64_t share = static_cast<std::uint64_t>(percent);
     const std::uint64_t line = wordsPerSecond(_speed);
     // No step may ask for more than the link carries.
@@ -134,18 +132,14 @@ std::uint64_t TrafficMeter::movedUntil(std::size_t index, std::uint64_t now) con
 std::uint64_t TrafficMeter::counter(std::size_t index, std::uint64_t now) const
 {
     if (_speed == LinkSpeed::automatic || now <= _since)
-    {
         return _base[index];
-    }
     return _base[index] + movedUntil(index, now) - movedUntil(index, _since);
 }
 
 void TrafficMeter::fold(std::uint64_t now)
 {
     for (std::size_t i = 0; i < kCounterCount; ++i)
-    {
         _base[i] = counter(i, now);
-    }
     _since = now;
 }
 

@@ -1,6 +1,6 @@
 // The traffic and error counters of one port as functions of model time.
-#ifndef SIMULATOR_MODEL_TRAFFIC_METER_H
-#define SIMULATOR_MODEL_TRAFFIC_METER_H
+#ifndef SIMULATOR_MODEL_TRAFFICMETER_H
+#define SIMULATOR_MODEL_TRAFFICMETER_H
 
 #include "simulator/model/counters.h"
 #include "simulator/model/names.h"

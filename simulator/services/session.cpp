@@ -70,9 +70,7 @@ void* allocateBlock(std::size_t sizeBytes)
 {
     void* block = std::malloc(sizeBytes);
     if (block != nullptr)
-    {
         blocks().add(block);
-    }
     return block;
 }
 
@@ -96,9 +94,7 @@ char** allocateTextCell(std::optional<std::string_view> text)
 {
     auto* cell = static_cast<char**>(allocateBlock(sizeof(char*)));
     if (cell == nullptr)
-    {
         return nullptr;
-    }
     *cell = text ? static_cast<char*>(std::malloc(text->size() + 1)) : nullptr;
     if (*cell != nullptr)
     {
@@ -115,7 +111,5 @@ xpl_Handle hSwitch = &simulator::theSession;
 extern "C" void xpl_libFreeMemory(void* block)
 {
     if (block != nullptr)
-    {
         simulator::freeBlock(block);
-    }
 }

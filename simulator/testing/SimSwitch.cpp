@@ -27,9 +27,7 @@ Port& portOf(FabricModel& model, int number)
 {
     Port* port = model.local().port(number);
     if (port == nullptr)
-    {
         throw std::invalid_argument("the local switch has no port " + std::to_string(number));
-    }
     return *port;
 }
 
@@ -146,9 +144,7 @@ void SimSwitch::setCounter(int port, std::string_view counter, std::uint64_t val
 {
     const auto index = counterNamed(counter);
     if (!index)
-    {
         throw std::invalid_argument("no counter is named " + std::string(counter));
-    }
     engine().write([&](FabricModel& model, std::uint64_t now)
                    { portOf(model, port).meter.setCounter(*index, value, now); });
 }
@@ -172,9 +168,7 @@ void SimSwitch::removeNode(std::string_view portWwn)
 void SimSwitch::addSwitch(const SwitchScenario& one)
 {
     if (one.local)
-    {
         throw std::invalid_argument("a fabric has one local switch");
-    }
     engine().changeFabric([&one](FabricModel& model, std::uint64_t now) { model.addSwitch(one, now); });
 }
 

@@ -7,8 +7,8 @@
 //     sim.mark();
 //     ... what is tested ...
 //     EXPECT_EQ(8u, sim.calls("xpl_smlGetBatch"));
-#ifndef SIMULATOR_TESTING_SIM_SWITCH_H
-#define SIMULATOR_TESTING_SIM_SWITCH_H
+#ifndef SIMULATOR_TESTING_SIMSWITCH_H
+#define SIMULATOR_TESTING_SIMSWITCH_H
 
 #include "platform/xpl_types.h"
 #include "simulator/testing/SimSwitchSetup.h"

@@ -1,6 +1,6 @@
 // Describes a simulated switch for a test in a few lines; everything not said has a useful default.
-#ifndef SIMULATOR_TESTING_SIM_SWITCH_SETUP_H
-#define SIMULATOR_TESTING_SIM_SWITCH_SETUP_H
+#ifndef SIMULATOR_TESTING_SIMSWITCHSETUP_H
+#define SIMULATOR_TESTING_SIMSWITCHSETUP_H
 
 #include "simulator/scenario/Scenario.h"
 

@@ -18,9 +18,7 @@ Call callOf(std::string_view name)
 {
     const auto call = callNamed(name);
     if (!call)
-    {
         throw std::invalid_argument("no platform call is named " + std::string(name));
-    }
     return *call;
 }
 
@@ -49,9 +47,7 @@ std::size_t SimSwitch::platformCalls() const
 {
     std::size_t sum = 0;
     for (const std::string_view name : kCallNames)
-    {
         sum += calls(name);
-    }
     return sum;
 }
 

@@ -25,10 +25,8 @@ constexpr double kNano = 1e9;
 const cimple::Registration& registrationOf(const char* className)
 {
     for (const cimple::Registration* one = cimple_module(); one != nullptr; one = one->next)
-    {
         if (std::strcmp(one->meta_class->name, className) == 0)
             return *one;
-    }
     throw std::runtime_error("not registered");
 }
 

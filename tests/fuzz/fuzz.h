@@ -1,5 +1,6 @@
 // What every fuzz target defines, and how it says that it found something.
-#pragma once
+#ifndef TESTS_FUZZ_FUZZ_H
+#define TESTS_FUZZ_FUZZ_H
 
 #include <cstddef>
 #include <cstdint>
@@ -8,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-/** Runs the target on one input; called by libFuzzer, or by replay.cpp for the files of a corpus. */
+// Runs the target on one input; called by libFuzzer, or by replay.cpp for the files of a corpus.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace fuzz
@@ -19,7 +20,7 @@ inline std::string_view textOf(const std::uint8_t* data, std::size_t size)
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/** The first line without its end, and what follows it. */
+// The first line without its end, and what follows it.
 inline std::pair<std::string_view, std::string_view> splitLine(std::string_view text)
 {
     const std::size_t end = text.find('\n');
@@ -28,7 +29,7 @@ inline std::pair<std::string_view, std::string_view> splitLine(std::string_view 
     return {text.substr(0, end), text.substr(end + 1)};
 }
 
-/** Two texts that must be equal; ends the program, which makes the input a finding, if they are not. */
+// Two texts that must be equal; ends the program, which makes the input a finding, if they are not.
 inline void requireEqual(const char* what, std::string_view expected, std::string_view found)
 {
     if (expected == found)
@@ -44,3 +45,5 @@ inline void requireEqual(const char* what, std::string_view expected, std::strin
 }
 
 } // namespace fuzz
+
+#endif

@@ -13,7 +13,7 @@ using namespace cimd;
 namespace
 {
 
-/** Nothing leaves early: the whole answer is looked at. */
+// Nothing leaves early: the whole answer is looked at.
 class Held : public AnswerStream
 {
   public:

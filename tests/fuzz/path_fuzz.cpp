@@ -20,7 +20,7 @@ bool isPlain(std::string_view text)
                std::string_view::npos;
 }
 
-/** Whether a header can carry the path so that it is understood: names are plain, texts quoted. */
+// Whether a header can carry the path so that it is understood: names are plain, texts quoted.
 bool fitsHeader(const cimd::ObjectPath& path)
 {
     return isPlain(path.nameSpace()) && isPlain(path.className().str()) &&

@@ -25,7 +25,7 @@ void replay(const fs::path& file)
 
 } // namespace
 
-/** Arguments are files and folders of files. 0 when every file was run and there was one. */
+// Arguments are files and folders of files. 0 when every file was run and there was one.
 int main(int argc, char* argv[])
 try
 {

@@ -12,7 +12,7 @@ namespace
 
 const ElementReader kReader{Limits()};
 
-/** Text of what `read` finds in the element and `write` makes of it; nothing if it is not such an element. */
+// Text of what `read` finds in the element and `write` makes of it; nothing if it is not such an element.
 template <class Read, class Write>
 std::optional<std::string> rewritten(XmlElement element, Read read, Write write)
 try

@@ -232,9 +232,7 @@ TEST(Scenario, WhatIsWrittenReadsBackTheSame)
                               "\"hardware\": \"Ethernet\"",
                               "\"noPrincipal\": true",
                               "\"class2Percent\": 4"})
-    {
         EXPECT_NE(std::string::npos, once.find(piece)) << piece;
-    }
 }
 
 TEST(Scenario, UnreadableFilesAreNamed)

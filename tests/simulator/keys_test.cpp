@@ -144,9 +144,7 @@ TEST(Keys, TellTheConditionOfPorts)
         {"Nonsense", "status 2"},
     };
     for (const auto& row : rows)
-    {
         EXPECT_EQ(row.value, valueOf(row.key)) << row.key;
-    }
 }
 
 TEST(Keys, FollowWhatHappensToTheSwitch)

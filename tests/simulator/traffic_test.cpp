@@ -28,9 +28,7 @@ struct Sample
     explicit Sample(int port)
     {
         for (const CounterName& counter : kCounters)
-        {
             values.push_back(counterOf(port, std::string(counter.name)));
-        }
     }
 
     std::uint64_t operator[](const char* name) const { return values[*counterNamed(name)]; }
@@ -88,9 +86,7 @@ TEST(Traffic, NoCounterRunsBackwardsWhateverHappens)
         events[static_cast<std::size_t>(i * 7) % std::size(events)]();
         const Sample after(0);
         for (std::size_t c = 0; c < kCounterCount; ++c)
-        {
             ASSERT_GE(after.values[c], before.values[c]) << kCounters[c].name << " after event " << i;
-        }
         before = after;
     }
     EXPECT_GT(before["InvalidCRCs"], 0u);

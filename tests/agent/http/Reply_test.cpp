@@ -40,14 +40,12 @@ TEST(ReplyTest, LeavesNothingPausedHoweverItEnds)
         CountingOutlet outlet;
         Reply reply(limits, area, outlet);
         for (const char* step = row.order; *step != '\0'; ++step)
-        {
             if (*step == 'a')
                 reply.await();
             else if (*step == 'c')
                 reply.close("the end");
             else
                 reply.finish({200, {}, "body"}, now);
-        }
         EXPECT_EQ(0, outlet.paused) << row.order;
         HttpResponse head;
         EXPECT_EQ(row.start, reply.takeHead(head)) << row.order;

@@ -56,7 +56,7 @@ TEST(LogTest, NobodyForgesALine)
         << got;
 }
 
-/** Takes a body that has become long enough. */
+// Takes a body that has become long enough.
 class FakeStream : public AnswerStream
 {
   public:

@@ -1,5 +1,6 @@
 // cimd on the test providers, and requests to it.
-#pragma once
+#ifndef TESTS_AGENT_PROGRAM_WILD_AGENT_H
+#define TESTS_AGENT_PROGRAM_WILD_AGENT_H
 
 #include "tests/agent/http/RawClient.h"
 
@@ -29,3 +30,5 @@ bool isInstance(const std::string& answer);
 RawClient askAndLeaveWaiting(std::uint16_t port);
 
 } // namespace cimd::test
+
+#endif

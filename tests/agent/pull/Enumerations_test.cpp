@@ -28,7 +28,7 @@ const EnumerationOwner kOwner{"anna", "root/interop"};
 class EnumerationsTest : public ::testing::Test
 {
   protected:
-    /** Opens an enumeration of so many results and leaves it to be pulled. */
+    // Opens an enumeration of so many results and leaves it to be pulled.
     std::string
     open(std::size_t results, std::chrono::seconds timeout = 60s, const EnumerationOwner& owner = kOwner)
     {
@@ -41,7 +41,7 @@ class EnumerationsTest : public ::testing::Test
         return use.name();
     }
 
-    /** What one pull of one result gives; empty at the end. */
+    // What one pull of one result gives; empty at the end.
     std::string pull(const std::string& name)
     {
         auto use = _all.use(name, kOwner, PullContent::Instances);
@@ -100,9 +100,7 @@ TEST_F(EnumerationsTest, IsNotForOthers)
         SCOPED_TRACE(&row - rows);
         EXPECT_EQ(row.status, statusOfUse(row.name, row.owner, row.content));
         if (row.content == PullContent::Instances && row.status != 0)
-        {
             EXPECT_EQ(row.status, statusOf([&] { _all.close(row.name, row.owner); }));
-        }
     }
     EXPECT_EQ("0", pull(name)) << "somebody's mistake must not cost its owner anything";
 }

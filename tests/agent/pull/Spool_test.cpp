@@ -15,7 +15,7 @@ namespace
 
 constexpr std::size_t kPlenty = 16 * 1024 * 1024;
 
-/** Empty texts, short ones, and some that are longer than what is read from a file at once. */
+// Empty texts, short ones, and some that are longer than what is read from a file at once.
 std::vector<std::pair<std::string, std::string>> items()
 {
     std::vector<std::pair<std::string, std::string>> result;

@@ -1,5 +1,6 @@
 // Short forms for writing CMPI test providers.
-#pragma once
+#ifndef TESTS_AGENT_TESTPROVIDERS_TEST_PROVIDER_H
+#define TESTS_AGENT_TESTPROVIDERS_TEST_PROVIDER_H
 
 #include <cmpimacs.h>
 #include <cstring>
@@ -91,3 +92,5 @@ inline bool isListed(const char** list, const std::string& name)
 }
 
 } // namespace testprovider
+
+#endif

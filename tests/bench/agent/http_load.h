@@ -1,5 +1,6 @@
 // Requests over kept connections, as fast as the agent answers them.
-#pragma once
+#ifndef TESTS_BENCH_AGENT_HTTP_LOAD_H
+#define TESTS_BENCH_AGENT_HTTP_LOAD_H
 
 #include <cstddef>
 #include <cstdint>
@@ -69,3 +70,5 @@ std::string ask(std::uint16_t port, const std::string& request);
 LoadResult load(std::uint16_t port, unsigned connections, const std::string& request, double seconds);
 
 } // namespace bench
+
+#endif
