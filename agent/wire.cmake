@@ -4,51 +4,13 @@ pkg_check_modules(gnutls REQUIRED IMPORTED_TARGET gnutls)
 pkg_check_modules(microhttpd REQUIRED IMPORTED_TARGET libmicrohttpd)
 add_subdirectory(auth)
 
-add_library(cimd_wire STATIC
-    http/Alarm.cpp
-    http/cim_headers.cpp
-    http/Connection.cpp
-    http/Daemon.cpp
-    http/HttpServer.cpp
-    http/joined_write.cpp
-    http/ListenSocket.cpp
-    http/message.cpp
-    http/Overflow.cpp
-    http/queue_response.cpp
-    http/received_bytes.cpp
-    http/Reply.cpp
-    http/SpoolArea.cpp
-    http/TlsHandshake.cpp
-    http/WorkerPool.cpp
-    ops/association_calls.cpp
-    ops/audit.cpp
-    ops/Call.cpp
-    ops/class_calls.cpp
-    ops/failure.cpp
-    ops/FrontEnd.cpp
-    ops/instance_calls.cpp
-    ops/LogInGate.cpp
-    ops/method_calls.cpp
-    ops/Operations.cpp
-    ops/Parameters.cpp
-    ops/property_calls.cpp
-    ops/pull_calls.cpp
-    pull/Enumerations.cpp
-    pull/Spool.cpp
-    xml/declaration_writer.cpp
-    xml/ElementReader.cpp
-    xml/element_writer.cpp
-    xml/encoding.cpp
-    xml/request_reader.cpp
-    xml/ResponseWriter.cpp
-    xml/utf8.cpp
-    xml/xml_check.cpp
-    xml/XmlDocument.cpp
-    xml/XmlWriter.cpp
-)
+file(GLOB sources CONFIGURE_DEPENDS http/*.cpp ops/*.cpp pull/*.cpp xml/*.cpp)
+add_library(cimd_wire STATIC ${sources})
 target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd PkgConfig::gnutls)
 
-add_library(cimd_start STATIC Limits.cpp Options.cpp platform.cpp)
+file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+add_library(cimd_start STATIC ${sources})
 target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
 
 add_executable(cimd main.cpp)

@@ -14,14 +14,14 @@ namespace simulator
 // wait for a writer that waits for it. The process has one such lock; how often a thread holds it is kept per
 // thread. Misuse (releasing what is not held, writing while reading) stops the program with a message: in
 // firmware it would hang it.
-class SIM_ATTRIBUTE(capability("cache lock")) CacheLock
+class VRAX_CAPABILITY("cache lock") CacheLock
 {
   public:
     // Not checked at compile time: the checker knows no lock that its holder may take again.
     void lockShared();
     void unlockShared();
-    void lock() SIM_ATTRIBUTE(acquire_capability());
-    void unlock() SIM_ATTRIBUTE(release_capability());
+    void lock() VRAX_ACQUIRE();
+    void unlock() VRAX_RELEASE();
 
     // Read locks held at present, by all threads.
     int readers() const;

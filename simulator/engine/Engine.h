@@ -62,7 +62,7 @@ class Engine
     void openInitial();
 
     SharedMutex _mutex;
-    std::unique_ptr<FabricModel> _model SIM_GUARDED_BY(_mutex);
+    std::unique_ptr<FabricModel> _model VRAX_GUARDED_BY(_mutex);
     std::atomic<bool> _opened{false};
 };
 

@@ -84,7 +84,7 @@ class Probe
     static bool covers(const std::string& subject, std::string_view key);
     static std::int32_t take(Fault& fault);
     static std::int32_t takeFirst(std::vector<KeyFault>& faults, std::string_view subject);
-    void interfere() SIM_REQUIRES(_mutex) { _interferes = true; }
+    void interfere() VRAX_REQUIRES(_mutex) { _interferes = true; }
 
     std::array<std::atomic<std::size_t>, kCallCount> _calls{};
     std::array<std::atomic<std::size_t>, kCallCount> _entries{};
@@ -92,16 +92,16 @@ class Probe
     std::atomic<bool> _records{false};
 
     mutable Mutex _mutex;
-    std::array<std::vector<Fault>, kCallCount> _callFaults SIM_GUARDED_BY(_mutex);
-    std::array<std::chrono::microseconds, kCallCount> _latencies SIM_GUARDED_BY(_mutex){};
-    std::array<std::shared_ptr<std::function<void()>>, kCallCount> _hooks SIM_GUARDED_BY(_mutex);
-    std::vector<KeyFault> _keyFaults SIM_GUARDED_BY(_mutex);
-    std::vector<KeyFault> _batchFaults SIM_GUARDED_BY(_mutex);
-    std::vector<KeyFault> _recordFaults SIM_GUARDED_BY(_mutex);
-    std::map<std::string, std::string, std::less<>> _values SIM_GUARDED_BY(_mutex);
-    std::unordered_map<std::string, std::size_t> _keyUses SIM_GUARDED_BY(_mutex);
-    std::map<Call, std::vector<std::vector<std::string>>> _batches SIM_GUARDED_BY(_mutex);
-    std::vector<std::string> _writes SIM_GUARDED_BY(_mutex);
+    std::array<std::vector<Fault>, kCallCount> _callFaults VRAX_GUARDED_BY(_mutex);
+    std::array<std::chrono::microseconds, kCallCount> _latencies VRAX_GUARDED_BY(_mutex){};
+    std::array<std::shared_ptr<std::function<void()>>, kCallCount> _hooks VRAX_GUARDED_BY(_mutex);
+    std::vector<KeyFault> _keyFaults VRAX_GUARDED_BY(_mutex);
+    std::vector<KeyFault> _batchFaults VRAX_GUARDED_BY(_mutex);
+    std::vector<KeyFault> _recordFaults VRAX_GUARDED_BY(_mutex);
+    std::map<std::string, std::string, std::less<>> _values VRAX_GUARDED_BY(_mutex);
+    std::unordered_map<std::string, std::size_t> _keyUses VRAX_GUARDED_BY(_mutex);
+    std::map<Call, std::vector<std::vector<std::string>>> _batches VRAX_GUARDED_BY(_mutex);
+    std::vector<std::string> _writes VRAX_GUARDED_BY(_mutex);
 };
 
 } // namespace simulator

@@ -44,7 +44,7 @@ class BlockList
 
   private:
     mutable Mutex _mutex;
-    std::unordered_set<void*> _blocks SIM_GUARDED_BY(_mutex);
+    std::unordered_set<void*> _blocks VRAX_GUARDED_BY(_mutex);
 };
 
 BlockList& blocks()
