@@ -24,5 +24,7 @@ function(vrax_add_test name)
     endif()
     add_executable(${name} ${arg_SOURCES} ${arg_ALSO})
     target_link_libraries(${name} PRIVATE vrax_warnings ${arg_LIBS} $<IF:$<TARGET_EXISTS:GTest::gtest_main>,GTest::gtest_main,gtest_main>)
+    # Assertions are if and else. Which if an else belongs to shows from the indentation, which is checked.
+    target_compile_options(${name} PRIVATE -Wno-dangling-else)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600 LABELS unit)
 endfunction()
