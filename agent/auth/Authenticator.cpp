@@ -112,7 +112,7 @@ Authenticator::attempt(const std::string& digest, const Credentials& credentials
     const auto running = _attempts.find(digest);
     if (running != _attempts.end())
     {
-        const std::shared_ptr<const Attempt> other = running->second;
+        std::shared_ptr<const Attempt> other = running->second;
         _changed.wait(lock, [&] { return other->isDone; });
         return other;
     }

@@ -80,7 +80,7 @@ std::string hashPassword(const std::string& password)
         throw std::invalid_argument("a password must not have a zero byte");
     const std::unique_ptr<char, decltype(&std::free)> setting(crypt_gensalt_ra(kMethod, kCost, nullptr, 0),
                                                               &std::free);
-    const std::string hash = setting ? computed(password, setting.get()) : std::string();
+    std::string hash = setting ? computed(password, setting.get()) : std::string();
     if (hash.empty())
         throw std::runtime_error("libcrypt cannot make a bcrypt hash");
     return hash;
