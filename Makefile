@@ -6,7 +6,7 @@ SCENARIO ?= simulator/scenarios/default.json
 FUZZ_SECONDS ?= 60
 PYTHON := .venv/bin/python3
 
-.PHONY: help run demo test test-asan test-tsan test-ppc test-clang-tsa test-install fuzz bench format lint setup clean
+.PHONY: help run demo test test-asan test-tsan test-ppc test-clang-tsa test-install fuzz bench format lint tidy docs setup clean
 
 help:
 	@sed -n 's/^## //p' Makefile
@@ -68,11 +68,20 @@ bench: setup
 
 ## make format     format the sources in place
 format: setup
-	@scripts/sources | xargs clang-format-14 -i
+	@scripts/format
 
-## make lint       formatting and wording checks
+## make lint       formatting, names of files, comments, includes, docs/classes.md
 lint: setup
 	@scripts/lint
+
+## make tidy       static analysis of the sources
+tidy: setup
+	@scripts/build dev
+	@scripts/tidy build/dev
+
+## make docs       write docs/classes.md from the provider list, the MOF and the provider units
+docs: setup
+	@$(PYTHON) scripts/classes-doc
 
 clean:
 	rm -rf build

@@ -1,5 +1,6 @@
 // The bounds on everything a client or a provider can make the agent hold or do; limits.def is their table.
-#pragma once
+#ifndef AGENT_LIMITS_H
+#define AGENT_LIMITS_H
 
 #include <chrono>
 #include <cstddef>
@@ -10,7 +11,7 @@
 namespace cimd
 {
 
-/** A member for each row, with its default. Tests pass smaller ones. */
+// A member for each row, with its default. Tests pass smaller ones.
 struct Limits
 {
 #define LIMIT(member, type, standard, least, most, unit, option, meaning) type member{standard};
@@ -18,7 +19,7 @@ struct Limits
 #undef LIMIT
 };
 
-/** A row of the table. Numbers are in `unit`. */
+// A row of the table. Numbers are in `unit`.
 struct LimitRow
 {
     const char* option; ///< Without the dashes.
@@ -33,13 +34,15 @@ struct LimitRow
 
 const std::vector<LimitRow>& limitRows();
 
-/** Sets a limit from a command line; std::invalid_argument, saying what may stand there, if it cannot. */
+// Sets a limit from a command line; std::invalid_argument, saying what may stand there, if it cannot.
 void setLimit(Limits& limits, const LimitRow& row, const std::string& value);
 
-/** "32768 bytes" */
+// "32768 bytes"
 std::string limitText(const LimitRow& row, std::uint64_t value);
 
-/** The table for --show-limits; a column with the present values is added if one differs from its default. */
+// The table for --show-limits; a column with the present values is added if one differs from its default.
 std::string limitsTable(const Limits& limits);
 
 } // namespace cimd
+
+#endif

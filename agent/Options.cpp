@@ -197,7 +197,7 @@ constexpr Entry kEntries[] = {
      only<CommandLine::ShowLimits>},
 };
 
-/** What no option can say alone. */
+// What no option can say alone.
 void checkTogether(const Options& options)
 {
     if (options.passwordFile && options.isOpen)
@@ -212,7 +212,7 @@ void checkTogether(const Options& options)
         fail("no-http", "--certificate and --private-key are needed, or nothing would be served");
 }
 
-/** A paragraph below the name of an option. */
+// A paragraph below the name of an option.
 std::string indented(const std::string& words)
 {
     constexpr std::size_t kIndent = 14;

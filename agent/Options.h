@@ -1,8 +1,9 @@
 // The command line of cimd.
-#pragma once
+#ifndef AGENT_OPTIONS_H
+#define AGENT_OPTIONS_H
 
 #include "agent/Limits.h"
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <cstdint>
 #include <optional>
@@ -33,14 +34,14 @@ struct Options
     Limits limits;
 };
 
-/** A start that failed: "--port: \"x\" is not a port number". */
+// A start that failed: "--port: \"x\" is not a port number".
 class StartError : public std::runtime_error
 {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/** What to do after the command line was read. */
+// What to do after the command line was read.
 enum class CommandLine
 {
     Run,
@@ -49,13 +50,13 @@ enum class CommandLine
     ShowLimits
 };
 
-/**
- * Reads the command line into `options`, whose files default to places beside the program:
- * `programDir`/../share/cimd and `programDir`/../lib. Throws StartError naming the option.
- */
+// Reads the command line into `options`, whose files default to places beside the program:
+// `programDir`/../share/cimd and `programDir`/../lib. Throws StartError naming the option.
 CommandLine readCommandLine(int argc, char* const argv[], const std::string& programDir, Options& options);
 
-/** The text of --help. */
+// The text of --help.
 std::string helpText();
 
 } // namespace cimd
+
+#endif

@@ -1,13 +1,13 @@
 // cimd: reads its command line, starts, serves until it is told to stop.
 #include "agent/Limits.h"
 #include "agent/Options.h"
-#include "agent/Platform.h"
 #include "agent/http/HttpServer.h"
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
-#include "agent/run/ExitStatus.h"
-#include "agent/run/Signals.h"
+#include "agent/platform.h"
 #include "agent/run/Supervisor.h"
+#include "agent/run/exit_status.h"
+#include "agent/run/signals.h"
 #include "agent/service/AgentCore.h"
 
 #include <chrono>
@@ -29,7 +29,7 @@ std::string programDirectory()
     return std::filesystem::read_symlink("/proc/self/exe").parent_path();
 }
 
-/** Runs a step of the start and puts the option that is to blame before its complaint. */
+// Runs a step of the start and puts the option that is to blame before its complaint.
 template <class Step>
 auto starting(const char* option, Step step)
 {
@@ -47,7 +47,7 @@ auto starting(const char* option, Step step)
     }
 }
 
-/** Everything that outlives a serving process, and how the one that reads this is told to behave. */
+// Everything that outlives a serving process, and how the one that reads this is told to behave.
 struct Setting
 {
     const Options& options;
@@ -66,10 +66,10 @@ std::vector<CimName> classNames(const ClassRepository& repository)
     return names;
 }
 
-/** How often memory that answers have left behind goes back to the system. */
+// How often memory that answers have left behind goes back to the system.
 constexpr std::chrono::seconds kTidyPeriod{10};
 
-/** The next signal. Until it comes, the memory of past answers is given back every now and then. */
+// The next signal. Until it comes, the memory of past answers is given back every now and then.
 int nextSignal(const SignalSet& signals)
 {
     for (;;)
@@ -80,7 +80,7 @@ int nextSignal(const SignalSet& signals)
     }
 }
 
-/** "http://127.0.0.1:5988, https://127.0.0.1:5989" */
+// "http://127.0.0.1:5988, https://127.0.0.1:5989"
 std::string urlsOf(const std::vector<ListenSocket>& sockets)
 {
     std::string urls;
@@ -89,7 +89,7 @@ std::string urlsOf(const std::vector<ListenSocket>& sockets)
     return urls;
 }
 
-/** Waits for a signal to stop; shows the requests when asked to. */
+// Waits for a signal to stop; shows the requests when asked to.
 void waitForStop(SignalSet& signals, const Setting& setting, const Counters& counters)
 {
     int signal = nextSignal(signals);
@@ -112,7 +112,7 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
     }
 }
 
-/** Ends the process in spite of providers that hang and cannot be joined. */
+// Ends the process in spite of providers that hang and cannot be joined.
 [[noreturn]] void leave(const Setting& setting, int status)
 {
     for (const InFlight::Request& request : setting.inFlight.list())
@@ -189,7 +189,7 @@ TlsIdentity readTlsIdentity(const Options& options)
 
 constexpr std::uint16_t kTlsPort = 5989; // wbem-https in the registry of ports
 
-/** Each worker would otherwise have a heap of its own, which keeps what its largest answer took. */
+// Each worker would otherwise have a heap of its own, which keeps what its largest answer took.
 constexpr int kHeaps = 2;
 
 int start(const Options& options)

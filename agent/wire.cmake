@@ -4,51 +4,13 @@ pkg_check_modules(gnutls REQUIRED IMPORTED_TARGET gnutls)
 pkg_check_modules(microhttpd REQUIRED IMPORTED_TARGET libmicrohttpd)
 add_subdirectory(auth)
 
-add_library(cimd_wire STATIC
-    http/Alarm.cpp
-    http/CimHeaders.cpp
-    http/Connection.cpp
-    http/Daemon.cpp
-    http/HttpServer.cpp
-    http/JoinedWrite.cpp
-    http/ListenSocket.cpp
-    http/Message.cpp
-    http/Overflow.cpp
-    http/QueueResponse.cpp
-    http/ReceivedBytes.cpp
-    http/Reply.cpp
-    http/SpoolArea.cpp
-    http/TlsHandshake.cpp
-    http/WorkerPool.cpp
-    ops/AssociationCalls.cpp
-    ops/Audit.cpp
-    ops/Call.cpp
-    ops/ClassCalls.cpp
-    ops/Failure.cpp
-    ops/FrontEnd.cpp
-    ops/InstanceCalls.cpp
-    ops/LogInGate.cpp
-    ops/MethodCalls.cpp
-    ops/Operations.cpp
-    ops/Parameters.cpp
-    ops/PropertyCalls.cpp
-    ops/PullCalls.cpp
-    pull/Enumerations.cpp
-    pull/Spool.cpp
-    xml/DeclarationWriter.cpp
-    xml/ElementReader.cpp
-    xml/ElementWriter.cpp
-    xml/Encoding.cpp
-    xml/RequestReader.cpp
-    xml/ResponseWriter.cpp
-    xml/Utf8.cpp
-    xml/XmlCheck.cpp
-    xml/XmlDocument.cpp
-    xml/XmlWriter.cpp
-)
+file(GLOB sources CONFIGURE_DEPENDS http/*.cpp ops/*.cpp pull/*.cpp xml/*.cpp)
+add_library(cimd_wire STATIC ${sources})
 target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd PkgConfig::gnutls)
 
-add_library(cimd_start STATIC Limits.cpp Options.cpp Platform.cpp)
+file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+add_library(cimd_start STATIC ${sources})
 target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
 
 add_executable(cimd main.cpp)

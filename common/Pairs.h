@@ -93,10 +93,8 @@ class Pairs
             if (_one == nullptr)
                 return;
             for (const OTHER* other : _pairs.template all<OTHER>())
-            {
                 if (belongs(*other))
                     _pairs.join(*_one, *other, line);
-            }
         }
 
       private:
@@ -118,10 +116,8 @@ class Pairs
     {
         const Local_Switch_Wwn wwn(PROVIDER::kSource, kLocalWwnMissing, line);
         for (const SWITCH* one : all<SWITCH>())
-        {
             if (one->Name.value.equali(wwn.text()))
                 return Hub<SWITCH>(*this, one);
-        }
         return Hub<SWITCH>(*this, nullptr);
     }
 

@@ -24,10 +24,8 @@ bool isBefore(const VRAX_ProtocolEndpoint& a, const VRAX_ProtocolEndpoint& b)
 const char* switchWwn(const Fcs_List<xpl_fcsSwitch>& switches, std::int32_t domainId)
 {
     for (const xpl_fcsSwitch& one : switches)
-    {
         if (one.domainId == domainId)
             return one.wwn;
-    }
     return nullptr;
 }
 

@@ -240,10 +240,8 @@ uint16 VRAX_FCSwitch_Provider::findFault(const String& name)
 {
     for (const char* const fault :
          {"HW_MP_ACCESS_CPU0", "HW_MP_ACCESS_CPU1", "HW_MP_DATA_MISMATCH", "HW_MP_ACCESS"})
-    {
         if (name == fault)
             return kAccessFault;
-    }
     return name == "FW_POST_FAIL" ? kSelfTestFault : uint16{0};
 }
 

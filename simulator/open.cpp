@@ -1,7 +1,7 @@
 // Starting and saving the simulated switch from a program that hosts the platform library.
 #include "simulator/open.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/scenario/scenario_json.h"
 
 #include <cstdio>
@@ -18,9 +18,7 @@ int report(const char* path, char* message, size_t messageSize, Run run)
     const auto tell = [message, messageSize](const char* text)
     {
         if (message != nullptr && messageSize != 0)
-        {
             std::snprintf(message, messageSize, "%s", text);
-        }
     };
     try
     {

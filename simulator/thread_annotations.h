@@ -6,47 +6,55 @@
 #include <mutex>
 #include <shared_mutex>
 
-#if defined(__clang__)
-#define SIM_ATTRIBUTE(x) __attribute__((x))
+// The macros read as those of support/thread_annotations.h, letter by letter: tests include both.
+#ifdef __clang__
+#define VRAX_ANNOTATE(x) __attribute__((x))
 #else
-#define SIM_ATTRIBUTE(x)
+#define VRAX_ANNOTATE(x)
 #endif
 
-#define SIM_GUARDED_BY(x) SIM_ATTRIBUTE(guarded_by(x))
-#define SIM_REQUIRES(...) SIM_ATTRIBUTE(requires_capability(__VA_ARGS__))
-#define SIM_EXCLUDES(...) SIM_ATTRIBUTE(locks_excluded(__VA_ARGS__))
+#define VRAX_CAPABILITY(name) VRAX_ANNOTATE(capability(name))
+#define VRAX_SCOPED_CAPABILITY VRAX_ANNOTATE(scoped_lockable)
+#define VRAX_GUARDED_BY(x) VRAX_ANNOTATE(guarded_by(x))
+#define VRAX_ACQUIRE(...) VRAX_ANNOTATE(acquire_capability(__VA_ARGS__))
+#define VRAX_ACQUIRE_SHARED(...) VRAX_ANNOTATE(acquire_shared_capability(__VA_ARGS__))
+#define VRAX_RELEASE(...) VRAX_ANNOTATE(release_capability(__VA_ARGS__))
+#define VRAX_RELEASE_SHARED(...) VRAX_ANNOTATE(release_shared_capability(__VA_ARGS__))
+#define VRAX_RELEASE_GENERIC(...) VRAX_ANNOTATE(release_generic_capability(__VA_ARGS__))
+#define VRAX_EXCLUDES(...) VRAX_ANNOTATE(locks_excluded(__VA_ARGS__))
+#define VRAX_REQUIRES(...) VRAX_ANNOTATE(requires_capability(__VA_ARGS__))
 
 namespace simulator
 {
 
-class SIM_ATTRIBUTE(capability("mutex")) Mutex
+class VRAX_CAPABILITY("mutex") Mutex
 {
   public:
-    void lock() SIM_ATTRIBUTE(acquire_capability()) { _mutex.lock(); }
-    void unlock() SIM_ATTRIBUTE(release_capability()) { _mutex.unlock(); }
+    void lock() VRAX_ACQUIRE() { _mutex.lock(); }
+    void unlock() VRAX_RELEASE() { _mutex.unlock(); }
 
   private:
     std::mutex _mutex;
 };
 
-class SIM_ATTRIBUTE(capability("shared mutex")) SharedMutex
+class VRAX_CAPABILITY("shared mutex") SharedMutex
 {
   public:
-    void lock() SIM_ATTRIBUTE(acquire_capability()) { _mutex.lock(); }
-    void unlock() SIM_ATTRIBUTE(release_capability()) { _mutex.unlock(); }
-    void lockShared() SIM_ATTRIBUTE(acquire_shared_capability()) { _mutex.lock_shared(); }
-    void unlockShared() SIM_ATTRIBUTE(release_shared_capability()) { _mutex.unlock_shared(); }
+    void lock() VRAX_ACQUIRE() { _mutex.lock(); }
+    void unlock() VRAX_RELEASE() { _mutex.unlock(); }
+    void lockShared() VRAX_ACQUIRE_SHARED() { _mutex.lock_shared(); }
+    void unlockShared() VRAX_RELEASE_SHARED() { _mutex.unlock_shared(); }
 
   private:
     std::shared_mutex _mutex;
 };
 
 template <class M>
-class SIM_ATTRIBUTE(scoped_lockable) Locked
+class VRAX_SCOPED_CAPABILITY Locked
 {
   public:
-    explicit Locked(M& mutex) SIM_ATTRIBUTE(acquire_capability(mutex)) : _mutex(mutex) { _mutex.lock(); }
-    ~Locked() SIM_ATTRIBUTE(release_capability()) { _mutex.unlock(); }
+    explicit Locked(M& mutex) VRAX_ACQUIRE(mutex) : _mutex(mutex) { _mutex.lock(); }
+    ~Locked() VRAX_RELEASE() { _mutex.unlock(); }
     Locked(const Locked&) = delete;
     Locked& operator=(const Locked&) = delete;
 
@@ -54,14 +62,14 @@ class SIM_ATTRIBUTE(scoped_lockable) Locked
     M& _mutex;
 };
 
-class SIM_ATTRIBUTE(scoped_lockable) SharedLocked
+class VRAX_SCOPED_CAPABILITY SharedLocked
 {
   public:
-    explicit SharedLocked(SharedMutex& mutex) SIM_ATTRIBUTE(acquire_shared_capability(mutex)) : _mutex(mutex)
+    explicit SharedLocked(SharedMutex& mutex) VRAX_ACQUIRE_SHARED(mutex) : _mutex(mutex)
     {
         _mutex.lockShared();
     }
-    ~SharedLocked() SIM_ATTRIBUTE(release_generic_capability()) { _mutex.unlockShared(); }
+    ~SharedLocked() VRAX_RELEASE_GENERIC() { _mutex.unlockShared(); }
     SharedLocked(const SharedLocked&) = delete;
     SharedLocked& operator=(const SharedLocked&) = delete;
 

@@ -76,10 +76,8 @@ void asking(Lock lock, Mode mode)
         return;
     }
     for (const Held& one : heldByThread)
-    {
         if (one.lock.rank() >= lock.rank())
             stop(lock, one.lock, "the locks must be taken in the opposite order or never together");
-    }
 }
 
 void obtained(Lock lock, Mode mode)
@@ -105,10 +103,8 @@ void released(Lock lock)
 void requireWriting(Lock lock)
 {
     for (const Held& one : heldByThread)
-    {
         if (one.lock == lock && one.mode == Mode::Write)
             return;
-    }
     std::fprintf(stderr, "lock order: the map of %s is changed without its write lock\n", lock.name());
     std::abort();
 }

@@ -24,10 +24,8 @@ class Text_Writer
     bool put(const char* text)
     {
         while (*text != '\0')
-        {
             if (!put(*text++))
                 return false;
-        }
         return true;
     }
 

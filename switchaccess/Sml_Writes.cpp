@@ -39,20 +39,16 @@ bool Sml_Writes::send(Call call)
 std::string Sml_Writes::failure() const
 {
     for (const xpl_smlEntry& entry : _entries)
-    {
         if (isErrors(&entry, 1))
             return std::string(entry.key) + ": status " + std::to_string(entry.status);
-    }
     return "status " + std::to_string(_result);
 }
 
 Sml_Transaction::~Sml_Transaction()
 {
     for (auto step = _waysBack.rbegin(); step != _waysBack.rend(); ++step)
-    {
         if (writeAttribute(step->key) != 0)
             cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", _source, _function, step->line, step->failed);
-    }
 }
 
 void Sml_Transaction::write(const char* format,

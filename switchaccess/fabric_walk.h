@@ -181,15 +181,11 @@ void walkAllPorts(DataCache& cache, VISITOR& visitor)
         const int domain = one.getDomainID();
         const Walked_Switch walked{domain, Domain_Text(domain), one.getWwn()};
         if (one.isLocal())
-        {
             for (const Local_Port port : Local_Ports(cache, walked.wwn))
                 visitor.localPort(walked, port);
-        }
         else
-        {
             for (const PortCache& port : Topology_Ports(one))
                 visitor.remotePort(walked, port);
-        }
         for (const char* address : Attached_Ports(walked.domainText))
             visitor.attachedPort(walked, address);
     }

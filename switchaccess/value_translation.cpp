@@ -20,10 +20,8 @@ template <class NUMBER, std::size_t N>
 NUMBER numberOf(const Row<NUMBER> (&rows)[N], const String& text, NUMBER otherwise)
 {
     for (const Row<NUMBER>& row : rows)
-    {
         if (text == row.text)
             return row.number;
-    }
     return otherwise;
 }
 
@@ -32,10 +30,8 @@ template <class NUMBER, std::size_t N>
 String textOf(const Row<NUMBER> (&rows)[N], NUMBER number)
 {
     for (const Row<NUMBER>& row : rows)
-    {
         if (row.number == number)
             return row.text;
-    }
     return "ERROR";
 }
 
@@ -155,10 +151,8 @@ constexpr std::size_t kCosTextLength = 63;
 bool contains(const Array_uint16& values, uint16 value)
 {
     for (std::size_t i = 0; i < values.size(); ++i)
-    {
         if (values[i] == value)
             return true;
-    }
     return false;
 }
 
@@ -257,10 +251,8 @@ Array_uint16 smlSwitchStateToCIMOperationalStatus(const String& state, const Arr
 uint16 translate_fc4_type(const char* item, int length)
 {
     for (const Row<uint16>& row : kFc4Types)
-    {
         if (std::strncmp(item, row.text, static_cast<std::size_t>(length)) == 0)
             return row.number;
-    }
     return 0;
 }
 
@@ -284,12 +276,10 @@ Array_uint16 smlSupportedCosToCIMSupportedCos(const String& classes)
     Array_uint16 result;
     const char* const text = classes.c_str();
     for (std::size_t i = 0; i < kCosTextLength && text[i] != '\0'; ++i)
-    {
         if (text[i] >= '1' && text[i] <= '6')
             result.append(static_cast<uint16>(text[i] - '0'));
         else if (text[i] == 'F' || text[i] == 'f')
             result.append(7);
-    }
     if (result.size() == 0)
         result.append(0);
     return result;

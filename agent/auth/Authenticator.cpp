@@ -1,9 +1,9 @@
 // Log-ins: what is remembered, what is checked, what is refused.
 #include "agent/auth/Authenticator.h"
 
-#include "agent/auth/PasswordHash.h"
-#include "agent/cim/ValueText.h"
-#include "agent/log/Log.h"
+#include "agent/auth/password_hash.h"
+#include "agent/cim/value_text.h"
+#include "agent/log/log.h"
 
 #include <algorithm>
 #include <gnutls/crypto.h>
@@ -34,7 +34,7 @@ std::vector<unsigned char> randomKey()
     return key;
 }
 
-/** Why the credentials are wrong, empty if they are right. Takes the same time for every user. */
+// Why the credentials are wrong, empty if they are right. Takes the same time for every user.
 std::string faultOf(const Credentials& credentials, const PasswordTable& table)
 {
     const std::string* hash = table.hashOf(credentials.user);
@@ -112,7 +112,7 @@ Authenticator::attempt(const std::string& digest, const Credentials& credentials
     const auto running = _attempts.find(digest);
     if (running != _attempts.end())
     {
-        const std::shared_ptr<const Attempt> other = running->second;
+        std::shared_ptr<const Attempt> other = running->second;
         _changed.wait(lock, [&] { return other->isDone; });
         return other;
     }

@@ -1,5 +1,6 @@
 // Who a client is: Basic credentials checked against the password file, in a way that makes guessing slow.
-#pragma once
+#ifndef AGENT_AUTH_AUTHENTICATOR_H
+#define AGENT_AUTH_AUTHENTICATOR_H
 
 #include "agent/Limits.h"
 #include "agent/auth/Credentials.h"
@@ -20,7 +21,7 @@
 namespace cimd
 {
 
-/** What became of a log-in. */
+// What became of a log-in.
 struct LogIn
 {
     std::string user;                   ///< Empty: refused.
@@ -28,18 +29,16 @@ struct LogIn
     std::chrono::milliseconds delay{0}; ///< How long the client must wait for the refusal.
 };
 
-/**
- * Checking a password is slow by design. Credentials that were right are therefore remembered for a while, as
- * keyed hashes whose key dies with the process; equal credentials that arrive together are checked once; and
- * only so many different ones are checked at a time, so that a guesser cannot take every thread. Failures are
- * logged. All members may be called from any thread.
- */
+// Checking a password is slow by design. Credentials that were right are therefore remembered for a while, as
+// keyed hashes whose key dies with the process; equal credentials that arrive together are checked once; and
+// only so many different ones are checked at a time, so that a guesser cannot take every thread. Failures are
+// logged. All members may be called from any thread.
 class Authenticator
 {
   public:
     using Clock = std::function<std::chrono::steady_clock::time_point()>;
 
-    /** Throws std::runtime_error when the file cannot be used. */
+    // Throws std::runtime_error when the file cannot be used.
     Authenticator(const std::string& passwordFile,
                   const Limits& limits,
                   FirstRead firstRead,
@@ -47,13 +46,13 @@ class Authenticator
     Authenticator(const Authenticator&) = delete;
     Authenticator& operator=(const Authenticator&) = delete;
 
-    /** Whether the value of an Authorization header was right lately. Does not wait. */
+    // Whether the value of an Authorization header was right lately. Does not wait.
     bool isKnown(const std::string& authorization);
 
-    /** A request without credentials: no guess, but it waits as long as a wrong one before it did. */
+    // A request without credentials: no guess, but it waits as long as a wrong one before it did.
     LogIn withoutCredentials(const std::string& peer);
 
-    /** Checks the value of an Authorization header; may take as long as a password hash takes. */
+    // Checks the value of an Authorization header; may take as long as a password hash takes.
     LogIn check(const std::string& authorization, const std::string& peer);
 
   private:
@@ -68,7 +67,7 @@ class Authenticator
         std::string fault; // empty: right
     };
     std::string digest(const std::string& authorization) const;
-    /** The outcome of a check that this thread made or another one makes right now; null if none is free. */
+    // The outcome of a check that this thread made or another one makes right now; null if none is free.
     std::shared_ptr<const Attempt>
     attempt(const std::string& digest, const Credentials& credentials, const PasswordState& state);
     LogIn refused(const std::string& peer, const std::string& reason);
@@ -85,3 +84,5 @@ class Authenticator
 };
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // User name and password as a client sends them.
-#pragma once
+#ifndef AGENT_AUTH_CREDENTIALS_H
+#define AGENT_AUTH_CREDENTIALS_H
 
 #include <optional>
 #include <string>
@@ -8,7 +9,7 @@
 namespace cimd
 {
 
-/** The password is wiped from memory at the end. */
+// The password is wiped from memory at the end.
 struct Credentials
 {
     Credentials() = default;
@@ -20,10 +21,10 @@ struct Credentials
     std::string password;
 };
 
-/**
- * Reads the value of an Authorization header, "Basic " and base64 of "user:password" (RFC 7617). Nothing if
- * it is anything else.
- */
+// Reads the value of an Authorization header, "Basic " and base64 of "user:password" (RFC 7617). Nothing if
+// it is anything else.
 std::optional<Credentials> readBasicCredentials(std::string_view authorization);
 
 } // namespace cimd
+
+#endif

@@ -1,7 +1,7 @@
 // Counting failed log-ins by address.
 #include "agent/auth/GuessDelay.h"
 
-#include "agent/auth/ClientAddress.h"
+#include "agent/auth/client_address.h"
 
 #include <algorithm>
 

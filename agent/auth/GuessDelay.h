@@ -1,5 +1,6 @@
 // How long an address waits for the answer to a failed log-in.
-#pragma once
+#ifndef AGENT_AUTH_GUESSDELAY_H
+#define AGENT_AUTH_GUESSDELAY_H
 
 #include "agent/auth/RecentMap.h"
 
@@ -11,24 +12,22 @@
 namespace cimd
 {
 
-/**
- * The delay starts at a quarter of a second, doubles with each failure in a row from one address and is
- * forgotten after a success or a quarter of an hour. All members may be called from any thread.
- */
+// The delay starts at a quarter of a second, doubles with each failure in a row from one address and is
+// forgotten after a success or a quarter of an hour. All members may be called from any thread.
 class GuessDelay
 {
   public:
     using Time = RecentMap<unsigned>::Time;
 
-    /** Remembers that many addresses; more push out those that failed longest ago. */
+    // Remembers that many addresses; more push out those that failed longest ago.
     GuessDelay(std::size_t addresses, std::chrono::milliseconds longest);
 
     // `peer` is "address:port". IPv6 addresses count as one if their first 64 bits, the network, are the
     // same: a host picks the rest as it likes.
 
-    /** Counts a failure; the delay for its answer. */
+    // Counts a failure; the delay for its answer.
     std::chrono::milliseconds failed(const std::string& peer, Time now);
-    /** The delay of the latest failure; none if there was none. */
+    // The delay of the latest failure; none if there was none.
     std::chrono::milliseconds present(const std::string& peer, Time now);
     void succeeded(const std::string& peer);
 
@@ -41,3 +40,5 @@ class GuessDelay
 };
 
 } // namespace cimd
+
+#endif

@@ -1,7 +1,7 @@
 // Reading the password file again when it changed.
 #include "agent/auth/PasswordStore.h"
 
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <exception>
 #include <utility>

@@ -1,7 +1,7 @@
 // Reading, changing and writing the lines of a password file.
 #include "agent/auth/PasswordTable.h"
 
-#include "agent/auth/PasswordHash.h"
+#include "agent/auth/password_hash.h"
 
 #include <algorithm>
 #include <stdexcept>

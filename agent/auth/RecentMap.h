@@ -1,5 +1,6 @@
 // A map of a fixed size that forgets what was not touched for the longest time.
-#pragma once
+#ifndef AGENT_AUTH_RECENTMAP_H
+#define AGENT_AUTH_RECENTMAP_H
 
 #include <chrono>
 #include <cstddef>
@@ -11,20 +12,20 @@
 namespace cimd
 {
 
-/** Values by text. Not safe for several threads at once. */
+// Values by text. Not safe for several threads at once.
 template <class Value>
 class RecentMap
 {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /** An entry lives for `lifetime` after it was last put; `capacity` is at least 1. */
+    // An entry lives for `lifetime` after it was last put; `capacity` is at least 1.
     RecentMap(std::size_t capacity, std::chrono::milliseconds lifetime)
         : _capacity(capacity), _lifetime(lifetime)
     {
     }
 
-    /** Null when there is none, or none any more. */
+    // Null when there is none, or none any more.
     Value* find(const std::string& key, Time now)
     {
         const auto found = _places.find(key);
@@ -36,7 +37,7 @@ class RecentMap
         return nullptr;
     }
 
-    /** Adds or replaces a value, at the cost of the oldest one if there is no room. */
+    // Adds or replaces a value, at the cost of the oldest one if there is no room.
     void put(const std::string& key, Value value, Time now)
     {
         erase(key);
@@ -75,3 +76,5 @@ class RecentMap
 };
 
 } // namespace cimd
+
+#endif

@@ -1,8 +1,8 @@
 // Reading certificate and key, with complaints that an operator can act on.
 #include "agent/auth/TlsIdentity.h"
 
-#include "agent/auth/PrivateFile.h"
-#include "agent/log/Log.h"
+#include "agent/auth/private_file.h"
+#include "agent/log/log.h"
 
 #include <ctime>
 #include <gnutls/gnutls.h>
@@ -36,7 +36,7 @@ void check(int code, const std::string& complaint)
         throw std::runtime_error(complaint + ": " + gnutls_strerror(code));
 }
 
-/** Refers to the text. */
+// Refers to the text.
 gnutls_datum_t datum(const std::string& text)
 {
     // The library's readers take pointers to what they do not change.
@@ -44,7 +44,7 @@ gnutls_datum_t datum(const std::string& text)
     return {bytes, static_cast<unsigned>(text.size())};
 }
 
-/** The first certificate of a PEM text. */
+// The first certificate of a PEM text.
 Certificate firstCertificate(const std::string& pem, const std::string& complaint)
 {
     gnutls_x509_crt_t handle = nullptr;
@@ -55,7 +55,7 @@ Certificate firstCertificate(const std::string& pem, const std::string& complain
     return certificate;
 }
 
-/** A hash of the public key that belongs to a certificate or to a private key. */
+// A hash of the public key that belongs to a certificate or to a private key.
 template <class Handle>
 Bytes keyId(int (*get)(Handle, unsigned, unsigned char*, size_t*),
             Handle handle,

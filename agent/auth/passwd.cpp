@@ -1,7 +1,7 @@
 // cimd-passwd: sets, changes and removes the users who may log in to cimd.
-#include "agent/auth/PasswordHash.h"
 #include "agent/auth/PasswordTable.h"
-#include "agent/auth/PrivateFile.h"
+#include "agent/auth/password_hash.h"
+#include "agent/auth/private_file.h"
 #include "agent/run/FileDescriptor.h"
 
 #include <cerrno>
@@ -60,7 +60,7 @@ class UsageError : public std::runtime_error
     using std::runtime_error::runtime_error;
 };
 
-/** The terminal shows nothing of what is typed, and does again at the end of the scope. */
+// The terminal shows nothing of what is typed, and does again at the end of the scope.
 class Silence
 {
   public:
@@ -91,7 +91,7 @@ class Silence
     Silence(const Silence&) = delete;
     Silence& operator=(const Silence&) = delete;
 
-    /** Returns when a whole line is there to read, or the input is at its end. */
+    // Returns when a whole line is there to read, or the input is at its end.
     void awaitLine() const
     {
         pollfd sources[] = {{_interrupts.get(), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
@@ -110,7 +110,7 @@ class Silence
     FileDescriptor _interrupts;
 };
 
-/** A line of standard input without its end. */
+// A line of standard input without its end.
 std::string readLine()
 {
     std::string line;
@@ -153,7 +153,7 @@ std::string newPassword(const std::string& user, bool fromInput)
     return password;
 }
 
-/** Keeps two runs of this program from losing each other's change. */
+// Keeps two runs of this program from losing each other's change.
 FileDescriptor lockBeside(const std::string& file)
 {
     const std::string folder = std::filesystem::absolute(file).parent_path();

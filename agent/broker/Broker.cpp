@@ -1,7 +1,7 @@
 // The broker object and the threads of providers.
 #include "agent/broker/Broker.h"
 
-#include "agent/broker/Tables.h"
+#include "agent/broker/tables.h"
 
 namespace cimd
 {

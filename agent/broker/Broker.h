@@ -1,7 +1,8 @@
 // The CMPI broker: what provider libraries see of the agent.
-#pragma once
+#ifndef AGENT_BROKER_BROKER_H
+#define AGENT_BROKER_BROKER_H
 
-#include "agent/broker/Objects.h"
+#include "agent/broker/objects.h"
 #include "agent/repository/ClassRepository.h"
 #include "agent/service/CimService.h"
 
@@ -63,3 +64,5 @@ class Broker
 };
 
 } // namespace cimd
+
+#endif

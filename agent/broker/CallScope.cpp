@@ -1,7 +1,7 @@
 // Ownership of call-bound objects, per thread.
 #include "agent/broker/CallScope.h"
 
-#include "agent/broker/Boundary.h"
+#include "agent/broker/boundary.h"
 #include "agent/cim/CimError.h"
 
 namespace cimd

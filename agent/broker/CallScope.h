@@ -1,5 +1,6 @@
 // Life time of the objects that providers get: until the call on this thread returns.
-#pragma once
+#ifndef AGENT_BROKER_CALLSCOPE_H
+#define AGENT_BROKER_CALLSCOPE_H
 
 #include <cstddef>
 #include <memory>
@@ -86,3 +87,5 @@ Object* track(Arguments&&... arguments)
 }
 
 } // namespace cimd
+
+#endif

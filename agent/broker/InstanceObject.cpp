@@ -2,8 +2,8 @@
 #include "agent/broker/InstanceObject.h"
 
 #include "agent/cim/CimError.h"
-#include "agent/cim/Coercion.h"
-#include "agent/repository/Completion.h"
+#include "agent/cim/coercion.h"
+#include "agent/repository/completion.h"
 
 #include <algorithm>
 
@@ -35,7 +35,7 @@ InstanceObject::InstanceObject(const ClassRepository& classes, const Instance& s
 }
 
 InstanceObject::InstanceObject(const InstanceObject& other)
-    : CMPIInstance{this, kTable}, Tracked(), repository(other.repository), info(other.info),
+    : CMPIInstance{this, kTable}, Tracked(other), repository(other.repository), info(other.info),
       _instance(other._instance), _isSet(other._isSet), _kept(other._kept), _fault(other._fault)
 {
 }

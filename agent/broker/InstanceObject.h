@@ -1,7 +1,8 @@
 // An instance in the hands of a provider.
-#pragma once
+#ifndef AGENT_BROKER_INSTANCEOBJECT_H
+#define AGENT_BROKER_INSTANCEOBJECT_H
 
-#include "agent/broker/Objects.h"
+#include "agent/broker/objects.h"
 
 namespace cimd
 {
@@ -58,3 +59,5 @@ struct InstanceObject : CMPIInstance, Tracked
 };
 
 } // namespace cimd
+
+#endif

@@ -47,7 +47,7 @@ ProviderCall::ProviderCall(const Broker& broker, Origin origin, ResultReceiver& 
     _context->set(CMPIInvocationFlags, CimValue::uint32(origin.flags));
     _context->set(CMPIPrincipal, CimValue::string(origin.request.principal));
     _context->set(CMPIRole, CimValue::string(std::move(origin.role)));
-    _context->set(CMPIResultsAreCopied, CimValue::boolean(true)); // as Result.h says
+    _context->set(CMPIResultsAreCopied, CimValue::boolean(true)); // as result.h says
     _context->set(CMPIAcceptLanguage, CimValue::string(origin.request.acceptLanguage));
 }
 

@@ -1,8 +1,9 @@
 // One call of a provider function: its arguments, its results and its status.
-#pragma once
+#ifndef AGENT_BROKER_PROVIDERCALL_H
+#define AGENT_BROKER_PROVIDERCALL_H
 
 #include "agent/broker/Broker.h"
-#include "agent/broker/Result.h"
+#include "agent/broker/result.h"
 
 #include <optional>
 #include <string>
@@ -75,3 +76,5 @@ class ProviderCall
 [[noreturn]] void throwStatus(const CMPIStatus& status, const std::string& label);
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // A CIM date-time: 25 characters that name a point in time or an interval.
-#pragma once
+#ifndef AGENT_CIM_CIMDATETIME_H
+#define AGENT_CIM_CIMDATETIME_H
 
 #include <array>
 #include <cstdint>
@@ -46,3 +47,5 @@ class CimDateTime
 };
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // The error of a CIM operation: a status code that clients act on and a text that people read.
-#pragma once
+#ifndef AGENT_CIM_CIMERROR_H
+#define AGENT_CIM_CIMERROR_H
 
 #include <stdexcept>
 #include <string>
@@ -58,3 +59,5 @@ class CimError : public std::runtime_error
 };
 
 } // namespace cimd
+
+#endif

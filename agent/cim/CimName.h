@@ -1,5 +1,6 @@
 // A CIM element name: compared without regard to letter case, kept in the case it was declared in.
-#pragma once
+#ifndef AGENT_CIM_CIMNAME_H
+#define AGENT_CIM_CIMNAME_H
 
 #include <cstddef>
 #include <functional>
@@ -59,3 +60,5 @@ struct std::hash<cimd::CimName>
 {
     std::size_t operator()(const cimd::CimName& name) const { return name.hash(); }
 };
+
+#endif

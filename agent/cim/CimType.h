@@ -1,5 +1,6 @@
 // The CIM data types and their names on the wire.
-#pragma once
+#ifndef AGENT_CIM_CIMTYPE_H
+#define AGENT_CIM_CIMTYPE_H
 
 #include <cstdint>
 #include <optional>
@@ -56,3 +57,5 @@ std::int64_t minSigned(CimType type);
 std::int64_t maxSigned(CimType type);
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // A typed CIM value: scalar or array of any CIM type, possibly NULL.
-#pragma once
+#ifndef AGENT_CIM_CIMVALUE_H
+#define AGENT_CIM_CIMVALUE_H
 
 #include "agent/cim/CimDateTime.h"
 #include "agent/cim/CimType.h"
@@ -101,3 +102,5 @@ class CimValue
 std::string typeText(CimType type, bool isArray);
 
 } // namespace cimd
+
+#endif

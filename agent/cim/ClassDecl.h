@@ -1,5 +1,6 @@
 // Declarations of the schema: qualifiers, properties, methods, classes.
-#pragma once
+#ifndef AGENT_CIM_CLASSDECL_H
+#define AGENT_CIM_CLASSDECL_H
 
 #include "agent/cim/CimName.h"
 #include "agent/cim/CimType.h"
@@ -104,3 +105,5 @@ struct ClassDecl
 };
 
 } // namespace cimd
+
+#endif

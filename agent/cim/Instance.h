@@ -1,5 +1,6 @@
 // An instance of a CIM class: its path and its properties by name.
-#pragma once
+#ifndef AGENT_CIM_INSTANCE_H
+#define AGENT_CIM_INSTANCE_H
 
 #include "agent/cim/CimName.h"
 #include "agent/cim/CimValue.h"
@@ -52,3 +53,5 @@ class Instance
 };
 
 } // namespace cimd
+
+#endif

@@ -1,7 +1,7 @@
 // Ordered keys, comparison and text of object paths.
 #include "agent/cim/ObjectPath.h"
 
-#include "agent/cim/ValueText.h"
+#include "agent/cim/value_text.h"
 
 #include <algorithm>
 

@@ -1,5 +1,6 @@
 // The name of a class or instance: host, namespace, class and key bindings.
-#pragma once
+#ifndef AGENT_CIM_OBJECTPATH_H
+#define AGENT_CIM_OBJECTPATH_H
 
 #include "agent/cim/CimName.h"
 #include "agent/cim/CimValue.h"
@@ -61,3 +62,5 @@ class ObjectPath
 };
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // A thread that looks at things when their time has come.
-#pragma once
+#ifndef AGENT_HTTP_ALARM_H
+#define AGENT_HTTP_ALARM_H
 
 #include <atomic>
 #include <chrono>
@@ -11,7 +12,7 @@
 namespace cimd
 {
 
-/** Rings once at the start and from then on whenever it was asked to. */
+// Rings once at the start and from then on whenever it was asked to.
 class Alarm
 {
   public:
@@ -19,19 +20,17 @@ class Alarm
     using Time = Clock::time_point;
     static constexpr Time kNever = Time::max();
 
-    /**
-     * @param ring  Runs on the alarm's thread, never twice at once, and must not throw. Gets the time and
-     *              gives back when to ring next, kNever if there is no need.
-     */
+    // @param ring  Runs on the alarm's thread, never twice at once, and must not throw. Gets the time and
+    //              gives back when to ring next, kNever if there is no need.
     explicit Alarm(std::function<Time(Time now)> ring);
     ~Alarm() { stop(); }
     Alarm(const Alarm&) = delete;
     Alarm& operator=(const Alarm&) = delete;
 
-    /** Rings no more. Waits for a ring that is running. */
+    // Rings no more. Waits for a ring that is running.
     void stop();
 
-    /** Makes sure that it rings at `time` or earlier. Cheap if it would anyway; from any thread. */
+    // Makes sure that it rings at `time` or earlier. Cheap if it would anyway; from any thread.
     void ringBy(Time time);
 
   private:
@@ -46,3 +45,5 @@ class Alarm
 };
 
 } // namespace cimd
+
+#endif

@@ -1,9 +1,9 @@
 // The phases of a connection and their deadlines.
 #include "agent/http/Connection.h"
 
-#include "agent/http/JoinedWrite.h"
-#include "agent/http/ReceivedBytes.h"
-#include "agent/log/Log.h"
+#include "agent/http/joined_write.h"
+#include "agent/http/received_bytes.h"
+#include "agent/log/log.h"
 
 #include <netdb.h>
 #include <netinet/in.h>
@@ -108,7 +108,7 @@ std::uint64_t Connection::received() const
     return receivedBytes(_fd).value_or(0);
 }
 
-/** Often enough to notice the beginning of a request early, seldom enough not to matter. */
+// Often enough to notice the beginning of a request early, seldom enough not to matter.
 Connection::Time Connection::lookAgain(Time now) const
 {
     return now + std::chrono::milliseconds(_limits.requestSeconds) / 4;
@@ -171,10 +171,8 @@ void Connection::abandon()
         current->reply.close("the server is stopping");
 }
 
-/**
- * Answers a request that has not arrived whole. The library has no way to, so the bytes go straight to the
- * socket; nothing else is being sent in these phases. With TLS there is only the end of the connection.
- */
+// Answers a request that has not arrived whole. The library has no way to, so the bytes go straight to the
+// socket; nothing else is being sent in these phases. With TLS there is only the end of the connection.
 void Connection::refuse(unsigned status, const char* reason)
 {
     log(LogLevel::Warning,

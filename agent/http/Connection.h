@@ -1,10 +1,11 @@
 // One client's connection: what it is doing, and what is done when that takes too long.
-#pragma once
+#ifndef AGENT_HTTP_CONNECTION_H
+#define AGENT_HTTP_CONNECTION_H
 
 #include "agent/Limits.h"
-#include "agent/http/Message.h"
 #include "agent/http/Reply.h"
 #include "agent/http/TlsHandshake.h"
+#include "agent/http/message.h"
 
 #include <cstdint>
 #include <memory>
@@ -17,7 +18,7 @@ namespace cimd
 
 class Connection;
 
-/** One request on its way through the server. */
+// One request on its way through the server.
 struct Exchange
 {
     Exchange(const Limits& limits, SpoolArea& area, Outlet& outlet) : reply(limits, area, outlet) {}
@@ -31,40 +32,38 @@ struct Exchange
     Reply reply;
 };
 
-/**
- * Lives from the acceptance of a connection to its end, at the hand of the I/O thread. What can be called
- * from elsewhere says so.
- */
+// Lives from the acceptance of a connection to its end, at the hand of the I/O thread. What can be called
+// from elsewhere says so.
 class Connection : public Outlet
 {
   public:
     using Time = Alarm::Time;
 
-    /** What is given outlives the connection. */
+    // What is given outlives the connection.
     Connection(MHD_Connection* connection, const Limits& limits, SpoolArea& area);
 
-    /** "192.0.2.7:49152" */
+    // "192.0.2.7:49152"
     const std::string& peer() const { return _peer; }
 
     // --- the life of a request
 
     Exchange& begin();
-    /** The body is there. False if the request was cut off before. */
+    // The body is there. False if the request was cut off before.
     bool complete();
     std::shared_ptr<Exchange> exchange() const { return _exchange; }
-    /** An answer of head and chunks is about to be sent. */
+    // An answer of head and chunks is about to be sent.
     void beginStream();
-    /** The answer has been sent, or never will be. */
+    // The answer has been sent, or never will be.
     void end(const std::string& reason);
-    /** The connection is about to be closed. */
+    // The connection is about to be closed.
     void closed();
 
-    /** Any thread: ends requests that take too long. @return when to look again. */
+    // Any thread: ends requests that take too long. @return when to look again.
     Time check(Time now);
-    /** Any thread: nobody is interested in requests that have not arrived whole; the others get their
-     * answers. */
+    // Any thread: nobody is interested in requests that have not arrived whole; the others get their
+    // answers.
     void stop();
-    /** Any thread: ends whatever is going on. */
+    // Any thread: ends whatever is going on.
     void abandon();
 
     void pause() override;
@@ -102,3 +101,5 @@ class Connection : public Outlet
 };
 
 } // namespace cimd
+
+#endif

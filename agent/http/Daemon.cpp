@@ -2,7 +2,7 @@
 #include "agent/http/Daemon.h"
 
 #include "agent/http/TlsHandshake.h"
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <cerrno>
 #include <cstdarg>
@@ -24,7 +24,7 @@ namespace
 // the key later.
 constexpr const char* kPriorities = "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2:-RSA:%SERVER_PRECEDENCE";
 
-/** What libmicrohttpd has to say about connections is about clients that misbehave. */
+// What libmicrohttpd has to say about connections is about clients that misbehave.
 __attribute__((format(printf, 2, 0))) void logMessage(void*, const char* format, va_list arguments)
 {
     TlsHandshake::noteAlerts();
@@ -40,7 +40,7 @@ MHD_OptionItem number(MHD_OPTION option, std::size_t value)
     return {option, static_cast<std::intptr_t>(value), nullptr};
 }
 
-/** The library takes it as a pointer to what it does not change. */
+// The library takes it as a pointer to what it does not change.
 MHD_OptionItem text(MHD_OPTION option, const char* value)
 {
     return {option, 0, const_cast<char*>(value)};

@@ -1,5 +1,6 @@
 // A port of the server: libmicrohttpd's listener with its I/O thread.
-#pragma once
+#ifndef AGENT_HTTP_DAEMON_H
+#define AGENT_HTTP_DAEMON_H
 
 #include "agent/Limits.h"
 #include "agent/auth/TlsIdentity.h"
@@ -10,7 +11,7 @@
 namespace cimd
 {
 
-/** What libmicrohttpd calls, always on the daemon's thread. */
+// What libmicrohttpd calls, always on the daemon's thread.
 struct DaemonCallbacks
 {
     MHD_AccessHandlerCallback onRequest;
@@ -19,21 +20,21 @@ struct DaemonCallbacks
     void* self; ///< their first argument
 };
 
-/** Runs from construction to destruction. */
+// Runs from construction to destruction.
 class Daemon
 {
   public:
-    /** `tls` outlives the object and counts for a TLS socket only. Throws std::runtime_error. */
+    // `tls` outlives the object and counts for a TLS socket only. Throws std::runtime_error.
     Daemon(ListenSocket socket,
            const TlsIdentity& tls,
            const Limits& limits,
            const DaemonCallbacks& callbacks);
-    /** No connection may be suspended. */
+    // No connection may be suspended.
     ~Daemon();
     Daemon(const Daemon&) = delete;
     Daemon& operator=(const Daemon&) = delete;
 
-    /** Takes no more connections. */
+    // Takes no more connections.
     void quiesce();
 
   private:
@@ -42,3 +43,5 @@ class Daemon
 };
 
 } // namespace cimd
+
+#endif

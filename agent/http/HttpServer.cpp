@@ -8,12 +8,12 @@
 
 #include "agent/cim/CimError.h"
 #include "agent/cim/CimName.h"
-#include "agent/http/CimHeaders.h"
 #include "agent/http/Connection.h"
 #include "agent/http/Daemon.h"
-#include "agent/http/QueueResponse.h"
 #include "agent/http/WorkerPool.h"
-#include "agent/log/Log.h"
+#include "agent/http/cim_headers.h"
+#include "agent/http/queue_response.h"
+#include "agent/log/log.h"
 
 #include <algorithm>
 #include <atomic>
@@ -42,7 +42,7 @@ HttpResponse plain(unsigned status, const std::string& text)
     return {status, {{"Content-Type", "text/plain; charset=\"utf-8\""}}, text + "\n"};
 }
 
-/** What the server itself will not take. Whoever watches the log learns which limit keeps whom out. */
+// What the server itself will not take. Whoever watches the log learns which limit keeps whom out.
 HttpResponse refused(const HttpRequest& request, unsigned status, const std::string& reason)
 {
     log(LogLevel::Warning, "http", request.peer + ": HTTP " + std::to_string(status) + ": " + reason);
@@ -62,7 +62,7 @@ MHD_Result addHeader(void* to, MHD_ValueKind, const char* name, const char* valu
     return MHD_YES;
 }
 
-/** Bytes of body that the head announces; 0 when it does not say. */
+// Bytes of body that the head announces; 0 when it does not say.
 std::size_t announcedBytes(const HttpRequest& request)
 {
     const std::string* text = request.header(MHD_HTTP_HEADER_CONTENT_LENGTH);
@@ -72,7 +72,7 @@ std::size_t announcedBytes(const HttpRequest& request)
     return bytes;
 }
 
-/** Whoever announces the length of a body in two ways may mean one thing to us and another to a proxy. */
+// Whoever announces the length of a body in two ways may mean one thing to us and another to a proxy.
 bool isAmbiguous(const HttpRequest& request)
 {
     const auto saysLength = [](const HttpHeader& header)
@@ -83,7 +83,7 @@ bool isAmbiguous(const HttpRequest& request)
     return std::count_if(request.headers.begin(), request.headers.end(), saysLength) > 1;
 }
 
-/** Whether the end of the body cannot be told: it would be waited for until time is up. */
+// Whether the end of the body cannot be told: it would be waited for until time is up.
 bool isUnknownCoding(const HttpRequest& request)
 {
     const std::string* coding = request.header(MHD_HTTP_HEADER_TRANSFER_ENCODING);
@@ -331,7 +331,7 @@ class HttpServer::Impl
             exchange.reply.release();
     }
 
-    /** The answer has been made, or its first chunk. */
+    // The answer has been made, or its first chunk.
     MHD_Result reply(MHD_Connection* handle, Connection& connection)
     {
         const ExchangePtr exchange = connection.exchange();
@@ -385,7 +385,7 @@ class HttpServer::Impl
         return _running;
     }
 
-    /** Changes what stop() waits for. */
+    // Changes what stop() waits for.
     template <class Change>
     void changed(Change change)
     {

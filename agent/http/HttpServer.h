@@ -1,6 +1,7 @@
 // The HTTP/1.1 server: connections on an I/O thread of libmicrohttpd, requests answered on a bounded worker
 // pool.
-#pragma once
+#ifndef AGENT_HTTP_HTTPSERVER_H
+#define AGENT_HTTP_HTTPSERVER_H
 
 #include "agent/Limits.h"
 #include "agent/auth/TlsIdentity.h"
@@ -15,10 +16,8 @@
 namespace cimd
 {
 
-/**
- * Called when more operations than Limits::hungWorkers have not come back from their providers: the process
- * should end, for it will not get well. Comes from a thread of the server, which waits.
- */
+// Called when more operations than Limits::hungWorkers have not come back from their providers: the process
+// should end, for it will not get well. Comes from a thread of the server, which waits.
 using OnHungWorkers = std::function<void()>;
 
 struct ServerOptions
@@ -28,26 +27,24 @@ struct ServerOptions
     OnHungWorkers onHungWorkers = {};
 };
 
-/** Listens from construction to stop(). Connections are kept alive and may be pipelined. */
+// Listens from construction to stop(). Connections are kept alive and may be pipelined.
 class HttpServer
 {
   public:
-    /** Throws std::runtime_error when the server cannot start. `handler` outlives the server. */
+    // Throws std::runtime_error when the server cannot start. `handler` outlives the server.
     HttpServer(HttpHandler& handler,
                const Limits& limits,
                std::vector<ListenSocket> sockets,
                ServerOptions options = {});
-    /** Stops, waiting for a running handler however long it takes. */
+    // Stops, waiting for a running handler however long it takes.
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
 
-    /**
-     * Refuses new connections, lets every request whose head has arrived be answered, and closes. A request
-     * that comes on a kept connection meanwhile is answered 503.
-     * @return false when a handler was still running after `grace`; the server is then still usable for that
-     * handler and can only be destroyed once it returns.
-     */
+    // Refuses new connections, lets every request whose head has arrived be answered, and closes. A request
+    // that comes on a kept connection meanwhile is answered 503.
+    // @return false when a handler was still running after `grace`; the server is then still usable for that
+    // handler and can only be destroyed once it returns.
     bool stop(std::chrono::milliseconds grace);
 
   private:
@@ -56,3 +53,5 @@ class HttpServer
 };
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // The listening TCP socket, opened before anything else so that a taken port is reported at once.
-#pragma once
+#ifndef AGENT_HTTP_LISTENSOCKET_H
+#define AGENT_HTTP_LISTENSOCKET_H
 
 #include "agent/run/FileDescriptor.h"
 
@@ -9,26 +10,24 @@
 namespace cimd
 {
 
-/** Owns a listening, non-blocking TCP socket bound to one address. */
+// Owns a listening, non-blocking TCP socket bound to one address.
 class ListenSocket
 {
   public:
-    /**
-     * @param address  Numeric IPv4 or IPv6 address; an IPv6 address may stand in brackets.
-     * @param port     0 takes any free port.
-     * @param isTls    What clients should speak; nothing to the socket itself.
-     * Throws std::runtime_error naming address, port and reason.
-     */
+    // @param address  Numeric IPv4 or IPv6 address; an IPv6 address may stand in brackets.
+    // @param port     0 takes any free port.
+    // @param isTls    What clients should speak; nothing to the socket itself.
+    // Throws std::runtime_error naming address, port and reason.
     ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog, bool isTls = false);
 
     std::uint16_t port() const { return _port; }
     bool ipv6() const { return _ipv6; }
     bool isTls() const { return _isTls; }
-    /** Whether only this machine can connect. */
+    // Whether only this machine can connect.
     bool isLoopback() const { return _isLoopback; }
-    /** "http://127.0.0.1:5988" or "https://...", with brackets around an IPv6 address. */
+    // "http://127.0.0.1:5988" or "https://...", with brackets around an IPv6 address.
     std::string url() const;
-    /** Gives the descriptor away; the caller closes it. */
+    // Gives the descriptor away; the caller closes it.
     int release() { return _fd.release(); }
 
   private:
@@ -41,3 +40,5 @@ class ListenSocket
 };
 
 } // namespace cimd
+
+#endif

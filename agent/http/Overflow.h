@@ -1,5 +1,6 @@
 // What of an answer its client has not taken and memory should not hold.
-#pragma once
+#ifndef AGENT_HTTP_OVERFLOW_H
+#define AGENT_HTTP_OVERFLOW_H
 
 #include "agent/http/SpoolArea.h"
 
@@ -10,21 +11,20 @@
 namespace cimd
 {
 
-/** First in, first out, in a file. Used on one thread at a time. */
+// First in, first out, in a file. Used on one thread at a time.
 class Overflow
 {
   public:
-    /** `area` outlives the object. */
+    // `area` outlives the object.
     explicit Overflow(SpoolArea& area) : _area(area) {}
     ~Overflow() { clear(); }
     Overflow(const Overflow&) = delete;
     Overflow& operator=(const Overflow&) = delete;
 
     bool empty() const { return _read == _written; }
-    /** CimError, and nothing added, if the area is full or the file fails. */
+    // CimError, and nothing added, if the area is full or the file fails.
     void add(std::string_view bytes);
-    /** Copies at most `size` bytes and gives their number, which is 0 when empty. CimError if the file fails.
-     */
+    // Copies at most `size` bytes and gives their number, which is 0 when empty. CimError if the file fails.
     std::size_t read(char* to, std::size_t size);
     void clear();
 
@@ -36,3 +36,5 @@ class Overflow
 };
 
 } // namespace cimd
+
+#endif

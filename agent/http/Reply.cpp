@@ -2,7 +2,7 @@
 #include "agent/http/Reply.h"
 
 #include "agent/cim/CimError.h"
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <algorithm>
 #include <cstring>
@@ -17,7 +17,7 @@ namespace
 constexpr std::chrono::seconds kWaitStep{1};
 const char* const kLate = "it did not finish in time";
 
-/** For a handler that has not said how to answer. */
+// For a handler that has not said how to answer.
 HttpResponse plainLateAnswer()
 {
     constexpr unsigned kInternalError = 500;
@@ -98,7 +98,7 @@ catch (const CimError& error)
     return false;
 }
 
-/** False when the answer is closed. */
+// False when the answer is closed.
 bool Reply::waitForRoom(std::unique_lock<std::mutex>& lock)
 {
     // The time that the client takes is not the provider's.
@@ -133,7 +133,7 @@ void Reply::whenLate(std::function<HttpResponse()> late)
     _late = std::move(late);
 }
 
-/** Takes the last of an answer; `response` is the rest of one that streams. */
+// Takes the last of an answer; `response` is the rest of one that streams.
 void Reply::end(HttpResponse&& response)
 {
     if (!_isStreaming)
@@ -148,7 +148,7 @@ void Reply::end(HttpResponse&& response)
     _isComplete = true;
 }
 
-/** No time is running for the maker any more. */
+// No time is running for the maker any more.
 void Reply::hasReturned()
 {
     _late = nullptr;

@@ -1,5 +1,6 @@
 // One answer on its way from the thread that makes it to the thread that sends it.
-#pragma once
+#ifndef AGENT_HTTP_REPLY_H
+#define AGENT_HTTP_REPLY_H
 
 #include "agent/Limits.h"
 #include "agent/http/Alarm.h"
@@ -18,54 +19,52 @@
 namespace cimd
 {
 
-/** The connection that an answer leaves through, as its reply moves it. Called with the reply locked. */
+// The connection that an answer leaves through, as its reply moves it. Called with the reply locked.
 class Outlet
 {
   public:
     virtual ~Outlet() = default;
-    /** There is nothing to send at present. */
+    // There is nothing to send at present.
     virtual void pause() = 0;
-    /** There is again. Called once for each pause(). */
+    // There is again. Called once for each pause().
     virtual void goOn() = 0;
-    /** The client is to be left alone with what it got. */
+    // The client is to be left alone with what it got.
     virtual void drop() = 0;
 };
 
-/**
- * Holds what the maker has passed on and the sender has not sent: some of it in memory, more in a file, for a
- * provider that waits for a client may be holding locks that others wait for. Only when there is no room in
- * the file either the maker waits. Three threads meet here: the maker, who may be late or never come back;
- * the sender, whose client may leave; and the alarm, which ends what takes too long. Whoever is told that the
- * answer is closed owes it nothing more, so all of them share the object.
- */
+// Holds what the maker has passed on and the sender has not sent: some of it in memory, more in a file, for a
+// provider that waits for a client may be holding locks that others wait for. Only when there is no room in
+// the file either the maker waits. Three threads meet here: the maker, who may be late or never come back;
+// the sender, whose client may leave; and the alarm, which ends what takes too long. Whoever is told that the
+// answer is closed owes it nothing more, so all of them share the object.
 class Reply : public AnswerStream
 {
   public:
     using Time = Alarm::Time;
 
-    /** `area` outlives the reply; `outlet` is not used after close(). */
+    // `area` outlives the reply; `outlet` is not used after close().
     Reply(const Limits& limits, SpoolArea& area, Outlet& outlet);
 
     // --- the maker
 
-    /** Time begins to run. `writeOff` is called, with the reply locked, if it runs out. */
+    // Time begins to run. `writeOff` is called, with the reply locked, if it runs out.
     void start(Time now, std::function<void()> writeOff);
     void flush(HttpResponse& response) override;
     std::size_t taken() const override;
     void whenLate(std::function<HttpResponse()> late) override;
-    /** The last word; nothing may follow. Ignored when the answer is closed. */
+    // The last word; nothing may follow. Ignored when the answer is closed.
     void finish(HttpResponse&& response, Time now);
 
     // --- the alarm
 
-    /** Does what is due. @return when to be called again. */
+    // Does what is due. @return when to be called again.
     Time check(Time now);
-    /** Lets an answer go that is kept back. */
+    // Lets an answer go that is kept back.
     void release();
 
     // --- the sender
 
-    /** Pauses the outlet until there is something to send; not if the answer is closed. */
+    // Pauses the outlet until there is something to send; not if the answer is closed.
     void await();
 
     enum class Start
@@ -74,7 +73,7 @@ class Reply : public AnswerStream
         Stream, ///< the head of one whose body is to be read
         None    ///< the answer was closed before it was made
     };
-    /** What is to be sent first, once the outlet went on. */
+    // What is to be sent first, once the outlet went on.
     Start takeHead(HttpResponse& head);
 
     enum class Piece
@@ -84,11 +83,11 @@ class Reply : public AnswerStream
         End,
         Broken ///< the answer is incomplete and will stay so
     };
-    /** Copies at most `size` bytes of a streaming answer's body to `to` and sets `size` to their number. */
+    // Copies at most `size` bytes of a streaming answer's body to `to` and sets `size` to their number.
     Piece read(char* to, std::size_t& size);
-    /** What to send after the body; of a broken answer only. */
+    // What to send after the body; of a broken answer only.
     std::vector<HttpHeader> takeTrailers();
-    /** Nobody takes the rest: `reason` is what the maker hears. */
+    // Nobody takes the rest: `reason` is what the maker hears.
     void close(const std::string& reason);
 
   private:
@@ -135,3 +134,5 @@ class Reply : public AnswerStream
 };
 
 } // namespace cimd
+
+#endif

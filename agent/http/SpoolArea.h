@@ -1,5 +1,6 @@
 // Files for what does not fit in memory, bounded in their sum.
-#pragma once
+#ifndef AGENT_HTTP_SPOOLAREA_H
+#define AGENT_HTTP_SPOOLAREA_H
 
 #include "agent/http/ListenSocket.h"
 
@@ -12,31 +13,29 @@
 namespace cimd
 {
 
-/** What all spools share: where their files are, and how much may be in them. Used from any thread. */
+// What all spools share: where their files are, and how much may be in them. Used from any thread.
 class SpoolArea
 {
   public:
-    /**
-     * @param directory     Where files are made; it need not exist before the first one is needed.
-     * @param memoryBytes   What one spool keeps in memory before it opens a file.
-     * @param fileBytes     What all files together may hold.
-     */
+    // @param directory     Where files are made; it need not exist before the first one is needed.
+    // @param memoryBytes   What one spool keeps in memory before it opens a file.
+    // @param fileBytes     What all files together may hold.
     SpoolArea(std::string directory, std::size_t memoryBytes, std::size_t fileBytes)
         : _directory(std::move(directory)), _memoryBytes(memoryBytes), _fileBytes(fileBytes)
     {
     }
 
     std::size_t memoryBytes() const { return _memoryBytes; }
-    /** A file for reading and writing that nobody else can open. CimError (failed) with path and reason. */
+    // A file for reading and writing that nobody else can open. CimError (failed) with path and reason.
     FileDescriptor file() const;
-    /** CimError (server limits exceeded) if the files would hold more than they may. */
+    // CimError (server limits exceeded) if the files would hold more than they may.
     void take(std::size_t bytes);
     void giveBack(std::size_t bytes) { _used -= bytes; }
     std::size_t used() const { return _used; }
 
-    /** Writes all of it from `offset` on; CimError with the reason if that fails. */
+    // Writes all of it from `offset` on; CimError with the reason if that fails.
     void write(const FileDescriptor& file, std::string_view bytes, std::size_t offset) const;
-    /** Reads up to `size` bytes from `offset` on, at least one. CimError if there are none. */
+    // Reads up to `size` bytes from `offset` on, at least one. CimError if there are none.
     std::size_t read(const FileDescriptor& file, char* to, std::size_t size, std::size_t offset) const;
 
   private:
@@ -49,3 +48,5 @@ class SpoolArea
 };
 
 } // namespace cimd
+
+#endif

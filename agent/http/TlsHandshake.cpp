@@ -11,7 +11,7 @@ namespace
 
 constexpr unsigned kTls12 = 0x0303;
 
-/** Handshakes in progress. The hook gets no other way back from a session to its watcher. */
+// Handshakes in progress. The hook gets no other way back from a session to its watcher.
 thread_local std::map<gnutls_session_t, TlsHandshake*> inProgress;
 
 std::string versionName(unsigned version)

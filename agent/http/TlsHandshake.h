@@ -1,5 +1,6 @@
 // Why a TLS connection did not come about.
-#pragma once
+#ifndef AGENT_HTTP_TLSHANDSHAKE_H
+#define AGENT_HTTP_TLSHANDSHAKE_H
 
 #include <atomic>
 #include <gnutls/gnutls.h>
@@ -8,26 +9,24 @@
 namespace cimd
 {
 
-/**
- * Watches one handshake, which libmicrohttpd does and whose outcome it keeps to itself. Everything here
- * happens on the I/O thread of the connection, but for isDone().
- */
+// Watches one handshake, which libmicrohttpd does and whose outcome it keeps to itself. Everything here
+// happens on the I/O thread of the connection, but for isDone().
 class TlsHandshake
 {
   public:
-    /** The session is not used after closed(). */
+    // The session is not used after closed().
     explicit TlsHandshake(gnutls_session_t session);
     ~TlsHandshake();
     TlsHandshake(const TlsHandshake&) = delete;
     TlsHandshake& operator=(const TlsHandshake&) = delete;
 
-    /** Looks at the handshakes of this thread: the library says that something went wrong, but not where. */
+    // Looks at the handshakes of this thread: the library says that something went wrong, but not where.
     static void noteAlerts();
 
-    /** Why it failed; empty if it succeeded. `hasReceived`: the client sent something. */
+    // Why it failed; empty if it succeeded. `hasReceived`: the client sent something.
     std::string fault(bool hasReceived) const;
 
-    /** Any thread: the client has sent all that the handshake needs. */
+    // Any thread: the client has sent all that the handshake needs.
     bool isDone() const { return _isDone; }
 
   private:
@@ -46,3 +45,5 @@ class TlsHandshake
 };
 
 } // namespace cimd
+
+#endif

@@ -82,7 +82,7 @@ void WorkerPool::joinReturned()
         });
 }
 
-/** With the lock held. */
+// With the lock held.
 void WorkerPool::freePlace(Worker& worker)
 {
     if (std::exchange(worker.hasPlace, false))

@@ -1,5 +1,6 @@
 // A bounded pool of threads that run operations, so that no operation runs on an I/O thread.
-#pragma once
+#ifndef AGENT_HTTP_WORKERPOOL_H
+#define AGENT_HTTP_WORKERPOOL_H
 
 #include <condition_variable>
 #include <cstddef>
@@ -12,14 +13,12 @@
 namespace cimd
 {
 
-/**
- * Tasks start in the order of submission. At most `workers` run and `queued` wait; a place is reserved first,
- * so that a caller can refuse work before it commits to it. All members may be called from any thread.
- */
+// Tasks start in the order of submission. At most `workers` run and `queued` wait; a place is reserved first,
+// so that a caller can refuse work before it commits to it. All members may be called from any thread.
 class WorkerPool
 {
   public:
-    /** A thread of the pool, as its task knows it. */
+    // A thread of the pool, as its task knows it.
     class Worker
     {
         friend class WorkerPool;
@@ -35,31 +34,23 @@ class WorkerPool
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
 
-    /**
-     * Takes a place for one task; false when all are taken, and after join(). Each success is followed by
-     * exactly one submit().
-     */
+    // Takes a place for one task; false when all are taken, and after join(). Each success is followed by
+    // exactly one submit().
     bool reserve();
-    /** Runs a task in a reserved place. The task must not throw. */
+    // Runs a task in a reserved place. The task must not throw.
     void submit(Task task);
 
-    /**
-     * Gives the place of the running task back ahead of its end, so that whoever learns of its outcome finds
-     * the place free. For the task itself.
-     */
+    // Gives the place of the running task back ahead of its end, so that whoever learns of its outcome finds
+    // the place free. For the task itself.
     void giveBack(Worker& worker);
 
-    /**
-     * Counts no longer on a thread, which gives its place back and is replaced. It ends when its task does.
-     * To be called once for a thread and while its task runs.
-     * @return how many are written off and have not ended.
-     */
+    // Counts no longer on a thread, which gives its place back and is replaced. It ends when its task does.
+    // To be called once for a thread and while its task runs.
+    // @return how many are written off and have not ended.
     unsigned writeOff(Worker& worker);
 
-    /**
-     * Runs what was reserved, then waits for all threads to end, written off or not. Tasks may go on to use
-     * the pool meanwhile.
-     */
+    // Runs what was reserved, then waits for all threads to end, written off or not. Tasks may go on to use
+    // the pool meanwhile.
     void join();
 
   private:
@@ -80,3 +71,5 @@ class WorkerPool
 };
 
 } // namespace cimd
+
+#endif

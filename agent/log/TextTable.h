@@ -1,5 +1,6 @@
 // Tables for people: columns as wide as their widest cell.
-#pragma once
+#ifndef AGENT_LOG_TEXTTABLE_H
+#define AGENT_LOG_TEXTTABLE_H
 
 #include <cstddef>
 #include <string>
@@ -11,13 +12,13 @@ namespace cimd
 class TextTable
 {
   public:
-    /** The headings; one that starts with '>' heads a column of numbers, which stand to the right. */
+    // The headings; one that starts with '>' heads a column of numbers, which stand to the right.
     explicit TextTable(const std::vector<std::string>& headings);
 
-    /** As many cells as there are headings. */
+    // As many cells as there are headings.
     void add(std::vector<std::string> cells) { _lines.push_back(std::move(cells)); }
 
-    /** Headings and rows, without line ends. */
+    // Headings and rows, without line ends.
     std::vector<std::string> lines() const;
 
   private:
@@ -26,3 +27,5 @@ class TextTable
 };
 
 } // namespace cimd
+
+#endif

@@ -1,7 +1,7 @@
 // Writing bodies to the trace file.
 #include "agent/log/XmlTrace.h"
 
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <cerrno>
 #include <fcntl.h>

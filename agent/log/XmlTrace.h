@@ -1,5 +1,6 @@
 // A file with the bodies of requests and answers as they were on the wire.
-#pragma once
+#ifndef AGENT_LOG_XMLTRACE_H
+#define AGENT_LOG_XMLTRACE_H
 
 #include <mutex>
 #include <string>
@@ -8,21 +9,19 @@
 namespace cimd
 {
 
-/**
- * Each body stands after a line "--- time direction peer about: N bytes" and is followed by a line end. Only
- * bodies are written: credentials are in headers. Members may be called from any thread and never throw; what
- * cannot be written is lost, and the log says so once.
- */
+// Each body stands after a line "--- time direction peer about: N bytes" and is followed by a line end. Only
+// bodies are written: credentials are in headers. Members may be called from any thread and never throw; what
+// cannot be written is lost, and the log says so once.
 class XmlTrace
 {
   public:
-    /** Appends to a file that only its owner can read; "-" is standard output. Throws std::system_error. */
+    // Appends to a file that only its owner can read; "-" is standard output. Throws std::system_error.
     explicit XmlTrace(const std::string& file);
     ~XmlTrace();
     XmlTrace(const XmlTrace&) = delete;
     XmlTrace& operator=(const XmlTrace&) = delete;
 
-    /** `about` says what it is: "request", "answer", "part of an answer". */
+    // `about` says what it is: "request", "answer", "part of an answer".
     void write(std::string_view about, std::string_view peer, std::string_view body) noexcept;
 
   private:
@@ -33,3 +32,5 @@ class XmlTrace
 };
 
 } // namespace cimd
+
+#endif

@@ -1,8 +1,8 @@
 // What a request is about.
 #include "agent/ops/Call.h"
 
-#include "agent/log/Log.h"
-#include "agent/ops/Failure.h"
+#include "agent/log/log.h"
+#include "agent/ops/failure.h"
 
 namespace cimd
 {

@@ -1,14 +1,15 @@
 // One request on its way through an operation.
-#pragma once
+#ifndef AGENT_OPS_CALL_H
+#define AGENT_OPS_CALL_H
 
 #include "agent/http/HttpHandler.h"
-#include "agent/ops/Audit.h"
 #include "agent/ops/Parameters.h"
+#include "agent/ops/audit.h"
 #include "agent/pull/Enumerations.h"
 #include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
-#include "agent/xml/RequestReader.h"
 #include "agent/xml/XmlWriter.h"
+#include "agent/xml/request_reader.h"
 
 #include <chrono>
 #include <cstdint>
@@ -19,7 +20,7 @@
 namespace cimd
 {
 
-/** What an operation works with. Everything it refers to outlives it. */
+// What an operation works with. Everything it refers to outlives it.
 struct Call
 {
     std::string_view operation; ///< its name in the table of operations
@@ -41,16 +42,16 @@ struct Call
 
     const std::string& nameSpace() const { return wire.nameSpace; }
 
-    /** Says what the request is about and, with it, what to answer when time runs out. */
+    // Says what the request is about and, with it, what to answer when time runs out.
     void setSubject(const CimName& name);
 
     // Each makes its argument the subject and gives it back.
     CimName about(CimName name);
-    /** Completed with the request's namespace and with the name of a key that the client left out. */
+    // Completed with the request's namespace and with the name of a key that the client left out.
     ObjectPath about(ObjectPath path);
     Instance about(Instance instance);
 
-    /** Of an operation that changes something: says as early and as well as possible what. For the audit. */
+    // Of an operation that changes something: says as early and as well as possible what. For the audit.
     void willChange(Change what);
 
   private:
@@ -58,7 +59,7 @@ struct Call
     ObjectPath withKeyName(const ObjectPath& path, const CimValue& value) const;
 };
 
-/** Writes each result and lets it leave. */
+// Writes each result and lets it leave.
 template <class Item, class Write>
 class WritingSink : public Sink<Item>
 {
@@ -76,7 +77,7 @@ class WritingSink : public Sink<Item>
     Write _write;
 };
 
-/** A sink that calls `write` with each result. */
+// A sink that calls `write` with each result.
 template <class Item, class Write>
 WritingSink<Item, Write> sinkFor(Call& call, Write write)
 {
@@ -84,3 +85,5 @@ WritingSink<Item, Write> sinkFor(Call& call, Write write)
 }
 
 } // namespace cimd
+
+#endif

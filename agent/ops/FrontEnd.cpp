@@ -1,9 +1,9 @@
 // One HTTP request to one operation.
 #include "agent/ops/FrontEnd.h"
 
-#include "agent/cim/ValueText.h"
-#include "agent/http/CimHeaders.h"
-#include "agent/log/Log.h"
+#include "agent/cim/value_text.h"
+#include "agent/http/cim_headers.h"
+#include "agent/log/log.h"
 #include "agent/ops/TracedStream.h"
 
 #include <chrono>
@@ -32,7 +32,7 @@ std::string headerText(const HttpRequest& request, const char* name)
                            " but the message says " + quoted(inMessage));
 }
 
-/** The object an extrinsic call is about, or nothing if its path is faulty: the operation reports that. */
+// The object an extrinsic call is about, or nothing if its path is faulty: the operation reports that.
 std::optional<ObjectPath> targetOf(const WireRequest& wire, const Limits& limits)
 try
 {
@@ -64,7 +64,7 @@ std::string counted(std::uint64_t number, const char* what)
     return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
 }
 
-/** An operation that has been answered, as the log and the counters see it. */
+// An operation that has been answered, as the log and the counters see it.
 struct Done
 {
     const RequestContext& context;
@@ -74,7 +74,7 @@ struct Done
     std::uint64_t bytes; // of the answer's body
 };
 
-/** "GetInstance VRAX_FCPort: 192.0.2.7:49152 as alice: ok (532 us, 1 result, 1804 bytes)" */
+// "GetInstance VRAX_FCPort: 192.0.2.7:49152 as alice: ok (532 us, 1 result, 1804 bytes)"
 void logOperation(const Done& done)
 {
     const auto& error = done.outcome.error;

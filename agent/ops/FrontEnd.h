@@ -1,5 +1,6 @@
 // The CIM-XML side of the HTTP server: checks heads, reads messages, runs operations, logs each of them.
-#pragma once
+#ifndef AGENT_OPS_FRONTEND_H
+#define AGENT_OPS_FRONTEND_H
 
 #include "agent/http/HttpHandler.h"
 #include "agent/log/XmlTrace.h"
@@ -9,7 +10,7 @@
 namespace cimd
 {
 
-/** Who is told of each request; null for nobody. */
+// Who is told of each request; null for nobody.
 struct Watch
 {
     InFlight* inFlight = nullptr;
@@ -20,10 +21,8 @@ struct Watch
 class FrontEnd : public HttpHandler
 {
   public:
-    /**
-     * `service` and what `watch` points to outlive the object. Large results that wait to be pulled go to
-     * files in `spoolDirectory`.
-     */
+    // `service` and what `watch` points to outlive the object. Large results that wait to be pulled go to
+    // files in `spoolDirectory`.
     FrontEnd(CimService& service,
              const Limits& limits,
              const Watch& watch = {},
@@ -44,3 +43,5 @@ class FrontEnd : public HttpHandler
 };
 
 } // namespace cimd
+
+#endif

@@ -2,7 +2,7 @@
 #include "agent/ops/LogInGate.h"
 
 #include "agent/cim/CimName.h"
-#include "agent/http/CimHeaders.h"
+#include "agent/http/cim_headers.h"
 
 #include <algorithm>
 

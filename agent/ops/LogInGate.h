@@ -1,5 +1,6 @@
 // Lets only clients with the right credentials through to the operations.
-#pragma once
+#ifndef AGENT_OPS_LOGINGATE_H
+#define AGENT_OPS_LOGINGATE_H
 
 #include "agent/Limits.h"
 #include "agent/auth/Authenticator.h"
@@ -8,16 +9,14 @@
 namespace cimd
 {
 
-/**
- * Stands between the HTTP server and the handler of requests, which sees only requests of known users,
- * without their Authorization header. What the handler refuses by the head alone, it refuses before anybody
- * is asked for credentials; that includes the answer to OPTIONS, which says nothing but what every cimd can
- * do.
- */
+// Stands between the HTTP server and the handler of requests, which sees only requests of known users,
+// without their Authorization header. What the handler refuses by the head alone, it refuses before anybody
+// is asked for credentials; that includes the answer to OPTIONS, which says nothing but what every cimd can
+// do.
 class LogInGate : public HttpHandler
 {
   public:
-    /** `inside` and `authenticator` outlive the object. */
+    // `inside` and `authenticator` outlive the object.
     LogInGate(HttpHandler& inside, Authenticator& authenticator, const Limits& limits)
         : _inside(inside), _authenticator(authenticator), _limits(limits)
     {
@@ -33,3 +32,5 @@ class LogInGate : public HttpHandler
 };
 
 } // namespace cimd
+
+#endif

@@ -1,8 +1,8 @@
 // The table of operations, and what all of them have in common.
 #include "agent/ops/Operations.h"
 
-#include "agent/ops/Calls.h"
-#include "agent/ops/Failure.h"
+#include "agent/ops/calls.h"
+#include "agent/ops/failure.h"
 #include "agent/xml/ResponseWriter.h"
 
 #include <exception>
@@ -71,7 +71,7 @@ const Operation& operationFor(const WireRequest& request)
     throw CimError(CimStatus::NotSupported, "operation " + request.method + " is not supported");
 }
 
-/** The late answer of a request must not be made when the request is gone. */
+// The late answer of a request must not be made when the request is gone.
 class LateScope
 {
   public:

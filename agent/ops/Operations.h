@@ -1,13 +1,14 @@
 // From a parsed CIM-XML request to the service and back to a CIM-XML response.
-#pragma once
+#ifndef AGENT_OPS_OPERATIONS_H
+#define AGENT_OPS_OPERATIONS_H
 
 #include "agent/Limits.h"
 #include "agent/http/HttpHandler.h"
-#include "agent/ops/Audit.h"
+#include "agent/ops/audit.h"
 #include "agent/pull/Enumerations.h"
 #include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
-#include "agent/xml/RequestReader.h"
+#include "agent/xml/request_reader.h"
 
 #include <cstdint>
 #include <optional>
@@ -17,7 +18,7 @@
 namespace cimd
 {
 
-/** What became of a request, for the log. */
+// What became of a request, for the log.
 struct Outcome
 {
     std::string_view operation;    ///< name from the table of operations; empty for an unknown one
@@ -27,20 +28,18 @@ struct Outcome
     std::optional<CimError> error; ///< what the client was told, if the operation failed
 };
 
-/** Any number of threads may run operations. */
+// Any number of threads may run operations.
 class Operations
 {
   public:
-    /** `service` outlives the object. */
+    // `service` outlives the object.
     Operations(CimService& service, const Limits& limits, std::string spoolDirectory);
 
-    /**
-     * Runs the request and writes the response message, errors included, to the body of `response`, whose
-     * pieces leave through `stream`: nothing is thrown but lack of memory. When an operation fails after it
-     * produced results, the body holds the error alone and the trailers say it, too.
-     * @param host   How the client addressed this server; stands in the INSTANCEPATHs of the answer.
-     * @param entry  Is told what the request is about as soon as that is known.
-     */
+    // Runs the request and writes the response message, errors included, to the body of `response`, whose
+    // pieces leave through `stream`: nothing is thrown but lack of memory. When an operation fails after it
+    // produced results, the body holds the error alone and the trailers say it, too.
+    // @param host   How the client addressed this server; stands in the INSTANCEPATHs of the answer.
+    // @param entry  Is told what the request is about as soon as that is known.
     Outcome run(const RequestContext& context,
                 const std::string& host,
                 const WireRequest& request,
@@ -56,3 +55,5 @@ class Operations
 };
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // The parameters of an intrinsic operation, taken by name and checked.
-#pragma once
+#ifndef AGENT_OPS_PARAMETERS_H
+#define AGENT_OPS_PARAMETERS_H
 
 #include "agent/cim/Instance.h"
 #include "agent/service/CimService.h"
@@ -14,38 +15,36 @@
 namespace cimd
 {
 
-/**
- * Each reader marks its parameter as known. A parameter without a value is NULL and counts as not given. What
- * is wrong (repeated, of the wrong type, missing though required) throws CimError InvalidParameter with the
- * parameter's name.
- */
+// Each reader marks its parameter as known. A parameter without a value is NULL and counts as not given. What
+// is wrong (repeated, of the wrong type, missing though required) throws CimError InvalidParameter with the
+// parameter's name.
 class Parameters
 {
   public:
-    /** `elements` are IPARAMVALUE elements. A property list may name `maxProperties`. */
+    // `elements` are IPARAMVALUE elements. A property list may name `maxProperties`.
     Parameters(const std::vector<XmlElement>& elements,
                const ElementReader& reader,
                std::size_t maxProperties);
 
     bool boolean(const char* name, bool byDefault);
-    /** Empty when not given. */
+    // Empty when not given.
     std::string text(const char* name);
     std::string requiredText(const char* name);
     std::optional<std::uint32_t> uint32(const char* name);
     std::uint32_t requiredUint32(const char* name);
-    /** Empty when not given. */
+    // Empty when not given.
     CimName className(const char* name);
     CimName requiredClassName(const char* name);
     ObjectPath instanceName(const char* name);
-    /** An instance name where a class name could stand too; that throws NotSupported. */
+    // An instance name where a class name could stand too; that throws NotSupported.
     ObjectPath objectName(const char* name);
     PropertyList propertyList(const char* name);
     Instance instance(const char* name);
     Instance namedInstance(const char* name);
-    /** A value that may be of any type, and whether its element says of which; NULL when not given. */
+    // A value that may be of any type, and whether its element says of which; NULL when not given.
     Argument value(const char* name);
 
-    /** Throws if a parameter is left that no reader asked for. */
+    // Throws if a parameter is left that no reader asked for.
     void finish() const;
 
   private:
@@ -56,7 +55,7 @@ class Parameters
         bool known;
     };
 
-    /** The value's element, an empty handle for NULL. */
+    // The value's element, an empty handle for NULL.
     XmlElement find(const char* name);
     XmlElement require(const char* name);
 
@@ -65,7 +64,7 @@ class Parameters
     const std::size_t _maxProperties;
 };
 
-/** Runs a reader and puts the parameter's name before its complaint. */
+// Runs a reader and puts the parameter's name before its complaint.
 template <class Read>
 auto named(std::string_view parameter, Read read)
 {
@@ -80,3 +79,5 @@ auto named(std::string_view parameter, Read read)
 }
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // Writes to the trace what leaves through an answer's stream.
-#pragma once
+#ifndef AGENT_OPS_TRACEDSTREAM_H
+#define AGENT_OPS_TRACEDSTREAM_H
 
 #include "agent/http/HttpHandler.h"
 #include "agent/log/XmlTrace.h"
@@ -11,7 +12,7 @@
 namespace cimd
 {
 
-/** Stands before the stream of one answer; all that it refers to outlives it. */
+// Stands before the stream of one answer; all that it refers to outlives it.
 class TracedStream : public AnswerStream
 {
   public:
@@ -47,7 +48,7 @@ class TracedStream : public AnswerStream
             });
     }
 
-    /** What is left of the answer when the handler has returned it. */
+    // What is left of the answer when the handler has returned it.
     void finish(const HttpResponse& response)
     {
         const char* const about = _wasLate       ? "dropped answer to"
@@ -65,3 +66,5 @@ class TracedStream : public AnswerStream
 };
 
 } // namespace cimd
+
+#endif

@@ -3,7 +3,7 @@
 
 #include "agent/broker/ProviderCall.h"
 #include "agent/cim/CimError.h"
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <cstddef>
 #include <cstring>

@@ -1,5 +1,6 @@
 // A provider: its management interfaces, created when first needed.
-#pragma once
+#ifndef AGENT_PROVIDERS_PROVIDER_H
+#define AGENT_PROVIDERS_PROVIDER_H
 
 #include "agent/broker/Broker.h"
 #include "agent/providers/ProviderLibrary.h"
@@ -78,3 +79,5 @@ class Provider
 };
 
 } // namespace cimd
+
+#endif

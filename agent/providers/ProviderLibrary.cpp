@@ -1,7 +1,7 @@
 // Loading of provider libraries.
 #include "agent/providers/ProviderLibrary.h"
 
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <dlfcn.h>
 #include <stdexcept>

@@ -1,5 +1,6 @@
 // A loaded provider library.
-#pragma once
+#ifndef AGENT_PROVIDERS_PROVIDERLIBRARY_H
+#define AGENT_PROVIDERS_PROVIDERLIBRARY_H
 
 #include <string>
 
@@ -30,3 +31,5 @@ class ProviderLibrary
 };
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // All registered providers, found by class.
-#pragma once
+#ifndef AGENT_PROVIDERS_PROVIDERMANAGER_H
+#define AGENT_PROVIDERS_PROVIDERMANAGER_H
 
 #include "agent/broker/Broker.h"
 #include "agent/providers/Provider.h"
@@ -75,3 +76,5 @@ class ProviderManager
 };
 
 } // namespace cimd
+
+#endif

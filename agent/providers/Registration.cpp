@@ -105,7 +105,6 @@ void Reader::types(std::string_view value)
 {
     Registration& current = _entries.back();
     for (const std::string& word : words(value))
-    {
         if (word == "instance")
             current.instance = true;
         else if (word == "association")
@@ -116,7 +115,6 @@ void Reader::types(std::string_view value)
             current.indication = true;
         else
             fail("type \"" + word + "\" is none of instance, association, method, indication");
-    }
 }
 
 void Reader::checkLast() const

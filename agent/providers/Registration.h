@@ -1,5 +1,6 @@
 // The registration file: which class is served by which provider of which library.
-#pragma once
+#ifndef AGENT_PROVIDERS_REGISTRATION_H
+#define AGENT_PROVIDERS_REGISTRATION_H
 
 #include "agent/cim/CimName.h"
 
@@ -54,3 +55,5 @@ std::vector<Registration> loadRegistrations(const std::string& file);
 std::vector<Registration> parseRegistrations(std::string_view text, const std::string& name);
 
 } // namespace cimd
+
+#endif

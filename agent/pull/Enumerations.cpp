@@ -18,7 +18,7 @@ namespace cimd
 namespace
 {
 
-/** 128 bits from the kernel, in hexadecimal. */
+// 128 bits from the kernel, in hexadecimal.
 std::string randomName()
 {
     unsigned char bytes[16];

@@ -1,5 +1,6 @@
 // The enumerations that clients have opened and not yet pulled to their end.
-#pragma once
+#ifndef AGENT_PULL_ENUMERATIONS_H
+#define AGENT_PULL_ENUMERATIONS_H
 
 #include "agent/Limits.h"
 #include "agent/cim/CimName.h"
@@ -19,14 +20,14 @@
 namespace cimd
 {
 
-/** What is pulled from an enumeration. */
+// What is pulled from an enumeration.
 enum class PullContent
 {
     Instances,
     Paths
 };
 
-/** Who opened an enumeration, and where: no other user may go on with it, nor in another namespace. */
+// Who opened an enumeration, and where: no other user may go on with it, nor in another namespace.
 struct EnumerationOwner
 {
     std::string principal; ///< empty if nobody had to log in
@@ -34,10 +35,8 @@ struct EnumerationOwner
     std::string address = {}; ///< tells clients apart that have the same user; a client may change it
 };
 
-/**
- * Holds the results of each enumeration in a spool until they are pulled, the client closes it, or nothing
- * was asked of it for its timeout. Names of enumerations cannot be guessed. Used from any thread.
- */
+// Holds the results of each enumeration in a spool until they are pulled, the client closes it, or nothing
+// was asked of it for its timeout. Names of enumerations cannot be guessed. Used from any thread.
 class Enumerations
 {
   public:
@@ -61,7 +60,7 @@ class Enumerations
         bool isBusy = false;
     };
 
-    /** The use of one enumeration by one operation. Ends the enumeration unless it is kept. */
+    // The use of one enumeration by one operation. Ends the enumeration unless it is kept.
     class Use
     {
       public:
@@ -73,11 +72,11 @@ class Enumerations
         Use(const Use&) = delete;
         Use& operator=(const Use&) = delete;
 
-        /** The EnumerationContext that clients get. */
+        // The EnumerationContext that clients get.
         const std::string& name() const { return _name; }
         const CimName& className() const { return _enumeration.className; }
         Spool& spool() { return _enumeration.spool; }
-        /** The client may pull on; its timeout starts anew when the use ends. */
+        // The client may pull on; its timeout starts anew when the use ends.
         void keep() { _isKept = true; }
 
       private:
@@ -87,32 +86,26 @@ class Enumerations
         bool _isKept = false;
     };
 
-    /**
-     * The time an enumeration gets, from what its client asked for. CimError (invalid operation timeout) for
-     * more than the longest one and for 0, which would be for ever.
-     */
+    // The time an enumeration gets, from what its client asked for. CimError (invalid operation timeout) for
+    // more than the longest one and for 0, which would be for ever.
     std::chrono::seconds timeout(std::optional<std::uint32_t> wanted) const;
 
-    /** An empty spool for results. */
+    // An empty spool for results.
     Spool spool() { return Spool(_area); }
 
-    /**
-     * CimError (server limits exceeded) if there are too many, of all clients or of this one; the oldest are
-     * not given up for new ones.
-     */
+    // CimError (server limits exceeded) if there are too many, of all clients or of this one; the oldest are
+    // not given up for new ones.
     Use add(Enumeration enumeration);
 
-    /**
-     * The enumeration of the name, for one operation. CimError: invalid enumeration context if there is none
-     * (any more), it is somebody else's or holds something else; invalid namespace if it was opened in
-     * another one; failed if another operation is using it.
-     */
+    // The enumeration of the name, for one operation. CimError: invalid enumeration context if there is none
+    // (any more), it is somebody else's or holds something else; invalid namespace if it was opened in
+    // another one; failed if another operation is using it.
     Use use(const std::string& name, const EnumerationOwner& owner, PullContent content);
 
-    /** Ends an enumeration. CimErrors as above, but cannot be abandoned while it is being pulled. */
+    // Ends an enumeration. CimErrors as above, but cannot be abandoned while it is being pulled.
     void close(const std::string& name, const EnumerationOwner& owner);
 
-    /** Gives up those whose time is over. Costs nothing worth mentioning when there are none. */
+    // Gives up those whose time is over. Costs nothing worth mentioning when there are none.
     void expire();
 
     std::size_t size() const { return _size; }
@@ -136,3 +129,5 @@ class Enumerations
 };
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // A queue of encoded results that keeps what exceeds its share of memory in a file without a name.
-#pragma once
+#ifndef AGENT_PULL_SPOOL_H
+#define AGENT_PULL_SPOOL_H
 
 #include "agent/http/SpoolArea.h"
 
@@ -10,20 +11,18 @@
 namespace cimd
 {
 
-/**
- * First in, first out: all items are added, then seal() is called, then they are taken. Used on one thread at
- * a time. Failures of the file are CimErrors that name the directory.
- */
+// First in, first out: all items are added, then seal() is called, then they are taken. Used on one thread at
+// a time. Failures of the file are CimErrors that name the directory.
 class Spool
 {
   public:
-    /** `area` outlives the spool. */
+    // `area` outlives the spool.
     explicit Spool(SpoolArea& area) : _area(&area) {}
     ~Spool();
     Spool(Spool&& other) noexcept;
     Spool& operator=(Spool&&) = delete;
 
-    /** Two texts, such as an instance's path and the instance. */
+    // Two texts, such as an instance's path and the instance.
     struct Item
     {
         std::string_view head;
@@ -31,18 +30,18 @@ class Spool
     };
 
     void add(const Item& item);
-    /** No more will be added. */
+    // No more will be added.
     void seal();
-    /** Items not yet taken. */
+    // Items not yet taken.
     std::size_t size() const { return _count; }
-    /** The oldest item; its texts live until the next call. There must be one. */
+    // The oldest item; its texts live until the next call. There must be one.
     Item take();
-    /** Gives up the memory that reading from a file takes; to be called before a longer pause. */
+    // Gives up the memory that reading from a file takes; to be called before a longer pause.
     void rest();
 
   private:
     void flush();
-    /** Makes the next `bytes` bytes readable at `_at`. */
+    // Makes the next `bytes` bytes readable at `_at`.
     void need(std::size_t bytes);
     std::size_t takeLength();
 
@@ -56,3 +55,5 @@ class Spool
 };
 
 } // namespace cimd
+
+#endif

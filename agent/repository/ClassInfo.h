@@ -1,5 +1,6 @@
 // One class of the repository with what it inherits resolved.
-#pragma once
+#ifndef AGENT_REPOSITORY_CLASSINFO_H
+#define AGENT_REPOSITORY_CLASSINFO_H
 
 #include "agent/cim/ClassDecl.h"
 #include "agent/cim/Instance.h"
@@ -85,3 +86,5 @@ class ClassInfo
 };
 
 } // namespace cimd
+
+#endif

@@ -1,7 +1,7 @@
 // Building and searching the class repository.
 #include "agent/repository/ClassRepository.h"
 
-#include "agent/repository/RepositoryReader.h"
+#include "agent/repository/repository_reader.h"
 
 #include <algorithm>
 #include <fstream>

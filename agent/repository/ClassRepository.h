@@ -1,5 +1,6 @@
 // All classes and qualifier declarations the agent knows, loaded once at start.
-#pragma once
+#ifndef AGENT_REPOSITORY_CLASSREPOSITORY_H
+#define AGENT_REPOSITORY_CLASSREPOSITORY_H
 
 #include "agent/cim/ClassDecl.h"
 #include "agent/repository/ClassInfo.h"
@@ -54,3 +55,5 @@ class ClassRepository
 };
 
 } // namespace cimd
+
+#endif

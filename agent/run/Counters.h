@@ -1,5 +1,6 @@
 // What was asked for since the start, per class and operation.
-#pragma once
+#ifndef AGENT_RUN_COUNTERS_H
+#define AGENT_RUN_COUNTERS_H
 
 #include "agent/cim/CimName.h"
 
@@ -14,14 +15,12 @@
 namespace cimd
 {
 
-/**
- * Has rows for known classes only, so that clients cannot make it grow. Any number of threads may count; they
- * meet only over the same class, for the time of a few additions.
- */
+// Has rows for known classes only, so that clients cannot make it grow. Any number of threads may count; they
+// meet only over the same class, for the time of a few additions.
 class Counters
 {
   public:
-    /** Requests about other classes are counted as being about "(unknown)", those about none as "-". */
+    // Requests about other classes are counted as being about "(unknown)", those about none as "-".
     explicit Counters(const std::vector<CimName>& classes);
     ~Counters();
     Counters(const Counters&) = delete;
@@ -38,7 +37,7 @@ class Counters
     };
     void add(const Call& call);
 
-    /** Lines of a table: classes in the order given, their operations in order of first use, and a sum. */
+    // Lines of a table: classes in the order given, their operations in order of first use, and a sum.
     std::vector<std::string> table() const;
 
   private:
@@ -50,3 +49,5 @@ class Counters
 };
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // An open file, socket or pipe with an owner.
-#pragma once
+#ifndef AGENT_RUN_FILEDESCRIPTOR_H
+#define AGENT_RUN_FILEDESCRIPTOR_H
 
 #include <unistd.h>
 #include <utility>
@@ -7,7 +8,7 @@
 namespace cimd
 {
 
-/** Closes a file descriptor at the end of its scope. */
+// Closes a file descriptor at the end of its scope.
 class FileDescriptor
 {
   public:
@@ -24,7 +25,7 @@ class FileDescriptor
         return *this;
     }
     int get() const { return _fd; }
-    /** Gives the descriptor away; the caller closes it. */
+    // Gives the descriptor away; the caller closes it.
     int release() { return std::exchange(_fd, -1); }
 
   private:
@@ -32,3 +33,5 @@ class FileDescriptor
 };
 
 } // namespace cimd
+
+#endif

@@ -2,7 +2,7 @@
 // write may see a mixture, which is good enough for a log, but no data race.
 #include "agent/run/InFlight.h"
 
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 
 #include <array>
 #include <cstdint>

@@ -1,5 +1,6 @@
 // The requests being answered, kept in memory that outlives a crash of the process that answers them.
-#pragma once
+#ifndef AGENT_RUN_INFLIGHT_H
+#define AGENT_RUN_INFLIGHT_H
 
 #include "agent/run/SharedArray.h"
 
@@ -13,16 +14,14 @@
 namespace cimd
 {
 
-/**
- * A fixed number of places in a mapping that is shared with processes forked later. A request that finds no
- * free place is answered without being recorded. All members may be called from any thread.
- */
+// A fixed number of places in a mapping that is shared with processes forked later. A request that finds no
+// free place is answered without being recorded. All members may be called from any thread.
 class InFlight
 {
     struct Slot;
 
   public:
-    /** Throws std::system_error when there is no memory. */
+    // Throws std::system_error when there is no memory.
     explicit InFlight(std::size_t slots);
     ~InFlight();
     InFlight(const InFlight&) = delete;
@@ -36,32 +35,30 @@ class InFlight
         std::chrono::milliseconds age;
         bool isCulprit; ///< The process crashed on this request's thread.
 
-        /** "GetInstance VRAX_FCPort: 192.0.2.7:49152: in flight for 0.003 s, crashed here" */
+        // "GetInstance VRAX_FCPort: 192.0.2.7:49152: in flight for 0.003 s, crashed here"
         std::string text() const;
     };
 
-    /** A request that comes or goes meanwhile may be missing or have mixed texts. */
+    // A request that comes or goes meanwhile may be missing or have mixed texts.
     std::vector<Request> list() const;
-    /** Frees all places; for the survivor of a process that took them. */
+    // Frees all places; for the survivor of a process that took them.
     void clear();
 
-    /**
-     * Marks the request of the calling thread as the one that the process crashed on. Can be called from a
-     * signal handler.
-     */
+    // Marks the request of the calling thread as the one that the process crashed on. Can be called from a
+    // signal handler.
     static void markCulprit() noexcept;
 
-    /** Holds a place for the scope of a request; lives on the thread that answers it. */
+    // Holds a place for the scope of a request; lives on the thread that answers it.
     class Entry
     {
       public:
-        /** Records nothing for a null table, which outlives the entry. */
+        // Records nothing for a null table, which outlives the entry.
         Entry(InFlight* table, std::string_view operation, std::string_view peer);
         ~Entry();
         Entry(const Entry&) = delete;
         Entry& operator=(const Entry&) = delete;
 
-        /** Says which class the request is about. */
+        // Says which class the request is about.
         void about(std::string_view className);
 
       private:
@@ -78,3 +75,5 @@ class InFlight
 };
 
 } // namespace cimd
+
+#endif

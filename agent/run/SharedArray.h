@@ -1,5 +1,6 @@
 // Memory that processes forked later share with this one.
-#pragma once
+#ifndef AGENT_RUN_SHAREDARRAY_H
+#define AGENT_RUN_SHAREDARRAY_H
 
 #include <cerrno>
 #include <cstddef>
@@ -10,12 +11,12 @@
 namespace cimd
 {
 
-/** A fixed number of items that start as zero bytes. They are never constructed or destroyed. */
+// A fixed number of items that start as zero bytes. They are never constructed or destroyed.
 template <class Item>
 class SharedArray
 {
   public:
-    /** Throws std::system_error when there is no memory. */
+    // Throws std::system_error when there is no memory.
     explicit SharedArray(std::size_t size)
         : _size(size),
           _items(static_cast<Item*>(
@@ -40,3 +41,5 @@ class SharedArray
 };
 
 } // namespace cimd
+
+#endif

@@ -1,9 +1,9 @@
 // The watching process.
 #include "agent/run/Supervisor.h"
 
-#include "agent/log/Log.h"
-#include "agent/run/ExitStatus.h"
-#include "agent/run/Signals.h"
+#include "agent/log/log.h"
+#include "agent/run/exit_status.h"
+#include "agent/run/signals.h"
 
 #include <cerrno>
 #include <csignal>

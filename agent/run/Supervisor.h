@@ -1,5 +1,6 @@
 // Keeps a serving process running: one that crashes is reported and replaced at once.
-#pragma once
+#ifndef AGENT_RUN_SUPERVISOR_H
+#define AGENT_RUN_SUPERVISOR_H
 
 #include "agent/Limits.h"
 #include "agent/run/InFlight.h"
@@ -16,13 +17,13 @@
 namespace cimd
 {
 
-/** Tells bad luck from a program that cannot run. */
+// Tells bad luck from a program that cannot run.
 class CrashStreak
 {
   public:
     CrashStreak(unsigned most, std::chrono::seconds within) : _most(most), _within(within) {}
 
-    /** Counts a crash that came so long after the start; true when it was one too many. */
+    // Counts a crash that came so long after the start; true when it was one too many.
     bool add(std::chrono::milliseconds lived);
     unsigned length() const { return _length; }
 
@@ -32,29 +33,25 @@ class CrashStreak
     unsigned _length = 0;
 };
 
-/**
- * Forks the process that serves and watches it from a process that does nothing else: no threads, no
- * provider, no client. What the parent opened before, above all the listening sockets, every serving process
- * inherits, so clients that connect between two of them are served by the second.
- */
+// Forks the process that serves and watches it from a process that does nothing else: no threads, no
+// provider, no client. What the parent opened before, above all the listening sockets, every serving process
+// inherits, so clients that connect between two of them are served by the second.
 class Supervisor
 {
   public:
-    /** `inFlight` outlives the object. The calling process has no threads. */
+    // `inFlight` outlives the object. The calling process has no threads.
     Supervisor(const Limits& limits, InFlight& inFlight);
 
-    /**
-     * Returns in each serving process, with nothing, and in the parent when all is over, with the status to
-     * exit with. SIGTERM, SIGINT and SIGHUP stop the serving process (as SIGTERM; a second one kills it),
-     * SIGUSR1 is passed on. Ends of the serving process that nobody asked for are followed by a new one, but
-     * for kExitNotStarted before any was ready.
-     * @param stopListening  Called in the parent when it is told to stop, so that clients are turned away.
-     */
+    // Returns in each serving process, with nothing, and in the parent when all is over, with the status to
+    // exit with. SIGTERM, SIGINT and SIGHUP stop the serving process (as SIGTERM; a second one kills it),
+    // SIGUSR1 is passed on. Ends of the serving process that nobody asked for are followed by a new one, but
+    // for kExitNotStarted before any was ready.
+    // @param stopListening  Called in the parent when it is told to stop, so that clients are turned away.
     std::optional<int> run(const std::function<void()>& stopListening);
 
-    /** For a serving process that is ready: true if none was before. */
+    // For a serving process that is ready: true if none was before.
     bool isFirstReady();
-    /** Whether any serving process has become ready. */
+    // Whether any serving process has become ready.
     bool hasBeenReady() const { return _ready[0] != 0; }
 
   private:
@@ -72,3 +69,5 @@ class Supervisor
 };
 
 } // namespace cimd
+
+#endif

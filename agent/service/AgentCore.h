@@ -1,5 +1,6 @@
 // The agent without its wire side: repository, broker, providers and the service over them.
-#pragma once
+#ifndef AGENT_SERVICE_AGENTCORE_H
+#define AGENT_SERVICE_AGENTCORE_H
 
 #include "agent/broker/Broker.h"
 #include "agent/providers/ProviderManager.h"
@@ -52,3 +53,5 @@ class AgentCore
 };
 
 } // namespace cimd
+
+#endif

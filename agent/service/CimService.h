@@ -1,5 +1,6 @@
 // The operations of a CIM server, as the wire side asks for them and the provider side answers them.
-#pragma once
+#ifndef AGENT_SERVICE_CIMSERVICE_H
+#define AGENT_SERVICE_CIMSERVICE_H
 
 #include "agent/cim/CimError.h"
 #include "agent/cim/CimName.h"
@@ -253,3 +254,5 @@ class CimService
 };
 
 } // namespace cimd
+
+#endif

@@ -1,8 +1,8 @@
 // Spelling and typing of requests as the schema declares them.
 #include "agent/service/InputCheck.h"
 
-#include "agent/cim/Coercion.h"
-#include "agent/repository/Completion.h"
+#include "agent/cim/coercion.h"
+#include "agent/repository/completion.h"
 
 #include <algorithm>
 #include <set>

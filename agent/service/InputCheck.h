@@ -1,5 +1,6 @@
 // Checks of what clients send against the schema; every mistake is answered with a CimError that names it.
-#pragma once
+#ifndef AGENT_SERVICE_INPUTCHECK_H
+#define AGENT_SERVICE_INPUTCHECK_H
 
 #include "agent/cim/CimError.h"
 #include "agent/cim/Instance.h"
@@ -46,3 +47,5 @@ class InputCheck
 };
 
 } // namespace cimd
+
+#endif

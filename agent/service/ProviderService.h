@@ -1,5 +1,6 @@
 // The CIM operations, answered by providers and the class repository.
-#pragma once
+#ifndef AGENT_SERVICE_PROVIDERSERVICE_H
+#define AGENT_SERVICE_PROVIDERSERVICE_H
 
 #include "agent/broker/Broker.h"
 #include "agent/broker/ProviderCall.h"
@@ -170,3 +171,5 @@ class ProviderService : public CimService
 };
 
 } // namespace cimd
+
+#endif

@@ -1,8 +1,8 @@
 // From elements to values.
 #include "agent/xml/ElementReader.h"
 
-#include "agent/cim/ValueText.h"
-#include "agent/xml/XmlCheck.h"
+#include "agent/cim/value_text.h"
+#include "agent/xml/xml_check.h"
 
 namespace cimd
 {
@@ -10,7 +10,7 @@ namespace cimd
 namespace
 {
 
-/** The element's one child element. */
+// The element's one child element.
 XmlElement onlyChild(XmlElement element)
 {
     const XmlElement child = firstChild(element);
@@ -21,7 +21,7 @@ XmlElement onlyChild(XmlElement element)
     return child;
 }
 
-/** Character data of an element that must not hold elements. */
+// Character data of an element that must not hold elements.
 std::string plainText(XmlElement element)
 {
     if (const XmlElement child = firstChild(element))
@@ -47,7 +47,7 @@ CimType typeAttribute(XmlElement element, const char* attribute)
     return *type;
 }
 
-/** Type of a string element that may carry an embedded object; the attribute also occurs in capitals. */
+// Type of a string element that may carry an embedded object; the attribute also occurs in capitals.
 CimType withEmbedding(XmlElement element, CimType type)
 {
     for (const char* name : {"EmbeddedObject", "EMBEDDEDOBJECT"})

@@ -1,5 +1,6 @@
 // Reads the value elements of CIM-XML: names, paths, values, instances and arguments.
-#pragma once
+#ifndef AGENT_XML_ELEMENTREADER_H
+#define AGENT_XML_ELEMENTREADER_H
 
 #include "agent/Limits.h"
 #include "agent/cim/CimError.h"
@@ -15,33 +16,29 @@
 namespace cimd
 {
 
-/**
- * Elements and attributes are those of DSP0201. What is not as it must be (a missing attribute, a text that
- * is not of its type, an element in the wrong place) throws CimError InvalidParameter with a text that names
- * element and fault. Qualifiers of instances are skipped; attributes that nobody knows are ignored.
- */
+// Elements and attributes are those of DSP0201. What is not as it must be (a missing attribute, a text that
+// is not of its type, an element in the wrong place) throws CimError InvalidParameter with a text that names
+// element and fault. Qualifiers of instances are skipped; attributes that nobody knows are ignored.
 class ElementReader
 {
   public:
     explicit ElementReader(const Limits& limits) : _limits(limits) {}
 
-    /** LOCALNAMESPACEPATH: "root/interop". */
+    // LOCALNAMESPACEPATH: "root/interop".
     std::string nameSpace(XmlElement element) const;
-    /** CLASSNAME */
+    // CLASSNAME.
     CimName className(XmlElement element) const;
-    /**
-     * INSTANCENAME, LOCALINSTANCEPATH, INSTANCEPATH, CLASSNAME, LOCALCLASSPATH, CLASSPATH, or one of them
-     * inside VALUE.REFERENCE or OBJECTPATH. A key that the client did not name (INSTANCENAME with a bare
-     * KEYVALUE or VALUE.REFERENCE) has the empty name.
-     */
+    // INSTANCENAME, LOCALINSTANCEPATH, INSTANCEPATH, CLASSNAME, LOCALCLASSPATH, CLASSPATH, or one of them
+    // inside VALUE.REFERENCE or OBJECTPATH. A key that the client did not name (INSTANCENAME with a bare
+    // KEYVALUE or VALUE.REFERENCE) has the empty name.
     ObjectPath path(XmlElement element) const;
-    /** INSTANCE */
+    // INSTANCE.
     Instance instance(XmlElement element) const;
-    /** VALUE.NAMEDINSTANCE: the instance with its path. */
+    // VALUE.NAMEDINSTANCE: the instance with its path.
     Instance namedInstance(XmlElement element) const;
-    /** PARAMVALUE (or EXPPARAMVALUE) */
+    // PARAMVALUE (or EXPPARAMVALUE).
     Argument argument(XmlElement element) const;
-    /** VALUE, VALUE.ARRAY, VALUE.REFERENCE or VALUE.REFARRAY; the element decides whether it is an array. */
+    // VALUE, VALUE.ARRAY, VALUE.REFERENCE or VALUE.REFARRAY; the element decides whether it is an array.
     CimValue value(CimType type, XmlElement element) const;
 
   private:
@@ -50,16 +47,18 @@ class ElementReader
     CimValue embedded(CimType type, const std::string& text) const;
     void property(XmlElement element, Instance& into) const;
     ObjectPath instanceName(XmlElement element) const;
-    /** HOST and LOCALNAMESPACEPATH of a NAMESPACEPATH. */
+    // HOST and LOCALNAMESPACEPATH of a NAMESPACEPATH.
     void nameSpacePath(XmlElement element, ObjectPath& into) const;
 
     Limits _limits; // embeddedDepth is what is left of it
 };
 
-/** An attribute that must be there and not empty; throws CimError InvalidParameter. */
+// An attribute that must be there and not empty; throws CimError InvalidParameter.
 std::string_view requiredAttribute(XmlElement element, const char* name);
 
-/** CimError InvalidParameter about an element. */
+// CimError InvalidParameter about an element.
 [[noreturn]] void failElement(XmlElement element, const std::string& what);
 
 } // namespace cimd
+
+#endif

@@ -1,16 +1,17 @@
 // Writes CIM-XML response messages: the envelope around results, and errors.
-#pragma once
+#ifndef AGENT_XML_RESPONSEWRITER_H
+#define AGENT_XML_RESPONSEWRITER_H
 
 #include "agent/cim/CimError.h"
-#include "agent/xml/RequestReader.h"
 #include "agent/xml/XmlWriter.h"
+#include "agent/xml/request_reader.h"
 
 #include <string>
 
 namespace cimd
 {
 
-/** Envelope of the answer to one request; what an operation returns goes between begin() and end(). */
+// Envelope of the answer to one request; what an operation returns goes between begin() and end().
 class ResponseWriter
 {
   public:
@@ -18,10 +19,10 @@ class ResponseWriter
 
     XmlWriter& xml() { return _xml; }
 
-    /** `returnsValue` puts an IRETURNVALUE around the content of an intrinsic operation's answer. */
+    // `returnsValue` puts an IRETURNVALUE around the content of an intrinsic operation's answer.
     void begin(bool returnsValue);
     void end(bool returnsValue);
-    /** A whole message with an ERROR element. */
+    // A whole message with an ERROR element.
     void error(const CimError& error);
 
   private:
@@ -32,3 +33,5 @@ class ResponseWriter
 };
 
 } // namespace cimd
+
+#endif

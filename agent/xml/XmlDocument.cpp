@@ -1,7 +1,7 @@
 // Building and reading the tree.
 #include "agent/xml/XmlDocument.h"
 
-#include "agent/xml/XmlCheck.h"
+#include "agent/xml/xml_check.h"
 
 namespace cimd
 {
@@ -16,7 +16,7 @@ XmlElement skipToElement(pugi::xml_node node)
     return node;
 }
 
-/** CIM-XML has no namespaces, but some tools qualify everything they write. */
+// CIM-XML has no namespaces, but some tools qualify everything they write.
 void dropPrefix(XmlElement root)
 {
     const std::string_view name = root.name();

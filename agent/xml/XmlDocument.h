@@ -1,5 +1,6 @@
 // A parsed XML text and the few ways in which CIM-XML looks at its elements.
-#pragma once
+#ifndef AGENT_XML_XMLDOCUMENT_H
+#define AGENT_XML_XMLDOCUMENT_H
 
 #include "agent/Limits.h"
 
@@ -13,14 +14,12 @@ namespace cimd
 
 using XmlElement = pugi::xml_node;
 
-/** Owns the tree; XmlElements point into it. */
+// Owns the tree; XmlElements point into it.
 class XmlDocument
 {
   public:
-    /**
-     * Takes the text, UTF-8 or UTF-16, checks it (see checkXml()) and builds the tree in it. Throws XmlError.
-     * Where the root element has a namespace prefix, the tree has the elements of that prefix without it.
-     */
+    // Takes the text, UTF-8 or UTF-16, checks it (see checkXml()) and builds the tree in it. Throws XmlError.
+    // Where the root element has a namespace prefix, the tree has the elements of that prefix without it.
     XmlDocument(std::string text, const Limits& limits);
     XmlDocument(const XmlDocument&) = delete;
     XmlDocument& operator=(const XmlDocument&) = delete;
@@ -32,11 +31,11 @@ class XmlDocument
     pugi::xml_document _tree;
 };
 
-/** First child element, comments, text and processing instructions left out; an empty handle if there is
- * none. */
+// First child element, comments, text and processing instructions left out; an empty handle if there is
+// none.
 XmlElement firstChild(XmlElement element);
 
-/** Next element beside this one, an empty handle after the last. */
+// Next element beside this one, an empty handle after the last.
 XmlElement nextElement(XmlElement element);
 
 inline bool isTag(XmlElement element, std::string_view tag)
@@ -44,7 +43,9 @@ inline bool isTag(XmlElement element, std::string_view tag)
     return tag == element.name();
 }
 
-/** All character data of the element, CDATA sections included, white space kept. */
+// All character data of the element, CDATA sections included, white space kept.
 std::string textOf(XmlElement element);
 
 } // namespace cimd
+
+#endif

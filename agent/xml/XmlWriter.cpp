@@ -1,7 +1,7 @@
 // Escaping, and the pieces of a tag.
 #include "agent/xml/XmlWriter.h"
 
-#include "agent/xml/Utf8.h"
+#include "agent/xml/utf8.h"
 
 #include <array>
 
@@ -13,7 +13,7 @@ namespace
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/** Bytes that stand for themselves: the printable ASCII characters that are not markup. */
+// Bytes that stand for themselves: the printable ASCII characters that are not markup.
 constexpr std::array<bool, 256> plainBytes()
 {
     std::array<bool, 256> plain{};

@@ -100,12 +100,8 @@ constexpr std::string_view nameOf(Call call)
 constexpr std::optional<Call> callNamed(std::string_view name)
 {
     for (std::size_t i = 0; i < kCallCount; ++i)
-    {
         if (kCallNames[i] == name)
-        {
             return static_cast<Call>(i);
-        }
-    }
     return std::nullopt;
 }
 

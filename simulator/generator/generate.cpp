@@ -45,17 +45,11 @@ class Generator
         _scenario.uptimeSeconds = kUptimeSeconds;
         _scenario.principal = 1;
         for (int domain = 1; domain <= _size.domains; ++domain)
-        {
             addSwitch(domain);
-        }
         for (int domain = 2; domain <= _size.domains; ++domain)
-        {
             addLink(domain / 2, domain);
-        }
         for (int domain = 1; domain <= _size.domains; ++domain)
-        {
             addNodes(domain);
-        }
         return std::move(_scenario);
     }
 

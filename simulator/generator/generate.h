@@ -2,7 +2,7 @@
 #ifndef SIMULATOR_GENERATOR_GENERATE_H
 #define SIMULATOR_GENERATOR_GENERATE_H
 
-#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/Scenario.h"
 
 namespace simulator
 {

@@ -32,21 +32,15 @@ void printHelp(std::FILE* out)
     std::fprintf(out,
                  "usage: simgen [options] [FILE]\nWrites a scenario to FILE, or to the standard output.\n");
     for (const Option& option : kOptions)
-    {
         std::fprintf(out, "  %-14s N  %s\n", option.name, option.help);
-    }
 }
 
 // The member that the argument names; null when it is no option.
 int FabricSize::*memberOf(const char* argument)
 {
     for (const Option& option : kOptions)
-    {
         if (std::strcmp(option.name, argument) == 0)
-        {
             return option.member;
-        }
-    }
     return nullptr;
 }
 

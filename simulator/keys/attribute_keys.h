@@ -3,8 +3,8 @@
 #define SIMULATOR_KEYS_ATTRIBUTE_KEYS_H
 
 #include "platform/xpl_types.h"
-#include "simulator/keys/key_registry.h"
-#include "simulator/model/fabric_model.h"
+#include "simulator/keys/KeyRegistry.h"
+#include "simulator/model/FabricModel.h"
 
 #include <functional>
 

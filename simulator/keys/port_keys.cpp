@@ -9,17 +9,11 @@ namespace
 std::string_view tuningMode(const PortScenario& facts)
 {
     if (facts.autoPerfTuning)
-    {
         return "Normal";
-    }
     if (facts.mfs)
-    {
         return "MFS";
-    }
     if (facts.lcf)
-    {
         return facts.vi ? "LCF-VI" : "LCF";
-    }
     return facts.vi ? "VI" : "Normal";
 }
 

@@ -51,12 +51,8 @@ constexpr std::size_t kCounterCount = sizeof kCounters / sizeof kCounters[0];
 constexpr std::optional<std::size_t> counterNamed(std::string_view name)
 {
     for (std::size_t i = 0; i < kCounterCount; ++i)
-    {
         if (kCounters[i].name == name)
-        {
             return i;
-        }
-    }
     return std::nullopt;
 }
 

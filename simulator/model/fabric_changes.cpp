@@ -1,5 +1,5 @@
 // Switches, nodes and links that come and go.
-#include "simulator/model/fabric_model.h"
+#include "simulator/model/FabricModel.h"
 #include "simulator/model/hex.h"
 #include "simulator/model/made_up.h"
 #include "simulator/scenario/fields.h"
@@ -27,9 +27,7 @@ void countNode(Port& port, const NodeScenario& node)
     port.loop = port.loop || node.type == NodePortType::nl;
     const bool slowest = port.nodeSpeed == LinkSpeed::automatic || node.speed < port.nodeSpeed;
     if (slowest && node.speed != LinkSpeed::automatic)
-    {
         port.nodeSpeed = node.speed;
-    }
 }
 
 void countNodesAgain(const Switch& owner, Port& port)
@@ -41,9 +39,7 @@ void countNodesAgain(const Switch& owner, Port& port)
     {
         const auto node = owner.nodes.find(address);
         if (node != owner.nodes.end())
-        {
             countNode(port, node->second);
-        }
     }
 }
 
@@ -68,9 +64,7 @@ std::uint32_t freeAddress(const Switch& owner, int port)
     for (std::uint32_t tried = 0; tried < kAddressesPerDomain; ++tried)
     {
         if (owner.nodes.count(domain | candidate) == 0)
-        {
             return domain | candidate;
-        }
         candidate = (candidate + 1) % kAddressesPerDomain;
     }
     return 0;
@@ -82,9 +76,7 @@ Switch& FabricModel::switchWith(int domain)
 {
     Switch* found = switchOf(domain);
     if (found == nullptr)
-    {
         throw ScenarioError("", noSuch("switch with domain", domain));
-    }
     return *found;
 }
 
@@ -92,9 +84,7 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
 {
     const auto inserted = _switches.emplace(facts.domain, Switch());
     if (!inserted.second)
-    {
         throw ScenarioError("", "domain " + std::to_string(facts.domain) + " is taken");
-    }
     Switch& added = inserted.first->second;
     added.facts = facts;
     added.facts.ports.clear();
@@ -104,9 +94,7 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
     {
         added.ports.emplace_back(port, mix(switchSeed, static_cast<std::uint64_t>(port.number)));
         if (added.ports.back().facts.wwn.empty())
-        {
             added.ports.back().facts.wwn = portWwn(facts.wwn, port.number);
-        }
     }
     std::sort(added.ports.begin(),
               added.ports.end(),
@@ -115,13 +103,9 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
     {
         _local = &added;
         if (added.facts.preferredDomain == 0)
-        {
             added.facts.preferredDomain = facts.domain;
-        }
         if (added.facts.reserved.empty())
-        {
             added.facts.reserved = madeUpBytes(switchSeed, kSwitchReservedSize);
-        }
     }
     allLinksChanged(added, now);
 }
@@ -130,9 +114,7 @@ void FabricModel::removeSwitch(int domain, std::uint64_t now)
 {
     const Switch* gone = switchOf(domain);
     if (gone == nullptr || gone == _local)
-    {
         throw ScenarioError("", noSuch("remote switch with domain", domain));
-    }
     const auto touches = [domain](const IslScenario& link)
     { return link.domain == domain || link.toDomain == domain; };
     for (const IslScenario& link : _isls)
@@ -150,9 +132,7 @@ void FabricModel::removeSwitch(int domain, std::uint64_t now)
     _isls.erase(std::remove_if(_isls.begin(), _isls.end(), touches), _isls.end());
     _switches.erase(domain);
     if (_principal == domain)
-    {
         _principal = _switches.begin()->first;
-    }
 }
 
 void FabricModel::addNode(NodeScenario node, std::uint64_t now)
@@ -166,13 +146,9 @@ void FabricModel::addNode(NodeScenario node, std::uint64_t now)
     }
     const bool given = node.address != 0;
     if (!given)
-    {
         node.address = freeAddress(owner, node.port);
-    }
     if (node.nodeWwn.empty())
-    {
         node.nodeWwn = node.portWwn;
-    }
     if (node.address == 0 || !owner.nodes.emplace(node.address, node).second)
     {
         const std::string fault =

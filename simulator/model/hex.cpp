@@ -24,9 +24,7 @@ bool isHex(std::string_view text, std::size_t digits)
 bool parseHex(std::string_view text, std::uint64_t& value)
 {
     if (!isHex(text, text.size()))
-    {
         return false;
-    }
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value, 16);
     return result.ec == std::errc() && result.ptr == text.data() + text.size();
 }
@@ -57,9 +55,7 @@ std::string hexFromBytes(const std::vector<std::uint8_t>& bytes)
     std::string text;
     text.reserve(2 * bytes.size());
     for (const std::uint8_t byte : bytes)
-    {
         text += hexOf(byte, 2);
-    }
     return text;
 }
 
@@ -67,18 +63,14 @@ std::string upperCase(std::string_view text)
 {
     std::string result(text);
     for (char& c : result)
-    {
         c = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-    }
     return result;
 }
 
 bool parseDecimal(std::string_view text, int& value)
 {
     if (text.empty() || text.front() == '-')
-    {
         return false;
-    }
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value, 10);
     return result.ec == std::errc() && result.ptr == text.data() + text.size();
 }

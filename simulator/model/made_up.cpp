@@ -17,9 +17,7 @@ std::vector<std::uint8_t> madeUpBytes(std::uint64_t seed, std::size_t size)
 {
     std::vector<std::uint8_t> bytes(size);
     for (std::size_t i = 0; i < size; ++i)
-    {
         bytes[i] = static_cast<std::uint8_t>(mix(seed, i) >> 56);
-    }
     return bytes;
 }
 

@@ -162,12 +162,8 @@ template <class E>
 constexpr std::string_view toText(E value)
 {
     for (const auto& name : namesOf(E{}))
-    {
         if (name.value == value)
-        {
             return name.text;
-        }
-    }
     return {};
 }
 
@@ -176,12 +172,8 @@ template <class E>
 constexpr std::optional<E> fromText(std::string_view text)
 {
     for (const auto& name : namesOf(E{}))
-    {
         if (name.text == text)
-        {
             return name.value;
-        }
-    }
     return std::nullopt;
 }
 

@@ -1,5 +1,5 @@
 // What follows from the facts of a port: its state, type, speed and name.
-#include "simulator/model/fabric_model.h"
+#include "simulator/model/FabricModel.h"
 #include "simulator/model/hex.h"
 
 #include <algorithm>
@@ -23,9 +23,7 @@ bool hasLink(const Port& port)
 LinkSpeed slower(LinkSpeed a, LinkSpeed b)
 {
     if (a == LinkSpeed::automatic || b == LinkSpeed::automatic)
-    {
         return a == LinkSpeed::automatic ? b : a;
-    }
     return std::min(a, b);
 }
 
@@ -36,17 +34,11 @@ std::string_view operState(const Switch& owner, const Port& port)
     const AdminState state =
         owner.facts.adminState != AdminState::online ? owner.facts.adminState : port.facts.adminState;
     if (state != AdminState::online)
-    {
         return toText(state);
-    }
     if (port.facts.failed)
-    {
         return "Downed";
-    }
     if (!hasLink(port))
-    {
         return "Offline";
-    }
     return port.peer && port.isolated ? "Isolated" : "Online";
 }
 
@@ -65,39 +57,27 @@ std::string_view runningType(const Switch& owner, const Port& port)
 {
     const bool negotiated = port.facts.type == PortType::g || port.facts.type == PortType::gl;
     if (!negotiated)
-    {
         return toText(port.facts.type);
-    }
     if (!isOnline(owner, port))
-    {
         return "Unknown";
-    }
     if (port.peer)
-    {
         return "E";
-    }
     if (port.loop && port.facts.type == PortType::gl)
-    {
         return "FL";
-    }
     return !port.attached.empty() ? "F" : toText(port.facts.type);
 }
 
 LinkSpeed linkSpeed(const Switch& owner, const Port& port)
 {
     if (!isOnline(owner, port))
-    {
         return LinkSpeed::automatic;
-    }
     return slower(port.facts.speedCapability, slower(port.facts.speed, port.nodeSpeed));
 }
 
 std::string portWwn(std::string_view switchWwn, int number)
 {
     if (switchWwn.size() != kWwnDigits)
-    {
         return {};
-    }
     const auto digits = hexOf(static_cast<std::uint64_t>(number), kPortDigits);
     return "2" + digits + std::string(switchWwn.substr(kWwnDigits - kLowDigits));
 }
@@ -114,9 +94,7 @@ std::optional<int> portNumberOf(std::string_view switchWwn, std::string_view wwn
                       upperCase(wwn.substr(kWwnDigits - kLowDigits)) ==
                           upperCase(switchWwn.substr(kWwnDigits - kLowDigits));
     if (!ours || !parseHex(wwn.substr(1, kPortDigits), number))
-    {
         return std::nullopt;
-    }
     return static_cast<int>(number);
 }
 

@@ -26,9 +26,7 @@ class FileDescriptor
     ~FileDescriptor()
     {
         if (_descriptor >= 0)
-        {
             ::close(_descriptor);
-        }
     }
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;
@@ -55,9 +53,7 @@ class TemporaryFile
     ~TemporaryFile()
     {
         if (!_kept)
-        {
             ::unlink(_path.c_str());
-        }
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -75,13 +71,9 @@ void writeAll(int descriptor, std::string_view text, const std::string& path)
     {
         const ssize_t written = ::write(descriptor, text.data(), text.size());
         if (written < 0 && errno == EINTR)
-        {
             continue;
-        }
         if (written < 0)
-        {
             fail("cannot write", path);
-        }
         text.remove_prefix(static_cast<std::size_t>(written));
     }
 }
@@ -100,27 +92,19 @@ void replaceFile(const std::string& path, std::string_view text)
     std::string aside = path + ".XXXXXX";
     FileDescriptor file(::mkstemp(aside.data()));
     if (file.get() < 0)
-    {
         fail("cannot create a file beside", path);
-    }
     TemporaryFile temporary(aside);
     writeAll(file.get(), text, aside);
     if (::fchmod(file.get(), 0644) != 0 || ::fsync(file.get()) != 0 || !file.close())
-    {
         fail("cannot complete", aside);
-    }
     if (::rename(aside.c_str(), path.c_str()) != 0)
-    {
         fail("cannot replace", path);
-    }
     temporary.keep();
     // The rename itself reaches the disk with the directory. Some file systems cannot sync one; the file is
     // whole either way.
     const FileDescriptor directory(::open(directoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (directory.get() >= 0)
-    {
         ::fsync(directory.get());
-    }
 }
 
 } // namespace simulator

@@ -6,7 +6,7 @@
 #ifndef SIMULATOR_SCENARIO_FIELDS_H
 #define SIMULATOR_SCENARIO_FIELDS_H
 
-#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/Scenario.h"
 
 #include <cstddef>
 
@@ -29,9 +29,7 @@ void visitPort(Visitor& visit, Port& port, bool local)
     visit.choice("link", port.link);
     visit.flag("failed", port.failed);
     if (!local)
-    {
         return;
-    }
     visit.text("name", port.name, kPortNameSize);
     visit.choice("hardware", port.hardware);
     visit.choice("speedCapability", port.speedCapability);
@@ -61,9 +59,7 @@ void visitSwitch(Visitor& visit, Switch& one)
     visit.wwn("wwn", one.wwn, Presence::required);
     visit.text("name", one.name, kSwitchNameSize);
     if (!one.local)
-    {
         return;
-    }
     visit.text("type", one.type, 64);
     visit.text("productName", one.productName, 128);
     visit.choice("adminState", one.adminState);

@@ -16,9 +16,7 @@ std::string shown(const Json& value)
 {
     std::string text = value.dump(-1, ' ', false, Json::error_handler_t::replace);
     if (text.size() > kShownValue)
-    {
         text = text.substr(0, kShownValue) + "...";
-    }
     return text;
 }
 
@@ -28,9 +26,7 @@ JsonFieldReader::JsonFieldReader(const Json& object, std::string place)
     : _object(object), _place(std::move(place))
 {
     if (!_object.is_object())
-    {
         throw ScenarioError(_place, "expected an object, got " + shown(_object));
-    }
 }
 
 const Json* JsonFieldReader::find(const char* name, Presence presence)
@@ -38,13 +34,9 @@ const Json* JsonFieldReader::find(const char* name, Presence presence)
     _known.insert(name);
     const auto found = _object.find(name);
     if (found != _object.end())
-    {
         return &*found;
-    }
     if (presence == Presence::required)
-    {
         throw ScenarioError(_place, "the field \"" + std::string(name) + "\" is missing");
-    }
     return nullptr;
 }
 
@@ -57,15 +49,11 @@ void JsonFieldReader::number(const char* name, int& value, int low, int high, Pr
 {
     const Json* field = find(name, presence);
     if (field == nullptr)
-    {
         return;
-    }
     const bool whole = field->is_number_integer();
     const auto got = whole ? field->get<std::int64_t>() : 0;
     if (!whole || got < low || got > high)
-    {
         refuse(name, "a whole number from " + std::to_string(low) + " to " + std::to_string(high), *field);
-    }
     value = static_cast<int>(got);
 }
 
@@ -73,9 +61,7 @@ void JsonFieldReader::code(const char* name, int& value, const int* codes, std::
 {
     const Json* field = find(name, Presence::optional);
     if (field == nullptr)
-    {
         return;
-    }
     std::string list;
     for (std::size_t i = 0; i < count; ++i)
     {
@@ -93,14 +79,10 @@ void JsonFieldReader::text(const char* name, std::string& value, std::size_t lim
 {
     const Json* field = find(name, Presence::optional);
     if (field == nullptr)
-    {
         return;
-    }
     if (!field->is_string() || field->get_ref<const std::string&>().size() > limit ||
         field->get_ref<const std::string&>().find('\0') != std::string::npos)
-    {
         refuse(name, "a text of at most " + std::to_string(limit) + " bytes", *field);
-    }
     value = field->get<std::string>();
 }
 
@@ -108,13 +90,9 @@ void JsonFieldReader::wwn(const char* name, std::string& value, Presence presenc
 {
     const Json* field = find(name, presence);
     if (field == nullptr)
-    {
         return;
-    }
     if (!field->is_string() || !isHex(field->get_ref<const std::string&>(), 16))
-    {
         refuse(name, "a World Wide Name of 16 hexadecimal digits", *field);
-    }
     value = field->get<std::string>();
 }
 
@@ -122,13 +100,9 @@ void JsonFieldReader::flag(const char* name, bool& value)
 {
     const Json* field = find(name, Presence::optional);
     if (field == nullptr)
-    {
         return;
-    }
     if (!field->is_boolean())
-    {
         refuse(name, "true or false", *field);
-    }
     value = field->get<bool>();
 }
 
@@ -136,15 +110,11 @@ void JsonFieldReader::address(const char* name, std::uint32_t& value)
 {
     const Json* field = find(name, Presence::optional);
     if (field == nullptr)
-    {
         return;
-    }
     std::uint64_t parsed = 0;
     if (!field->is_string() || !isHex(field->get_ref<const std::string&>(), 6) ||
         !parseHex(field->get_ref<const std::string&>(), parsed) || parsed == 0)
-    {
         refuse(name, "a Fibre Channel address of six hexadecimal digits, not 000000", *field);
-    }
     value = static_cast<std::uint32_t>(parsed);
 }
 
@@ -152,13 +122,9 @@ void JsonFieldReader::bytes(const char* name, std::vector<std::uint8_t>& value, 
 {
     const Json* field = find(name, Presence::optional);
     if (field == nullptr)
-    {
         return;
-    }
     if (!field->is_string() || !isHex(field->get_ref<const std::string&>(), 2 * size))
-    {
         refuse(name, std::to_string(2 * size) + " hexadecimal digits", *field);
-    }
     value = bytesFromHex(field->get_ref<const std::string&>());
 }
 
@@ -166,15 +132,11 @@ void JsonFieldReader::codes(const char* name, std::vector<std::uint16_t>& value)
 {
     const Json* field = find(name, Presence::optional);
     if (field == nullptr)
-    {
         return;
-    }
     const auto isCode = [](const Json& one)
     { return one.is_number_integer() && one.get<std::int64_t>() >= 0 && one.get<std::int64_t>() <= 65535; };
     if (!field->is_array() || !std::all_of(field->begin(), field->end(), isCode))
-    {
         refuse(name, "a list of whole numbers from 0 to 65535", *field);
-    }
     value = field->get<std::vector<std::uint16_t>>();
 }
 
@@ -187,9 +149,7 @@ const Json* JsonFieldReader::array(const char* name)
 {
     const Json* field = find(name, Presence::optional);
     if (field != nullptr && !field->is_array())
-    {
         refuse(name, "a list", *field);
-    }
     return field;
 }
 
@@ -201,9 +161,7 @@ void JsonFieldReader::finish() const
         {
             std::string list;
             for (const std::string& name : _known)
-            {
                 list += (list.empty() ? "" : ", ") + name;
-            }
             throw ScenarioError(placeOf(field.key()), "unknown field; expected one of " + list);
         }
     }

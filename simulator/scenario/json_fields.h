@@ -41,15 +41,11 @@ class JsonFieldReader
     {
         const Json* field = find(name, Presence::optional);
         if (field == nullptr)
-        {
             return;
-        }
         const auto known =
             field->is_string() ? fromText<E>(field->get_ref<const std::string&>()) : std::nullopt;
         if (!known)
-        {
             refuse(name, "one of " + choicesOf<E>(), *field);
-        }
         value = *known;
     }
 

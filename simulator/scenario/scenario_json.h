@@ -2,7 +2,7 @@
 #ifndef SIMULATOR_SCENARIO_SCENARIO_JSON_H
 #define SIMULATOR_SCENARIO_SCENARIO_JSON_H
 
-#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/Scenario.h"
 
 #include <string>
 #include <string_view>

@@ -95,14 +95,10 @@ void readPorts(JsonFieldReader& fields, SwitchScenario& one)
     int count = 0;
     fields.number("portCount", count, 0, one.local ? kMaxLocalPorts : kMaxRemotePorts);
     for (base.number = 0; base.number < count; ++base.number)
-    {
         one.ports.push_back(base);
-    }
     const Json* list = fields.array("ports");
     if (list == nullptr)
-    {
         return;
-    }
     std::set<int> described;
     for (std::size_t i = 0; i < list->size(); ++i)
     {
@@ -112,22 +108,16 @@ void readPorts(JsonFieldReader& fields, SwitchScenario& one)
         int number = 0;
         portFields.number("number", number, 0, kMaxRemotePorts - 1, Presence::required);
         if (!described.insert(number).second)
-        {
             throw ScenarioError(place + "/number", "port " + std::to_string(number) + " is described twice");
-        }
         PortScenario* existing = findPort(one.ports, number);
         PortScenario port = existing != nullptr ? *existing : base;
         port.number = number;
         visitPort(portFields, port, one.local);
         portFields.finish();
         if (existing != nullptr)
-        {
             *existing = port;
-        }
         else
-        {
             one.ports.push_back(port);
-        }
     }
     std::sort(one.ports.begin(),
               one.ports.end(),
@@ -151,9 +141,7 @@ std::vector<T> readList(JsonFieldReader& fields, const char* name, Read read)
     std::vector<T> result;
     const Json* list = fields.array(name);
     for (std::size_t i = 0; list != nullptr && i < list->size(); ++i)
-    {
         result.push_back(read((*list)[i], fields.placeOf(name) + "/" + std::to_string(i)));
-    }
     return result;
 }
 
@@ -210,13 +198,9 @@ Scenario readScenario(const std::string& path)
     std::string text;
     char block[1 << 14];
     while (file.read(block, sizeof block) || file.gcount() > 0)
-    {
         text.append(block, static_cast<std::size_t>(file.gcount()));
-    }
     if (!file.eof()) // could not be opened, or is a directory
-    {
         throw ScenarioError(path, std::string("cannot read the scenario: ") + std::strerror(errno));
-    }
     return parseScenario(text, path);
 }
 

@@ -22,17 +22,13 @@ Json changedFields(const Facts& facts,
     visit(written, facts);
     visit(unchanged, defaults);
     for (const char* name : kept)
-    {
         unchanged.object.erase(name);
-    }
     Json result = Json::object();
     for (const auto& field : written.object.items())
     {
         const auto other = unchanged.object.find(field.key());
         if (other == unchanged.object.end() || *other != field.value())
-        {
             result[field.key()] = field.value();
-        }
     }
     return result;
 }
@@ -47,9 +43,7 @@ Json formatPorts(const SwitchScenario& one)
         visitPort(fields, port, one.local);
     };
     for (const PortScenario& port : one.ports)
-    {
         list.push_back(changedFields(port, defaults, visit, {"number"}));
-    }
     return list;
 }
 
@@ -60,9 +54,7 @@ Json formatSwitch(const SwitchScenario& one)
     const auto visit = [](JsonFieldWriter& fields, const SwitchScenario& facts)
     {
         if (facts.local)
-        {
             fields.flag("local", true);
-        }
         visitSwitch(fields, facts);
     };
     Json object = changedFields(one, defaults, visit, {"domain", "wwn", "local"});
@@ -78,9 +70,7 @@ std::string formatScenario(const Scenario& scenario)
     Json top = changedFields(scenario, Scenario(), visit, {"seed"});
     top["switches"] = Json::array();
     for (const SwitchScenario& one : scenario.switches)
-    {
         top["switches"].push_back(formatSwitch(one));
-    }
     top["nodes"] = Json::array();
     const auto nodeFields = [](JsonFieldWriter& fields, const NodeScenario& node)
     { visitNode(fields, node); };

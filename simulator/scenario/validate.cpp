@@ -1,6 +1,6 @@
 // Checks that the parts of a scenario fit one another.
 #include "simulator/model/hex.h"
-#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/Scenario.h"
 
 #include <algorithm>
 #include <map>
@@ -19,9 +19,7 @@ std::string at(const char* list, std::size_t index, const char* field)
 std::string lowerCase(std::string text)
 {
     for (char& c : text)
-    {
         c = (c >= 'A' && c <= 'F') ? static_cast<char>(c - 'A' + 'a') : c;
-    }
     return text;
 }
 
@@ -37,9 +35,7 @@ class Validator
         checkNodes();
         const bool known = _scenario.principal == 0 || _ports.count(_scenario.principal) != 0;
         if (!known)
-        {
             throw ScenarioError("/principal", "no switch has domain " + std::to_string(_scenario.principal));
-        }
     }
 
   private:
@@ -56,9 +52,7 @@ class Validator
                                     "domain " + std::to_string(one.domain) + " is used twice");
             }
             if (!wwns.insert(lowerCase(one.wwn)).second)
-            {
                 throw ScenarioError(at("switches", i, "wwn"), one.wwn + " is used twice");
-            }
             locals += one.local ? 1 : 0;
             checkPorts(one, at("switches", i, "ports"));
         }
@@ -95,9 +89,7 @@ class Validator
                                         std::string(toText(port.speedCapability)));
             }
             if (!numbers.insert(port.number).second)
-            {
                 throw ScenarioError(place, "port " + std::to_string(port.number) + " appears twice");
-            }
         }
     }
 
@@ -105,9 +97,7 @@ class Validator
     {
         const auto found = _ports.find(domain);
         if (found == _ports.end())
-        {
             throw ScenarioError(domainPlace, "no switch has domain " + std::to_string(domain));
-        }
         if (found->second.count(port) == 0)
         {
             throw ScenarioError(portPlace,
@@ -119,9 +109,7 @@ class Validator
     void takeForIsl(int domain, int port, const std::string& place)
     {
         if (!_islPorts.emplace(domain, port).second)
-        {
             throw ScenarioError(place, "port " + std::to_string(port) + " already has a link");
-        }
     }
 
     void checkIsls()
@@ -155,9 +143,7 @@ class Validator
                                     "port " + std::to_string(node.port) + " has a link to another switch");
             }
             if (node.address == 0)
-            {
                 continue;
-            }
             if (node.address >> 16 != static_cast<std::uint32_t>(node.domain))
             {
                 throw ScenarioError(at("nodes", i, "address"),

@@ -1,7 +1,7 @@
 // The data cache: views of the model that never dangle, because they hold a domain number and no pointer.
 #include "platform/data_cache.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/model/hex.h"
 #include "simulator/services/session.h"
 
@@ -23,9 +23,7 @@ template <class Result, class Read> // Result(const FabricModel&)
 Result answer(Call call, Read read)
 {
     if (beginCall(call) != XPL_OK)
-    {
         return Result();
-    }
     return engine().read([&read](const FabricModel& model, std::uint64_t) -> Result { return read(model); });
 }
 
@@ -90,9 +88,7 @@ class FabricView final : public FabricCache
     FabricView()
     {
         for (std::size_t i = 0; i < _switches.size(); ++i)
-        {
             _switches[i].setDomain(static_cast<int>(i));
-        }
     }
 
     Wwn getFabricWwn() const override
@@ -141,9 +137,7 @@ class CacheView final : public DataCache
     int dcRdLock() override
     {
         if (beginCall(Call::dcRdLock) != XPL_OK)
-        {
             return EAGAIN;
-        }
         engine().cacheLock.lockShared();
         return 0;
     }
@@ -199,9 +193,7 @@ class CacheView final : public DataCache
                            {
                                const Port* port = model.localPort(portIndex);
                                if (port == nullptr)
-                               {
                                    return 0;
-                               }
                                return port->facts.hardware == PortHardware::ethernet
                                           ? kPortHWTypeEthernet
                                           : kPortHWTypeFibreChannel;

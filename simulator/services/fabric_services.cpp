@@ -1,7 +1,7 @@
 // Fabric services: lists of switches, ports and links, copied out of the model.
 #include "platform/xpl_fcs.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/services/session.h"
 
 #include <algorithm>
@@ -28,9 +28,7 @@ Element** allocateArrayCell(const std::vector<Element>& elements)
 {
     auto* cell = static_cast<Element**>(allocateBlock(sizeof(Element*)));
     if (cell == nullptr)
-    {
         return nullptr;
-    }
     *cell = nullptr;
     if (!elements.empty())
     {
@@ -51,9 +49,7 @@ Element** handOut(Call call, xpl_Handle handle, std::uint32_t* count, std::int32
 {
     std::int32_t status = beginCall(call, handle);
     if (count == nullptr || error == nullptr)
-    {
         return nullptr;
-    }
     std::vector<Element> elements;
     if (status == XPL_OK)
     {
@@ -62,9 +58,7 @@ Element** handOut(Call call, xpl_Handle handle, std::uint32_t* count, std::int32
     }
     Element** cell = status == XPL_OK ? allocateArrayCell(elements) : nullptr;
     if (status == XPL_OK && cell == nullptr)
-    {
         status = XPL_UNREACHABLE;
-    }
     *count = cell != nullptr ? static_cast<std::uint32_t>(elements.size()) : 0;
     *error = status;
     return cell;
@@ -97,9 +91,7 @@ extern "C" xpl_fcsSwitch** xpl_fcsGetSwitchList(xpl_Handle handle, std::uint32_t
         [](const FabricModel& model, std::vector<xpl_fcsSwitch>& switches)
         {
             for (const auto& one : model.switches())
-            {
                 switches.push_back(named(one.second.facts.wwn, &xpl_fcsSwitch::domainId, one.first));
-            }
             return std::int32_t{XPL_OK};
         });
 }
@@ -116,13 +108,9 @@ xpl_fcsGetPortList(xpl_Handle handle, std::int32_t domainId, std::uint32_t* coun
         {
             const Switch* owner = model.switchOf(domainId);
             if (owner == nullptr)
-            {
                 return std::int32_t{XPL_UNKNOWN_KEY};
-            }
             for (const Port& port : owner->ports)
-            {
                 ports.push_back(named(fabricWwn(*owner, port), &xpl_fcsPort::number, port.facts.number));
-            }
             return std::int32_t{XPL_OK};
         });
 }
@@ -140,23 +128,15 @@ extern "C" xpl_fcsAttached** xpl_fcsGetPortTopology(
             const Switch* owner = model.switchOf(domainId);
             const Port* found = owner != nullptr ? owner->port(port) : nullptr;
             if (found == nullptr)
-            {
                 return std::int32_t{XPL_UNKNOWN_KEY};
-            }
             if (!isOnline(*owner, *found))
-            {
                 return std::int32_t{XPL_OK};
-            }
             if (found->peer)
-            {
                 addPeer(model, *found->peer, attached);
-            }
             for (const std::uint32_t address : found->attached)
-            {
                 attached.push_back(named(owner->nodes.at(address).portWwn,
                                          &xpl_fcsAttached::kind,
                                          std::int32_t{XPL_FCS_NODE_PORT}));
-            }
             return std::int32_t{XPL_OK};
         });
 }

@@ -2,7 +2,7 @@
 #include "simulator/services/session.h"
 
 #include "platform/xpl_lib.h"
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -44,7 +44,7 @@ class BlockList
 
   private:
     mutable Mutex _mutex;
-    std::unordered_set<void*> _blocks SIM_GUARDED_BY(_mutex);
+    std::unordered_set<void*> _blocks VRAX_GUARDED_BY(_mutex);
 };
 
 BlockList& blocks()
@@ -70,9 +70,7 @@ void* allocateBlock(std::size_t sizeBytes)
 {
     void* block = std::malloc(sizeBytes);
     if (block != nullptr)
-    {
         blocks().add(block);
-    }
     return block;
 }
 
@@ -96,9 +94,7 @@ char** allocateTextCell(std::optional<std::string_view> text)
 {
     auto* cell = static_cast<char**>(allocateBlock(sizeof(char*)));
     if (cell == nullptr)
-    {
         return nullptr;
-    }
     *cell = text ? static_cast<char*>(std::malloc(text->size() + 1)) : nullptr;
     if (*cell != nullptr)
     {
@@ -115,7 +111,5 @@ xpl_Handle hSwitch = &simulator::theSession;
 extern "C" void xpl_libFreeMemory(void* block)
 {
     if (block != nullptr)
-    {
         simulator::freeBlock(block);
-    }
 }

@@ -1,7 +1,7 @@
 // The attribute store's calls.
 #include "platform/xpl_sml.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/keys/attribute_keys.h"
 #include "simulator/services/session.h"
 
@@ -27,14 +27,10 @@ std::int32_t readKey(const FabricModel& model, std::string_view key, std::uint64
     Answer answer(value);
     const std::int32_t injected = probe.enterKey(key);
     if (injected != XPL_OK)
-    {
         return injected;
-    }
     std::string given;
     if (probe.overridden(key, given))
-    {
         return answer.text(given);
-    }
     KeyArguments arguments;
     const ReadHandler* handler = readKeys().find(key, arguments);
     return handler != nullptr ? (*handler)(model, arguments, now, answer) : std::int32_t{XPL_UNKNOWN_KEY};
@@ -59,13 +55,9 @@ std::int32_t writeKey(FabricModel& model, Receiver receiver, std::string_view ke
     probe.noteWrite(key);
     const std::int32_t injected = probe.enterKey(key);
     if (injected != XPL_OK)
-    {
         return injected;
-    }
     if (receiverOf(key) != receiver)
-    {
         return XPL_UNKNOWN_KEY;
-    }
     KeyArguments arguments;
     const WriteHandler* handler = writeKeys().find(key, arguments);
     return handler != nullptr ? (*handler)(model, arguments, now) : std::int32_t{XPL_UNKNOWN_KEY};
@@ -76,20 +68,12 @@ std::int32_t beginBatch(Call call, xpl_Handle handle, const xpl_smlEntry* entrie
 {
     const std::int32_t begun = beginCall(call, handle);
     if (begun != XPL_OK)
-    {
         return begun;
-    }
     if (entries == nullptr && count != 0)
-    {
         return XPL_INVALID_PARAMETER;
-    }
     for (std::uint32_t i = 0; i < count; ++i)
-    {
         if (keyOf(entries[i]).empty())
-        {
             return XPL_INVALID_PARAMETER;
-        }
-    }
     return Engine::instance().probe.enterBatch(call, entries, count);
 }
 
@@ -98,9 +82,7 @@ writeBatch(Call call, Receiver receiver, xpl_Handle handle, xpl_smlEntry* entrie
 {
     const std::int32_t begun = beginBatch(call, handle, entries, count);
     if (begun != XPL_OK)
-    {
         return begun;
-    }
     Engine::instance().write(
         [&](FabricModel& model, std::uint64_t now)
         {
@@ -124,9 +106,7 @@ formatKey(char (&key)[kXplSmlTextSize], const char* format, va_list arguments)
 std::int32_t keep(std::int32_t* error, std::int32_t status)
 {
     if (error != nullptr)
-    {
         *error = status;
-    }
     return status;
 }
 
@@ -139,16 +119,12 @@ extern "C" int xpl_smlGetBatch(xpl_Handle handle, xpl_smlEntry* entries, std::ui
 {
     const std::int32_t begun = beginBatch(Call::smlGetBatch, handle, entries, count);
     if (begun != XPL_OK)
-    {
         return begun;
-    }
     Engine::instance().read(
         [&](const FabricModel& model, std::uint64_t now)
         {
             for (std::uint32_t i = 0; i < count; ++i)
-            {
                 entries[i].status = readKey(model, entries[i].key, now, entries[i].value);
-            }
         });
     return XPL_OK;
 }
@@ -172,9 +148,7 @@ extern "C" int xpl_smlGetV(xpl_Handle handle, char* value, std::int32_t* error, 
     va_end(arguments);
     const std::int32_t begun = beginCall(Call::smlGetV, handle);
     if (begun != XPL_OK || !formatted || value == nullptr)
-    {
         return keep(error, begun != XPL_OK ? begun : std::int32_t{XPL_INVALID_PARAMETER});
-    }
     return keep(error,
                 Engine::instance().read([&](const FabricModel& model, std::uint64_t now)
                                         { return readKey(model, key, now, value); }));
@@ -189,9 +163,7 @@ extern "C" int xpl_smlSetV(xpl_Handle handle, std::int32_t* error, const char* k
     va_end(arguments);
     const std::int32_t begun = beginCall(Call::smlSetV, handle);
     if (begun != XPL_OK || !formatted)
-    {
         return keep(error, begun != XPL_OK ? begun : std::int32_t{XPL_INVALID_PARAMETER});
-    }
     return keep(error,
                 Engine::instance().write([&](FabricModel& model, std::uint64_t now)
                                          { return writeKey(model, Receiver::switchServices, key, now); }));

@@ -1,7 +1,7 @@
 // Configuration records of the switch and its ports.
 #include "platform/switch_config.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/services/session.h"
 
 #include <algorithm>
@@ -101,16 +101,12 @@ std::int32_t store(const xpl_swSwitchConfig& record, SwitchScenario& facts)
     const bool knownLock = record.domainIdLock == 0 || record.domainIdLock == 1;
     if (!name || !state || !knownLock || !isPrincipalPriority(record.principalPriority) ||
         !isDomainId(record.preferredDomainId))
-    {
         return XPL_INVALID_PARAMETER;
-    }
     facts.name = *name;
     // The switch may be in another state than it is configured to start in. A record written back for the
     // sake of its other fields leaves it there.
     if (*state != facts.configuredAdminState)
-    {
         facts.adminState = facts.configuredAdminState = *state;
-    }
     facts.preferredDomain = record.preferredDomainId;
     facts.domainLocked = record.domainIdLock != 0;
     facts.principalPriority = record.principalPriority;
@@ -134,9 +130,7 @@ std::int32_t store(const xpl_swPortConfig& record, PortScenario& facts)
     const auto name = nameIn(record.symbolicName);
     const auto state = adminStateOf(record.adminState);
     if (!name || !state)
-    {
         return XPL_INVALID_PARAMETER;
-    }
     facts.name = *name;
     facts.adminState = *state;
     std::copy_n(record.reserved, sizeof record.reserved, facts.reserved.begin());
@@ -148,14 +142,10 @@ std::int32_t beginRecord(Call call, xpl_Handle handle, const void* record, const
 {
     const std::int32_t begun = beginCall(call, handle);
     if (begun != XPL_OK || record == nullptr)
-    {
         return begun != XPL_OK ? begun : std::int32_t{XPL_INVALID_PARAMETER};
-    }
     Probe& probe = Engine::instance().probe;
     if (call == Call::switchSetConfig || call == Call::portSetConfig)
-    {
         probe.noteWrite(name);
-    }
     return probe.enterRecord(name);
 }
 
@@ -164,9 +154,7 @@ void resetLink(const Switch& owner, Port& port, std::uint64_t now)
 {
     constexpr auto kTxLinkResets = *counterNamed("TxLinkResets");
     if (isOnline(owner, port))
-    {
         port.meter.setCounter(kTxLinkResets, port.meter.counter(kTxLinkResets, now) + 1, now);
-    }
 }
 
 std::string portRecord(std::int32_t port)
@@ -183,9 +171,7 @@ extern "C" int xpl_swSwitchGetConfig(xpl_Handle handle, std::uint32_t unit, xpl_
 {
     const std::int32_t begun = beginRecord(Call::switchGetConfig, handle, record, "switch");
     if (begun != XPL_OK || unit != 0)
-    {
         return begun != XPL_OK ? begun : std::int32_t{XPL_INVALID_PARAMETER};
-    }
     *record = Engine::instance().read([](const FabricModel& model, std::uint64_t)
                                       { return recordOf(model.local().facts); });
     return XPL_OK;
@@ -195,17 +181,13 @@ extern "C" int xpl_swSwitchSetConfig(xpl_Handle handle, const xpl_swSwitchConfig
 {
     const std::int32_t begun = beginRecord(Call::switchSetConfig, handle, record, "switch");
     if (begun != XPL_OK)
-    {
         return begun;
-    }
     return Engine::instance().write(
         [record](FabricModel& model, std::uint64_t now)
         {
             const std::int32_t stored = store(*record, model.local().facts);
             if (stored == XPL_OK)
-            {
                 model.allLinksChanged(model.local(), now);
-            }
             return stored;
         });
 }
@@ -214,17 +196,13 @@ extern "C" int xpl_swSwitchForceReset(xpl_Handle handle)
 {
     const std::int32_t begun = beginCall(Call::switchForceReset, handle);
     if (begun != XPL_OK)
-    {
         return begun;
-    }
     Engine::instance().probe.noteWrite("reset");
     Engine::instance().write(
         [](FabricModel& model, std::uint64_t now)
         {
             for (Port& port : model.local().ports)
-            {
                 port.meter.clear(now);
-            }
         });
     return XPL_OK;
 }
@@ -234,17 +212,13 @@ xpl_swPortGetConfig(xpl_Handle handle, std::int32_t port, std::uint32_t unit, xp
 {
     const std::int32_t begun = beginRecord(Call::portGetConfig, handle, record, portRecord(port));
     if (begun != XPL_OK || unit != 0)
-    {
         return begun != XPL_OK ? begun : std::int32_t{XPL_INVALID_PARAMETER};
-    }
     return Engine::instance().read(
         [port, record](const FabricModel& model, std::uint64_t) -> std::int32_t
         {
             const Port* found = model.local().port(port);
             if (found == nullptr)
-            {
                 return XPL_INVALID_PARAMETER;
-            }
             *record = recordOf(found->facts);
             return XPL_OK;
         });
@@ -254,28 +228,20 @@ extern "C" int xpl_swPortSetConfig(xpl_Handle handle, std::int32_t port, const x
 {
     const std::int32_t begun = beginRecord(Call::portSetConfig, handle, record, portRecord(port));
     if (begun != XPL_OK)
-    {
         return begun;
-    }
     return Engine::instance().write(
         [port, record](FabricModel& model, std::uint64_t now) -> std::int32_t
         {
             Port* found = model.local().port(port);
             if (found == nullptr)
-            {
                 return XPL_INVALID_PARAMETER;
-            }
             const xpl_swPortConfig before = recordOf(found->facts);
             const std::int32_t stored = store(*record, found->facts);
             if (stored != XPL_OK)
-            {
                 return stored;
-            }
             const xpl_swPortConfig after = recordOf(found->facts);
             if (std::memcmp(&before, &after, sizeof before) == 0)
-            {
                 resetLink(model.local(), *found, now);
-            }
             model.linkChanged(model.local(), *found, now);
             return XPL_OK;
         });

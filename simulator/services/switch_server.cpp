@@ -1,7 +1,7 @@
 // The switch server's helper functions.
 #include "platform/switch_server.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/model/hex.h"
 #include "simulator/services/session.h"
 
@@ -16,9 +16,7 @@ template <class WhichSwitch> // const Switch*(const FabricModel&)
 char** wwnCell(Call call, WhichSwitch whichSwitch)
 {
     if (beginCall(call) != XPL_OK)
-    {
         return allocateTextCell(std::nullopt);
-    }
     return Engine::instance().read(
         [&](const FabricModel& model, std::uint64_t)
         {
@@ -33,17 +31,13 @@ int attachedPort(Call call, const char* domainId, int previous, char* address)
     int domain = 0;
     if (beginCall(call) != XPL_OK || domainId == nullptr || address == nullptr || previous < 0 ||
         !parseDecimal(domainId, domain))
-    {
         return 0;
-    }
     return Engine::instance().read(
         [&](const FabricModel& model, std::uint64_t)
         {
             const NodeScenario* node = model.nodeAfter(domain, static_cast<std::uint32_t>(previous));
             if (node == nullptr)
-            {
                 return 0;
-            }
             const std::string text = hexOf(node->address, 6);
             std::memcpy(address, text.c_str(), text.size() + 1);
             return static_cast<int>(node->address);
@@ -78,20 +72,14 @@ int get_next_attached_port(const char* domainId, int previous, char* address)
 bool isErrors(const xpl_smlEntry* entries, std::uint32_t count)
 {
     for (std::uint32_t i = 0; i < count; ++i)
-    {
         if (entries[i].status != XPL_OK && entries[i].status != XPL_NOT_AVAILABLE)
-        {
             return true;
-        }
-    }
     return false;
 }
 
 char* toUpper(char* text)
 {
     for (char* c = text; c != nullptr && *c != '\0'; ++c)
-    {
         *c = (*c >= 'a' && *c <= 'z') ? static_cast<char>(*c - 'a' + 'A') : *c;
-    }
     return text;
 }

@@ -1,7 +1,7 @@
 // The vital product data of the chassis.
 #include "platform/vpd.h"
 
-#include "simulator/engine/engine.h"
+#include "simulator/engine/Engine.h"
 #include "simulator/services/session.h"
 
 #include <algorithm>
@@ -11,13 +11,9 @@ int VPD_Client::read_product_name(char* name, std::size_t sizeBytes)
     using namespace simulator;
     const std::int32_t begun = beginCall(Call::readProductName);
     if (begun != XPL_OK)
-    {
         return begun;
-    }
     if (name == nullptr || sizeBytes == 0)
-    {
         return XPL_INVALID_PARAMETER;
-    }
     Engine::instance().read(
         [&](const FabricModel& model, std::uint64_t)
         {

@@ -4,9 +4,9 @@
 #include "agent/service/AgentCore.h"
 #include "common/owned.h"
 #include "simulator/generator/generate.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "support/Inst_Map.h"
-#include "tests/bench/Report.h"
+#include "tests/bench/report.h"
 
 #include "VRAX_FCNode.h"
 #include "VRAX_FCPort.h"

@@ -3,8 +3,8 @@
 
 #include "agent/service/AgentCore.h"
 #include "simulator/generator/generate.h"
-#include "simulator/testing/sim_switch.h"
-#include "tests/bench/Report.h"
+#include "simulator/testing/SimSwitch.h"
+#include "tests/bench/report.h"
 
 #include <string>
 

@@ -2,9 +2,9 @@
 #include "tests/bench/benches.h"
 
 #include "simulator/generator/generate.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "support/VRAX_Maps.h"
-#include "tests/bench/Report.h"
+#include "tests/bench/report.h"
 
 #include <cimple/Provider_Handle.h>
 #include <cimple/cimple.h>
@@ -25,10 +25,8 @@ constexpr double kNano = 1e9;
 const cimple::Registration& registrationOf(const char* className)
 {
     for (const cimple::Registration* one = cimple_module(); one != nullptr; one = one->next)
-    {
         if (std::strcmp(one->meta_class->name, className) == 0)
             return *one;
-    }
     throw std::runtime_error("not registered");
 }
 

@@ -3,11 +3,11 @@
 #include "tests/bench/benches.h"
 
 #include "simulator/generator/generate.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "support/VRAX_Maps.h"
 #include "switchProviders/VRAX_FCPortRateStatistics_Provider.h"
 #include "switchProviders/VRAX_FCPortStatistics_Provider.h"
-#include "tests/bench/Report.h"
+#include "tests/bench/report.h"
 
 #include <cstdio>
 #include <stdexcept>

@@ -3,7 +3,7 @@
 
 #include "common/owned.h"
 #include "support/Inst_Map.h"
-#include "tests/bench/Report.h"
+#include "tests/bench/report.h"
 
 #include "VRAX_FCPortStatistics.h"
 

@@ -11,8 +11,8 @@
 #include "fabricProviders/VRAX_MemberOfFCNode_Provider.h"
 #include "fabricProviders/VRAX_MemberOfLogicalNetwork_Provider.h"
 #include "simulator/generator/generate.h"
-#include "simulator/testing/sim_switch.h"
-#include "tests/bench/Report.h"
+#include "simulator/testing/SimSwitch.h"
+#include "tests/bench/report.h"
 
 #include <cstdio>
 #include <stdexcept>

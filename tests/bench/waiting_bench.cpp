@@ -6,8 +6,8 @@
 #include "fabricProviders/VRAX_FCSwitchFCPort_Provider.h"
 #include "fabricProviders/VRAX_FabricFCSwitch_Provider.h"
 #include "simulator/generator/generate.h"
-#include "simulator/testing/sim_switch.h"
-#include "tests/bench/Report.h"
+#include "simulator/testing/SimSwitch.h"
+#include "tests/bench/report.h"
 
 #include <atomic>
 #include <chrono>
@@ -74,10 +74,8 @@ Owned<VRAX_FCPort> localPort()
     }
     VRAX_FCPort_Provider provider;
     for (Owned<VRAX_FCPort>& port : ports)
-    {
         if (provider.modify_instance(nameOf(*port).get(), port.get()) == MODIFY_INSTANCE_OK)
             return std::move(port);
-    }
     throw std::runtime_error("no local port");
 }
 

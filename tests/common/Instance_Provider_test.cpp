@@ -34,9 +34,7 @@ class InstanceProvider : public testing::Test
         const Owned<VRAX_FCPortStatistics> owner(found);
         EXPECT_EQ(found != nullptr, status == GET_INSTANCE_OK);
         if (found != nullptr)
-        {
             EXPECT_EQ(found->InstanceID.value, id);
-        }
         return status;
     }
 

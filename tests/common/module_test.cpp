@@ -1,5 +1,5 @@
 // Tests of the module as a CIM server sees it: the shared library, loaded and driven through CMPI.
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "test_client.h"
 
 #include <cimple/cimple.h>

@@ -1,5 +1,5 @@
 // State changes that a client asks for and the switch refuses.
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/module/module_test_agent.h"
 
 #include <stdexcept>

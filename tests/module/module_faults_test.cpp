@@ -5,11 +5,11 @@
 // makes to the switch, fails in turn, at each place where it happens; what a class does without are traits of
 // its provider. The ends of an association stay loaded meanwhile: their loads are their own classes' cases.
 // The module is loaded through CMPI by the agent's core and spoken to in CIM-XML.
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/common/testing/Failures.h"
 #include "tests/module/module_test_agent.h"
 
-#include "agent/log/Log.h"
+#include "agent/log/log.h"
 #include "providers_includes.h"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 
 #include "agent/ops/FrontEnd.h"
 #include "agent/service/AgentCore.h"
-#include "agent/xml/ElementWriter.h"
+#include "agent/xml/element_writer.h"
 #include "tests/agent/http/WholeAnswer.h"
 
 #include <string>

@@ -66,10 +66,8 @@ class Reader
         for (Entry& entry : table.entries)
         {
             for (const Entry& other : table.entries)
-            {
                 if (other.name == entry.like && other.like.empty())
                     entry.properties = other.properties;
-            }
             require(!entry.properties.empty(), ("properties of " + entry.name).c_str());
         }
         return table;

@@ -83,10 +83,8 @@ std::string shortened(std::string text)
     {
         const std::size_t length = std::strlen(wwn);
         for (std::size_t at = 0; at + length <= text.size(); ++at)
-        {
             if (strncasecmp(text.c_str() + at, wwn, length) == 0)
                 text.replace(at, length, name);
-        }
     }
     return text;
 }
@@ -96,10 +94,8 @@ std::string nameOf(const Instance& instance)
 {
     Properties properties = described(instance);
     for (const char* key : {"DeviceID", "InstanceID"})
-    {
         if (properties.count(key) != 0)
             return shortened(properties[key]);
-    }
     if (properties.count("Name") != 0)
     {
         const std::string system = shortened(properties["SystemName"]);
@@ -183,10 +179,8 @@ class Published : public Switch_Test, public testing::WithParamInterface<Served_
         for (const Entry& entry : table.entries)
         {
             for (const Source& source : entry.sources)
-            {
                 if (source.answer)
                     sim.answer(source.key, *source.answer);
-            }
         }
         sim.mark();
     }
@@ -425,13 +419,9 @@ void Published::expectEffects(const When& when, const Answer& usual)
     EXPECT_EQ(answer.served.status, 0);
     EXPECT_EQ(answer.logged, Texts());
     if (namesAlone || answer.instances.size() != properties.size())
-    {
         EXPECT_EQ(answer.names, fewer);
-    }
     else
-    {
         expectInstances(answer, properties);
-    }
 }
 
 TEST_P(Published, ChangesAsTheTableSays)
@@ -536,10 +526,8 @@ TEST_P(Published, RefersToWholeInstances)
             }
         });
     for (const Served_Class& one : kServed)
-    {
         if (classes.count(one.name) != 0)
             one.serve([&](const Instance& instance) { ends.erase(&instance); });
-    }
     EXPECT_TRUE(ends.empty()) << ends.size() << " ends are not the cached instances";
 }
 
@@ -568,12 +556,8 @@ TEST(PublishedTables, AreOfRegisteredClasses)
     for (const Served_Class& one : kServed)
         registered.insert(one.name);
     for (const auto& file : std::filesystem::directory_iterator(kFolder))
-    {
         if (file.path().extension() == ".txt")
-        {
             EXPECT_EQ(registered.count(file.path().stem()), 1u) << file.path();
-        }
-    }
 }
 
 } // namespace

@@ -31,13 +31,9 @@ TEST(BuiltIn, TheFirstCallsOpenIt)
     ::unsetenv("VRAX_SCENARIO");
     std::vector<std::future<std::string>> names;
     for (int i = 0; i < 4; ++i)
-    {
         names.push_back(std::async(std::launch::async, [] { return valueOf("Config.Switch.SymName"); }));
-    }
     for (auto& name : names)
-    {
         EXPECT_EQ("core-a", name.get());
-    }
     const auto counter = []
     { return std::strtoull(valueOf("Oper.UserPort.0.3.C64.TotalRxWords").c_str(), nullptr, 16); };
     const auto before = counter();

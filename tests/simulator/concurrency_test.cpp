@@ -2,7 +2,7 @@
 #include "platform/data_cache.h"
 #include "platform/switch_server.h"
 #include "platform/xpl_lib.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>
@@ -27,9 +27,7 @@ void readEverything()
         char address[kAttachedPortAddressSize];
         for (int next = get_first_attached_port(domain.c_str(), address); next != 0;
              next = get_next_attached_port(domain.c_str(), next, address))
-        {
             EXPECT_EQ(16u, valueOf("Oper.NameServerAll." + domain + ".Entry." + address + ".PortWwn").size());
-        }
     }
     for (std::string index = cache->getFirstRootPortIndex(); !index.empty();
          index = cache->getNextRootPortIndex(index))
@@ -58,9 +56,7 @@ TEST(Concurrency, ReadersSeeWholeStatesWhileEverythingChanges)
             [&stop]
             {
                 while (!stop)
-                {
                     readEverything();
-                }
             });
     }
     SwitchScenario remote = SimSwitch::make().remote(2, 3).scenario().switches.back();
@@ -83,9 +79,7 @@ TEST(Concurrency, ReadersSeeWholeStatesWhileEverythingChanges)
     }
     stop = true;
     for (std::thread& reader : readers)
-    {
         reader.join();
-    }
     EXPECT_EQ(0u, sim.outstandingBlocks());
     EXPECT_EQ(0, sim.heldCacheLocks());
 }

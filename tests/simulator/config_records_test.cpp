@@ -2,7 +2,7 @@
 #include "platform/switch_config.h"
 
 #include "simulator/scenario/scenario_json.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>

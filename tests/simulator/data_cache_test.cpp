@@ -1,8 +1,8 @@
 // Tests of the data cache: walks, names of ports, and its lock.
 #include "platform/data_cache.h"
 
-#include "simulator/engine/cache_lock.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/engine/CacheLock.h"
+#include "simulator/testing/SimSwitch.h"
 
 #include <gtest/gtest.h>
 
@@ -20,9 +20,7 @@ std::vector<std::string> portWalk()
     DataCache* cache = DataCache::instance();
     for (std::string index = cache->getFirstRootPortIndex(); !index.empty();
          index = cache->getNextRootPortIndex(index))
-    {
         walk.push_back(index);
-    }
     return walk;
 }
 
@@ -32,9 +30,7 @@ TEST(DataCache, WalksPortsInNumericOrder)
     EXPECT_EQ((std::vector<std::string>{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11"}),
               portWalk());
     for (const char* bad : {"", "11", "x", "-1", "01", "99999999999"})
-    {
         EXPECT_EQ("", DataCache::instance()->getNextRootPortIndex(bad)) << bad;
-    }
 }
 
 TEST(DataCache, WalksSwitchesByDomainAndTheirPortsByEntry)
@@ -93,15 +89,11 @@ TEST(DataCache, ConvertsBetweenIndexAndWwn)
     {
         EXPECT_EQ(row.portWwn, cache->calcPortWwn(Wwn(row.switchWwn), row.index).toString()) << row.index;
         if (*row.portWwn != '\0')
-        {
             EXPECT_EQ(row.index, cache->calcPortIndex(Wwn(row.switchWwn), Wwn(row.portWwn)));
-        }
     }
     for (const char* bad :
          {"212C02a5c0de00ab", "100002A5C0DE00aB", "212b02a5c0de00ac", "212b", "", "2xxx02A5C0DE00aB"})
-    {
         EXPECT_EQ("", cache->calcPortIndex(root, Wwn(bad))) << bad;
-    }
     EXPECT_EQ("43", cache->calcPortIndex(root, Wwn("202B02a5c0DE00AB")));
     EXPECT_EQ(kPortHWTypeEthernet, cache->getPortHWType("299"));
     EXPECT_EQ(kPortHWTypeFibreChannel, cache->getPortHWType("0"));
@@ -113,9 +105,7 @@ std::future<void> waitingWriter(SimSwitch& sim)
 {
     auto done = std::async(std::launch::async, [&sim] { sim.removeSwitch(2); });
     while (sim.cacheWriters() == 0)
-    {
         std::this_thread::yield();
-    }
     return done;
 }
 

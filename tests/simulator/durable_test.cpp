@@ -3,7 +3,7 @@
 #include "simulator/open.h"
 #include "simulator/scenario/atomic_file.h"
 #include "simulator/scenario/scenario_json.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>

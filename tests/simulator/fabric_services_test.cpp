@@ -3,7 +3,7 @@
 
 #include "platform/data_cache.h"
 #include "platform/xpl_lib.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>
@@ -28,9 +28,7 @@ taken(Element** cell, std::uint32_t count, std::int32_t error, std::int32_t Elem
     EXPECT_EQ(0, error);
     std::vector<std::string> texts;
     for (std::uint32_t i = 0; i < count; ++i)
-    {
         texts.push_back(std::string((*cell)[i].wwn) + " " + std::to_string((*cell)[i].*number));
-    }
     std::free(*cell);
     xpl_libFreeMemory(cell);
     return texts;
@@ -109,9 +107,7 @@ TEST_F(FabricServices, TellWhatAPortIsLinkedTo)
         {3, 0, {"error 2"}},
     };
     for (const auto& row : rows)
-    {
         EXPECT_EQ(row.linked, linkedTo(row.domain, row.port)) << row.domain << "/" << row.port;
-    }
 }
 
 TEST_F(FabricServices, ShowALinkWhileBothItsEndsAreUp)

@@ -4,7 +4,7 @@
 #include "platform/data_cache.h"
 #include "platform/switch_server.h"
 #include "simulator/scenario/scenario_json.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Tests of the attribute store: which keys answer what, how batches end, what writes change.
 #include "platform/switch_server.h"
-#include "simulator/keys/key_registry.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/keys/KeyRegistry.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>
@@ -144,9 +144,7 @@ TEST(Keys, TellTheConditionOfPorts)
         {"Nonsense", "status 2"},
     };
     for (const auto& row : rows)
-    {
         EXPECT_EQ(row.value, valueOf(row.key)) << row.key;
-    }
 }
 
 TEST(Keys, FollowWhatHappensToTheSwitch)

@@ -2,7 +2,7 @@
 #include "platform/switch_server.h"
 
 #include "platform/xpl_lib.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 
 #include <gtest/gtest.h>
 
@@ -23,9 +23,7 @@ std::vector<std::string> attachedTo(const char* domain)
     char address[kAttachedPortAddressSize];
     for (int next = get_first_attached_port(domain, address); next != 0;
          next = get_next_attached_port(domain, next, address))
-    {
         addresses.emplace_back(address);
-    }
     return addresses;
 }
 
@@ -46,9 +44,7 @@ TEST(AttachedPorts, AreWalkedByAddress)
     EXPECT_EQ((std::vector<std::string>{"010300", "010301", "010b00", "01ffee"}), attachedTo("1"));
     EXPECT_TRUE(attachedTo("2").empty());
     for (const char* bad : {"3", "", "x", "-1"})
-    {
         EXPECT_TRUE(attachedTo(bad).empty()) << bad;
-    }
     sim.portDown(3);
     EXPECT_EQ((std::vector<std::string>{"010b00", "01ffee"}), attachedTo("1"));
 }

@@ -1,7 +1,7 @@
 // Tests of counters and rates: monotone, consistent with one another, standing still without a link.
+#include "simulator/model/TrafficMeter.h"
 #include "simulator/model/made_up.h"
-#include "simulator/model/traffic_meter.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>
@@ -28,9 +28,7 @@ struct Sample
     explicit Sample(int port)
     {
         for (const CounterName& counter : kCounters)
-        {
             values.push_back(counterOf(port, std::string(counter.name)));
-        }
     }
 
     std::uint64_t operator[](const char* name) const { return values[*counterNamed(name)]; }
@@ -88,9 +86,7 @@ TEST(Traffic, NoCounterRunsBackwardsWhateverHappens)
         events[static_cast<std::size_t>(i * 7) % std::size(events)]();
         const Sample after(0);
         for (std::size_t c = 0; c < kCounterCount; ++c)
-        {
             ASSERT_GE(after.values[c], before.values[c]) << kCounters[c].name << " after event " << i;
-        }
         before = after;
     }
     EXPECT_GT(before["InvalidCRCs"], 0u);

@@ -2,7 +2,7 @@
 #include "switchaccess/Attribute.h"
 
 #include "common/owned.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "support/substitute.h"
 
 #include "VRAX_FCPort.h"
@@ -43,9 +43,7 @@ TEST(Substitute, ReplacesConversionsByArguments)
         const bool made = substitute(text, sizeof(text), row.format, row.arguments);
         EXPECT_EQ(made, row.text != nullptr) << row.format;
         if (made && row.text != nullptr)
-        {
             EXPECT_STREQ(text, row.text);
-        }
     }
 }
 

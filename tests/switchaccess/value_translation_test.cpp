@@ -99,10 +99,8 @@ void expectInverse(TRANSLATE translate, const std::string& table)
     {
         std::string expected = "ERROR";
         for (const Text_Row& row : rows)
-        {
             if (row.number == number)
                 expected = row.text;
-        }
         ASSERT_EQ(std::string(translate(static_cast<uint16>(number)).c_str()), expected) << number;
     }
 }

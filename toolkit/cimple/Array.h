@@ -165,10 +165,8 @@ class Array : public Array_Base
     size_t find(const T& x) const
     {
         for (size_t i = 0; i < size(); i++)
-        {
             if ((*this)[i] == x)
                 return i;
-        }
         return size_t(-1);
     }
 

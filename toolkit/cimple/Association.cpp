@@ -22,10 +22,8 @@ bool matches(const char* filter, const char* name)
 bool is_of_class(const Meta_Class* mc, const char* name)
 {
     for (; mc; mc = mc->super_meta_class)
-    {
         if (eqi(mc->name, name))
             return true;
-    }
     return false;
 }
 
@@ -99,10 +97,8 @@ bool is_reference_of(const Instance* instance, const Instance* reference, const 
 {
     const Ends ends(reference);
     for (size_t i = 0; i < ends.size(); i++)
-    {
         if (matches(role, ends[i].mr->name) && key_eq(instance, ends[i].value))
             return true;
-    }
     return false;
 }
 

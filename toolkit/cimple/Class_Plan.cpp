@@ -229,10 +229,8 @@ Instance* Class_Plan::duplicate(const Instance* instance) const
         new (member<Array_Instance>(to, offset)) Array_Instance();
 
     for (const Array_Plan& array : _arrays)
-    {
         if (*member<void*>(instance, array.offset))
             array.ops->assign(member<void>(to, array.offset), member<void>(instance, array.offset));
-    }
     for (const uint32 offset : _refs)
         *member<Instance*>(to, offset) = clone_or_null(*member<Instance*>(instance, offset));
     for (const uint32 offset : _array_refs)
@@ -247,10 +245,8 @@ void Class_Plan::dispose(Instance* instance) const
     for (const uint32 offset : _datetimes)
         member<Datetime>(instance, offset)->~Datetime();
     for (const Array_Plan& array : _arrays)
-    {
         if (*member<void*>(instance, array.offset))
             array.ops->destroy(member<void>(instance, array.offset));
-    }
     for (const uint32 offset : _refs)
         unref(*member<Instance*>(instance, offset));
     for (const uint32 offset : _array_refs)

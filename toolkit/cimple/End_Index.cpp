@@ -39,10 +39,8 @@ const Known_Digests& End_Index::learn(const Instance* instance)
     if (instance->meta_class != _meta_class)
         return _known;
     for (size_t i = 0; i < _roles.size(); i++)
-    {
         if (const Instance* const end = __ref_of(instance, _roles[i].reference))
             _known.learn(i, end);
-    }
     return _known;
 }
 
@@ -56,10 +54,8 @@ void End_Index::add(const Instance* instance, uint32 slot) noexcept
     try
     {
         for (Role& role : _roles)
-        {
             if (const Instance* const end = __ref_of(instance, role.reference))
                 role.add(end, *_known.find(end), slot);
-        }
     }
     catch (const std::bad_alloc&)
     {
@@ -138,10 +134,8 @@ void End_Index::Role::add(const Instance* end, const Digest& digest, uint32 slot
         std::vector<Group> smaller(std::max(kMinGroups, 2 * groups.size()), Group{0, kNone, kNone});
         smaller.swap(groups);
         for (const Group& group : smaller)
-        {
             if (group.first != kNone)
                 groups[place_of(group.hash)] = group;
-        }
     }
     next.resize(slot + 1, kNone);
     Group& group = groups[place_of(folded(digest.value))];

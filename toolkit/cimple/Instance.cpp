@@ -182,10 +182,8 @@ void copy(Instance* dest, const Instance* src, const Instance* model)
     if (dest == src || !same_class(dest, src))
         return;
     for (const Meta_Feature* mf : features_of(src->meta_class))
-    {
         if (wanted_by(model, mf))
             copy_feature(dest, src, mf);
-    }
 }
 
 void copy_keys(Instance* dest, const Instance* src)

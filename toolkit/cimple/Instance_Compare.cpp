@@ -26,10 +26,8 @@ bool refs_equal(
     if ((pa.null != 0) != (pb.null != 0) || pa.value.size() != pb.value.size())
         return false;
     for (size_t i = 0; i < pa.value.size(); i++)
-    {
         if (!both_null_or_equal(pa.value[i], pb.value[i]))
             return false;
-    }
     return true;
 }
 

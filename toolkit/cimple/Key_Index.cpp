@@ -20,10 +20,8 @@ size_t Key_Index::find(const Array<Instance*>& instances,
     if (_shapes.may_match_other(model, digest, Key_Shapes::Known_First))
     {
         for (size_t pos = 0; pos < instances.size(); pos++)
-        {
             if (key_eq(instances[pos], model))
                 return pos;
-        }
         return size_t(-1);
     }
     for (uint32 slot = _buckets[digest.value & (_buckets.size() - 1)]; slot != kNone;
@@ -82,10 +80,8 @@ void Key_Index::grow(size_t n)
 void Key_Index::link_all()
 {
     for (uint32 slot = 0; slot < _nodes.size(); slot++)
-    {
         if (_nodes[slot].live)
             link(slot);
-    }
 }
 
 void Key_Index::link(uint32 slot)

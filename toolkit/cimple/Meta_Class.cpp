@@ -25,10 +25,8 @@ namespace
 const Meta_Feature* find_in(const Feature_Range& features, const char* name, uint32 type)
 {
     for (const Meta_Feature* mf : features)
-    {
         if ((mf->flags & type) != 0 && eqi(mf->name, name))
             return mf;
-    }
     return nullptr;
 }
 
@@ -48,10 +46,8 @@ bool same_class(const Meta_Class* mc1, const Meta_Class* mc2)
 const Meta_Qualifier* find(const Meta_Qualifier* const* meta_qualifiers, size_t n, const char* name)
 {
     for (size_t i = 0; i < n; i++)
-    {
         if (eqi(meta_qualifiers[i]->name, name))
             return meta_qualifiers[i];
-    }
     return nullptr;
 }
 
@@ -115,30 +111,24 @@ bool is_subclass(const Meta_Class* ancestor, const Meta_Class* descendant)
     if ((descendant->flags & CIMPLE_FLAG_METHOD) != 0) // a method object, which has no superclass to ask for
         return same_class(ancestor, descendant);
     for (const Meta_Class* mc = descendant; mc; mc = mc->super_meta_class)
-    {
         if (same_class(ancestor, mc))
             return true;
-    }
     return false;
 }
 
 const Meta_Class* find_meta_class(const Meta_Class* source, const char* class_name)
 {
     for (const Meta_Class* mc = source; mc; mc = mc->super_meta_class)
-    {
         if (eqi(mc->name, class_name))
             return mc;
-    }
     return find_meta_class(source->meta_repository, class_name);
 }
 
 const Meta_Class* find_meta_class(const Meta_Repository* repository, const char* class_name)
 {
     for (size_t i = 0; repository && i < repository->num_meta_classes; i++)
-    {
         if (eqi(repository->meta_classes[i]->name, class_name))
             return repository->meta_classes[i];
-    }
     return nullptr;
 }
 

@@ -28,10 +28,8 @@ bool eqi(const char* s1, const char* s2)
     const auto* p = reinterpret_cast<const unsigned char*>(s1);
     const auto* q = reinterpret_cast<const unsigned char*>(s2);
     for (; *p != '\0'; p++, q++)
-    {
         if (__lower[*p] != __lower[*q])
             return false;
-    }
     return *q == '\0';
 }
 

@@ -44,10 +44,8 @@ static_assert(CIMPLE_ARRAY_SIZE(flag_names) == 32, "one name a bit");
 size_t flag_name_to_index(const char* name)
 {
     for (size_t i = 0; i < num_flag_names; i++)
-    {
         if (eqi(flag_names[i], name))
             return i;
-    }
     return size_t(-1);
 }
 

@@ -33,10 +33,8 @@ int configured_level(const std::string& home)
         std::string value = line.substr(key.size());
         value.erase(value.find_last_not_of(" \t\r") + 1);
         for (int level = LL_FATAL; level <= LL_DBG; level++)
-        {
             if (eqi(kLevelNames[level], value.c_str()))
                 return level;
-        }
     }
     return kOff;
 }

@@ -1,5 +1,6 @@
 // Users whose hashes are cheap to check, for tests.
-#pragma once
+#ifndef TESTS_AGENT_AUTH_USERS_H
+#define TESTS_AGENT_AUTH_USERS_H
 
 #include <fstream>
 #include <string>
@@ -21,3 +22,5 @@ inline void writeUsers(const std::string& path, const std::string& text, mode_t 
 }
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // A broker and a call in progress on it, without any provider library.
-#pragma once
+#ifndef TESTS_AGENT_BROKER_BROKERFIXTURE_H
+#define TESTS_AGENT_BROKER_BROKERFIXTURE_H
 
 #include "agent/broker/ProviderCall.h"
 #include "tests/agent/testproviders/TestCore.h"
@@ -57,3 +58,5 @@ inline std::string text(const CMPIString* string)
 }
 
 } // namespace cimd::test
+
+#endif

@@ -1,5 +1,6 @@
 // A TCP client for tests that sends exactly the bytes it is given and reads HTTP responses.
-#pragma once
+#ifndef TESTS_AGENT_HTTP_RAWCLIENT_H
+#define TESTS_AGENT_HTTP_RAWCLIENT_H
 
 #include "agent/http/ListenSocket.h"
 
@@ -61,3 +62,5 @@ bool canConnect(std::uint16_t port);
 std::string post(std::string_view body, std::string_view headers = {});
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // A server whose handler is a function of the test.
-#pragma once
+#ifndef TESTS_AGENT_HTTP_SERVERFIXTURE_H
+#define TESTS_AGENT_HTTP_SERVERFIXTURE_H
 
 #include "agent/http/HttpServer.h"
 #include "tests/agent/http/RawClient.h"
@@ -51,3 +52,5 @@ class ServerFixture : public ::testing::Test
 };
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // An answer stream for tests without a server: nothing leaves before the answer is whole.
-#pragma once
+#ifndef TESTS_AGENT_HTTP_WHOLEANSWER_H
+#define TESTS_AGENT_HTTP_WHOLEANSWER_H
 
 #include "agent/http/HttpHandler.h"
 
@@ -15,3 +16,5 @@ class WholeAnswer : public AnswerStream
 };
 
 } // namespace cimd
+
+#endif

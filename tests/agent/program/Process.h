@@ -1,5 +1,6 @@
 // A running cimd for tests.
-#pragma once
+#ifndef TESTS_AGENT_PROGRAM_PROCESS_H
+#define TESTS_AGENT_PROGRAM_PROCESS_H
 
 #include "agent/http/ListenSocket.h"
 
@@ -42,3 +43,5 @@ class Process
 std::uint16_t portOf(const std::string& line);
 
 } // namespace cimd
+
+#endif

@@ -1,5 +1,6 @@
 // A directory that goes with its scope.
-#pragma once
+#ifndef TESTS_AGENT_PULL_TEMPORARYDIRECTORY_H
+#define TESTS_AGENT_PULL_TEMPORARYDIRECTORY_H
 
 #include <cstdlib>
 #include <filesystem>
@@ -25,3 +26,5 @@ class TemporaryDirectory
 };
 
 } // namespace cimd
+
+#endif

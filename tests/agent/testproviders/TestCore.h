@@ -1,5 +1,6 @@
 // The agent's core with the test providers, and requests in short form.
-#pragma once
+#ifndef TESTS_AGENT_TESTPROVIDERS_TESTCORE_H
+#define TESTS_AGENT_TESTPROVIDERS_TESTCORE_H
 
 #include "agent/service/AgentCore.h"
 
@@ -44,3 +45,5 @@ std::string label(const ObjectPath& path);
 std::string outcome(const std::function<void()>& action);
 
 } // namespace cimd::test
+
+#endif

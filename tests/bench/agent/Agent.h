@@ -1,5 +1,6 @@
 // A running cimd to be measured.
-#pragma once
+#ifndef TESTS_BENCH_AGENT_AGENT_H
+#define TESTS_BENCH_AGENT_AGENT_H
 
 #include <cstddef>
 #include <cstdint>
@@ -41,3 +42,5 @@ class Agent
 };
 
 } // namespace bench
+
+#endif

@@ -2,7 +2,7 @@
 //
 // Times are of the wall clock and include this program, which shares the machine with the agent.
 #include "tests/bench/agent/Agent.h"
-#include "tests/bench/agent/HttpLoad.h"
+#include "tests/bench/agent/http_load.h"
 
 #include <algorithm>
 #include <chrono>
@@ -29,7 +29,7 @@ struct Places
 {
     std::string program;
     std::vector<std::string> scenario;
-    std::vector<std::string> rows; // the classes of RowsProvider.cpp in place of the switch's
+    std::vector<std::string> rows; // the classes of rows_provider.cpp in place of the switch's
 };
 
 std::size_t countOf(const std::string& text, const std::string& part)

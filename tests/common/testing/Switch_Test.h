@@ -3,7 +3,7 @@
 #define TESTS_COMMON_TESTING_SWITCH_TEST_H
 
 #include "common/map_locks.h"
-#include "simulator/testing/sim_switch.h"
+#include "simulator/testing/SimSwitch.h"
 #include "tests/common/testing/Failures.h"
 #include "tests/common/testing/described.h"
 #include "tests/common/testing/served.h"

@@ -269,9 +269,7 @@ TEST_F(UpCalls, ACallOrALoadMayComeBackToTheSameProvider)
     const auto comeBack = [&]
     {
         if (nested++ == 0)
-        {
             EXPECT_TRUE(cimom::get_instance("root/demo", rack("r1").ptr()));
-        }
     };
     Client& provider = client(rackProvider);
     broker.upCalls = [&](const std::string&) { return provider.getInstance(rackPath("r1")); };

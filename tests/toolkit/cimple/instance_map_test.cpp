@@ -137,9 +137,7 @@ TEST(InstanceMapTest, OwnsWhatItHolds)
         if (clear)
             map.clear();
         else
-        {
             EXPECT_EQ(map.delete_instance(duplicate.ptr()), DELETE_INSTANCE_OK);
-        }
         EXPECT_EQ(sensor.count(), 1u) << "alive in other hands";
         EXPECT_EQ(map.size(), 0u);
     }

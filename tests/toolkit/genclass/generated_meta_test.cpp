@@ -166,13 +166,9 @@ TEST(GeneratedMeta, ASubclassBeginsLikeItsSuperclassInEveryClass)
             EXPECT_STREQ(own->name, inherited->name);
             EXPECT_EQ(own == inherited, mc.locals[i].local == 0) << own->name;
             if (own->flags & P)
-            {
                 EXPECT_EQ(as<Meta_Property>(own).offset, as<Meta_Property>(inherited).offset) << own->name;
-            }
             else if (own->flags & R)
-            {
                 EXPECT_EQ(as<Meta_Reference>(own).offset, as<Meta_Reference>(inherited).offset) << own->name;
-            }
         }
     }
 }

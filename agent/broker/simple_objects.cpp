@@ -1,0 +1,288 @@
+// Function tables of strings, arrays, date-times, enumerations, arguments and contexts.
+#include "agent/broker/conversion.h"
+#include "agent/broker/objects.h"
+#include "agent/cim/coercion.h"
+
+#include <algorithm>
+
+namespace cimd
+{
+namespace
+{
+
+// --- Strings
+
+const char* stringText(const CMPIString* string, CMPIStatus* rc)
+{
+    return answer(rc, [&] { return objectOf<StringObject>(string).text.c_str(); });
+}
+
+// --- Arrays
+
+CMPICount arraySize(const CMPIArray* array, CMPIStatus* rc)
+{
+    return answer(rc, [&] { return static_cast<CMPICount>(objectOf<ArrayObject>(array).elements.size()); });
+}
+
+CMPIType arrayType(const CMPIArray* array, CMPIStatus* rc)
+{
+    return answer(rc, [&] { return cmpiType(objectOf<ArrayObject>(array).type, false); });
+}
+
+CMPIData arrayElement(const CMPIArray* array, CMPICount index, CMPIStatus* rc)
+{
+    return answer(rc,
+                  [&]
+                  {
+                      const auto& elements = objectOf<ArrayObject>(array).elements;
+                      if (index >= elements.size())
+                          throw CmpiError(CMPI_RC_ERR_NO_SUCH_PROPERTY,
+                                          "index " + std::to_string(index) + " in an array of " +
+                                              std::to_string(elements.size()));
+                      return toCmpi(elements[index]);
+                  });
+}
+
+CMPIStatus setArrayElement(const CMPIArray* array, CMPICount index, const CMPIValue* value, CMPIType type)
+{
+    return answer(
+        [&]
+        {
+            auto& object = objectOf<ArrayObject>(array);
+            if (index >= object.elements.size())
+                throw CmpiError(CMPI_RC_ERR_NO_SUCH_PROPERTY,
+                                "index " + std::to_string(index) + " in an array of " +
+                                    std::to_string(object.elements.size()));
+            auto element = conform(fromCmpi(value, type), object.type, false);
+            if (!element)
+                throw CmpiError(CMPI_RC_ERR_TYPE_MISMATCH,
+                                "CMPI type " + std::to_string(type) + " in an array of " +
+                                    typeText(object.type, false));
+            object.elements[index] = std::move(*element);
+        });
+}
+
+// --- Date-times
+
+CMPIUint64 timeBinary(const CMPIDateTime* time, CMPIStatus* rc)
+{
+    return answer(rc, [&]() -> CMPIUint64 { return objectOf<DateTimeObject>(time).value.microseconds(); });
+}
+
+CMPIString* timeText(const CMPIDateTime* time, CMPIStatus* rc)
+{
+    return answer(rc, [&] { return trackString(std::string(objectOf<DateTimeObject>(time).value.text())); });
+}
+
+CMPIBoolean timeIsInterval(const CMPIDateTime* time, CMPIStatus* rc)
+{
+    return answer(rc,
+                  [&]() -> CMPIBoolean { return objectOf<DateTimeObject>(time).value.isInterval() ? 1 : 0; });
+}
+
+// --- Enumerations
+
+CMPIData enumerationNext(const CMPIEnumeration* enumeration, CMPIStatus* rc)
+{
+    return answer(rc,
+                  [&]
+                  {
+                      auto& object = objectOf<EnumerationObject>(enumeration);
+                      if (object.next >= object.elements.size())
+                          throw CmpiError(CMPI_RC_NO_MORE_ELEMENTS, "no more elements");
+                      return toCmpi(object.elements[object.next++]);
+                  });
+}
+
+CMPIBoolean enumerationHasNext(const CMPIEnumeration* enumeration, CMPIStatus* rc)
+{
+    return answer(rc,
+                  [&]() -> CMPIBoolean
+                  {
+                      const auto& object = objectOf<EnumerationObject>(enumeration);
+                      return object.next < object.elements.size() ? 1 : 0;
+                  });
+}
+
+CMPIArray* enumerationArray(const CMPIEnumeration* enumeration, CMPIStatus* rc)
+{
+    return answer(rc,
+                  [&]() -> CMPIArray*
+                  {
+                      const auto& object = objectOf<EnumerationObject>(enumeration);
+                      return track<ArrayObject>(object.type, object.elements);
+                  });
+}
+
+// Items by name or index, of arguments and contexts.
+
+CMPIString** setName(CMPIString** name, const std::string& text)
+{
+    if (name)
+        *name = trackString(text);
+    return name;
+}
+
+std::vector<Argument>::iterator findArgument(ArgsObject& object, const char* name)
+{
+    return std::find_if(object.arguments.begin(),
+                        object.arguments.end(),
+                        [&](const Argument& argument) { return equalNoCase(argument.name.str(), name); });
+}
+
+CMPIStatus addArgument(const CMPIArgs* args, const char* name, const CMPIValue* value, CMPIType type)
+{
+    return answer(
+        [&]
+        {
+            auto& object = objectOf<ArgsObject>(args);
+            CimValue converted = fromCmpi(value, type);
+            const auto place = findArgument(object, required(name, "the name of an argument"));
+            if (place == object.arguments.end())
+                object.arguments.push_back({CimName(name), std::move(converted)});
+            else
+                place->value = std::move(converted);
+        });
+}
+
+CMPIData getArgument(const CMPIArgs* args, const char* name, CMPIStatus* rc)
+{
+    bool isFound = true;
+    const CMPIData result = answer(rc,
+                                   [&]
+                                   {
+                                       auto& object = objectOf<ArgsObject>(args);
+                                       const auto place = findArgument(object, orEmpty(name));
+                                       isFound = place != object.arguments.end();
+                                       return isFound ? toCmpi(place->value) : CMPIData{};
+                                   });
+    return isFound ? result : notFound(rc);
+}
+
+CMPIData getArgumentAt(const CMPIArgs* args, CMPICount index, CMPIString** name, CMPIStatus* rc)
+{
+    bool isFound = true;
+    const CMPIData result = answer(rc,
+                                   [&]
+                                   {
+                                       auto& arguments = objectOf<ArgsObject>(args).arguments;
+                                       isFound = index < arguments.size();
+                                       if (!isFound)
+                                           return CMPIData{};
+                                       setName(name, arguments[index].name.str());
+                                       return toCmpi(arguments[index].value);
+                                   });
+    return isFound ? result : notFound(rc);
+}
+
+CMPICount argumentCount(const CMPIArgs* args, CMPIStatus* rc)
+{
+    return answer(rc, [&] { return static_cast<CMPICount>(objectOf<ArgsObject>(args).arguments.size()); });
+}
+
+CMPIStatus addEntry(const CMPIContext* context, const char* name, const CMPIValue* value, CMPIType type)
+{
+    return answer(
+        [&] {
+            objectOf<ContextObject>(context).set(required(name, "the name of an entry"),
+                                                 fromCmpi(value, type));
+        });
+}
+
+CMPIData getEntry(const CMPIContext* context, const char* name, CMPIStatus* rc)
+{
+    bool isFound = true;
+    const CMPIData result = answer(rc,
+                                   [&]
+                                   {
+                                       const CimValue* value =
+                                           objectOf<ContextObject>(context).find(orEmpty(name));
+                                       isFound = value != nullptr;
+                                       return isFound ? toCmpi(*value) : CMPIData{};
+                                   });
+    return isFound ? result : notFound(rc);
+}
+
+CMPIData getEntryAt(const CMPIContext* context, CMPICount index, CMPIString** name, CMPIStatus* rc)
+{
+    bool isFound = true;
+    const CMPIData result = answer(rc,
+                                   [&]
+                                   {
+                                       const auto& entries = objectOf<ContextObject>(context).entries;
+                                       isFound = index < entries.size();
+                                       if (!isFound)
+                                           return CMPIData{};
+                                       setName(name, entries[index].name);
+                                       return toCmpi(entries[index].value);
+                                   });
+    return isFound ? result : notFound(rc);
+}
+
+CMPICount entryCount(const CMPIContext* context, CMPIStatus* rc)
+{
+    return answer(rc,
+                  [&] { return static_cast<CMPICount>(objectOf<ContextObject>(context).entries.size()); });
+}
+
+} // namespace
+
+void ContextObject::set(const std::string& name, CimValue value)
+{
+    const auto place =
+        std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.name == name; });
+    if (place == entries.end())
+        entries.push_back({name, std::move(value)});
+    else
+        place->value = std::move(value);
+}
+
+const CimValue* ContextObject::find(std::string_view name) const
+{
+    const auto place =
+        std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.name == name; });
+    return place == entries.end() ? nullptr : &place->value;
+}
+
+const CMPIStringFT kStringTable{
+    CMPIVersion200, releaseObject<StringObject>, cloneObject<StringObject>, stringText};
+
+const CMPIArrayFT kArrayTable{CMPIVersion200,
+                              releaseObject<ArrayObject>,
+                              cloneObject<ArrayObject>,
+                              arraySize,
+                              arrayType,
+                              arrayElement,
+                              setArrayElement};
+
+const CMPIDateTimeFT kDateTimeTable{CMPIVersion200,
+                                    releaseObject<DateTimeObject>,
+                                    cloneObject<DateTimeObject>,
+                                    timeBinary,
+                                    timeText,
+                                    timeIsInterval};
+
+const CMPIEnumerationFT kEnumerationTable{CMPIVersion200,
+                                          releaseObject<EnumerationObject>,
+                                          cloneObject<EnumerationObject>,
+                                          enumerationNext,
+                                          enumerationHasNext,
+                                          enumerationArray};
+
+const CMPIArgsFT kArgsTable{CMPIVersion200,
+                            releaseObject<ArgsObject>,
+                            cloneObject<ArgsObject>,
+                            addArgument,
+                            getArgument,
+                            getArgumentAt,
+                            argumentCount};
+
+const CMPIContextFT kContextTable{CMPIVersion200,
+                                  releaseObject<ContextObject>,
+                                  cloneObject<ContextObject>,
+                                  getEntry,
+                                  getEntryAt,
+                                  entryCount,
+                                  addEntry};
+
+} // namespace cimd

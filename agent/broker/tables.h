@@ -1,0 +1,17 @@
+// The broker's function tables, one per source file.
+#ifndef AGENT_BROKER_TABLES_H
+#define AGENT_BROKER_TABLES_H
+
+#include <cmpift.h>
+
+namespace cimd
+{
+
+extern const CMPIBrokerFT kServiceTable;    // up_calls.cpp
+extern const CMPIBrokerEncFT kFactoryTable; // factories.cpp
+extern const CMPIBrokerExtFT kSystemTable;  // system_services.cpp
+extern const CMPIBrokerMemFT kMemoryTable;  // memory_services.cpp
+
+} // namespace cimd
+
+#endif

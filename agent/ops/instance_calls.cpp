@@ -1,0 +1,90 @@
+// Operations on instances, from their parameters to their results.
+#include "agent/ops/calls.h"
+#include "agent/ops/request_parts.h"
+#include "agent/xml/element_writer.h"
+
+namespace cimd
+{
+
+void enumerateInstances(Call& call)
+{
+    EnumerateInstancesRequest request;
+    request.nameSpace = call.nameSpace();
+    request.className = call.about(call.parameters.requiredClassName("ClassName"));
+    request.localOnly = call.parameters.boolean("LocalOnly", request.localOnly);
+    request.deepInheritance = call.parameters.boolean("DeepInheritance", request.deepInheritance);
+    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
+    instanceOptions(call, request);
+    call.parameters.finish();
+    auto sink = sinkFor<Instance>(call, [&](const Instance& item) { writeNamedInstance(call.xml, item); });
+    call.service.enumerateInstances(call.context, request, sink);
+}
+
+void enumerateInstanceNames(Call& call)
+{
+    EnumerateInstanceNamesRequest request;
+    request.nameSpace = call.nameSpace();
+    request.className = call.about(call.parameters.requiredClassName("ClassName"));
+    call.parameters.finish();
+    auto sink = sinkFor<ObjectPath>(call, [&](const ObjectPath& item) { writeInstanceName(call.xml, item); });
+    call.service.enumerateInstanceNames(call.context, request, sink);
+}
+
+void getInstance(Call& call)
+{
+    GetInstanceRequest request;
+    request.nameSpace = call.nameSpace();
+    request.path = call.about(call.parameters.instanceName("InstanceName"));
+    request.localOnly = call.parameters.boolean("LocalOnly", request.localOnly);
+    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
+    instanceOptions(call, request);
+    call.parameters.finish();
+    writeInstance(call.xml, call.service.getInstance(call.context, request));
+    ++call.results;
+}
+
+static std::vector<CimName> namesOf(const Instance& instance)
+{
+    std::vector<CimName> names;
+    for (const Property& property : instance.properties())
+        names.push_back(property.name);
+    return names;
+}
+
+void createInstance(Call& call)
+{
+    CreateInstanceRequest request;
+    request.nameSpace = call.nameSpace();
+    request.instance = call.about(call.parameters.instance("NewInstance"));
+    const ObjectPath object(request.nameSpace, request.instance.className());
+    call.willChange({object.text(), {}, namesOf(request.instance), {}});
+    call.parameters.finish();
+    const ObjectPath path = call.service.createInstance(call.context, request);
+    call.change->object = path.text();
+    writeInstanceName(call.xml, path);
+    ++call.results;
+}
+
+void modifyInstance(Call& call)
+{
+    ModifyInstanceRequest request;
+    request.nameSpace = call.nameSpace();
+    request.instance = call.about(call.parameters.namedInstance("ModifiedInstance"));
+    call.willChange({request.instance.path().text(), {}, namesOf(request.instance), {}});
+    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
+    request.properties = call.parameters.propertyList("PropertyList");
+    call.parameters.finish();
+    call.service.modifyInstance(call.context, request);
+}
+
+void deleteInstance(Call& call)
+{
+    DeleteInstanceRequest request;
+    request.nameSpace = call.nameSpace();
+    request.path = call.about(call.parameters.instanceName("InstanceName"));
+    call.willChange({request.path.text(), {}, {}, {}});
+    call.parameters.finish();
+    call.service.deleteInstance(call.context, request);
+}
+
+} // namespace cimd

@@ -1,0 +1,48 @@
+// Parts of requests that several operations have in common, whether they answer at once or are pulled.
+#ifndef AGENT_OPS_REQUEST_PARTS_H
+#define AGENT_OPS_REQUEST_PARTS_H
+
+#include "agent/ops/Call.h"
+
+#include <utility>
+
+namespace cimd
+{
+
+// For Associators and AssociatorNames.
+template <class Request>
+Request associatorsRequest(Call& call, ObjectPath from)
+{
+    Request request;
+    request.nameSpace = call.nameSpace();
+    request.path = call.about(std::move(from));
+    request.assocClass = call.parameters.className("AssocClass");
+    request.resultClass = call.parameters.className("ResultClass");
+    request.role = call.parameters.text("Role");
+    request.resultRole = call.parameters.text("ResultRole");
+    return request;
+}
+
+// For References and ReferenceNames.
+template <class Request>
+Request referencesRequest(Call& call, ObjectPath from)
+{
+    Request request;
+    request.nameSpace = call.nameSpace();
+    request.path = call.about(std::move(from));
+    request.resultClass = call.parameters.className("ResultClass");
+    request.role = call.parameters.text("Role");
+    return request;
+}
+
+// What is wanted of each instance, for every operation that returns some.
+template <class Request>
+void instanceOptions(Call& call, Request& request)
+{
+    request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
+    request.properties = call.parameters.propertyList("PropertyList");
+}
+
+} // namespace cimd
+
+#endif

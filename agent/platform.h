@@ -1,0 +1,17 @@
+// Starting the simulated switch, which stands where a switch has its platform library.
+#ifndef AGENT_PLATFORM_H
+#define AGENT_PLATFORM_H
+
+#include <string>
+
+namespace cimd
+{
+
+// Loads `directory`/libvraxplatform.so and lets it start from a scenario file; must happen before the first
+// provider is loaded. The library stays loaded. Throws StartError naming the option, the file and the reason;
+// a switch's own platform library has no scenarios and is refused.
+void openScenario(const std::string& directory, const std::string& scenario);
+
+} // namespace cimd
+
+#endif

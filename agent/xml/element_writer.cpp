@@ -1,0 +1,224 @@
+// From values to elements.
+#include "agent/xml/element_writer.h"
+
+#include "agent/cim/CimError.h"
+#include "agent/cim/value_text.h"
+
+namespace cimd
+{
+
+namespace
+{
+
+std::string_view keyKind(CimType type)
+{
+    if (type == CimType::Boolean)
+        return "boolean";
+    return isInteger(type) || isReal(type) ? "numeric" : "string";
+}
+
+void writeScalarText(XmlWriter& xml, const CimValue& value)
+{
+    switch (value.type())
+    {
+    case CimType::String:
+        return xml.text(value.asString());
+    case CimType::DateTime:
+        return xml.raw(value.asDateTime().text());
+    case CimType::Instance:
+    case CimType::Object:
+    {
+        std::string embedded;
+        XmlWriter inner(embedded);
+        writeInstance(inner, value.asInstance());
+        return xml.text(embedded);
+    }
+    case CimType::Char16:
+    {
+        std::string character;
+        appendText(character, value);
+        return xml.text(character);
+    }
+    default: // numbers and booleans need no escaping
+        return appendText(xml.out(), value);
+    }
+}
+
+void writeScalar(XmlWriter& xml, const CimValue& value)
+{
+    if (value.type() == CimType::Reference)
+        return writeReference(xml, value.asReference());
+    xml.start("VALUE");
+    writeScalarText(xml, value);
+    xml.close("VALUE");
+}
+
+void writeProperty(XmlWriter& xml, const Property& property)
+{
+    const CimType type = property.value.type();
+    const bool isArray = property.value.isArray();
+    if (type == CimType::Reference && isArray)
+        throw CimError(CimStatus::Failed,
+                       "property " + property.name.str() +
+                           ": CIM-XML has no arrays of references in instances");
+    const std::string_view tag = type == CimType::Reference ? "PROPERTY.REFERENCE"
+                                 : isArray                  ? "PROPERTY.ARRAY"
+                                                            : "PROPERTY";
+    xml.open(tag).attribute("NAME", property.name.str());
+    if (type != CimType::Reference)
+        xml.attribute("TYPE", typeName(type));
+    if (!property.classOrigin.empty())
+        xml.attribute("CLASSORIGIN", property.classOrigin.str());
+    writeEmbeddedAttribute(xml, type);
+    // NULL takes two tags as well: sblim-wbemcli reads the one-tag form only of elements that never hold
+    // anything.
+    xml.content();
+    if (!property.value.isNull())
+        writeValue(xml, property.value);
+    xml.close(tag);
+}
+
+} // namespace
+
+void writeLocalNameSpacePath(XmlWriter& xml, const std::string& nameSpace)
+{
+    xml.start("LOCALNAMESPACEPATH");
+    for (std::size_t at = 0; at <= nameSpace.size();)
+    {
+        const std::size_t end = std::min(nameSpace.find('/', at), nameSpace.size());
+        xml.open("NAMESPACE").attribute("NAME", std::string_view(nameSpace).substr(at, end - at)).empty();
+        at = end + 1;
+    }
+    xml.close("LOCALNAMESPACEPATH");
+}
+
+void writeClassName(XmlWriter& xml, const CimName& name)
+{
+    xml.open("CLASSNAME").attribute("NAME", name.str()).empty();
+}
+
+void writeInstanceName(XmlWriter& xml, const ObjectPath& path)
+{
+    xml.open("INSTANCENAME").attribute("CLASSNAME", path.className().str()).content();
+    for (const KeyBinding& key : path.keys())
+    {
+        xml.open("KEYBINDING").attribute("NAME", key.name.str()).content();
+        const CimType type = key.value.type();
+        if (type == CimType::Reference)
+            writeReference(xml, key.value.asReference());
+        else
+        {
+            xml.open("KEYVALUE").attribute("VALUETYPE", keyKind(type)).attribute("TYPE", typeName(type));
+            xml.content();
+            writeScalarText(xml, key.value);
+            xml.close("KEYVALUE");
+        }
+        xml.close("KEYBINDING");
+    }
+    xml.close("INSTANCENAME");
+}
+
+void writeInstancePath(XmlWriter& xml, const std::string& host, const ObjectPath& path)
+{
+    xml.start("INSTANCEPATH");
+    xml.start("NAMESPACEPATH");
+    xml.element("HOST", host);
+    writeLocalNameSpacePath(xml, path.nameSpace());
+    xml.close("NAMESPACEPATH");
+    writeInstanceName(xml, path);
+    xml.close("INSTANCEPATH");
+}
+
+void writeReference(XmlWriter& xml, const ObjectPath& path)
+{
+    xml.start("VALUE.REFERENCE");
+    if (path.nameSpace().empty())
+        writeInstanceName(xml, path);
+    else if (!path.host().empty())
+        writeInstancePath(xml, path.host(), path);
+    else
+    {
+        xml.start("LOCALINSTANCEPATH");
+        writeLocalNameSpacePath(xml, path.nameSpace());
+        writeInstanceName(xml, path);
+        xml.close("LOCALINSTANCEPATH");
+    }
+    xml.close("VALUE.REFERENCE");
+}
+
+void writeValue(XmlWriter& xml, const CimValue& value)
+{
+    if (value.isNull())
+        return;
+    if (!value.isArray())
+        return writeScalar(xml, value);
+    const std::string_view tag = value.type() == CimType::Reference ? "VALUE.REFARRAY" : "VALUE.ARRAY";
+    xml.start(tag);
+    for (const CimValue& element : value.elements())
+        if (element.isNull())
+            xml.open("VALUE.NULL").empty();
+        else
+            writeScalar(xml, element);
+    xml.close(tag);
+}
+
+void writeEmbeddedAttribute(XmlWriter& xml, CimType type)
+{
+    if (isEmbedded(type))
+        xml.attribute("EmbeddedObject", type == CimType::Instance ? "instance" : "object");
+}
+
+void writeInstance(XmlWriter& xml, const Instance& instance)
+{
+    xml.open("INSTANCE").attribute("CLASSNAME", instance.className().str()).content();
+    for (const Property& property : instance.properties())
+        writeProperty(xml, property);
+    xml.close("INSTANCE");
+}
+
+void writeNamedInstance(XmlWriter& xml, const Instance& instance)
+{
+    xml.start("VALUE.NAMEDINSTANCE");
+    writeInstanceName(xml, instance.path());
+    writeInstance(xml, instance);
+    xml.close("VALUE.NAMEDINSTANCE");
+}
+
+void writeObjectWithPath(XmlWriter& xml, const std::string& host, const Instance& instance)
+{
+    xml.start("VALUE.OBJECTWITHPATH");
+    writeInstancePath(xml, host, instance.path());
+    writeInstance(xml, instance);
+    xml.close("VALUE.OBJECTWITHPATH");
+}
+
+void writeObjectPath(XmlWriter& xml, const std::string& host, const ObjectPath& path)
+{
+    xml.start("OBJECTPATH");
+    writeInstancePath(xml, host, path);
+    xml.close("OBJECTPATH");
+}
+
+void writeArgument(XmlWriter& xml, const Argument& argument)
+{
+    const CimType type = argument.value.type();
+    xml.open("PARAMVALUE").attribute("NAME", argument.name.str()).attribute("PARAMTYPE", typeName(type));
+    writeEmbeddedAttribute(xml, type);
+    xml.content();
+    if (!argument.value.isNull())
+        writeValue(xml, argument.value);
+    xml.close("PARAMVALUE");
+}
+
+void writeReturnValue(XmlWriter& xml, const CimValue& value)
+{
+    if (value.isNull())
+        return;
+    xml.open("RETURNVALUE").attribute("PARAMTYPE", typeName(value.type()));
+    writeEmbeddedAttribute(xml, value.type());
+    xml.content();
+    writeValue(xml, value);
+    xml.close("RETURNVALUE");
+}
+
+} // namespace cimd

@@ -1,0 +1,345 @@
+// One pass over the characters, then one over the markup.
+#include "agent/xml/xml_check.h"
+
+#include "agent/cim/CimName.h"
+#include "agent/xml/utf8.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <vector>
+
+namespace cimd
+{
+
+namespace
+{
+
+constexpr std::string_view kSpace = " \t\r\n";
+
+bool isSpace(char c)
+{
+    return kSpace.find(c) != std::string_view::npos;
+}
+
+bool isNameStart(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+bool isNameCharacter(char c)
+{
+    return isNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
+}
+
+void checkCharacters(std::string_view text)
+{
+    for (std::size_t at = 0; at < text.size();)
+    {
+        const std::size_t start = at;
+        const char32_t c = decodeUtf8(text, at);
+        if (c == kNoCharacter)
+            throw XmlError(text, start, "not UTF-8");
+        if (!isXmlCharacter(c))
+            throw XmlError(text, start, "a character that XML does not allow");
+    }
+}
+
+class Checker
+{
+  public:
+    Checker(std::string_view text, const Limits& limits, XmlEncoding encoding)
+        : _text(text), _limits(limits), _encoding(encoding)
+    {
+    }
+
+    void run()
+    {
+        if (startsWith("<?xml") && _text.size() > 5 && isSpace(_text[5]))
+            declaration();
+        bool typeSeen = false;
+        bool rootSeen = false;
+        while (_at < _text.size())
+        {
+            if (accept("<!--"))
+                comment();
+            else if (accept("<?"))
+                instruction();
+            else if (!_open.empty() && accept("<![CDATA["))
+                characterData();
+            else if (_open.empty() && !rootSeen && !typeSeen && accept("<!DOCTYPE"))
+            {
+                typeSeen = true;
+                documentType();
+            }
+            else if (accept("</"))
+                endTag();
+            else if (_text[_at] == '<')
+            {
+                if (_open.empty() && rootSeen)
+                    fail("a second root element");
+                rootSeen = true;
+                startTag();
+            }
+            else
+                text();
+        }
+        if (!_open.empty())
+            fail("element " + std::string(_open.back()) + " is not closed");
+        if (!rootSeen)
+            fail("no element");
+    }
+
+  private:
+    [[noreturn]] void fail(const std::string& what) const { throw XmlError(_text, _at, what); }
+
+    void countNode()
+    {
+        if (++_nodes > _limits.xmlNodes)
+            fail("more than " + std::to_string(_limits.xmlNodes) + " elements, attributes and texts");
+    }
+
+    bool startsWith(std::string_view token) const { return _text.compare(_at, token.size(), token) == 0; }
+
+    bool accept(std::string_view token)
+    {
+        if (!startsWith(token))
+            return false;
+        _at += token.size();
+        return true;
+    }
+
+    std::string_view until(std::string_view token, const char* fault)
+    {
+        const std::size_t end = _text.find(token, _at);
+        if (end == std::string_view::npos)
+            fail(fault);
+        const std::string_view body = _text.substr(_at, end - _at);
+        _at = end + token.size();
+        return body;
+    }
+
+    bool skipSpace()
+    {
+        const std::size_t start = _at;
+        _at = std::min(_text.find_first_not_of(kSpace, _at), _text.size());
+        return _at != start;
+    }
+
+    std::string_view name()
+    {
+        const std::size_t start = _at;
+        if (_at == _text.size() || !isNameStart(_text[_at]))
+            fail("a name was expected");
+        while (_at < _text.size() && isNameCharacter(_text[_at]))
+            ++_at;
+        return _text.substr(start, _at - start);
+    }
+
+    std::string_view quoted()
+    {
+        const char quote = _at < _text.size() ? _text[_at] : '\0';
+        if (quote != '"' && quote != '\'')
+            fail("a quoted value was expected");
+        ++_at;
+        return until(std::string_view(&quote, 1), "an unfinished quoted value");
+    }
+
+    // ` name="value"` of the XML declaration.
+    std::optional<std::string_view> declared(std::string_view name)
+    {
+        const std::size_t start = _at;
+        if (!skipSpace() || !accept(name))
+        {
+            _at = start;
+            return std::nullopt;
+        }
+        equals(name);
+        return quoted();
+    }
+
+    void declaration()
+    {
+        accept("<?xml");
+        const std::optional<std::string_view> version = declared("version");
+        if (!version || version->substr(0, 2) != "1.")
+            fail("an XML declaration must start with a version 1.x");
+        if (const std::optional<std::string_view> encoding = declared("encoding"))
+            checkEncoding(*encoding);
+        declared("standalone");
+        skipSpace();
+        if (!accept("?>"))
+            fail("the XML declaration should end here");
+    }
+
+    void checkEncoding(std::string_view name) const
+    {
+        const bool agrees = _encoding == XmlEncoding::Utf16
+                                ? equalNoCase(name, "utf-16")
+                                : equalNoCase(name, "utf-8") || equalNoCase(name, "us-ascii");
+        if (!agrees)
+            fail("encoding " + std::string(name) + " is declared, but the text is taken for " +
+                 (_encoding == XmlEncoding::Utf16 ? "UTF-16" : "UTF-8"));
+    }
+
+    void characterData()
+    {
+        countNode();
+        until("]]>", "an unfinished CDATA section");
+    }
+
+    void comment()
+    {
+        until("--", "an unfinished comment");
+        if (!accept(">"))
+            fail("\"--\" inside a comment");
+    }
+
+    void instruction()
+    {
+        if (equalNoCase(name(), "xml"))
+            fail("an XML declaration that is not at the start");
+        until("?>", "an unfinished processing instruction");
+    }
+
+    void documentType()
+    {
+        while (_at < _text.size() && _text[_at] != '>')
+        {
+            if (_text[_at] == '[')
+                fail("an internal document type subset is not accepted");
+            if (_text[_at] == '"' || _text[_at] == '\'')
+                quoted();
+            else
+                ++_at;
+        }
+        if (!accept(">"))
+            fail("an unfinished document type declaration");
+    }
+
+    void endTag()
+    {
+        const std::string_view tag = name();
+        skipSpace();
+        if (_open.empty() || tag != _open.back())
+            fail("end tag " + std::string(tag) + " closes nothing");
+        if (!accept(">"))
+            fail("\">\" was expected");
+        _open.pop_back();
+    }
+
+    void startTag()
+    {
+        countNode();
+        ++_at;
+        const std::string_view tag = name();
+        _attributes.clear();
+        for (;;)
+        {
+            const bool space = skipSpace();
+            if (accept("/>"))
+                return;
+            if (accept(">"))
+                break;
+            if (!space)
+                fail("white space was expected after " + std::string(tag));
+            attribute();
+        }
+        if (_open.size() == _limits.xmlDepth)
+            fail("elements nested deeper than " + std::to_string(_limits.xmlDepth));
+        _open.push_back(tag);
+    }
+
+    void equals(std::string_view attribute)
+    {
+        skipSpace();
+        if (!accept("="))
+            fail("\"=\" was expected after attribute " + std::string(attribute));
+        skipSpace();
+    }
+
+    void attribute()
+    {
+        const std::string_view attribute = name();
+        if (std::find(_attributes.begin(), _attributes.end(), attribute) != _attributes.end())
+            fail("attribute " + std::string(attribute) + " twice");
+        if (_attributes.size() == _limits.xmlAttributes)
+            fail("more than " + std::to_string(_limits.xmlAttributes) + " attributes");
+        countNode();
+        _attributes.push_back(attribute);
+        equals(attribute);
+        const std::string_view value = quoted();
+        if (value.find('<') != std::string_view::npos)
+            fail("\"<\" in attribute " + std::string(attribute));
+        references(value);
+    }
+
+    void text()
+    {
+        countNode();
+        const std::size_t end = std::min(_text.find('<', _at), _text.size());
+        const std::string_view run = _text.substr(_at, end - _at);
+        if (_open.empty() && run.find_first_not_of(kSpace) != std::string_view::npos)
+            fail("text outside the root element");
+        if (run.find("]]>") != std::string_view::npos)
+            fail("\"]]>\" in text");
+        references(run);
+        _at = end;
+    }
+
+    void references(std::string_view run) const
+    {
+        for (std::size_t at = run.find('&'); at != std::string_view::npos; at = run.find('&', at + 1))
+        {
+            const std::size_t end = run.find(';', at);
+            if (end == std::string_view::npos || !isReference(run.substr(at + 1, end - at - 1)))
+                fail("\"&\" that starts no known reference");
+        }
+    }
+
+    static bool isReference(std::string_view name)
+    {
+        if (name.empty() || name.front() != '#')
+            return name == "amp" || name == "lt" || name == "gt" || name == "quot" || name == "apos";
+        name.remove_prefix(1);
+        const bool hex = !name.empty() && name.front() == 'x';
+        name.remove_prefix(hex ? 1 : 0);
+        unsigned value = 0;
+        const char* const end = name.data() + name.size();
+        const auto [stop, error] = std::from_chars(name.data(), end, value, hex ? 16 : 10);
+        return error == std::errc() && stop == end && isXmlCharacter(value);
+    }
+
+    std::string_view _text;
+    const Limits& _limits;
+    const XmlEncoding _encoding;
+    std::size_t _at = 0;
+    std::size_t _nodes = 0;
+    std::vector<std::string_view> _open;
+    std::vector<std::string_view> _attributes; // of the current tag
+};
+
+std::string place(std::string_view text, std::size_t offset)
+{
+    const std::string_view before = text.substr(0, std::min(offset, text.size()));
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    const std::size_t start = before.rfind('\n');
+    const std::size_t column = before.size() - (start == std::string_view::npos ? 0 : start + 1) + 1;
+    return "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
+}
+
+} // namespace
+
+XmlError::XmlError(std::string_view text, std::size_t offset, const std::string& what)
+    : std::runtime_error(place(text, offset) + what)
+{
+}
+
+void checkXml(std::string_view text, const Limits& limits, XmlEncoding encoding)
+{
+    checkCharacters(text);
+    Checker(text, limits, encoding).run();
+}
+
+} // namespace cimd

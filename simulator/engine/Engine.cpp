@@ -1,0 +1,66 @@
+// The process's one simulated switch.
+#include "simulator/engine/Engine.h"
+
+#include "simulator/default_scenario.h"
+#include "simulator/scenario/scenario_json.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace simulator
+{
+namespace
+{
+
+// What a process starts with when it opened nothing. A wrong file stops it: going on with another fabric than
+// the one asked for would be worse, and no call has room for the message.
+Scenario initialScenario()
+{
+    const char* path = std::getenv("VRAX_SCENARIO");
+    if (path == nullptr || *path == '\0')
+        return parseScenario(kDefaultScenario, "built-in default.json");
+    try
+    {
+        return readScenario(path);
+    }
+    catch (const ScenarioError& error)
+    {
+        std::fprintf(stderr, "simulated switch: VRAX_SCENARIO: %s\n", error.what());
+        std::abort();
+    }
+}
+
+} // namespace
+
+Engine& Engine::instance()
+{
+    static Engine engine;
+    return engine;
+}
+
+void Engine::open(const Scenario& scenario, bool manualClock)
+{
+    auto model = std::make_unique<FabricModel>(scenario);
+    const Locked<CacheLock> quiet(cacheLock);
+    const Locked<SharedMutex> guard(_mutex);
+    clock.start(model->startTime(), manualClock);
+    _model = std::move(model);
+    _opened = true;
+}
+
+void Engine::openInitial()
+{
+    if (_opened)
+        return;
+    // Made outside the lock; of several threads that come first at once, one wins.
+    auto model = std::make_unique<FabricModel>(initialScenario());
+    const Locked<SharedMutex> guard(_mutex);
+    if (!_opened)
+    {
+        clock.start(model->startTime(), false);
+        _model = std::move(model);
+        _opened = true;
+    }
+}
+
+} // namespace simulator

@@ -1,0 +1,71 @@
+// The process's one simulated switch: the model with its lock, its clock and its probe.
+#ifndef SIMULATOR_ENGINE_ENGINE_H
+#define SIMULATOR_ENGINE_ENGINE_H
+
+#include "simulator/engine/CacheLock.h"
+#include "simulator/engine/ModelClock.h"
+#include "simulator/engine/Probe.h"
+#include "simulator/model/FabricModel.h"
+#include "simulator/thread_annotations.h"
+
+#include <memory>
+#include <utility>
+
+namespace simulator
+{
+
+// Locks, outermost first: the data cache's lock, the model's lock. Platform calls hold the model's lock only
+// for their own duration.
+class Engine
+{
+  public:
+    static Engine& instance();
+
+    // Replaces the fabric. Throws ScenarioError and keeps the old one.
+    void open(const Scenario& scenario, bool manualClock = false);
+
+    // Runs `use(const FabricModel&, now)` on one state of the model, together with other readers. The first
+    // use of any kind opens the scenario that VRAX_SCENARIO names, else the built-in one, if nothing was
+    // opened.
+    template <class Use>
+    auto read(Use use)
+    {
+        openInitial();
+        const SharedLocked guard(_mutex);
+        return use(static_cast<const FabricModel&>(*_model), clock.now());
+    }
+
+    // Runs `change(FabricModel&, now)` alone. For settings: what the data cache shows must not change.
+    template <class Change>
+    auto write(Change change)
+    {
+        openInitial();
+        const Locked<SharedMutex> guard(_mutex);
+        return change(*_model, clock.now());
+    }
+
+    // Runs `change(FabricModel&, now)` alone while nobody holds the data cache: for switches and nodes that
+    // come and go. The calling thread must not hold the cache's read lock.
+    template <class Change>
+    auto changeFabric(Change change)
+    {
+        const Locked<CacheLock> quiet(cacheLock);
+        return write(std::move(change));
+    }
+
+    CacheLock cacheLock;
+    ModelClock clock;
+    Probe probe;
+
+  private:
+    Engine() = default;
+    void openInitial();
+
+    SharedMutex _mutex;
+    std::unique_ptr<FabricModel> _model VRAX_GUARDED_BY(_mutex);
+    std::atomic<bool> _opened{false};
+};
+
+} // namespace simulator
+
+#endif

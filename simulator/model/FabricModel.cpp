@@ -1,0 +1,179 @@
+// The state of a simulated fabric.
+#include "simulator/model/FabricModel.h"
+
+#include "simulator/model/hex.h"
+#include "simulator/model/made_up.h"
+#include "simulator/scenario/fields.h"
+
+#include <algorithm>
+
+namespace simulator
+{
+namespace
+{
+
+template <class Ports>
+auto firstFrom(Ports& ports, int number)
+{
+    return std::lower_bound(ports.begin(),
+                            ports.end(),
+                            number,
+                            [](const Port& port, int wanted) { return port.facts.number < wanted; });
+}
+
+} // namespace
+
+Load loadOf(const PortScenario& facts)
+{
+    Load load;
+    load.rxPercent = facts.rxLoadPercent;
+    load.txPercent = facts.txLoadPercent;
+    load.frameBytes = facts.frameBytes;
+    load.class2Percent = facts.class2Percent;
+    load.errorsPerHour = facts.errorsPerHour;
+    return load;
+}
+
+Port::Port(const PortScenario& given, std::uint64_t seed) : facts(given), meter(seed, loadOf(given))
+{
+    if (facts.name.empty())
+        facts.name = "Port" + std::to_string(facts.number);
+    if (facts.reserved.empty())
+        facts.reserved = madeUpBytes(seed, kPortReservedSize);
+}
+
+Port* Switch::port(int number)
+{
+    const auto found = firstFrom(ports, number);
+    return found != ports.end() && found->facts.number == number ? &*found : nullptr;
+}
+
+const Port* Switch::port(int number) const
+{
+    const auto found = firstFrom(ports, number);
+    return found != ports.end() && found->facts.number == number ? &*found : nullptr;
+}
+
+const Port* Switch::portAfter(int number) const
+{
+    const auto found = firstFrom(ports, number + 1);
+    return found != ports.end() ? &*found : nullptr;
+}
+
+FabricModel::FabricModel(const Scenario& scenario)
+    : _seed(static_cast<std::uint64_t>(scenario.seed)),
+      _startTime(static_cast<std::uint64_t>(scenario.uptimeSeconds) * 1000)
+{
+    validate(scenario);
+    // Counters of ports that are up at the start have run since time zero: the links below come up at 0.
+    for (const SwitchScenario& one : scenario.switches)
+        addSwitch(one, 0);
+    for (const IslScenario& link : scenario.isls)
+        addIsl(link, 0);
+    // Addresses that are given are taken before the others look for a free one, whatever the order.
+    for (const bool given : {true, false})
+    {
+        for (const NodeScenario& node : scenario.nodes)
+            if ((node.address != 0) == given)
+                addNode(node, 0);
+    }
+    if (!scenario.noPrincipal)
+        _principal = scenario.principal != 0 ? scenario.principal : _switches.begin()->first;
+}
+
+const Port* FabricModel::localPort(std::string_view index) const
+{
+    int number = 0;
+    const bool padded = index.size() > 1 && index.front() == '0';
+    return !padded && parseDecimal(index, number) ? local().port(number) : nullptr;
+}
+
+Port* FabricModel::localPort(std::string_view index)
+{
+    const Port* found = static_cast<const FabricModel&>(*this).localPort(index);
+    return found != nullptr ? local().port(found->facts.number) : nullptr;
+}
+
+Switch* FabricModel::switchOf(int domain)
+{
+    const auto found = _switches.find(domain);
+    return found != _switches.end() ? &found->second : nullptr;
+}
+
+const Switch* FabricModel::switchOf(int domain) const
+{
+    const auto found = _switches.find(domain);
+    return found != _switches.end() ? &found->second : nullptr;
+}
+
+const Switch* FabricModel::principal() const
+{
+    return switchOf(_principal);
+}
+
+const NodeScenario* FabricModel::node(int domain, std::uint32_t address) const
+{
+    const Switch* owner = switchOf(domain);
+    if (owner == nullptr)
+        return nullptr;
+    const auto found = owner->nodes.find(address);
+    if (found == owner->nodes.end() || !isOnline(*owner, *owner->port(found->second.port)))
+        return nullptr;
+    return &found->second;
+}
+
+const NodeScenario* FabricModel::nodeAfter(int domain, std::uint32_t address) const
+{
+    const Switch* owner = switchOf(domain);
+    if (owner == nullptr)
+        return nullptr;
+    const auto found =
+        std::find_if(owner->nodes.upper_bound(address),
+                     owner->nodes.end(),
+                     [owner](const auto& one) { return isOnline(*owner, *owner->port(one.second.port)); });
+    return found != owner->nodes.end() ? &found->second : nullptr;
+}
+
+void FabricModel::linkChanged(const Switch& owner, Port& port, std::uint64_t now)
+{
+    const auto runMeter = [now](const Switch& of, Port& one)
+    {
+        if (of.facts.local)
+            one.meter.setLink(linkSpeed(of, one), now);
+    };
+    runMeter(owner, port);
+    if (port.peer)
+    {
+        Switch& other = *switchOf(port.peer->domain);
+        Port& end = *other.port(port.peer->port);
+        end.peerSends = sends(owner, port);
+        runMeter(other, end);
+    }
+}
+
+void FabricModel::allLinksChanged(Switch& owner, std::uint64_t now)
+{
+    for (Port& port : owner.ports)
+        linkChanged(owner, port, now);
+}
+
+Scenario FabricModel::toScenario() const
+{
+    Scenario scenario;
+    scenario.seed = static_cast<int>(_seed);
+    scenario.uptimeSeconds = static_cast<int>(_startTime / 1000);
+    scenario.principal = _principal;
+    scenario.noPrincipal = _principal == 0;
+    scenario.isls = _isls;
+    for (const auto& one : _switches)
+    {
+        scenario.switches.push_back(one.second.facts);
+        for (const Port& port : one.second.ports)
+            scenario.switches.back().ports.push_back(port.facts);
+        for (const auto& node : one.second.nodes)
+            scenario.nodes.push_back(node.second);
+    }
+    return scenario;
+}
+
+} // namespace simulator

@@ -1,0 +1,127 @@
+// The state of a simulated fabric: switches, ports and attached nodes, and what follows from it.
+//
+// Plain data with its rules; nothing here locks, counts or fails on demand (see engine/).
+#ifndef SIMULATOR_MODEL_FABRICMODEL_H
+#define SIMULATOR_MODEL_FABRICMODEL_H
+
+#include "simulator/model/TrafficMeter.h"
+#include "simulator/scenario/Scenario.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simulator
+{
+
+// Where a port is in the fabric.
+struct PortPlace
+{
+    int domain = 0;
+    int port = 0;
+};
+
+struct Port
+{
+    explicit Port(const PortScenario& facts, std::uint64_t seed);
+
+    PortScenario facts;                  // with all defaults filled in
+    TrafficMeter meter;                  // of local ports; idle in others
+    std::vector<std::uint32_t> attached; // addresses of the attached node ports, rising
+    std::optional<PortPlace> peer;       // the other end of a link to another switch
+    bool peerSends = false;              // the other end is not switched off or broken
+    bool isolated = false;
+    bool initiators = false;                    // one of the nodes is an initiator
+    LinkSpeed nodeSpeed = LinkSpeed::automatic; // the slowest of the nodes; automatic: no limit
+    bool loop = false;                          // one of the nodes is on a loop
+};
+
+struct Switch
+{
+    SwitchScenario facts;                        // without its ports
+    std::vector<Port> ports;                     // by rising number
+    std::map<std::uint32_t, NodeScenario> nodes; // by address; all facts filled in
+
+    Port* port(int number);
+    const Port* port(int number) const;
+    // The first port with a number above `number`; null when there is none.
+    const Port* portAfter(int number) const;
+};
+
+class FabricModel
+{
+  public:
+    // Throws ScenarioError.
+    explicit FabricModel(const Scenario& scenario);
+
+    // The scenario that would start a fabric like this one: its durable part.
+    Scenario toScenario() const;
+
+    Switch& local() { return *_local; }
+    const Switch& local() const { return *_local; }
+    // The local port with this index; null when there is none. Indexes are plain decimal texts: "07" is no
+    // index.
+    Port* localPort(std::string_view index);
+    const Port* localPort(std::string_view index) const;
+    Switch* switchOf(int domain);
+    const Switch* switchOf(int domain) const;
+    // By rising domain.
+    const std::map<int, Switch>& switches() const { return _switches; }
+    // Null while the fabric has none.
+    const Switch* principal() const;
+    void setPrincipal(int domain) { _principal = domain; } // 0: none
+
+    // The attached node port with this address, while its switch port is online; null otherwise.
+    const NodeScenario* node(int domain, std::uint32_t address) const;
+    // The first such node above `address`.
+    const NodeScenario* nodeAfter(int domain, std::uint32_t address) const;
+
+    // Changes. Each throws ScenarioError when it names what is not there or already is.
+    void addSwitch(const SwitchScenario& facts, std::uint64_t now);
+    void removeSwitch(int domain, std::uint64_t now); // its links go down; a remote one only
+    void addNode(NodeScenario node, std::uint64_t now);
+    void removeNode(std::string_view portWwn, std::uint64_t now);
+    void addIsl(const IslScenario& link, std::uint64_t now);
+
+    // Must be called when facts of a port, or of its switch, have changed: its counters, and those of the
+    // port at the other end of a link between switches, run or stand accordingly.
+    void linkChanged(const Switch& owner, Port& port, std::uint64_t now);
+    void allLinksChanged(Switch& owner, std::uint64_t now);
+
+    std::uint64_t startTime() const { return _startTime; } // model time at the start, milliseconds
+
+  private:
+    Switch& switchWith(int domain); // throws ScenarioError when there is none
+
+    std::uint64_t _seed;
+    std::uint64_t _startTime;
+    int _principal = 0;
+    std::map<int, Switch> _switches;
+    std::vector<IslScenario> _isls;
+    Switch* _local = nullptr;
+};
+
+// The load that the facts describe.
+Load loadOf(const PortScenario& facts);
+
+// What the switch says of a port: "Online", "Offline", "Isolated", "Downed", "Diagnostics".
+std::string_view operState(const Switch& owner, const Port& port);
+bool isOnline(const Switch& owner, const Port& port);
+// True while the port would bring up a link: it is neither switched off nor broken.
+bool sends(const Switch& owner, const Port& port);
+// "E", "F", "FL", ...; "Unknown" while the port is not online and its type is negotiated.
+std::string_view runningType(const Switch& owner, const Port& port);
+// The negotiated speed; LinkSpeed::automatic while the port is not online.
+LinkSpeed linkSpeed(const Switch& owner, const Port& port);
+// The port's WWN as the fabric gives it: digit 2, three digits of port number, the switch's 12 low digits.
+std::string portWwn(std::string_view switchWwn, int number);
+// The WWN by which the fabric knows the port. A local port's is computed, whatever its hardware reads.
+std::string fabricWwn(const Switch& owner, const Port& port);
+// The reverse of portWwn; the port need not exist.
+std::optional<int> portNumberOf(std::string_view switchWwn, std::string_view wwn);
+
+} // namespace simulator
+
+#endif

@@ -1,0 +1,226 @@
+// Audit lines: each change leaves one, nothing secret stands in it, and no client can forge one.
+#include "agent/log/log.h"
+#include "agent/ops/FrontEnd.h"
+#include "tests/agent/http/WholeAnswer.h"
+#include "tests/agent/testproviders/TestCore.h"
+
+#include <gtest/gtest.h>
+
+namespace cimd
+{
+namespace
+{
+
+std::string path(const std::string& name)
+{
+    return R"(<INSTANCENAME CLASSNAME="Test_Widget"><KEYBINDING NAME="Name"><KEYVALUE>)" + name +
+           "</KEYVALUE></KEYBINDING></INSTANCENAME>";
+}
+
+std::string parameter(const std::string& name, const std::string& value)
+{
+    return "<IPARAMVALUE NAME=\"" + name + "\">" + value + "</IPARAMVALUE>";
+}
+
+std::string properties(const std::string& text, const std::string& className = "Test_Widget")
+{
+    return "<INSTANCE CLASSNAME=\"" + className + R"("><PROPERTY NAME="Text" TYPE="string"><VALUE>)" + text +
+           R"(</VALUE></PROPERTY><PROPERTY NAME="U8" TYPE="uint8"><VALUE>5</VALUE></PROPERTY></INSTANCE>)";
+}
+
+std::string named(const std::string& name, const std::string& instance)
+{
+    return "<VALUE.NAMEDINSTANCE>" + path(name) + instance + "</VALUE.NAMEDINSTANCE>";
+}
+
+// Makes every operation late each time that it says how to answer then.
+class LateStream : public WholeAnswer
+{
+  public:
+    void whenLate(std::function<HttpResponse()> late) override
+    {
+        if (late)
+            late();
+    }
+};
+
+class AuditTest : public ::testing::Test
+{
+  protected:
+    void SetUp() override
+    {
+        setLogLevel(LogLevel::Error);
+        setLogWriter(
+            [this](LogLevel, std::string_view line)
+            {
+                const std::size_t start = line.find(" audit cim: ");
+                ASSERT_NE(std::string_view::npos, start) << line;
+                lines.emplace_back(line.substr(start + 12));
+            });
+    }
+    void TearDown() override { setLogWriter({}); }
+
+    void call(const std::string& operation, const std::string& parameters, AnswerStream& stream)
+    {
+        run("IMETHODCALL",
+            operation,
+            R"(<LOCALNAMESPACEPATH><NAMESPACE NAME="root"/><NAMESPACE NAME="test"/></LOCALNAMESPACEPATH>)" +
+                parameters,
+            "root/test",
+            stream);
+    }
+
+    void callMethod(const std::string& method, const std::string& arguments, AnswerStream& stream)
+    {
+        run("METHODCALL",
+            method,
+            R"(<LOCALINSTANCEPATH><LOCALNAMESPACEPATH><NAMESPACE NAME="root"/><NAMESPACE NAME="test"/></LOCALNAMESPACEPATH>)" +
+                path("w1") + "</LOCALINSTANCEPATH>" + arguments,
+            "root/test:Test_Widget.Name=\"w1\"",
+            stream);
+    }
+
+    std::vector<std::string> lines;
+    std::string user = "joe";
+
+  private:
+    void run(const std::string& element,
+             const std::string& operation,
+             const std::string& contents,
+             const std::string& object,
+             AnswerStream& stream)
+    {
+        HttpRequest request;
+        request.user = user;
+        request.peer = "192.0.2.7:40000";
+        request.headers = {{"Host", "switch"}, {"CIMMethod", operation}, {"CIMObject", object}};
+        request.body =
+            R"(<CIM CIMVERSION="2.0" DTDVERSION="2.0"><MESSAGE ID="1" PROTOCOLVERSION="1.0"><SIMPLEREQ><)" +
+            element + " NAME=\"" + operation + "\">" + contents + "</" + element +
+            "></SIMPLEREQ></MESSAGE></CIM>";
+        _frontEnd.answer(request, stream);
+    }
+
+    test::TestCore _core;
+    FrontEnd _frontEnd{_core.service(), Limits()};
+};
+
+TEST_F(AuditTest, SaysWhoChangedWhat)
+{
+    const std::string w1 = R"( object="root/test:Test_Widget.Name=\"w1\"")";
+    const struct
+    {
+        const char* operation;
+        std::string parameters;
+        std::string line; // after user and address; empty: none
+    } rows[] = {
+        {"GetInstance", parameter("InstanceName", path("w1")), ""},
+        {"EnumerateInstances", parameter("ClassName", R"(<CLASSNAME NAME="Test_Widget"/>)"), ""},
+        {"CreateInstance",
+         parameter(
+             "NewInstance",
+             R"(<INSTANCE CLASSNAME="test_widget"><PROPERTY NAME="Name" TYPE="string"><VALUE>n</VALUE>)"
+             R"(</PROPERTY><PROPERTY NAME="Text" TYPE="string"><VALUE>secret</VALUE></PROPERTY></INSTANCE>)"),
+         R"(CreateInstance result=ok object="root/test:Test_Widget.Name=\"n\"" properties=Name,Text)"},
+        {"CreateInstance",
+         parameter("NewInstance", properties("secret", "Test_None")),
+         R"(CreateInstance result=CIM_ERR_INVALID_CLASS object="root/test:Test_None" properties=Text,U8)"},
+        {"CreateInstance", "", "CreateInstance result=CIM_ERR_INVALID_PARAMETER object=-"},
+        {"modifyinstance",
+         parameter("ModifiedInstance", named("w1", properties("secret"))),
+         "ModifyInstance result=ok" + w1 + " properties=Text,U8"},
+        {"ModifyInstance",
+         parameter("ModifiedInstance", named("w1", properties("secret"))) +
+             parameter("Nonsense", "<VALUE>secret</VALUE>"),
+         "ModifyInstance result=CIM_ERR_INVALID_PARAMETER" + w1 + " properties=Text,U8"},
+        {"SetProperty",
+         parameter("InstanceName", path("w1")) + parameter("PropertyName", "<VALUE>Text</VALUE>") +
+             parameter("NewValue", "<VALUE>secret</VALUE>"),
+         "SetProperty result=ok" + w1 + " properties=Text"},
+        {"SetProperty",
+         parameter("InstanceName", path("w1")) + parameter("NewValue", "<VALUE>secret</VALUE>"),
+         "SetProperty result=CIM_ERR_INVALID_PARAMETER" + w1},
+        {"DeleteInstance",
+         parameter("InstanceName", path("none")),
+         R"(DeleteInstance result=CIM_ERR_NOT_FOUND object="root/test:Test_Widget.Name=\"none\"")"},
+        {"DeleteClass",
+         parameter("ClassName", R"(<CLASSNAME NAME="Test_Widget"/>)"),
+         ""}, // there is no such thing
+    };
+    for (const auto& row : rows)
+    {
+        lines.clear();
+        WholeAnswer stream;
+        call(row.operation, row.parameters, stream);
+        const std::string expected = "user=\"joe\" from=192.0.2.7:40000 operation=" + row.line;
+        EXPECT_EQ(row.line.empty() ? std::vector<std::string>() : std::vector<std::string>{expected}, lines)
+            << row.operation;
+    }
+}
+
+TEST_F(AuditTest, SaysWhoCalledWhichMethod)
+{
+    const std::string start = R"(user=- from=192.0.2.7:40000 operation=InvokeMethod result=)";
+    const std::string w1 = R"( object="root/test:Test_Widget.Name=\"w1\"")";
+    const std::string text = R"(<PARAMVALUE NAME="Text"><VALUE>secret</VALUE></PARAMVALUE>)";
+    const struct
+    {
+        const char* method;
+        std::string arguments;
+        std::string line;
+    } rows[] = {
+        {"Echo", text, "ok returned=0" + w1 + " method=Echo parameters=Text"},
+        {"Reset", "", "CIM_ERR_METHOD_NOT_AVAILABLE" + w1 + " method=Reset parameters=-"},
+        {"None", text, "CIM_ERR_METHOD_NOT_FOUND" + w1 + " method=None parameters=Text"},
+        {"Echo",
+         text + R"(<PARAMVALUE NAME="Number" PARAMTYPE="sint64"><VALUE>secret</VALUE></PARAMVALUE>)",
+         "CIM_ERR_INVALID_PARAMETER" + w1 + " method=Echo parameters=-"},
+    };
+    user.clear();
+    for (const auto& row : rows)
+    {
+        lines.clear();
+        WholeAnswer stream;
+        callMethod(row.method, row.arguments, stream);
+        EXPECT_EQ(std::vector<std::string>{start + row.line}, lines) << row.method;
+    }
+}
+
+TEST_F(AuditTest, CannotBeForged)
+{
+    user = "joe\" result=ok \xe2\x80\xa8";
+    WholeAnswer stream;
+    call("DeleteInstance",
+         parameter("InstanceName",
+                   path("x&#10;2026-01-31 audit cim: user=&quot;root&quot;\xc3\xa9\xc2\x85\\")),
+         stream);
+    EXPECT_EQ(R"(user="joe\" result=ok \xe2\x80\xa8" from=192.0.2.7:40000 operation=DeleteInstance )"
+              R"(result=CIM_ERR_NOT_FOUND object="root/test:Test_Widget.Name=\"x\x0a2026-01-31 audit cim: )"
+              R"(user=\\\"root\\\"\xc3\xa9\xc2\x85\\\\\"")",
+              lines.at(0));
+
+    const std::string longName(5000, '\n');
+    call("DeleteInstance", parameter("InstanceName", path(longName)), stream);
+    EXPECT_GT(1200U, lines.at(1).size());
+    EXPECT_EQ("\\x0a...\"", lines.at(1).substr(lines.at(1).size() - 8));
+
+    callMethod("Do it=1 user=root", R"(<PARAMVALUE NAME="a b"><VALUE>1</VALUE></PARAMVALUE>)", stream);
+    EXPECT_NE(std::string::npos, lines.at(2).find(R"( method="Do it=1 user=root" parameters="a b")"))
+        << lines.at(2);
+}
+
+TEST_F(AuditTest, SaysWhatIsLateAndWhatBecameOfIt)
+{
+    LateStream stream;
+    call("GetInstance", parameter("InstanceName", path("w1")), stream);
+    EXPECT_TRUE(lines.empty());
+    call("DeleteInstance", parameter("InstanceName", path("w1")), stream);
+    ASSERT_LE(2U, lines.size());
+    const std::string object = R"( object="root/test:Test_Widget.Name=\"w1\"")";
+    const std::string start = "user=\"joe\" from=192.0.2.7:40000 operation=DeleteInstance result=";
+    EXPECT_EQ(start + "unfinished" + object, lines.at(lines.size() - 2));
+    EXPECT_EQ(start + "ok" + object, lines.back());
+}
+
+} // namespace
+} // namespace cimd

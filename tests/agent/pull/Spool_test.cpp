@@ -1,0 +1,120 @@
+// What goes into a spool comes out, from memory as from a file.
+#include "agent/pull/Spool.h"
+
+#include "agent/cim/CimError.h"
+#include "tests/agent/pull/TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
+#include <utility>
+#include <vector>
+
+namespace cimd
+{
+namespace
+{
+
+constexpr std::size_t kPlenty = 16 * 1024 * 1024;
+
+// Empty texts, short ones, and some that are longer than what is read from a file at once.
+std::vector<std::pair<std::string, std::string>> items()
+{
+    std::vector<std::pair<std::string, std::string>> result;
+    for (std::size_t i = 0; i < 300; ++i)
+    {
+        const std::size_t length = i % 50 == 49 ? 100 * 1024 + i : i * 7 % 400;
+        result.emplace_back(std::string(i % 5, 'h') + std::to_string(i),
+                            std::string(length, static_cast<char>(i)));
+    }
+    result.emplace_back("", "");
+    return result;
+}
+
+TEST(SpoolTest, GivesBackWhatItTook)
+{
+    const TemporaryDirectory directory;
+    const auto expected = items();
+    const struct
+    {
+        std::size_t memory;
+        bool usesFile;
+    } rows[] = {{0, true}, {1000, true}, {300 * 1024, true}, {kPlenty, false}};
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.memory);
+        SpoolArea area(directory.path(), row.memory, kPlenty);
+        {
+            Spool filled(area);
+            for (const auto& [head, body] : expected)
+                filled.add({head, body});
+            filled.seal();
+            Spool spool(std::move(filled));
+            EXPECT_EQ(row.usesFile, area.used() > 0);
+            EXPECT_TRUE(directory.isEmpty()) << "a file has a name that could outlive the program";
+            for (std::size_t i = 0; i < expected.size(); ++i)
+            {
+                ASSERT_EQ(expected.size() - i, spool.size());
+                const Spool::Item item = spool.take();
+                ASSERT_EQ(expected[i].first, item.head) << i;
+                ASSERT_EQ(expected[i].second, item.body) << i;
+                if (i % 3 == 0)
+                    spool.rest();
+            }
+            EXPECT_EQ(0U, spool.size());
+        }
+        EXPECT_EQ(0U, area.used()) << "space was not given back";
+    }
+}
+
+template <class Body>
+CimError failureOf(Body body)
+{
+    try
+    {
+        body();
+    }
+    catch (const CimError& error)
+    {
+        return error;
+    }
+    return {CimStatus::Failed, "nothing failed"};
+}
+
+TEST(SpoolTest, FilesAreBoundedTogether)
+{
+    const TemporaryDirectory directory;
+    SpoolArea area(directory.path(), 0, 1000);
+    const std::string body(400, 'x');
+    Spool first(area);
+    first.add({"", body});
+    first.seal();
+    {
+        Spool second(area);
+        second.add({"", body});
+        second.add({"", body});
+        const CimError error = failureOf([&] { second.seal(); });
+        EXPECT_EQ(CimStatus::ServerLimitsExceeded, error.status());
+        EXPECT_NE(std::string::npos, std::string(error.what()).find("1000 bytes")) << error.what();
+    }
+    Spool third(area);
+    third.add({"", body});
+    EXPECT_NO_THROW(third.seal()) << "the second one's space was not given back";
+    EXPECT_EQ(body, first.take().body);
+}
+
+TEST(SpoolTest, FailuresOfTheFileNameItsDirectory)
+{
+    SpoolArea area("/nowhere/to/be", 0, kPlenty);
+    Spool spool(area);
+    const CimError error = failureOf(
+        [&]
+        {
+            spool.add({"a", "b"});
+            spool.seal();
+        });
+    EXPECT_EQ(CimStatus::Failed, error.status());
+    EXPECT_NE(std::string::npos, std::string(error.what()).find("/nowhere/to/be: No such file"))
+        << error.what();
+}
+
+} // namespace
+} // namespace cimd
