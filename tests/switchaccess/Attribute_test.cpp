@@ -1,5 +1,6 @@
-// Tests of how keys are made from formats.
+// Tests of how keys are made from formats, and values from attributes.
 #include "support/substitute.h"
+#include "switchaccess/Attribute.h"
 
 #include <string>
 
@@ -51,6 +52,18 @@ TEST(Substitute, RefusesWhatDoesNotFit)
     EXPECT_FALSE(substitute(text, sizeof(text), "12%s", {"3456"}));
     EXPECT_STREQ(text, "12345") << "terminated where it ends";
     EXPECT_FALSE(substitute(text, sizeof(text), "%s.", {"12345"}));
+}
+
+TEST(AttributeConversions, TakeTheNumberAtTheStart)
+{
+    EXPECT_EQ(hexadecimal("ffFFffffffffffff x"), 0xffffffffffffffffU);
+    EXPECT_EQ(decimal("18446744073709551615"), 0xffffffffffffffffU);
+    EXPECT_EQ(decimal("010"), 10U);
+    EXPECT_EQ(decimal16("010 of 16"), 10);
+    EXPECT_EQ(decimal16("none"), 0);
+    EXPECT_TRUE(isTrue("True"));
+    EXPECT_FALSE(isTrue("true"));
+    EXPECT_EQ(asOnlyElement("x")[0], "x");
 }
 
 } // namespace
