@@ -171,6 +171,24 @@ TEST_F(Operations, ANullNameIsTheEmptyOne)
     }
 }
 
+// Critical lines begin with "port." or "switch." and the operation.
+std::string joined(const Texts& texts, const char* separator)
+{
+    std::string all;
+    for (std::string text : texts)
+    {
+        const std::size_t operation = text.find("_Provider:"), end = text.find("[]");
+        if (operation != text.npos)
+        {
+            text = std::string(text[0] == 'E' ? "exception of " : "") +
+                   (text.find("FCPort_P") != text.npos ? "port." : "switch.") +
+                   text.substr(operation + 10, end - operation - 10) + text.substr(end + 2);
+        }
+        all += (all.empty() ? "" : separator) + text;
+    }
+    return all;
+}
+
 TEST_F(Operations, ByRequest)
 {
     const auto rename2 = [](const char* name) { return [name] { return rename(port2(), name); }; };
@@ -193,101 +211,103 @@ TEST_F(Operations, ByRequest)
         model->SystemName.clear();
         return std::to_string(VRAX_FCPort_Provider().modify_instance(model.get(), instance.get()));
     };
-    const std::string port = "CRIT:fabricProviders/VRAX_FCPort_Provider:";
-    const std::string one = "CRIT:fabricProviders/VRAX_FCSwitch_Provider:";
-    const std::string modifyPort = port + "modify_instance[] ", changePort = port + "RequestStateChange[] ";
-    const std::string modify = one + "modify_instance[] ", change = one + "RequestStateChange[] ";
-    const std::string notFound = "Required instance not found in the map";
-    const std::string tooLong = modify + "ElementName is longer than the 32 characters of a switch's name";
     const std::string longer(33, 'n'), huge(100000, 'n');
-    const Texts set = {change + "Querying for \"xpl_swSwitchSetConfig\""};
-    const Texts reset = {change + "Querying for \"xpl_swSwitchForceReset\""};
-    const auto andThen = [&](Texts lines, const std::string& last) { return lines.push_back(last), lines; };
-
     struct Row
     {
         std::function<std::string()> run;
         const char* failing; // a call that fails, or none
-        std::string result;
-        Texts logged; // critical lines
-        Texts writes;
+        const char* outcome; // result, critical lines, writes
     };
     const Row rows[] = {
-        // Renaming a port.
-        {rename2(nullptr), "", "0", {}, {}},
+        {rename2(nullptr), "", "0 |  | "},
         {rename2("a"),
          "get_Local_Switch_World_Wide_Name",
-         "100",
-         {modifyPort + "Unable to retrieve localWWN"},
-         {}},
-        {rename2("a"), "xpl_swPortGetConfig", "100", {modifyPort + "xpl_swPortGetConfig Failed"}, {}},
-        {rename2("a"), "xpl_swPortSetConfig", "100", {modifyPort + "xpl_swPortSetConfig Failed"}, {}},
-        {[&] { return rename(remotePort(), "a"); }, "", "102", {}, {}},
-        {[&] { return rename(noRemotePort(), "a"); }, "", "102", {}, {}},
-        {[&] { return rename(node(), "a"); }, "", "102", {}, {}}, // its system bears the local name
-        {[&] { return rename(noPort(), "a"); }, "", "100", {modifyPort + notFound}, {}},
-        {[&] { return rename(otherCase(), "a"); }, "", "100", {modifyPort + notFound}, {}},
-        {[&] { return renameWithoutSystem(remotePort); }, "", "102", {}, {}},
-        {[&] { return renameWithoutSystem(noRemotePort); }, "", "100", {modifyPort + notFound}, {}},
-        // Renaming a switch.
-        {renameLocal(nullptr), "", "0", {}, {}},
+         "100 | port.modify_instance Unable to retrieve localWWN | "},
+        {rename2("a"), "xpl_swPortGetConfig", "100 | port.modify_instance xpl_swPortGetConfig Failed | "},
+        {rename2("a"), "xpl_swPortSetConfig", "100 | port.modify_instance xpl_swPortSetConfig Failed | "},
+        {[&] { return rename(remotePort(), "a"); }, "", "102 |  | "},
+        {[&] { return rename(noRemotePort(), "a"); }, "", "102 |  | "},
+        // Its system bears the local name.
+        {[&] { return rename(node(), "a"); }, "", "102 |  | "},
+        {[&] { return rename(noPort(), "a"); },
+         "",
+         "100 | port.modify_instance Required instance not found in the map | "},
+        {[&] { return rename(otherCase(), "a"); },
+         "",
+         "100 | port.modify_instance Required instance not found in the map | "},
+        {[&] { return renameWithoutSystem(remotePort); }, "", "102 |  | "},
+        {[&] { return renameWithoutSystem(noRemotePort); },
+         "",
+         "100 | port.modify_instance Required instance not found in the map | "},
+        {renameLocal(nullptr), "", "0 |  | "},
         {renameLocal("a"),
          "get_Local_Switch_World_Wide_Name",
-         "100",
-         {modify + "Unable to retrieve localWWN"},
-         {}},
-        {renameLocal("a"), "xpl_swSwitchGetConfig", "100", {modify + "xpl_swSwitchGetConfig Failed"}, {}},
-        {renameLocal("a"), "xpl_swSwitchSetConfig", "100", {modify + "xpl_swSwitchSetConfig Failed"}, {}},
-        {renameLocal(longer.c_str()), "", "100", {tooLong}, {}},
-        {renameLocal(huge.c_str()), "", "100", {tooLong}, {}},
-        {[] { return rename(switchNamed("100002A5C0DE1003"), "a"); }, "", "102", {}, {}},
-        {[] { return rename(switchNamed(""), "a"); }, "", "102", {}, {}},
+         "100 | switch.modify_instance Unable to retrieve localWWN | "},
+        {renameLocal("a"),
+         "xpl_swSwitchGetConfig",
+         "100 | switch.modify_instance xpl_swSwitchGetConfig Failed | "},
+        {renameLocal("a"),
+         "xpl_swSwitchSetConfig",
+         "100 | switch.modify_instance xpl_swSwitchSetConfig Failed | "},
+        {renameLocal(longer.c_str()),
+         "",
+         "100 | switch.modify_instance ElementName is longer than the 32 characters of a switch's name | "},
+        {renameLocal(huge.c_str()),
+         "",
+         "100 | switch.modify_instance ElementName is longer than the 32 characters of a switch's name | "},
+        {[] { return rename(switchNamed("100002A5C0DE1003"), "a"); }, "", "102 |  | "},
+        {[] { return rename(switchNamed(""), "a"); }, "", "102 |  | "},
         // Any letter case names the local switch, but the map is searched for the exact key.
-        {[] { return rename(switchNamed(kWwn.c_str()), "a"); }, "", "100", {modify + notFound}, {}},
-        // The state of a port.
-        {request2(2), "", "0 0", {}, {"port/2"}},
-        {request2(3), "", "0 0", {}, {"port/2"}},
-        {request2(7), "", "0 0", {}, {"port/2"}},
-        {request2(11), "", "0 0", {}, {"port/2"}},
+        {[] { return rename(switchNamed(kWwn.c_str()), "a"); },
+         "",
+         "100 | switch.modify_instance Required instance not found in the map | "},
+        {request2(2), "", "0 0 |  | port/2"},
+        {request2(3), "", "0 0 |  | port/2"},
+        {request2(7), "", "0 0 |  | port/2"},
+        {request2(11), "", "0 0 |  | port/2"},
         {request2(3),
          "DataCache::dcRdLock",
-         "0 4",
-         {"Exception[CRIT]:fabricProviders/VRAX_FCPort_Provider:load[] Unable to obtaion datacache rdlock"},
-         {}},
-        {request2(3), "xpl_swPortGetConfig", "0 1", {}, {}},
-        {request2(3), "xpl_swPortSetConfig", "0 1", {changePort + "Failed to  change the port state"}, {}},
-        {[&] { return request(noPort(), 3); }, "", "0 5", {changePort + "\n VRAX FCPort not found"}, {}},
+         "0 4 | exception of port.load Unable to obtaion datacache rdlock | "},
+        {request2(3), "xpl_swPortGetConfig", "0 1 |  | "},
+        {request2(3),
+         "xpl_swPortSetConfig",
+         "0 1 | port.RequestStateChange Failed to  change the port state | "},
+        {[&] { return request(noPort(), 3); },
+         "",
+         "0 5 | port.RequestStateChange \n VRAX FCPort not found | "},
         {[&] { return request(remotePort(), 3); },
          "",
-         "0 1",
-         {changePort + "Not a port of the local switch"},
-         {}},
-        {[&] { return request(node(), 3); }, "", "0 1", {changePort + "Not a port of the local switch"}, {}},
-        // The state of the switch, whichever switch is asked.
-        {requestLocal(2), "", "0 0", set, {"switch"}},
-        {[] { return request(switchNamed("100002A5C0DE1003"), 3); }, "", "0 0", set, {"switch"}},
-        {requestLocal(7), "", "0 0", set, {"switch"}},
-        {requestLocal(11), "", "0 0", reset, {"reset"}},
+         "0 1 | port.RequestStateChange Not a port of the local switch | "},
+        {[&] { return request(node(), 3); },
+         "",
+         "0 1 | port.RequestStateChange Not a port of the local switch | "},
+        // The state of the switch changes, whichever switch is asked.
+        {requestLocal(2),
+         "",
+         "0 0 | switch.RequestStateChange Querying for \"xpl_swSwitchSetConfig\" | switch"},
+        {[] { return request(switchNamed("100002A5C0DE1003"), 3); },
+         "",
+         "0 0 | switch.RequestStateChange Querying for \"xpl_swSwitchSetConfig\" | switch"},
+        {requestLocal(7),
+         "",
+         "0 0 | switch.RequestStateChange Querying for \"xpl_swSwitchSetConfig\" | switch"},
+        {requestLocal(11),
+         "",
+         "0 0 | switch.RequestStateChange Querying for \"xpl_swSwitchForceReset\" | reset"},
         {requestLocal(2),
          "xpl_swSwitchGetConfig",
-         "130 null",
-         {change + "GetConfig Failed with error 5"},
-         {}},
+         "130 null | switch.RequestStateChange GetConfig Failed with error 5 | "},
         {requestLocal(5),
          "xpl_swSwitchGetConfig",
-         "130 null",
-         {change + "GetConfig Failed with error 5"},
-         {}},
+         "130 null | switch.RequestStateChange GetConfig Failed with error 5 | "},
         {requestLocal(7),
          "xpl_swSwitchSetConfig",
-         "130 5",
-         andThen(set, change + "SetConfig Failed with error 5"),
-         {}},
+         "130 5 | switch.RequestStateChange Querying for \"xpl_swSwitchSetConfig\"; "
+         "switch.RequestStateChange SetConfig Failed with error 5 | "},
         {requestLocal(11),
          "xpl_swSwitchForceReset",
-         "130 5",
-         andThen(reset, change + "Switch Reset failed"),
-         {}},
+         "130 5 | switch.RequestStateChange Querying for \"xpl_swSwitchForceReset\"; "
+         "switch.RequestStateChange Switch Reset failed | "},
     };
     for (const Row& row : rows)
     {
@@ -298,9 +318,9 @@ TEST_F(Operations, ByRequest)
         if (std::string(row.failing).find("dcRdLock") != std::string::npos)
             clock.outlive();
         const Log_Capture log;
-        EXPECT_EQ(row.run(), row.result);
-        EXPECT_EQ(log.texts(), row.logged);
-        EXPECT_EQ(sim.writes(), row.writes);
+        const std::string result = row.run();
+        EXPECT_EQ(result + " | " + joined(log.texts(), "; ") + " | " + joined(sim.writes(), " "),
+                  row.outcome);
         EXPECT_EQ(served(port2())["ElementName"], "before");
         EXPECT_EQ(served(localSwitch())["ElementName"], "before");
         EXPECT_EQ(sim.scenario().switches[0].name + sim.port(2).name, "beforebefore");

@@ -62,16 +62,6 @@ class Module_Agent
         return intrinsic("GetInstance",
                          "<IPARAMVALUE NAME=\"InstanceName\">" + instanceName(path) + "</IPARAMVALUE>");
     }
-    std::string requestState(const cimd::ObjectPath& path, unsigned state)
-    {
-        return post(
-            "RequestStateChange",
-            path.text(),
-            "<METHODCALL NAME=\"RequestStateChange\"><LOCALINSTANCEPATH>" + nameSpacePath() +
-                instanceName(path) +
-                "</LOCALINSTANCEPATH><PARAMVALUE NAME=\"RequestedState\" PARAMTYPE=\"uint16\"><VALUE>" +
-                std::to_string(state) + "</VALUE></PARAMVALUE></METHODCALL>");
-    }
 
   private:
     static std::vector<cimd::Registration> registrations(const char* library)

@@ -31,12 +31,6 @@ void require(bool holds, const char* expected)
         throw std::runtime_error(std::string("expected ") + expected);
 }
 
-// An empty text is written as two quotes.
-std::string unquoted(const std::string& text)
-{
-    return text == "\"\"" ? "" : text;
-}
-
 class Reader
 {
   public:
@@ -113,6 +107,11 @@ class Reader
 };
 
 } // namespace
+
+std::string unquoted(const std::string& text)
+{
+    return text == "\"\"" ? "" : text;
+}
 
 Texts split(const std::string& text, const std::string& separator)
 {

@@ -53,6 +53,9 @@ Table readTable(const std::string& path);
 // The parts of a text between separators; none of an empty text.
 Texts split(const std::string& text, const std::string& separator);
 
+// A value as it is meant: an empty text is written as two quotes.
+std::string unquoted(const std::string& text);
+
 } // namespace published
 
 #endif

@@ -61,30 +61,18 @@ const Served_Class kServed[] = {
 
 // --- Short names
 
-// The text with the World Wide Names of the fabric replaced by their names in README.md.
+std::map<std::string, std::string> names; // of the fabric's World Wide Names
+
+// The text with the World Wide Names of the fabric replaced by their names.
 std::string shortened(std::string text)
 {
-    static const std::pair<const char*, const char*> kNames[] = {{"100002A5C0DE0009", "S1"},
-                                                                 {"200002A5C0DE0009", "P10"},
-                                                                 {"200102A5C0DE0009", "P11"},
-                                                                 {"200202A5C0DE0009", "P12"},
-                                                                 {"200302A5C0DE0009", "P13"},
-                                                                 {"100002A5C0DE0003", "S2"},
-                                                                 {"200002A5C0DE0003", "P20"},
-                                                                 {"200102A5C0DE0003", "P21"},
-                                                                 {"200202A5C0DE0003", "P22"},
-                                                                 {"100002A5C0DE00C8", "S3"},
-                                                                 {"200102A5C0DE00C8", "P31"},
-                                                                 {"2100AAC5C0DE0011", "N1"},
-                                                                 {"2100AAC5C0DE0012", "N2"},
-                                                                 {"1000AAC5C0DE0002", "N3"},
-                                                                 {"0000000000000000", "zero"}};
-    for (const auto& [wwn, name] : kNames)
+    for (const auto& [wwn, name] : names)
     {
-        const std::size_t length = std::strlen(wwn);
-        for (std::size_t at = 0; at + length <= text.size(); ++at)
-            if (strncasecmp(text.c_str() + at, wwn, length) == 0)
-                text.replace(at, length, name);
+        for (std::size_t at = 0; at + wwn.size() <= text.size(); ++at)
+        {
+            if (strncasecmp(text.c_str() + at, wwn.c_str(), wwn.size()) == 0)
+                text.replace(at, wwn.size(), name);
+        }
     }
     return text;
 }
@@ -94,8 +82,10 @@ std::string nameOf(const Instance& instance)
 {
     Properties properties = described(instance);
     for (const char* key : {"DeviceID", "InstanceID"})
+    {
         if (properties.count(key) != 0)
             return shortened(properties[key]);
+    }
     if (properties.count("Name") != 0)
     {
         const std::string system = shortened(properties["SystemName"]);
@@ -153,14 +143,16 @@ struct Answer
 class Published : public Switch_Test, public testing::WithParamInterface<Served_Class>
 {
   protected:
-    Published()
-    {
-        setenv("TZ", "IST-5:30", 1); // no whole hours from UTC
-        tzset();
-    }
+    Published() { useZone("IST-5:30"); } // no whole hours from UTC
     ~Published() override
     {
         unsetenv("TZ");
+        tzset();
+    }
+
+    static void useZone(const char* zone)
+    {
+        setenv("TZ", zone, 1);
         tzset();
     }
 
@@ -168,6 +160,8 @@ class Published : public Switch_Test, public testing::WithParamInterface<Served_
     {
         ASSERT_NO_THROW(table = readTable(kFolder + "/" + GetParam().name + ".txt"));
         std::ifstream(kFolder + "/fabric.json") >> fabric;
+        fabric.at("names").get_to(names);
+        fabric.erase("names");
         start(fabric);
     }
 
@@ -179,8 +173,10 @@ class Published : public Switch_Test, public testing::WithParamInterface<Served_
         for (const Entry& entry : table.entries)
         {
             for (const Source& source : entry.sources)
+            {
                 if (source.answer)
                     sim.answer(source.key, *source.answer);
+            }
         }
         sim.mark();
     }
@@ -230,7 +226,7 @@ class Published : public Switch_Test, public testing::WithParamInterface<Served_
         }
         return all;
     }
-    Texts names() const
+    Texts entryNames() const
     {
         Texts all;
         for (const Entry& entry : table.entries)
@@ -247,7 +243,7 @@ class Published : public Switch_Test, public testing::WithParamInterface<Served_
     }
 
     void meet(const Texts& conditions);
-    void meet(const std::string& subject, const std::string& event, int successes);
+    void meet(const std::string& event);
     void expectEffects(const When& when, const Answer& usual);
 
     Table table;
@@ -260,7 +256,7 @@ TEST_P(Published, IsWhatTheTableSays)
     const Answer cold = ask();
     EXPECT_EQ(cold.served.status, 0);
     EXPECT_EQ(cold.logged, Texts());
-    ASSERT_EQ(cold.names, names());
+    ASSERT_EQ(cold.names, entryNames());
     expectInstances(cold, expected(cold));
     for (const auto& [call, count] : table.calls)
         EXPECT_EQ(sim.calls(call), count) << call;
@@ -287,26 +283,34 @@ TEST_P(Published, IsWhatTheTableSays)
     ask();
     EXPECT_EQ(sim.platformCalls(), 0u) << "a map is fresh for 30 s";
     clock.advance(100);
+    useZone("UTC0");                        // shows a time that is kept, within one second
     expectInstances(ask(), expected(cold)); // each load is a new sample
 }
 
 // --- Conditions
 
-void Published::meet(const std::string& subject, const std::string& event, int successes)
+// "SUBJECT fails", "SUBJECT fails with STATUS after COUNT", "SUBJECT unavailable".
+void Published::meet(const std::string& event)
 {
+    const Texts after = split(event, " after "), with = split(after.at(0), " with ");
+    const int successes = after.size() > 1 ? std::stoi(after[1]) : 0;
+    const std::size_t verb = with.at(0).rfind(' ');
+    const std::string subject = with[0].substr(0, verb);
+    const bool isUnavailable = with[0].substr(verb + 1) == "unavailable";
+    const std::int32_t status = with.size() > 1 ? std::stoi(with[1])
+                                : isUnavailable ? XPL_NOT_AVAILABLE
+                                                : XPL_UNREACHABLE;
     const char* const className = GetParam().name;
-    if (event == "unavailable")
-        sim.failKey(subject, XPL_NOT_AVAILABLE);
-    else if (subject == "creation")
+    if (subject == "creation")
         failures.push_back(std::make_unique<Create_Failures>(className, successes));
     else if (subject == "key check")
         failures.push_back(std::make_unique<Key_Failures>(className, successes));
     else if (subject == "insertion")
         failures.push_back(std::make_unique<Insert_Failures>(className, successes));
     else if (subject.find('.') != subject.npos)
-        sim.failKey(subject);
+        sim.failKey(subject, status);
     else
-        sim.failNext(subject, 1, XPL_UNREACHABLE, successes);
+        sim.failNext(subject, 1, status, successes);
 }
 
 void Published::meet(const Texts& conditions)
@@ -326,17 +330,10 @@ void Published::meet(const Texts& conditions)
         if (condition[0] == '/')
             continue;
         const std::size_t equals = condition.find(" = ");
-        if (equals != condition.npos)
-        {
-            const std::string text = condition.substr(equals + 3);
-            sim.answer(condition.substr(0, equals), text == "\"\"" ? "" : text);
-            continue;
-        }
-        const Texts after = split(condition, " after ");
-        const std::size_t event = after.at(0).rfind(' ');
-        meet(after[0].substr(0, event),
-             after[0].substr(event + 1),
-             after.size() > 1 ? std::stoi(after[1]) : 0);
+        if (equals == condition.npos)
+            meet(condition);
+        else
+            sim.answer(condition.substr(0, equals), unquoted(condition.substr(equals + 3)));
     }
 }
 
@@ -358,7 +355,7 @@ void change(Properties& properties, const std::string& effect)
     if (value == "null")
         properties.erase(name);
     else
-        properties[name] = value == "\"\"" ? "" : value;
+        properties[name] = unquoted(value);
 }
 
 void Published::expectEffects(const When& when, const Answer& usual)
@@ -368,7 +365,7 @@ void Published::expectEffects(const When& when, const Answer& usual)
         EXPECT_TRUE(failure->struck());
     failures.clear();
     std::vector<Properties> properties = expected(usual);
-    Texts fewer = names();
+    Texts fewer = entryNames();
     bool namesAlone = false;
     for (const std::string& effect : when.effects)
     {
@@ -391,7 +388,7 @@ void Published::expectEffects(const When& when, const Answer& usual)
         else if (word == "without" || word == "gone")
         {
             for (const std::string& name :
-                 word == "gone" ? Texts{names().at(*when.entry)} : split(rest, " | "))
+                 word == "gone" ? Texts{entryNames().at(*when.entry)} : split(rest, " | "))
             {
                 const auto place = std::find(fewer.begin(), fewer.end(), name);
                 ASSERT_NE(place, fewer.end()) << name;
@@ -419,9 +416,13 @@ void Published::expectEffects(const When& when, const Answer& usual)
     EXPECT_EQ(answer.served.status, 0);
     EXPECT_EQ(answer.logged, Texts());
     if (namesAlone || answer.instances.size() != properties.size())
+    {
         EXPECT_EQ(answer.names, fewer);
+    }
     else
+    {
         expectInstances(answer, properties);
+    }
 }
 
 TEST_P(Published, ChangesAsTheTableSays)
@@ -526,8 +527,10 @@ TEST_P(Published, RefersToWholeInstances)
             }
         });
     for (const Served_Class& one : kServed)
+    {
         if (classes.count(one.name) != 0)
             one.serve([&](const Instance& instance) { ends.erase(&instance); });
+    }
     EXPECT_TRUE(ends.empty()) << ends.size() << " ends are not the cached instances";
 }
 
@@ -556,8 +559,12 @@ TEST(PublishedTables, AreOfRegisteredClasses)
     for (const Served_Class& one : kServed)
         registered.insert(one.name);
     for (const auto& file : std::filesystem::directory_iterator(kFolder))
+    {
         if (file.path().extension() == ".txt")
+        {
             EXPECT_EQ(registered.count(file.path().stem()), 1u) << file.path();
+        }
+    }
 }
 
 } // namespace

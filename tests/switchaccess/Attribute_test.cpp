@@ -1,11 +1,6 @@
-// Tests of how keys are made from formats, and of attributes that are read in a batch.
-#include "switchaccess/Attribute.h"
-
-#include "common/owned.h"
-#include "simulator/testing/SimSwitch.h"
+// Tests of how keys are made from formats, and values from attributes.
 #include "support/substitute.h"
-
-#include "VRAX_FCPort.h"
+#include "switchaccess/Attribute.h"
 
 #include <string>
 
@@ -43,7 +38,9 @@ TEST(Substitute, ReplacesConversionsByArguments)
         const bool made = substitute(text, sizeof(text), row.format, row.arguments);
         EXPECT_EQ(made, row.text != nullptr) << row.format;
         if (made && row.text != nullptr)
+        {
             EXPECT_STREQ(text, row.text);
+        }
     }
 }
 
@@ -57,43 +54,16 @@ TEST(Substitute, RefusesWhatDoesNotFit)
     EXPECT_FALSE(substitute(text, sizeof(text), "%s.", {"12345"}));
 }
 
-constexpr Attribute<VRAX_FCPort> kAttributes[] = {
-    {"Oper.UserPort.0.%s.SymPortName", put<&VRAX_FCPort::ElementName>},
-    {"Oper.UserPort.0.%s.MaxCredit", put<&VRAX_FCPort::BBCredits, decimal16>, kStaysNull},
-    {"Oper.UserPort.0.%s.OperState", put<&VRAX_FCPort::Description, inUpperCase>, "Unknown"},
-    {"Oper.UserPort.0.%s.AdminState"},
-};
-
-TEST(Attributes, FillPropertiesAndStandInForValuesThatAreNotThere)
+TEST(AttributeConversions, TakeTheNumberAtTheStart)
 {
-    static_assert(entryOf(kAttributes, ".AdminState") == 3);
-    simulator::SimSwitch sim = simulator::SimSwitch::make().ports(2);
-    sim.changePort(1, [](auto& port) { port.maxCredit = 12; });
-    Attribute_Reader<VRAX_FCPort> reader(kAttributes);
-    const auto filled = [&]
-    {
-        std::unique_ptr<VRAX_FCPort, Instance_Destroyer> port(VRAX_FCPort::create(true));
-        reader.fill(*port);
-        return port;
-    };
-    ASSERT_TRUE(reader.read({"1"}));
-    EXPECT_EQ(filled()->BBCredits.value, 12);
-    EXPECT_EQ(filled()->Description.value, "ONLINE");
-    EXPECT_STREQ(reader.text(3), "Online");
-
-    for (const char* key : {"MaxCredit", "OperState", "SymPortName"})
-        sim.failKey(std::string("Oper.UserPort.0.1.") + key, XPL_NOT_AVAILABLE);
-    ASSERT_TRUE(reader.read({"1"})) << "a value that is not there is no error";
-    EXPECT_TRUE(filled()->BBCredits.null);
-    EXPECT_EQ(filled()->Description.value, "UNKNOWN");
-    EXPECT_FALSE(filled()->ElementName.null);
-    EXPECT_EQ(filled()->ElementName.value, "");
-
-    EXPECT_TRUE(reader.read({"0"})) << "each read stands for itself";
-    EXPECT_EQ(filled()->Description.value, "ONLINE");
-    sim.failKey("Oper.UserPort.0.0.AdminState", 5);
-    EXPECT_FALSE(reader.read({"0"})) << "any other status is an error";
-    EXPECT_FALSE(reader.read({std::string(250, '0').c_str()})) << "the key does not fit";
+    EXPECT_EQ(hexadecimal("ffFFffffffffffff x"), 0xffffffffffffffffU);
+    EXPECT_EQ(decimal("18446744073709551615"), 0xffffffffffffffffU);
+    EXPECT_EQ(decimal("010"), 10U);
+    EXPECT_EQ(decimal16("010 of 16"), 10);
+    EXPECT_EQ(decimal16("none"), 0);
+    EXPECT_TRUE(isTrue("True"));
+    EXPECT_FALSE(isTrue("true"));
+    EXPECT_EQ(asOnlyElement("x")[0], "x");
 }
 
 } // namespace

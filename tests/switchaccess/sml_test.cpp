@@ -1,5 +1,6 @@
-// Tests of walks over named elements, of writes, and of whole records.
+// Tests of batches, of walks over named elements, of writes, and of whole records.
 #include "switchaccess/Record.h"
+#include "switchaccess/Sml_Batch.h"
 #include "switchaccess/Sml_Walk.h"
 #include "switchaccess/Sml_Writes.h"
 #include "tests/common/testing/Switch_Test.h"
@@ -16,6 +17,24 @@ const std::string kSpeed0 = "Config.UserPort.0.0.LinkSpeed."; // that writes tak
 class SmlTest : public Switch_Test
 {
 };
+
+// --- Batches
+
+TEST_F(SmlTest, ABatchIsReadAnewForEachElement)
+{
+    constexpr const char* kKeys[] = {"Oper.UserPort.0.%s.OperState", "Oper.UserPort.0.%s.MaxCredit"};
+    Sml_Batch batch(kKeys);
+    sim.failKey("Oper.UserPort.0.1.MaxCredit", XPL_NOT_AVAILABLE);
+    ASSERT_TRUE(batch.read({"1"})) << "a value that is not there is no error";
+    EXPECT_EQ(batch.status(1), XPL_NOT_AVAILABLE);
+    ASSERT_TRUE(batch.read({"0"})) << "each read stands for itself";
+    EXPECT_STREQ(batch.text(1), "16");
+    sim.failKey("Oper.UserPort.0.2.OperState", XPL_UNKNOWN_KEY);
+    EXPECT_FALSE(batch.read({"2"}));
+    sim.mark();
+    EXPECT_FALSE(batch.read({std::string(250, '0').c_str()})) << "the key does not fit";
+    EXPECT_EQ(sim.platformCalls(), 0u);
+}
 
 // --- Walks
 

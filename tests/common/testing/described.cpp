@@ -56,32 +56,23 @@ std::optional<std::string> propertyText(const Instance& instance, const Meta_Pro
     const bool isArray = property->subscript != 0;
     switch (property->type)
     {
-    case BOOLEAN:
-        return textOf<boolean>(field, isArray);
-    case UINT8:
-        return textOf<uint8>(field, isArray);
-    case UINT16:
-        return textOf<uint16>(field, isArray);
-    case UINT32:
-        return textOf<uint32>(field, isArray);
-    case UINT64:
-        return textOf<uint64>(field, isArray);
-    case SINT8:
-        return textOf<sint8>(field, isArray);
-    case SINT16:
-        return textOf<sint16>(field, isArray);
-    case SINT32:
-        return textOf<sint32>(field, isArray);
-    case SINT64:
-        return textOf<sint64>(field, isArray);
-    case REAL32:
-        return textOf<real32>(field, isArray);
-    case REAL64:
-        return textOf<real64>(field, isArray);
-    case STRING:
-        return textOf<String>(field, isArray);
-    case DATETIME:
-        return textOf<Datetime>(field, isArray);
+#define CASE(TYPE, type)                                                                                     \
+    case TYPE:                                                                                               \
+        return textOf<type>(field, isArray);
+        CASE(BOOLEAN, boolean)
+        CASE(UINT8, uint8)
+        CASE(UINT16, uint16)
+        CASE(UINT32, uint32)
+        CASE(UINT64, uint64)
+        CASE(SINT8, sint8)
+        CASE(SINT16, sint16)
+        CASE(SINT32, sint32)
+        CASE(SINT64, sint64)
+        CASE(REAL32, real32)
+        CASE(REAL64, real64)
+        CASE(STRING, String)
+        CASE(DATETIME, Datetime)
+#undef CASE
     default:
         return "(a type that no class here has)";
     }
