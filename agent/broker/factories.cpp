@@ -137,7 +137,7 @@ const char* typeNameOf(const void* object)
 
 std::string describe(const void* object)
 {
-    const std::string type = typeNameOf(object);
+    std::string type = typeNameOf(object);
     if (type == "CMPIString")
         return objectOf<StringObject>(static_cast<const CMPIString*>(object)).text;
     if (type == "CMPIDateTime")
