@@ -24,6 +24,8 @@ class Association_Provider_Base : public Composite_Provider_Base<PROVIDER, CLASS
 
   public:
     static constexpr Failure_Text kInsertionFailed = Failure_Text::none();
+    // The keys are the ends, which have passed the checks of their own classes.
+    static constexpr bool kChecksKeys = false;
     static constexpr auto kFirstRole = FIRST_ROLE;
     static constexpr auto kSecondRole = SECOND_ROLE;
 

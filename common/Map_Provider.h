@@ -75,6 +75,18 @@ class Provider_Base
         return Operation<STATUS>(PROVIDER::kSource, function, failed).run(body);
     }
 
+    // The same with a way to tidy up after a failure of any kind.
+    template <class STATUS, class BODY, class AFTER_FAILURE>
+    static STATUS operation(const char* function,
+                            STATUS failed,
+                            BODY body,
+                            AFTER_FAILURE afterFailure,
+                            int line = __builtin_LINE())
+    {
+        trace(PROVIDER::kSource, function, line);
+        return Operation<STATUS>(PROVIDER::kSource, function, failed).run(body, afterFailure);
+    }
+
     // Fails the load with this text, in the name of the caller's line.
     [[noreturn]] static void fail(const Failure_Text& what,
                                   std::initializer_list<const char*> arguments = {},
@@ -99,6 +111,22 @@ class Provider_Base
         if (!instance)
             fail(PROVIDER::kCreationFailed, {}, line);
         return instance;
+    }
+
+    // make() and the key check of add() for an operation other than a load, which fails by them.
+    template <class STATUS>
+    static Owned<CLASS> makeFor(Operation<STATUS>& operation, int line = __builtin_LINE())
+    {
+        Owned<CLASS> instance = makeNull<CLASS>();
+        if (!instance)
+            operation.fail(PROVIDER::kCreationFailed, {}, line);
+        return instance;
+    }
+    template <class STATUS>
+    static void requireKeys(Operation<STATUS>& operation, const CLASS& instance, int line = __builtin_LINE())
+    {
+        if (!checkInstanceKeys(&instance))
+            operation.fail(PROVIDER::kKeysMissing, {}, line);
     }
 
     // Hands an instance to the map. Fails the load when a key is missing or the map has an instance with
@@ -188,16 +216,8 @@ class Map_Provider : public Provider_Base<PROVIDER, CLASS>
         return status;
     }
 
-    // Gives a cached instance the values of `request` that `model` carries, after they have been written to
-    // the switch. The instance is replaced: requests being answered keep the former one, and associations
-    // with it are built again.
-    static void changeCached(Write_Guard<CLASS>& guard, const CLASS* model, const CLASS* request)
-    {
-        guard.map()._modify_instance(model, request);
-        maps().InstMapChanged(kIndex);
-    }
-    // The same for one property, whatever else the request carries. `value` is what the switch was given.
-    // `cached` is the map's and not to be used any more.
+    // Gives one property of a cached instance the value that the switch was given, whatever else a request
+    // carries; see Write_Guard::change(). `cached` is the map's and not to be used any more.
     template <class TYPE, class VALUE>
     static void changeCached(Write_Guard<CLASS>& guard,
                              const CLASS& cached,
@@ -208,7 +228,7 @@ class Map_Provider : public Provider_Base<PROVIDER, CLASS>
         const Owned<CLASS> model(static_cast<CLASS*>(key_clone(&cached)));
         (request.get()->*property).set(value);
         (model.get()->*property).null = 0;
-        changeCached(guard, model.get(), request.get());
+        guard.change(*model, *request);
     }
 
   private:

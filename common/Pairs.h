@@ -71,6 +71,9 @@ class Pairs
       public:
         Hub(Pairs& pairs, const ONE* one) : _pairs(pairs), _one(one) {}
 
+        // Null when there is none.
+        const ONE* get() const { return _one; }
+
         // Joins it with the first OTHER, if there is one.
         template <class OTHER>
         void withFirst(int line = __builtin_LINE()) const
@@ -114,7 +117,7 @@ class Pairs
     template <class SWITCH>
     Hub<SWITCH> local(int line = __builtin_LINE())
     {
-        const Local_Switch_Wwn wwn(PROVIDER::kSource, kLocalWwnMissing, line);
+        const Local_Switch_Wwn wwn({PROVIDER::kSource, "load", line});
         for (const SWITCH* one : all<SWITCH>())
             if (one->Name.value.equali(wwn.text()))
                 return Hub<SWITCH>(*this, one);
@@ -149,6 +152,25 @@ class Pairs
         return !fits && (std::is_same_v<B, First> || std::is_same_v<A, Second>);
     }
 
+    // Whether the provider has a member of that name, whatever it takes: then that name is ambiguous in a
+    // class which has it from here as well.
+    struct Named_Fill
+    {
+        int fill;
+    };
+    template <class P>
+    struct Both : P, Named_Fill
+    {
+    };
+    template <class P, class = void>
+    struct Names_Fill : std::true_type
+    {
+    };
+    template <class P>
+    struct Names_Fill<P, std::void_t<decltype(&Both<P>::fill)>> : std::false_type
+    {
+    };
+
     template <class P, class A, class B, class = void>
     struct Has_Fill : std::false_type
     {
@@ -169,6 +191,8 @@ class Pairs
     {
         refer(association.*PROVIDER::kFirstRole, first, line);
         refer(association.*PROVIDER::kSecondRole, second, line);
+        static_assert(Has_Fill<PROVIDER, A, B>::value == Names_Fill<PROVIDER>::value,
+                      "fill() takes the pair, the first end and the second");
         if constexpr (Has_Fill<PROVIDER, A, B>::value)
             PROVIDER::fill(association, first, second);
     }

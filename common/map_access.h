@@ -145,7 +145,26 @@ class Write_Guard : private Map_Guard<CLASS>
     Map_View<CLASS> view() const { return Map_Guard<CLASS>::view(); }
     Map_Writer<CLASS> writer(Former_Instances* former = nullptr) { return Map_Guard<CLASS>::writer(former); }
 
+    // Changes to a loaded map, after the switch has been changed so. The map stays as fresh as it is, and
+    // what is built from it is built again. False, and nothing is done, when the keys are taken, or not
+    // there.
+    bool insert(Owned<CLASS>& instance) { return noticed(writer().insert(instance)); }
+    bool remove(const CLASS& keys) { return noticed(map()._delete_instance(&keys) == DELETE_INSTANCE_OK); }
+    // Gives the cached instance the values of `request` that `model` carries. The instance is replaced:
+    // requests being answered keep the former one.
+    bool change(const CLASS& model, const CLASS& request)
+    {
+        return noticed(map()._modify_instance(&model, &request) == MODIFY_INSTANCE_OK);
+    }
+
   private:
+    static bool noticed(bool done)
+    {
+        if (done)
+            VRAX_Maps::getInstance()->InstMapChanged(Map_Index<CLASS>::value);
+        return done;
+    }
+
     MapWrLock _lock;
 };
 

@@ -34,9 +34,14 @@ class Operation
     Operation(const Operation&) = delete;
     Operation& operator=(const Operation&) = delete;
 
-    // Calls body(*this); its result is the operation's, unless it throws.
+    // Calls body(*this); its result is the operation's, unless it throws: then afterFailure() is called.
     template <class BODY>
     STATUS run(BODY body)
+    {
+        return run(body, [] {});
+    }
+    template <class BODY, class AFTER_FAILURE>
+    STATUS run(BODY body, AFTER_FAILURE afterFailure)
     {
         try
         {
@@ -50,6 +55,7 @@ class Operation
         {
             report(VRAX_Except(_source, _function, __LINE__, Failure_Text::line("%s"), {failure.what()}));
         }
+        afterFailure();
         return _failed;
     }
 

@@ -10,9 +10,10 @@
 namespace cimple
 {
 
+// Gives back one count: an association may share the instance by then.
 struct Instance_Destroyer
 {
-    void operator()(Instance* instance) const { destroy(instance); }
+    void operator()(Instance* instance) const { unref(instance); }
 };
 
 // Destroys the instance unless release() handed it on (to a map, a handler, a reference of another instance).

@@ -3,11 +3,13 @@
 #define COMMON_RESULTS_H
 
 #include "support/cim_log.h"
+#include "support/substitute.h"
 
 #include <cimple/cimple.h>
 
 #include <cstddef>
 #include <limits>
+#include <string>
 
 namespace cimple
 {
@@ -49,7 +51,7 @@ const State_Change* stateChange(const State_Change (&rows)[N], uint16 requested)
 struct Method_Result
 {
     std::int32_t result;
-    const char* logged; // at the information level; null: nothing
+    const char* logged; // at the information level, with the result for its "%d"; null: nothing
     uint32 returned;
 };
 constexpr std::int32_t kAnyOther = std::numeric_limits<std::int32_t>::min();
@@ -62,7 +64,11 @@ uint32 conclude(const Method_Result (&rows)[N], std::int32_t result)
     while (row->result != result && row->result != kAnyOther)
         ++row;
     if (row->logged != nullptr)
-        cim_log(kLogInfo, "%s", row->logged);
+    {
+        char line[256];
+        substitute(line, sizeof(line), row->logged, {std::to_string(result).c_str()});
+        cim_log(kLogInfo, "%s", line);
+    }
     return row->returned;
 }
 

@@ -15,6 +15,7 @@ class VRAX_ContainedDomain_Provider
     : public Association_Provider<&VRAX_ContainedDomain::GroupComponent, &VRAX_ContainedDomain::PartComponent>
 {
   public:
+    static constexpr bool kChecksKeys = true;
     static constexpr Failure_Text kCreationFailed = "Failed to Create the instance";
     static constexpr Failure_Text kKeysMissing =
         "VRAX_ContainedDomain::One or more Key Properties not populated";

@@ -237,8 +237,8 @@ Modify_Instance_Status VRAX_FCPort_Provider::modify_instance(const VRAX_FCPort* 
     const auto body = [&](Operation<Modify_Instance_Status>& op)
     {
         Write_Guard<VRAX_FCPort> guard;
-        const Local_Switch_Wwn localWwn(
-            kSource, "modify_instance", Failure_Text::line(kLocalWwnMissing.text));
+        const Local_Switch_Wwn localWwn({kSource, "modify_instance"},
+                                        Failure_Text::line(kLocalWwnMissing.text));
         if (!model->SystemName.null && !instance->SystemName.value.equali(localWwn.text()))
             return MODIFY_INSTANCE_INVALID_PARAMETER;
         const VRAX_FCPort* cached = guard.view().find(*instance);

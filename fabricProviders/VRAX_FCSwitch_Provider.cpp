@@ -162,8 +162,8 @@ Modify_Instance_Status VRAX_FCSwitch_Provider::modify_instance(const VRAX_FCSwit
     const auto body = [&](Operation<Modify_Instance_Status>& op)
     {
         Write_Guard<VRAX_FCSwitch> guard;
-        const Local_Switch_Wwn localWwn(
-            kSource, "modify_instance", Failure_Text::line(kLocalWwnMissing.text));
+        const Local_Switch_Wwn localWwn({kSource, "modify_instance"},
+                                        Failure_Text::line(kLocalWwnMissing.text));
         if (!instance->Name.value.equali(localWwn.text()))
             return MODIFY_INSTANCE_INVALID_PARAMETER;
         const VRAX_FCSwitch* cached = guard.view().find(*instance);

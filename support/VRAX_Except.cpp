@@ -14,7 +14,7 @@ VRAX_Except::VRAX_Except(const char* fromFile,
                          const char* format,
                          ...)
     : file(fromFile), function(fromFunction), line(fromLine), severity(howSevere),
-      form(cimple::Log_Form::Exception)
+      form(howSevere == INFO ? cimple::Log_Form::Information : cimple::Log_Form::Exception)
 {
     va_list args;
     va_start(args, format);
@@ -28,7 +28,8 @@ VRAX_Except::VRAX_Except(const char* fromFile,
                          int fromLine,
                          const cimple::Failure_Text& what,
                          std::initializer_list<const char*> arguments)
-    : file(fromFile), function(fromFunction), line(fromLine), severity(CRIT), form(what.form)
+    : file(fromFile), function(fromFunction), line(fromLine),
+      severity(what.form == cimple::Log_Form::Information ? INFO : CRIT), form(what.form)
 {
     cimple::substitute(message, sizeof(message), what.text, arguments);
 }
@@ -42,10 +43,10 @@ void VRAX_Except::print() const
     case cimple::Log_Form::Line:
         cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", file, function, line, message);
         return;
+    case cimple::Log_Form::Information:
+        cim_log(kLogInfo, "Exception[INFO]:%s:%s[%d] %s\n", file, function, line, message);
+        return;
     case cimple::Log_Form::Exception:
-        if (severity == INFO)
-            cim_log(kLogInfo, "Exception[INFO]:%s:%s[%d] %s\n", file, function, line, message);
-        else
-            cim_log(kLogCritical, "Exception[CRIT]:%s:%s[%d] %s\n", file, function, line, message);
+        cim_log(kLogCritical, "Exception[CRIT]:%s:%s[%d] %s\n", file, function, line, message);
     }
 }

@@ -17,9 +17,10 @@ namespace cimple
 // How a failure shows in the log.
 enum class Log_Form
 {
-    Exception, // "Exception[CRIT]:" or "Exception[INFO]:", as its severity is
-    Line,      // "CRIT:"
-    None       // not at all, and the client is not told a reason either
+    Exception,   // "Exception[CRIT]:", at the critical level
+    Information, // "Exception[INFO]:", at the information level
+    Line,        // "CRIT:"
+    None         // not at all, and the client is not told a reason either
 };
 
 // What is said of a failure. The text may have places for arguments (see support/substitute.h). A plain text
@@ -29,6 +30,7 @@ struct Failure_Text
     constexpr Failure_Text(const char* words, Log_Form how = Log_Form::Exception) : text(words), form(how) {}
 
     static constexpr Failure_Text line(const char* words) { return {words, Log_Form::Line}; }
+    static constexpr Failure_Text info(const char* words) { return {words, Log_Form::Information}; }
     static constexpr Failure_Text silent() { return {"", Log_Form::None}; }
     // In place of a text: this is no failure.
     static constexpr Failure_Text none() { return {nullptr, Log_Form::None}; }
@@ -55,7 +57,7 @@ class VRAX_Except
                                               const char* format,
                                               ...);
 
-    // A critical failure with this text.
+    // A failure with this text, informational or critical as its form says.
     VRAX_Except(const char* fromFile,
                 const char* fromFunction,
                 int fromLine,

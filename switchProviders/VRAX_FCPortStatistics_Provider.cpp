@@ -24,7 +24,7 @@ using Is = VRAX_FCPortStatistics;
 
 } // namespace
 
-const Attribute<VRAX_FCPortStatistics> VRAX_FCPortStatistics_Provider::kAttributes[23] = {
+constexpr Attribute<VRAX_FCPortStatistics> VRAX_FCPortStatistics_Provider::kAttributes[23] = {
     counter<&Is::LIPCount>("Oper.UserPort.0.%s.C64.TotalLIPRecv"),
     counter<&Is::LinkResetsReceived>("Oper.UserPort.0.%s.C64.RxLinkResets"),
     counter<&Is::LinkResetsTransmitted>("Oper.UserPort.0.%s.C64.TxLinkResets"),

@@ -54,18 +54,24 @@ bool isTrue(const char* text); // exactly "True"
 String inUpperCase(const char* text);
 Array_String asOnlyElement(const char* text);
 
-// The place of the row whose key ends so. A compile error when there is none:
+// The place of the row whose key ends so. A compile error when there is none, or more than one:
 //     constexpr std::size_t kOperState = entryOf(kAttributes, ".OperState");
 template <class CLASS, std::size_t N>
 constexpr std::size_t entryOf(const Attribute<CLASS> (&rows)[N], std::string_view ending)
 {
+    std::size_t found = N;
     for (std::size_t i = 0; i < N; ++i)
     {
         const std::string_view key(rows[i].key);
-        if (key.size() >= ending.size() && key.substr(key.size() - ending.size()) == ending)
-            return i;
+        if (key.size() < ending.size() || key.substr(key.size() - ending.size()) != ending)
+            continue;
+        if (found != N)
+            throw "several such rows";
+        found = i;
     }
-    throw "no such row";
+    if (found == N)
+        throw "no such row";
+    return found;
 }
 
 // Reads the attributes of one element after the other; the table must outlive the reader.

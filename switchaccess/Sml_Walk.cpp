@@ -7,9 +7,29 @@
 namespace cimple
 {
 
+bool Walk_Keys::readInBatch(xpl_smlEntry& entry)
+{
+    return xpl_smlGetBatch(hSwitch, &entry, 1) == 0 && !isErrors(&entry, 1);
+}
+
+bool Walk_Keys::readAlone(xpl_smlEntry& entry)
+{
+    return xpl_smlGetV(hSwitch, entry.value, &entry.status, "%s", entry.key) == 0;
+}
+
+Sml_Walk Sml_Walk::from(std::string first, const Walk_Keys& keys, const Caller& caller, const char* owner)
+{
+    Sml_Walk walk(keys, caller, owner);
+    walk._known = std::move(first);
+    return walk;
+}
+
 void Sml_Walk::start()
 {
-    read(_keys.first, nullptr, _keys.firstFailed);
+    if (_known)
+        arrive(*_known);
+    else
+        read(_keys.first, nullptr, _keys.firstFailed);
 }
 
 void Sml_Walk::advance()
@@ -22,13 +42,19 @@ void Sml_Walk::read(const char* format, const char* previous, const Failure_Text
 {
     xpl_smlEntry entry{};
     const char* const first = _owner != nullptr ? _owner : previous;
-    const bool fits = substitute(entry.key, kXplSmlTextSize, format, {first, previous});
-    const int result = fits ? xpl_smlGetBatch(hSwitch, &entry, 1) : XPL_INVALID_PARAMETER;
-    if (result == 0 && entry.status == _keys.endStatus)
+    const bool answered =
+        substitute(entry.key, kXplSmlTextSize, format, {first, previous}) && _keys.read(entry);
+    if (entry.status == _keys.endStatus)
         entry.value[0] = '\0';
-    else if (result != 0 || isErrors(&entry, 1))
+    else if (!answered)
         throw VRAX_Except(_caller.source, _caller.function, _caller.line, failed);
-    _name = entry.value;
+    arrive(entry.value);
+}
+
+void Sml_Walk::arrive(std::string element)
+{
+    _element = std::move(element);
+    _name = _keys.nameOf != nullptr && !_element.empty() ? _keys.nameOf(_element) : _element;
 }
 
 } // namespace cimple

@@ -32,6 +32,9 @@ class Sml_Writes
     // sent when a text did not fit its entry.
     bool send(Call call);
 
+    // After send(): whether the switch went through the batch, whatever it said of single entries.
+    bool carriedOut() const { return _result == 0; }
+
     // After send(): the platform's status of an entry.
     std::int32_t status(std::size_t entry) const { return _entries[entry].status; }
     // What went wrong, for people: the first refused text with its status, or the status of the call.
@@ -52,7 +55,10 @@ class Sml_Writes
 class Sml_Transaction
 {
   public:
-    Sml_Transaction(const char* source, const char* function) : _source(source), _function(function) {}
+    Sml_Transaction(const char* source, const char* function) : _source(source), _function(function)
+    {
+        _waysBack.reserve(kMaxWaysBack);
+    }
     // Takes back what was not finished, the last step first. A step back that fails is logged with its
     // message, and the others go on.
     ~Sml_Transaction();
@@ -65,7 +71,8 @@ class Sml_Transaction
                const Failure_Text& failed,
                int line = __builtin_LINE());
 
-    // Until finish(), the steps so far are taken back by this write.
+    // Until finish(), the steps so far are taken back by this write. Needs no memory for the first
+    // kMaxWaysBack.
     void undoBy(const char* key, const char* failed, int line = __builtin_LINE());
     // Forgets the last way back: the steps since have taken its place.
     void keep() { _waysBack.pop_back(); }
@@ -73,6 +80,7 @@ class Sml_Transaction
     void finish() { _waysBack.clear(); }
 
   private:
+    static constexpr std::size_t kMaxWaysBack = 8;
     struct Way_Back
     {
         const char* key;

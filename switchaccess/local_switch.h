@@ -2,8 +2,8 @@
 #ifndef SWITCHACCESS_LOCAL_SWITCH_H
 #define SWITCHACCESS_LOCAL_SWITCH_H
 
-#include "support/VRAX_Except.h"
-#include "switchaccess/XPL_Mem.h"
+#include "platform/switch_server.h"
+#include "switchaccess/Switch_Text.h"
 
 namespace cimple
 {
@@ -11,27 +11,14 @@ namespace cimple
 constexpr Failure_Text kLocalWwnMissing = "Unable to retrieve localWWN";
 
 // The WWN of the local switch; owns the platform's text until the end of the scope.
-class Local_Switch_Wwn
+class Local_Switch_Wwn : public Switch_Text
 {
   public:
-    // Asks the switch; throws a critical failure in the name of `source`'s load, at the caller's line, when
-    // there is no WWN.
-    explicit Local_Switch_Wwn(const char* source,
-                              const Failure_Text& missing = kLocalWwnMissing,
-                              int line = __builtin_LINE())
-        : Local_Switch_Wwn(source, "load", missing, line)
+    // Asks the switch; throws the failure in the caller's name when there is no WWN.
+    explicit Local_Switch_Wwn(const Caller& caller, const Failure_Text& missing = kLocalWwnMissing)
+        : Switch_Text(get_Local_Switch_World_Wide_Name(), caller, missing)
     {
     }
-    // The same in the name of another operation.
-    Local_Switch_Wwn(const char* source,
-                     const char* function,
-                     const Failure_Text& missing,
-                     int line = __builtin_LINE());
-
-    const char* text() const { return *_cell; }
-
-  private:
-    XPL_Mem<char*> _cell;
 };
 
 } // namespace cimple

@@ -233,6 +233,16 @@ TEST_F(PairsTest, AreMadeAndAddedInTwoSteps)
                       p.add(link);
                   }),
               (Texts{"BA", "AB!"}));
+    // An end that no map holds lives on in its pair.
+    EXPECT_EQ(linked(
+                  [](auto& p)
+                  {
+                      const VRAX_ProtocolEndpoint* a = p.template first<VRAX_ProtocolEndpoint>().get();
+                      const Owned<VRAX_ProtocolEndpoint> own(static_cast<VRAX_ProtocolEndpoint*>(clone(a)));
+                      own->Name.set("C");
+                      p.join(*own, *a);
+                  }),
+              Texts{"CA"});
 }
 
 TEST_F(PairsTest, FailWithoutABadPair)

@@ -54,6 +54,11 @@ TEST(OperationTest, EndsInOneStatusOneLogLineAndOneReason)
          9,
          "Exception[CRIT]:x/Y:work[] 100%d",
          "100%d"},
+        {"a failure that is no alarm",
+         [](Op& op) -> int { op.fail(Failure_Text::info("gone")); },
+         9,
+         nullptr, // below the critical level
+         "gone"},
         {"silent failure", [](Op& op) -> int { op.fail(Failure_Text::silent()); }, 9, nullptr, ""},
         {"another status",
          [](Op& op) -> int { op.failWith(4, "why"); },
@@ -71,7 +76,9 @@ TEST(OperationTest, EndsInOneStatusOneLogLineAndOneReason)
     {
         Error::clear();
         const Log_Capture log;
-        EXPECT_EQ(Op("x/Y", "work", 9).run(row.body), row.status) << row.what;
+        int tidied = 0;
+        EXPECT_EQ(Op("x/Y", "work", 9).run(row.body, [&] { ++tidied; }), row.status) << row.what;
+        EXPECT_EQ(tidied, row.status == 0 || row.status == 3 ? 0 : 1) << row.what;
         EXPECT_EQ(log.texts(), row.logged != nullptr ? Texts{row.logged} : Texts()) << row.what;
         EXPECT_STREQ(Error::get(), row.reason) << row.what;
     }
@@ -82,7 +89,7 @@ TEST(ResultTables, GiveTheFirstRowThatFits)
 {
     constexpr State_Change kStates[] = {{2, State_Action::SetAdminState, 1, "on\n"},
                                         {3, State_Action::Refuse, 0, nullptr}};
-    constexpr Method_Result kResults[] = {{0, nullptr, 10}, {5, "gone\n", 11}, {kAnyOther, "odd\n", 12}};
+    constexpr Method_Result kResults[] = {{0, nullptr, 10}, {5, "gone\n", 11}, {kAnyOther, "odd = %d\n", 12}};
     const Log_Capture log(kLogInfo);
     EXPECT_EQ(stateChange(kStates, 2), &kStates[0]);
     EXPECT_EQ(stateChange(kStates, 3), &kStates[1]);
@@ -90,7 +97,7 @@ TEST(ResultTables, GiveTheFirstRowThatFits)
     EXPECT_EQ(conclude(kResults, 0), 10u);
     EXPECT_EQ(conclude(kResults, 5), 11u);
     EXPECT_EQ(conclude(kResults, -5), 12u);
-    EXPECT_EQ(log.texts(), (Texts{"on", "gone", "odd"}));
+    EXPECT_EQ(log.texts(), (Texts{"on", "gone", "odd = -5"}));
 }
 
 // Publishes one instance with the defaults of the schema and one without.
@@ -180,11 +187,6 @@ TEST_F(Shapes, OfAClassWithoutAMap)
 // A change of several properties of a cached instance: the others stay, and so does what is being answered.
 TEST_F(Shapes, OfChangesToCachedInstances)
 {
-    class Changing : public Rates_Provider
-    {
-      public:
-        using Rates_Provider::changeCached;
-    };
     instances<Rates_Provider>();
     Write_Guard<VRAX_FCPortRateStatistics> guard;
     const VRAX_FCPortRateStatistics* cached = guard.view().first();
@@ -203,12 +205,24 @@ TEST_F(Shapes, OfChangesToCachedInstances)
     expected["Caption"] = "new";
     expected["RxRate"] = "5";
     const std::uint32_t loads = VRAX_Maps::getInstance()->loadCount(Rates_Provider::kIndex);
-    Changing::changeCached(guard, model.get(), request.get());
+    EXPECT_TRUE(guard.change(*model, *request));
     EXPECT_EQ(described(*guard.view().first()), expected);
     EXPECT_EQ(described(*held.ptr()), former);
     EXPECT_NE(VRAX_Maps::getInstance()->loadCount(Rates_Provider::kIndex), loads)
         << "associations are built again";
     EXPECT_TRUE(Rates_Provider::isCurrent());
+
+    // Instances that come and go with what a client does.
+    const std::size_t size = guard.view().size();
+    EXPECT_TRUE(guard.remove(*model));
+    EXPECT_FALSE(guard.remove(*model));
+    EXPECT_FALSE(guard.change(*model, *request));
+    EXPECT_EQ(guard.view().size(), size - 1);
+    Owned<VRAX_FCPortRateStatistics> again(static_cast<VRAX_FCPortRateStatistics*>(clone(held.ptr())));
+    EXPECT_TRUE(guard.insert(again));
+    again.reset(static_cast<VRAX_FCPortRateStatistics*>(clone(held.ptr())));
+    EXPECT_FALSE(guard.insert(again));
+    EXPECT_EQ(VRAX_Maps::getInstance()->loadCount(Rates_Provider::kIndex), loads + 3);
 }
 
 } // namespace

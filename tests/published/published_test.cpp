@@ -69,10 +69,8 @@ std::string shortened(std::string text)
     for (const auto& [wwn, name] : names)
     {
         for (std::size_t at = 0; at + wwn.size() <= text.size(); ++at)
-        {
             if (strncasecmp(text.c_str() + at, wwn.c_str(), wwn.size()) == 0)
                 text.replace(at, wwn.size(), name);
-        }
     }
     return text;
 }
@@ -82,10 +80,8 @@ std::string nameOf(const Instance& instance)
 {
     Properties properties = described(instance);
     for (const char* key : {"DeviceID", "InstanceID"})
-    {
         if (properties.count(key) != 0)
             return shortened(properties[key]);
-    }
     if (properties.count("Name") != 0)
     {
         const std::string system = shortened(properties["SystemName"]);
@@ -173,10 +169,8 @@ class Published : public Switch_Test, public testing::WithParamInterface<Served_
         for (const Entry& entry : table.entries)
         {
             for (const Source& source : entry.sources)
-            {
                 if (source.answer)
                     sim.answer(source.key, *source.answer);
-            }
         }
         sim.mark();
     }
@@ -416,13 +410,9 @@ void Published::expectEffects(const When& when, const Answer& usual)
     EXPECT_EQ(answer.served.status, 0);
     EXPECT_EQ(answer.logged, Texts());
     if (namesAlone || answer.instances.size() != properties.size())
-    {
         EXPECT_EQ(answer.names, fewer);
-    }
     else
-    {
         expectInstances(answer, properties);
-    }
 }
 
 TEST_P(Published, ChangesAsTheTableSays)
@@ -527,10 +517,8 @@ TEST_P(Published, RefersToWholeInstances)
             }
         });
     for (const Served_Class& one : kServed)
-    {
         if (classes.count(one.name) != 0)
             one.serve([&](const Instance& instance) { ends.erase(&instance); });
-    }
     EXPECT_TRUE(ends.empty()) << ends.size() << " ends are not the cached instances";
 }
 
@@ -559,12 +547,8 @@ TEST(PublishedTables, AreOfRegisteredClasses)
     for (const Served_Class& one : kServed)
         registered.insert(one.name);
     for (const auto& file : std::filesystem::directory_iterator(kFolder))
-    {
         if (file.path().extension() == ".txt")
-        {
             EXPECT_EQ(registered.count(file.path().stem()), 1u) << file.path();
-        }
-    }
 }
 
 } // namespace

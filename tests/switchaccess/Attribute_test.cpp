@@ -38,9 +38,7 @@ TEST(Substitute, ReplacesConversionsByArguments)
         const bool made = substitute(text, sizeof(text), row.format, row.arguments);
         EXPECT_EQ(made, row.text != nullptr) << row.format;
         if (made && row.text != nullptr)
-        {
             EXPECT_STREQ(text, row.text);
-        }
     }
 }
 

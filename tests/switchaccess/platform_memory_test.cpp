@@ -43,13 +43,13 @@ TEST_F(PlatformMemory, ACellAndItsValueAreGivenBack)
 
 TEST_F(PlatformMemory, ASwitchWithoutANameIsToldFromOneWithIt)
 {
-    EXPECT_STREQ(Local_Switch_Wwn("x/Y").text(), "100002a5c0de0001");
+    EXPECT_STREQ(Local_Switch_Wwn({"x/Y", "load"}).text(), "100002a5c0de0001");
     sim.failNext("get_Local_Switch_World_Wide_Name");
-    EXPECT_THROW(Local_Switch_Wwn("x/Y"), VRAX_Except) << "no value in the cell";
+    EXPECT_THROW(Local_Switch_Wwn({"x/Y", "load"}), VRAX_Except) << "no value in the cell";
     outOfMemory = true;
     try
     {
-        Local_Switch_Wwn("x/Y", "Change", Failure_Text::line("no WWN"), 5);
+        Local_Switch_Wwn({"x/Y", "Change", 5}, Failure_Text::line("no WWN"));
         ADD_FAILURE() << "there is no cell";
     }
     catch (const VRAX_Except& failure)

@@ -3,6 +3,7 @@
 #include "switchaccess/Sml_Batch.h"
 #include "switchaccess/Sml_Walk.h"
 #include "switchaccess/Sml_Writes.h"
+#include "switchaccess/string_helpers.h"
 #include "tests/common/testing/Switch_Test.h"
 
 namespace cimple
@@ -96,6 +97,32 @@ TEST_F(SmlTest, AWalkNamesEachElementByTheOneBefore)
             sim.failKey(key, status);
         EXPECT_EQ(walk(kElements, "o"), row.found) << row.what;
     }
+    // From a known element, each read by itself, in upper case and named by its first letter.
+    sim.restore();
+    Walk_Keys alone = kElements;
+    alone.read = Walk_Keys::readAlone;
+    alone.nameOf = [](std::string& element)
+    {
+        element = upperCased(element.c_str());
+        return element.substr(0, 1);
+    };
+    sim.mark();
+    sim.answer("Test.o.Next.A", "bc");
+    sim.failKey("Test.o.Next.B", XPL_END_OF_WALK);
+    Texts found;
+    for (const std::string& one : Sml_Walk::from("ab", alone, {"x/Y", "load"}, "o"))
+        found.push_back(one);
+    EXPECT_EQ(found, (Texts{"AB", "BC"}));
+    EXPECT_EQ(sim.calls("xpl_smlGetV"), 2u);
+    sim.failKey("Test.o.Next.C", XPL_NOT_AVAILABLE);
+    EXPECT_THROW(
+        {
+            for (const std::string& one : Sml_Walk::from("c", alone, {"x/Y", "load"}, "o"))
+                EXPECT_EQ(one, "C");
+        },
+        VRAX_Except)
+        << "no value at present is a failure, too";
+
     sim.restore();
     sim.answer("Test.First", "a");
     sim.answer("Test.Next.a", "");
@@ -131,6 +158,7 @@ TEST_F(SmlTest, WritesGoInOneCallInTheirOrder)
     EXPECT_EQ(writes.failure(), kSpeed0 + "2Gb/s: status 77");
     EXPECT_EQ(writes.status(0), 0);
     EXPECT_EQ(writes.status(1), 77);
+    EXPECT_TRUE(writes.carriedOut());
     sim.failNext("xpl_smlBatchSet", 1, 20);
     EXPECT_FALSE(Sml_Writes(writes).send(xpl_smlBatchSet));
 
@@ -140,6 +168,7 @@ TEST_F(SmlTest, WritesGoInOneCallInTheirOrder)
     sim.failNext("xpl_smlBatchCimSet", 1, 20);
     EXPECT_FALSE(none.send(xpl_smlBatchCimSet));
     EXPECT_EQ(none.failure(), "status 20");
+    EXPECT_FALSE(none.carriedOut());
 
     sim.mark();
     Sml_Writes tooLong;
