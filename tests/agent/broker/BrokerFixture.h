@@ -11,12 +11,6 @@
 namespace cimd::test
 {
 
-inline const ClassRepository& sharedRepository()
-{
-    static const ClassRepository repository = ClassRepository::load(repositoryFile());
-    return repository;
-}
-
 class Results : public ResultReceiver
 {
   public:
@@ -32,7 +26,7 @@ class Results : public ResultReceiver
 class BrokerFixture : public testing::Test
 {
   protected:
-    Broker broker{sharedRepository()};
+    Broker broker{repository()};
     const CMPIBroker* mb = broker.handle();
     RequestContext request{"alice", "192.0.2.1:40000", "de"};
     Results results;

@@ -12,12 +12,6 @@ namespace cimd
 namespace
 {
 
-const ClassRepository& testRepository()
-{
-    static const ClassRepository repository = ClassRepository::load(test::repositoryFile());
-    return repository;
-}
-
 TEST(ClassRepository, NamesFileLineClassAndReasonOfAnError)
 {
     struct Row
@@ -69,7 +63,7 @@ TEST(ClassRepository, NamesFileLineClassAndReasonOfAnError)
 
 TEST(Completion, MakesOnePathOfMany)
 {
-    const ClassInfo& link = *testRepository().find("Test_Link");
+    const ClassInfo& link = *test::repository().find("Test_Link");
     ObjectPath inner({}, "test_widget");
     inner.setKey("NAME", CimValue::string("w1"));
     ObjectPath loose({}, "TEST_LINK");
@@ -77,7 +71,7 @@ TEST(Completion, MakesOnePathOfMany)
     loose.setKey("RIGHT", CimValue::reference(inner));
     inner.setHost("client.example");
     loose.setKey("left", CimValue::reference(inner));
-    completePath(loose, link, testRepository(), "root/test");
+    completePath(loose, link, test::repository(), "root/test");
     EXPECT_EQ(loose.text(),
               "root/test:Test_Link.Left=\"root/test:Test_Widget.Name=\\\"w1\\\"\",Right=\"root/"
               "test:Test_Widget.Name="
@@ -87,7 +81,7 @@ TEST(Completion, MakesOnePathOfMany)
     const CimValue foreign = CimValue::reference(ObjectPath({}, "Other_Class"));
     PropertyDecl anything;
     anything.type = CimType::Reference;
-    EXPECT_EQ(completeValue(foreign, anything, testRepository(), "root/test").asReference().text(),
+    EXPECT_EQ(completeValue(foreign, anything, test::repository(), "root/test").asReference().text(),
               "root/test:Other_Class");
 }
 
