@@ -6,6 +6,7 @@
 
 #include <cmpimacs.h>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 
 namespace cimd::test
@@ -37,6 +38,23 @@ class BrokerFixture : public testing::Test
         return CMNewObjectPath(mb, "root/test", className, nullptr);
     }
 
+    // With a scalar in a block of exactly its size, so that reading more is caught.
+    template <class Scalar>
+    static CMPIrc set(CMPIInstance* instance, const char* name, CMPIType type, Scalar value)
+    {
+        const auto block = std::make_unique<Scalar>(value);
+        return instance->ft
+            ->setProperty(instance, name, reinterpret_cast<const CMPIValue*>(block.get()), type)
+            .rc;
+    }
+
+    static CMPIrc setText(CMPIInstance* instance, const char* name, const char* value)
+    {
+        return instance->ft
+            ->setProperty(instance, name, reinterpret_cast<const CMPIValue*>(value), CMPI_chars)
+            .rc;
+    }
+
     CMPIInstance* newWidget(const char* name = "w")
     {
         CMPIObjectPath* path = newPath("Test_Widget");
@@ -48,6 +66,11 @@ class BrokerFixture : public testing::Test
 inline std::string text(const CMPIString* string)
 {
     return string ? CMGetCharsPtr(string, nullptr) : "(null)";
+}
+
+inline std::string text(const CMPIData& data)
+{
+    return text(data.value.string);
 }
 
 } // namespace cimd::test
