@@ -68,44 +68,34 @@ TEST(Failures, OfAKeyFailItsEntryAndOfABatchOrARecordTheCall)
     EXPECT_EQ(101, xpl_swPortSetConfig(hSwitch, 1, &record));
 }
 
-int writeBatch(int (*call)(xpl_Handle, xpl_smlEntry*, std::uint32_t), const char* key)
+template <class Call>
+auto writeBatch(Call call, const char* key)
 {
-    auto entries = batchOf({key});
-    const int status = call(hSwitch, entries.data(), 1);
-    return status != 0 ? status : entries[0].status;
+    return [=]
+    {
+        auto entries = batchOf({key});
+        const int status = call(hSwitch, entries.data(), 1);
+        return status != 0 ? status : entries[0].status;
+    };
 }
 
 TEST(Writes, FailOnDemandAndAreCountedAndListedWhateverTheCall)
 {
+    constexpr const char* kCim = "Cmd.Cim.Listener.l1.Delete";
+    constexpr const char* kOff = "Config.UserPort.0.0.ScanEnable.False";
+    static const xpl_swSwitchConfig ofSwitch{};
+    static const xpl_swPortConfig ofPort{};
     const struct
     {
         const char* call;
         std::string subject; // a key, or the name of a record
         std::function<int()> write;
     } ways[] = {
-        {"xpl_smlBatchSet",
-         "Config.UserPort.0.0.ScanEnable.False",
-         [] { return writeBatch(xpl_smlBatchSet, "Config.UserPort.0.0.ScanEnable.False"); }},
-        {"xpl_smlBatchCimSet",
-         "Cmd.Cim.Listener.l1.Delete",
-         [] { return writeBatch(xpl_smlBatchCimSet, "Cmd.Cim.Listener.l1.Delete"); }},
-        {"xpl_smlSetV",
-         "Config.UserPort.0.0.ScanEnable.True",
-         [] { return setKey("Config.UserPort.0.0.ScanEnable.True"); }},
-        {"xpl_swSwitchSetConfig",
-         "switch",
-         []
-         {
-             const xpl_swSwitchConfig record{};
-             return xpl_swSwitchSetConfig(hSwitch, &record);
-         }},
-        {"xpl_swPortSetConfig",
-         "port/1",
-         []
-         {
-             const xpl_swPortConfig record{};
-             return xpl_swPortSetConfig(hSwitch, 1, &record);
-         }},
+        {"xpl_smlBatchSet", kOff, writeBatch(xpl_smlBatchSet, kOff)},
+        {"xpl_smlBatchCimSet", kCim, writeBatch(xpl_smlBatchCimSet, kCim)},
+        {"xpl_smlSetV", kOff, [] { return setKey(kOff); }},
+        {"xpl_swSwitchSetConfig", "switch", [] { return xpl_swSwitchSetConfig(hSwitch, &ofSwitch); }},
+        {"xpl_swPortSetConfig", "port/1", [] { return xpl_swPortSetConfig(hSwitch, 1, &ofPort); }},
     };
     for (const auto& way : ways)
     {

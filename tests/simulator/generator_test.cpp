@@ -45,15 +45,7 @@ TEST(Generator, SizesOutsideTheLimitsAreRefusedByName)
     };
     for (const auto& row : rows)
     {
-        try
-        {
-            generateFabric(row.size);
-            ADD_FAILURE() << row.message;
-        }
-        catch (const ScenarioError& error)
-        {
-            EXPECT_STREQ(row.message, error.what());
-        }
+        EXPECT_EQ(row.message, errorFrom([&] { generateFabric(row.size); }));
     }
 }
 

@@ -1,13 +1,31 @@
-// Short forms of attribute store calls for tests.
+// Short forms of calls of the attribute store and of configuration records for tests.
 #ifndef TESTS_SIMULATOR_SML_H
 #define TESTS_SIMULATOR_SML_H
 
+#include "platform/switch_config.h"
 #include "platform/xpl_sml.h"
+
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
+
+// What an action complains of.
+template <class Action>
+std::string errorFrom(Action action)
+{
+    try
+    {
+        action();
+    }
+    catch (const std::exception& error)
+    {
+        return error.what();
+    }
+    return "no error";
+}
 
 inline std::vector<xpl_smlEntry> batchOf(const std::vector<std::string>& keys)
 {
@@ -52,6 +70,22 @@ inline int setKey(const std::string& key)
     std::int32_t error = -1;
     const int status = xpl_smlSetV(hSwitch, &error, "%s", key.c_str());
     return status == error ? status : -1;
+}
+
+inline xpl_swSwitchConfig switchRecord()
+{
+    xpl_swSwitchConfig record;
+    std::memset(&record, 0xEE, sizeof record);
+    EXPECT_EQ(0, xpl_swSwitchGetConfig(hSwitch, 0, &record));
+    return record;
+}
+
+inline xpl_swPortConfig portRecord(int port)
+{
+    xpl_swPortConfig record;
+    std::memset(&record, 0xEE, sizeof record);
+    EXPECT_EQ(0, xpl_swPortGetConfig(hSwitch, port, 0, &record));
+    return record;
 }
 
 #endif

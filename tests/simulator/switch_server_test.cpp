@@ -3,6 +3,7 @@
 
 #include "platform/xpl_lib.h"
 #include "simulator/testing/SimSwitch.h"
+#include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>
 
@@ -63,15 +64,8 @@ TEST(AttachedPorts, GivenAddressesComeBeforeThoseThatAreFoundWhateverTheOrder)
     SimSwitch sim = SimSwitch::make().node(1, 3, "210002a5c0de0001").node(given);
     EXPECT_EQ((std::vector<std::string>{"010300", "010301"}), attachedTo("1"));
     given.portWwn = "210002a5c0de0003";
-    try
-    {
-        sim.addNode(given);
-        FAIL();
-    }
-    catch (const ScenarioError& error)
-    {
-        EXPECT_STREQ("address 010300 is taken: 210002a5c0de0003 in domain 1", error.what());
-    }
+    EXPECT_EQ("address 010300 is taken: 210002a5c0de0003 in domain 1",
+              errorFrom([&] { sim.addNode(given); }));
 }
 
 TEST(AttachedPorts, AWalkSurvivesLogouts)
