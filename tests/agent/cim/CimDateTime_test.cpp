@@ -11,12 +11,11 @@ namespace
 
 TEST(CimDateTime, ReadsValidTextsAndNothingElse)
 {
-    struct Row
+    const struct
     {
         const char* text;
         bool isValid;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"20240229120000.000000+000", true},   // leap day
         {"20230229120000.000000+000", false},  // no leap day
         {"21000229120000.000000+000", false},  // a century is none
@@ -45,18 +44,17 @@ TEST(CimDateTime, ReadsValidTextsAndNothingElse)
         {"00000005010203.000004:001", false},  // no zone in an interval
         {"000000050102**.******:000", true},   //
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         EXPECT_EQ(CimDateTime::parse(row.text).has_value(), row.isValid) << row.text;
 }
 
 TEST(CimDateTime, CountsMicrosecondsFromTheEpoch)
 {
-    struct Row
+    const struct
     {
         const char* text;
         std::uint64_t microseconds;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"19700101000000.000000+000", 0},
         {"19700101000000.000001+000", 1},
         {"20000301000000.000000+000", 951868800000000},
@@ -68,7 +66,7 @@ TEST(CimDateTime, CountsMicrosecondsFromTheEpoch)
         {"00000001020304.000005:000", 93784000005},
         {"1970010206****.******+000", 108'000'000'000}, // blanked fields count as their least value
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         EXPECT_EQ(CimDateTime::parse(row.text).value().microseconds(), row.microseconds) << row.text;
 }
 

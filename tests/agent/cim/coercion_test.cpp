@@ -21,14 +21,13 @@ CimValue time(const char* text)
 
 TEST(Coercion, WidensAndNarrowsKeysWithoutLoss)
 {
-    struct Row
+    const char* const when = "20240229120000.000000+000";
+    const struct
     {
         CimValue given;
         CimType type;
         Maybe expected;
-    };
-    const char* const when = "20240229120000.000000+000";
-    const Row rows[] = {
+    } rows[] = {
         {CimValue::sint64(7), CimType::Uint8, CimValue::uint8(7)},
         {CimValue::sint64(-1), CimType::Uint64, {}},
         {CimValue::sint64(256), CimType::Uint8, {}},
@@ -49,7 +48,7 @@ TEST(Coercion, WidensAndNarrowsKeysWithoutLoss)
         {CimValue::array(CimType::Uint8, {}), CimType::Uint8, {}},
         {CimValue::reference(ObjectPath("n", "C")), CimType::String, {}},
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         EXPECT_EQ(coerceKey(row.given, row.type), row.expected)
             << typeText(row.given.type(), row.given.isArray()) << " as " << typeText(row.type, false);
 }

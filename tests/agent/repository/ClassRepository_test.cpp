@@ -14,12 +14,11 @@ namespace
 
 TEST(ClassRepository, NamesFileLineClassAndReasonOfAnError)
 {
-    struct Row
+    const struct
     {
         const char* declarations;
         const char* error;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"<CLASS NAME=\"A\"/>\n<CLASS NAME=\"a\"/>", "x.xml:3: class a: declared twice"},
         {"<CLASS NAME=\"A\" SUPERCLASS=\"B\"/>", "x.xml:2: class A: superclass B is not declared before it"},
         {"<CLASS NAME=\"A\">\n<PROPERTY NAME=\"P\" TYPE=\"int\"/></CLASS>",
@@ -43,7 +42,7 @@ TEST(ClassRepository, NamesFileLineClassAndReasonOfAnError)
         {"<INSTANCE/>", "x.xml:2: unexpected element INSTANCE"},
         {"<CLASS NAME=\"A\">\n\n</CLAS>", "x.xml:4: not well-formed: Start-end tags mismatch"},
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
     {
         const std::string text = std::string("<CIM><DECLARATION><DECLGROUP>\n") + row.declarations +
                                  "\n</DECLGROUP></DECLARATION></CIM>";
