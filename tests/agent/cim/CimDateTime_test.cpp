@@ -72,19 +72,14 @@ TEST(CimDateTime, CountsMicrosecondsFromTheEpoch)
 
 TEST(CimDateTime, WritesWhatItReads)
 {
-    // Around year and month ends, where calendars go wrong.
+    // The first and last microsecond of days around year and month ends, where calendars go wrong.
     const std::uint64_t day = 86'400'000'000;
     for (const std::uint64_t start :
          {0ULL, 951'782'400'000'000ULL, 4'107'456'000'000'000ULL, 253'402'214'400'000'000ULL})
-        for (std::uint64_t step = 0; step < 2; ++step)
-        {
-            const std::uint64_t time = start + step * (day - 1);
-            const auto written = CimDateTime::fromMicroseconds(time);
-            ASSERT_TRUE(written) << time;
-            const auto read = CimDateTime::parse(written->text());
-            ASSERT_TRUE(read) << written->text();
-            EXPECT_EQ(read->microseconds(), time) << written->text();
-        }
+        for (const std::uint64_t time : {start, start + day - 1})
+            EXPECT_EQ(
+                CimDateTime::parse(CimDateTime::fromMicroseconds(time).value().text()).value().microseconds(),
+                time);
     EXPECT_EQ(CimDateTime::fromMicroseconds(1709164800000000)->text(), "20240229000000.000000+000");
     EXPECT_FALSE(CimDateTime::fromMicroseconds(253'402'300'800'000'000)); // the year 10000
     EXPECT_FALSE(CimDateTime::fromMicroseconds(UINT64_MAX));

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "agent/http/HttpServer.h"
+#include "tests/agent/http/FunctionHandler.h"
 #include "tests/agent/http/RawClient.h"
 
 #include <condition_variable>
-#include <functional>
 #include <future>
 #include <gtest/gtest.h>
 #include <memory>
@@ -16,21 +16,6 @@ namespace cimd
 {
 
 constexpr std::chrono::minutes kLong{2};
-
-class FunctionHandler : public HttpHandler
-{
-  public:
-    using Answer = std::function<HttpResponse(HttpRequest&, AnswerStream&)>;
-
-    Verdict refuse(const HttpRequest& head) override { return verdict ? verdict(head) : Verdict(); }
-    HttpResponse answer(HttpRequest& request, AnswerStream& stream) override
-    {
-        return onRequest(request, stream);
-    }
-
-    std::function<Verdict(const HttpRequest&)> verdict;
-    Answer onRequest;
-};
 
 // Where handlers wait for the test.
 class Gate
