@@ -16,8 +16,7 @@ TEST(Counts, OneBatchAPortAndNothingAfterIsProvable)
     SimSwitch sim = SimSwitch::make().ports(8);
     DataCache* cache = DataCache::instance();
     ASSERT_EQ(0, cache->dcRdLock());
-    for (std::string index = cache->getFirstRootPortIndex(); !index.empty();
-         index = cache->getNextRootPortIndex(index))
+    for (const std::string& index : portWalk())
     {
         auto entries =
             batchOf({"Oper.UserPort.0." + index + ".OperState", "Oper.UserPort.0." + index + ".WWN"});
@@ -48,7 +47,7 @@ TEST(Counts, OneBatchAPortAndNothingAfterIsProvable)
     EXPECT_THROW(sim.portDown(8), std::invalid_argument);
 }
 
-TEST(Failures, OfAKeyFailItsEntryAndOfABatchOrARecordTheCall)
+TEST(Failures, OfAKeyFailItsEntryAndOfABatchTheCall)
 {
     SimSwitch sim = SimSwitch::make().ports(3);
     sim.failKey("Oper.UserPort.0.1.DiagStatus", 16);
@@ -60,12 +59,6 @@ TEST(Failures, OfAKeyFailItsEntryAndOfABatchOrARecordTheCall)
     EXPECT_EQ(16, port1[1].status);
     EXPECT_STREQ("", port1[1].value);
     EXPECT_EQ(XPL_UNREACHABLE, getBatch(port2));
-
-    xpl_swPortConfig record;
-    sim.failRecord("port/1", 101);
-    EXPECT_EQ(101, xpl_swPortGetConfig(hSwitch, 1, 0, &record));
-    EXPECT_EQ(0, xpl_swPortGetConfig(hSwitch, 2, 0, &record));
-    EXPECT_EQ(101, xpl_swPortSetConfig(hSwitch, 1, &record));
 }
 
 template <class Call>
@@ -124,31 +117,6 @@ TEST(Writes, FailOnDemandAndAreCountedAndListedWhateverTheCall)
         EXPECT_LE(std::chrono::milliseconds(3), std::chrono::steady_clock::now() - start);
         EXPECT_TRUE(called);
     }
-}
-
-TEST(Writes, AreListedInOrderWhateverTheCall)
-{
-    SimSwitch sim = SimSwitch::make();
-    auto batch = batchOf({"Config.UserPort.0.0.ScanEnable.False", "Config.UserPort.0.0.Type.ERROR"});
-    xpl_swPortConfig record;
-    ASSERT_EQ(0, xpl_swPortGetConfig(hSwitch, 3, 0, &record));
-    setKey("Cmd.Switch.ReqAdmin");
-    xpl_smlBatchSet(hSwitch, batch.data(), 2);
-    xpl_swPortSetConfig(hSwitch, 3, &record);
-    xpl_swSwitchForceReset(hSwitch);
-    valueOf("Oper.Switch.WWN");
-    setKey("Cmd.Switch.RelAdmin");
-    const std::vector<std::string> expected = {"Cmd.Switch.ReqAdmin",
-                                               "Config.UserPort.0.0.ScanEnable.False",
-                                               "Config.UserPort.0.0.Type.ERROR",
-                                               "port/3",
-                                               "reset",
-                                               "Cmd.Switch.RelAdmin"};
-    EXPECT_EQ(expected, sim.writes());
-    sim.mark();
-    sim.failBatchWith("Config.UserPort.0.0.");
-    EXPECT_EQ(XPL_UNREACHABLE, xpl_smlBatchSet(hSwitch, batch.data(), 2));
-    EXPECT_TRUE(sim.writes().empty());
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <regex>
 
 using namespace simulator;
 
@@ -163,19 +163,12 @@ TEST(Scenario, WhatIsWrittenReadsBackTheSame)
                       "type": "NL", "classes": "2,3", "protocols": "FCP,FCIP", "speed": "1Gb/s"}],
            "isls": [{"domain": 1, "port": 0, "toDomain": 2, "toPort": 0, "isolated": true}])");
     const std::string once = formatScenario(parseScenario(text, "a"));
-    const Scenario again = parseScenario(once, "b");
-    EXPECT_EQ(once, formatScenario(again));
-    for (const char* piece : {"\"productName\": \"p \"",
-                              "\"principalPriority\": 255",
-                              "\"type\": \"\"",
-                              "\"address\": \"020109\"",
-                              "\"isolated\": true",
-                              "\"errorsPerHour\": 5",
-                              "\"hardware\": \"Ethernet\"",
-                              "\"noPrincipal\": true",
-                              "\"class2Percent\": 4"})
+    EXPECT_EQ(once, formatScenario(parseScenario(once, "b")));
+    const std::regex field(R"re("\w+": ("(\\.|[^"\\])*"|\d+|true|false))re");
+    for (std::sregex_iterator one(text.begin(), text.end(), field), end; one != end; ++one)
     {
-        EXPECT_NE(std::string::npos, once.find(piece)) << piece;
+        const std::string said = one->str() == "\"portCount\": 2" ? "\"number\": 1" : one->str();
+        EXPECT_NE(std::string::npos, once.find(said)) << said;
     }
 }
 

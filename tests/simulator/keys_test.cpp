@@ -245,16 +245,6 @@ TEST(Writes, ChangeTheConfigurationAndWhatFollows)
     }
 }
 
-TEST(Writes, ARefusedEntryDoesNotStopTheOthers)
-{
-    const SimSwitch sim = SimSwitch::make().ports(1);
-    auto entries = batchOf({"Config.UserPort.0.0.Type.ERROR", "Config.UserPort.0.0.ScanEnable.False"});
-    EXPECT_EQ(0, xpl_smlBatchSet(hSwitch, entries.data(), 2));
-    EXPECT_EQ(XPL_INVALID_PARAMETER, entries[0].status);
-    EXPECT_EQ(XPL_OK, entries[1].status);
-    EXPECT_EQ("False", valueOf("Config.UserPort.0.0.ScanEnable"));
-}
-
 TEST(Writes, OfTheCimAgentAreKeptFromThoseOfTheSwitch)
 {
     const SimSwitch sim = SimSwitch::make().ports(1);

@@ -18,18 +18,6 @@ TEST(TextCellsDeathTest, ForeignBlocksAreNotTakenBack)
     EXPECT_DEATH(xpl_libFreeMemory(&foreign), "a block that the library did not hand out");
 }
 
-std::vector<std::string> attachedTo(const char* domain)
-{
-    std::vector<std::string> addresses;
-    char address[kAttachedPortAddressSize];
-    for (int next = get_first_attached_port(domain, address); next != 0;
-         next = get_next_attached_port(domain, next, address))
-    {
-        addresses.emplace_back(address);
-    }
-    return addresses;
-}
-
 TEST(AttachedPorts, AreWalkedByAddress)
 {
     NodeScenario fixed;
