@@ -83,23 +83,6 @@ TEST_F(TimeTest, BreaksOffTheAnswerOfAHandlerThatHangsMidway)
     EXPECT_FALSE(without.receive().isComplete);
 }
 
-TEST_F(TimeTest, SaysWhenTooManyHandlersHang)
-{
-    limits.operationSeconds = kSecond;
-    limits.hungWorkers = 1;
-    std::promise<void> tooMany;
-    start(hanging(), [&] { tooMany.set_value(); });
-    RawClient first(port);
-    RawClient second(port);
-    first.send(post("hang"));
-    second.send(post("hang"));
-    tooMany.get_future().wait();
-    EXPECT_EQ("late", first.receive().body);
-    EXPECT_EQ("late", second.receive().body);
-    gate.open();
-    server.reset(); // before what it tells
-}
-
 TEST_F(TimeTest, GoesOnWithoutHandlersThatHangWhenTheirClientsAreGone)
 {
     limits.operationSeconds = kSecond;

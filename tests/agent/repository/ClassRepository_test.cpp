@@ -19,28 +19,28 @@ TEST(ClassRepository, NamesFileLineClassAndReasonOfAnError)
         const char* declarations;
         const char* error;
     } rows[] = {
-        {"<CLASS NAME=\"A\"/>\n<CLASS NAME=\"a\"/>", "x.xml:3: class a: declared twice"},
-        {"<CLASS NAME=\"A\" SUPERCLASS=\"B\"/>", "x.xml:2: class A: superclass B is not declared before it"},
-        {"<CLASS NAME=\"A\">\n<PROPERTY NAME=\"P\" TYPE=\"int\"/></CLASS>",
+        {"<CLASS NAME='A'/>\n<CLASS NAME='a'/>", "x.xml:3: class a: declared twice"},
+        {"<CLASS NAME='A' SUPERCLASS='B'/>", "x.xml:2: class A: superclass B is not declared before it"},
+        {"<CLASS NAME='A'>\n<PROPERTY NAME='P' TYPE='int'/></CLASS>",
          "x.xml:3: class A: PROPERTY P: \"int\" is no CIM data type"},
-        {"<CLASS NAME=\"A\"><PROPERTY TYPE=\"uint8\"/></CLASS>", "x.xml:2: class A: PROPERTY without NAME"},
-        {"<CLASS NAME=\"A\"><PROPERTY NAME=\"P\" TYPE=\"uint8\"><VALUE>256</VALUE></PROPERTY></CLASS>",
+        {"<CLASS NAME='A'><PROPERTY TYPE='uint8'/></CLASS>", "x.xml:2: class A: PROPERTY without NAME"},
+        {"<CLASS NAME='A'><PROPERTY NAME='P' TYPE='uint8'><VALUE>256</VALUE></PROPERTY></CLASS>",
          "x.xml:2: class A: \"256\" is no uint8"},
-        {"<CLASS NAME=\"A\"><PROPERTY NAME=\"P\" TYPE=\"uint8\"/><PROPERTY NAME=\"p\" "
-         "TYPE=\"uint8\"/></CLASS>",
+        {"<CLASS NAME='A'><PROPERTY NAME='P' TYPE='uint8'/><PROPERTY NAME='p' "
+         "TYPE='uint8'/></CLASS>",
          "x.xml:2: class A: property p is declared twice"},
-        {"<CLASS NAME=\"A\"><METHOD NAME=\"M\" TYPE=\"uint8\"/><METHOD NAME=\"m\" TYPE=\"uint8\"/></CLASS>",
+        {"<CLASS NAME='A'><METHOD NAME='M' TYPE='uint8'/><METHOD NAME='m' TYPE='uint8'/></CLASS>",
          "x.xml:2: class A: method m is declared twice"},
-        {"<CLASS NAME=\"A\"><PROPERTY NAME=\"P\" TYPE=\"uint8\"/></CLASS>\n"
-         "<CLASS NAME=\"B\" SUPERCLASS=\"A\"><PROPERTY NAME=\"P\" TYPE=\"uint16\"/></CLASS>",
+        {"<CLASS NAME='A'><PROPERTY NAME='P' TYPE='uint8'/></CLASS>\n"
+         "<CLASS NAME='B' SUPERCLASS='A'><PROPERTY NAME='P' TYPE='uint16'/></CLASS>",
          "x.xml:3: class B: property P is uint16 but uint8 in A"},
-        {"<CLASS NAME=\"A\"><PROPERTY.ARRAY NAME=\"P\" TYPE=\"uint8\" ARRAYSIZE=\"few\"/></CLASS>",
+        {"<CLASS NAME='A'><PROPERTY.ARRAY NAME='P' TYPE='uint8' ARRAYSIZE='few'/></CLASS>",
          "x.xml:2: class A: ARRAYSIZE is \"few\", no number"},
-        {"<CLASS NAME=\"A\"><QUALIFIER NAME=\"Q\" TYPE=\"boolean\" TOSUBCLASS=\"maybe\"/></CLASS>",
+        {"<CLASS NAME='A'><QUALIFIER NAME='Q' TYPE='boolean' TOSUBCLASS='maybe'/></CLASS>",
          "x.xml:2: class A: TOSUBCLASS is \"maybe\", neither true nor false"},
-        {"<CLASS NAME=\"A\"><INSTANCE/></CLASS>", "x.xml:2: class A: unexpected element INSTANCE"},
+        {"<CLASS NAME='A'><INSTANCE/></CLASS>", "x.xml:2: class A: unexpected element INSTANCE"},
         {"<INSTANCE/>", "x.xml:2: unexpected element INSTANCE"},
-        {"<CLASS NAME=\"A\">\n\n</CLAS>", "x.xml:4: not well-formed: Start-end tags mismatch"},
+        {"<CLASS NAME='A'>\n\n</CLAS>", "x.xml:4: not well-formed: Start-end tags mismatch"},
     };
     for (const auto& row : rows)
     {
