@@ -19,18 +19,14 @@ void readEverything()
 {
     DataCache* cache = DataCache::instance();
     ASSERT_EQ(0, cache->dcRdLock());
-    const FabricCache* fabric = cache->getFabric(1);
-    for (SwitchCache* one = fabric->getFirstSwitch(); one != nullptr; one = fabric->getNextSwitch(one))
+    for (SwitchCache* one : switchWalk())
     {
         EXPECT_FALSE(one->getWwn().empty()) << "a switch left under the read lock";
         const std::string domain = std::to_string(one->getDomainID());
-        char address[kAttachedPortAddressSize];
-        for (int next = get_first_attached_port(domain.c_str(), address); next != 0;
-             next = get_next_attached_port(domain.c_str(), next, address))
+        for (const std::string& address : attachedTo(domain))
             EXPECT_EQ(16u, valueOf("Oper.NameServerAll." + domain + ".Entry." + address + ".PortWwn").size());
     }
-    for (std::string index = cache->getFirstRootPortIndex(); !index.empty();
-         index = cache->getNextRootPortIndex(index))
+    for (const std::string& index : portWalk())
     {
         // The two belong together: one batch is one state of the switch.
         auto entries =
@@ -49,16 +45,14 @@ TEST(Concurrency, ReadersSeeWholeStatesWhileEverythingChanges)
 {
     SimSwitch sim = SimSwitch::make().ports(6);
     std::atomic<bool> stop{false};
+    const auto readOn = [&stop]
+    {
+        while (!stop)
+            readEverything();
+    };
     std::vector<std::thread> readers;
     for (int i = 0; i < 4; ++i)
-    {
-        readers.emplace_back(
-            [&stop]
-            {
-                while (!stop)
-                    readEverything();
-            });
-    }
+        readers.emplace_back(readOn);
     SwitchScenario remote = SimSwitch::make().remote(2, 3).scenario().switches.back();
     NodeScenario node;
     node.domain = 2;

@@ -3,6 +3,7 @@
 
 #include "simulator/engine/CacheLock.h"
 #include "simulator/testing/SimSwitch.h"
+#include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>
 
@@ -13,16 +14,6 @@ using namespace simulator;
 
 namespace
 {
-
-std::vector<std::string> portWalk()
-{
-    std::vector<std::string> walk;
-    DataCache* cache = DataCache::instance();
-    for (std::string index = cache->getFirstRootPortIndex(); !index.empty();
-         index = cache->getNextRootPortIndex(index))
-        walk.push_back(index);
-    return walk;
-}
 
 TEST(DataCache, WalksPortsInNumericOrder)
 {
@@ -41,15 +32,14 @@ TEST(DataCache, WalksSwitchesByDomainAndTheirPortsByEntry)
     EXPECT_EQ(nullptr, DataCache::instance()->getFabric(2));
     EXPECT_EQ(nullptr, fabric->getNextSwitch(nullptr));
 
-    SwitchCache* two = fabric->getFirstSwitch();
-    SwitchCache* five = fabric->getNextSwitch(two);
-    SwitchCache* last = fabric->getNextSwitch(five);
+    const std::vector<SwitchCache*> walk = switchWalk();
+    ASSERT_EQ(3u, walk.size());
+    const auto [two, five, last] = std::make_tuple(walk[0], walk[1], walk[2]);
     EXPECT_EQ(2, two->getDomainID());
     EXPECT_EQ(5, five->getDomainID());
     EXPECT_TRUE(five->isLocal());
     EXPECT_FALSE(two->isLocal());
     EXPECT_EQ(DataCache::instance()->getRootSwitchWwn(), five->getWwn());
-    EXPECT_EQ(nullptr, fabric->getNextSwitch(last));
     EXPECT_EQ(two->getWwn(), fabric->getFabricWwn()) << "the lowest domain is the principal";
 
     const PortCache first = last->getFirstPort();
@@ -116,14 +106,13 @@ TEST(CacheReadLock, IsGrantedAgainToItsHolderWhileAWriterWaits)
     ASSERT_EQ(0, cache->dcRdLock());
     auto writer = waitingWriter(sim);
     ASSERT_EQ(0, cache->dcRdLock()) << "would hang if the holder queued behind the writer";
-    const FabricCache* fabric = cache->getFabric(1);
-    EXPECT_NE(nullptr, fabric->getNextSwitch(fabric->getFirstSwitch())) << "the fabric stands still";
+    EXPECT_EQ(2u, switchWalk().size()) << "the fabric stands still";
     cache->dcRdUnlock();
-    EXPECT_NE(nullptr, fabric->getNextSwitch(fabric->getFirstSwitch())) << "and until the last unlock";
+    EXPECT_EQ(2u, switchWalk().size()) << "and until the last unlock";
     EXPECT_EQ(1, sim.heldCacheLocks());
     cache->dcRdUnlock();
     writer.get();
-    EXPECT_EQ(nullptr, fabric->getNextSwitch(fabric->getFirstSwitch()));
+    EXPECT_EQ(1u, switchWalk().size());
     EXPECT_EQ(0, sim.heldCacheLocks());
 }
 
@@ -133,21 +122,19 @@ TEST(CacheReadLock, LetsAWaitingWriterGoBeforeNewReaders)
     DataCache* cache = DataCache::instance();
     ASSERT_EQ(0, cache->dcRdLock());
     auto writer = waitingWriter(sim);
-    auto reader = std::async(std::launch::async,
-                             [cache]
-                             {
-                                 cache->dcRdLock();
-                                 const FabricCache* fabric = cache->getFabric(1);
-                                 const bool writerWasFirst =
-                                     fabric->getNextSwitch(fabric->getFirstSwitch()) == nullptr;
-                                 cache->dcRdUnlock();
-                                 return writerWasFirst;
-                             });
+    const auto countSwitches = [cache]
+    {
+        cache->dcRdLock();
+        const std::size_t count = switchWalk().size();
+        cache->dcRdUnlock();
+        return count;
+    };
+    auto reader = std::async(std::launch::async, countSwitches);
     // Room for a reader that does not wait as it should.
     for (int i = 0; i < 10000 && sim.heldCacheLocks() == 1; ++i)
         std::this_thread::yield();
     cache->dcRdUnlock();
-    EXPECT_TRUE(reader.get());
+    EXPECT_EQ(1u, reader.get()) << "after the writer";
     writer.get();
 }
 

@@ -15,18 +15,22 @@ using namespace simulator;
 namespace
 {
 
-// Takes the elements out of a cell as "WWN number" texts and gives all memory back; "error n" when it failed.
-template <class Element>
-std::vector<std::string>
-taken(Element** cell, std::uint32_t count, std::int32_t error, std::int32_t Element::*number)
+using Texts = std::vector<std::string>;
+
+// Lists elements as "WWN number" texts and gives all memory back; "error n" when it failed.
+template <class Element, class List>
+Texts listed(std::int32_t Element::*number, List list)
 {
+    std::uint32_t count = 99;
+    std::int32_t error = 99;
+    Element** cell = list(&count, &error);
     if (cell == nullptr)
     {
         EXPECT_EQ(0u, count);
         return {"error " + std::to_string(error)};
     }
     EXPECT_EQ(0, error);
-    std::vector<std::string> texts;
+    Texts texts;
     for (std::uint32_t i = 0; i < count; ++i)
         texts.push_back(std::string((*cell)[i].wwn) + " " + std::to_string((*cell)[i].*number));
     std::free(*cell);
@@ -34,31 +38,23 @@ taken(Element** cell, std::uint32_t count, std::int32_t error, std::int32_t Elem
     return texts;
 }
 
-std::vector<std::string> switches(xpl_Handle handle = hSwitch)
+Texts switches()
 {
-    std::uint32_t count = 99;
-    std::int32_t error = 99;
-    auto* cell = xpl_fcsGetSwitchList(handle, &count, &error);
-    return taken(cell, count, error, &xpl_fcsSwitch::domainId);
+    return listed(&xpl_fcsSwitch::domainId,
+                  [](auto... results) { return xpl_fcsGetSwitchList(hSwitch, results...); });
 }
 
-std::vector<std::string> ports(std::int32_t domain)
+Texts ports(std::int32_t domain)
 {
-    std::uint32_t count = 99;
-    std::int32_t error = 99;
-    auto* cell = xpl_fcsGetPortList(hSwitch, domain, &count, &error);
-    return taken(cell, count, error, &xpl_fcsPort::number);
+    return listed(&xpl_fcsPort::number,
+                  [=](auto... results) { return xpl_fcsGetPortList(hSwitch, domain, results...); });
 }
 
-std::vector<std::string> linkedTo(std::int32_t domain, std::int32_t port)
+Texts linkedTo(std::int32_t domain, std::int32_t port)
 {
-    std::uint32_t count = 99;
-    std::int32_t error = 99;
-    auto* cell = xpl_fcsGetPortTopology(hSwitch, domain, port, &count, &error);
-    return taken(cell, count, error, &xpl_fcsAttached::kind);
+    return listed(&xpl_fcsAttached::kind,
+                  [=](auto... results) { return xpl_fcsGetPortTopology(hSwitch, domain, port, results...); });
 }
-
-using Texts = std::vector<std::string>;
 
 // Domain 1 with ports 0 to 3, 2 with 0 to 2; 1/0 - 2/1 linked, two nodes on 1/3, one on 2/2.
 class FabricServices : public testing::Test

@@ -1,13 +1,33 @@
-// Short forms of attribute store calls for tests.
+// Short forms of platform calls for tests: attributes, configuration records, walks.
 #ifndef TESTS_SIMULATOR_SML_H
 #define TESTS_SIMULATOR_SML_H
 
+#include "platform/data_cache.h"
+#include "platform/switch_config.h"
+#include "platform/switch_server.h"
 #include "platform/xpl_sml.h"
+
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
+
+// What an action complains of.
+template <class Action>
+std::string errorFrom(Action action)
+{
+    try
+    {
+        action();
+    }
+    catch (const std::exception& error)
+    {
+        return error.what();
+    }
+    return "no error";
+}
 
 inline std::vector<xpl_smlEntry> batchOf(const std::vector<std::string>& keys)
 {
@@ -35,6 +55,38 @@ inline std::string valueOf(const std::string& key)
     return status == 0 && error == 0 ? value : "status " + std::to_string(status);
 }
 
+// The local ports in the order of the walk.
+inline std::vector<std::string> portWalk()
+{
+    std::vector<std::string> walk;
+    DataCache* cache = DataCache::instance();
+    for (std::string index = cache->getFirstRootPortIndex(); !index.empty();
+         index = cache->getNextRootPortIndex(index))
+        walk.push_back(index);
+    return walk;
+}
+
+// The switches of the fabric in the order of the walk.
+inline std::vector<SwitchCache*> switchWalk()
+{
+    std::vector<SwitchCache*> walk;
+    const FabricCache* fabric = DataCache::instance()->getFabric(1);
+    for (SwitchCache* one = fabric->getFirstSwitch(); one != nullptr; one = fabric->getNextSwitch(one))
+        walk.push_back(one);
+    return walk;
+}
+
+// The addresses attached to a domain, as the switch server walks them.
+inline std::vector<std::string> attachedTo(const std::string& domain)
+{
+    std::vector<std::string> addresses;
+    char address[kAttachedPortAddressSize];
+    for (int next = get_first_attached_port(domain.c_str(), address); next != 0;
+         next = get_next_attached_port(domain.c_str(), next, address))
+        addresses.emplace_back(address);
+    return addresses;
+}
+
 inline std::uint64_t counterOf(int port, const std::string& name)
 {
     return std::strtoull(
@@ -52,6 +104,22 @@ inline int setKey(const std::string& key)
     std::int32_t error = -1;
     const int status = xpl_smlSetV(hSwitch, &error, "%s", key.c_str());
     return status == error ? status : -1;
+}
+
+inline xpl_swSwitchConfig switchRecord()
+{
+    xpl_swSwitchConfig record;
+    std::memset(&record, 0xEE, sizeof record);
+    EXPECT_EQ(0, xpl_swSwitchGetConfig(hSwitch, 0, &record));
+    return record;
+}
+
+inline xpl_swPortConfig portRecord(int port)
+{
+    xpl_swPortConfig record;
+    std::memset(&record, 0xEE, sizeof record);
+    EXPECT_EQ(0, xpl_swPortGetConfig(hSwitch, port, 0, &record));
+    return record;
 }
 
 #endif

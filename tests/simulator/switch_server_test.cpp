@@ -3,6 +3,7 @@
 
 #include "platform/xpl_lib.h"
 #include "simulator/testing/SimSwitch.h"
+#include "tests/simulator/sml.h"
 
 #include <gtest/gtest.h>
 
@@ -15,16 +16,6 @@ TEST(TextCellsDeathTest, ForeignBlocksAreNotTakenBack)
 {
     int foreign = 0;
     EXPECT_DEATH(xpl_libFreeMemory(&foreign), "a block that the library did not hand out");
-}
-
-std::vector<std::string> attachedTo(const char* domain)
-{
-    std::vector<std::string> addresses;
-    char address[kAttachedPortAddressSize];
-    for (int next = get_first_attached_port(domain, address); next != 0;
-         next = get_next_attached_port(domain, next, address))
-        addresses.emplace_back(address);
-    return addresses;
 }
 
 TEST(AttachedPorts, AreWalkedByAddress)
@@ -59,15 +50,8 @@ TEST(AttachedPorts, GivenAddressesComeBeforeThoseThatAreFoundWhateverTheOrder)
     SimSwitch sim = SimSwitch::make().node(1, 3, "210002a5c0de0001").node(given);
     EXPECT_EQ((std::vector<std::string>{"010300", "010301"}), attachedTo("1"));
     given.portWwn = "210002a5c0de0003";
-    try
-    {
-        sim.addNode(given);
-        FAIL();
-    }
-    catch (const ScenarioError& error)
-    {
-        EXPECT_STREQ("address 010300 is taken: 210002a5c0de0003 in domain 1", error.what());
-    }
+    EXPECT_EQ("address 010300 is taken: 210002a5c0de0003 in domain 1",
+              errorFrom([&] { sim.addNode(given); }));
 }
 
 TEST(AttachedPorts, AWalkSurvivesLogouts)

@@ -4,6 +4,7 @@
 #include "agent/log/log.h"
 #include "agent/ops/LogInGate.h"
 #include "tests/agent/auth/users.h"
+#include "tests/agent/http/FunctionHandler.h"
 #include "tests/agent/http/WholeAnswer.h"
 #include "tests/agent/pull/TemporaryDirectory.h"
 
@@ -60,19 +61,14 @@ TEST_F(AuthenticatorTest, ChecksCredentials)
     } rows[] = {
         {kJoe, "joe", "info auth: 192.0.2.7:40000: log-in as \"joe\""},
         {"basic  am9lOlUqVQ==", "joe", "log-in as \"joe\""},
-        {kWrong,
-         "",
-         "warning auth: 192.0.2.7:40000: log-in refused: user \"joe\": wrong password (answered after 250 "
-         "ms)"},
+        {kWrong, "", "log-in refused: user \"joe\": wrong password (answered after 250 ms)"},
         {kStranger, "", "log-in refused: user \"mallory\": no such user (answered after 500 ms)"},
         {"Basic am9lOg==", "", "user \"joe\": wrong password"}, // no password
         {"Basic OlUqVQ==", "", "user \"\": no such user"},      // no name
         {"Basic am9l", "", "the Authorization header holds no Basic credentials"},
         {"Basic ???", "", "holds no Basic credentials"},
-        {"Basic ", "", "holds no Basic credentials"},
         {"Basic", "", "holds no Basic credentials"},
         {"Bearer am9lOlUqVQ==", "", "holds no Basic credentials"},
-        {"", "", "holds no Basic credentials"},
     };
     auto authenticator = make();
     for (const auto& row : rows)
@@ -133,15 +129,15 @@ TEST_F(AuthenticatorTest, FollowsThePasswordFile)
     EXPECT_EQ("", authenticator.check(kJoe, kPeer).user);
     EXPECT_TRUE(authenticator.isKnown(kStranger));
 
-    for (const char* fault : {"broken", "unsafe", "gone"})
+    const std::pair<const char*, std::function<void()>> faults[] = {
+        {"broken", [&] { writeUsers(path, kJoesLine + "nonsense"); }},
+        {"unsafe", [&] { writeUsers(path, kJoesLine, 0644); }},
+        {"gone", [&] { std::filesystem::remove(path); }},
+    };
+    for (const auto& [fault, happen] : faults)
     {
         logged.clear();
-        if (fault == std::string("broken"))
-            writeUsers(path, kJoesLine + "nonsense");
-        if (fault == std::string("unsafe"))
-            writeUsers(path, kJoesLine, 0644);
-        if (fault == std::string("gone"))
-            std::filesystem::remove(path);
+        happen();
         EXPECT_EQ("mallory", authenticator.check(kStranger, kPeer).user) << fault;
         EXPECT_EQ("", authenticator.check(kJoe, kPeer).user) << fault;
         EXPECT_TRUE(authenticator.isKnown(kStranger)) << fault << ": the users stay as they were";
@@ -187,22 +183,18 @@ TEST_F(AuthenticatorTest, PutsOffWhatWouldTakeTooManyThreads)
 }
 
 // Shows what comes through the gate.
-class Inside : public HttpHandler
+HttpResponse inside(HttpRequest& request, AnswerStream&)
 {
-  public:
-    Verdict refuse(const HttpRequest&) override { return {}; }
-    HttpResponse answer(HttpRequest& request, AnswerStream&) override
-    {
-        return {200, {}, request.user + (request.header("Authorization") != nullptr ? " and a secret" : "")};
-    }
-};
+    return {200, {}, request.user + (request.header("Authorization") != nullptr ? " and a secret" : "")};
+}
 
 TEST_F(AuthenticatorTest, TheGateHoldsRefusalsBackAndLetsNoSecretThrough)
 {
     const Limits limits;
     auto authenticator = make(limits);
-    Inside inside;
-    LogInGate gate(inside, authenticator, limits);
+    FunctionHandler handler;
+    handler.onRequest = inside;
+    LogInGate gate(handler, authenticator, limits);
     HttpRequest request{"POST", "/cimom", kPeer, {}, {}, "body"};
     WholeAnswer stream;
     EXPECT_EQ(milliseconds(0), gate.refuse(request).response.value().holdFor) << "no guess";

@@ -7,16 +7,11 @@
 
 #include <cmpimacs.h>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 
 namespace cimd::test
 {
-
-inline const ClassRepository& sharedRepository()
-{
-    static const ClassRepository repository = ClassRepository::load(repositoryFile());
-    return repository;
-}
 
 class Results : public ResultReceiver
 {
@@ -33,7 +28,7 @@ class Results : public ResultReceiver
 class BrokerFixture : public testing::Test
 {
   protected:
-    Broker broker{sharedRepository()};
+    Broker broker{repository()};
     const CMPIBroker* mb = broker.handle();
     RequestContext request{"alice", "192.0.2.1:40000", "de"};
     Results results;
@@ -42,6 +37,23 @@ class BrokerFixture : public testing::Test
     CMPIObjectPath* newPath(const char* className)
     {
         return CMNewObjectPath(mb, "root/test", className, nullptr);
+    }
+
+    // With a scalar in a block of exactly its size, so that reading more is caught.
+    template <class Scalar>
+    static CMPIrc set(CMPIInstance* instance, const char* name, CMPIType type, Scalar value)
+    {
+        const auto block = std::make_unique<Scalar>(value);
+        return instance->ft
+            ->setProperty(instance, name, reinterpret_cast<const CMPIValue*>(block.get()), type)
+            .rc;
+    }
+
+    static CMPIrc setText(CMPIInstance* instance, const char* name, const char* value)
+    {
+        return instance->ft
+            ->setProperty(instance, name, reinterpret_cast<const CMPIValue*>(value), CMPI_chars)
+            .rc;
     }
 
     CMPIInstance* newWidget(const char* name = "w")
@@ -55,6 +67,11 @@ class BrokerFixture : public testing::Test
 inline std::string text(const CMPIString* string)
 {
     return string ? CMGetCharsPtr(string, nullptr) : "(null)";
+}
+
+inline std::string text(const CMPIData& data)
+{
+    return text(data.value.string);
 }
 
 } // namespace cimd::test

@@ -1,7 +1,6 @@
 // How long objects live, and which thread may have them.
 #include "tests/agent/broker/BrokerFixture.h"
 
-#include <optional>
 #include <thread>
 
 namespace cimd::test
@@ -9,9 +8,7 @@ namespace cimd::test
 namespace
 {
 
-class LifeTime : public BrokerFixture
-{
-};
+using LifeTime = BrokerFixture;
 
 TEST_F(LifeTime, ClonesOutliveTheCall)
 {
@@ -73,7 +70,7 @@ TEST_F(LifeTime, ThreadsAttachOnceWithAPreparedContext)
             EXPECT_EQ(CBAttachThread(mb, prepared).rc, CMPI_RC_OK);
             EXPECT_EQ(CBAttachThread(mb, prepared).rc, CMPI_RC_ERR_INVALID_HANDLE);
             EXPECT_EQ(text(CMNewString(mb, "here", nullptr)), "here");
-            EXPECT_EQ(text(CMGetContextEntry(prepared, CMPIPrincipal, nullptr).value.string), "alice");
+            EXPECT_EQ(text(CMGetContextEntry(prepared, CMPIPrincipal, nullptr)), "alice");
             EXPECT_EQ(CBDetachThread(mb, prepared).rc, CMPI_RC_OK);
             EXPECT_EQ(CMNewString(mb, "gone", nullptr), nullptr);
         });
@@ -84,18 +81,13 @@ TEST_F(LifeTime, ThreadsAttachOnceWithAPreparedContext)
 TEST_F(LifeTime, CallsNestToALimit)
 {
     std::vector<std::unique_ptr<ProviderCall>> calls;
-    std::optional<std::string> refusal;
-    while (!refusal && calls.size() < 2 * CallScope::kMaxDepth)
-        try
-        {
+    const auto nest = [&]
+    {
+        while (calls.size() < 2 * CallScope::kMaxDepth)
             calls.push_back(std::make_unique<ProviderCall>(
                 broker, ProviderCall::Origin{request, "root/test", 0, {}, "Deep"}, results));
-        }
-        catch (const CimError& error)
-        {
-            EXPECT_EQ(error.status(), CimStatus::ServerLimitsExceeded);
-            refusal = error.what();
-        }
+    };
+    EXPECT_EQ(outcome(nest), "27 providers called each other more than 32 levels deep");
     EXPECT_EQ(calls.size(), CallScope::kMaxDepth - 1); // the fixture's own is the first
     while (!calls.empty())
         calls.pop_back();

@@ -3,57 +3,36 @@
 #include "agent/broker/conversion.h"
 #include "tests/agent/broker/BrokerFixture.h"
 
-#include <memory>
-
 namespace cimd::test
 {
 namespace
 {
 
-class CmpiObjects : public BrokerFixture
-{
-};
-
-// In a block of exactly its size, so that reading more is caught.
-template <class Scalar>
-CMPIStatus setExactly(CMPIInstance* instance, const char* name, CMPIType type, Scalar value)
-{
-    const auto block = std::make_unique<Scalar>(value);
-    const CMPIValue* address = static_cast<const CMPIValue*>(static_cast<const void*>(block.get()));
-    return instance->ft->setProperty(instance, name, address, type);
-}
+using CmpiObjects = BrokerFixture;
 
 TEST_F(CmpiObjects, ReadNoMoreThanTheTypedBytes)
 {
     CMPIInstance* widget = newWidget();
-    setExactly<CMPIBoolean>(widget, "B", CMPI_boolean, 2);
-    setExactly<CMPIChar16>(widget, "C16", CMPI_char16, 0x1234);
-    setExactly<CMPIUint8>(widget, "U8", CMPI_uint8, 200);
-    setExactly<CMPIUint16>(widget, "U16", CMPI_uint16, 60000);
-    setExactly<CMPIUint32>(widget, "U32", CMPI_uint32, 4000000000U);
-    setExactly<CMPIUint64>(widget, "U64", CMPI_uint64, 1ULL << 63U);
-    setExactly<CMPISint8>(widget, "S8", CMPI_sint8, -100);
-    setExactly<CMPISint16>(widget, "S16", CMPI_sint16, -30000);
-    setExactly<CMPISint32>(widget, "S32", CMPI_sint32, -2000000000);
-    setExactly<CMPISint64>(widget, "S64", CMPI_sint64, INT64_MIN);
-    setExactly<CMPIReal32>(widget, "R32", CMPI_real32, 0.25F);
-    setExactly<CMPIReal64>(widget, "R64", CMPI_real64, 0.1);
-
-    CMPIStatus status{CMPI_RC_ERR_FAILED, nullptr};
-    EXPECT_EQ(CMGetProperty(widget, "b", &status).value.boolean, 1);
-    EXPECT_EQ(status.rc, CMPI_RC_OK);
-    EXPECT_EQ(CMGetProperty(widget, "c16", nullptr).value.char16, 0x1234);
-    EXPECT_EQ(CMGetProperty(widget, "u8", nullptr).value.uint8, 200);
-    EXPECT_EQ(CMGetProperty(widget, "u16", nullptr).value.uint16, 60000);
-    EXPECT_EQ(CMGetProperty(widget, "u32", nullptr).value.uint32, 4000000000U);
-    EXPECT_EQ(CMGetProperty(widget, "u64", nullptr).value.uint64, 1ULL << 63U);
-    EXPECT_EQ(CMGetProperty(widget, "s8", nullptr).value.sint8, -100);
-    EXPECT_EQ(CMGetProperty(widget, "s16", nullptr).value.sint16, -30000);
-    EXPECT_EQ(CMGetProperty(widget, "s32", nullptr).value.sint32, -2000000000);
-    EXPECT_EQ(CMGetProperty(widget, "s64", nullptr).value.sint64, INT64_MIN);
-    EXPECT_EQ(CMGetProperty(widget, "r32", nullptr).value.real32, 0.25F);
-    EXPECT_EQ(CMGetProperty(widget, "r64", nullptr).value.real64, 0.1);
-    EXPECT_EQ(CMGetPropertyCount(widget, nullptr), 12U);
+    CMPICount count = 0;
+    const auto keeps = [&](const char* name, CMPIType type, auto CMPIValue::*member, auto value)
+    {
+        EXPECT_EQ(set(widget, name, type, value), CMPI_RC_OK) << name;
+        EXPECT_EQ(CMGetProperty(widget, name, nullptr).value.*member, value) << name;
+        EXPECT_EQ(CMGetPropertyCount(widget, nullptr), ++count);
+    };
+    keeps("c16", CMPI_char16, &CMPIValue::char16, CMPIChar16{0x1234});
+    keeps("U8", CMPI_uint8, &CMPIValue::uint8, CMPIUint8{200});
+    keeps("U16", CMPI_uint16, &CMPIValue::uint16, CMPIUint16{60000});
+    keeps("U32", CMPI_uint32, &CMPIValue::uint32, CMPIUint32{4000000000U});
+    keeps("U64", CMPI_uint64, &CMPIValue::uint64, CMPIUint64{1} << 63U);
+    keeps("S8", CMPI_sint8, &CMPIValue::sint8, CMPISint8{-100});
+    keeps("S16", CMPI_sint16, &CMPIValue::sint16, CMPISint16{-30000});
+    keeps("S32", CMPI_sint32, &CMPIValue::sint32, CMPISint32{-2000000000});
+    keeps("S64", CMPI_sint64, &CMPIValue::sint64, CMPISint64{INT64_MIN});
+    keeps("R32", CMPI_real32, &CMPIValue::real32, CMPIReal32{0.25F});
+    keeps("R64", CMPI_real64, &CMPIValue::real64, CMPIReal64{0.1});
+    set<CMPIBoolean>(widget, "B", CMPI_boolean, 2);
+    EXPECT_EQ(CMGetProperty(widget, "b", nullptr).value.boolean, 1);
 }
 
 TEST_F(CmpiObjects, TellAbsentFromNull)
@@ -76,25 +55,24 @@ TEST_F(CmpiObjects, TellAbsentFromNull)
               CMPI_RC_ERR_NO_SUCH_PROPERTY);
     EXPECT_EQ(widget->ft->setProperty(widget, nullptr, nullptr, CMPI_uint8).rc,
               CMPI_RC_ERR_INVALID_PARAMETER);
-    EXPECT_EQ(setExactly<CMPIUint8>(widget, "U16", CMPI_uint8, 1).rc, CMPI_RC_ERR_TYPE_MISMATCH);
+    EXPECT_EQ(set<CMPIUint8>(widget, "U16", CMPI_uint8, 1), CMPI_RC_ERR_TYPE_MISMATCH);
 }
 
 TEST_F(CmpiObjects, KeepOnlyFilteredProperties)
 {
     CMPIInstance* widget = newWidget();
-    setExactly<CMPIUint8>(widget, "U8", CMPI_uint8, 1);
-    setExactly<CMPIUint16>(widget, "U16", CMPI_uint16, 2);
+    set<CMPIUint8>(widget, "U8", CMPI_uint8, 1);
+    set<CMPIUint16>(widget, "U16", CMPI_uint16, 2);
     const char* properties[] = {"u16", "s8", nullptr};
     const char* keys[] = {"Name", nullptr};
     widget->ft->setPropertyFilter(widget, properties, keys);
     EXPECT_EQ(CMGetPropertyCount(widget, nullptr), 1U); // what was set before is gone as well
-    EXPECT_EQ(setExactly<CMPIUint8>(widget, "U8", CMPI_uint8, 1).rc, CMPI_RC_OK);
-    EXPECT_EQ(setExactly<CMPISint8>(widget, "S8", CMPI_sint8, 3).rc, CMPI_RC_OK);
-    EXPECT_EQ(widget->ft->setProperty(widget, "Name", reinterpret_cast<const CMPIValue*>("w"), CMPI_chars).rc,
-              CMPI_RC_OK);
+    EXPECT_EQ(set<CMPIUint8>(widget, "U8", CMPI_uint8, 1), CMPI_RC_OK);
+    EXPECT_EQ(set<CMPISint8>(widget, "S8", CMPI_sint8, 3), CMPI_RC_OK);
+    EXPECT_EQ(setText(widget, "Name", "w"), CMPI_RC_OK);
     EXPECT_EQ(CMGetPropertyCount(widget, nullptr), 3U);
     widget->ft->setPropertyFilter(widget, nullptr, nullptr);
-    setExactly<CMPIUint8>(widget, "U8", CMPI_uint8, 4);
+    set<CMPIUint8>(widget, "U8", CMPI_uint8, 4);
     EXPECT_EQ(CMGetPropertyCount(widget, nullptr), 4U);
     EXPECT_EQ(CMReturnInstance(call.result(), widget).rc, CMPI_RC_OK);
     EXPECT_EQ(*results.instances.at(0).find("U8"), CimValue::uint8(4));
@@ -118,19 +96,16 @@ TEST_F(CmpiObjects, HoldArraysOfOneType)
     EXPECT_EQ(array->ft->setElementAt(array, 3, nullptr, CMPI_string).rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
 
     CMPIInstance* widget = newWidget();
-    EXPECT_EQ(widget->ft->setProperty(widget, "Texts", reinterpret_cast<CMPIValue*>(&array), CMPI_stringA).rc,
-              CMPI_RC_OK);
+    EXPECT_EQ(set(widget, "Texts", CMPI_stringA, array), CMPI_RC_OK);
     array->ft->setElementAt(array, 0, nullptr, CMPI_null); // the instance has a copy
     const CMPIData data = CMGetProperty(widget, "Texts", nullptr);
     EXPECT_EQ(data.type, CMPI_stringA);
-    EXPECT_EQ(text(CMGetArrayElementAt(data.value.array, 0, nullptr).value.string), "chars");
-    EXPECT_EQ(text(CMGetArrayElementAt(data.value.array, 2, nullptr).value.string), "string");
+    EXPECT_EQ(text(CMGetArrayElementAt(data.value.array, 0, nullptr)), "chars");
+    EXPECT_EQ(text(CMGetArrayElementAt(data.value.array, 2, nullptr)), "string");
     CMGetArrayElementAt(data.value.array, 3, &status);
     EXPECT_EQ(status.rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
     // Said to be an array of something else.
-    EXPECT_EQ(
-        widget->ft->setProperty(widget, "Numbers", reinterpret_cast<CMPIValue*>(&array), CMPI_uint16A).rc,
-        CMPI_RC_ERR_INVALID_DATA_TYPE);
+    EXPECT_EQ(set(widget, "Numbers", CMPI_uint16A, array), CMPI_RC_ERR_INVALID_DATA_TYPE);
     EXPECT_EQ(CMNewArray(mb, 1, CMPI_args, &status), nullptr);
     EXPECT_EQ(status.rc, CMPI_RC_ERR_INVALID_DATA_TYPE);
 }
@@ -163,7 +138,7 @@ TEST_F(CmpiObjects, KeepPathsAndTheirKeys)
     EXPECT_EQ(key.state, CMPI_keyValue);
     EXPECT_EQ(key.value.sint64, -5);
     CMPIString* name = nullptr;
-    EXPECT_EQ(text(CMGetKeyAt(path, 0, &name, nullptr).value.string), "first");
+    EXPECT_EQ(text(CMGetKeyAt(path, 0, &name, nullptr)), "first");
     EXPECT_EQ(text(name), "A");
     CMGetKey(path, "c", &status);
     EXPECT_EQ(status.rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
@@ -179,23 +154,22 @@ TEST_F(CmpiObjects, KeepPathsAndTheirKeys)
     EXPECT_EQ(widget->ft->setObjectPath(widget, newPath("Test_Sprocket")).rc, CMPI_RC_ERR_INVALID_PARAMETER);
     EXPECT_EQ(widget->ft->setObjectPath(widget, newPath("test_widget")).rc, CMPI_RC_OK);
     EXPECT_EQ(CMGetKeyCount(CMGetObjectPath(widget, nullptr), nullptr), 0U);
-    widget->ft->setProperty(widget, "Name", reinterpret_cast<const CMPIValue*>("again"), CMPI_chars);
-    EXPECT_EQ(text(CMGetKey(CMGetObjectPath(widget, nullptr), "Name", nullptr).value.string), "again");
+    setText(widget, "Name", "again");
+    EXPECT_EQ(text(CMGetKey(CMGetObjectPath(widget, nullptr), "Name", nullptr)), "again");
 }
 
 TEST_F(CmpiObjects, CarryInstancesWithinInstances)
 {
     CMPIInstance* part = CMNewInstance(mb, newPath("Test_Part"), nullptr);
-    part->ft->setProperty(part, "Label", reinterpret_cast<const CMPIValue*>("inner"), CMPI_chars);
+    setText(part, "Label", "inner");
     CMPIInstance* widget = newWidget();
-    EXPECT_EQ(widget->ft->setProperty(widget, "Part", reinterpret_cast<CMPIValue*>(&part), CMPI_instance).rc,
-              CMPI_RC_OK);
-    part->ft->setProperty(part, "Label", reinterpret_cast<const CMPIValue*>("changed later"), CMPI_chars);
+    EXPECT_EQ(set(widget, "Part", CMPI_instance, part), CMPI_RC_OK);
+    setText(part, "Label", "changed later");
     const CMPIData data = CMGetProperty(widget, "Part", nullptr);
-    EXPECT_EQ(text(CMGetProperty(data.value.inst, "label", nullptr).value.string), "inner");
+    EXPECT_EQ(text(CMGetProperty(data.value.inst, "label", nullptr)), "inner");
     // Of the wrong class.
     CMPIInstance* sprocket = CMNewInstance(mb, newPath("Test_Sprocket"), nullptr);
-    widget->ft->setProperty(widget, "Part", reinterpret_cast<CMPIValue*>(&sprocket), CMPI_instance);
+    set(widget, "Part", CMPI_instance, sprocket);
     EXPECT_NE(CMReturnInstance(call.result(), widget).rc, CMPI_RC_OK);
     EXPECT_TRUE(results.instances.empty());
 }

@@ -2,55 +2,39 @@
 #include "agent/log/log.h"
 #include "tests/agent/broker/BrokerFixture.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 namespace cimd::test
 {
 namespace
 {
 
-class BrokerServices : public BrokerFixture
-{
-};
+using BrokerServices = BrokerFixture;
 
-// True if every function of a table is there; `header` is the number of bytes before the first.
+// The number of functions that a table lacks; `header` is the number of bytes before the first.
 template <class Table>
-bool isFilled(const Table& table, std::size_t header)
+std::ptrdiff_t missingIn(const Table& table, std::size_t header = sizeof(void*))
 {
-    for (std::size_t offset = header; offset < sizeof(Table); offset += sizeof(void*))
-    {
-        const void* function = nullptr;
-        std::memcpy(&function, reinterpret_cast<const char*>(&table) + offset, sizeof(function));
-        if (!function)
-            return false;
-    }
-    return true;
+    const auto* const start = reinterpret_cast<void* const*>(&table);
+    return std::count(start + header / sizeof(void*), start + sizeof(Table) / sizeof(void*), nullptr);
 }
 
 TEST_F(BrokerServices, FillEverySlot)
 {
-    constexpr std::size_t kHeader = sizeof(void*);
-    EXPECT_TRUE(isFilled(*mb->bft, offsetof(CMPIBrokerFT, prepareAttachThread)));
-    EXPECT_TRUE(isFilled(*mb->eft, kHeader));
-    EXPECT_TRUE(isFilled(*mb->xft, kHeader));
-    EXPECT_TRUE(isFilled(*mb->mft, kHeader));
-    EXPECT_TRUE(isFilled(kStringTable, kHeader));
-    EXPECT_TRUE(isFilled(kArrayTable, kHeader));
-    EXPECT_TRUE(isFilled(kEnumerationTable, kHeader));
-    EXPECT_TRUE(isFilled(kObjectPathTable, kHeader));
-    EXPECT_TRUE(isFilled(kInstanceTable, kHeader));
-    EXPECT_TRUE(isFilled(kArgsTable, kHeader));
-    EXPECT_TRUE(isFilled(kDateTimeTable, kHeader));
-    EXPECT_TRUE(isFilled(kContextTable, kHeader));
-    EXPECT_TRUE(isFilled(kResultTable, kHeader));
+    EXPECT_EQ(missingIn(*mb->bft, offsetof(CMPIBrokerFT, prepareAttachThread)) + missingIn(*mb->eft) +
+                  missingIn(*mb->xft) + missingIn(*mb->mft),
+              0);
+    EXPECT_EQ(missingIn(kStringTable) + missingIn(kArrayTable) + missingIn(kEnumerationTable) +
+                  missingIn(kObjectPathTable) + missingIn(kInstanceTable) + missingIn(kArgsTable) +
+                  missingIn(kDateTimeTable) + missingIn(kContextTable) + missingIn(kResultTable),
+              0);
 }
 
 TEST_F(BrokerServices, DescribeTheRequestInItsContext)
 {
     const CMPIContext* context = call.context();
-    const auto entry = [&](const char* name)
-    { return text(CMGetContextEntry(context, name, nullptr).value.string); };
+    const auto entry = [&](const char* name) { return text(CMGetContextEntry(context, name, nullptr)); };
     EXPECT_EQ(entry(CMPIInitNameSpace), "root/test");
     EXPECT_EQ(entry(CMPIPrincipal), "alice");
     EXPECT_EQ(entry(CMPIRole), "operator");
@@ -71,32 +55,28 @@ TEST_F(BrokerServices, DescribeTheRequestInItsContext)
 TEST_F(BrokerServices, FillInMessages)
 {
     CMPIStatus status{CMPI_RC_OK, nullptr};
+    const auto filled = [&](const char* format, auto... values)
+    {
+        constexpr unsigned kCount = sizeof...(values) / 2; // each with its type before it
+        return text(mb->eft->getMessage(mb, "id", format, &status, kCount, values...));
+    };
     CMPIString* string = CMNewString(mb, "s", nullptr);
-    const auto type = [](unsigned code) { return static_cast<int>(code); };
-    CMPIString* message = mb->eft->getMessage(mb,
-                                              "id",
-                                              "$1 $0 $2 $9 $3 $$ $4$",
-                                              &status,
-                                              5U,
-                                              type(CMPI_sint32),
-                                              -1,
-                                              type(CMPI_chars),
-                                              "c",
-                                              type(CMPI_uint64),
-                                              18446744073709551615ULL,
-                                              type(CMPI_boolean),
-                                              1,
-                                              type(CMPI_string),
-                                              string);
-    EXPECT_EQ(text(message), "c -1 18446744073709551615 $9 true $$ s$");
-    EXPECT_EQ(mb->eft->getMessage(mb, "id", "$0", &status, 1U, type(CMPI_ref), 0), nullptr);
+    const int number = CMPI_sint32;
+    const int chars = CMPI_chars;
+    const int big = CMPI_uint64;
+    const int flag = CMPI_boolean;
+    const int object = CMPI_string;
+    const char* const format = "$1 $0 $2 $9 $3 $$ $4$";
+    EXPECT_EQ(filled(format, number, -1, chars, "c", big, ~0ULL, flag, 1, object, string),
+              "c -1 18446744073709551615 $9 true $$ s$");
+    EXPECT_EQ(filled("$0", int{CMPI_ref}, 0), "(null)");
     EXPECT_EQ(status.rc, CMPI_RC_ERR_TYPE_MISMATCH);
     EXPECT_EQ(mb->eft->getMessage(mb, "id", "", &status, 11U), nullptr);
     EXPECT_EQ(status.rc, CMPI_RC_ERR_INVALID_PARAMETER);
     CMPIMsgFileHandle file = &status;
     EXPECT_EQ(mb->eft->openMessageFile(mb, "file", &file).rc, CMPI_RC_ERR_NOT_FOUND);
     EXPECT_EQ(file, nullptr);
-    EXPECT_EQ(text(mb->eft->getMessage2(mb, "id", file, "$0!", nullptr, 1U, type(CMPI_real64), 0.5)),
+    EXPECT_EQ(text(mb->eft->getMessage2(mb, "id", file, "$0!", nullptr, 1U, int{CMPI_real64}, 0.5)),
               "5.0e-01!");
 }
 
@@ -169,10 +149,6 @@ TEST_F(BrokerServices, RefuseUpCallsBeforeAServiceIsThere)
     CMPIStatus status{CMPI_RC_OK, nullptr};
     EXPECT_EQ(CBGetInstance(mb, call.context(), newPath("Test_Widget"), nullptr, &status), nullptr);
     EXPECT_EQ(status.rc, CMPI_RC_ERR_NOT_SUPPORTED);
-    EXPECT_EQ(
-        mb->bft->execQuery(mb, call.context(), newPath("Test_Widget"), "SELECT * FROM X", "WQL", &status),
-        nullptr);
-    EXPECT_EQ(status.rc, CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
 struct Rendezvous
@@ -183,6 +159,16 @@ struct Rendezvous
     bool arrived;
 };
 
+CMPI_THREAD_RETURN arrive(void* argument)
+{
+    auto& there = *static_cast<Rendezvous*>(argument);
+    there.system->lockMutex(there.mutex);
+    there.arrived = true;
+    there.system->signalCondition(there.condition);
+    there.system->unlockMutex(there.mutex);
+    return argument;
+}
+
 TEST_F(BrokerServices, LendThreadsLocksAndConditions)
 {
     const CMPIBrokerExtFT* system = mb->xft;
@@ -190,18 +176,7 @@ TEST_F(BrokerServices, LendThreadsLocksAndConditions)
     system->lockMutex(meeting.mutex);
     system->lockMutex(meeting.mutex); // recursive
     system->unlockMutex(meeting.mutex);
-    CMPI_THREAD_TYPE thread = system->newThread(
-        [](void* argument) -> CMPI_THREAD_RETURN
-        {
-            auto& there = *static_cast<Rendezvous*>(argument);
-            there.system->lockMutex(there.mutex);
-            there.arrived = true;
-            there.system->signalCondition(there.condition);
-            there.system->unlockMutex(there.mutex);
-            return argument;
-        },
-        &meeting,
-        0);
+    CMPI_THREAD_TYPE thread = system->newThread(arrive, &meeting, 0);
     while (!meeting.arrived)
         system->condWait(meeting.condition, meeting.mutex);
     system->unlockMutex(meeting.mutex);
@@ -213,8 +188,8 @@ TEST_F(BrokerServices, LendThreadsLocksAndConditions)
 
     static int runs = 0;
     int once = 0;
-    system->threadOnce(&once, [] { ++runs; });
-    system->threadOnce(&once, [] { ++runs; });
+    for (int i = 0; i < 2; ++i)
+        system->threadOnce(&once, [] { ++runs; });
     EXPECT_EQ(runs, 1);
     CMPI_THREAD_KEY_TYPE key = 0;
     EXPECT_EQ(system->createThreadKey(&key, nullptr), 0);

@@ -31,28 +31,6 @@ HttpResponse countedPieces(HttpRequest& request, AnswerStream& stream)
     return response;
 }
 
-// Makes an answer without end, and says why it stopped.
-FunctionHandler::Answer endless(std::promise<std::string>& reason)
-{
-    return [&reason](HttpRequest&, AnswerStream& stream)
-    {
-        HttpResponse response;
-        try
-        {
-            for (;;)
-            {
-                response.body += std::string(100 * kPiece, 'x');
-                stream.flush(response);
-            }
-        }
-        catch (const AnswerClosed& closed)
-        {
-            reason.set_value(closed.what());
-        }
-        return HttpResponse();
-    };
-}
-
 class StreamTest : public ServerFixture
 {
   protected:
@@ -61,6 +39,31 @@ class StreamTest : public ServerFixture
         limits.chunkBytes = 4 * kPiece;
         limits.unsentBytes = 10 * kPiece;
     }
+
+    // Makes an answer without end, and says why it stopped.
+    void startEndless()
+    {
+        start(
+            [this](HttpRequest&, AnswerStream& stream)
+            {
+                try
+                {
+                    for (HttpResponse response;; taken = stream.taken())
+                    {
+                        response.body += std::string(10 * kPiece, 'x');
+                        stream.flush(response);
+                    }
+                }
+                catch (const AnswerClosed& closed)
+                {
+                    reason.set_value(closed.what());
+                }
+                return HttpResponse();
+            });
+    }
+
+    std::atomic<std::size_t> taken{0}; // of the endless answer
+    std::promise<std::string> reason;
 };
 
 TEST_F(StreamTest, LeavesShortAnswersWholeAndLongOnesInChunks)
@@ -83,21 +86,18 @@ TEST_F(StreamTest, LeavesShortAnswersWholeAndLongOnesInChunks)
 
 TEST_F(StreamTest, SendsHeadAndFirstChunkInOneWrite)
 {
-    std::promise<void> gate;
     start(
-        [&](HttpRequest& request, AnswerStream& stream)
+        [this](HttpRequest& request, AnswerStream& stream)
         {
             request.body = "4";
             HttpResponse response = countedPieces(request, stream);
-            gate.get_future().wait();
+            gate.wait();
             return response;
         });
     RawClient client(port);
     client.send(post(""));
     const std::string first = client.receiveOnce();
     EXPECT_NE(std::string::npos, first.find("\r\n\r\nFA0\r\n" + pieces(4) + "\r\n")) << first.substr(0, 300);
-    gate.set_value();
-    server.reset(); // before what its handler uses
 }
 
 TEST_F(StreamTest, EndsTheConnectionAfterAnAnswerToAnOldClient)
@@ -136,40 +136,19 @@ TEST_F(StreamTest, WaitsForItsClientWhereThereIsNoRoomForFiles)
 {
     spoolDirectory = "/nowhere/to/be";
     start(countedPieces);
-    EXPECT_TRUE(pieces(20'000) == RawClient(port).ask(post("20000")).body);
+    EXPECT_TRUE(pieces(20'000) == ask(post("20000")).body);
 }
 
 TEST_F(StreamTest, WaitsForASlowClientAndStopsForOneThatLeaves)
 {
     limits.answerFileBytes = 100 * kPiece;
-    std::atomic<std::size_t> taken{0};
-    std::promise<std::string> reason;
-    start(
-        [&](HttpRequest&, AnswerStream& stream) -> HttpResponse
-        {
-            HttpResponse response;
-            try
-            {
-                for (;;) // without end
-                {
-                    response.body += std::string(kPiece, 'x');
-                    stream.flush(response);
-                    taken = stream.taken();
-                }
-            }
-            catch (const AnswerClosed& closed)
-            {
-                reason.set_value(closed.what());
-            }
-            return {};
-        });
+    startEndless();
     {
         RawClient client(port);
         client.send(post(""));
         client.receiveOnce();
     }
     EXPECT_EQ("the client has gone", reason.get_future().get());
-    server.reset(); // before what its handler uses
     EXPECT_LT(taken, 64U * 1024 * 1024) << "what buffers hold, not what an endless handler makes";
 }
 
@@ -178,9 +157,8 @@ TEST_F(StreamTest, BearsWithAClientThatTakesLittleAtATime)
     limits.answerFileBytes = 64 * 1024 * 1024;          // never read to its end
     limits.slowClientSeconds = std::chrono::seconds(6); // in all more than that, at once much less
     limits.requestSeconds = std::chrono::seconds(1);
-    std::promise<std::string> reason;
     std::future<std::string> ended = reason.get_future();
-    start(endless(reason));
+    startEndless();
     {
         RawClient client(port);
         client.send(post(""));
@@ -189,92 +167,74 @@ TEST_F(StreamTest, BearsWithAClientThatTakesLittleAtATime)
             for (std::size_t got = 0, piece = 1; piece != 0 && got < 6'000'000; got += piece)
                 piece = client.receiveOnce().size();
             // A second passes until the server has enough of half a request.
-            EXPECT_EQ(408, RawClient(port).ask("POST").status);
+            EXPECT_EQ(408, ask("POST").status);
         }
         EXPECT_EQ(std::future_status::timeout, ended.wait_for(std::chrono::seconds(0)));
     }
     EXPECT_EQ("the client has gone", ended.get());
-    server.reset(); // before what its handler uses
 }
 
 TEST_F(StreamTest, HangsUpOnAClientThatTakesNothing)
 {
     limits.slowClientSeconds = std::chrono::seconds(0);
     limits.answerFileBytes = 0;
-    std::promise<std::string> reason;
-    start(endless(reason));
+    startEndless();
     RawClient client(port);
     client.send(post(""));
     EXPECT_EQ("the client took nothing for 0 s", reason.get_future().get());
     EXPECT_FALSE(client.receive().isComplete);
-    server.reset(); // before what its handler uses
 }
 
-struct MidwayRow
+TEST_F(StreamTest, TellsTheClientAsItCanWhatFailedMidway)
 {
-    const char* name;
-    const char* request; // headers
-    bool throws;         // instead of saying why
-    bool isComplete;
-    const char* trailers;
-};
-
-void PrintTo(const MidwayRow& row, std::ostream* out)
-{
-    *out << row.name;
-}
-
-class FailingMidway : public StreamTest, public ::testing::WithParamInterface<MidwayRow>
-{
-};
-
-TEST_P(FailingMidway, TellsTheClientAsItCan)
-{
+    const struct
+    {
+        const char* name;
+        const char* request;  // headers
+        bool throws;          // instead of saying why
+        std::string trailers; // none: the answer breaks off
+    } rows[] = {
+        {"said",
+         "TE: chunked, Trailers;q=0.5\r\n",
+         false,
+         "CIMStatusCode: 1\nCIMStatusCodeDescription: switch%3A gone\n"},
+        {"said to one that takes no trailers", "TE: chunked\r\n", false, ""},
+        {"thrown",
+         "TE: trailers\r\n",
+         true,
+         "CIMStatusCode: 1\nCIMStatusCodeDescription: the server failed to answer\n"},
+        {"thrown at one that takes no trailers", "", true, ""},
+    };
     start(
         [](HttpRequest& request, AnswerStream& stream)
         {
-            const std::string headers = request.body;
+            const bool throws = request.body == "throw";
             request.body = "20";
             HttpResponse response = countedPieces(request, stream);
             response.body = "an error that the client must not take for an answer";
             response.trailers = {{"CIMStatusCode", "1"}, {"CIMStatusCodeDescription", "switch%3A gone"}};
-            if (GetParam().throws)
+            if (throws)
                 throw std::runtime_error("broken");
             return response;
         });
-    RawClient client(port);
-    const RawResponse response = client.ask(post("", GetParam().request));
-    EXPECT_EQ(200, response.status);
-    EXPECT_EQ(pieces(20), response.body);
-    EXPECT_EQ(GetParam().isComplete, response.isComplete);
-    EXPECT_EQ(GetParam().trailers, response.trailers);
-    EXPECT_EQ(GetParam().isComplete ? "CIMStatusCode, CIMStatusCodeDescription" : "",
-              response.header("Trailer"));
-    if (response.isComplete)
-        EXPECT_TRUE(client.ask(post("", GetParam().request)).isComplete) << "the connection is usable";
-    else
-        EXPECT_NO_THROW(client.awaitClose());
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.name);
+        const bool isTold = !row.trailers.empty();
+        const std::string request = post(row.throws ? "throw" : "", row.request);
+        RawClient client(port);
+        const RawResponse response = client.ask(request);
+        EXPECT_EQ(200, response.status);
+        EXPECT_EQ(pieces(20), response.body);
+        EXPECT_EQ(isTold, response.isComplete);
+        EXPECT_EQ(row.trailers, response.trailers);
+        EXPECT_EQ(isTold ? "CIMStatusCode, CIMStatusCodeDescription" : "", response.header("Trailer"));
+        if (isTold)
+            EXPECT_TRUE(client.ask(request).isComplete) << "the connection is usable";
+        else
+            EXPECT_NO_THROW(client.awaitClose());
+    }
 }
-
-const MidwayRow kMidway[] = {
-    {"Trailers",
-     "TE: chunked, Trailers;q=0.5\r\n",
-     false,
-     true,
-     "CIMStatusCode: 1\nCIMStatusCodeDescription: switch%3A gone\n"},
-    {"NoTrailers", "TE: chunked\r\n", false, false, ""},
-    {"Thrown",
-     "TE: trailers\r\n",
-     true,
-     true,
-     "CIMStatusCode: 1\nCIMStatusCodeDescription: the server failed to answer\n"},
-    {"ThrownNoTrailers", "", true, false, ""},
-};
-
-INSTANTIATE_TEST_SUITE_P(Stream,
-                         FailingMidway,
-                         ::testing::ValuesIn(kMidway),
-                         [](const auto& row) { return row.param.name; });
 
 } // namespace
 } // namespace cimd

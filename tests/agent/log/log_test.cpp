@@ -3,13 +3,12 @@
 
 #include "agent/log/XmlTrace.h"
 #include "agent/ops/TracedStream.h"
+#include "tests/agent/pull/TemporaryDirectory.h"
 
-#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <regex>
 #include <sstream>
-#include <unistd.h>
 
 namespace cimd
 {
@@ -78,8 +77,8 @@ class FakeStream : public AnswerStream
 
 TEST(XmlTraceTest, HoldsWhatLeftAndNotWhatWasReplaced)
 {
-    const std::filesystem::path file =
-        std::filesystem::temp_directory_path() / ("cimd_trace_" + std::to_string(getpid()));
+    const TemporaryDirectory directory;
+    const std::string file = directory.path() + "/trace";
     std::ostringstream text;
     {
         XmlTrace trace(file);
@@ -106,7 +105,6 @@ TEST(XmlTraceTest, HoldsWhatLeftAndNotWhatWasReplaced)
         EXPECT_FALSE(hasty.late);
         text << std::ifstream(file).rdbuf();
     }
-    std::filesystem::remove(file);
     const std::string about = " to 192\\.0\\.2\\.1:4000: ";
     const std::regex expected(
         "--- \\S+ part of the answer" + about + "4 bytes\nabcd\n--- \\S+ part of the answer" + about +

@@ -11,6 +11,9 @@ namespace cimd
 namespace
 {
 
+const std::string kNameSpace =
+    R"(<LOCALNAMESPACEPATH><NAMESPACE NAME="root"/><NAMESPACE NAME="test"/></LOCALNAMESPACEPATH>)";
+
 std::string path(const std::string& name)
 {
     return R"(<INSTANCENAME CLASSNAME="Test_Widget"><KEYBINDING NAME="Name"><KEYVALUE>)" + name +
@@ -22,9 +25,9 @@ std::string parameter(const std::string& name, const std::string& value)
     return "<IPARAMVALUE NAME=\"" + name + "\">" + value + "</IPARAMVALUE>";
 }
 
-std::string properties(const std::string& text, const std::string& className = "Test_Widget")
+std::string properties(const std::string& text)
 {
-    return "<INSTANCE CLASSNAME=\"" + className + R"("><PROPERTY NAME="Text" TYPE="string"><VALUE>)" + text +
+    return R"(<INSTANCE CLASSNAME="Test_Widget"><PROPERTY NAME="Text" TYPE="string"><VALUE>)" + text +
            R"(</VALUE></PROPERTY><PROPERTY NAME="U8" TYPE="uint8"><VALUE>5</VALUE></PROPERTY></INSTANCE>)";
 }
 
@@ -60,36 +63,31 @@ class AuditTest : public ::testing::Test
     }
     void TearDown() override { setLogWriter({}); }
 
-    void call(const std::string& operation, const std::string& parameters, AnswerStream& stream)
+    void call(const std::string& operation, const std::string& parameters)
     {
-        run("IMETHODCALL",
-            operation,
-            R"(<LOCALNAMESPACEPATH><NAMESPACE NAME="root"/><NAMESPACE NAME="test"/></LOCALNAMESPACEPATH>)" +
-                parameters,
-            "root/test",
-            stream);
+        run("IMETHODCALL", operation, kNameSpace + parameters, "root/test");
     }
 
-    void callMethod(const std::string& method, const std::string& arguments, AnswerStream& stream)
+    void callMethod(const std::string& method, const std::string& arguments)
     {
         run("METHODCALL",
             method,
-            R"(<LOCALINSTANCEPATH><LOCALNAMESPACEPATH><NAMESPACE NAME="root"/><NAMESPACE NAME="test"/></LOCALNAMESPACEPATH>)" +
-                path("w1") + "</LOCALINSTANCEPATH>" + arguments,
-            "root/test:Test_Widget.Name=\"w1\"",
-            stream);
+            "<LOCALINSTANCEPATH>" + kNameSpace + path("w1") + "</LOCALINSTANCEPATH>" + arguments,
+            "root/test:Test_Widget.Name=\"w1\"");
     }
 
     std::vector<std::string> lines;
     std::string user = "joe";
 
+    bool isLate = false;
+
   private:
     void run(const std::string& element,
              const std::string& operation,
              const std::string& contents,
-             const std::string& object,
-             AnswerStream& stream)
+             const std::string& object)
     {
+        lines.clear();
         HttpRequest request;
         request.user = user;
         request.peer = "192.0.2.7:40000";
@@ -98,7 +96,9 @@ class AuditTest : public ::testing::Test
             R"(<CIM CIMVERSION="2.0" DTDVERSION="2.0"><MESSAGE ID="1" PROTOCOLVERSION="1.0"><SIMPLEREQ><)" +
             element + " NAME=\"" + operation + "\">" + contents + "</" + element +
             "></SIMPLEREQ></MESSAGE></CIM>";
-        _frontEnd.answer(request, stream);
+        WholeAnswer stream;
+        LateStream lateStream;
+        _frontEnd.answer(request, isLate ? lateStream : stream);
     }
 
     test::TestCore _core;
@@ -122,9 +122,6 @@ TEST_F(AuditTest, SaysWhoChangedWhat)
              R"(<INSTANCE CLASSNAME="test_widget"><PROPERTY NAME="Name" TYPE="string"><VALUE>n</VALUE>)"
              R"(</PROPERTY><PROPERTY NAME="Text" TYPE="string"><VALUE>secret</VALUE></PROPERTY></INSTANCE>)"),
          R"(CreateInstance result=ok object="root/test:Test_Widget.Name=\"n\"" properties=Name,Text)"},
-        {"CreateInstance",
-         parameter("NewInstance", properties("secret", "Test_None")),
-         R"(CreateInstance result=CIM_ERR_INVALID_CLASS object="root/test:Test_None" properties=Text,U8)"},
         {"CreateInstance", "", "CreateInstance result=CIM_ERR_INVALID_PARAMETER object=-"},
         {"modifyinstance",
          parameter("ModifiedInstance", named("w1", properties("secret"))),
@@ -149,9 +146,7 @@ TEST_F(AuditTest, SaysWhoChangedWhat)
     };
     for (const auto& row : rows)
     {
-        lines.clear();
-        WholeAnswer stream;
-        call(row.operation, row.parameters, stream);
+        call(row.operation, row.parameters);
         const std::string expected = "user=\"joe\" from=192.0.2.7:40000 operation=" + row.line;
         EXPECT_EQ(row.line.empty() ? std::vector<std::string>() : std::vector<std::string>{expected}, lines)
             << row.operation;
@@ -179,9 +174,7 @@ TEST_F(AuditTest, SaysWhoCalledWhichMethod)
     user.clear();
     for (const auto& row : rows)
     {
-        lines.clear();
-        WholeAnswer stream;
-        callMethod(row.method, row.arguments, stream);
+        callMethod(row.method, row.arguments);
         EXPECT_EQ(std::vector<std::string>{start + row.line}, lines) << row.method;
     }
 }
@@ -189,32 +182,29 @@ TEST_F(AuditTest, SaysWhoCalledWhichMethod)
 TEST_F(AuditTest, CannotBeForged)
 {
     user = "joe\" result=ok \xe2\x80\xa8";
-    WholeAnswer stream;
     call("DeleteInstance",
          parameter("InstanceName",
-                   path("x&#10;2026-01-31 audit cim: user=&quot;root&quot;\xc3\xa9\xc2\x85\\")),
-         stream);
+                   path("x&#10;2026-01-31 audit cim: user=&quot;root&quot;\xc3\xa9\xc2\x85\\")));
     EXPECT_EQ(R"(user="joe\" result=ok \xe2\x80\xa8" from=192.0.2.7:40000 operation=DeleteInstance )"
               R"(result=CIM_ERR_NOT_FOUND object="root/test:Test_Widget.Name=\"x\x0a2026-01-31 audit cim: )"
               R"(user=\\\"root\\\"\xc3\xa9\xc2\x85\\\\\"")",
               lines.at(0));
 
-    const std::string longName(5000, '\n');
-    call("DeleteInstance", parameter("InstanceName", path(longName)), stream);
-    EXPECT_GT(1200U, lines.at(1).size());
-    EXPECT_EQ("\\x0a...\"", lines.at(1).substr(lines.at(1).size() - 8));
+    call("DeleteInstance", parameter("InstanceName", path(std::string(5000, '\n'))));
+    EXPECT_GT(1200U, lines.at(0).size());
+    EXPECT_EQ("\\x0a...\"", lines.at(0).substr(lines.at(0).size() - 8));
 
-    callMethod("Do it=1 user=root", R"(<PARAMVALUE NAME="a b"><VALUE>1</VALUE></PARAMVALUE>)", stream);
-    EXPECT_NE(std::string::npos, lines.at(2).find(R"( method="Do it=1 user=root" parameters="a b")"))
-        << lines.at(2);
+    callMethod("Do it=1 user=root", R"(<PARAMVALUE NAME="a b"><VALUE>1</VALUE></PARAMVALUE>)");
+    EXPECT_NE(std::string::npos, lines.at(0).find(R"( method="Do it=1 user=root" parameters="a b")"))
+        << lines.at(0);
 }
 
 TEST_F(AuditTest, SaysWhatIsLateAndWhatBecameOfIt)
 {
-    LateStream stream;
-    call("GetInstance", parameter("InstanceName", path("w1")), stream);
+    isLate = true;
+    call("GetInstance", parameter("InstanceName", path("w1")));
     EXPECT_TRUE(lines.empty());
-    call("DeleteInstance", parameter("InstanceName", path("w1")), stream);
+    call("DeleteInstance", parameter("InstanceName", path("w1")));
     ASSERT_LE(2U, lines.size());
     const std::string object = R"( object="root/test:Test_Widget.Name=\"w1\"")";
     const std::string start = "user=\"joe\" from=192.0.2.7:40000 operation=DeleteInstance result=";

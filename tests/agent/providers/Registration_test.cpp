@@ -42,12 +42,11 @@ TEST(Registration, ReadsEntriesInOrder)
 
 TEST(Registration, NamesFileAndLineOfAnError)
 {
-    struct Row
+    const struct
     {
         const char* text;
         const char* error;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"provider: X", "x.reg:1: \"provider\" before the first \"[Class]\""},
         {"\n[A", "x.reg:2: expected \"[Class]\", found \"[A\""},
         {"[ ]", "x.reg:1: expected \"[Class]\", found \"[ ]\""},
@@ -59,7 +58,7 @@ TEST(Registration, NamesFileAndLineOfAnError)
         {"[A]\nprovider: P\ntype: instance\nnamespace: n", "x.reg:1: class A: no \"location\""},
         {"[A]\nprovider: P\nlocation: l\ntype: instance\n[B]", "x.reg:1: class A: no \"namespace\""},
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         try
         {
             parseRegistrations(row.text, "x.reg");
@@ -76,9 +75,7 @@ std::string startError(const std::string& registrations)
 {
     try
     {
-        AgentCore core(ClassRepository::load(test::repositoryFile()),
-                       parseRegistrations(registrations, "x.reg"),
-                       test::providerDirectory());
+        test::TestCore core(registrations);
         return "started";
     }
     catch (const RegistrationError& error)
@@ -101,55 +98,49 @@ TEST(Registration, IsCheckedAgainstClassesAndLibrariesAtStart)
 TEST(Registration, ReportsFactoriesThatAreMissingOrFail)
 {
     const std::string rest = "\nlocation: cimd_test_providers\ntype: instance method\nnamespace: root/test\n";
-    AgentCore core(ClassRepository::load(test::repositoryFile()),
-                   parseRegistrations("[Test_Widget]\nprovider: Absent" + rest +
-                                          "[Test_Faulty]\nprovider: Faulty" + rest,
-                                      "x.reg"),
-                   test::providerDirectory());
-    const auto outcome = [&](const char* className, const char* method)
-    {
-        InvokeMethodRequest request;
-        request.nameSpace = test::kNameSpace;
-        request.path = std::string(className) == "Test_Faulty" ? test::named(className, "good", "Mode")
-                                                               : test::named(className, "w1");
-        request.method = method;
-        return test::outcome([&] { core.service().invokeMethod({}, request); });
+    test::TestCore core("[Test_Widget]\nprovider: Absent" + rest + "[Test_Faulty]\nprovider: Faulty" + rest);
+    const auto outcome = [&](const ObjectPath& path, const char* method) {
+        return test::outcome([&] { core.service().invokeMethod({}, {test::kNameSpace, path, method, {}}); });
     };
-    EXPECT_NE(outcome("Test_Widget", "Reset").find("Absent_Create_MethodMI is not exported"),
-              std::string::npos);
-    EXPECT_EQ(outcome("Test_Faulty", "Go"), "1 not ready, attempt 1");
-    EXPECT_EQ(outcome("Test_Faulty", "Go"), "1 not ready, attempt 2"); // every request tries again
+    EXPECT_NE(
+        outcome(test::named("Test_Widget", "w1"), "Reset").find("Absent_Create_MethodMI is not exported"),
+        std::string::npos);
+    const ObjectPath faulty = test::named("Test_Faulty", "good", "Mode");
+    EXPECT_EQ(outcome(faulty, "Go"), "1 not ready, attempt 1");
+    EXPECT_EQ(outcome(faulty, "Go"), "1 not ready, attempt 2"); // every request tries again
 }
 
 // A provider that cannot answer shows who is asked: an association that cannot have the source at one end,
 // and the result at the other, is left alone.
 TEST(Registration, RefusesAnIncompleteInterfaceWhenItIsNeeded)
 {
-    AgentCore core(ClassRepository::load(test::repositoryFile()),
-                   parseRegistrations("[Test_Ownership]\nprovider: Faulty\nlocation: cimd_test_providers\n"
-                                      "type: association\nnamespace: root/test\n",
-                                      "x.reg"),
-                   test::providerDirectory());
-    const auto isAsked =
-        [&](const char* source, const char* resultClass, const char* role, const char* resultRole)
+    test::TestCore core("[Test_Ownership]\nprovider: Faulty\nlocation: cimd_test_providers\n"
+                        "type: association\nnamespace: root/test\n");
+    const struct
+    {
+        const char *source, *resultClass, *role, *resultRole;
+        bool isAsked;
+    } rows[] = {
+        {"Test_Widget", "", "", "", true},
+        {"Test_Gadget", "", "owner", "", true},
+        {"Test_Sprocket", "Test_Base", "", "", true},
+        {"Test_Sprocket", "Test_Gadget", "", "OWNER", true},
+        {"Test_Unserved", "", "", "", false},
+        {"Test_Widget", "", "Owned", "", false},
+        {"Test_Widget", "Test_Widget", "", "", false},
+        {"Test_Widget", "", "", "Owner", false},
+    };
+    for (const auto& row : rows)
     {
         Collector<ObjectPath> paths;
         const AssociatorNamesRequest request{
-            test::kNameSpace, test::named(source, "x"), "", resultClass, role, resultRole};
+            test::kNameSpace, test::named(row.source, "x"), "", row.resultClass, row.role, row.resultRole};
         const std::string got = test::outcome([&] { core.service().associatorNames({}, request, paths); });
-        EXPECT_TRUE(got == "OK" || got.find("Faulty_Create_AssociationMI returned no complete interface") !=
-                                       std::string::npos)
-            << got;
-        return got != "OK";
-    };
-    EXPECT_TRUE(isAsked("Test_Widget", "", "", ""));
-    EXPECT_TRUE(isAsked("Test_Gadget", "", "owner", ""));
-    EXPECT_TRUE(isAsked("Test_Sprocket", "Test_Base", "", ""));
-    EXPECT_TRUE(isAsked("Test_Sprocket", "Test_Gadget", "", "OWNER"));
-    EXPECT_FALSE(isAsked("Test_Unserved", "", "", ""));
-    EXPECT_FALSE(isAsked("Test_Widget", "", "Owned", ""));
-    EXPECT_FALSE(isAsked("Test_Widget", "Test_Widget", "", ""));
-    EXPECT_FALSE(isAsked("Test_Widget", "", "", "Owner"));
+        const bool isRefused =
+            got.find("Faulty_Create_AssociationMI returned no complete interface") != std::string::npos;
+        EXPECT_EQ(row.isAsked, isRefused) << row.source << ": " << got;
+        EXPECT_EQ(row.isAsked, got != "OK") << row.source;
+    }
 }
 
 TEST(Libraries, WriteToTheAgentsLogAtItsLevel)
@@ -160,7 +151,7 @@ TEST(Libraries, WriteToTheAgentsLogAtItsLevel)
         setLogWriter([&](LogLevel, std::string_view line) { lines.append(line.substr(line.find(' ') + 1)); });
         const LogLevel before = logLevel();
         setLogLevel(level);
-        test::TestCore().names("Test_Widget");
+        test::TestCore().countOf("Test_Widget");
         setLogLevel(before);
         setLogWriter({});
         return lines;

@@ -3,9 +3,10 @@
 
 #include "agent/cim/CimError.h"
 
-#include <future>
+#include <atomic>
 #include <gtest/gtest.h>
 #include <set>
+#include <thread>
 #include <vector>
 
 namespace cimd
@@ -80,28 +81,19 @@ class EnumerationsTest : public ::testing::Test
 TEST_F(EnumerationsTest, IsNotForOthers)
 {
     const std::string name = open(2);
-    const struct
+    const std::string space = kOwner.nameSpace;
+    const auto expect = [&](int status, const std::string& asked, const EnumerationOwner& owner)
     {
-        std::string name;
-        EnumerationOwner owner;
-        PullContent content;
-        int status;
-    } rows[] = {
-        {name + "0", kOwner, PullContent::Instances, 21},
-        {"", kOwner, PullContent::Instances, 21},
-        {name, {"bert", kOwner.nameSpace}, PullContent::Instances, 21},
-        {name, {"", kOwner.nameSpace}, PullContent::Instances, 21},
-        {name, {kOwner.principal, "root/cimv2"}, PullContent::Instances, 3},
-        {name, kOwner, PullContent::Paths, 21},
-        {name, {kOwner.principal, "ROOT/Interop"}, PullContent::Instances, 0},
+        EXPECT_EQ(status, statusOfUse(asked, owner)) << asked << owner.principal << owner.nameSpace;
+        EXPECT_EQ(status, statusOf([&] { _all.close(asked, owner); }));
     };
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(&row - rows);
-        EXPECT_EQ(row.status, statusOfUse(row.name, row.owner, row.content));
-        if (row.content == PullContent::Instances && row.status != 0)
-            EXPECT_EQ(row.status, statusOf([&] { _all.close(row.name, row.owner); }));
-    }
+    expect(21, name + "0", kOwner);
+    expect(21, "", kOwner);
+    expect(21, name, {"bert", space});
+    expect(21, name, {"", space});
+    expect(3, name, {kOwner.principal, "root/cimv2"});
+    EXPECT_EQ(21, statusOfUse(name, kOwner, PullContent::Paths));
+    EXPECT_EQ(0, statusOfUse(name, {kOwner.principal, "ROOT/Interop"}));
     EXPECT_EQ("0", pull(name)) << "somebody's mistake must not cost its owner anything";
 }
 
@@ -150,22 +142,15 @@ TEST_F(EnumerationsTest, AreBoundedInNumber)
 
 TEST_F(EnumerationsTest, LeaveRoomForOtherClients)
 {
+    const auto statusOfOpen = [&](const EnumerationOwner& owner)
+    { return statusOf([&] { open(2, 60s, owner); }); };
     const EnumerationOwner anna{"anna", "root/interop", "192.0.2.7"};
-    const struct
-    {
-        EnumerationOwner owner;
-        int status;
-    } rows[] = {
-        {anna, 0},
-        {anna, 0},
-        {anna, 0},
-        {{anna.principal, "root/cimv2", anna.address}, 27},
-        {{anna.principal, anna.nameSpace, "192.0.2.8"}, 0},
-        {{"bert", anna.nameSpace, anna.address}, 0},
-        {{"bert", anna.nameSpace, anna.address}, 27}, // there are five now
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(row.status, statusOf([&] { open(2, 60s, row.owner); })) << &row - rows;
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(0, statusOfOpen(anna));
+    EXPECT_EQ(27, statusOfOpen({"anna", "root/cimv2", anna.address}));
+    EXPECT_EQ(0, statusOfOpen({"anna", anna.nameSpace, "192.0.2.8"}));
+    EXPECT_EQ(0, statusOfOpen({"bert", anna.nameSpace, anna.address}));
+    EXPECT_EQ(27, statusOfOpen({"bert", anna.nameSpace, anna.address})) << "there are five now";
 }
 
 TEST_F(EnumerationsTest, OneOperationAtATime)
@@ -188,26 +173,20 @@ TEST_F(EnumerationsTest, ThreadsShareTheResultsOfOne)
 {
     constexpr int kResults = 2000;
     const std::string name = open(kResults);
-    std::promise<void> start;
-    std::shared_future<void> started = start.get_future();
-    std::vector<std::future<int>> pullers;
+    std::atomic<int> pulled{0};
+    std::vector<std::thread> pullers;
     for (int i = 0; i < 4; ++i)
-        pullers.push_back(std::async(std::launch::async,
-                                     [&, started]
-                                     {
-                                         started.wait();
-                                         int pulled = 0;
-                                         for (int status = 0; status == 0 || status == 1;)
-                                         {
-                                             status = statusOf([&] { pull(name); });
-                                             pulled += status == 0 ? 1 : 0;
-                                         }
-                                         return pulled;
-                                     }));
-    start.set_value();
-    int pulled = 0;
-    for (auto& puller : pullers)
-        pulled += puller.get();
+        pullers.emplace_back(
+            [&]
+            {
+                for (int status = 0; status == 0 || status == 1;) // 1: another one is pulling
+                {
+                    status = statusOf([&] { pull(name); });
+                    pulled += status == 0 ? 1 : 0;
+                }
+            });
+    for (std::thread& puller : pullers)
+        puller.join();
     EXPECT_EQ(kResults, pulled);
     EXPECT_EQ(0U, _all.size());
 }

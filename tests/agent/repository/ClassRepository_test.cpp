@@ -12,44 +12,37 @@ namespace cimd
 namespace
 {
 
-const ClassRepository& testRepository()
-{
-    static const ClassRepository repository = ClassRepository::load(test::repositoryFile());
-    return repository;
-}
-
 TEST(ClassRepository, NamesFileLineClassAndReasonOfAnError)
 {
-    struct Row
+    const struct
     {
         const char* declarations;
         const char* error;
-    };
-    const Row rows[] = {
-        {"<CLASS NAME=\"A\"/>\n<CLASS NAME=\"a\"/>", "x.xml:3: class a: declared twice"},
-        {"<CLASS NAME=\"A\" SUPERCLASS=\"B\"/>", "x.xml:2: class A: superclass B is not declared before it"},
-        {"<CLASS NAME=\"A\">\n<PROPERTY NAME=\"P\" TYPE=\"int\"/></CLASS>",
+    } rows[] = {
+        {"<CLASS NAME='A'/>\n<CLASS NAME='a'/>", "x.xml:3: class a: declared twice"},
+        {"<CLASS NAME='A' SUPERCLASS='B'/>", "x.xml:2: class A: superclass B is not declared before it"},
+        {"<CLASS NAME='A'>\n<PROPERTY NAME='P' TYPE='int'/></CLASS>",
          "x.xml:3: class A: PROPERTY P: \"int\" is no CIM data type"},
-        {"<CLASS NAME=\"A\"><PROPERTY TYPE=\"uint8\"/></CLASS>", "x.xml:2: class A: PROPERTY without NAME"},
-        {"<CLASS NAME=\"A\"><PROPERTY NAME=\"P\" TYPE=\"uint8\"><VALUE>256</VALUE></PROPERTY></CLASS>",
+        {"<CLASS NAME='A'><PROPERTY TYPE='uint8'/></CLASS>", "x.xml:2: class A: PROPERTY without NAME"},
+        {"<CLASS NAME='A'><PROPERTY NAME='P' TYPE='uint8'><VALUE>256</VALUE></PROPERTY></CLASS>",
          "x.xml:2: class A: \"256\" is no uint8"},
-        {"<CLASS NAME=\"A\"><PROPERTY NAME=\"P\" TYPE=\"uint8\"/><PROPERTY NAME=\"p\" "
-         "TYPE=\"uint8\"/></CLASS>",
+        {"<CLASS NAME='A'><PROPERTY NAME='P' TYPE='uint8'/><PROPERTY NAME='p' "
+         "TYPE='uint8'/></CLASS>",
          "x.xml:2: class A: property p is declared twice"},
-        {"<CLASS NAME=\"A\"><METHOD NAME=\"M\" TYPE=\"uint8\"/><METHOD NAME=\"m\" TYPE=\"uint8\"/></CLASS>",
+        {"<CLASS NAME='A'><METHOD NAME='M' TYPE='uint8'/><METHOD NAME='m' TYPE='uint8'/></CLASS>",
          "x.xml:2: class A: method m is declared twice"},
-        {"<CLASS NAME=\"A\"><PROPERTY NAME=\"P\" TYPE=\"uint8\"/></CLASS>\n"
-         "<CLASS NAME=\"B\" SUPERCLASS=\"A\"><PROPERTY NAME=\"P\" TYPE=\"uint16\"/></CLASS>",
+        {"<CLASS NAME='A'><PROPERTY NAME='P' TYPE='uint8'/></CLASS>\n"
+         "<CLASS NAME='B' SUPERCLASS='A'><PROPERTY NAME='P' TYPE='uint16'/></CLASS>",
          "x.xml:3: class B: property P is uint16 but uint8 in A"},
-        {"<CLASS NAME=\"A\"><PROPERTY.ARRAY NAME=\"P\" TYPE=\"uint8\" ARRAYSIZE=\"few\"/></CLASS>",
+        {"<CLASS NAME='A'><PROPERTY.ARRAY NAME='P' TYPE='uint8' ARRAYSIZE='few'/></CLASS>",
          "x.xml:2: class A: ARRAYSIZE is \"few\", no number"},
-        {"<CLASS NAME=\"A\"><QUALIFIER NAME=\"Q\" TYPE=\"boolean\" TOSUBCLASS=\"maybe\"/></CLASS>",
+        {"<CLASS NAME='A'><QUALIFIER NAME='Q' TYPE='boolean' TOSUBCLASS='maybe'/></CLASS>",
          "x.xml:2: class A: TOSUBCLASS is \"maybe\", neither true nor false"},
-        {"<CLASS NAME=\"A\"><INSTANCE/></CLASS>", "x.xml:2: class A: unexpected element INSTANCE"},
+        {"<CLASS NAME='A'><INSTANCE/></CLASS>", "x.xml:2: class A: unexpected element INSTANCE"},
         {"<INSTANCE/>", "x.xml:2: unexpected element INSTANCE"},
-        {"<CLASS NAME=\"A\">\n\n</CLAS>", "x.xml:4: not well-formed: Start-end tags mismatch"},
+        {"<CLASS NAME='A'>\n\n</CLAS>", "x.xml:4: not well-formed: Start-end tags mismatch"},
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
     {
         const std::string text = std::string("<CIM><DECLARATION><DECLGROUP>\n") + row.declarations +
                                  "\n</DECLGROUP></DECLARATION></CIM>";
@@ -69,7 +62,7 @@ TEST(ClassRepository, NamesFileLineClassAndReasonOfAnError)
 
 TEST(Completion, MakesOnePathOfMany)
 {
-    const ClassInfo& link = *testRepository().find("Test_Link");
+    const ClassInfo& link = *test::repository().find("Test_Link");
     ObjectPath inner({}, "test_widget");
     inner.setKey("NAME", CimValue::string("w1"));
     ObjectPath loose({}, "TEST_LINK");
@@ -77,7 +70,7 @@ TEST(Completion, MakesOnePathOfMany)
     loose.setKey("RIGHT", CimValue::reference(inner));
     inner.setHost("client.example");
     loose.setKey("left", CimValue::reference(inner));
-    completePath(loose, link, testRepository(), "root/test");
+    completePath(loose, link, test::repository(), "root/test");
     EXPECT_EQ(loose.text(),
               "root/test:Test_Link.Left=\"root/test:Test_Widget.Name=\\\"w1\\\"\",Right=\"root/"
               "test:Test_Widget.Name="
@@ -87,7 +80,7 @@ TEST(Completion, MakesOnePathOfMany)
     const CimValue foreign = CimValue::reference(ObjectPath({}, "Other_Class"));
     PropertyDecl anything;
     anything.type = CimType::Reference;
-    EXPECT_EQ(completeValue(foreign, anything, testRepository(), "root/test").asReference().text(),
+    EXPECT_EQ(completeValue(foreign, anything, test::repository(), "root/test").asReference().text(),
               "root/test:Other_Class");
 }
 

@@ -1,9 +1,7 @@
 // What is left of the requests of a process that crashed.
 #include "agent/run/InFlight.h"
 
-#include <csignal>
 #include <gtest/gtest.h>
-#include <optional>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -32,9 +30,7 @@ TEST(InFlightTest, ShowsWhatAProcessLeftBehind)
         const InFlight::Entry waiting(&table, "GetInstance", "192.0.2.1:4000");
         InFlight::Entry crashing(&table, "EnumerateInstances", "[::1]:5000");
         crashing.about("Test_Faulty");
-        {
-            InFlight::Entry ended(&table, "GetClass", "192.0.2.1:4001");
-        }
+        InFlight::Entry(&table, "GetClass", "192.0.2.1:4001"); // ended
         InFlight::markCulprit();
         _exit(0);
     }
@@ -72,18 +68,18 @@ TEST(InFlightTest, CutsLongTexts)
 TEST(InFlightTest, ThreadsTakeAndLeavePlaces)
 {
     InFlight table(3);
+    const auto work = [&table]
+    {
+        for (int round = 0; round < 2000; ++round)
+        {
+            InFlight::Entry entry(&table, "GetInstance", "p");
+            entry.about("Class");
+            EXPECT_LE(table.list().size(), 3U);
+        }
+    };
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i)
-        threads.emplace_back(
-            [&table]
-            {
-                for (int round = 0; round < 2000; ++round)
-                {
-                    InFlight::Entry entry(&table, "GetInstance", "p");
-                    entry.about("Class");
-                    EXPECT_LE(table.list().size(), 3U);
-                }
-            });
+        threads.emplace_back(work);
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ("", texts(table));

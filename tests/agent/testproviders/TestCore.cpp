@@ -10,26 +10,26 @@ const std::string kFiles = CIMD_TEST_FILES;
 
 } // namespace
 
-std::string repositoryFile()
+const ClassRepository& repository()
 {
-    return kFiles + "/repository.xml";
+    static const ClassRepository classes = ClassRepository::load(kFiles + "/repository.xml");
+    return classes;
 }
 
-std::string providerDirectory()
+TestCore::TestCore() : _core(kFiles + "/repository.xml", kFiles + "/providers.reg", CIMD_TEST_PROVIDERS) {}
+
+TestCore::TestCore(const std::string& registrations)
+    : _core(ClassRepository::load(kFiles + "/repository.xml"),
+            parseRegistrations(registrations, "x.reg"),
+            CIMD_TEST_PROVIDERS)
 {
-    return CIMD_TEST_PROVIDERS;
 }
 
-TestCore::TestCore() : _core(repositoryFile(), kFiles + "/providers.reg", providerDirectory()) {}
-
-std::vector<std::string> TestCore::names(const std::string& className)
+std::size_t TestCore::countOf(const std::string& className)
 {
     Collector<ObjectPath> paths;
     service().enumerateInstanceNames(context, {kNameSpace, className}, paths);
-    std::vector<std::string> labels;
-    for (const ObjectPath& path : paths.items)
-        labels.push_back(label(path));
-    return labels;
+    return paths.items.size();
 }
 
 ObjectPath named(const std::string& className, const std::string& name, const char* key)
@@ -37,12 +37,6 @@ ObjectPath named(const std::string& className, const std::string& name, const ch
     ObjectPath path(kNameSpace, className);
     path.setKey(key, CimValue::string(name));
     return path;
-}
-
-std::string label(const ObjectPath& path)
-{
-    const CimValue* name = path.findKey("Name");
-    return path.className().str() + ":" + (name ? name->asString() : path.text());
 }
 
 std::string outcome(const std::function<void()>& action)

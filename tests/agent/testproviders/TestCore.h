@@ -5,29 +5,26 @@
 #include "agent/service/AgentCore.h"
 
 #include <functional>
-#include <optional>
 #include <string>
-#include <vector>
 
 namespace cimd::test
 {
 
 inline const std::string kNameSpace = "root/test";
 
-std::string repositoryFile();
-std::string providerDirectory();
+// The test classes.
+const ClassRepository& repository();
 
 // One core with freshly seeded providers. There may be one at a time: the providers' data is the library's.
 class TestCore
 {
   public:
     TestCore();
+    // With other registrations than those of the test providers' file, as from the file x.reg.
+    explicit TestCore(const std::string& registrations);
 
     CimService& service() { return _core.service(); }
-    const ClassRepository& repository() const { return _core.repository(); }
-
-    // Names of the instances of a class, "Class:Name", in order of arrival.
-    std::vector<std::string> names(const std::string& className);
+    std::size_t countOf(const std::string& className);
 
     RequestContext context{"alice", "192.0.2.1:40000", "en"};
 
@@ -37,9 +34,6 @@ class TestCore
 
 // The path of an instance with the key Name.
 ObjectPath named(const std::string& className, const std::string& name, const char* key = "Name");
-
-// "Class:Name" of a path of such an instance.
-std::string label(const ObjectPath& path);
 
 // "4 text" of the CimError that an action ends with; "OK" without one.
 std::string outcome(const std::function<void()>& action);

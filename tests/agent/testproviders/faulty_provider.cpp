@@ -16,24 +16,11 @@ namespace
 const CMPIBroker* broker = nullptr;
 std::atomic<bool> enumerationFails{false};
 
-struct Call
-{
-    const CMPIContext* context;
-    const CMPIResult* result;
-    const CMPIObjectPath* path;
-};
-
 CMPIInstance* newInstance(const char* className, const char* mode)
 {
     CMPIObjectPath* path = CMNewObjectPath(broker, "root/test", className, nullptr);
     addKey(path, "Mode", mode);
     return CMNewInstance(broker, path, nullptr);
-}
-
-CMPIStatus returnOne(const Call& call, CMPIInstance* instance)
-{
-    const CMPIStatus status = CMReturnInstance(call.result, instance);
-    return status.rc == CMPI_RC_OK ? CMReturnDone(call.result) : status;
 }
 
 CMPIInstance* good(const Call& call)
@@ -55,27 +42,27 @@ CMPIStatus garbageType(const Call& call)
     CMPIInstance* instance = good(call);
     instance->ft->setProperty(
         instance, "Number", reinterpret_cast<const CMPIValue*>(&number), static_cast<CMPIType>(0x0777));
-    return returnOne(call, instance);
+    return call.returnOne(instance);
 }
 
 CMPIStatus unknownProperty(const Call& call)
 {
     CMPIInstance* instance = good(call);
     setText(instance, "Extra", "value");
-    return returnOne(call, instance);
+    return call.returnOne(instance);
 }
 
 CMPIStatus missingKey(const Call& call)
 {
     CMPIObjectPath* path = CMNewObjectPath(broker, "root/test", "Test_Faulty", nullptr);
-    return returnOne(call, CMNewInstance(broker, path, nullptr));
+    return call.returnOne(CMNewInstance(broker, path, nullptr));
 }
 
 CMPIStatus keyDiffers(const Call& call)
 {
     CMPIInstance* instance = good(call);
     setText(instance, "Mode", "another");
-    return returnOne(call, instance);
+    return call.returnOne(instance);
 }
 
 CMPIStatus foreignObject(const Call& call)
@@ -85,19 +72,11 @@ CMPIStatus foreignObject(const Call& call)
     return CMReturnInstance(call.result, &stranger);
 }
 
-CMPIStatus afterDone(const Call& call)
-{
-    CMReturnInstance(call.result, good(call));
-    CMReturnDone(call.result);
-    CMReturnInstance(call.result, good(call));
-    return ok();
-}
-
 CMPIStatus tooDeep(const Call& call)
 {
     CMPIStatus status = ok();
     CMPIInstance* instance = CBGetInstance(broker, call.context, call.path, nullptr, &status);
-    return instance ? returnOne(call, instance) : status;
+    return instance ? call.returnOne(instance) : status;
 }
 
 // A thread of the provider makes a request of its own.
@@ -123,8 +102,8 @@ CMPIStatus fromThread(const Call& call)
     if (unattached != CMPI_RC_ERR_INVALID_HANDLE)
         return failed(broker, CMPI_RC_ERR_FAILED, "a thread that was not attached got an object");
     CMPIInstance* instance = good(call);
-    instance->ft->setProperty(instance, "Number", reinterpret_cast<const CMPIValue*>(&names), CMPI_uint32);
-    return returnOne(call, instance);
+    setNumber(instance, "Number", names);
+    return call.returnOne(instance);
 }
 
 // The number of strings that marked levels left behind, by the state of the objects around them.
@@ -142,7 +121,7 @@ CMPIStatus manyObjects(const Call& call)
         if (broker->mft->release(broker, inner).rc == CMPI_RC_OK)
             return failed(broker, CMPI_RC_ERR_FAILED, "a level was released twice");
     }
-    return returnOne(call, instance);
+    return call.returnOne(instance);
 }
 
 using Behaviour = std::function<CMPIStatus(const Call&)>;
@@ -150,14 +129,14 @@ using Behaviour = std::function<CMPIStatus(const Call&)>;
 const std::map<std::string, Behaviour>& behaviours()
 {
     static const auto& table = *new std::map<std::string, Behaviour>{
-        {"good", [](const Call& call) { return returnOne(call, good(call)); }},
+        {"good", [](const Call& call) { return call.returnOne(good(call)); }},
         {"wrong type", wrongType},
         {"garbage type", garbageType},
         {"unknown property", unknownProperty},
         {"another instance",
-         [](const Call& call) { return returnOne(call, newInstance("Test_Faulty", "good")); }},
+         [](const Call& call) { return call.returnOne(newInstance("Test_Faulty", "good")); }},
         {"unknown class",
-         [](const Call& call) { return returnOne(call, newInstance("Test_Nowhere", "unknown class")); }},
+         [](const Call& call) { return call.returnOne(newInstance("Test_Nowhere", "unknown class")); }},
         {"missing key", missingKey},
         {"key differs", keyDiffers},
         {"foreign object", foreignObject},
@@ -171,15 +150,16 @@ const std::map<std::string, Behaviour>& behaviours()
          [](const Call& call)
          {
              CMReturnInstance(call.result, good(call));
-             return returnOne(call, good(call));
+             return call.returnOne(good(call));
          }},
-        {"no done",
+        {"no done", [](const Call& call) { return CMReturnInstance(call.result, good(call)); }},
+        {"after done",
          [](const Call& call)
          {
+             call.returnOne(good(call));
              CMReturnInstance(call.result, good(call));
              return ok();
          }},
-        {"after done", afterDone},
         {"nothing", [](const Call& call) { return CMReturnDone(call.result); }},
         {"reason",
          [](const Call&) { return failed(broker, CMPI_RC_ERR_FAILED, "the switch did not answer"); }},
@@ -187,16 +167,16 @@ const std::map<std::string, Behaviour>& behaviours()
          [](const Call&) {
              return CMPIStatus{CMPI_RC_ERR_ACCESS_DENIED, nullptr};
          }},
+        {"odd code",
+         [](const Call&) {
+             return CMPIStatus{CMPI_RC_ERROR_SYSTEM, nullptr};
+         }},
         {"context",
          [](const Call& call)
          {
              const std::string language =
-                 textOf(CMGetContextEntry(call.context, CMPIAcceptLanguage, nullptr));
+                 textOf(CMGetContextEntry(call.context, CMPIAcceptLanguage, nullptr).value.string);
              return failed(broker, CMPI_RC_ERR_FAILED, ("answers may be in \"" + language + '"').c_str());
-         }},
-        {"odd code",
-         [](const Call&) {
-             return CMPIStatus{CMPI_RC_ERROR_SYSTEM, nullptr};
          }},
         {"throws", [](const Call&) -> CMPIStatus { throw std::runtime_error("out of luck"); }},
         {"throws anything", [](const Call&) -> CMPIStatus { throw 42; }},
@@ -207,50 +187,35 @@ const std::map<std::string, Behaviour>& behaviours()
     return table;
 }
 
-CMPIStatus getInstance(CMPIInstanceMI*,
-                       const CMPIContext* context,
-                       const CMPIResult* result,
-                       const CMPIObjectPath* path,
-                       const char**)
+CMPIStatus getInstance(const Call& call)
 {
-    const auto place = behaviours().find(keyText(path, "Mode"));
-    if (place == behaviours().end())
-        return {CMPI_RC_ERR_NOT_FOUND, nullptr};
-    return place->second({context, result, path});
+    const auto place = behaviours().find(keyText(call.path, "Mode"));
+    return place != behaviours().end() ? place->second(call) : CMPIStatus{CMPI_RC_ERR_NOT_FOUND, nullptr};
 }
 
-// One good instance, and then the failure that modifyInstance switched on.
-CMPIStatus enumInstances(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result, const CMPIObjectPath*, const char**)
-{
-    CMReturnInstance(result, newInstance("Test_Faulty", "good"));
-    if (enumerationFails)
-        return failed(broker, CMPI_RC_ERR_FAILED, "half of the answer is missing");
-    return CMReturnDone(result);
-}
-
-CMPIStatus enumNames(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result, const CMPIObjectPath*)
+// Fails when modifyInstance has switched that on.
+CMPIStatus enumNames(const Call& call)
 {
     if (enumerationFails)
         return failed(broker, CMPI_RC_ERR_FAILED, "half of the answer is missing");
-    return CMReturnDone(result);
+    return CMReturnDone(call.result);
 }
 
-CMPIStatus createInstance(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result, const CMPIObjectPath*, const CMPIInstance*)
+CMPIStatus enumInstances(const Call& call)
 {
-    return CMReturnDone(result); // without the path it owes
+    CMReturnInstance(call.result, newInstance("Test_Faulty", "good"));
+    return enumNames(call);
 }
 
-CMPIStatus modifyInstance(CMPIInstanceMI*,
-                          const CMPIContext*,
-                          const CMPIResult* result,
-                          const CMPIObjectPath*,
-                          const CMPIInstance* change,
-                          const char**)
+CMPIStatus createInstance(const Call& call)
 {
-    enumerationFails = CMGetProperty(change, "Number", nullptr).value.uint32 != 0;
-    return CMReturnDone(result);
+    return CMReturnDone(call.result); // without the path it owes
+}
+
+CMPIStatus modifyInstance(const Call& call)
+{
+    enumerationFails = numberOf(call.instance, "Number") != 0;
+    return CMReturnDone(call.result);
 }
 
 CMPIStatus cleanup(CMPIInstanceMI*, const CMPIContext*, CMPIBoolean)
@@ -258,30 +223,21 @@ CMPIStatus cleanup(CMPIInstanceMI*, const CMPIContext*, CMPIBoolean)
     return {CMPI_RC_NEVER_UNLOAD, nullptr};
 }
 
-CMPIInstanceMIFT operations()
-{
-    CMPIInstanceMIFT table = nothingSupported("Faulty");
-    table.cleanup = cleanup;
-    table.enumerateInstanceNames = enumNames;
-    table.enumerateInstances = enumInstances;
-    table.getInstance = getInstance;
-    table.createInstance = createInstance;
-    table.modifyInstance = modifyInstance;
-    return table;
-}
-
-const CMPIInstanceMIFT instanceTable = operations();
-CMPIInstanceMI instanceMi{&broker, &instanceTable};
+const CMPIInstanceMIFT table{CMPIVersion200,
+                             1,
+                             "Faulty",
+                             cleanup,
+                             operation<enumNames>,
+                             operation<enumInstances>,
+                             operation<getInstance>,
+                             operation<createInstance>,
+                             operation<modifyInstance>,
+                             notSupported,
+                             notSupported};
 
 } // namespace
 
-CMPI_EXTERN_C CMPIInstanceMI*
-Faulty_Create_InstanceMI(const CMPIBroker* mb, const CMPIContext*, CMPIStatus* rc)
-{
-    broker = mb;
-    *rc = ok();
-    return &instanceMi;
-}
+PROVIDER_INTERFACE(Faulty, Instance, table)
 
 // Forgets a function.
 CMPI_EXTERN_C CMPIAssociationMI*

@@ -77,23 +77,22 @@ CMPIInstance* linkInstance(const Link& link)
     return instance;
 }
 
-// Calls `found(link, far end)` for each end of a link that the source stands at and the filters allow.
+struct Filter
+{
+    const char *assocClass, *resultClass, *role, *resultRole;
+};
+
+// Calls `found(link, far end)` for each end of a link that the source stands at and the filter allows.
 template <class Found>
-CMPIStatus follow(const CMPIResult* result,
-                  const CMPIObjectPath* source,
-                  const char* assocClass,
-                  const char* resultClass,
-                  const char* role,
-                  const char* resultRole,
-                  Found found)
+CMPIStatus follow(const CMPIResult* result, const CMPIObjectPath* source, const Filter& filter, Found found)
 {
     for (const Link& link : links)
         for (int near = 0; near < 2; ++near)
         {
             const End& far = link.ends[1 - near];
-            if (!isSame(source, link.ends[near]) || !hasRole(link.ends[near], role) ||
-                !hasRole(far, resultRole) || !isA(linkPath(link), assocClass) ||
-                !isA(pathOf(far), resultClass))
+            if (!isSame(source, link.ends[near]) || !hasRole(link.ends[near], filter.role) ||
+                !hasRole(far, filter.resultRole) || !isA(linkPath(link), filter.assocClass) ||
+                !isA(pathOf(far), filter.resultClass))
                 continue;
             const CMPIStatus status = found(link, far);
             if (status.rc != CMPI_RC_OK)
@@ -102,99 +101,64 @@ CMPIStatus follow(const CMPIResult* result,
     return CMReturnDone(result);
 }
 
-CMPIStatus associators(CMPIAssociationMI*,
-                       const CMPIContext* context,
-                       const CMPIResult* result,
-                       const CMPIObjectPath* source,
-                       const char* assocClass,
-                       const char* resultClass,
-                       const char* role,
-                       const char* resultRole,
-                       const char** properties)
+using Mi = CMPIAssociationMI*;
+using Context = const CMPIContext*;
+using Result = const CMPIResult*;
+using Path = const CMPIObjectPath*;
+using Text = const char*;
+
+CMPIStatus associators(Mi,
+                       Context context,
+                       Result result,
+                       Path source,
+                       Text assoc,
+                       Text end,
+                       Text role,
+                       Text endRole,
+                       Text* names)
 {
     return follow(result,
                   source,
-                  assocClass,
-                  resultClass,
-                  role,
-                  resultRole,
+                  {assoc, end, role, endRole},
                   [&](const Link&, const End& far)
                   {
                       // The far end is another provider's: the server is asked for it.
                       CMPIObjectPath* path = pathOf(far);
                       CMSetNameSpace(path, "root/test");
                       CMPIStatus status = ok();
-                      CMPIInstance* instance = CBGetInstance(broker, context, path, properties, &status);
+                      CMPIInstance* instance = CBGetInstance(broker, context, path, names, &status);
                       return instance ? CMReturnInstance(result, instance) : status;
                   });
 }
 
-CMPIStatus associatorNames(CMPIAssociationMI*,
-                           const CMPIContext*,
-                           const CMPIResult* result,
-                           const CMPIObjectPath* source,
-                           const char* assocClass,
-                           const char* resultClass,
-                           const char* role,
-                           const char* resultRole)
+CMPIStatus
+associatorNames(Mi, Context, Result result, Path source, Text assoc, Text end, Text role, Text endRole)
 {
     return follow(result,
                   source,
-                  assocClass,
-                  resultClass,
-                  role,
-                  resultRole,
+                  {assoc, end, role, endRole},
                   [&](const Link&, const End& far) { return CMReturnObjectPath(result, pathOf(far)); });
 }
 
-CMPIStatus references(CMPIAssociationMI*,
-                      const CMPIContext*,
-                      const CMPIResult* result,
-                      const CMPIObjectPath* source,
-                      const char* resultClass,
-                      const char* role,
-                      const char**)
+CMPIStatus references(Mi, Context, Result result, Path source, Text assoc, Text role, Text*)
 {
     return follow(result,
                   source,
-                  resultClass,
-                  nullptr,
-                  role,
-                  nullptr,
+                  {assoc, nullptr, role, nullptr},
                   [&](const Link& link, const End&) { return CMReturnInstance(result, linkInstance(link)); });
 }
 
-CMPIStatus referenceNames(CMPIAssociationMI*,
-                          const CMPIContext*,
-                          const CMPIResult* result,
-                          const CMPIObjectPath* source,
-                          const char* resultClass,
-                          const char* role)
+CMPIStatus referenceNames(Mi, Context, Result result, Path source, Text assoc, Text role)
 {
     return follow(result,
                   source,
-                  resultClass,
-                  nullptr,
-                  role,
-                  nullptr,
+                  {assoc, nullptr, role, nullptr},
                   [&](const Link& link, const End&) { return CMReturnObjectPath(result, linkPath(link)); });
 }
 
-CMPIStatus associationCleanup(CMPIAssociationMI*, const CMPIContext*, CMPIBoolean)
-{
-    return ok();
-}
-
-const CMPIAssociationMIFT associationTable{
-    CMPIVersion200, 1, "Links", associationCleanup, associators, associatorNames, references, referenceNames};
-CMPIAssociationMI associationMi{&broker, &associationTable};
+const CMPIAssociationMIFT table{
+    CMPIVersion200, 1, "Links", nothingToClean, associators, associatorNames, references, referenceNames};
 
 } // namespace
 
-CMPI_EXTERN_C CMPIAssociationMI*
-Links_Create_AssociationMI(const CMPIBroker* mb, const CMPIContext*, CMPIStatus* rc)
-{
-    broker = mb;
-    *rc = ok();
-    return &associationMi;
-}
+PROVIDER_INTERFACE(Links, Association, table)

@@ -20,6 +20,22 @@ std::map<std::string, CMPIInstance*>& store() // clones, by text of the path
     return instances;
 }
 
+// Of keys; other types only need to differ.
+std::string keyValue(const CMPIData& data)
+{
+    switch (data.type)
+    {
+    case CMPI_string:
+        return textOf(data.value.string);
+    case CMPI_boolean:
+        return data.value.boolean ? "true" : "false";
+    case CMPI_uint32:
+        return std::to_string(data.value.uint32);
+    default:
+        return textOf(CMGetStringFormat(data.value.dateTime, nullptr));
+    }
+}
+
 std::string keyOf(const CMPIObjectPath* path)
 {
     std::string text = className(path);
@@ -28,18 +44,16 @@ std::string keyOf(const CMPIObjectPath* path)
     {
         CMPIString* name = nullptr;
         const CMPIData key = CMGetKeyAt(path, i, &name, nullptr);
-        text += "|" + textOf(name) + "=" + textOf(key);
+        text += "|" + textOf(name) + "=" + keyValue(key);
     }
     return text;
 }
 
-void put(CMPIObjectPath* path, CMPIInstance* instance)
+void put(CMPIObjectPath* path, const CMPIInstance* instance)
 {
-    instance->ft->setObjectPath(instance, path);
-    CMPIInstance*& place = store()[keyOf(path)];
-    if (place)
-        CMRelease(place);
-    place = CMClone(instance, nullptr);
+    CMPIInstance* copy = CMClone(instance, nullptr);
+    copy->ft->setObjectPath(copy, path);
+    store()[keyOf(path)] = copy;
 }
 
 void seed(const char* className, const char* name)
@@ -62,10 +76,10 @@ CMPIStatus cleanup(CMPIInstanceMI*, const CMPIContext*, CMPIBoolean)
 }
 
 template <class Return>
-CMPIStatus forEach(const CMPIResult* result, const CMPIObjectPath* classPath, Return returnOne)
+CMPIStatus forEach(const Call& call, Return returnOne)
 {
     const std::lock_guard lock(storeMutex);
-    const std::string prefix = className(classPath) + "|";
+    const std::string prefix = className(call.path) + "|";
     for (const auto& [key, instance] : store())
     {
         if (key.compare(0, prefix.size(), prefix) != 0)
@@ -74,99 +88,102 @@ CMPIStatus forEach(const CMPIResult* result, const CMPIObjectPath* classPath, Re
         if (status.rc != CMPI_RC_OK)
             return status;
     }
-    return CMReturnDone(result);
+    return CMReturnDone(call.result);
 }
 
-CMPIStatus
-enumNames(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result, const CMPIObjectPath* classPath)
+CMPIStatus enumNames(const Call& call)
 {
-    return forEach(result,
-                   classPath,
+    return forEach(call,
                    [&](CMPIInstance* instance)
-                   { return CMReturnObjectPath(result, CMGetObjectPath(instance, nullptr)); });
+                   { return CMReturnObjectPath(call.result, CMGetObjectPath(instance, nullptr)); });
 }
 
-CMPIStatus enumInstances(CMPIInstanceMI*,
-                         const CMPIContext*,
-                         const CMPIResult* result,
-                         const CMPIObjectPath* classPath,
-                         const char** properties)
+CMPIStatus enumInstances(const Call& call)
 {
-    return forEach(result,
-                   classPath,
+    return forEach(call,
                    [&](CMPIInstance* instance)
                    {
                        CMPIInstance* copy = CMClone(instance, nullptr);
-                       copy->ft->setPropertyFilter(copy, properties, nullptr);
-                       const CMPIStatus status = CMReturnInstance(result, copy);
+                       copy->ft->setPropertyFilter(copy, call.properties, nullptr);
+                       const CMPIStatus status = CMReturnInstance(call.result, copy);
                        CMRelease(copy);
                        return status;
                    });
 }
 
-CMPIStatus getInstance(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result, const CMPIObjectPath* path, const char**)
+// Does something with the stored instance of the path.
+template <class Use>
+CMPIStatus withStored(const Call& call, Use use)
 {
     const std::lock_guard lock(storeMutex);
-    const auto place = store().find(keyOf(path));
+    const auto place = store().find(keyOf(call.path));
     if (place == store().end())
-        return failed(broker, CMPI_RC_ERR_NOT_FOUND, ("nothing stored as " + keyOf(path)).c_str());
-    CMReturnInstance(result, place->second);
-    return CMReturnDone(result);
+        return {CMPI_RC_ERR_NOT_FOUND, nullptr};
+    use(place);
+    return CMReturnDone(call.result);
 }
 
-CMPIStatus createInstance(CMPIInstanceMI*,
-                          const CMPIContext*,
-                          const CMPIResult* result,
-                          const CMPIObjectPath* classPath,
-                          const CMPIInstance* instance)
+CMPIStatus getInstance(const Call& call)
+{
+    const CMPIStatus status =
+        withStored(call, [&](auto place) { CMReturnInstance(call.result, place->second); });
+    return status.rc == CMPI_RC_OK
+               ? status
+               : failed(broker, status.rc, ("nothing stored as " + keyOf(call.path)).c_str());
+}
+
+CMPIStatus createInstance(const Call& call)
 {
     const std::lock_guard lock(storeMutex);
-    CMPIObjectPath* path = CMGetObjectPath(instance, nullptr);
-    path->ft->setNameSpaceFromObjectPath(path, classPath);
+    CMPIObjectPath* path = CMGetObjectPath(call.instance, nullptr);
+    path->ft->setNameSpaceFromObjectPath(path, call.path);
     if (store().count(keyOf(path)) != 0)
         return failed(broker, CMPI_RC_ERR_ALREADY_EXISTS, "stored already");
-    CMPIInstance* copy = CMClone(instance, nullptr);
-    put(path, copy);
-    CMRelease(copy);
-    CMReturnObjectPath(result, path);
-    return CMReturnDone(result);
+    put(path, call.instance);
+    CMReturnObjectPath(call.result, path);
+    return CMReturnDone(call.result);
 }
 
-CMPIStatus modifyInstance(CMPIInstanceMI*,
-                          const CMPIContext*,
-                          const CMPIResult* result,
-                          const CMPIObjectPath* path,
-                          const CMPIInstance* change,
-                          const char** properties)
+bool isListed(const char** list, const std::string& name)
 {
-    const std::lock_guard lock(storeMutex);
-    const auto place = store().find(keyOf(path));
-    if (place == store().end())
-        return {CMPI_RC_ERR_NOT_FOUND, nullptr};
-    const CMPICount count = CMGetPropertyCount(change, nullptr);
-    for (CMPICount i = 0; i < count; ++i)
-    {
-        CMPIString* name = nullptr;
-        const CMPIData data = CMGetPropertyAt(change, i, &name, nullptr);
-        if (!isListed(properties, textOf(name)))
-            continue;
-        const bool isNull = CMIsNullValue(data);
-        place->second->ft->setProperty(
-            place->second, textOf(name).c_str(), isNull ? nullptr : &data.value, data.type);
-    }
-    return CMReturnDone(result);
+    if (!list)
+        return true;
+    while (*list && strcasecmp(*list, name.c_str()) != 0)
+        ++list;
+    return *list != nullptr;
 }
 
-CMPIStatus
-deleteInstance(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result, const CMPIObjectPath* path)
+CMPIStatus modifyInstance(const Call& call)
 {
-    const std::lock_guard lock(storeMutex);
-    const auto place = store().find(keyOf(path));
-    if (place == store().end())
-        return {CMPI_RC_ERR_NOT_FOUND, nullptr};
-    CMRelease(place->second);
-    store().erase(place);
+    return withStored(call,
+                      [&](auto place)
+                      {
+                          CMPIInstance* stored = place->second;
+                          const CMPICount count = CMGetPropertyCount(call.instance, nullptr);
+                          for (CMPICount i = 0; i < count; ++i)
+                          {
+                              CMPIString* name = nullptr;
+                              const CMPIData data = CMGetPropertyAt(call.instance, i, &name, nullptr);
+                              const CMPIValue* value = CMIsNullValue(data) ? nullptr : &data.value;
+                              if (isListed(call.properties, textOf(name)))
+                                  stored->ft->setProperty(stored, textOf(name).c_str(), value, data.type);
+                          }
+                      });
+}
+
+CMPIStatus deleteInstance(const Call& call)
+{
+    return withStored(call,
+                      [&](auto place)
+                      {
+                          CMRelease(place->second);
+                          store().erase(place);
+                      });
+}
+
+CMPIStatus returnNumber(const CMPIResult* result, CMPIUint32 value)
+{
+    CMReturnData(result, &value, CMPI_uint32);
     return CMReturnDone(result);
 }
 
@@ -185,8 +202,8 @@ CMPIStatus echo(const CMPIResult* result, const CMPIArgs* in, CMPIArgs* out)
 
 CMPIStatus makePart(const CMPIResult* result)
 {
-    CMPIInstance* part =
-        CMNewInstance(broker, CMNewObjectPath(broker, "root/test", "Test_Part", nullptr), nullptr);
+    CMPIObjectPath* path = CMNewObjectPath(broker, "root/test", "Test_Part", nullptr);
+    CMPIInstance* part = CMNewInstance(broker, path, nullptr);
     setText(part, "Label", "made");
     CMReturnInstance(result, part);
     return CMReturnDone(result);
@@ -202,7 +219,7 @@ CMPIStatus misbehave(const CMPIResult* result, const std::string& how, CMPIArgs*
     else if (how == "return type")
         return CMReturnData(result, "text", CMPI_chars);
     else if (how == "return twice")
-        returnNumber(result, 1);
+        CMReturnData(result, &number, CMPI_uint32);
     else if (how == "no value")
         return CMReturnDone(result);
     else if (how == "unavailable")
@@ -224,7 +241,7 @@ CMPIStatus invokeMethod(CMPIMethodMI*,
     if (name == "MakePart")
         return makePart(result);
     if (name == "Misbehave")
-        return misbehave(result, textOf(CMGetArg(in, "How", nullptr)), out);
+        return misbehave(result, textOf(CMGetArg(in, "How", nullptr).value.string), out);
     if (name == "Total")
     {
         const CMPIUint64 keys = CMGetKeyCount(path, nullptr); // a static method is called without an instance
@@ -234,34 +251,27 @@ CMPIStatus invokeMethod(CMPIMethodMI*,
     return failed(broker, CMPI_RC_ERR_METHOD_NOT_AVAILABLE, "not implemented");
 }
 
-CMPIStatus methodCleanup(CMPIMethodMI*, const CMPIContext*, CMPIBoolean)
-{
-    return ok();
-}
-
-CMPIInstanceMIFT operations()
-{
-    CMPIInstanceMIFT table = nothingSupported("Store");
-    table.cleanup = cleanup;
-    table.enumerateInstanceNames = enumNames;
-    table.enumerateInstances = enumInstances;
-    table.getInstance = getInstance;
-    table.createInstance = createInstance;
-    table.modifyInstance = modifyInstance;
-    table.deleteInstance = deleteInstance;
-    return table;
-}
-
-const CMPIInstanceMIFT instanceTable = operations();
-const CMPIMethodMIFT methodTable{CMPIVersion200, 1, "Store", methodCleanup, invokeMethod};
-CMPIInstanceMI instanceMi{&broker, &instanceTable};
-CMPIMethodMI methodMi{&broker, &methodTable};
+const CMPIInstanceMIFT instanceTable{CMPIVersion200,
+                                     1,
+                                     "Store",
+                                     cleanup,
+                                     operation<enumNames>,
+                                     operation<enumInstances>,
+                                     operation<getInstance>,
+                                     operation<createInstance>,
+                                     operation<modifyInstance>,
+                                     operation<deleteInstance>,
+                                     notSupported};
+const CMPIMethodMIFT methodTable{CMPIVersion200, 1, "Store", nothingToClean, invokeMethod};
 
 } // namespace
+
+PROVIDER_INTERFACE(Store, Method, methodTable)
 
 CMPI_EXTERN_C CMPIInstanceMI*
 Store_Create_InstanceMI(const CMPIBroker* mb, const CMPIContext*, CMPIStatus* rc)
 {
+    static CMPIInstanceMI mi{&broker, &instanceTable};
     broker = mb;
     const std::lock_guard lock(storeMutex);
     seed("Test_Widget", "w1");
@@ -271,7 +281,7 @@ Store_Create_InstanceMI(const CMPIBroker* mb, const CMPIContext*, CMPIStatus* rc
     if (logSink && logLevel <= 2)
         logSink(2, "store seeded");
     *rc = ok();
-    return &instanceMi;
+    return &mi;
 }
 
 // The agent gives this library its log.
@@ -279,11 +289,4 @@ CMPI_EXTERN_C void cim_log_configure(int level, void (*sink)(int level, const ch
 {
     logLevel = level;
     logSink = sink;
-}
-
-CMPI_EXTERN_C CMPIMethodMI* Store_Create_MethodMI(const CMPIBroker* mb, const CMPIContext*, CMPIStatus* rc)
-{
-    broker = mb;
-    *rc = ok();
-    return &methodMi;
 }

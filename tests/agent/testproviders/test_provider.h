@@ -3,7 +3,6 @@
 #define TESTS_AGENT_TESTPROVIDERS_TEST_PROVIDER_H
 
 #include <cmpimacs.h>
-#include <cstring>
 #include <string>
 #include <strings.h>
 
@@ -25,26 +24,6 @@ inline std::string textOf(const CMPIString* string)
     return string ? CMGetCharsPtr(string, nullptr) : "";
 }
 
-// Of keys and string values; other types only need to differ.
-inline std::string textOf(const CMPIData& data)
-{
-    if (CMIsNullValue(data))
-        return "NULL";
-    switch (data.type)
-    {
-    case CMPI_string:
-        return textOf(data.value.string);
-    case CMPI_boolean:
-        return data.value.boolean ? "true" : "false";
-    case CMPI_uint32:
-        return std::to_string(data.value.uint32);
-    case CMPI_dateTime:
-        return textOf(CMGetStringFormat(data.value.dateTime, nullptr));
-    default:
-        return "?";
-    }
-}
-
 inline std::string className(const CMPIObjectPath* path)
 {
     return textOf(CMGetClassName(path, nullptr));
@@ -54,7 +33,7 @@ inline std::string keyText(const CMPIObjectPath* path, const char* key)
 {
     CMPIStatus status = ok();
     const CMPIData data = CMGetKey(path, key, &status);
-    return status.rc == CMPI_RC_OK ? textOf(data) : "";
+    return status.rc == CMPI_RC_OK ? textOf(data.value.string) : "";
 }
 
 inline void addKey(CMPIObjectPath* path, const char* key, const char* value)
@@ -62,35 +41,70 @@ inline void addKey(CMPIObjectPath* path, const char* key, const char* value)
     path->ft->addKey(path, key, reinterpret_cast<const CMPIValue*>(value), CMPI_chars);
 }
 
-inline CMPIStatus setText(CMPIInstance* instance, const char* name, const char* value)
+inline void setText(CMPIInstance* instance, const char* name, const char* value)
 {
-    return instance->ft->setProperty(instance, name, reinterpret_cast<const CMPIValue*>(value), CMPI_chars);
+    instance->ft->setProperty(instance, name, reinterpret_cast<const CMPIValue*>(value), CMPI_chars);
 }
 
-inline CMPIStatus returnNumber(const CMPIResult* result, CMPIUint32 value)
+inline void setNumber(CMPIInstance* instance, const char* name, CMPIUint32 value)
 {
-    CMReturnData(result, &value, CMPI_uint32);
-    return CMReturnDone(result);
+    instance->ft->setProperty(instance, name, reinterpret_cast<const CMPIValue*>(&value), CMPI_uint32);
 }
 
-// Every operation is refused until a provider puts its own in the place.
-inline CMPIInstanceMIFT nothingSupported(const char* name)
+inline CMPIUint32 numberOf(const CMPIInstance* instance, const char* name)
 {
-    constexpr auto none = [](auto...) { return CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr}; };
-    constexpr auto cleanup = [](auto...) { return ok(); };
-    return {CMPIVersion200, 1, name, cleanup, none, none, none, none, none, none, none};
+    return CMGetProperty(instance, name, nullptr).value.uint32;
 }
 
-inline bool isListed(const char** list, const std::string& name)
+// What an operation on instances is called with; what it has not is null.
+struct Call
 {
-    if (!list)
-        return true;
-    for (; *list; ++list)
-        if (strcasecmp(*list, name.c_str()) == 0)
-            return true;
-    return false;
-}
+    Call(const CMPIContext* c, const CMPIResult* r, const CMPIObjectPath* p, const char** names)
+        : context(c), result(r), path(p), properties(names)
+    {
+    }
+    Call(const CMPIContext* c,
+         const CMPIResult* r,
+         const CMPIObjectPath* p,
+         const CMPIInstance* i = nullptr,
+         const char** names = nullptr)
+        : context(c), result(r), path(p), instance(i), properties(names)
+    {
+    }
+
+    CMPIStatus returnOne(const CMPIInstance* one) const
+    {
+        const CMPIStatus status = CMReturnInstance(result, one);
+        return status.rc == CMPI_RC_OK ? CMReturnDone(result) : status;
+    }
+
+    const CMPIContext* context;
+    const CMPIResult* result;
+    const CMPIObjectPath* path;
+    const CMPIInstance* instance = nullptr;
+    const char** properties = nullptr;
+};
+
+// A function of a table of operations that does Do, whatever its arguments.
+template <CMPIStatus (*Do)(const Call&)>
+constexpr auto operation = [](CMPIInstanceMI*, auto... arguments) { return Do(Call(arguments...)); };
+
+constexpr auto notSupported = [](auto...) { return CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr}; };
+constexpr auto nothingToClean = [](auto...) { return ok(); };
 
 } // namespace testprovider
+
+// The function that creates a provider's interface: a table of it is there, and `broker`.
+#define PROVIDER_INTERFACE(Provider, Kind, table)                                                            \
+    CMPI_EXTERN_C CMPI##Kind##MI* Provider##_Create_##Kind##MI(                                              \
+        const CMPIBroker* mb, const CMPIContext*, CMPIStatus* rc)                                            \
+    {                                                                                                        \
+        static CMPI##Kind##MI interface {                                                                    \
+            &broker, &(table)                                                                                \
+        };                                                                                                   \
+        broker = mb;                                                                                         \
+        *rc = ok();                                                                                          \
+        return &interface;                                                                                   \
+    }
 
 #endif

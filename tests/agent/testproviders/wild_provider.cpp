@@ -29,13 +29,12 @@ bool isOpen = false;
 
 CMPIUint32 count = 1; // of instances in an enumeration; modifyInstance sets it
 
-CMPIInstance* newInstance(const char* mode, CMPIUint32 number)
+CMPIInstance* newInstance(const std::string& mode, CMPIUint32 number)
 {
     CMPIObjectPath* path = CMNewObjectPath(broker, "root/test", "Test_Wild", nullptr);
-    addKey(path, "Mode", mode);
+    addKey(path, "Mode", mode.c_str());
     CMPIInstance* instance = CMNewInstance(broker, path, nullptr);
-    setText(instance, "Mode", mode);
-    instance->ft->setProperty(instance, "Count", reinterpret_cast<const CMPIValue*>(&number), CMPI_uint32);
+    setNumber(instance, "Count", number);
     return instance;
 }
 
@@ -82,66 +81,47 @@ const std::map<std::string, std::function<void()>>& behaviours()
     return table;
 }
 
-CMPIStatus getInstance(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result, const CMPIObjectPath* path, const char**)
+CMPIStatus getInstance(const Call& call)
 {
-    const std::string mode = keyText(path, "Mode");
+    const std::string mode = keyText(call.path, "Mode");
     const auto place = behaviours().find(mode);
     if (place == behaviours().end())
         return {CMPI_RC_ERR_NOT_FOUND, nullptr};
     place->second();
-    CMReturnInstance(result, newInstance(mode.c_str(), 0));
-    return CMReturnDone(result);
+    return call.returnOne(newInstance(mode, 0));
 }
 
-CMPIStatus enumInstances(
-    CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result, const CMPIObjectPath*, const char**)
+CMPIStatus enumInstances(const Call& call)
 {
     for (CMPIUint32 i = 0; i < count; ++i)
     {
         CMPIGcStat* level = broker->mft->mark(broker, nullptr); // the agent copies results
-        const CMPIStatus status = CMReturnInstance(result, newInstance(std::to_string(i).c_str(), i));
+        const CMPIStatus status = CMReturnInstance(call.result, newInstance(std::to_string(i), i));
         broker->mft->release(broker, level);
         if (status.rc != CMPI_RC_OK)
             return status;
     }
-    return CMReturnDone(result);
+    return CMReturnDone(call.result);
 }
 
-CMPIStatus enumNames(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result, const CMPIObjectPath*)
+CMPIStatus modifyInstance(const Call& call)
 {
-    return CMReturnDone(result);
+    count = numberOf(call.instance, "Count");
+    return CMReturnDone(call.result);
 }
 
-CMPIStatus modifyInstance(CMPIInstanceMI*,
-                          const CMPIContext*,
-                          const CMPIResult* result,
-                          const CMPIObjectPath*,
-                          const CMPIInstance* change,
-                          const char**)
-{
-    count = CMGetProperty(change, "Count", nullptr).value.uint32;
-    return CMReturnDone(result);
-}
-
-CMPIInstanceMIFT operations()
-{
-    CMPIInstanceMIFT table = nothingSupported("Wild");
-    table.enumerateInstanceNames = enumNames;
-    table.enumerateInstances = enumInstances;
-    table.getInstance = getInstance;
-    table.modifyInstance = modifyInstance;
-    return table;
-}
-
-const CMPIInstanceMIFT instanceTable = operations();
-CMPIInstanceMI instanceMi{&broker, &instanceTable};
+const CMPIInstanceMIFT table{CMPIVersion200,
+                             1,
+                             "Wild",
+                             nothingToClean,
+                             notSupported,
+                             operation<enumInstances>,
+                             operation<getInstance>,
+                             notSupported,
+                             operation<modifyInstance>,
+                             notSupported,
+                             notSupported};
 
 } // namespace
 
-CMPI_EXTERN_C CMPIInstanceMI* Wild_Create_InstanceMI(const CMPIBroker* mb, const CMPIContext*, CMPIStatus* rc)
-{
-    broker = mb;
-    *rc = ok();
-    return &instanceMi;
-}
+PROVIDER_INTERFACE(Wild, Instance, table)

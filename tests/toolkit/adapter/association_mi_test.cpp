@@ -69,7 +69,7 @@ TEST_F(AssociationMi, EndsAndReferencesAreFoundUnderAllFilters)
          0},                                                                   // not this association
         {links, rackPath("r1"), {nullptr, nullptr, "Sensor", nullptr}, "", 0}, // the source has another role
         {links, rackPath("r1"), {nullptr, nullptr, nullptr, "Rack"}, "", 2},   // the result has another role
-        // both ends of one class
+        // Both ends of one class.
         {stack, rackPath("mid"), {}, "top low", 2},
         {stack, rackPath("mid"), {nullptr, nullptr, "Upper", nullptr}, "low", 1},
         {stack, rackPath("mid"), {nullptr, nullptr, "Lower", nullptr}, "top", 1},
@@ -77,7 +77,7 @@ TEST_F(AssociationMi, EndsAndReferencesAreFoundUnderAllFilters)
         {stack, rackPath("mid"), {nullptr, nullptr, "Upper", "Upper"}, "", 1},
         {stack, rackPath("ring"), {}, "ring", 1}, // an object's association with itself
         {stack, rackPath("ring"), {nullptr, nullptr, "Upper", "Lower"}, "ring", 1},
-        // ends of any class, told apart by it
+        // Ends of any class, told apart by it.
         {dependencies, sensorPath(7), {}, "r1 r2", 2},
         {dependencies, sensorPath(7), {nullptr, nullptr, "Antecedent", nullptr}, "r2", 1},
         {dependencies, rackPath("r1"), {nullptr, "Demo_Rack", nullptr, nullptr}, "", 1},

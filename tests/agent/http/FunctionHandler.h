@@ -1,0 +1,29 @@
+// A handler that is a function of the test.
+#ifndef TESTS_AGENT_HTTP_FUNCTIONHANDLER_H
+#define TESTS_AGENT_HTTP_FUNCTIONHANDLER_H
+
+#include "agent/http/HttpHandler.h"
+
+#include <functional>
+
+namespace cimd
+{
+
+class FunctionHandler : public HttpHandler
+{
+  public:
+    using Answer = std::function<HttpResponse(HttpRequest&, AnswerStream&)>;
+
+    Verdict refuse(const HttpRequest& head) override { return verdict ? verdict(head) : Verdict(); }
+    HttpResponse answer(HttpRequest& request, AnswerStream& stream) override
+    {
+        return onRequest(request, stream);
+    }
+
+    std::function<Verdict(const HttpRequest&)> verdict;
+    Answer onRequest;
+};
+
+} // namespace cimd
+
+#endif
