@@ -19,7 +19,6 @@ using test_broker::Client;
 using test_broker::Factories;
 using test_broker::Factory;
 using test_broker::Outcome;
-using test_broker::Path;
 
 namespace
 {
@@ -67,7 +66,7 @@ class Module : public testing::Test
         clients.push_back(std::make_unique<Client>(broker, factories(className)));
         return *clients.back();
     }
-    static Path path(const char* className) { return {"root/interop", className, {}}; }
+    static std::string path(const char* className) { return std::string("root/interop:") + className; }
 
     SimSwitch sim;
     Broker broker;
@@ -129,11 +128,10 @@ TEST_F(Module, ServesStatisticsFromOneBatchPerPortAndThenFromTheMap)
     ASSERT_EQ(cold.instances.size(), 4u);
     EXPECT_EQ(sim.calls("xpl_smlGetBatch"), 4u);
     EXPECT_EQ(sim.entries("xpl_smlGetBatch"), 4u * 23u);
-    for (const test_broker::Inst& one : cold.instances)
-    {
-        EXPECT_EQ(one.property("ElementName")->text, "FC Port Statistics");
-        EXPECT_EQ(one.property("InstanceID")->text.substr(0, 39), "VRAX:FCPortStatistics:100002a5c0de0001:");
-    }
+    for (const std::string& one : cold.instances)
+        for (const char* property :
+             {"ElementName=\"FC Port Statistics\"", "InstanceID=\"VRAX:FCPortStatistics:100002a5c0de0001:"})
+            EXPECT_NE(one.find(property), one.npos) << property << " in " << one;
 
     sim.mark();
     EXPECT_EQ(statistics.enumerateInstances(path("VRAX_FCPortStatistics")).texts(), cold.texts());
@@ -144,9 +142,8 @@ TEST_F(Module, ServesStatisticsFromOneBatchPerPortAndThenFromTheMap)
     EXPECT_EQ(one.texts().at(0), cold.texts().at(2));
     EXPECT_EQ(sim.platformCalls(), 0u);
 
-    Path unknown = names.paths[2];
-    test_broker::set(unknown.keys, "InstanceID", test_broker::Value::string("VRAX:FCPortStatistics:none"));
-    EXPECT_EQ(statistics.getInstance(unknown).rc, CMPI_RC_ERR_NOT_FOUND);
+    EXPECT_EQ(statistics.getInstance(path("VRAX_FCPortStatistics.InstanceID=\"none\"")).rc,
+              CMPI_RC_ERR_NOT_FOUND);
 }
 
 TEST_F(Module, AnswersAssociationRequestsFromItsAssociations)
@@ -156,7 +153,7 @@ TEST_F(Module, AnswersAssociationRequestsFromItsAssociations)
     ASSERT_EQ(manager.paths.size(), 1u) << manager.message;
     const Outcome namespaces = pairs.associators(manager.paths[0]);
     ASSERT_EQ(namespaces.instances.size(), 1u) << namespaces.message;
-    EXPECT_EQ(namespaces.instances[0].property("Name")->text, "root/interop");
+    EXPECT_NE(namespaces.instances[0].find("Name=\"root/interop\""), std::string::npos);
     EXPECT_EQ(pairs.references(manager.paths[0]).instances.size(), 1u);
 
     // A failing end is no empty answer.

@@ -50,7 +50,7 @@ TEST(RegistrationMacros, ListEveryProviderTheLastFirst)
     std::vector<std::string> names;
     for (const Registration* one = cimple_module(); one; one = one->next)
         names.emplace_back(one->provider_name);
-    EXPECT_EQ(names,
-              (std::vector<std::string>{
-                  "Alert_Provider", "Link_Provider", "Sensor_Provider", "Rack_Provider"}));
+    EXPECT_EQ(
+        names,
+        (std::vector<std::string>{"Alert_Provider", "Link_Provider", "Sensor_Provider", "Rack_Provider"}));
 }

@@ -18,6 +18,20 @@ struct Factories
     Factory indication = nullptr;
 };
 
+// A path or an instance of a request, as a text.
+struct Path
+{
+    Path(const char* path) : text(path) {}
+    Path(const std::string& path) : text(path) {}
+    std::string text;
+};
+struct Inst
+{
+    Inst(const char* inst) : text(inst) {}
+    Inst(const std::string& inst) : text(inst) {}
+    std::string text;
+};
+
 // A property list; none asks for all properties.
 typedef std::optional<std::vector<const char*>> Properties;
 
@@ -71,16 +85,16 @@ class Client
     {
         return run(instances, &CMPIInstanceMIFT::deleteInstance, Broker::kManyResults, path);
     }
-    Outcome invokeMethod(const Path& path, const char* method, const std::vector<Named>& in = {})
+    Outcome invokeMethod(const Path& path, const char* method, const std::string& in = "")
     {
-        std::vector<Named> out;
+        std::string out;
         const auto invoke = [&](auto* c, auto* r)
         {
             auto* const arguments = make<CMPIArgs>(_broker.journal(), in);
-            auto* const outputs = make<CMPIArgs>(_broker.journal(), {});
+            auto* const outputs = make<CMPIArgs>(_broker.journal(), "");
             const CMPIStatus status =
                 methods->ft->invokeMethod(methods, c, r, pass(path), method, arguments, outputs);
-            out = contentOf(outputs);
+            out = listOf(self(outputs).items);
             return status;
         };
         Outcome outcome = _broker.call(invoke, Broker::kOneResult);
@@ -157,10 +171,12 @@ class Client
 
     // Arguments as they are passed, objects made in the session of the call.
     const char* pass(const char* text) { return text; }
-    CMPIObjectPath* pass(const Path& path) { return make<CMPIObjectPath>(_broker.journal(), path); }
+    CMPIObjectPath* pass(const Path& path) { return make<CMPIObjectPath>(_broker.journal(), path.text); }
     CMPIInstance* pass(const Inst& inst)
     {
-        return make<CMPIInstance>(_broker.journal(), _broker.filled(inst));
+        CMPIInstance* const made = make<CMPIInstance>(_broker.journal(), inst.text);
+        _broker.fill(made);
+        return made;
     }
     const char** pass(Properties& list)
     {
@@ -184,10 +200,8 @@ class Client
     template <class Function>
     Outcome filter(Function function, const Path& path)
     {
-        const auto call = [&](auto* c, auto*) {
-            return (indications->ft->*function)(
-                indications, c, nullptr, path.className.c_str(), pass(path), 1);
-        };
+        const auto call = [&](auto* c, auto*)
+        { return (indications->ft->*function)(indications, c, nullptr, "", pass(path), 1); };
         return _broker.call(call, Broker::kWithoutResult);
     }
 

@@ -1,85 +1,14 @@
 // Provider handles on providers of every kind: answers for what a provider leaves out, and closing calls.
-#include "demo_objects.h"
+#include "scripted.h"
 #include <cimple/Provider_Handle.h>
 #include <gtest/gtest.h>
-#include <map>
-#include <vector>
 
 using namespace cimple;
+using demo::Script;
+using demo::Scripted;
 
 namespace
 {
-// What the provider answers and hands out; operations without an answer say that there is no such operation.
-struct Script
-{
-    std::map<int, int> answers;
-    std::vector<Ref<Instance>> instances; // what every enumeration hands out, shared
-    Instance* result = nullptr;           // what get_instance hands out
-    size_t enumerated = 0;
-};
-Script script;
-
-struct Answer
-{
-    template <class Status>
-    operator Status() const
-    {
-        const auto found = script.answers.find(operation);
-        return static_cast<Status>(found == script.answers.end() ? -1 : found->second);
-    }
-    int operation;
-};
-
-template <class CLASS>
-struct Scripted
-{
-    typedef CLASS Class;
-
-    Answer load() { return {OPERATION_LOAD}; }
-    Answer unload() { return {OPERATION_UNLOAD}; }
-    Answer create_instance(Class*) { return {OPERATION_CREATE_INSTANCE}; }
-    Answer delete_instance(const Class*) { return {OPERATION_DELETE_INSTANCE}; }
-    Answer modify_instance(const Class*, const Class*) { return {OPERATION_MODIFY_INSTANCE}; }
-    Answer get_instance(const Class*, Class*& instance)
-    {
-        instance = static_cast<Class*>(script.result);
-        return {OPERATION_GET_INSTANCE};
-    }
-    template <class Handler>
-    Answer enum_instances(const Class*, Handler* handler)
-    {
-        for (Ref<Instance>& instance : script.instances)
-        {
-            script.enumerated++;
-            ref(instance.ptr());
-            if (!handler->handle(static_cast<Class*>(instance.ptr())))
-                break;
-        }
-        return {OPERATION_ENUM_INSTANCES};
-    }
-    template <class Handler>
-    Answer enum_associator_names(const Instance*, const String&, const String&, const String&, Handler*)
-    {
-        return {OPERATION_ENUM_ASSOCIATOR_NAMES};
-    }
-    template <class Handler>
-    Answer enum_associators(const Instance*, const String&, const String&, const String&, Handler*)
-    {
-        return {OPERATION_ENUM_ASSOCIATORS};
-    }
-    template <class Handler>
-    Answer enum_references(const Instance*, const Class*, const String&, Handler*)
-    {
-        return {OPERATION_ENUM_REFERENCES};
-    }
-    Answer enable_indications(Indication_Handler<Class>* handler)
-    {
-        delete handler;
-        return {OPERATION_ENABLE_INDICATIONS};
-    }
-    Answer disable_indications() { return {OPERATION_DISABLE_INDICATIONS}; }
-};
-
 Registration* head = nullptr;
 Registration rack_provider("Demo",
                            "Demo_Rack_Provider",
@@ -100,8 +29,8 @@ Registration alert_provider("Demo",
 class ProviderHandleTest : public testing::Test
 {
   protected:
-    void SetUp() override { script = Script(); }
-    void TearDown() override { script = Script(); }
+    ProviderHandleTest() { demo::resetScripts(); }
+    ~ProviderHandleTest() override { demo::resetScripts(); }
 };
 
 TEST_F(ProviderHandleTest, TellsWhatItIs)
@@ -145,14 +74,14 @@ TEST_F(ProviderHandleTest, GetInstanceFallsBackToEnumeration)
         {"enumeration missing", 61, -1, "z", GET_INSTANCE_NOT_FOUND},
         {"not found by the provider itself", 60, 0, "b", GET_INSTANCE_NOT_FOUND},
         {"unknown status", 99, 0, "b", GET_INSTANCE_FAILED},
-        {"OK without an instance", 0, 0, "b", GET_INSTANCE_FAILED},
+        {"OK without an instance", 0, 0, "z", GET_INSTANCE_FAILED},
     };
     Provider_Handle handle(&rack_provider);
+    Script& script = demo::script<Demo_Rack>();
     for (const auto& row : rows)
     {
-        script = Script();
-        for (const char* name : {"a", "b", "c"})
-            script.instances.push_back(Ref<Instance>(demo::rack(name).steal()));
+        script.reset();
+        script.instances = demo::shared(demo::rack("a"), demo::rack("b"), demo::rack("c"));
         script.answers = {{OPERATION_GET_INSTANCE, row.get}, {OPERATION_ENUM_INSTANCES, row.enumerate}};
         Instance* found = reinterpret_cast<Instance*>(&script); // must not be left as it is
         EXPECT_EQ(handle.get_instance(demo::rack(row.key).ptr(), found), row.expected) << row.what;
@@ -161,7 +90,7 @@ TEST_F(ProviderHandleTest, GetInstanceFallsBackToEnumeration)
             EXPECT_EQ(instance.count(), 1u) << row.what;
         if (row.expected == GET_INSTANCE_OK)
         {
-            EXPECT_EQ(script.enumerated, 2u) << "stops at the match";
+            EXPECT_EQ(script.handed, 2) << "stops at the match";
             EXPECT_NE(found, script.instances[1].ptr()) << "shared instances are copied";
             destroy(found);
         }
@@ -193,6 +122,7 @@ TEST_F(ProviderHandleTest, EveryEnumerationEndsWithOneClosingCall)
     Provider_Handle handle(&link_provider);
     const Ref<Demo_Rack> source = demo::rack("b");
     const Ref<Demo_RackAboveRack> model(Demo_RackAboveRack::create());
+    Script& script = demo::script<Demo_RackAboveRack>();
     const struct
     {
         int own;
@@ -206,9 +136,9 @@ TEST_F(ProviderHandleTest, EveryEnumerationEndsWithOneClosingCall)
     };
     for (const auto& row : rows)
     {
-        script = Script();
-        for (const auto& ends : {std::pair("a", "b"), std::pair("c", "d"), std::pair("b", "c")})
-            script.instances.emplace_back(demo::rack_above_rack(ends.first, ends.second).steal());
+        script.instances = demo::shared(demo::rack_above_rack("a", "b"),
+                                        demo::rack_above_rack("c", "d"),
+                                        demo::rack_above_rack("b", "c"));
         script.answers = {{OPERATION_ENUM_INSTANCES, row.enumerate},
                           {OPERATION_ENUM_ASSOCIATOR_NAMES, ENUM_ASSOCIATOR_NAMES_FAILED + row.own},
                           {OPERATION_ENUM_REFERENCES, ENUM_REFERENCES_FAILED + row.own},
@@ -249,16 +179,17 @@ TEST_F(ProviderHandleTest, EveryEnumerationEndsWithOneClosingCall)
     }
     Receiver one;
     one.wanted = 1;
-    script.enumerated = 0;
+    script.handed = 0;
     handle.enum_associator_names(
         source.ptr(), "", "", "", receive<const Instance, Enum_Associator_Names_Status>, &one);
     EXPECT_EQ(one.closing.size(), 1u);
-    EXPECT_EQ(script.enumerated, 1u) << "stops when nothing more is wanted";
+    EXPECT_EQ(script.handed, 1) << "stops when nothing more is wanted";
 }
 
 TEST_F(ProviderHandleTest, AHandlerOfIndicationsSaysThatItIsGone)
 {
     Provider_Handle handle(&alert_provider);
+    demo::script<Demo_SensorAlert>().answers = {{OPERATION_ENABLE_INDICATIONS, -1}};
     int calls = 0;
     const auto count = [](Instance* indication, void* client_data)
     {
