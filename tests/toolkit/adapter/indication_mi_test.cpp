@@ -30,26 +30,31 @@ class IndicationMi : public AdapterTest
         return provider;
     }
 
-    // A thread of the provider, created in enable_indications and joined where a test says.
-    struct Worker
+    // Enabling starts a thread of the provider, which is joined where a test says.
+    void startOnEnable(std::function<void(const Script::Hand& handle)> body)
     {
-        std::function<void()> body;
-        cimple::Thread thread;
-
-        void start() { ASSERT_EQ(cimple::Thread::create_joinable(thread, run, this), 0); }
-        void join()
+        alerts.enable = [this, body](const Script::Hand& handle)
         {
-            void* result;
-            cimple::Thread::join(thread, result);
-        }
-        static void* run(void* self)
-        {
-            static_cast<Worker*>(self)->body();
-            return nullptr;
-        }
-    };
+            const auto run = [](void* work) -> void*
+            {
+                (*static_cast<std::function<void()>*>(work))();
+                return nullptr;
+            };
+            _work = [body, handle] { body(handle); };
+            return cimple::Thread::create_joinable(_thread, run, &_work);
+        };
+    }
+    int join()
+    {
+        void* result;
+        return cimple::Thread::join(_thread, result);
+    }
 
     Script& alerts = script<Demo_SensorAlert>();
+
+  private:
+    std::function<void()> _work;
+    cimple::Thread _thread;
 };
 
 TEST_F(IndicationMi, IndicationsGoToEveryNamespaceThatIsSelectedFrom)
@@ -95,18 +100,11 @@ TEST_F(IndicationMi, AThreadMayBeJoinedWhileItDelivers)
         delivering.arrive();
         disabling.wait();
     };
-    Worker worker;
-    alerts.enable = [&](const Script::Hand& handle)
-    {
-        worker.body = [handle] { handle(alert("late")); };
-        worker.start();
-        return 0;
-    };
+    startOnEnable([](const Script::Hand& handle) { handle(alert("late")); });
     alerts.disable = [&]
     {
         disabling.arrive();
-        worker.join();
-        return 0;
+        return join();
     };
     Client& provider = selected();
     EXPECT_TRUE(provider.enableIndications().ok());
@@ -130,18 +128,13 @@ TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
         finished = true;
     };
     std::atomic<bool> accepted{true};
-    Worker worker;
-    alerts.enable = [&](const Script::Hand& handle)
-    {
-        worker.body = [&, handle]
+    startOnEnable(
+        [&](const Script::Hand& handle)
         {
             handle(alert("last"));
             disabled.wait();
             accepted = handle(alert("too late"));
-        };
-        worker.start();
-        return 0;
-    };
+        });
     alerts.disable = [&] { // does not wait for its thread
         disabling.arrive();
         return 0;
@@ -152,7 +145,7 @@ TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
     EXPECT_TRUE(provider.disableIndications().ok());
     EXPECT_TRUE(finished);
     disabled.arrive();
-    worker.join();
+    join();
     EXPECT_FALSE(accepted);
     EXPECT_EQ(broker.deliveries(), Texts{"root/demo Demo_SensorAlert{Text=\"last\"}"});
 }
@@ -161,20 +154,15 @@ TEST_F(IndicationMi, ALongRunningThreadLeavesNothingBehind)
 {
     std::vector<size_t> alive;
     broker.onDelivery = [&] { alive.push_back(broker.journal().objectsAlive); };
-    Worker worker;
-    alerts.enable = [&](const Script::Hand& handle)
-    {
-        worker.body = [handle]
+    startOnEnable(
+        [](const Script::Hand& handle)
         {
             for (int i = 0; i < 50; i++)
                 handle(alert("again"));
-        };
-        worker.start();
-        worker.join();
-        return 0;
-    };
+        });
     Client& provider = selected();
     provider.enableIndications();
+    join();
     ASSERT_EQ(alive.size(), 50u);
     EXPECT_EQ(alive.front(), alive.back());
 
@@ -209,20 +197,13 @@ TEST_F(IndicationMi, RefusalsOfTheProviderAreReportedAndChangeNothing)
 TEST_F(IndicationMi, AProviderInUseIsNotUnloadedUnlessTheServerStops)
 {
     bool stopped = false;
-    Worker worker;
     Latch stop;
-    alerts.enable = [&](const Script::Hand&)
-    {
-        worker.body = [&] { stop.wait(); };
-        worker.start();
-        return 0;
-    };
+    startOnEnable([&](const Script::Hand&) { stop.wait(); });
     alerts.disable = [&]
     {
         stop.arrive();
-        worker.join();
         stopped = true;
-        return 0;
+        return join();
     };
     Client& provider = selected();
     EXPECT_EQ(provider.cleanup(false).rc, CMPI_RC_DO_NOT_UNLOAD); // a filter is active

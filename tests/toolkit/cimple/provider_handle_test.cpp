@@ -99,9 +99,9 @@ TEST_F(ProviderHandleTest, GetInstanceFallsBackToEnumeration)
 
 struct Receiver
 {
-    std::vector<std::string> results;
+    int results = 0;
     std::vector<int> closing;
-    size_t wanted = 1000;
+    int wanted = 1000;
 };
 
 template <class INSTANCE, class STATUS>
@@ -109,11 +109,11 @@ bool receive(INSTANCE* instance, STATUS status, void* client_data)
 {
     Receiver& receiver = *static_cast<Receiver*>(client_data);
     if (instance)
-        receiver.results.push_back(demo::path_of(instance));
+        receiver.results++;
     else
         receiver.closing.push_back(status);
     unref(instance);
-    return receiver.results.size() < receiver.wanted;
+    return receiver.results < receiver.wanted;
 }
 
 // Statuses of the three association requests differ by tens; those of this table are less the FAILED of each.
@@ -123,12 +123,17 @@ TEST_F(ProviderHandleTest, EveryEnumerationEndsWithOneClosingCall)
     const Ref<Demo_Rack> source = demo::rack("b");
     const Ref<Demo_RackAboveRack> model(Demo_RackAboveRack::create());
     Script& script = demo::script<Demo_RackAboveRack>();
+    const auto names = [&](Receiver& to)
+    {
+        return int(handle.enum_associator_names(
+            source.ptr(), "", "", "", receive<const Instance, Enum_Associator_Names_Status>, &to));
+    };
     const struct
     {
         int own;
         int enumerate;
         int expected;
-        size_t results;
+        int results;
     } rows[] = {
         {2, 0, 2, 0},                     // denied by the provider itself
         {1, ENUM_INSTANCES_FAILED, 0, 2}, // left to the caller
@@ -143,33 +148,27 @@ TEST_F(ProviderHandleTest, EveryEnumerationEndsWithOneClosingCall)
                           {OPERATION_ENUM_ASSOCIATOR_NAMES, ENUM_ASSOCIATOR_NAMES_FAILED + row.own},
                           {OPERATION_ENUM_REFERENCES, ENUM_REFERENCES_FAILED + row.own},
                           {OPERATION_ENUM_ASSOCIATORS, ENUM_ASSOCIATORS_FAILED + row.own}};
-
-        Receiver names;
-        EXPECT_EQ(
-            handle.enum_associator_names(
-                source.ptr(), "", "", "", receive<const Instance, Enum_Associator_Names_Status>, &names),
-            ENUM_ASSOCIATOR_NAMES_FAILED + row.expected);
-        EXPECT_EQ(names.closing, std::vector<int>({ENUM_ASSOCIATOR_NAMES_FAILED + row.expected}));
-        EXPECT_EQ(names.results.size(), row.results);
-
-        Receiver references;
-        EXPECT_EQ(handle.enum_references(
-                      source.ptr(), model.ptr(), "", receive<Instance, Enum_References_Status>, &references),
-                  ENUM_REFERENCES_FAILED + row.expected);
-        EXPECT_EQ(references.closing, std::vector<int>({ENUM_REFERENCES_FAILED + row.expected}));
-        EXPECT_EQ(references.results.size(), row.results);
-
-        Receiver associators; // which the caller itself looks for when the provider does not
-        EXPECT_EQ(
+        Receiver received[4];
+        const int statuses[] = {
+            names(received[0]) - ENUM_ASSOCIATOR_NAMES_FAILED,
+            handle.enum_references(
+                source.ptr(), model.ptr(), "", receive<Instance, Enum_References_Status>, &received[1]) -
+                ENUM_REFERENCES_FAILED,
             handle.enum_associators(
-                source.ptr(), "", "", "", receive<const Instance, Enum_Associators_Status>, &associators),
-            ENUM_ASSOCIATORS_FAILED + row.own);
-        EXPECT_EQ(associators.closing.size(), row.own == 1 ? 0u : 1u);
-
-        Receiver instances;
-        EXPECT_EQ(handle.enum_instances(model.ptr(), receive<Instance, Enum_Instances_Status>, &instances),
-                  row.enumerate);
-        EXPECT_EQ(instances.closing, std::vector<int>({row.enumerate}));
+                source.ptr(), "", "", "", receive<const Instance, Enum_Associators_Status>, &received[2]) -
+                ENUM_ASSOCIATORS_FAILED,
+            handle.enum_instances(model.ptr(), receive<Instance, Enum_Instances_Status>, &received[3])};
+        // Associators are looked for by the caller when the provider does not.
+        const int expected[] = {row.expected, row.expected, row.own, row.enumerate};
+        const int failed[] = {
+            ENUM_ASSOCIATOR_NAMES_FAILED, ENUM_REFERENCES_FAILED, ENUM_ASSOCIATORS_FAILED, 0};
+        for (int i = 0; i < 4; i++)
+        {
+            EXPECT_EQ(statuses[i], expected[i]) << i;
+            const bool open = i == 2 && row.own == 1;
+            EXPECT_EQ(received[i].closing, std::vector<int>(open ? 0 : 1, failed[i] + expected[i])) << i;
+            EXPECT_EQ(received[i].results, i < 2 ? row.results : i == 2 ? 0 : 3) << i;
+        }
         for (Ref<Instance>& instance : script.instances)
         {
             const Demo_RackAboveRack* const link = cast<Demo_RackAboveRack*>(instance.ptr());
@@ -180,8 +179,7 @@ TEST_F(ProviderHandleTest, EveryEnumerationEndsWithOneClosingCall)
     Receiver one;
     one.wanted = 1;
     script.handed = 0;
-    handle.enum_associator_names(
-        source.ptr(), "", "", "", receive<const Instance, Enum_Associator_Names_Status>, &one);
+    names(one);
     EXPECT_EQ(one.closing.size(), 1u);
     EXPECT_EQ(script.handed, 1) << "stops when nothing more is wanted";
 }
