@@ -103,13 +103,7 @@ TEST_F(AssociationMi, OnlyPairsOfTheSourceAreTouched)
     Instance_Map<Demo_RackAboveRack> map;
     for (int i = 0; i < 20; i++)
         map.insert(rack_above_rack(std::to_string(i).c_str(), std::to_string(i + 1).c_str()).steal());
-    racks.enumerate = [&](const Instance* model, Script::Hand hand)
-    {
-        const auto receive = [](Instance* instance, Enum_Instances_Status, void* to)
-        { return (*static_cast<Script::Hand*>(to))(instance); };
-        Enum_Instances_Handler<Demo_RackAboveRack> handler(receive, &hand);
-        map.enum_instances(static_cast<const Demo_RackAboveRack*>(model), &handler);
-    };
+    racks.enumerate = [&](const Instance* model, const Script::Hand& hand) { handOutOf(map, model, hand); };
     Client& stack = client(rackAboveRackProvider);
     const Filters upper = {nullptr, nullptr, "Upper", nullptr};
     for (const auto& [filters, pairs] : {std::pair(Filters{}, 2), std::pair(upper, 1)})

@@ -333,6 +333,16 @@ TEST_F(InstanceMi, AfterAResultThatCannotBeDeliveredNothingMoreIsDone)
               Texts{"1: Demo_Rack: enumerate instances: key Name has no value"});
     EXPECT_EQ(racks.handed, 2);
 
+    // A provider that goes on all the same.
+    racks.enumerate = [&](const Instance*, const Script::Hand& hand)
+    {
+        for (const Ref<Instance>& instance : racks.instances)
+            hand(clone(instance.ptr()));
+    };
+    const Outcome stubborn = provider.enumerateInstances(kRacks);
+    EXPECT_EQ(stubborn.message, "Demo_Rack: enumerate instances: key Name has no value");
+    EXPECT_EQ(stubborn.instances, Texts{"Demo_Rack{Name=\"r1\"}"});
+
     // A client that has gone.
     racks.reset();
     racks.instances = shared(rack("r1"), rack("r2"), rack("r3"), rack("r4"));

@@ -134,13 +134,8 @@ TEST(MapIndexTest, AnswersAsALookAtEveryInstanceDoes)
         demo::Script& script = demo::script<Demo_Dependency>();
         script.reset();
         script.keepModels = false;
-        script.enumerate = [&](const Instance* model, demo::Script::Hand hand)
-        {
-            const auto receive = [](Instance* instance, Enum_Instances_Status, void* to)
-            { return (*static_cast<demo::Script::Hand*>(to))(instance); };
-            Enum_Instances_Handler<Demo_Dependency> handler(receive, &hand);
-            map.enum_instances(indexed ? static_cast<const Demo_Dependency*>(model) : nullptr, &handler);
-        };
+        script.enumerate = [&](const Instance* model, const demo::Script::Hand& hand)
+        { demo::handOutOf(map, indexed ? model : nullptr, hand); };
         size_t found = 0;
         for (int step = 0; step < 4000; step++)
         {
@@ -178,13 +173,6 @@ TEST(MapIndexTest, AnswersAsALookAtEveryInstanceDoes)
     }
 }
 
-bool gather(Instance* instance, Enum_Instances_Status, void* client_data)
-{
-    static_cast<Found*>(client_data)->push_back(instance);
-    unref(instance);
-    return true;
-}
-
 TEST(MapIndexTest, AModelAsksForLessOnlyByItsReferences)
 {
     Instance_Map<Demo_SensorInRack> map;
@@ -195,12 +183,14 @@ TEST(MapIndexTest, AModelAsksForLessOnlyByItsReferences)
     unref(std::exchange(plain->Sensor, nullptr));
     const auto positions = [&map](const Ref<Demo_SensorInRack>& model)
     {
-        Found found;
-        Enum_Instances_Handler<Demo_SensorInRack> handler(gather, &found);
-        map.enum_instances(model.ptr(), &handler);
         std::string text;
-        for (const Instance* instance : found)
+        const auto add = [&](Instance* instance)
+        {
             text += std::to_string(map.find(static_cast<const Demo_SensorInRack*>(instance)));
+            unref(instance);
+            return true;
+        };
+        demo::handOutOf(map, model.ptr(), add);
         return text;
     };
     EXPECT_EQ(positions(plain), "012345");
@@ -216,9 +206,13 @@ TEST(MapIndexTest, AModelAsksForLessOnlyByItsReferences)
     Ref<Demo_Sensor> sensor = demo::sensor(1);
     sensors.insert(demo::sensor(2).steal());
     sensor->Limits = Demo_Limits::create();
-    Found found;
-    Enum_Instances_Handler<Demo_Sensor> handler(gather, &found);
-    sensors.enum_instances(sensor.ptr(), &handler);
-    EXPECT_EQ(found.size(), 1u);
+    size_t found = 0;
+    const auto count = [&](Instance* instance)
+    {
+        unref(instance);
+        return ++found != 0;
+    };
+    demo::handOutOf(sensors, sensor.ptr(), count);
+    EXPECT_EQ(found, 1u);
 }
 } // namespace

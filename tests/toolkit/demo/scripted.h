@@ -82,6 +82,16 @@ struct Script
     Answer invoke(const Instance* self, Instance* object);
 };
 
+// Hands out what a map chooses by the model.
+template <class Class>
+void handOutOf(cimple::Instance_Map<Class>& map, const cimple::Instance* model, Script::Hand hand)
+{
+    const auto receive = [](cimple::Instance* instance, cimple::Enum_Instances_Status, void* to)
+    { return (*static_cast<Script::Hand*>(to))(instance); };
+    cimple::Enum_Instances_Handler<Class> handler(receive, &hand);
+    map.enum_instances(static_cast<const Class*>(model), &handler);
+}
+
 // The script of the providers of a class.
 Script& script(const char* className);
 template <class Class>
