@@ -2,8 +2,8 @@
 #include "support/Freshness.h"
 
 #include <atomic>
-#include <functional>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -16,48 +16,29 @@ typedef Freshness::State State;
 
 constexpr std::uint64_t kNow = 5000;
 
-void load(Freshness& map)
-{
-    map.loadBegan(0);
-    map.loadSucceeded(kNow);
-}
-
 TEST(Freshness, EveryEventLeadsFromEveryStateToTheOneState)
 {
-    const std::function<void(Freshness&)> reach[] = {
-        [](Freshness&) {},
-        [](Freshness& map) { map.loadBegan(0); },
-        [](Freshness& map)
-        {
-            map.loadBegan(0);
-            map.forceStale();
-        },
-        [](Freshness& map)
-        {
-            load(map);
-            map.forceStale();
-        },
-        [](Freshness& map)
-        {
-            map.loadBegan(0);
-            map.loadFailed();
-        },
-        load,
-    };
+    typedef void (*Event)(Freshness&);
+    const Event begin = [](Freshness& map) { map.loadBegan(0); };
+    const Event succeed = [](Freshness& map) { map.loadSucceeded(kNow); };
+    const Event fail = [](Freshness& map) { map.loadFailed(); };
+    const Event force = [](Freshness& map) { map.forceStale(); };
+    const std::vector<Event> reach[] = {
+        {}, {begin}, {begin, force}, {begin, succeed, force}, {begin, fail}, {begin, succeed}};
     const State E = State::Empty, L = State::Loading, O = State::Overtaken, S = State::Stale,
                 F = State::Failed, R = State::Fresh;
     struct Row
     {
         const char* event;
-        std::function<void(Freshness&)> happen;
+        Event happen;
         State from[6]; // empty, loading, overtaken, stale, failed, fresh
     };
     const Row rows[] = {
         {"nothing", [](Freshness&) {}, {E, L, O, S, F, R}},
-        {"forced stale", [](Freshness& map) { map.forceStale(); }, {E, O, O, S, F, S}},
-        {"load began", [](Freshness& map) { map.loadBegan(0); }, {L, L, L, L, L, L}},
-        {"load succeeded", [](Freshness& map) { map.loadSucceeded(kNow); }, {S, R, S, S, S, S}},
-        {"load failed", [](Freshness& map) { map.loadFailed(); }, {F, F, F, F, F, F}},
+        {"forced stale", force, {E, O, O, S, F, S}},
+        {"load began", begin, {L, L, L, L, L, L}},
+        {"load succeeded", succeed, {S, R, S, S, S, S}},
+        {"load failed", fail, {F, F, F, F, F, F}},
         {"changed", [](Freshness& map) { map.changed(); }, {E, L, O, S, F, R}},
         {"cleared", [](Freshness& map) { map.cleared(); }, {E, E, E, E, E, E}},
     };
@@ -66,7 +47,8 @@ TEST(Freshness, EveryEventLeadsFromEveryStateToTheOneState)
         for (std::size_t i = 0; i < std::size(reach); ++i)
         {
             Freshness map;
-            reach[i](map);
+            for (const Event event : reach[i])
+                event(map);
             row.happen(map);
             const State state = row.from[i];
             EXPECT_EQ(map.state(), state) << row.event << " from state " << i;

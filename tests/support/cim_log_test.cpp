@@ -8,53 +8,33 @@ namespace
 
 TEST(CimLog, WritesFromTheConfiguredLevelUp)
 {
-    struct Row
+    const std::vector<Log_Capture::Line> all = {{1, "trace"}, {2, "info"}, {4, "critical"}};
+    for (int lowest = kLogTrace; lowest <= kLogCritical + 1; ++lowest)
     {
-        int lowest;
-        std::vector<Log_Capture::Line> written;
-    };
-    const Row rows[] = {
-        {kLogTrace, {{1, "trace"}, {2, "info"}, {4, "critical"}}},
-        {kLogInfo, {{2, "info"}, {4, "critical"}}},
-        {3, {{4, "critical"}}},
-        {kLogCritical, {{4, "critical"}}},
-        {kLogCritical + 1, {}},
-    };
-    for (const Row& row : rows)
-    {
-        const Log_Capture log(row.lowest);
-        cim_log(kLogTrace, "%s\n", "trace");
-        cim_log(kLogInfo, "%s\n", "info");
-        cim_log(kLogCritical, "%s\n", "critical");
-        EXPECT_EQ(log.take(), row.written) << "lowest level " << row.lowest;
+        const Log_Capture log(lowest);
+        std::vector<Log_Capture::Line> expected;
+        for (const auto& [level, text] : all)
+        {
+            cim_log(level, "%s\n", text.c_str());
+            if (level >= lowest)
+                expected.emplace_back(level, text);
+        }
+        EXPECT_EQ(log.take(), expected) << "lowest level " << lowest;
     }
 }
 
-TEST(CimLog, TakesOffOneClosingLineFeedOnly)
+TEST(CimLog, TakesOffOneClosingLineFeedAndKeepsLongLinesWhole)
 {
-    const std::pair<const char*, const char*> rows[] = {
+    std::vector<std::pair<std::string, std::string>> rows = {
         {"a\n", "a"}, {"a", "a"}, {"\n", ""}, {"", ""}, {"a\n\n", "a\n"}, {"a \n b\n", "a \n b"}};
+    // Around the size of the buffer that ordinary lines are formatted in, and far beyond it.
+    for (const std::size_t length : {510u, 511u, 512u, 513u, 5000u})
+        rows.emplace_back(std::string(length, 'x') + "\n", std::string(length, 'x'));
     for (const auto& [written, received] : rows)
     {
         const Log_Capture log;
-        cim_log(kLogCritical, "%s", written);
-        const auto lines = log.take();
-        ASSERT_EQ(lines.size(), 1u);
-        EXPECT_EQ(lines[0].second, received);
-    }
-}
-
-TEST(CimLog, KeepsLongLinesWhole)
-{
-    // Around the size of the buffer that ordinary lines are formatted in, and far beyond it.
-    for (const std::size_t length : {510u, 511u, 512u, 513u, 5000u})
-    {
-        const Log_Capture log;
-        const std::string text(length, 'x');
-        cim_log(kLogCritical, "%s\n", text.c_str());
-        const auto lines = log.take();
-        ASSERT_EQ(lines.size(), 1u);
-        EXPECT_EQ(lines[0].second, text) << "length " << length;
+        cim_log(kLogCritical, "%s", written.c_str());
+        EXPECT_EQ(log.take(), std::vector<Log_Capture::Line>({{kLogCritical, received}}));
     }
 }
 

@@ -55,64 +55,46 @@ std::string readFrom(int descriptor)
     return std::string(text, length > 0 ? static_cast<std::size_t>(length) : 0);
 }
 
-TEST(DefaultLog, WritesWhereSomebodyReads)
+TEST(DefaultLog, WritesWhereSomebodyReadsAndOtherwiseTurnsToSyslog)
 {
-    toSyslog.clear();
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    writeDefaultLog(kLogCritical, "to a pipe", Stream(ends[1]), catchSyslog);
-    EXPECT_EQ(readFrom(ends[0]), "to a pipe\n");
-
+    int piped[2];
+    int connected[2];
     char path[] = "/tmp/default_log_XXXXXX";
-    const int file = mkstemp(path);
-    ASSERT_GE(file, 0);
-    writeDefaultLog(kLogCritical, "to a file", Stream(dup(file)), catchSyslog);
-    unlink(path);
-    lseek(file, 0, SEEK_SET);
-    EXPECT_EQ(readFrom(file), "to a file\n");
-
+    ASSERT_EQ(pipe(piped), 0);
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, connected), 0);
     const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    if (terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0)
-    {
-        const int user = open(ptsname(terminal), O_RDWR | O_NOCTTY);
-        ASSERT_GE(user, 0);
-        const Stream stream(user);
-        writeDefaultLog(kLogCritical, "to a terminal", stream, catchSyslog);
-        EXPECT_EQ(readFrom(terminal), "to a terminal\r\n");
-    }
-    EXPECT_TRUE(toSyslog.empty());
-}
+    ASSERT_TRUE(grantpt(terminal) == 0 && unlockpt(terminal) == 0);
+    const int file = mkstemp(path);
+    const Stream user(open(ptsname(terminal), O_RDWR | O_NOCTTY));
 
-TEST(DefaultLog, TurnsToSyslogWhereNobodyReads)
-{
-    typedef std::vector<std::pair<int, std::string>> Lines;
-    toSyslog.clear();
+    writeDefaultLog(kLogCritical, "to a pipe", Stream(piped[1]), catchSyslog);
+    writeDefaultLog(kLogCritical, "to a file", Stream(dup(file)), catchSyslog);
+    writeDefaultLog(kLogCritical, "to a terminal", user, catchSyslog);
+    EXPECT_TRUE(toSyslog.empty());
+    lseek(file, 0, SEEK_SET);
+    unlink(path);
+    EXPECT_EQ(readFrom(piped[0]), "to a pipe\n");
+    EXPECT_EQ(readFrom(file), "to a file\n");
+    EXPECT_EQ(readFrom(terminal), "to a terminal\r\n");
+
     const Stream device(open("/dev/null", O_WRONLY));
     for (const int level : {kLogTrace, kLogInfo, 3, kLogCritical})
         writeDefaultLog(level, "100 %s", device, catchSyslog);
-    EXPECT_EQ(toSyslog,
-              (Lines{{LOG_DAEMON | LOG_DEBUG, "vrax: 100 %s"},
-                     {LOG_DAEMON | LOG_INFO, "vrax: 100 %s"},
-                     {LOG_DAEMON | LOG_INFO, "vrax: 100 %s"},
-                     {LOG_DAEMON | LOG_ERR, "vrax: 100 %s"}}));
-
     // A client's connection that got the number of standard error must not see a line.
-    toSyslog.clear();
-    int ends[2];
-    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
-    writeDefaultLog(kLogCritical, "private", Stream(ends[1]), catchSyslog);
-    EXPECT_EQ(readFrom(ends[0]), "");
-    {
-        const Stream closed(dup(STDOUT_FILENO));
-        const int number = fileno(closed);
-        const int kept = dup(number);
-        close(number);
-        writeDefaultLog(kLogCritical, "closed", closed, catchSyslog);
-        dup2(kept, number); // for the stream to close
-        close(kept);
-    }
-    EXPECT_EQ(toSyslog,
-              (Lines{{LOG_DAEMON | LOG_ERR, "vrax: private"}, {LOG_DAEMON | LOG_ERR, "vrax: closed"}}));
+    writeDefaultLog(kLogCritical, "private", Stream(connected[1]), catchSyslog);
+    EXPECT_EQ(readFrom(connected[0]), "");
+    const int kept = dup(fileno(device));
+    close(fileno(device));
+    writeDefaultLog(kLogCritical, "closed", device, catchSyslog);
+    dup2(kept, fileno(device)); // for the stream to close
+    close(kept);
+    const std::vector<std::pair<int, std::string>> lines = {{LOG_DAEMON | LOG_DEBUG, "vrax: 100 %s"},
+                                                            {LOG_DAEMON | LOG_INFO, "vrax: 100 %s"},
+                                                            {LOG_DAEMON | LOG_INFO, "vrax: 100 %s"},
+                                                            {LOG_DAEMON | LOG_ERR, "vrax: 100 %s"},
+                                                            {LOG_DAEMON | LOG_ERR, "vrax: private"},
+                                                            {LOG_DAEMON | LOG_ERR, "vrax: closed"}};
+    EXPECT_EQ(toSyslog, lines);
 }
 
 // The host's word counts: a null sink is standard error even where nobody seems to read it.

@@ -25,57 +25,48 @@ void holdDataCache()
 
 TEST(LockOrderDeathTest, StopsInversionsWithBothNames)
 {
-    struct Row
+    typedef int (VRAX_Maps::*Lock)(providerEnum_t);
+    constexpr Lock kRead = &VRAX_Maps::rdLock, kWrite = &VRAX_Maps::wrLock;
+    const struct
     {
-        void (*take)();
+        Lock lock;
+        providerEnum_t held;
+        providerEnum_t asked;
         const char* message;
+    } rows[] = {
+        {kWrite,
+         VRAX_Namespace_Idx,
+         VRAX_ObjectManager_Idx,
+         "VRAX_ObjectManager asked for while holding VRAX_Nam"},
+        {kRead,
+         VRAX_Namespace_Idx,
+         VRAX_NamespaceInManager_Idx,
+         "VRAX_NamespaceInManager asked for while holdi"},
+        {kWrite,
+         VRAX_FCSwitchZone_Idx,
+         VRAX_FabricZone_Idx,
+         "VRAX_FabricZone asked for while holding VRAX_FCSw"},
+        {kRead, VRAX_Namespace_Idx, VRAX_Namespace_Idx, "VRAX_Namespace asked for .*: a writer that waits"},
     };
-    const Row rows[] = {
-        {[]
-         {
-             maps().wrLock(VRAX_Namespace_Idx);
-             maps().wrLock(VRAX_ObjectManager_Idx);
-         },
-         "VRAX_ObjectManager asked for while holding VRAX_Namespace"},
-        {[]
-         {
-             maps().rdLock(VRAX_Namespace_Idx);
-             maps().rdLock(VRAX_NamespaceInManager_Idx);
-         },
-         "VRAX_NamespaceInManager asked for while holding VRAX_Namespace"},
-        {[]
-         {
-             maps().wrLock(VRAX_FCSwitchZone_Idx);
-             maps().wrLock(VRAX_FabricZone_Idx);
-         },
-         "VRAX_FabricZone asked for while holding VRAX_FCSwitchZone"},
-        {[]
-         {
-             maps().rdLock(VRAX_Namespace_Idx);
-             maps().wrLock(VRAX_Namespace_Idx);
-         },
-         "a read lock cannot become a write lock"},
-        {[]
-         {
-             maps().rdLock(VRAX_Namespace_Idx);
-             maps().rdLock(VRAX_Namespace_Idx);
-         },
-         "VRAX_Namespace asked for while holding VRAX_Namespace: a writer that waits"},
-        {[]
-         {
-             maps().wrLock(VRAX_Namespace_Idx);
-             maps().associationLoadMutex().lock();
-         },
-         "the association-load mutex asked for while holding VRAX_Namespace"},
-        {[]
-         {
-             holdDataCache();
-             maps().wrLock(VRAX_FCPort_Idx);
-         },
-         "VRAX_FCPort asked for while holding the data cache"},
-    };
-    for (const Row& row : rows)
-        EXPECT_DEATH(row.take(), row.message);
+    for (const auto& row : rows)
+    {
+        const auto take = [&]
+        {
+            (maps().*row.lock)(row.held);
+            (maps().*row.lock)(row.asked);
+        };
+        EXPECT_DEATH(take(), row.message);
+    }
+    maps().rdLock(VRAX_Namespace_Idx);
+    EXPECT_DEATH(maps().wrLock(VRAX_Namespace_Idx), "a read lock cannot become a write lock");
+    EXPECT_DEATH(maps().InstMapLoadSetOK(VRAX_Namespace_Idx),
+                 "VRAX_Namespace is changed without its write lock");
+    EXPECT_DEATH(maps().associationLoadMutex().lock(),
+                 "the association-load mutex asked for while holding VRAX_Namespace");
+    maps().unlock(VRAX_Namespace_Idx);
+    holdDataCache();
+    EXPECT_DEATH(maps().wrLock(VRAX_FCPort_Idx), "VRAX_FCPort asked for while holding the data cache");
+    lock_order::released(lock_order::Lock::dataCache());
 }
 
 TEST(LockOrder, LetsTheGivenOrderAndNestedAttemptsThrough)

@@ -12,11 +12,9 @@ namespace adapter_test
 using namespace cimple;
 using test_broker::Client;
 using test_broker::Inst;
-using test_broker::Named;
 using test_broker::Outcome;
 using test_broker::Path;
 using test_broker::Properties;
-using test_broker::Value;
 typedef std::vector<std::string> Texts;
 
 class AdapterTest : public testing::Test
@@ -49,6 +47,16 @@ class AdapterTest : public testing::Test
   private:
     std::vector<std::unique_ptr<Client>> _clients;
 };
+
+inline std::string rackPath(const std::string& name)
+{
+    return "root/demo:Demo_Rack.Name=\"" + name + "\"";
+}
+
+inline std::string sensorPath(int id)
+{
+    return "root/demo:Demo_Sensor.Id=u32:" + std::to_string(id);
+}
 
 // A one-time event that threads of a test wait for: `missing` arrivals.
 struct Latch

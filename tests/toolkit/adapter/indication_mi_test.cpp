@@ -10,65 +10,70 @@ namespace adapter_test
 namespace
 {
 
+const char kAlerts[] = "root/demo:Demo_SensorAlert";
+
 class IndicationMi : public AdapterTest
 {
   protected:
-    Texts delivered()
+    static Instance* alert(const char* text)
     {
-        Texts texts;
-        for (const test_broker::Delivery& delivery : broker.deliveries())
-            texts.push_back(delivery.ns + " " + test_broker::textOf(delivery.indication));
-        return texts;
+        Demo_SensorAlert* const alert = Demo_SensorAlert::create(true);
+        alert->Text.set(text);
+        return alert;
     }
 
     // A provider from whose indications a client selects.
     Client& selected()
     {
         Client& provider = client(alertProvider);
-        provider.activateFilter(classPath("Demo_SensorAlert"));
+        provider.activateFilter(kAlerts);
         return provider;
     }
 
-    // A thread of the provider, created in enable_indications and joined where a test says.
-    struct Worker
+    // Enabling starts a thread of the provider, which is joined where a test says.
+    void startOnEnable(std::function<void(const Script::Hand& handle)> body)
     {
-        std::function<void()> body;
-        cimple::Thread thread;
-
-        void start() { ASSERT_EQ(cimple::Thread::create_joinable(thread, run, this), 0); }
-        void join()
+        alerts.enable = [this, body](const Script::Hand& handle)
         {
-            void* result;
-            cimple::Thread::join(thread, result);
-        }
-        static void* run(void* self)
-        {
-            static_cast<Worker*>(self)->body();
-            return nullptr;
-        }
-    };
+            const auto run = [](void* work) -> void*
+            {
+                (*static_cast<std::function<void()>*>(work))();
+                return nullptr;
+            };
+            _work = [body, handle] { body(handle); };
+            return cimple::Thread::create_joinable(_thread, run, &_work);
+        };
+    }
+    int join()
+    {
+        void* result;
+        return cimple::Thread::join(_thread, result);
+    }
 
     Script& alerts = script<Demo_SensorAlert>();
+
+  private:
+    std::function<void()> _work;
+    cimple::Thread _thread;
 };
 
 TEST_F(IndicationMi, IndicationsGoToEveryNamespaceThatIsSelectedFrom)
 {
-    alerts.enable = [&](const Script::Handle& handle)
+    alerts.enable = [&](const Script::Hand& handle)
     {
-        handle(alert("armed").steal());
+        handle(alert("armed"));
         return 0;
     };
     Client& provider = client(alertProvider);
-    const Path one = {"root/one", "Demo_SensorAlert", {}};
-    const Path two = {"root/two", "Demo_SensorAlert", {}};
-
+    const char one[] = "root/one:Demo_SensorAlert";
+    const char two[] = "root/two:Demo_SensorAlert";
     provider.activateFilter(two);
     provider.activateFilter(one);
     provider.activateFilter(one);
     EXPECT_TRUE(provider.enableIndications().ok());
     EXPECT_TRUE(provider.enableIndications().ok()); // no second time
     EXPECT_EQ(
-        delivered(),
+        broker.deliveries(),
         Texts({"root/one Demo_SensorAlert{Text=\"armed\"}", "root/two Demo_SensorAlert{Text=\"armed\"}"}));
 
     provider.disableIndications();
@@ -76,13 +81,13 @@ TEST_F(IndicationMi, IndicationsGoToEveryNamespaceThatIsSelectedFrom)
     provider.deactivateFilter(two);
     provider.deactivateFilter(two); // once too often
     provider.enableIndications();
-    EXPECT_EQ(delivered().size(), 3u);
-    EXPECT_EQ(delivered().back(), "root/one Demo_SensorAlert{Text=\"armed\"}");
+    EXPECT_EQ(broker.deliveries().size(), 3u);
+    EXPECT_EQ(broker.deliveries().back(), "root/one Demo_SensorAlert{Text=\"armed\"}");
 
     provider.disableIndications();
     provider.deactivateFilter(one);
     provider.enableIndications();
-    EXPECT_EQ(delivered().size(), 3u);
+    EXPECT_EQ(broker.deliveries().size(), 3u);
     provider.disableIndications();
 }
 
@@ -90,29 +95,22 @@ TEST_F(IndicationMi, AThreadMayBeJoinedWhileItDelivers)
 {
     Latch delivering;
     Latch disabling;
-    broker.onDelivery = [&](const test_broker::Delivery&)
+    broker.onDelivery = [&]
     {
         delivering.arrive();
         disabling.wait();
     };
-    Worker worker;
-    alerts.enable = [&](const Script::Handle& handle)
-    {
-        worker.body = [handle] { handle(alert("late").steal()); };
-        worker.start();
-        return 0;
-    };
+    startOnEnable([](const Script::Hand& handle) { handle(alert("late")); });
     alerts.disable = [&]
     {
         disabling.arrive();
-        worker.join();
-        return 0;
+        return join();
     };
     Client& provider = selected();
     EXPECT_TRUE(provider.enableIndications().ok());
     delivering.wait();
     EXPECT_TRUE(provider.disableIndications().ok());
-    EXPECT_EQ(delivered(), Texts{"root/demo Demo_SensorAlert{Text=\"late\"}"});
+    EXPECT_EQ(broker.deliveries(), Texts{"root/demo Demo_SensorAlert{Text=\"late\"}"});
 }
 
 TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
@@ -121,7 +119,7 @@ TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
     Latch disabling;
     Latch disabled;
     std::atomic<bool> finished{false};
-    broker.onDelivery = [&](const test_broker::Delivery&)
+    broker.onDelivery = [&]
     {
         delivering.arrive();
         disabling.wait();
@@ -130,18 +128,13 @@ TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
         finished = true;
     };
     std::atomic<bool> accepted{true};
-    Worker worker;
-    alerts.enable = [&](const Script::Handle& handle)
-    {
-        worker.body = [&, handle]
+    startOnEnable(
+        [&](const Script::Hand& handle)
         {
-            handle(alert("last").steal());
+            handle(alert("last"));
             disabled.wait();
-            accepted = handle(alert("too late").steal());
-        };
-        worker.start();
-        return 0;
-    };
+            accepted = handle(alert("too late"));
+        });
     alerts.disable = [&] { // does not wait for its thread
         disabling.arrive();
         return 0;
@@ -152,36 +145,31 @@ TEST_F(IndicationMi, AfterDisableNoDeliveryIsUnderWayOrBegins)
     EXPECT_TRUE(provider.disableIndications().ok());
     EXPECT_TRUE(finished);
     disabled.arrive();
-    worker.join();
+    join();
     EXPECT_FALSE(accepted);
-    EXPECT_EQ(delivered(), Texts{"root/demo Demo_SensorAlert{Text=\"last\"}"});
+    EXPECT_EQ(broker.deliveries(), Texts{"root/demo Demo_SensorAlert{Text=\"last\"}"});
 }
 
 TEST_F(IndicationMi, ALongRunningThreadLeavesNothingBehind)
 {
     std::vector<size_t> alive;
-    broker.onDelivery = [&](const test_broker::Delivery&) { alive.push_back(broker.journal().objectsAlive); };
-    Worker worker;
-    alerts.enable = [&](const Script::Handle& handle)
-    {
-        worker.body = [handle]
+    broker.onDelivery = [&] { alive.push_back(broker.journal().objectsAlive); };
+    startOnEnable(
+        [](const Script::Hand& handle)
         {
             for (int i = 0; i < 50; i++)
-                handle(alert("again").steal());
-        };
-        worker.start();
-        worker.join();
-        return 0;
-    };
+                handle(alert("again"));
+        });
     Client& provider = selected();
     provider.enableIndications();
+    join();
     ASSERT_EQ(alive.size(), 50u);
     EXPECT_EQ(alive.front(), alive.back());
 
     provider.disableIndications();
-    alerts.enable = [&](const Script::Handle& handle) // from a thread that is not the provider's
+    alerts.enable = [&](const Script::Hand& handle) // from a thread that is not the provider's
     {
-        std::thread([&] { handle(alert("foreign").steal()); }).join();
+        std::thread([&] { handle(alert("foreign")); }).join();
         return 0;
     };
     EXPECT_TRUE(provider.enableIndications().ok());
@@ -191,7 +179,7 @@ TEST_F(IndicationMi, ALongRunningThreadLeavesNothingBehind)
 TEST_F(IndicationMi, RefusalsOfTheProviderAreReportedAndChangeNothing)
 {
     int enables = 0;
-    alerts.enable = [&](const Script::Handle&) { return ++enables == 1 ? ENABLE_INDICATIONS_FAILED : 0; };
+    alerts.enable = [&](const Script::Hand&) { return ++enables == 1 ? ENABLE_INDICATIONS_FAILED : 0; };
     int disables = 0;
     alerts.disable = [&] { return ++disables == 1 ? DISABLE_INDICATIONS_FAILED : 0; };
     Client& provider = client(alertProvider);
@@ -209,25 +197,18 @@ TEST_F(IndicationMi, RefusalsOfTheProviderAreReportedAndChangeNothing)
 TEST_F(IndicationMi, AProviderInUseIsNotUnloadedUnlessTheServerStops)
 {
     bool stopped = false;
-    Worker worker;
     Latch stop;
-    alerts.enable = [&](const Script::Handle&)
-    {
-        worker.body = [&] { stop.wait(); };
-        worker.start();
-        return 0;
-    };
+    startOnEnable([&](const Script::Hand&) { stop.wait(); });
     alerts.disable = [&]
     {
         stop.arrive();
-        worker.join();
         stopped = true;
-        return 0;
+        return join();
     };
     Client& provider = selected();
     EXPECT_EQ(provider.cleanup(false).rc, CMPI_RC_DO_NOT_UNLOAD); // a filter is active
     provider.enableIndications();
-    provider.deactivateFilter(classPath("Demo_SensorAlert"));
+    provider.deactivateFilter(kAlerts);
     EXPECT_EQ(provider.cleanup(false).rc, CMPI_RC_DO_NOT_UNLOAD); // indications are enabled
     EXPECT_EQ(alerts.alive, 1);
     EXPECT_FALSE(stopped);

@@ -15,25 +15,24 @@ class InstanceMi : public AdapterTest
   protected:
     // The named properties that the last model of a class marks as asked for or to be changed: "Label
     // Health".
-    static std::string marked(Script& of, std::vector<const char*> names)
+    static std::string marked(Script& of, const Texts& names)
     {
         std::string result;
-        for (const char* name : names)
-            if (of.model.find(std::string(" ") + name + " = ") != std::string::npos &&
-                of.model.find(std::string(" ") + name + " = NULL") == std::string::npos)
-                result += (result.empty() ? "" : " ") + std::string(name);
+        for (const std::string& name : names)
+            if (of.model.find(" " + name + " = ") != std::string::npos &&
+                of.model.find(" " + name + " = NULL") == std::string::npos)
+                result += (result.empty() ? "" : " ") + name;
         return result;
     }
 
     // A sensor with a value of every kind.
-    static Ref<Instance> fullSensor(unsigned id)
+    static Ref<Demo_Sensor> fullSensor(unsigned id)
     {
         Ref<Demo_Sensor> full = demo::sensor(id);
-        full->Modes.null = 0;
-        full->Modes.value.append(4);
+        full->Modes.set(Array_uint16::make(4));
         full->Sampled.set(Datetime("20260314015926.535897+060"));
         full->Limits = Demo_Limits::create(true);
-        return Ref<Instance>(full.steal());
+        return full;
     }
 
     Script& racks = script<Demo_Rack>();
@@ -41,46 +40,44 @@ class InstanceMi : public AdapterTest
     Script& sensors = script<Demo_Sensor>();
 };
 
-const Value kSeven = Value::integer(CMPI_uint32, 7);
-const Path kElement = {"root/demo", "Demo_Element", {{"Id", kSeven}}};
+const char kRacks[] = "root/demo:Demo_Rack";
+const char kElements[] = "root/demo:Demo_Element";
+const char kElement[] = "root/demo:Demo_Element.Id=u32:7";
+const char kSensors[] = "root/demo:Demo_Sensor";
+const char kSensor[] = "root/demo:Demo_Sensor.Id=u32:7";
 
 TEST_F(InstanceMi, EnumerationDeliversWhatIsOfTheClassUnderItsOwnName)
 {
-    elements.instances = {sensor(7, "inlet"), Ref<Instance>(demo::element(1).steal())};
+    elements.instances = shared(sensor(7, "inlet"), element(1));
     Client& provider = client(elementProvider);
-    const Texts both = {"root/demo:Demo_Sensor.Id=u32:7", "root/demo:Demo_Element.Id=u32:1"};
-    const struct
-    {
-        const char* className;
-        Texts paths;
-    } cases[] = {
+    const Texts both = {kSensor, "root/demo:Demo_Element.Id=u32:1"};
+    const std::pair<const char*, Texts> cases[] = {
         {"demo_element", both},
         {"Demo_Thing", both},       // a superclass
         {"DEMO_SENSOR", {both[0]}}, // a subclass
         {"Demo_Rack", {"5: Demo_Element: enumerate instance names: class Demo_Rack is not served here"}},
         {"Demo_X", {"5: Demo_Element: enumerate instance names: class Demo_X is unknown here"}},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(provider.enumerateInstanceNames(classPath(c.className)).texts(), c.paths);
+    for (const auto& [className, paths] : cases)
+        EXPECT_EQ(provider.enumerateInstanceNames(std::string("root/demo:") + className).texts(), paths);
 
-    const Outcome outcome = provider.enumerateInstances(classPath("demo_sensor"));
+    const Outcome outcome = provider.enumerateInstances("root/demo:demo_sensor");
     EXPECT_EQ(outcome.texts(), Texts{"Demo_Sensor{Id=u32:7,Label=\"inlet\",Enabled=true}"});
-    EXPECT_EQ(test_broker::textOf(outcome.instances.at(0).path), both[0]);
+    EXPECT_EQ(outcome.paths, Texts{kSensor});
     for (const Ref<Instance>& instance : elements.instances) // still the provider's alone
         EXPECT_EQ(instance.count(), 1u);
 
     // A request on a superclass must not give the provider a smaller object than its own class.
-    client(rackProvider).enumerateInstances(classPath("Demo_Thing"));
+    client(rackProvider).enumerateInstances("root/demo:Demo_Thing");
     EXPECT_NE(racks.model.find("Demo_Rack"), std::string::npos);
 }
 
 TEST_F(InstanceMi, ObjectsOfAResultGoOnceItIsReturned)
 {
     constexpr size_t kCount = 100;
-    constexpr size_t kObjectsOfOne =
-        40; // an instance with all it contains, the schema looked at, the request
+    constexpr size_t kObjectsOfOne = 40; // all that an instance contains, the schema looked at, the request
     for (unsigned id = 0; id < kCount; id++)
-        sensors.instances.push_back(fullSensor(id));
+        sensors.instances.emplace_back(fullSensor(id).steal());
     Client& provider = client(sensorProvider);
     Texts texts;
     for (const char* server : {"fills", "plain", "copies"})
@@ -90,12 +87,12 @@ TEST_F(InstanceMi, ObjectsOfAResultGoOnceItIsReturned)
             broker.schema = nullptr;
         if (*server == 'c')
             broker.copyResults();
-        const Outcome all = provider.enumerateInstances(classPath("Demo_Sensor"));
+        const Outcome all = provider.enumerateInstances(kSensors);
         EXPECT_LE(all.mostObjects, kObjectsOfOne);
         EXPECT_EQ(all.instances.size(), kCount);
         texts = texts.empty() ? all.texts() : texts;
         EXPECT_EQ(all.texts(), texts);
-        const Outcome names = provider.enumerateInstanceNames(classPath("Demo_Sensor"));
+        const Outcome names = provider.enumerateInstanceNames(kSensors);
         EXPECT_LE(names.mostObjects, kObjectsOfOne);
         EXPECT_EQ(names.paths.size(), kCount);
     }
@@ -103,7 +100,7 @@ TEST_F(InstanceMi, ObjectsOfAResultGoOnceItIsReturned)
 
 TEST_F(InstanceMi, PropertyListsOmitUnlistedPropertiesButNeverKeys)
 {
-    sensors.instances = {sensor(7, "inlet")};
+    sensors.instances = shared(sensor(7, "inlet"));
     Client& provider = client(sensorProvider);
     const struct
     {
@@ -122,16 +119,15 @@ TEST_F(InstanceMi, PropertyListsOmitUnlistedPropertiesButNeverKeys)
         broker.schema = fills ? schemaOf : decltype(broker.schema)();
         for (const auto& c : cases)
         {
-            EXPECT_EQ(provider.enumerateInstances(classPath("Demo_Sensor"), c.properties).texts(),
-                      Texts{c.expected});
-            EXPECT_EQ(provider.getInstance(sensorPath(7), c.properties).texts(), Texts{c.expected});
+            EXPECT_EQ(provider.enumerateInstances(kSensors, c.properties).texts(), Texts{c.expected});
+            EXPECT_EQ(provider.getInstance(kSensor, c.properties).texts(), Texts{c.expected});
         }
     }
 }
 
 TEST_F(InstanceMi, ModelsTellTheProviderWhatIsAskedFor)
 {
-    elements.instances = {sensor(7)};
+    elements.instances = shared(sensor(7));
     Client& provider = client(elementProvider);
     const struct
     {
@@ -156,160 +152,120 @@ TEST_F(InstanceMi, ModelsTellTheProviderWhatIsAskedFor)
 
 TEST_F(InstanceMi, GetInstanceWantsExactlyTheKeysOfTheClass)
 {
-    elements.instances = {sensor(7)};
+    elements.instances = shared(sensor(7));
     Client& provider = client(elementProvider);
-    const struct
-    {
-        std::vector<Named> keys;
-        const char* text;
-    } cases[] = {
-        {{{"Id", Value::integer(CMPI_uint32, 9)}}, "6: Demo_Element: get instance failed (status 60)"},
-        {{}, "4: Demo_Element: get instance: key Id is missing"},
-        {{{"Id", kSeven}, {"Name", kSeven}},
-         "4: Demo_Element: get instance: class Demo_Element has no key Name"},
-        {{{"Id", kSeven}, {"Label", Value::string("x")}},
-         "4: Demo_Element: get instance: class Demo_Element has no key Label"},
-        {{{"Id", Value::nullOf(CMPI_uint32)}}, "4: Demo_Element: get instance: key Id has no value"},
-        {{{"Id", Value::string("7")}},
-         "4: Demo_Element: get instance: Id: string given where uint32 is expected"},
+    const std::pair<const char*, const char*> cases[] = {
+        {".Id=u32:9", "6: Demo_Element: get instance failed (status 60)"},
+        {"", "4: Demo_Element: get instance: key Id is missing"},
+        {".Id=u32:7,Name=u32:7", "4: Demo_Element: get instance: class Demo_Element has no key Name"},
+        {".Id=u32:7,Label=\"x\"", "4: Demo_Element: get instance: class Demo_Element has no key Label"},
+        {".Id=u32:null", "4: Demo_Element: get instance: key Id has no value"},
+        {".Id=\"7\"", "4: Demo_Element: get instance: Id: string given where uint32 is expected"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(provider.getInstance({"root/demo", "Demo_Element", c.keys}).texts(), Texts{c.text});
+    for (const auto& [keys, text] : cases)
+        EXPECT_EQ(provider.getInstance(std::string(kElements) + keys).texts(), Texts{text});
     // The path in the answer is that of the instance, whatever the request called it.
-    const Value seven = Value::integer(CMPI_sint64, 7);
-    const Outcome outcome = provider.getInstance({"root/demo", "DEMO_ELEMENT", {{"ID", seven}}});
-    ASSERT_EQ(outcome.instances.size(), 1u) << outcome.message;
-    EXPECT_EQ(test_broker::textOf(outcome.instances[0].path), "root/demo:Demo_Sensor.Id=u32:7");
+    EXPECT_EQ(provider.getInstance("root/demo:DEMO_ELEMENT.ID=s64:7").paths, Texts{kSensor});
 
-    elements.instances = {Ref<Instance>(demo::element(7).steal())}; // of another class than asked for
-    EXPECT_EQ(provider.getInstance(sensorPath(7)).rc, CMPI_RC_ERR_NOT_FOUND);
+    elements.instances = shared(element(7)); // of another class than asked for
+    EXPECT_EQ(provider.getInstance(kSensor).rc, CMPI_RC_ERR_NOT_FOUND);
 }
 
 TEST_F(InstanceMi, CreatedInstancesComeBackAsTheirPath)
 {
     Client& provider = client(elementProvider);
-    const Path path = classPath("Demo_Element");
-    const Inst inst = {path, {{"ID", kSeven}, {"label", Value::string("inlet")}}};
-    EXPECT_EQ(provider.createInstance(path, inst).texts(), Texts{"root/demo:Demo_Element.Id=u32:7"});
+    const char inst[] = "Demo_Element{ID=u32:7,label=\"inlet\"}";
+    EXPECT_EQ(provider.createInstance(kElements, inst).texts(), Texts{kElement});
     EXPECT_EQ(provider.getInstance(kElement).texts(), Texts{"Demo_Element{Id=u32:7,Label=\"inlet\"}"});
-    EXPECT_EQ(provider.createInstance(path, inst).rc, CMPI_RC_ERR_ALREADY_EXISTS);
+    EXPECT_EQ(provider.createInstance(kElements, inst).rc, CMPI_RC_ERR_ALREADY_EXISTS);
     EXPECT_EQ(provider.deleteInstance(kElement).texts(), Texts());
     EXPECT_EQ(provider.deleteInstance(kElement).rc, CMPI_RC_ERR_NOT_FOUND);
 
-    const struct
-    {
-        Named property;
-        const char* text;
-    } cases[] = {
-        {{"Labell", Value::string("x")},
-         "4: Demo_Element: create instance: class Demo_Element has no property Labell"},
-        {{"Reset", Value::string("x")}, // a method
-         "4: Demo_Element: create instance: class Demo_Element has no property Reset"},
-        {{"Label", Value::boolean(true)},
-         "4: Demo_Element: create instance: Label: boolean given where string is expected"},
+    const std::pair<const char*, const char*> cases[] = {
+        {"Labell=\"x\"", "4: Demo_Element: create instance: class Demo_Element has no property Labell"},
+        {"Reset=\"x\"", "4: Demo_Element: create instance: class Demo_Element has no property Reset"},
+        {"Label=true", "4: Demo_Element: create instance: Label: boolean given where string is expected"},
         // The provider took it, but nobody could ever find it.
-        {{"Label", Value::string("no key")}, "1: Demo_Element: create instance: key Id has no value"},
+        {"Label=\"no key\"", "1: Demo_Element: create instance: key Id has no value"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(provider.createInstance(path, {path, {c.property}}).texts(), Texts{c.text});
+    for (const auto& [property, text] : cases)
+        EXPECT_EQ(provider.createInstance(kElements, std::string("Demo_Element{") + property + "}").texts(),
+                  Texts{text});
 }
 
 // What a filling server adds is no client's wish.
 TEST_F(InstanceMi, ModifyMarksWhatTheClientCanHaveMeant)
 {
-    sensors.instances = {sensor(7, "inlet")};
+    sensors.instances = shared(sensor(7, "inlet"));
     Client& provider = client(sensorProvider);
-    const Named label = {"label", Value::string("outlet")};
-    const Named modes = {"Modes", Value::nullOf(CMPI_uint16A)};
-    const Named fill = {"Health", Value::integer(CMPI_uint16, 99)}; // as the server does
-    const Named key = {"Id", kSeven};
     const struct
     {
-        bool fills;
-        std::vector<Named> given;
+        bool fills; // so Health is 99
+        const char* given;
         Properties list;
         const char* marks;
     } cases[] = {
-        {true, {label}, {}, "Id Label"},
-        {true, {label, fill}, {}, "Id Label"},
-        {true, {label, modes, {"Enabled", Value::boolean(false)}}, {}, "Id Label Enabled"},
-        {true, {label, {"Health", Value::nullOf(CMPI_uint16)}}, {}, "Id Label Health"},
-        {true, {label, fill}, {{"Health"}}, "Id Health"},
-        {true, {label, key}, {{"ID", "Label", "Modes"}}, "Id Label Modes"},
-        {false, {label, fill, modes, key}, {}, "Id Label Modes Health"},
-        {false, {fill}, {{"label", "Health"}}, "Id Label Health"},
-        {false, {}, {}, "Id"},
+        {true, "label=\"outlet\"", {}, "Id Label"},
+        {true, "label=\"outlet\",Health=u16:99", {}, "Id Label"},
+        {true, "label=\"outlet\",Modes=u16[]:null,Enabled=false", {}, "Id Label Enabled"},
+        {true, "label=\"outlet\",Health=u16:null", {}, "Id Label Health"},
+        {true, "label=\"outlet\",Health=u16:99", {{"Health"}}, "Id Health"},
+        {true, "label=\"outlet\",Id=u32:7", {{"ID", "Label", "Modes"}}, "Id Label Modes"},
+        {false, "label=\"outlet\",Health=u16:99,Modes=u16[]:null,Id=u32:7", {}, "Id Label Modes Health"},
+        {false, "Health=u16:99", {{"label", "Health"}}, "Id Label Health"},
+        {false, "", {}, "Id"},
     };
     for (const auto& c : cases)
     {
         SCOPED_TRACE(&c - cases);
         broker.schema = c.fills ? schemaOf : decltype(broker.schema)();
-        const Inst change = {classPath("Demo_Sensor"), c.given};
-        EXPECT_EQ(provider.modifyInstance(sensorPath(7), change, c.list).texts(), Texts());
+        const std::string change = std::string("Demo_Sensor{") + c.given + "}";
+        EXPECT_EQ(provider.modifyInstance(kSensor, change, c.list).texts(), Texts());
         EXPECT_EQ(marked(sensors, {"Id", "Label", "Modes", "Enabled", "Health"}), c.marks);
     }
     // A server that fills new instances but not those of clients: a new one has something that this lacks.
     int calls = 0;
     broker.schema = [&](const std::string& name)
-    { return calls++ == 0 ? std::vector<Named>() : schemaOf(name); };
-    EXPECT_TRUE(provider.modifyInstance(sensorPath(7), {classPath("Demo_Sensor"), {fill}}).ok());
+    { return calls++ == 0 ? std::vector<test_broker::Named>() : schemaOf(name); };
+    EXPECT_TRUE(provider.modifyInstance(kSensor, "Demo_Sensor{Health=u16:99}").ok());
     EXPECT_EQ(marked(sensors, {"Id", "Label", "Health"}), "Id Health");
 }
 
 TEST_F(InstanceMi, ModifyChangesTheInstanceOfThePathAlone)
 {
-    sensors.instances = {sensor(7, "inlet")};
+    sensors.instances = shared(sensor(7, "inlet"));
     Client& provider = client(sensorProvider);
-    const Path sensorClass = classPath("Demo_Sensor");
-    const Named label = {"Label", Value::string("outlet")};
+    const std::string failed = "4: Demo_Sensor: modify instance: ";
     const struct
     {
-        unsigned id;
-        std::vector<Named> given;
+        int id;
+        const char* inst;
         Properties list;
         Texts texts;
     } cases[] = {
-        {7,
-         {label},
-         {{"Health", "LABEL"}},
-         {}}, // a listed property may become NULL, or what the server fills in
-        {7,
-         {{"Id", Value::integer(CMPI_uint32, 8)}},
-         {},
-         {"4: Demo_Sensor: modify instance: key Id of path and instance differ"}},
-        {7,
-         {label},
-         {{"Labell"}},
-         {"4: Demo_Sensor: modify instance: class Demo_Sensor has no property Labell"}},
-        {7,
-         {label},
-         {{"NewerState"}},
-         {"4: Demo_Sensor: modify instance: class Demo_Sensor has no property NewerState"}},
-        {7,
-         {{"Labell", Value::string("x")}},
-         {},
-         {"4: Demo_Sensor: modify instance: class Demo_Sensor has no property Labell"}},
-        {9, {label}, {}, {"6: Demo_Sensor: modify instance failed (status 100)"}},
+        // A listed property may become NULL, or what the server fills in.
+        {7, "Demo_Sensor{Label=\"outlet\"}", {{"Health", "LABEL"}}, {}},
+        {7, "Demo_Sensor{Id=u32:8}", {}, {failed + "key Id of path and instance differ"}},
+        {7, "Demo_Sensor{}", {{"Labell"}}, {failed + "class Demo_Sensor has no property Labell"}},
+        {7, "Demo_Sensor{}", {{"NewerState"}}, {failed + "class Demo_Sensor has no property NewerState"}},
+        {7, "Demo_Sensor{Labell=\"x\"}", {}, {failed + "class Demo_Sensor has no property Labell"}},
+        {9, "Demo_Sensor{}", {}, {"6: Demo_Sensor: modify instance failed (status 100)"}},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(provider.modifyInstance(sensorPath(c.id), {sensorClass, c.given}, c.list).texts(), c.texts);
-    EXPECT_EQ(provider.getInstance(sensorPath(7)).texts(),
+        EXPECT_EQ(provider.modifyInstance(sensorPath(c.id), c.inst, c.list).texts(), c.texts);
+    EXPECT_EQ(provider.getInstance(kSensor).texts(),
               Texts{"Demo_Sensor{Id=u32:7,Label=\"outlet\",Enabled=true,Health=u16:99}"});
 
     // Keys that are references are compared by their keys.
-    script<Demo_SensorInRack>().instances = {sensorInRack("r1", 7)};
+    script<Demo_SensorInRack>().instances = shared(sensor_in_rack("r1", 7));
     Client& links = client(sensorInRackProvider);
-    const auto keys = [](const char* rackName) -> std::vector<Named> {
-        return {{"Rack", Value::ref(rackPath(rackName))}, {"Sensor", Value::ref(sensorPath(7))}};
-    };
-    const Path path = {"root/demo", "Demo_SensorInRack", keys("r1")};
-    std::vector<Named> properties = keys("r1");
-    properties.emplace_back("Slot", Value::integer(CMPI_uint16, 3));
-    EXPECT_TRUE(links.modifyInstance(path, {path, properties}, {{"Slot", "Rack"}}).ok());
-    EXPECT_EQ(links.modifyInstance(path, {path, keys("r2")}).rc, CMPI_RC_ERR_INVALID_PARAMETER);
-    EXPECT_EQ(links.enumerateInstances(classPath("Demo_SensorInRack")).texts(),
-              Texts{"Demo_SensorInRack{Rack=<root/demo:Demo_Rack.Name=\"r1\">,"
-                    "Sensor=<root/demo:Demo_Sensor.Id=u32:7>,Slot=u16:3}"});
+    const std::string r1 = "Rack=<" + rackPath("r1") + ">,Sensor=<" + kSensor + ">";
+    const std::string r2 = "Rack=<" + rackPath("r2") + ">,Sensor=<" + kSensor + ">";
+    const std::string path = "root/demo:Demo_SensorInRack." + r1;
+    const std::string changed = "Demo_SensorInRack{" + r1 + ",Slot=u16:3}";
+    EXPECT_TRUE(links.modifyInstance(path, changed, {{"Slot", "Rack"}}).ok());
+    EXPECT_EQ(links.modifyInstance(path, "Demo_SensorInRack{" + r2 + "}").rc, CMPI_RC_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(links.enumerateInstances("root/demo:Demo_SensorInRack").texts(), Texts{changed});
 }
 
 TEST_F(InstanceMi, EveryStatusHasItsCodeAndReason)
@@ -331,10 +287,10 @@ TEST_F(InstanceMi, EveryStatusHasItsCodeAndReason)
         for (const int status : c.statuses)
             EXPECT_EQ(cimple_cmpi::codeOf(status), c.rc) << status;
 
-    racks.instances = {rack("r1")};
+    racks.instances = shared(rack("r1"));
     Client& provider = client(rackProvider);
-    const Path path = rackPath("r1");
-    const Inst inst = {path, path.keys};
+    const std::string path = rackPath("r1");
+    const char inst[] = "Demo_Rack{Name=\"r1\"}";
     const struct
     {
         const char* operation;
@@ -371,35 +327,44 @@ TEST_F(InstanceMi, EveryStatusHasItsCodeAndReason)
 
 TEST_F(InstanceMi, AfterAResultThatCannotBeDeliveredNothingMoreIsDone)
 {
-    const Ref<Instance> nameless(static_cast<Instance*>(Demo_Rack::create(true)));
-    racks.instances = {rack("r1"), nameless, rack("r3")};
+    racks.instances = shared(rack("r1"), Ref<Demo_Rack>(Demo_Rack::create(true)), rack("r3"));
     Client& provider = client(rackProvider);
-    EXPECT_EQ(provider.enumerateInstances(classPath("Demo_Rack")).texts(),
+    EXPECT_EQ(provider.enumerateInstances(kRacks).texts(),
               Texts{"1: Demo_Rack: enumerate instances: key Name has no value"});
     EXPECT_EQ(racks.handed, 2);
 
+    // A provider that goes on all the same.
+    racks.enumerate = [&](const Instance*, const Script::Hand& hand)
+    {
+        for (const Ref<Instance>& instance : racks.instances)
+            hand(clone(instance.ptr()));
+    };
+    const Outcome stubborn = provider.enumerateInstances(kRacks);
+    EXPECT_EQ(stubborn.message, "Demo_Rack: enumerate instances: key Name has no value");
+    EXPECT_EQ(stubborn.instances, Texts{"Demo_Rack{Name=\"r1\"}"});
+
     // A client that has gone.
     racks.reset();
-    racks.instances = {rack("r1"), rack("r2"), rack("r3"), rack("r4")};
+    racks.instances = shared(rack("r1"), rack("r2"), rack("r3"), rack("r4"));
     broker.refuseAfter = 2;
-    EXPECT_EQ(provider.enumerateInstances(classPath("Demo_Rack")).rc, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(provider.enumerateInstances(kRacks).rc, CMPI_RC_ERR_FAILED);
     EXPECT_EQ(racks.handed, 3);
 }
 
 TEST_F(InstanceMi, BrokerServicesThatFailAreReported)
 {
-    sensors.instances = {fullSensor(7)};
+    sensors.instances = shared(fullSensor(7));
     Client& provider = client(sensorProvider);
     for (const char* factory : {"newDateTimeFromChars", "newArray", "newInstance", "newObjectPath"})
     {
         broker.failing = {factory};
-        const Outcome outcome = provider.enumerateInstances(classPath("Demo_Sensor"));
+        const Outcome outcome = provider.enumerateInstances(kSensors);
         EXPECT_EQ(outcome.rc, CMPI_RC_ERR_FAILED) << factory;
         EXPECT_TRUE(outcome.instances.empty()) << factory;
     }
     // Even the text of the failure may be more than the broker can give.
     broker.failing = {"newObjectPath", "newString"};
-    EXPECT_EQ(provider.enumerateInstances(classPath("Demo_Sensor")).texts(), Texts{"1: "});
+    EXPECT_EQ(provider.enumerateInstances(kSensors).texts(), Texts{"1: "});
 }
 
 } // namespace

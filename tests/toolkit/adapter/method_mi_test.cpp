@@ -8,9 +8,12 @@ namespace
 
 class MethodMi : public AdapterTest
 {
+  protected:
+    Client& labs = client(labProvider);
 };
 
-const Path kLab = {"root/demo", "Demo_Lab", {{"Name", Value::string("lab")}}};
+const char kLabs[] = "root/demo:Demo_Lab";
+const char kLab[] = "root/demo:Demo_Lab.Name=\"lab\"";
 
 TEST_F(MethodMi, ParametersOfEveryKindGoThereAndBack)
 {
@@ -22,7 +25,7 @@ TEST_F(MethodMi, ParametersOfEveryKindGoThereAndBack)
                std::to_string(method->Range->Low.value) + " " + std::to_string(method->Tags.value.size()) +
                " " + std::to_string(method->Route.value.size());
         method->Tags.value.append(9);
-        method->Found = static_cast<Demo_Rack*>(rack("found").steal());
+        method->Found = rack("found").steal();
         Demo_Limits* measured = Demo_Limits::create(true);
         measured->High.set(3);
         method->Measured.value.append(measured);
@@ -31,13 +34,11 @@ TEST_F(MethodMi, ParametersOfEveryKindGoThereAndBack)
         method->return_value = Demo_Limits::create(true);
         method->return_value->Low.set(-1);
     };
-    Client& labs = client(labProvider);
-    const std::vector<Named> in = {
-        {"where", Value::ref(rackPath("r1"))},
-        {"Range", limits(4)},
-        {"Tags", Value::array(CMPI_uint16, {Value::integer(CMPI_uint16, 5)})},
-        {"Route", Value::array(CMPI_ref, {Value::ref(rackPath("r2")), Value::ref(rackPath("r3"))})}};
-    const Outcome outcome = labs.invokeMethod(kLab, "MEASURE", in);
+    const Outcome outcome =
+        labs.invokeMethod(kLab,
+                          "MEASURE",
+                          "where=<root/demo:Demo_Rack.Name=\"r1\">,Range=Demo_Limits{Low=s32:4},Tags=[u16:5],"
+                          "Route=[<root/demo:Demo_Rack.Name=\"r2\">,<root/demo:Demo_Rack.Name=\"r3\">]");
     EXPECT_EQ(seen, "r1 4 1 2");
     EXPECT_EQ(outcome.texts(),
               Texts({"Demo_Limits{Low=s32:-1}", // by returnInstance
@@ -50,17 +51,16 @@ TEST_F(MethodMi, ParametersOfEveryKindGoThereAndBack)
 
     // Outputs that are NULL are left out, but arrays of references are never born NULL.
     script<Demo_Lab>().method = [](Instance*) {};
-    EXPECT_EQ(labs.invokeMethod(kLab, "Measure").texts(), Texts({"Route=[]", "Measured=[]"}));
+    EXPECT_EQ(labs.invokeMethod(kLab, "Measure").texts(), Texts({"Route=ref[]", "Measured=instance[]"}));
 }
 
 TEST_F(MethodMi, StaticMethodsTakeAClassOrAnInstance)
 {
     script<Demo_Lab>().method = [](Instance* object)
     { static_cast<Demo_Lab_Count_method*>(object)->return_value.set(5); };
-    Client& labs = client(labProvider);
-    for (const Path& path : {classPath("Demo_Lab"), kLab})
+    for (const char* path : {kLabs, kLab})
         EXPECT_EQ(labs.invokeMethod(path, "count").texts(), Texts{"u32:5"});
-    EXPECT_EQ(labs.invokeMethod(classPath("Demo_Lab"), "Measure").texts(),
+    EXPECT_EQ(labs.invokeMethod(kLabs, "Measure").texts(),
               Texts{"4: Demo_Lab: method Measure: key Name is missing"});
 }
 
@@ -68,31 +68,25 @@ TEST_F(MethodMi, MistakesAreNamed)
 {
     script<Demo_Sensor>().method = [](Instance*) {};
     Client& sensors = client(sensorProvider);
-    const Value one = Value::integer(CMPI_uint32, 1);
-    const struct
-    {
-        std::vector<Named> in;
-        const char* complaint;
-    } cases[] = {
-        {{{"Traget", one}}, "method Calibrate has no parameter Traget"},
-        {{{"return_value", one}}, "method Calibrate has no parameter return_value"},
-        {{{"Drift", Value::integer(CMPI_sint32, 1)}}, "parameter Drift takes no input"},
-        {{{"Target", Value::string("1")}}, "Target: string given where uint32 is expected"},
+    const std::pair<const char*, const char*> cases[] = {
+        {"Traget=u32:1", "method Calibrate has no parameter Traget"},
+        {"return_value=u32:1", "method Calibrate has no parameter return_value"},
+        {"Drift=s32:1", "parameter Drift takes no input"},
+        {"Target=\"1\"", "Target: string given where uint32 is expected"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(sensors.invokeMethod(sensorPath(7), "Calibrate", c.in).texts(),
-                  Texts{std::string("4: Demo_Sensor: method Calibrate: ") + c.complaint});
-    for (const Named& in : {Named("Target", one), Named("Drift", Value::nullOf(CMPI_sint32))})
-        EXPECT_TRUE(sensors.invokeMethod(sensorPath(7), "Calibrate", {in}).ok()) << in.first;
+    for (const auto& [in, complaint] : cases)
+        EXPECT_EQ(sensors.invokeMethod(sensorPath(7), "Calibrate", in).texts(),
+                  Texts{std::string("4: Demo_Sensor: method Calibrate: ") + complaint});
+    for (const char* in : {"Target=u32:1", "Drift=s32:null"})
+        EXPECT_TRUE(sensors.invokeMethod(sensorPath(7), "Calibrate", in).ok()) << in;
     EXPECT_EQ(sensors.invokeMethod(sensorPath(7), "Label").texts(), // a property
               Texts{"17: Demo_Sensor: method Label: class Demo_Sensor has no such method"});
-    EXPECT_EQ(sensors.invokeMethod(classPath("Demo_Unknown"), "Reset").texts(),
+    EXPECT_EQ(sensors.invokeMethod("root/demo:Demo_Unknown", "Reset").texts(),
               Texts{"5: Demo_Sensor: method Reset: class Demo_Unknown is unknown here"});
 }
 
 TEST_F(MethodMi, StatusesAndFailuresLeaveNoHalfOfAnAnswer)
 {
-    Client& labs = client(labProvider);
     script<Demo_Lab>().method = [](Instance* object)
     {
         auto* method = static_cast<Demo_Lab_Measure_method*>(object);

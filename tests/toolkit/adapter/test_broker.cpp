@@ -22,38 +22,51 @@ struct Result : CMPIResult
     std::vector<Hold> kept = {};
 };
 
-// One more item, if it is let in.
-template <class Item>
-CMPIStatus admit(const CMPIResult* result, std::vector<Item> Outcome::*items, Item item, const Object* object)
+// One more item, if it is let in. Null: a value, which has no object.
+bool admit(const CMPIResult* result, const Object* object)
 {
     Result& r = *static_cast<Result*>(const_cast<CMPIResult*>(result));
     if (r.done != 0)
         r.journal.violation("a result was returned after returnDone");
     r.outcome.mostObjects = std::max(r.outcome.mostObjects, r.journal.objectsAlive.load());
     if (r.taken++ >= r.limit)
-        return {CMPI_RC_ERR_INVALID_HANDLE, nullptr};
+        return false;
     if (object && r.keepsPointers)
-        r.kept.emplace_back(object->holds);
-    (r.outcome.*items).push_back(std::move(item));
-    return {CMPI_RC_OK, nullptr};
+        r.kept.push_back(object->holds);
+    return true;
 }
+
+constexpr CMPIStatus kTaken = {CMPI_RC_OK, nullptr};
+constexpr CMPIStatus kRefused = {CMPI_RC_ERR_INVALID_HANDLE, nullptr};
 
 CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, const CMPIType type)
 {
     if (!value || type == CMPI_ref || type == CMPI_instance)
         static_cast<const Result*>(result)->journal.violation(
             "returnData takes neither NULL nor references nor instances in all brokers");
-    return admit(result, &Outcome::data, valueOf(value, type), objectIn(value, type));
+    const auto [text, object] = valueOf(value, type);
+    if (!admit(result, object))
+        return kRefused;
+    static_cast<const Result*>(result)->outcome.data.push_back(text);
+    return kTaken;
 }
 
 CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* inst)
 {
-    return admit(result, &Outcome::instances, contentOf(inst), &self(inst));
+    if (!admit(result, &self(inst)))
+        return kRefused;
+    Outcome& outcome = static_cast<const Result*>(result)->outcome;
+    outcome.instances.push_back(textOf(inst));
+    outcome.paths.push_back(self(inst).path);
+    return kTaken;
 }
 
 CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path)
 {
-    return admit(result, &Outcome::paths, contentOf(path), &self(path));
+    if (!admit(result, &self(path)))
+        return kRefused;
+    static_cast<const Result*>(result)->outcome.paths.push_back(textOf(path));
+    return kTaken;
 }
 
 CMPIStatus returnDone(const CMPIResult* result)
@@ -93,17 +106,10 @@ std::vector<std::string> Outcome::texts() const
 {
     if (!ok())
         return {std::to_string(rc) + ": " + message};
-    std::vector<std::string> result;
-    const auto add = [&](const auto& items)
-    {
-        for (const auto& item : items)
-            result.push_back(textOf(item));
-    };
-    add(instances);
-    add(paths);
-    add(data);
-    for (const Named& item : out)
-        result.push_back(item.first + "=" + textOf(item.second));
+    std::vector<std::string> result = instances.empty() ? paths : instances;
+    result.insert(result.end(), data.begin(), data.end());
+    for (const std::string& argument : split(out))
+        result.push_back(argument);
     return result;
 }
 
@@ -131,33 +137,31 @@ std::string Broker::violations() const
 Outcome Broker::call(const Function& function, ResultRule rule)
 {
     Session session;
-    std::vector<Named> entries = {{CMPIInitNameSpace, Value::string("root/demo")},
-                                  {CMPIPrincipal, Value::string("operator")}};
-    if (_copiesResults)
-        entries.emplace_back(CMPIResultsAreCopied, Value::boolean(true));
-    session.context = make<CMPIContext>(_journal, entries);
+    const std::vector<Named> entries = {{CMPIInitNameSpace, quoted("root/demo")},
+                                        {CMPIPrincipal, quoted("operator")},
+                                        {CMPIResultsAreCopied, _copiesResults ? "true" : "null"}};
+    session.context = make<CMPIContext>(_journal, listOf(entries));
     Outcome outcome;
     Result result = {{&result, &kResults}, _journal, outcome, refuseAfter, rule == kOneResult};
     const CMPIStatus status = function(session.context, &result);
     outcome.rc = status.rc;
-    outcome.message = status.msg ? contentOf(status.msg) : "";
+    outcome.message = status.msg ? self(status.msg).text : "";
     if (rule != kWithoutResult && result.done != (outcome.ok() ? 1 : 0))
         _journal.violation("returnDone came " + std::to_string(result.done) + " times with status " +
                            std::to_string(status.rc));
     return outcome;
 }
 
-Inst Broker::filled(Inst inst) const
+void Broker::fill(CMPIInstance* inst) const
 {
+    std::vector<Named>& items = self(inst).items;
     if (schema)
-        for (const std::vector<Named>& more : {inst.path.keys, schema(inst.path.className)})
-            for (const Named& item : more)
-                if (!inst.property(item.first.c_str()))
-                    inst.properties.push_back(item);
-    return inst;
+        for (const Named& item : schema(self(inst).text))
+            if (!find(items, item.first))
+                items.push_back(item);
 }
 
-std::vector<Delivery> Broker::deliveries() const
+std::vector<std::string> Broker::deliveries() const
 {
     std::lock_guard<std::mutex> lock(_mutex);
     return _deliveries;
@@ -165,11 +169,10 @@ std::vector<Delivery> Broker::deliveries() const
 
 void Broker::deliver(const char* ns, const CMPIInstance* indication)
 {
-    const Delivery delivery = {ns, contentOf(indication)};
     if (onDelivery)
-        onDelivery(delivery);
+        onDelivery();
     std::lock_guard<std::mutex> lock(_mutex);
-    _deliveries.push_back(delivery);
+    _deliveries.push_back(ns + (" " + textOf(indication)));
 }
 
 } // namespace test_broker

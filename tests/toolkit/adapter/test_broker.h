@@ -14,21 +14,15 @@ struct Outcome
 {
     CMPIrc rc = CMPI_RC_ERR_FAILED;
     std::string message;
-    std::vector<Inst> instances;
-    std::vector<Path> paths;
-    std::vector<Value> data;
-    std::vector<Named> out; // output arguments of a method
+    std::vector<std::string> instances;
+    std::vector<std::string> paths; // those of the instances, too
+    std::vector<std::string> data;
+    std::string out;        // output arguments of a method, a list
     size_t mostObjects = 0; // of the broker alive when a result was returned
 
     bool ok() const { return rc == CMPI_RC_OK; }
-    // textOf() of everything returned, in order; for a failure "<code>: <message>".
+    // Everything returned, in order; for a failure "<code>: <message>".
     std::vector<std::string> texts() const;
-};
-
-struct Delivery
-{
-    std::string ns;
-    Inst indication;
 };
 
 class Broker
@@ -59,12 +53,12 @@ class Broker
     // From now on calls promise that results are copied, and there are memory services.
     void copyResults();
 
-    // An instance as the server makes it, from a provider's path or for a request: with what the schema says.
-    Inst filled(Inst inst) const;
+    // Adds to an instance of the server, made for a provider or for a request, what the schema says.
+    void fill(CMPIInstance* inst) const;
 
-    // An indication from the provider, on its thread.
+    // An indication from the provider, on its thread: "root/demo Demo_SensorAlert{...}".
     void deliver(const char* ns, const CMPIInstance* indication);
-    std::vector<Delivery> deliveries() const;
+    std::vector<std::string> deliveries() const;
 
     // What follows is set by tests.
 
@@ -77,12 +71,12 @@ class Broker
     // Answers up-calls: "get root/demo:Demo_Rack.Name=\"r1\"", "modify <path> <instance>" and so on.
     std::function<Outcome(const std::string& request)> upCalls;
     // Called on the delivering thread for every indication, before it is kept.
-    std::function<void(const Delivery&)> onDelivery;
+    std::function<void()> onDelivery;
 
   private:
     CMPIBroker _cmpi;
     mutable std::mutex _mutex; // guards _deliveries
-    std::vector<Delivery> _deliveries;
+    std::vector<std::string> _deliveries;
     bool _copiesResults = false;
     Journal _journal;
 };

@@ -30,20 +30,26 @@ CMPIInstance* makeInstance(const CMPIBroker* mb, const CMPIObjectPath* path, CMP
 {
     if (fails(mb, "newInstance", rc))
         return nullptr;
-    return make<CMPIInstance>(journalOf(mb), brokerOf(mb).filled({contentOf(path), {}}));
+    CMPIInstance* const inst = make<CMPIInstance>(journalOf(mb), self(path).text + "{}");
+    self(inst).path = textOf(path);
+    if (brokerOf(mb).schema)
+        self(inst).items = self(path).items;
+    brokerOf(mb).fill(inst);
+    return inst;
 }
 
 CMPIObjectPath* makePath(const CMPIBroker* mb, const char* ns, const char* className, CMPIStatus* rc)
 {
     if (!ns || !*ns || !className || !*className)
         journalOf(mb).violation("an object path needs a namespace and a class");
-    return fails(mb, "newObjectPath", rc) ? nullptr
-                                          : make<CMPIObjectPath>(journalOf(mb), {ns, className, {}});
+    return fails(mb, "newObjectPath", rc)
+               ? nullptr
+               : make<CMPIObjectPath>(journalOf(mb), ns + std::string(":") + className);
 }
 
 CMPIArgs* makeArgs(const CMPIBroker* mb, CMPIStatus* rc)
 {
-    return fails(mb, "newArgs", rc) ? nullptr : make<CMPIArgs>(journalOf(mb), {});
+    return fails(mb, "newArgs", rc) ? nullptr : make<CMPIArgs>(journalOf(mb), "");
 }
 
 CMPIString* makeString(const CMPIBroker* mb, const char* text, CMPIStatus* rc)
@@ -55,8 +61,11 @@ CMPIArray* makeArray(const CMPIBroker* mb, CMPICount size, CMPIType type, CMPISt
 {
     if (type & CMPI_ARRAY)
         journalOf(mb).violation("newArray takes the type of the elements");
-    const std::vector<Value> elements(size, Value::nullOf(type));
-    return fails(mb, "newArray", rc) ? nullptr : make<CMPIArray>(journalOf(mb), Value::array(type, elements));
+    if (fails(mb, "newArray", rc))
+        return nullptr;
+    CMPIArray* const array = make<CMPIArray>(journalOf(mb), typeName(type) + "[]");
+    self(array).items.assign(size, {"", nullOf(type)});
+    return array;
 }
 
 CMPIDateTime* makeDateTime(const CMPIBroker* mb, const char* text, CMPIStatus* rc)
@@ -64,7 +73,7 @@ CMPIDateTime* makeDateTime(const CMPIBroker* mb, const char* text, CMPIStatus* r
     const std::string value = text;
     if (value.size() != 25 || value[14] != '.')
         journalOf(mb).violation("no datetime: " + value);
-    return fails(mb, "newDateTimeFromChars", rc) ? nullptr : make<CMPIDateTime>(journalOf(mb), value);
+    return fails(mb, "newDateTimeFromChars", rc) ? nullptr : make<CMPIDateTime>(journalOf(mb), "d:" + value);
 }
 
 // --- threads and indications
@@ -73,7 +82,7 @@ thread_local Session* attached = nullptr;
 
 CMPIContext* prepareAttachThread(const CMPIBroker* mb, const CMPIContext* ctx)
 {
-    auto* context = new Made<CMPIContext>(journalOf(mb), contentOf(ctx));
+    auto* context = new Made<CMPIContext>(journalOf(mb), listOf(self(ctx).items));
     context->movable = true;
     return context; // until the thread is detached
 }
@@ -123,12 +132,6 @@ upCall(const CMPIBroker* mb, const CMPIContext* ctx, CMPIStatus* rc, const char*
     return outcome;
 }
 
-template <class Edt>
-std::string text(const Edt* edt)
-{
-    return textOf(contentOf(edt));
-}
-
 const CMPIBrokerFT kOperations = []
 {
     CMPIBrokerFT t = {};
@@ -141,34 +144,34 @@ const CMPIBrokerFT kOperations = []
     t.deliverIndication = deliverIndication;
     t.getInstance = [](auto* mb, auto* ctx, auto* path, auto**, auto* rc)
     {
-        const Outcome outcome = upCall(mb, ctx, rc, "get", text(path));
+        const Outcome outcome = upCall(mb, ctx, rc, "get", textOf(path));
         return outcome.ok() ? make<CMPIInstance>(journalOf(mb), outcome.instances.at(0)) : nullptr;
     };
     t.createInstance = [](auto* mb, auto* ctx, auto* path, auto* inst, auto* rc)
     {
-        const Outcome outcome = upCall(mb, ctx, rc, "create", text(path) + " " + text(inst));
-        return outcome.ok() ? make<CMPIObjectPath>(journalOf(mb), contentOf(path)) : nullptr;
+        const Outcome outcome = upCall(mb, ctx, rc, "create", textOf(path) + " " + textOf(inst));
+        return outcome.ok() ? make<CMPIObjectPath>(journalOf(mb), textOf(path)) : nullptr;
     };
     t.modifyInstance = [](auto* mb, auto* ctx, auto* path, auto* inst, auto**) {
-        return CMPIStatus{upCall(mb, ctx, nullptr, "modify", text(path) + " " + text(inst)).rc, nullptr};
+        return CMPIStatus{upCall(mb, ctx, nullptr, "modify", textOf(path) + " " + textOf(inst)).rc, nullptr};
     };
     t.deleteInstance = [](auto* mb, auto* ctx, auto* path) {
-        return CMPIStatus{upCall(mb, ctx, nullptr, "delete", text(path)).rc, nullptr};
+        return CMPIStatus{upCall(mb, ctx, nullptr, "delete", textOf(path)).rc, nullptr};
     };
     t.enumerateInstances = [](auto* mb, auto* ctx, auto* path, auto**, auto* rc)
     {
-        const Outcome outcome = upCall(mb, ctx, rc, "enumerate", text(path));
-        std::vector<Value> items;
-        for (const Inst& inst : outcome.instances)
-            items.push_back(Value::instance(inst));
-        return outcome.ok() ? make<CMPIEnumeration>(journalOf(mb), items) : nullptr;
+        const Outcome outcome = upCall(mb, ctx, rc, "enumerate", textOf(path));
+        std::string list;
+        for (const std::string& inst : outcome.instances)
+            list += (list.empty() ? "" : ",") + inst;
+        return outcome.ok() ? make<CMPIEnumeration>(journalOf(mb), list) : nullptr;
     };
     t.invokeMethod = [](auto* mb, auto* ctx, auto* path, auto* method, auto* in, auto* out, auto* rc)
     {
-        const Inst arguments = {{{}, method, {}}, contentOf(in)};
-        const Outcome outcome = upCall(mb, ctx, rc, "invoke", text(path) + " " + textOf(arguments));
-        contentOf(out) = outcome.out;
-        return dataOf(journalOf(mb), outcome.data.empty() ? Value() : outcome.data[0]);
+        const std::string arguments = std::string(" ") + method + "{" + listOf(self(in).items) + "}";
+        const Outcome outcome = upCall(mb, ctx, rc, "invoke", textOf(path) + arguments);
+        self(out).items = named(outcome.out);
+        return dataOf(journalOf(mb), outcome.data.empty() ? "null" : outcome.data[0]);
     };
     return t;
 }();

@@ -18,6 +18,20 @@ struct Factories
     Factory indication = nullptr;
 };
 
+// A path or an instance of a request, as a text.
+struct Path
+{
+    Path(const char* path) : text(path) {}
+    Path(const std::string& path) : text(path) {}
+    std::string text;
+};
+struct Inst
+{
+    Inst(const char* inst) : text(inst) {}
+    Inst(const std::string& inst) : text(inst) {}
+    std::string text;
+};
+
 // A property list; none asks for all properties.
 typedef std::optional<std::vector<const char*>> Properties;
 
@@ -32,6 +46,9 @@ struct Filters
 
 class Client
 {
+    typedef CMPIInstanceMIFT I;
+    typedef CMPIAssociationMIFT A;
+
   public:
     // Creates all interfaces at once; those that could not be created are null.
     Client(Broker& broker, const Factories& factories) : _broker(broker)
@@ -47,63 +64,49 @@ class Client
     CMPIAssociationMI* associations = nullptr;
     CMPIIndicationMI* indications = nullptr;
 
-    Outcome enumerateInstances(const Path& path, Properties list = {})
+    Outcome enumerateInstances(const Path& p, Properties l = {})
     {
-        return run(instances, &CMPIInstanceMIFT::enumerateInstances, Broker::kManyResults, path, list);
+        return many(&I::enumerateInstances, p, l);
     }
-    Outcome enumerateInstanceNames(const Path& path)
+    Outcome enumerateInstanceNames(const Path& p) { return many(&I::enumerateInstanceNames, p); }
+    Outcome getInstance(const Path& p, Properties l = {}) { return one(&I::getInstance, p, l); }
+    Outcome createInstance(const Path& p, const Inst& inst) { return one(&I::createInstance, p, inst); }
+    Outcome modifyInstance(const Path& p, const Inst& inst, Properties l = {})
     {
-        return run(instances, &CMPIInstanceMIFT::enumerateInstanceNames, Broker::kManyResults, path);
+        return many(&I::modifyInstance, p, inst, l);
     }
-    Outcome getInstance(const Path& path, Properties list = {})
+    Outcome deleteInstance(const Path& p) { return many(&I::deleteInstance, p); }
+    Outcome invokeMethod(const Path& path, const char* method, const std::string& in = "")
     {
-        return run(instances, &CMPIInstanceMIFT::getInstance, Broker::kOneResult, path, list);
-    }
-    Outcome createInstance(const Path& path, const Inst& inst)
-    {
-        return run(instances, &CMPIInstanceMIFT::createInstance, Broker::kOneResult, path, inst);
-    }
-    Outcome modifyInstance(const Path& path, const Inst& inst, Properties list = {})
-    {
-        return run(instances, &CMPIInstanceMIFT::modifyInstance, Broker::kManyResults, path, inst, list);
-    }
-    Outcome deleteInstance(const Path& path)
-    {
-        return run(instances, &CMPIInstanceMIFT::deleteInstance, Broker::kManyResults, path);
-    }
-    Outcome invokeMethod(const Path& path, const char* method, const std::vector<Named>& in = {})
-    {
-        std::vector<Named> out;
+        std::string out;
         const auto invoke = [&](auto* c, auto* r)
         {
             auto* const arguments = make<CMPIArgs>(_broker.journal(), in);
-            auto* const outputs = make<CMPIArgs>(_broker.journal(), {});
+            auto* const outputs = make<CMPIArgs>(_broker.journal(), "");
             const CMPIStatus status =
                 methods->ft->invokeMethod(methods, c, r, pass(path), method, arguments, outputs);
-            out = contentOf(outputs);
+            out = listOf(self(outputs).items);
             return status;
         };
         Outcome outcome = _broker.call(invoke, Broker::kOneResult);
         outcome.out = std::move(out);
         return outcome;
     }
-    Outcome associators(const Path& path, const Filters& f = {}, Properties list = {})
+    Outcome associators(const Path& p, const Filters& f = {}, Properties l = {})
     {
-        const auto function = &CMPIAssociationMIFT::associators;
-        return associate(function, path, f.assocClass, f.resultClass, f.role, f.resultRole, list);
+        return many(&A::associators, p, f.assocClass, f.resultClass, f.role, f.resultRole, l);
     }
-    Outcome associatorNames(const Path& path, const Filters& f = {})
+    Outcome associatorNames(const Path& p, const Filters& f = {})
     {
-        const auto function = &CMPIAssociationMIFT::associatorNames;
-        return associate(function, path, f.assocClass, f.resultClass, f.role, f.resultRole);
+        return many(&A::associatorNames, p, f.assocClass, f.resultClass, f.role, f.resultRole);
     }
-    Outcome references(const Path& path, const Filters& f = {}, Properties list = {})
+    Outcome references(const Path& p, const Filters& f = {}, Properties l = {})
     {
-        return associate(&CMPIAssociationMIFT::references, path, f.assocClass, f.role, list);
+        return many(&A::references, p, f.assocClass, f.role, l);
     }
-    Outcome referenceNames(const Path& path, const Filters& f = {})
+    Outcome referenceNames(const Path& p, const Filters& f = {})
     {
-        return associate(&CMPIAssociationMIFT::referenceNames, path, f.assocClass, f.role);
+        return many(&A::referenceNames, p, f.assocClass, f.role);
     }
     Outcome activateFilter(const Path& path) { return filter(&CMPIIndicationMIFT::activateFilter, path); }
     Outcome deactivateFilter(const Path& path) { return filter(&CMPIIndicationMIFT::deActivateFilter, path); }
@@ -157,10 +160,12 @@ class Client
 
     // Arguments as they are passed, objects made in the session of the call.
     const char* pass(const char* text) { return text; }
-    CMPIObjectPath* pass(const Path& path) { return make<CMPIObjectPath>(_broker.journal(), path); }
+    CMPIObjectPath* pass(const Path& path) { return make<CMPIObjectPath>(_broker.journal(), path.text); }
     CMPIInstance* pass(const Inst& inst)
     {
-        return make<CMPIInstance>(_broker.journal(), _broker.filled(inst));
+        CMPIInstance* const made = make<CMPIInstance>(_broker.journal(), inst.text);
+        _broker.fill(made);
+        return made;
     }
     const char** pass(Properties& list)
     {
@@ -170,24 +175,34 @@ class Client
         return list->data();
     }
 
-    template <class Mi, class Function, class... Args>
-    Outcome run(Mi* mi, Function function, Broker::ResultRule rule, Args&&... args)
+    template <class Table, class Function, class... Args>
+    Outcome many(Function Table::*function, const Args&... args)
     {
-        return _broker.call([&](auto* c, auto* r) { return (mi->ft->*function)(mi, c, r, pass(args)...); },
-                            rule);
+        return run(function, Broker::kManyResults, args...);
     }
-    template <class Function, class... Args>
-    Outcome associate(Function function, Args&&... args)
+    template <class Table, class Function, class... Args>
+    Outcome one(Function Table::*function, const Args&... args)
     {
-        return run(associations, function, Broker::kManyResults, args...);
+        return run(function, Broker::kOneResult, args...);
+    }
+    template <class Table, class Function, class... Args>
+    Outcome run(Function Table::*function, Broker::ResultRule rule, Args... args)
+    {
+        const auto call = [&](auto* mi)
+        {
+            return _broker.call(
+                [&](auto* c, auto* r) { return (mi->ft->*function)(mi, c, r, pass(args)...); }, rule);
+        };
+        if constexpr (std::is_same_v<Table, A>)
+            return call(associations);
+        else
+            return call(instances);
     }
     template <class Function>
     Outcome filter(Function function, const Path& path)
     {
-        const auto call = [&](auto* c, auto*) {
-            return (indications->ft->*function)(
-                indications, c, nullptr, path.className.c_str(), pass(path), 1);
-        };
+        const auto call = [&](auto* c, auto*)
+        { return (indications->ft->*function)(indications, c, nullptr, "", pass(path), 1); };
         return _broker.call(call, Broker::kWithoutResult);
     }
 

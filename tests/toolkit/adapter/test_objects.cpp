@@ -52,74 +52,64 @@ bool Session::release(Object* object)
     return true;
 }
 
-CMPIData dataOf(Journal& journal, const Value& value)
+CMPIData dataOf(Journal& journal, const std::string& value)
 {
     CMPIData data;
     memset(&data, 0, sizeof data);
-    data.type = value.type;
-    data.state = value.null ? CMPI_nullValue : CMPI_goodValue;
-    if (value.null)
+    data.type = typeOf(value);
+    data.state = isNull(value) ? CMPI_nullValue : CMPI_goodValue;
+    if (isNull(value))
         return data;
-    if (value.type & CMPI_ARRAY)
+    if (data.type & CMPI_ARRAY)
         data.value.array = make<CMPIArray>(journal, value);
-    else if (value.type == CMPI_string)
-        data.value.string = make<CMPIString>(journal, value.text);
-    else if (value.type == CMPI_dateTime)
-        data.value.dateTime = make<CMPIDateTime>(journal, value.text);
-    else if (value.type == CMPI_ref)
-        data.value.ref = make<CMPIObjectPath>(journal, *value.path);
-    else if (value.type == CMPI_instance)
-        data.value.inst = make<CMPIInstance>(journal, *value.inst);
+    else if (data.type == CMPI_string)
+        data.value.string = make<CMPIString>(journal, unquoted(value));
+    else if (data.type == CMPI_dateTime)
+        data.value.dateTime = make<CMPIDateTime>(journal, value);
+    else if (data.type == CMPI_ref)
+        data.value.ref = make<CMPIObjectPath>(journal, value.substr(1, value.size() - 2));
+    else if (data.type == CMPI_instance)
+        data.value.inst = make<CMPIInstance>(journal, value);
     else
-        data.value = value.scalar;
+        data.value = scalarOf(value, data.type);
     return data;
 }
 
-Object* objectIn(const CMPIValue* value, CMPIType type)
+std::pair<std::string, Object*> valueOf(const CMPIValue* value, CMPIType type)
 {
+    if (type == CMPI_chars)
+        return {quoted(reinterpret_cast<const char*>(value)), nullptr};
     if (type & CMPI_ARRAY)
-        return &self(value->array);
+    {
+        std::string list;
+        for (const Named& element : self(value->array).items)
+            list += (list.empty() ? "[" : ",") + element.second;
+        return {list.empty() ? typeName(type) : list + "]", &self(value->array)};
+    }
     switch (type)
     {
     case CMPI_string:
-        return &self(value->string);
+        return {quoted(self(value->string).text), &self(value->string)};
     case CMPI_dateTime:
-        return &self(value->dateTime);
+        return {"d:" + self(value->dateTime).text, &self(value->dateTime)};
     case CMPI_ref:
-        return &self(value->ref);
+        return {"<" + textOf(value->ref) + ">", &self(value->ref)};
     case CMPI_instance:
-        return &self(value->inst);
+        return {textOf(value->inst), &self(value->inst)};
     default:
-        return nullptr;
+        return {textOf(*value, type), nullptr};
     }
 }
 
-Value valueOf(const CMPIValue* value, CMPIType type)
+std::string textOf(const CMPIObjectPath* path)
 {
-    if (type == CMPI_chars)
-        return Value::string(reinterpret_cast<const char*>(value));
-    if (type & CMPI_ARRAY)
-        return contentOf(value->array);
-    switch (type)
-    {
-    case CMPI_string:
-        return Value::string(contentOf(value->string));
-    case CMPI_dateTime:
-        return Value::dateTime(contentOf(value->dateTime));
-    case CMPI_ref:
-        return Value::ref(contentOf(value->ref));
-    case CMPI_instance:
-        return Value::instance(contentOf(value->inst));
-    case CMPI_boolean:
-        return Value::boolean(value->boolean != 0);
-#define RETURN_VALUE(MEMBER, PREFIX)                                                                         \
-    case CMPI_##MEMBER:                                                                                      \
-        return Value::number(type, value->MEMBER);
-        TEST_BROKER_NUMBERS(RETURN_VALUE)
-#undef RETURN_VALUE
-    default:
-        return Value();
-    }
+    const Object& object = self(path);
+    return object.ns + ":" + object.text + (object.items.empty() ? "" : ".") + listOf(object.items);
+}
+
+std::string textOf(const CMPIInstance* inst)
+{
+    return self(inst).text + "{" + listOf(self(inst).items) + "}";
 }
 
 namespace
@@ -130,9 +120,9 @@ namespace
 template <class Edt>
 CMPIStatus release(Edt* edt)
 {
-    auto& object = self<Edt>(edt);
+    Object& object = self(edt);
     Journal& journal = object.journal;
-    if (*object.holds != 0)
+    if (object.holds.use_count() != 1)
         journal.violation("an object was released while another or the broker keeps a pointer to it");
     if (!Session::current() || !Session::current()->release(&object))
         journal.violation("an object was released that is not of this call");
@@ -140,44 +130,30 @@ CMPIStatus release(Edt* edt)
 }
 
 // Brokers may copy what is put into an object or keep the pointer.
-Value take(Object& container, const CMPIValue* value, CMPIType type)
+std::string take(Object& container, const CMPIValue* value, CMPIType type)
 {
     if (!value)
-        return Value::nullOf(type);
-    if (Object* part = objectIn(value, type))
-        container.parts.emplace_back(part->holds);
-    return valueOf(value, type);
+        return nullOf(type);
+    const auto [text, part] = valueOf(value, type);
+    if (part)
+        container.parts.push_back(part->holds);
+    return text;
 }
 
 // What the filter of an instance lets through.
 bool isKept(const Object& object, const std::string& name)
 {
     const auto isName = [&](const std::string& k) { return strcasecmp(k.c_str(), name.c_str()) == 0; };
-    const auto& kept = object.kept;
-    return !kept || std::any_of(kept->begin(), kept->end(), isName);
+    return !object.kept || std::any_of(object.kept->begin(), object.kept->end(), isName);
 }
 
-// --- lists of named values: the keys of a path, the properties of an instance, arguments, a context
-
-std::vector<Named>& list(const CMPIObjectPath* path)
-{
-    return contentOf(path).keys;
-}
-std::vector<Named>& list(const CMPIInstance* inst)
-{
-    return contentOf(inst).properties;
-}
-template <class Edt>
-std::vector<Named>& list(const Edt* edt)
-{
-    return contentOf(edt);
-}
+// --- lists of values: the keys of a path, properties, arguments, a context, the elements of an array
 
 template <class Edt>
-CMPIData item(const Edt* edt, const Value* value, CMPIStatus* rc)
+CMPIData item(const Edt* edt, const std::string* value, CMPIStatus* rc)
 {
     done(rc, value ? CMPI_RC_OK : CMPI_RC_ERR_NO_SUCH_PROPERTY);
-    CMPIData data = dataOf(self(edt).journal, value ? *value : Value());
+    CMPIData data = dataOf(self(edt).journal, value ? *value : "null");
     if (std::is_same_v<Edt, CMPIObjectPath>)
         data.state = static_cast<CMPIValueState>(data.state | CMPI_keyValue);
     return data;
@@ -186,23 +162,23 @@ CMPIData item(const Edt* edt, const Value* value, CMPIStatus* rc)
 template <class Edt>
 CMPIData get(const Edt* edt, const char* name, CMPIStatus* rc)
 {
-    return item(edt, find(list(edt), name), rc);
+    return item(edt, find(self(edt).items, name), rc);
 }
 
 template <class Edt>
 CMPIData getAt(const Edt* edt, CMPICount index, CMPIString** name, CMPIStatus* rc)
 {
-    const Named* at = index < list(edt).size() ? &list(edt)[index] : nullptr;
-    if (at && name)
-        *name = make<CMPIString>(self(edt).journal, at->first);
-    return item(edt, at ? &at->second : nullptr, rc);
+    auto& items = self(edt).items;
+    if (index < items.size() && name)
+        *name = make<CMPIString>(self(edt).journal, items[index].first);
+    return item(edt, index < items.size() ? &items[index].second : nullptr, rc);
 }
 
 template <class Edt>
 CMPICount count(const Edt* edt, CMPIStatus* rc)
 {
     done(rc, CMPI_RC_OK);
-    return static_cast<CMPICount>(list(edt).size());
+    return static_cast<CMPICount>(self(edt).items.size());
 }
 
 template <class Edt>
@@ -211,115 +187,104 @@ CMPIStatus add(const Edt* edt, const char* name, const CMPIValue* value, CMPITyp
     if (!value && std::is_same_v<Edt, CMPIObjectPath>)
         return {CMPI_RC_ERR_INVALID_PARAMETER, nullptr};
     if (isKept(self(edt), name))
-        set(list(edt), name, take(self(edt), value, type));
+        set(self(edt).items, name, take(self(edt), value, type));
     return {CMPI_RC_OK, nullptr};
 }
 
 // --- the rest
 
-// A field of an object's content as a string of the broker.
-template <class Edt, std::string Path::*kField>
+// A text of an object as a string of the broker.
+template <class Edt, std::string Object::*kText>
 CMPIString* getText(const Edt* edt, CMPIStatus* rc)
 {
     done(rc, CMPI_RC_OK);
-    return make<CMPIString>(self(edt).journal, contentOf(edt).*kField);
+    return make<CMPIString>(self(edt).journal, self(edt).*kText);
 }
 
 const char* getCharPtr(const CMPIString* s, CMPIStatus* rc)
 {
     done(rc, CMPI_RC_OK);
-    return contentOf(s).c_str();
-}
-
-CMPIString* getStringFormat(const CMPIDateTime* d, CMPIStatus* rc)
-{
-    done(rc, CMPI_RC_OK);
-    return make<CMPIString>(self(d).journal, contentOf(d));
+    return self(s).text.c_str();
 }
 
 CMPIObjectPath* getObjectPath(const CMPIInstance* i, CMPIStatus* rc)
 {
     done(rc, CMPI_RC_OK);
-    return make<CMPIObjectPath>(self(i).journal, contentOf(i).path);
+    return make<CMPIObjectPath>(self(i).journal, self(i).path);
 }
 
 // Keys go as well unless they are named.
 CMPIStatus setPropertyFilter(const CMPIInstance* i, const char** properties, const char** keys)
 {
-    std::vector<std::string>& kept = self(i).kept.emplace();
+    Object& object = self(i);
+    std::vector<std::string>& kept = object.kept.emplace();
     for (const char** names : {properties, keys})
         for (; names && *names; names++)
             kept.emplace_back(*names);
-    std::vector<Named> all = std::move(list(i));
-    list(i).clear();
-    for (const Named& property : all)
-        if (isKept(self(i), property.first))
-            list(i).push_back(property);
+    const auto isGone = [&](const Named& property) { return !isKept(object, property.first); };
+    object.items.erase(std::remove_if(object.items.begin(), object.items.end(), isGone), object.items.end());
     return {CMPI_RC_OK, nullptr};
-}
-
-CMPICount getSize(const CMPIArray* a, CMPIStatus* rc)
-{
-    done(rc, CMPI_RC_OK);
-    return static_cast<CMPICount>(contentOf(a).elements.size());
 }
 
 CMPIData getElementAt(const CMPIArray* a, CMPICount index, CMPIStatus* rc)
 {
-    const auto& elements = contentOf(a).elements;
-    return item(a, index < elements.size() ? &elements[index] : nullptr, rc);
+    return getAt(a, index, nullptr, rc);
 }
 
 CMPIStatus setElementAt(const CMPIArray* a, CMPICount index, const CMPIValue* value, CMPIType type)
 {
-    Value& array = contentOf(a);
-    if (index >= array.elements.size() || type != (array.type & ~CMPI_ARRAY) || !value)
+    Object& array = self(a);
+    if (index >= array.items.size() || type != array.elements || !value)
         return {CMPI_RC_ERR_INVALID_PARAMETER, nullptr};
-    array.elements[index] = take(self(a), value, type);
+    array.items[index].second = take(array, value, type);
     return {CMPI_RC_OK, nullptr};
 }
 
 CMPIData getNext(const CMPIEnumeration* e, CMPIStatus* rc)
 {
-    std::vector<Value>& left = contentOf(e);
-    const CMPIData data = item(e, left.empty() ? nullptr : &left.front(), rc);
-    if (!left.empty())
-        left.erase(left.begin());
+    const CMPIData data = getAt(e, 0, nullptr, rc);
+    self(e).items.erase(self(e).items.begin());
     return data;
 }
 
 CMPIBoolean hasNext(const CMPIEnumeration* e, CMPIStatus* rc)
 {
-    done(rc, CMPI_RC_OK);
-    return !contentOf(e).empty();
+    return count(e, rc) != 0;
 }
 
 constexpr CMPIVersion kVersion = CMPIVersion200;
 
 } // namespace
 
-const CMPIStringFT* kindOf(const CMPIString*, std::string*)
+const CMPIStringFT* read(CMPIString*, Object& object, const std::string& text)
 {
+    object.text = text;
     static const CMPIStringFT table = {kVersion, release<CMPIString>, nullptr, getCharPtr};
     return &table;
 }
 
-const CMPIDateTimeFT* kindOf(const CMPIDateTime*, std::string*)
+const CMPIDateTimeFT* read(CMPIDateTime*, Object& object, const std::string& text)
 {
+    object.text = text.substr(2);
     static const CMPIDateTimeFT table = {
-        kVersion, release<CMPIDateTime>, nullptr, nullptr, getStringFormat, nullptr};
+        kVersion, release<CMPIDateTime>, nullptr, nullptr, getText<CMPIDateTime, &Object::text>, nullptr};
     return &table;
 }
 
-const CMPIObjectPathFT* kindOf(const CMPIObjectPath*, Path*)
+const CMPIObjectPathFT* read(CMPIObjectPath*, Object& object, const std::string& text)
 {
+    const size_t colon = text.find(':');
+    const size_t dot = text.find('.', colon);
+    object.ns = text.substr(0, colon);
+    object.text = text.substr(colon + 1, dot == text.npos ? dot : dot - colon - 1);
+    object.items = named(dot == text.npos ? "" : text.substr(dot + 1));
     static const CMPIObjectPathFT table = []
     {
         CMPIObjectPathFT t = {};
         t.ftVersion = kVersion;
         t.release = release<CMPIObjectPath>;
-        t.getNameSpace = getText<CMPIObjectPath, &Path::ns>;
-        t.getClassName = getText<CMPIObjectPath, &Path::className>;
+        t.getNameSpace = getText<CMPIObjectPath, &Object::ns>;
+        t.getClassName = getText<CMPIObjectPath, &Object::text>;
         t.addKey = add;
         t.getKeyAt = getAt;
         t.getKeyCount = count;
@@ -328,8 +293,12 @@ const CMPIObjectPathFT* kindOf(const CMPIObjectPath*, Path*)
     return &table;
 }
 
-const CMPIInstanceFT* kindOf(const CMPIInstance*, Inst*)
+const CMPIInstanceFT* read(CMPIInstance*, Object& object, const std::string& text)
 {
+    const size_t brace = text.find('{');
+    object.text = text.substr(0, brace);
+    object.path = ":" + object.text;
+    object.items = named(text.substr(brace + 1, text.size() - brace - 2));
     // clang-format off
     static const CMPIInstanceFT table = {kVersion, release<CMPIInstance>, nullptr, get, getAt, count, add,
                                          getObjectPath, setPropertyFilter, nullptr, nullptr};
@@ -337,28 +306,36 @@ const CMPIInstanceFT* kindOf(const CMPIInstance*, Inst*)
     return &table;
 }
 
-const CMPIArrayFT* kindOf(const CMPIArray*, Value*)
+const CMPIArrayFT* read(CMPIArray*, Object& object, const std::string& text)
 {
+    object.elements = static_cast<CMPIType>(typeOf(text) & ~CMPI_ARRAY);
+    if (text[0] == '[')
+        for (const std::string& element : split(text.substr(1, text.size() - 2)))
+            object.items.emplace_back("", element);
     static const CMPIArrayFT table = {
-        kVersion, release<CMPIArray>, nullptr, getSize, nullptr, getElementAt, setElementAt};
+        kVersion, release<CMPIArray>, nullptr, count, nullptr, getElementAt, setElementAt};
     return &table;
 }
 
-const CMPIArgsFT* kindOf(const CMPIArgs*, std::vector<Named>*)
+const CMPIArgsFT* read(CMPIArgs*, Object& object, const std::string& text)
 {
+    object.items = named(text);
     static const CMPIArgsFT table = {kVersion, release<CMPIArgs>, nullptr, add, get, getAt, count};
     return &table;
 }
 
-const CMPIEnumerationFT* kindOf(const CMPIEnumeration*, std::vector<Value>*)
+const CMPIEnumerationFT* read(CMPIEnumeration*, Object& object, const std::string& text)
 {
+    for (const std::string& left : split(text))
+        object.items.emplace_back("", left);
     static const CMPIEnumerationFT table = {
         kVersion, release<CMPIEnumeration>, nullptr, getNext, hasNext, nullptr};
     return &table;
 }
 
-const CMPIContextFT* kindOf(const CMPIContext*, std::vector<Named>*)
+const CMPIContextFT* read(CMPIContext*, Object& object, const std::string& text)
 {
+    object.items = named(text);
     static const CMPIContextFT table = {kVersion, release<CMPIContext>, nullptr, get, getAt, count, add};
     return &table;
 }

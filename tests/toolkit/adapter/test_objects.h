@@ -26,24 +26,10 @@ class Journal
     std::vector<std::string> _violations;
 };
 
-// Counts those who keep a pointer to an object: the object must not be released before they are gone.
-typedef std::shared_ptr<int> Holds;
-class Hold
-{
-  public:
-    explicit Hold(Holds holds) : _holds(std::move(holds)) { ++*_holds; }
-    Hold(Hold&&) = default;
-    ~Hold()
-    {
-        if (_holds)
-            --*_holds;
-    }
+// Kept by those who keep a pointer to an object: it must not be released before they are gone.
+typedef std::shared_ptr<const void> Hold;
 
-  private:
-    Holds _holds;
-};
-
-// What every object of the broker is besides its CMPI face.
+// What every object of the broker is besides its CMPI face, whose `hdl` points to it.
 struct Object
 {
     explicit Object(Journal& j) : journal(j) { ++journal.objectsAlive; }
@@ -51,10 +37,16 @@ struct Object
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
 
+    std::string text;         // of a string or a datetime; the class of a path or an instance
+    std::string ns;           // of a path
+    std::string path;         // of an instance
+    std::vector<Named> items; // keys, properties, arguments, entries; without names elements, what is left
+    CMPIType elements = CMPI_null; // the type of an array's elements
+
     Journal& journal;
     const std::thread::id owner = std::this_thread::get_id();
     bool movable = false; // used on another thread than the one that made it
-    const Holds holds = std::make_shared<int>(0);
+    const Hold holds = std::make_shared<int>();
     std::vector<Hold> parts;                      // objects that were put into this one
     std::optional<std::vector<std::string>> kept; // the filter of an instance
 };
@@ -79,57 +71,49 @@ class Session
     Session* _outer;
 };
 
-// The function table and the content of each kind of object.
-const CMPIStringFT* kindOf(const CMPIString*, std::string*);
-const CMPIDateTimeFT* kindOf(const CMPIDateTime*, std::string*);
-const CMPIObjectPathFT* kindOf(const CMPIObjectPath*, Path*);
-const CMPIInstanceFT* kindOf(const CMPIInstance*, Inst*);
-const CMPIArrayFT* kindOf(const CMPIArray*, Value*);
-const CMPIArgsFT* kindOf(const CMPIArgs*, std::vector<Named>*);
-const CMPIEnumerationFT* kindOf(const CMPIEnumeration*, std::vector<Value>*); // what is left of it
-const CMPIContextFT* kindOf(const CMPIContext*, std::vector<Named>*);
+// The function table of each kind of object. Its content is read from the text of the value, but for a
+// string from its characters, and for arguments, a context and an enumeration from a list.
+const CMPIStringFT* read(CMPIString*, Object&, const std::string& text);
+const CMPIDateTimeFT* read(CMPIDateTime*, Object&, const std::string& text);
+const CMPIObjectPathFT* read(CMPIObjectPath*, Object&, const std::string& text);
+const CMPIInstanceFT* read(CMPIInstance*, Object&, const std::string& text);
+const CMPIArrayFT* read(CMPIArray*, Object&, const std::string& text);
+const CMPIArgsFT* read(CMPIArgs*, Object&, const std::string& text);
+const CMPIEnumerationFT* read(CMPIEnumeration*, Object&, const std::string& text);
+const CMPIContextFT* read(CMPIContext*, Object&, const std::string& text);
 
-template <class Edt, class Content, class Table>
-Content contentOfKind(const Table* (*kind)(const Edt*, Content*));
-template <class Edt>
-using Content = decltype(contentOfKind<Edt>(&kindOf));
+std::string textOf(const CMPIObjectPath* path);
+std::string textOf(const CMPIInstance* inst);
 
-// An object is its CMPI face and its content in one.
 template <class Edt>
 struct Made : Edt, Object
 {
-    Made(Journal& j, Content<Edt> c) : Edt(), Object(j), content(std::move(c))
+    Made(Journal& j, const std::string& content) : Edt(), Object(j)
     {
-        this->hdl = &content;
-        this->ft = kindOf(this, &content);
+        this->hdl = static_cast<Object*>(this);
+        this->ft = read(static_cast<Edt*>(this), *this, content);
     }
-    Content<Edt> content;
 };
 
 // The broker's side of an object that a provider passed in. Objects stay on the thread that made them.
 template <class Edt>
-Made<Edt>& self(const Edt* edt)
+Object& self(const Edt* edt)
 {
-    auto& object = *static_cast<Made<Edt>*>(const_cast<Edt*>(edt));
+    const void* const hdl = edt->hdl; // not const in all kinds
+    Object& object = *static_cast<Object*>(const_cast<void*>(hdl));
     if (!object.movable && object.owner != std::this_thread::get_id())
         object.journal.violation("an object was used on a thread that did not make it");
     return object;
 }
 
-template <class Edt>
-Content<Edt>& contentOf(const Edt* edt)
-{
-    return self(edt).content;
-}
-
 // An object that the running call returns to its caller, made in the current session. Null when there is
 // none, which is recorded as a violation.
 template <class Edt>
-Edt* make(Journal& journal, Content<Edt> content)
+Edt* make(Journal& journal, const std::string& content)
 {
     if (Session* session = Session::current())
     {
-        auto object = std::make_unique<Made<Edt>>(journal, std::move(content));
+        auto object = std::make_unique<Made<Edt>>(journal, content);
         Edt* edt = object.get();
         session->objects.push_back(std::move(object));
         return edt;
@@ -147,10 +131,10 @@ inline CMPIStatus done(CMPIStatus* rc, CMPIrc code)
 }
 
 // A value as a getter hands it out.
-CMPIData dataOf(Journal& journal, const Value& value);
+CMPIData dataOf(Journal& journal, const std::string& value);
 
-// The object that a value argument points to; null if it is a scalar.
-Object* objectIn(const CMPIValue* value, CMPIType type);
+// The value of an argument of a CMPI call, with the object that it points to; null if it is a scalar.
+std::pair<std::string, Object*> valueOf(const CMPIValue* value, CMPIType type);
 
 // A broker with all tables of functions; `hdl` is to be set to the Broker.
 CMPIBroker services();

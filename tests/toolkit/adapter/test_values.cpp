@@ -1,6 +1,7 @@
-// Construction, look-up and texts of the test broker's values.
+// Reading and writing of the test broker's values.
 #include "test_values.h"
 
+#include <cstring>
 #include <sstream>
 #include <strings.h>
 
@@ -10,126 +11,169 @@ namespace test_broker
 namespace
 {
 
-std::string listOf(const std::vector<Named>& list)
-{
-    std::string result;
-    for (const Named& item : list)
-        if (!item.second.null)
-            result += (result.empty() ? "" : ",") + item.first + "=" + textOf(item.second);
-    return result;
-}
+// clang-format off
+#define FOR_EACH_NUMBER(X) \
+    X(uint8, "u8") X(uint16, "u16") X(uint32, "u32") X(uint64, "u64") \
+    X(sint8, "s8") X(sint16, "s16") X(sint32, "s32") X(sint64, "s64") \
+    X(char16, "c") X(real32, "r32") X(real64, "r64")
+#define FOR_EACH_OTHER(X) \
+    X(boolean, "bool") X(string, "string") X(dateTime, "d") X(ref, "ref") X(instance, "instance")
+// clang-format on
 
 template <class X>
-std::string numberText(const char* prefix, X x)
+void readNumber(const char* digits, X& x)
 {
-    std::ostringstream text;
-    text.precision(17);
-    text << prefix << +x;
-    return text.str();
+    if constexpr (std::is_floating_point_v<X>)
+        x = static_cast<X>(strtod(digits, nullptr));
+    else if (*digits == '-')
+        x = static_cast<X>(strtoll(digits, nullptr, 10));
+    else
+        x = static_cast<X>(strtoull(digits, nullptr, 10));
 }
 
 } // namespace
 
-Value Value::nullOf(CMPIType type)
+std::vector<std::string> split(const std::string& list)
 {
-    Value value;
-    value.type = type;
-    return value;
+    std::vector<std::string> parts(list.empty() ? 0 : 1);
+    bool inText = false;
+    int depth = 0;
+    for (size_t i = 0; i < list.size(); i++)
+    {
+        const char c = list[i];
+        if (c == '"')
+            inText = !inText;
+        if (!inText)
+            depth += (strchr("[{<", c) != nullptr) - (strchr("]}>", c) != nullptr);
+        if (c == ',' && !inText && depth == 0)
+            parts.emplace_back();
+        else
+            parts.back() += c;
+        if (c == '\\')
+            parts.back() += list[++i];
+    }
+    return parts;
 }
 
-Value Value::present(CMPIType type, std::string text)
+std::vector<Named> named(const std::string& list)
 {
-    Value value = nullOf(type);
-    value.null = false;
-    value.text = std::move(text);
-    return value;
+    std::vector<Named> items;
+    for (const std::string& part : split(list))
+        items.emplace_back(part.substr(0, part.find('=')), part.substr(part.find('=') + 1));
+    return items;
 }
 
-Value Value::boolean(bool x)
+std::string listOf(const std::vector<Named>& items)
 {
-    Value value = present(CMPI_boolean);
-    value.scalar.boolean = x;
-    return value;
+    std::string list;
+    for (const auto& [name, value] : items)
+        if (!isNull(value))
+            list += (list.empty() ? "" : ",") + name + "=" + value;
+    return list;
 }
 
-Value Value::ref(Path x)
+std::string quoted(const std::string& text)
 {
-    Value value = present(CMPI_ref);
-    value.path = std::make_shared<const Path>(std::move(x));
-    return value;
+    std::string value = "\"";
+    for (const char c : text)
+        value += (c == '"' || c == '\\' ? "\\" : "") + std::string(1, c);
+    return value + "\"";
 }
 
-Value Value::instance(Inst x)
+std::string unquoted(const std::string& value)
 {
-    Value value = present(CMPI_instance);
-    value.inst = std::make_shared<const Inst>(std::move(x));
-    return value;
+    std::string text;
+    for (size_t i = 1; i + 1 < value.size(); i++)
+        text += value[value[i] == '\\' ? ++i : i];
+    return text;
 }
 
-Value Value::array(CMPIType elementType, std::vector<Value> x)
+bool isNull(const std::string& value)
 {
-    Value value = present(static_cast<CMPIType>(elementType | CMPI_ARRAY));
-    value.elements = std::move(x);
-    return value;
+    return value == "null" || (value.size() > 5 && value.compare(value.size() - 5, 5, ":null") == 0);
 }
 
-const Value* find(const std::vector<Named>& list, const char* name)
+std::string nullOf(CMPIType type)
 {
-    for (const Named& item : list)
-        if (strcasecmp(item.first.c_str(), name) == 0)
+    return type == CMPI_null ? "null" : typeName(type) + ":null";
+}
+
+CMPIType typeOf(const std::string& value)
+{
+    switch (value[0])
+    {
+    case '"':
+        return CMPI_string;
+    case '<':
+        return CMPI_ref;
+    case '[':
+        return static_cast<CMPIType>(typeOf(split(value.substr(1, value.size() - 2))[0]) | CMPI_ARRAY);
+    }
+    if (value.back() == '}')
+        return CMPI_instance;
+    if (value == "true" || value == "false")
+        return CMPI_boolean;
+    const std::string name = value.substr(0, value.find(':'));
+#define RETURN_TYPE(TYPE, NAME)                                                                              \
+    if (name == NAME || name == NAME "[]")                                                                   \
+        return static_cast<CMPIType>(CMPI_##TYPE | (name == NAME ? 0 : CMPI_ARRAY));
+    FOR_EACH_NUMBER(RETURN_TYPE)
+    FOR_EACH_OTHER(RETURN_TYPE)
+    return CMPI_null;
+}
+
+std::string typeName(CMPIType type)
+{
+    if (type & CMPI_ARRAY)
+        return typeName(static_cast<CMPIType>(type & ~CMPI_ARRAY)) + "[]";
+#define RETURN_NAME(TYPE, NAME)                                                                              \
+    if (type == CMPI_##TYPE)                                                                                 \
+        return NAME;
+    FOR_EACH_NUMBER(RETURN_NAME)
+    FOR_EACH_OTHER(RETURN_NAME)
+    return "null";
+}
+
+CMPIValue scalarOf(const std::string& value, CMPIType type)
+{
+    CMPIValue scalar = {0};
+    if (type == CMPI_boolean)
+        scalar.boolean = value == "true";
+    const char* const digits = value.c_str() + value.find(':') + 1;
+#define READ_NUMBER(TYPE, NAME)                                                                              \
+    if (type == CMPI_##TYPE)                                                                                 \
+        readNumber(digits, scalar.TYPE);
+    FOR_EACH_NUMBER(READ_NUMBER)
+    return scalar;
+}
+
+std::string textOf(const CMPIValue& scalar, CMPIType type)
+{
+    if (type == CMPI_boolean)
+        return scalar.boolean ? "true" : "false";
+    std::ostringstream text;
+    text.precision(17);
+#define WRITE_NUMBER(TYPE, NAME)                                                                             \
+    if (type == CMPI_##TYPE)                                                                                 \
+        text << NAME ":" << +scalar.TYPE;
+    FOR_EACH_NUMBER(WRITE_NUMBER)
+    return text.str();
+}
+
+std::string* find(std::vector<Named>& items, const std::string& name)
+{
+    for (Named& item : items)
+        if (strcasecmp(item.first.c_str(), name.c_str()) == 0)
             return &item.second;
     return nullptr;
 }
 
-void set(std::vector<Named>& list, const std::string& name, Value value)
+void set(std::vector<Named>& items, const std::string& name, const std::string& value)
 {
-    if (const Value* old = find(list, name.c_str()))
-        *const_cast<Value*>(old) = std::move(value);
+    if (std::string* old = find(items, name))
+        *old = value;
     else
-        list.emplace_back(name, std::move(value));
-}
-
-std::string textOf(const Value& value)
-{
-    if (value.null)
-        return "null";
-    if (value.type & CMPI_ARRAY)
-    {
-        std::string result;
-        for (const Value& element : value.elements)
-            result += (result.empty() ? "" : ",") + textOf(element);
-        return "[" + result + "]";
-    }
-    switch (value.type)
-    {
-    case CMPI_boolean:
-        return value.scalar.boolean ? "true" : "false";
-    case CMPI_string:
-        return "\"" + value.text + "\"";
-    case CMPI_dateTime:
-        return "d:" + value.text;
-    case CMPI_ref:
-        return "<" + textOf(*value.path) + ">";
-    case CMPI_instance:
-        return textOf(*value.inst);
-#define RETURN_TEXT(MEMBER, PREFIX)                                                                          \
-    case CMPI_##MEMBER:                                                                                      \
-        return numberText(PREFIX, value.scalar.MEMBER);
-        TEST_BROKER_NUMBERS(RETURN_TEXT)
-#undef RETURN_TEXT
-    default:
-        return "?";
-    }
-}
-
-std::string textOf(const Path& path)
-{
-    return path.ns + ":" + path.className + (path.keys.empty() ? "" : ".") + listOf(path.keys);
-}
-
-std::string textOf(const Inst& inst)
-{
-    return inst.path.className + "{" + listOf(inst.properties) + "}";
+        items.emplace_back(name, value);
 }
 
 } // namespace test_broker

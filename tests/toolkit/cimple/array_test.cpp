@@ -52,7 +52,7 @@ TYPED_TEST(ArrayTest, BehavesLikeAVector)
         const TypeParam element = make_element<TypeParam>(step);
         const size_t pos = below(oracle.size() + 1);
         const auto at = oracle.begin() + static_cast<std::ptrdiff_t>(pos);
-        switch (below(8))
+        switch (below(7))
         {
         case 0:
         case 1:
@@ -60,14 +60,13 @@ TYPED_TEST(ArrayTest, BehavesLikeAVector)
             oracle.push_back(element);
             break;
         case 2:
-            array.prepend(element);
-            oracle.insert(oracle.begin(), element);
-            break;
-        case 3:
-            array.insert(pos, element);
+            if (pos == 0)
+                array.prepend(element);
+            else
+                array.insert(pos, element);
             oracle.insert(at, element);
             break;
-        case 4: // elements of its own
+        case 3: // elements of its own
         {
             const size_t n = below(oracle.size() - pos + 1);
             const std::vector<TypeParam> part(at, at + static_cast<std::ptrdiff_t>(n));
@@ -75,14 +74,14 @@ TYPED_TEST(ArrayTest, BehavesLikeAVector)
             oracle.insert(oracle.begin() + static_cast<std::ptrdiff_t>(pos / 2), part.begin(), part.end());
             break;
         }
-        case 5:
+        case 4:
         {
             const size_t n = below(oracle.size() - pos + 1);
             array.remove(pos, n);
             oracle.erase(at, at + static_cast<std::ptrdiff_t>(n));
             break;
         }
-        case 6:
+        case 5:
         {
             const size_t n = below(20);
             array.resize(n);
@@ -159,23 +158,19 @@ TEST(PropertyTest, ComparesFlagAndValue)
 TEST(ArrayTest, ARowFedAtItsEndAndTakenFromItsFrontKeepsOrderAndStaysSmall)
 {
     Array_String row;
-    std::vector<std::string> expected;
-    for (unsigned step = 0; step < 3000; step++)
+    size_t first = 0;
+    for (size_t step = 0; step < 3000; step++)
     {
-        const std::string text = std::to_string(step);
-        row.append(String(text.c_str()));
-        expected.push_back(text);
-        const size_t pos = step % 3 == 0 ? expected.size() / 4 : 0;
-        if (expected.size() > 13) // not a power of two, so that the memory is never quite full
+        row.append(String(std::to_string(step).c_str()));
+        if (row.size() > 13) // not a power of two, so that the memory is never quite full
         {
-            row.remove(pos, 1);
-            expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(pos));
+            row.remove(0);
+            first++;
         }
         if (step % 500 == 250)
             row.reserve(40);
-        ASSERT_EQ(row.size(), expected.size());
-        for (size_t i = 0; i < expected.size(); i++)
-            ASSERT_STREQ(row[i].c_str(), expected[i].c_str()) << step;
+        for (size_t i = 0; i < row.size(); i++)
+            ASSERT_EQ(std::to_string(first + i), row[i].c_str()) << step;
     }
     EXPECT_LE(row.capacity(), 64u);
 }

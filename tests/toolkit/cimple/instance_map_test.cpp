@@ -1,8 +1,6 @@
-// Instance maps: against a linear search, under parallel readers, and who owns what.
+// Instance maps: models of related classes, parallel readers, and who owns what.
 #include "demo_objects.h"
 #include <gtest/gtest.h>
-#include <random>
-#include <set>
 #include <thread>
 #include <vector>
 
@@ -12,87 +10,12 @@ namespace
 {
 const size_t kNone = size_t(-1);
 
-typedef Instance_Map<Demo_Dependency> Map;
-
 // Takes models of any class.
 template <class CLASS>
 struct Open_Map : Instance_Map<CLASS>
 {
     using Instance_Map_Base::_find;
 };
-
-size_t linear_find(const Map& map, const Instance* model)
-{
-    size_t pos = 0;
-    while (pos < map.size() && !key_eq(map[pos], model))
-        pos++;
-    return pos < map.size() ? pos : kNone;
-}
-
-std::vector<const Instance*> content(const Map& map)
-{
-    std::vector<const Instance*> instances;
-    for (size_t pos = 0; pos < map.size(); pos++)
-        instances.push_back(map[pos]);
-    return instances;
-}
-
-// Of one of several classes and few different keys, so that equal ones are met often.
-Instance* random_end(std::mt19937& random, bool with_keyless)
-{
-    const unsigned n = std::uniform_int_distribution<unsigned>(0, 7)(random);
-    switch (std::uniform_int_distribution<int>(0, with_keyless ? 4 : 3)(random))
-    {
-    case 0:
-        return demo::rack(std::to_string(n).c_str()).steal();
-    case 1:
-        return demo::sensor(n).steal();
-    case 2:
-        return demo::element(n).steal();
-    case 3:
-        return nullptr;
-    default:
-        return Demo_Limits::create(); // its (empty) set of keys is part of every other
-    }
-}
-
-TEST(InstanceMapTest, AgreesWithALinearSearch)
-{
-    for (const bool with_keyless : {false, true})
-    {
-        std::mt19937 random(with_keyless ? 1 : 2);
-        Map map;
-        for (int step = 0; step < 4000; step++)
-        {
-            Instance* const antecedent = random_end(random, with_keyless);
-            Instance* const dependent = random_end(random, with_keyless);
-            Ref<Demo_Dependency> link = demo::dependency(antecedent, dependent);
-            const size_t expected = linear_find(map, link.ptr());
-            ASSERT_EQ(map.find(link.ptr()), expected) << step << " " << demo::text_of(link.ptr());
-            ASSERT_EQ(map.lookup(link.ptr()), expected == kNone ? nullptr : map[expected]) << step;
-
-            std::vector<const Instance*> order = content(map);
-            if (random() % 3 != 0)
-            {
-                const size_t pos = map.insert(link.ptr());
-                ASSERT_EQ(pos, expected == kNone ? order.size() : kNone) << step;
-                if (pos != kNone)
-                    order.push_back(link.steal());
-            }
-            else if (!order.empty())
-            {
-                const size_t pos = random() % order.size();
-                Instance* const removed = map[pos];
-                map.remove(pos);
-                unref(removed);
-                order.erase(order.begin() + static_cast<std::ptrdiff_t>(pos));
-            }
-            ASSERT_EQ(content(map), order) << step;
-            if (step % 1500 == 1499)
-                map.clear();
-        }
-    }
-}
 
 TEST(InstanceMapTest, FindsByModelsOfRelatedClasses)
 {

@@ -104,14 +104,11 @@ TEST(FilterTest, MakesModels)
 TEST(KeysNonNullTest, NeedsEveryKey)
 {
     Ref<Demo_SensorInRack> link = demo::sensor_in_rack("r", 1);
-    EXPECT_TRUE(keys_non_null(link.ptr()));
-    unref(link->Sensor);
-    link->Sensor = nullptr;
+    EXPECT_TRUE(keys_non_null(link.ptr()) && keys_non_null(link->Sensor));
+    link->Sensor->Id.null = 1;
+    EXPECT_FALSE(keys_non_null(link->Sensor));
+    unref(std::exchange(link->Sensor, nullptr));
     EXPECT_FALSE(keys_non_null(link.ptr()));
-    Ref<Demo_Sensor> sensor = demo::sensor(1);
-    EXPECT_TRUE(keys_non_null(sensor.ptr()));
-    sensor->Id.null = 1;
-    EXPECT_FALSE(keys_non_null(sensor.ptr()));
 }
 
 TEST(NameSpaceTest, ReachesEverything)
@@ -227,36 +224,24 @@ TEST(ModelPathTest, RefusesWhatIsNoPath)
 
 TEST(PutPropertyTest, ParsesByType)
 {
-    const struct
-    {
-        const char* name;
-        const char* text;
-        int result;
-    } rows[] = {
-        {"TheBoolean", "TRUE", 0},
-        {"TheBoolean", "1", -1},
-        {"TheUint8", "256", -1},
-        {"TheSint64", "-9223372036854775808", 0},
-        {"TheReal64", "1e3", 0},
-        {"TheChar16", "65", 0},
-        {"TheString", "any", 0},
-        {"TheDatetime", "20260115120000.000000+000", 0},
-        {"TheDatetime", "2026", -1},
-        {"TheUint32Array", "5", 0},
-        {"TheUint32Array", "-5", -1},
-    };
-    for (const auto& row : rows)
-    {
-        Ref<Demo_Everything> x(Demo_Everything::create(true));
-        const Meta_Property* const mp = find_property(x->meta_class, row.name);
-        EXPECT_EQ(__put_property_from_str(x.ptr(), mp, row.text), row.result) << row.name << " " << row.text;
-        EXPECT_EQ(null_of(mp, __property_of(x.ptr(), mp)) == 0, row.result == 0)
-            << row.name << " " << row.text;
-    }
+    const std::pair<const char*, const char*> rows[] = {{"TheBoolean", "1"},
+                                                        {"TheUint8", "256"},
+                                                        {"TheReal64", "1e3"},
+                                                        {"TheChar16", "65"},
+                                                        {"TheDatetime", "20260115120000.000000+000"},
+                                                        {"TheDatetime", "2026"},
+                                                        {"TheUint32Array", "-5"},
+                                                        {"TheUint32Array", "5"},
+                                                        {"TheUint32Array", "6"}};
     Ref<Demo_Everything> x(Demo_Everything::create(true));
-    const Meta_Property* const mp = find_property(x->meta_class, "TheUint32Array");
-    __put_property_from_str(x.ptr(), mp, "5");
-    __put_property_from_str(x.ptr(), mp, "6");
+    std::string refused;
+    for (const auto& [name, text] : rows)
+        if (__put_property_from_str(x.ptr(), find_property(x->meta_class, name), text) != 0)
+            refused += text + std::string(" ");
+    EXPECT_EQ(refused, "1 256 2026 -5 ");
+    EXPECT_TRUE(x->TheBoolean.null && x->TheUint8.null && x->TheReal64.value == 1000 &&
+                x->TheChar16.value == 65);
+    EXPECT_STREQ(x->TheDatetime.value.ascii().c_str(), rows[4].second);
     EXPECT_TRUE(x->TheUint32Array.value == Array_uint32::make(5, 6)) << "arrays collect";
 }
 } // namespace

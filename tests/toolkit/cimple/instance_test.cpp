@@ -13,37 +13,36 @@ int count(const Instance* instance)
     return Atomic_get(&instance->__refs);
 }
 
-TEST(InstanceTest, CreatesZeroValuesThatAreNotNull)
+TEST(InstanceTest, CreatesAndClearsEveryFeature)
 {
-    const Ref<Demo_Everything> x(Demo_Everything::create());
-    EXPECT_EQ(count(x.ptr()), 1);
-    EXPECT_EQ(x->__magic, CIMPLE_INSTANCE_MAGIC);
-    EXPECT_TRUE(x->__name_space.empty());
+    Ref<Demo_Everything> zero(Demo_Everything::create());
+    Ref<Demo_Everything> born(Demo_Everything::create(true));
+    Ref<Demo_Everything> cleared = demo::everything();
+    clear(cleared.ptr());
 #define CHECK(T, NAME, X, Y)                                                                                 \
-    EXPECT_TRUE(x->The##NAME.null == 0 && x->The##NAME.value == T()) << #NAME;                               \
-    EXPECT_TRUE(x->The##NAME##Array.null == 0 && x->The##NAME##Array.value.size() == 0) << #NAME;            \
-    EXPECT_TRUE(x->Default##NAME.null == 0 && x->Default##NAME.value == T()) << #NAME;                       \
-    EXPECT_TRUE(x->Default##NAME##Array.null == 0 && x->Default##NAME##Array.value.size() == 0) << #NAME;
+    for (const Property<T>* x : {&zero->The##NAME, &zero->Default##NAME})                                    \
+        EXPECT_TRUE(x->null == 0 && x->value == T()) << #NAME;                                               \
+    for (const Property<Array<T>>* x : {&zero->The##NAME##Array, &zero->Default##NAME##Array})               \
+        EXPECT_TRUE(x->null == 0 && x->value.size() == 0) << #NAME;                                          \
+    for (const Demo_Everything* x : {born.ptr(), cleared.ptr()})                                             \
+        EXPECT_TRUE(x->The##NAME.null && x->The##NAME.value == T() && x->The##NAME##Array.null &&            \
+                    x->The##NAME##Array.value.size() == 0)                                                   \
+            << #NAME;                                                                                        \
+    EXPECT_TRUE(born->Default##NAME.null == 0 && born->Default##NAME.value == T(X)) << #NAME;                \
+    EXPECT_TRUE(born->Default##NAME##Array.null == 0) << #NAME;                                              \
+    EXPECT_TRUE(born->Default##NAME##Array.value == Array<T>::make(T(X), T(Y))) << #NAME;
     DEMO_FOR_EACH_FEATURE(CHECK)
 #undef CHECK
-    EXPECT_TRUE(!x->Embedded && !x->Object);
-    EXPECT_TRUE(x->EmbeddedArray.null == 0 && x->ObjectArray.null == 0 && x->ObjectArray.value.size() == 0);
-}
-
-TEST(InstanceTest, CreatesDefaultsAndNulls)
-{
-    const Ref<Demo_Everything> x(Demo_Everything::create(true));
-#define CHECK(T, NAME, X, Y)                                                                                 \
-    EXPECT_TRUE(x->The##NAME.null != 0 && x->The##NAME.value == T()) << #NAME;                               \
-    EXPECT_TRUE(x->The##NAME##Array.null != 0) << #NAME;                                                     \
-    EXPECT_TRUE(x->Default##NAME.null == 0 && x->Default##NAME.value == T(X)) << #NAME;                      \
-    EXPECT_TRUE(x->Default##NAME##Array.null == 0) << #NAME;                                                 \
-    EXPECT_TRUE(x->Default##NAME##Array.value == Array<T>::make(T(X), T(Y))) << #NAME;
-    DEMO_FOR_EACH_FEATURE(CHECK)
-#undef CHECK
-    EXPECT_TRUE(x->EmptyArray.null == 0 && x->EmptyArray.value.size() == 0 && x->FixedArray.null != 0);
-    EXPECT_EQ(find_property(x->meta_class, "FixedArray")->subscript, 4);
-    EXPECT_TRUE(x->EmbeddedArray.null == 0) << "arrays of references are never born null";
+    EXPECT_EQ(count(zero.ptr()), 1);
+    EXPECT_EQ(zero->__magic, CIMPLE_INSTANCE_MAGIC);
+    for (const Demo_Everything* x : {zero.ptr(), cleared.ptr()})
+        EXPECT_TRUE(x->__name_space.empty() && !x->Embedded && !x->Object &&
+                    x->ObjectArray.value.size() == 0);
+    EXPECT_TRUE(cleared->ObjectArray.null && !zero->ObjectArray.null && !zero->EmbeddedArray.null);
+    EXPECT_TRUE(born->EmptyArray.null == 0 && born->EmptyArray.value.size() == 0 &&
+                born->FixedArray.null != 0);
+    EXPECT_EQ(find_property(born->meta_class, "FixedArray")->subscript, 4);
+    EXPECT_TRUE(born->EmbeddedArray.null == 0) << "arrays of references are never born null";
 
     const Ref<Demo_Sensor> sensor(Demo_Sensor::create(true));
     EXPECT_TRUE(sensor->Label.value == "unnamed") << "inherited default";
@@ -106,19 +105,6 @@ TEST(InstanceTest, OwnsItsReferences)
         EXPECT_EQ(x->ObjectArray.value.size(), 1u);
     }
     EXPECT_EQ(rack.count(), 1u);
-}
-
-TEST(InstanceTest, ClearMakesEverythingNull)
-{
-    Ref<Demo_Everything> x = demo::everything();
-    clear(x.ptr());
-    EXPECT_TRUE(x->__name_space.empty() && !x->Embedded && !x->Object);
-    EXPECT_TRUE(x->ObjectArray.null && x->ObjectArray.value.size() == 0);
-#define CHECK(T, NAME, X, Y)                                                                                 \
-    EXPECT_TRUE(x->The##NAME.null && x->The##NAME.value == T()) << #NAME;                                    \
-    EXPECT_TRUE(x->The##NAME##Array.null && x->The##NAME##Array.value.size() == 0) << #NAME;
-    DEMO_FOR_EACH_FEATURE(CHECK)
-#undef CHECK
 }
 
 TEST(InstanceTest, CopiesWhatTheModelAsksFor)

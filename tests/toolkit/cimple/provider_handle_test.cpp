@@ -1,85 +1,14 @@
 // Provider handles on providers of every kind: answers for what a provider leaves out, and closing calls.
-#include "demo_objects.h"
+#include "scripted.h"
 #include <cimple/Provider_Handle.h>
 #include <gtest/gtest.h>
-#include <map>
-#include <vector>
 
 using namespace cimple;
+using demo::Script;
+using demo::Scripted;
 
 namespace
 {
-// What the provider answers and hands out; operations without an answer say that there is no such operation.
-struct Script
-{
-    std::map<int, int> answers;
-    std::vector<Ref<Instance>> instances; // what every enumeration hands out, shared
-    Instance* result = nullptr;           // what get_instance hands out
-    size_t enumerated = 0;
-};
-Script script;
-
-struct Answer
-{
-    template <class Status>
-    operator Status() const
-    {
-        const auto found = script.answers.find(operation);
-        return static_cast<Status>(found == script.answers.end() ? -1 : found->second);
-    }
-    int operation;
-};
-
-template <class CLASS>
-struct Scripted
-{
-    typedef CLASS Class;
-
-    Answer load() { return {OPERATION_LOAD}; }
-    Answer unload() { return {OPERATION_UNLOAD}; }
-    Answer create_instance(Class*) { return {OPERATION_CREATE_INSTANCE}; }
-    Answer delete_instance(const Class*) { return {OPERATION_DELETE_INSTANCE}; }
-    Answer modify_instance(const Class*, const Class*) { return {OPERATION_MODIFY_INSTANCE}; }
-    Answer get_instance(const Class*, Class*& instance)
-    {
-        instance = static_cast<Class*>(script.result);
-        return {OPERATION_GET_INSTANCE};
-    }
-    template <class Handler>
-    Answer enum_instances(const Class*, Handler* handler)
-    {
-        for (Ref<Instance>& instance : script.instances)
-        {
-            script.enumerated++;
-            ref(instance.ptr());
-            if (!handler->handle(static_cast<Class*>(instance.ptr())))
-                break;
-        }
-        return {OPERATION_ENUM_INSTANCES};
-    }
-    template <class Handler>
-    Answer enum_associator_names(const Instance*, const String&, const String&, const String&, Handler*)
-    {
-        return {OPERATION_ENUM_ASSOCIATOR_NAMES};
-    }
-    template <class Handler>
-    Answer enum_associators(const Instance*, const String&, const String&, const String&, Handler*)
-    {
-        return {OPERATION_ENUM_ASSOCIATORS};
-    }
-    template <class Handler>
-    Answer enum_references(const Instance*, const Class*, const String&, Handler*)
-    {
-        return {OPERATION_ENUM_REFERENCES};
-    }
-    Answer enable_indications(Indication_Handler<Class>* handler)
-    {
-        delete handler;
-        return {OPERATION_ENABLE_INDICATIONS};
-    }
-    Answer disable_indications() { return {OPERATION_DISABLE_INDICATIONS}; }
-};
-
 Registration* head = nullptr;
 Registration rack_provider("Demo",
                            "Demo_Rack_Provider",
@@ -100,8 +29,8 @@ Registration alert_provider("Demo",
 class ProviderHandleTest : public testing::Test
 {
   protected:
-    void SetUp() override { script = Script(); }
-    void TearDown() override { script = Script(); }
+    ProviderHandleTest() { demo::resetScripts(); }
+    ~ProviderHandleTest() override { demo::resetScripts(); }
 };
 
 TEST_F(ProviderHandleTest, TellsWhatItIs)
@@ -145,14 +74,14 @@ TEST_F(ProviderHandleTest, GetInstanceFallsBackToEnumeration)
         {"enumeration missing", 61, -1, "z", GET_INSTANCE_NOT_FOUND},
         {"not found by the provider itself", 60, 0, "b", GET_INSTANCE_NOT_FOUND},
         {"unknown status", 99, 0, "b", GET_INSTANCE_FAILED},
-        {"OK without an instance", 0, 0, "b", GET_INSTANCE_FAILED},
+        {"OK without an instance", 0, 0, "z", GET_INSTANCE_FAILED},
     };
     Provider_Handle handle(&rack_provider);
+    Script& script = demo::script<Demo_Rack>();
     for (const auto& row : rows)
     {
-        script = Script();
-        for (const char* name : {"a", "b", "c"})
-            script.instances.push_back(Ref<Instance>(demo::rack(name).steal()));
+        script.reset();
+        script.instances = demo::shared(demo::rack("a"), demo::rack("b"), demo::rack("c"));
         script.answers = {{OPERATION_GET_INSTANCE, row.get}, {OPERATION_ENUM_INSTANCES, row.enumerate}};
         Instance* found = reinterpret_cast<Instance*>(&script); // must not be left as it is
         EXPECT_EQ(handle.get_instance(demo::rack(row.key).ptr(), found), row.expected) << row.what;
@@ -161,7 +90,7 @@ TEST_F(ProviderHandleTest, GetInstanceFallsBackToEnumeration)
             EXPECT_EQ(instance.count(), 1u) << row.what;
         if (row.expected == GET_INSTANCE_OK)
         {
-            EXPECT_EQ(script.enumerated, 2u) << "stops at the match";
+            EXPECT_EQ(script.handed, 2) << "stops at the match";
             EXPECT_NE(found, script.instances[1].ptr()) << "shared instances are copied";
             destroy(found);
         }
@@ -170,9 +99,9 @@ TEST_F(ProviderHandleTest, GetInstanceFallsBackToEnumeration)
 
 struct Receiver
 {
-    std::vector<std::string> results;
+    int results = 0;
     std::vector<int> closing;
-    size_t wanted = 1000;
+    int wanted = 1000;
 };
 
 template <class INSTANCE, class STATUS>
@@ -180,11 +109,11 @@ bool receive(INSTANCE* instance, STATUS status, void* client_data)
 {
     Receiver& receiver = *static_cast<Receiver*>(client_data);
     if (instance)
-        receiver.results.push_back(demo::path_of(instance));
+        receiver.results++;
     else
         receiver.closing.push_back(status);
     unref(instance);
-    return receiver.results.size() < receiver.wanted;
+    return receiver.results < receiver.wanted;
 }
 
 // Statuses of the three association requests differ by tens; those of this table are less the FAILED of each.
@@ -193,12 +122,18 @@ TEST_F(ProviderHandleTest, EveryEnumerationEndsWithOneClosingCall)
     Provider_Handle handle(&link_provider);
     const Ref<Demo_Rack> source = demo::rack("b");
     const Ref<Demo_RackAboveRack> model(Demo_RackAboveRack::create());
+    Script& script = demo::script<Demo_RackAboveRack>();
+    const auto names = [&](Receiver& to)
+    {
+        return int(handle.enum_associator_names(
+            source.ptr(), "", "", "", receive<const Instance, Enum_Associator_Names_Status>, &to));
+    };
     const struct
     {
         int own;
         int enumerate;
         int expected;
-        size_t results;
+        int results;
     } rows[] = {
         {2, 0, 2, 0},                     // denied by the provider itself
         {1, ENUM_INSTANCES_FAILED, 0, 2}, // left to the caller
@@ -206,40 +141,34 @@ TEST_F(ProviderHandleTest, EveryEnumerationEndsWithOneClosingCall)
     };
     for (const auto& row : rows)
     {
-        script = Script();
-        for (const auto& ends : {std::pair("a", "b"), std::pair("c", "d"), std::pair("b", "c")})
-            script.instances.emplace_back(demo::rack_above_rack(ends.first, ends.second).steal());
+        script.instances = demo::shared(demo::rack_above_rack("a", "b"),
+                                        demo::rack_above_rack("c", "d"),
+                                        demo::rack_above_rack("b", "c"));
         script.answers = {{OPERATION_ENUM_INSTANCES, row.enumerate},
                           {OPERATION_ENUM_ASSOCIATOR_NAMES, ENUM_ASSOCIATOR_NAMES_FAILED + row.own},
                           {OPERATION_ENUM_REFERENCES, ENUM_REFERENCES_FAILED + row.own},
                           {OPERATION_ENUM_ASSOCIATORS, ENUM_ASSOCIATORS_FAILED + row.own}};
-
-        Receiver names;
-        EXPECT_EQ(
-            handle.enum_associator_names(
-                source.ptr(), "", "", "", receive<const Instance, Enum_Associator_Names_Status>, &names),
-            ENUM_ASSOCIATOR_NAMES_FAILED + row.expected);
-        EXPECT_EQ(names.closing, std::vector<int>({ENUM_ASSOCIATOR_NAMES_FAILED + row.expected}));
-        EXPECT_EQ(names.results.size(), row.results);
-
-        Receiver references;
-        EXPECT_EQ(handle.enum_references(
-                      source.ptr(), model.ptr(), "", receive<Instance, Enum_References_Status>, &references),
-                  ENUM_REFERENCES_FAILED + row.expected);
-        EXPECT_EQ(references.closing, std::vector<int>({ENUM_REFERENCES_FAILED + row.expected}));
-        EXPECT_EQ(references.results.size(), row.results);
-
-        Receiver associators; // which the caller itself looks for when the provider does not
-        EXPECT_EQ(
+        Receiver received[4];
+        const int statuses[] = {
+            names(received[0]) - ENUM_ASSOCIATOR_NAMES_FAILED,
+            handle.enum_references(
+                source.ptr(), model.ptr(), "", receive<Instance, Enum_References_Status>, &received[1]) -
+                ENUM_REFERENCES_FAILED,
             handle.enum_associators(
-                source.ptr(), "", "", "", receive<const Instance, Enum_Associators_Status>, &associators),
-            ENUM_ASSOCIATORS_FAILED + row.own);
-        EXPECT_EQ(associators.closing.size(), row.own == 1 ? 0u : 1u);
-
-        Receiver instances;
-        EXPECT_EQ(handle.enum_instances(model.ptr(), receive<Instance, Enum_Instances_Status>, &instances),
-                  row.enumerate);
-        EXPECT_EQ(instances.closing, std::vector<int>({row.enumerate}));
+                source.ptr(), "", "", "", receive<const Instance, Enum_Associators_Status>, &received[2]) -
+                ENUM_ASSOCIATORS_FAILED,
+            handle.enum_instances(model.ptr(), receive<Instance, Enum_Instances_Status>, &received[3])};
+        // Associators are looked for by the caller when the provider does not.
+        const int expected[] = {row.expected, row.expected, row.own, row.enumerate};
+        const int failed[] = {
+            ENUM_ASSOCIATOR_NAMES_FAILED, ENUM_REFERENCES_FAILED, ENUM_ASSOCIATORS_FAILED, 0};
+        for (int i = 0; i < 4; i++)
+        {
+            EXPECT_EQ(statuses[i], expected[i]) << i;
+            const bool open = i == 2 && row.own == 1;
+            EXPECT_EQ(received[i].closing, std::vector<int>(open ? 0 : 1, failed[i] + expected[i])) << i;
+            EXPECT_EQ(received[i].results, i < 2 ? row.results : i == 2 ? 0 : 3) << i;
+        }
         for (Ref<Instance>& instance : script.instances)
         {
             const Demo_RackAboveRack* const link = cast<Demo_RackAboveRack*>(instance.ptr());
@@ -249,16 +178,16 @@ TEST_F(ProviderHandleTest, EveryEnumerationEndsWithOneClosingCall)
     }
     Receiver one;
     one.wanted = 1;
-    script.enumerated = 0;
-    handle.enum_associator_names(
-        source.ptr(), "", "", "", receive<const Instance, Enum_Associator_Names_Status>, &one);
+    script.handed = 0;
+    names(one);
     EXPECT_EQ(one.closing.size(), 1u);
-    EXPECT_EQ(script.enumerated, 1u) << "stops when nothing more is wanted";
+    EXPECT_EQ(script.handed, 1) << "stops when nothing more is wanted";
 }
 
 TEST_F(ProviderHandleTest, AHandlerOfIndicationsSaysThatItIsGone)
 {
     Provider_Handle handle(&alert_provider);
+    demo::script<Demo_SensorAlert>().answers = {{OPERATION_ENABLE_INDICATIONS, -1}};
     int calls = 0;
     const auto count = [](Instance* indication, void* client_data)
     {

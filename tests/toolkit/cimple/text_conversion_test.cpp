@@ -126,20 +126,15 @@ TEST(ErrorTest, KeepsTheThreadsMessage)
 
 TEST(ConfigTest, SaysTheByteOrder)
 {
-#ifdef CIMPLE_BIG_ENDIAN
-    const bool big = true;
-#else
-    const bool big = false;
+#if defined(CIMPLE_BIG_ENDIAN) == defined(CIMPLE_LITTLE_ENDIAN)
+#error "one of both"
 #endif
-#ifdef CIMPLE_LITTLE_ENDIAN
-    const bool little = true;
+#ifdef CIMPLE_BIG_ENDIAN
+    const char first = 0;
 #else
-    const bool little = false;
+    const char first = 1;
 #endif
     const uint16 number = 1;
-    uint8 first = 0;
-    memcpy(&first, &number, 1);
-    EXPECT_EQ(little, first == 1);
-    EXPECT_EQ(big, first == 0);
+    EXPECT_EQ(memcmp(&number, &first, 1), 0);
 }
 } // namespace

@@ -108,42 +108,30 @@ TEST(ThreadTest, NamesThreads)
     EXPECT_EQ(Thread::join(same, result), 0);
 }
 
-// Detached threads are waited for through a condition.
-struct Baton
-{
-    Mutex mutex;
-    Cond cond;
-    int passed = 0;
-
-    void pass()
-    {
-        const Auto_Mutex guard(mutex);
-        passed++;
-        cond.signal();
-    }
-    void wait_for(int n)
-    {
-        const Auto_Mutex guard(mutex);
-        while (passed < n)
-            cond.wait(mutex);
-    }
-};
-
 TEST(ThreadTest, RunsDetached)
 {
-    Baton baton;
+    struct Baton
+    {
+        Mutex mutex;
+        Cond cond;
+        int passed = 0;
+    } baton;
     const auto pass = [](void* arg) -> void*
     {
-        static_cast<Baton*>(arg)->pass();
+        Baton& taken = *static_cast<Baton*>(arg);
+        const Auto_Mutex guard(taken.mutex);
+        taken.passed++;
+        taken.cond.signal();
         return nullptr;
     };
+    const Auto_Mutex guard(baton.mutex); // at the end, the last one is out
     for (int i = 0; i < 3; i++)
     {
         Thread thread;
         ASSERT_EQ(Thread::create_detached(thread, pass, &baton), 0);
     }
-    baton.wait_for(3);
-    const Auto_Mutex last_one_is_out(baton.mutex);
+    while (baton.passed < 3)
+        baton.cond.wait(baton.mutex);
 }
 
 TEST(MutexTest, IsRecursiveUnlessToldOtherwise)

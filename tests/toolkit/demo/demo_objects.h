@@ -35,10 +35,12 @@ inline cimple::Ref<cimple::Demo_Rack> rack(const char* name)
     return rack;
 }
 
-inline cimple::Ref<cimple::Demo_Sensor> sensor(cimple::uint32 id)
+inline cimple::Ref<cimple::Demo_Sensor> sensor(cimple::uint32 id, const char* label = nullptr)
 {
     cimple::Ref<cimple::Demo_Sensor> sensor(cimple::Demo_Sensor::create(true));
     sensor->Id.set(id);
+    if (label)
+        sensor->Label.set(label);
     return sensor;
 }
 

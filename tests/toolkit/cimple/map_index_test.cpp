@@ -1,6 +1,6 @@
-// Requests for associations that a map answers from its index of ends: against a look at every instance, and
-// which instances they touch.
-#include "demo_objects.h"
+// Maps under random changes: look-ups against a linear search, requests for associations that a map answers
+// from its index of ends against a look at every instance, and which instances they touch.
+#include "scripted.h"
 #include <cimple/Provider_Handle.h>
 #include <gtest/gtest.h>
 #include <random>
@@ -10,59 +10,16 @@ using namespace cimple;
 
 namespace
 {
+const size_t kNone = size_t(-1);
 typedef std::vector<const Instance*> Found;
-
-// A provider of an association with a map, which it may or may not ask for less than everything.
-Instance_Map<Demo_Dependency> dependencies;
-bool indexed = true;
-size_t touched = 0;
-
-struct Counting
-{
-    Enum_Instances_Proc proc;
-    void* client_data;
-};
-
-bool count(Instance* instance, Enum_Instances_Status status, void* client_data)
-{
-    const Counting& counting = *static_cast<const Counting*>(client_data);
-    touched++;
-    return counting.proc(instance, status, counting.client_data);
-}
-
-int dependency_proc(const Registration*,
-                    int operation,
-                    void* arg0,
-                    void* arg1,
-                    void* arg2,
-                    void* arg3,
-                    void*,
-                    void*,
-                    void*,
-                    void*)
-{
-    switch (operation)
-    {
-    case OPERATION_CREATE_PROVIDER:
-        *static_cast<void**>(arg0) = &dependencies;
-        return CREATE_PROVIDER_OK;
-    case OPERATION_DESTROY_PROVIDER:
-        return DESTROY_PROVIDER_OK;
-    case OPERATION_ENUM_INSTANCES:
-    {
-        Counting counting = {reinterpret_cast<Enum_Instances_Proc>(arg2), arg3};
-        Enum_Instances_Handler<Demo_Dependency> handler(count, &counting);
-        return dependencies.enum_instances(indexed ? static_cast<const Demo_Dependency*>(arg1) : nullptr,
-                                           &handler);
-    }
-    default:
-        return -1;
-    }
-}
+typedef Instance_Map<Demo_Dependency> Map;
 
 Registration* registrations = nullptr;
-Registration registration(
-    "Test", "Demo_Dependency_Provider", dependency_proc, &Demo_Dependency::static_meta_class, registrations);
+Registration registration("Test",
+                          "Demo_Dependency_Provider",
+                          Association_Provider_Proc_T<demo::Scripted<Demo_Dependency>>::proc,
+                          &Demo_Dependency::static_meta_class,
+                          registrations);
 
 template <class INSTANCE, class STATUS>
 bool keep(INSTANCE* instance, STATUS, void* client_data)
@@ -123,74 +80,100 @@ Ref<Demo_Dependency> random_link(std::mt19937& random, bool with_keyless)
     return demo::dependency(antecedent, itself ? antecedent : random_end(random, with_keyless));
 }
 
-void change_map(std::mt19937& random, bool with_keyless)
+size_t linear_find(const Map& map, const Instance* model)
 {
-    const size_t size = dependencies.size();
-    const size_t what = random() % 1000;
-    if (what < 620 || size == 0)
+    size_t pos = 0;
+    while (pos < map.size() && !key_eq(map[pos], model))
+        pos++;
+    return pos < map.size() ? pos : kNone;
+}
+
+// The same on the map and on the list of what should be in it.
+void change(Map& map, Found& content, std::mt19937& random, Ref<Demo_Dependency> link)
+{
+    const size_t what = content.empty() ? 0 : random() % 1000;
+    if (what < 620)
     {
-        Ref<Demo_Dependency> link = random_link(random, with_keyless);
-        if (dependencies.insert(link.ptr()) != size_t(-1))
-            link.steal();
+        const size_t expected = linear_find(map, link.ptr()) == kNone ? content.size() : kNone;
+        ASSERT_EQ(map.insert(link.ptr()), expected);
+        if (expected != kNone)
+            content.push_back(link.steal());
     }
     else if (what < 900)
     {
         // Often the first, so that most of the index's numbers are gone at times.
-        const size_t pos = what < 750 ? 0 : random() % size;
-        Instance* const removed = dependencies[pos];
-        dependencies.remove(pos);
+        const size_t pos = what < 750 ? 0 : random() % content.size();
+        Instance* const removed = map[pos];
+        map.remove(pos);
         unref(removed);
+        content.erase(content.begin() + static_cast<std::ptrdiff_t>(pos));
     }
     else if (what < 998)
     {
-        const Ref<Demo_Dependency> changed(dependencies[random() % size]->clone());
-        EXPECT_EQ(dependencies.modify_instance(changed.ptr(), changed.ptr()), MODIFY_INSTANCE_OK);
+        const size_t pos = random() % content.size();
+        const Ref<Demo_Dependency> changed(map[pos]->clone());
+        EXPECT_EQ(map.modify_instance(changed.ptr(), changed.ptr()), MODIFY_INSTANCE_OK);
+        content[pos] = map[pos];
     }
     else
-        dependencies.clear();
+    {
+        map.clear();
+        content.clear();
+    }
 }
 
-TEST(AssociationIndexTest, AnswersAsALookAtEveryInstanceDoes)
+TEST(MapIndexTest, AnswersAsALookAtEveryInstanceDoes)
 {
     const char* const roles[] = {"", "Antecedent", "dependent", "Neither"};
     for (const bool with_keyless : {false, true})
     {
         std::mt19937 random(with_keyless ? 3 : 4);
+        Map map;
+        Found content;
+        bool indexed = true;
+        demo::Script& script = demo::script<Demo_Dependency>();
+        script.reset();
+        script.keepModels = false;
+        script.enumerate = [&](const Instance* model, const demo::Script::Hand& hand)
+        { demo::handOutOf(map, indexed ? model : nullptr, hand); };
         size_t found = 0;
-        for (int step = 0; step < 3000; step++)
+        for (int step = 0; step < 4000; step++)
         {
-            change_map(random, with_keyless);
+            const Ref<Demo_Dependency> model = random_link(random, with_keyless);
+            const size_t pos = linear_find(map, model.ptr());
+            ASSERT_EQ(map.find(model.ptr()), pos) << step << " " << demo::text_of(model.ptr());
+            ASSERT_EQ(map.lookup(model.ptr()), pos == kNone ? nullptr : map[pos]) << step;
+            ASSERT_NO_FATAL_FAILURE(
+                change(map, content, random, random() % 2 ? model : random_link(random, with_keyless)));
+            ASSERT_EQ(map.size(), content.size());
+            for (size_t i = 0; i < content.size(); i++)
+                ASSERT_EQ(map[i], content[i]) << step;
+
             const Ref<Instance> source(random_end(random, false));
             if (!source)
                 continue;
             const char* const role = roles[random() % 4];
             const char* const result_role = roles[random() % 4];
-
             indexed = false;
             const Found expected_associators = associators(source.ptr(), role, result_role);
             const Found expected_references = references(source.ptr(), role);
             indexed = true;
             ASSERT_EQ(associators(source.ptr(), role, result_role), expected_associators) << step;
-            touched = 0;
+            script.handed = 0;
             ASSERT_EQ(references(source.ptr(), role), expected_references)
                 << step << " " << demo::path_of(source.ptr()) << " " << role;
             if (!with_keyless && *role != 'N')
-                ASSERT_EQ(touched, expected_references.size()) << "only what is returned";
+            {
+                ASSERT_EQ(size_t(script.handed), expected_references.size()) << "only what is returned";
+            }
             found += expected_references.size();
         }
         EXPECT_GT(found, 300u) << "the comparisons are about something";
-        dependencies.clear();
+        script.reset();
     }
 }
 
-bool gather(Instance* instance, Enum_Instances_Status, void* client_data)
-{
-    static_cast<Found*>(client_data)->push_back(instance);
-    unref(instance);
-    return true;
-}
-
-TEST(AssociationIndexTest, AModelAsksForLessOnlyByItsReferences)
+TEST(MapIndexTest, AModelAsksForLessOnlyByItsReferences)
 {
     Instance_Map<Demo_SensorInRack> map;
     for (uint32 id = 0; id < 6; id++)
@@ -200,12 +183,14 @@ TEST(AssociationIndexTest, AModelAsksForLessOnlyByItsReferences)
     unref(std::exchange(plain->Sensor, nullptr));
     const auto positions = [&map](const Ref<Demo_SensorInRack>& model)
     {
-        Found found;
-        Enum_Instances_Handler<Demo_SensorInRack> handler(gather, &found);
-        map.enum_instances(model.ptr(), &handler);
         std::string text;
-        for (const Instance* instance : found)
+        const auto add = [&](Instance* instance)
+        {
             text += std::to_string(map.find(static_cast<const Demo_SensorInRack*>(instance)));
+            unref(instance);
+            return true;
+        };
+        demo::handOutOf(map, model.ptr(), add);
         return text;
     };
     EXPECT_EQ(positions(plain), "012345");
@@ -221,9 +206,13 @@ TEST(AssociationIndexTest, AModelAsksForLessOnlyByItsReferences)
     Ref<Demo_Sensor> sensor = demo::sensor(1);
     sensors.insert(demo::sensor(2).steal());
     sensor->Limits = Demo_Limits::create();
-    Found found;
-    Enum_Instances_Handler<Demo_Sensor> handler(gather, &found);
-    sensors.enum_instances(sensor.ptr(), &handler);
-    EXPECT_EQ(found.size(), 1u);
+    size_t found = 0;
+    const auto count = [&](Instance* instance)
+    {
+        unref(instance);
+        return ++found != 0;
+    };
+    demo::handOutOf(sensors, sensor.ptr(), count);
+    EXPECT_EQ(found, 1u);
 }
 } // namespace
