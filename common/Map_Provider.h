@@ -2,8 +2,8 @@
 #ifndef COMMON_MAP_PROVIDER_H
 #define COMMON_MAP_PROVIDER_H
 
+#include "common/Operation.h"
 #include "common/map_access.h"
-#include "common/operation.h"
 #include "common/providers.h"
 #include "support/checkInstanceKeys.h"
 #include "support/cim_log.h"

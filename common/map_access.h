@@ -3,8 +3,8 @@
 #ifndef COMMON_MAP_ACCESS_H
 #define COMMON_MAP_ACCESS_H
 
+#include "common/Owned.h"
 #include "common/lock_set.h"
-#include "common/owned.h"
 #include "support/VRAX_Maps.h"
 
 #include <type_traits>

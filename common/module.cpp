@@ -2,7 +2,7 @@
 //
 // cimple_module returns the list of registrations. Each class of providers.def has the CMPI factories of its
 // kind under two names, <Class>_Provider_Create_<Type>MI and <Class>_Create_<Type>MI.
-#include "common/dispatch.h"
+#include "common/Dispatch.h"
 #include "providers_includes.h"
 
 using namespace cimple;

@@ -2,7 +2,7 @@
 #include "tests/bench/benches.h"
 
 #include "agent/service/AgentCore.h"
-#include "common/owned.h"
+#include "common/Owned.h"
 #include "simulator/generator/generate.h"
 #include "simulator/testing/SimSwitch.h"
 #include "support/Inst_Map.h"

@@ -1,7 +1,7 @@
 // Cost of the instance map's operations as it grows, and the memory of a cached instance.
 #include "tests/bench/benches.h"
 
-#include "common/owned.h"
+#include "common/Owned.h"
 #include "support/Inst_Map.h"
 #include "tests/bench/report.h"
 

@@ -1,7 +1,7 @@
 // Cost of the toolkit's own parts: making and copying instances, strings, and removal from a map.
 #include "tests/bench/benches.h"
 
-#include "common/owned.h"
+#include "common/Owned.h"
 #include "support/Inst_Map.h"
 #include "tests/bench/report.h"
 

@@ -1,7 +1,7 @@
 // How long a request waits for others: the longest of each kind while clients poll one large class.
 #include "tests/bench/benches.h"
 
-#include "common/owned.h"
+#include "common/Owned.h"
 #include "fabricProviders/VRAX_FCPort_Provider.h"
 #include "fabricProviders/VRAX_FCSwitchFCPort_Provider.h"
 #include "fabricProviders/VRAX_FabricFCSwitch_Provider.h"

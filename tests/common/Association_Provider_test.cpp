@@ -1,6 +1,6 @@
 // Tests of the load of associations and composites: end maps, staleness, locks and failures.
-#include "tests/common/testing/Fake_Providers.h"
-#include "tests/common/testing/served.h"
+#include "tests/common/testing/Served.h"
+#include "tests/common/testing/fake_providers.h"
 #include "tests/support/Manual_Clock.h"
 
 #include <thread>

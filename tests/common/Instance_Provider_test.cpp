@@ -1,6 +1,6 @@
 // Tests of the load and serve pattern of instance providers.
-#include "tests/common/testing/Fake_Providers.h"
-#include "tests/common/testing/served.h"
+#include "tests/common/testing/Served.h"
+#include "tests/common/testing/fake_providers.h"
 #include "tests/support/Log_Capture.h"
 #include "tests/support/Manual_Clock.h"
 

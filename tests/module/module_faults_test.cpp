@@ -6,7 +6,7 @@
 // its provider. The ends of an association stay loaded meanwhile: their loads are their own classes' cases.
 // The module is loaded through CMPI by the agent's core and spoken to in CIM-XML.
 #include "simulator/testing/SimSwitch.h"
-#include "tests/common/testing/Failures.h"
+#include "tests/common/testing/failures.h"
 #include "tests/module/module_test_agent.h"
 
 #include "agent/log/log.h"

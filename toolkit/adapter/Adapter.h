@@ -1,6 +1,7 @@
 // One provider as CMPI sees it: the static block that holds its management interfaces, and the provider
 // behind.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_ADAPTER_H
+#define TOOLKIT_ADAPTER_ADAPTER_H
 
 #include "Gate.h"
 #include "Indications.h"
@@ -108,3 +109,5 @@ extern const CMPIAssociationMIFT kAssociationFunctions;
 extern const CMPIIndicationMIFT kIndicationFunctions;
 
 } // namespace cimple_cmpi
+
+#endif

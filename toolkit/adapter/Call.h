@@ -1,5 +1,6 @@
 // What every CMPI function of the adapter does around its own business.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_CALL_H
+#define TOOLKIT_ADAPTER_CALL_H
 
 #include "Adapter.h"
 #include "CmpiThreadContext.h"
@@ -89,3 +90,5 @@ CMPIStatus run(const Mi* mi, const CMPIContext* context, const Operation& operat
 }
 
 } // namespace cimple_cmpi
+
+#endif

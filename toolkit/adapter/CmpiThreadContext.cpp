@@ -3,8 +3,8 @@
 
 #include "Failure.h"
 #include "FromCmpi.h"
-#include "Scalars.h"
 #include "ToCmpi.h"
+#include "scalars.h"
 #include <cmpimacs.h>
 
 #include <vector>

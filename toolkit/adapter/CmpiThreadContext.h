@@ -1,5 +1,6 @@
 // The CIM server as the provider code of a thread sees it.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_CMPITHREADCONTEXT_H
+#define TOOLKIT_ADAPTER_CMPITHREADCONTEXT_H
 
 #include <cimple/Thread_Context.h>
 #include <cimple/cimple.h>
@@ -59,3 +60,5 @@ class ContextScope
 };
 
 } // namespace cimple_cmpi
+
+#endif

@@ -1,5 +1,6 @@
 // How an operation ends other than well: a CMPI code and a text for the person who reads the client's screen.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_FAILURE_H
+#define TOOLKIT_ADAPTER_FAILURE_H
 
 #include <cimple/cimple.h>
 #include <cmpift.h>
@@ -60,3 +61,5 @@ inline void checkProvider(int status)
 }
 
 } // namespace cimple_cmpi
+
+#endif

@@ -2,9 +2,9 @@
 #include "FromCmpi.h"
 
 #include "Failure.h"
-#include "FromCmpiValue.h"
-#include "Scalars.h"
-#include "ServerSchema.h"
+#include "from_cmpi_value.h"
+#include "scalars.h"
+#include "server_schema.h"
 #include <cmpimacs.h>
 
 #include <algorithm>

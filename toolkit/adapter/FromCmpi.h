@@ -1,5 +1,6 @@
 // From CMPI objects to the toolkit's instances.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_FROMCMPI_H
+#define TOOLKIT_ADAPTER_FROMCMPI_H
 
 #include <cimple/cimple.h>
 #include <cmpift.h>
@@ -78,3 +79,5 @@ std::string classNameOf(const CMPIObjectPath* path);
 std::string textOf(const CMPIString* string);
 
 } // namespace cimple_cmpi
+
+#endif

@@ -1,5 +1,6 @@
 // Lets many threads pass at once and one close the way behind them.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_GATE_H
+#define TOOLKIT_ADAPTER_GATE_H
 
 #include <condition_variable>
 #include <mutex>
@@ -60,3 +61,5 @@ class Gate
 };
 
 } // namespace cimple_cmpi
+
+#endif

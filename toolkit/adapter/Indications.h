@@ -1,8 +1,9 @@
 // The way of a provider's indications to the broker, and when it is open.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_INDICATIONS_H
+#define TOOLKIT_ADAPTER_INDICATIONS_H
 
 #include "Gate.h"
-#include "ServerSchema.h"
+#include "server_schema.h"
 #include <cimple/Provider_Handle.h>
 #include <cimple/cimple.h>
 
@@ -51,3 +52,5 @@ class Indications
 };
 
 } // namespace cimple_cmpi
+
+#endif

@@ -79,7 +79,7 @@ bool ResultSink::take(const Instance* instance) noexcept
 void ResultSink::finish()
 {
     if (_failure)
-        throw *_failure;
+        throw Failure(*_failure);
     checkBroker(CMReturnDone(_result), "the end of the result");
 }
 

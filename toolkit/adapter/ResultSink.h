@@ -1,5 +1,6 @@
 // Takes the instances that a provider hands over one by one to the client that asked for them.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_RESULTSINK_H
+#define TOOLKIT_ADAPTER_RESULTSINK_H
 
 #include "Call.h"
 #include "Failure.h"
@@ -80,3 +81,5 @@ class ResultSink
 };
 
 } // namespace cimple_cmpi
+
+#endif

@@ -2,7 +2,7 @@
 #include "ToCmpi.h"
 
 #include "Failure.h"
-#include "Scalars.h"
+#include "scalars.h"
 #include <cmpimacs.h>
 
 #include <algorithm>

@@ -1,7 +1,8 @@
 // From the toolkit's instances to CMPI objects.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_TOCMPI_H
+#define TOOLKIT_ADAPTER_TOCMPI_H
 
-#include "ServerSchema.h"
+#include "server_schema.h"
 #include <cimple/cimple.h>
 #include <cmpift.h>
 
@@ -131,3 +132,5 @@ class ToCmpi
 };
 
 } // namespace cimple_cmpi
+
+#endif

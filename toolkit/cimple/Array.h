@@ -122,7 +122,7 @@ class Array : public Array_Base
         make_room(old_size + n);
         T* const first = this->data();
         std::uninitialized_copy_n(data, n, first + old_size);
-        _rep->size = old_size + n;
+        _rep->size = old_size + n; // NOLINT(clang-analyzer-core.NullDereference): there is room now
         if (pos < old_size)
             std::rotate(first + pos, first + old_size, first + old_size + n);
     }
@@ -212,7 +212,7 @@ class Array : public Array_Base
     {
         if (fits(size))
             return;
-        if (size <= capacity() && _rep->gap >= capacity() / 2)
+        if (_rep && size <= _rep->capacity && _rep->gap >= _rep->capacity / 2)
             close_gap();
         else
             reallocate(grown(std::max(size, capacity() + 1)));

@@ -121,7 +121,7 @@ const Meta_Class* find_meta_class(const Meta_Class* source, const char* class_na
     for (const Meta_Class* mc = source; mc; mc = mc->super_meta_class)
         if (eqi(mc->name, class_name))
             return mc;
-    return find_meta_class(source->meta_repository, class_name);
+    return source ? find_meta_class(source->meta_repository, class_name) : nullptr;
 }
 
 const Meta_Class* find_meta_class(const Meta_Repository* repository, const char* class_name)

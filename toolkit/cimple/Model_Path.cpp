@@ -173,7 +173,7 @@ class Path_Reader
     String text_until(const char* delims)
     {
         const size_t n = strcspn(_next, delims);
-        const String text(_next, n);
+        String text(_next, n);
         _next += n;
         return text;
     }

@@ -239,13 +239,13 @@ enum Provider_Operation
     OPERATION_ENABLE_INDICATIONS,  // provider, Indication_Proc, client data
     OPERATION_DISABLE_INDICATIONS, // provider
     OPERATION_GET_REPOSITORY,      // const Meta_Repository** out
-    // provider, const Instance*, const String* result class, role and result role,
-    // Enum_Associator_Names_Proc, data
+    // Provider, const Instance*, const String* result class, role and result role,
+    // Enum_Associator_Names_Proc, data.
     OPERATION_ENUM_ASSOCIATOR_NAMES,
-    // provider, const Instance*, const CLASS* model, const String* role, Enum_References_Proc, client data
+    // Provider, const Instance*, const CLASS* model, const String* role, Enum_References_Proc, client data.
     OPERATION_ENUM_REFERENCES,
-    // provider, const Instance*, const String* result class, role and result role, Enum_Associators_Proc,
-    // data
+    // Provider, const Instance*, const String* result class, role and result role, Enum_Associators_Proc,
+    // data.
     OPERATION_ENUM_ASSOCIATORS
 };
 

@@ -4,9 +4,9 @@
 
 #include "common/map_locks.h"
 #include "simulator/testing/SimSwitch.h"
-#include "tests/common/testing/Failures.h"
+#include "tests/common/testing/Served.h"
 #include "tests/common/testing/described.h"
-#include "tests/common/testing/served.h"
+#include "tests/common/testing/failures.h"
 #include "tests/support/Log_Capture.h"
 #include "tests/support/Manual_Clock.h"
 

@@ -1,5 +1,6 @@
 // What the tests of the adapter have in common: a broker whose rules were kept, and scripts that start empty.
-#pragma once
+#ifndef TESTS_TOOLKIT_ADAPTER_ADAPTER_FIXTURE_H
+#define TESTS_TOOLKIT_ADAPTER_ADAPTER_FIXTURE_H
 
 #include <gtest/gtest.h>
 
@@ -76,3 +77,5 @@ struct Latch
 };
 
 } // namespace adapter_test
+
+#endif

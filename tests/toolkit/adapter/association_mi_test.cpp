@@ -68,7 +68,7 @@ TEST_F(AssociationMi, EndsAndReferencesAreFoundUnderAllFilters)
         {provider, r1, {"Demo_Dependency", kAny, kAny, kAny}, "", 0}, // not this association
         {provider, r1, {kAny, kAny, "Sensor", kAny}, "", 0},          // the source has another role
         {provider, r1, {kAny, kAny, kAny, "Rack"}, "", 2},            // the result has another role
-        // both ends of one class
+        // Both ends of one class.
         {stack, rackPath("mid"), {}, "top low", 2},
         {stack, rackPath("mid"), {kAny, kAny, "Upper", kAny}, "low", 1},
         {stack, rackPath("mid"), {kAny, kAny, "Lower", kAny}, "top", 1},
@@ -76,7 +76,7 @@ TEST_F(AssociationMi, EndsAndReferencesAreFoundUnderAllFilters)
         {stack, rackPath("mid"), {kAny, kAny, "Upper", "Upper"}, "", 1},
         {stack, rackPath("ring"), {}, "ring", 1}, // an object's association with itself
         {stack, rackPath("ring"), {kAny, kAny, "Upper", "Lower"}, "ring", 1},
-        // ends of any class, told apart by it
+        // Ends of any class, told apart by it.
         {dependencies, sensorPath(7), {}, "r1 r2", 2},
         {dependencies, sensorPath(7), {kAny, kAny, "Antecedent", kAny}, "r2", 1},
         {dependencies, r1, {kAny, "Demo_Rack", kAny, kAny}, "", 1},

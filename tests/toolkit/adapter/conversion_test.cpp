@@ -1,7 +1,7 @@
 // Values on their way from CMPI to the toolkit and back: every type, NULL, arrays, embedded instances, keys.
 #include "adapter_fixture.h"
 
-#include <adapter/FromCmpiValue.h>
+#include <adapter/from_cmpi_value.h>
 
 namespace adapter_test
 {

@@ -1,5 +1,6 @@
 // A CMPI broker for tests: it keeps what providers return and writes down every rule they break.
-#pragma once
+#ifndef TESTS_TOOLKIT_ADAPTER_TEST_BROKER_H
+#define TESTS_TOOLKIT_ADAPTER_TEST_BROKER_H
 
 #include <functional>
 #include <set>
@@ -82,3 +83,5 @@ class Broker
 };
 
 } // namespace test_broker
+
+#endif

@@ -1,5 +1,6 @@
 // Drives the management interfaces of one provider through the test broker, as a CIM server would.
-#pragma once
+#ifndef TESTS_TOOLKIT_ADAPTER_TEST_CLIENT_H
+#define TESTS_TOOLKIT_ADAPTER_TEST_CLIENT_H
 
 #include "test_broker.h"
 
@@ -210,3 +211,5 @@ class Client
 };
 
 } // namespace test_broker
+
+#endif

@@ -1,5 +1,6 @@
 // The CMPI objects of the test broker and the tracking of their life times.
-#pragma once
+#ifndef TESTS_TOOLKIT_ADAPTER_TEST_OBJECTS_H
+#define TESTS_TOOLKIT_ADAPTER_TEST_OBJECTS_H
 
 #include <atomic>
 #include <memory>
@@ -140,3 +141,5 @@ std::pair<std::string, Object*> valueOf(const CMPIValue* value, CMPIType type);
 CMPIBroker services();
 
 } // namespace test_broker
+
+#endif

@@ -1,7 +1,7 @@
 // Entry points of the providers, and what requests and answers are made of.
 #include "test_providers.h"
 
-#include <adapter/Scalars.h>
+#include <adapter/scalars.h>
 #include <cimple/Provider_Handle.h>
 
 namespace adapter_test

@@ -1,7 +1,8 @@
 // Entry points of scripted providers, and what requests and answers are made of.
-#pragma once
+#ifndef TESTS_TOOLKIT_ADAPTER_TEST_PROVIDERS_H
+#define TESTS_TOOLKIT_ADAPTER_TEST_PROVIDERS_H
 
-#include <scripted.h>
+#include <Scripted.h>
 
 #include "test_client.h"
 
@@ -27,3 +28,5 @@ extern const test_broker::Factories alertProvider;
 std::vector<test_broker::Named> schemaOf(const std::string& className);
 
 } // namespace adapter_test
+
+#endif

@@ -4,7 +4,8 @@
 //   reference   <root/demo:Demo_Rack.Name="r1">   instance   Demo_Limits{Low=s32:1,High=s32:2}
 //   array       [u16:1,u16:2] and empty u16[]     NULL       null, or of a known type u16:null, u16[]:null
 // A path is `root/demo:Demo_Rack.Name="r1"`, a list of arguments `Id=u32:7,Label="inlet"`.
-#pragma once
+#ifndef TESTS_TOOLKIT_ADAPTER_TEST_VALUES_H
+#define TESTS_TOOLKIT_ADAPTER_TEST_VALUES_H
 
 #include <cmpift.h>
 
@@ -43,3 +44,5 @@ std::string* find(std::vector<Named>& items, const std::string& name);
 void set(std::vector<Named>& items, const std::string& name, const std::string& value);
 
 } // namespace test_broker
+
+#endif

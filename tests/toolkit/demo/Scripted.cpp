@@ -1,5 +1,5 @@
 // What scripted providers of all classes have in common.
-#include "scripted.h"
+#include "Scripted.h"
 
 using namespace cimple;
 

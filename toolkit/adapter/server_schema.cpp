@@ -1,5 +1,5 @@
 // Looking at the properties of the server's own instances.
-#include "ServerSchema.h"
+#include "server_schema.h"
 
 #include "FromCmpi.h"
 #include <cimple/Features.h>

@@ -3,7 +3,8 @@
 // Servers differ. Some make instances without any property. Others put every property of the class into a new
 // instance, with the default of their schema, and treat instances that come from clients alike. Their schema
 // may be newer than the module's, with more properties and other defaults.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_SERVER_SCHEMA_H
+#define TOOLKIT_ADAPTER_SERVER_SCHEMA_H
 
 #include <cimple/cimple.h>
 #include <cmpift.h>
@@ -60,3 +61,5 @@ class Prefilled_Classes
 };
 
 } // namespace cimple_cmpi
+
+#endif

@@ -1,6 +1,6 @@
 // Tests of the verbs by which associations say what belongs together.
-#include "tests/common/testing/Fake_Providers.h"
 #include "tests/common/testing/Switch_Test.h"
+#include "tests/common/testing/fake_providers.h"
 
 #include "VRAX_ActiveConnection.h"
 #include "VRAX_ProtocolEndpoint.h"

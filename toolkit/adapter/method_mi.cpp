@@ -1,8 +1,8 @@
 // The method interface.
 #include "Call.h"
 #include "ResultSink.h"
-#include "Scalars.h"
 #include "ToCmpi.h"
+#include "scalars.h"
 #include <cmpimacs.h>
 
 #include <vector>

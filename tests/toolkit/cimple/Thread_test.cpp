@@ -193,7 +193,7 @@ TEST(LogDeathTest, WritesWhatTheLevelLetsThrough)
     };
     EXPECT_EXIT(write_and_exit(),
                 testing::ExitedWithCode(0),
-                "<ERR: [^>]*thread_test.cpp\\([0-9]+\\): port 7 down>\n<WARN: "
-                "[^>]*thread_test.cpp\\([0-9]+\\): x+>\n$");
+                "<ERR: [^>]*Thread_test.cpp\\([0-9]+\\): port 7 down>\n<WARN: "
+                "[^>]*Thread_test.cpp\\([0-9]+\\): x+>\n$");
 }
 } // namespace

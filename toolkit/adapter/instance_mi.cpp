@@ -1,7 +1,7 @@
 // The instance interface: enumerate, get, create, modify, delete.
 #include "Call.h"
 #include "ResultSink.h"
-#include "Scalars.h"
+#include "scalars.h"
 #include <cmpimacs.h>
 
 namespace cimple_cmpi

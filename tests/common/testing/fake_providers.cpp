@@ -1,5 +1,5 @@
 // Providers with scripted loads over real classes, for tests of the load pattern.
-#include "tests/common/testing/Fake_Providers.h"
+#include "tests/common/testing/fake_providers.h"
 
 namespace cimple
 {

@@ -1,8 +1,9 @@
 // Single values out of CMPI data, checked for type and range.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_FROM_CMPI_VALUE_H
+#define TOOLKIT_ADAPTER_FROM_CMPI_VALUE_H
 
 #include "Failure.h"
-#include "Scalars.h"
+#include "scalars.h"
 #include <cmpimacs.h>
 
 #include <limits>
@@ -96,3 +97,5 @@ cimple::Array<T> arrayFrom(const CMPIArray* array)
 }
 
 } // namespace cimple_cmpi
+
+#endif

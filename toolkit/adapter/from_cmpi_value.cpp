@@ -1,5 +1,5 @@
 // Text, datetime and integer values out of CMPI data.
-#include "FromCmpiValue.h"
+#include "from_cmpi_value.h"
 
 namespace cimple_cmpi
 {

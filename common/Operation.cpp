@@ -1,5 +1,5 @@
 // What a failed operation leaves in the log and with the client.
-#include "common/operation.h"
+#include "common/Operation.h"
 
 #include "support/cim_log.h"
 

@@ -1,5 +1,6 @@
 // One-to-one mapping between the toolkit's scalar types and CMPI's.
-#pragma once
+#ifndef TOOLKIT_ADAPTER_SCALARS_H
+#define TOOLKIT_ADAPTER_SCALARS_H
 
 #include <cimple/Features.h>
 #include <cimple/cimple.h>
@@ -79,3 +80,5 @@ inline CMPIType typeOf(const cimple::Meta_Reference* mr)
 }
 
 } // namespace cimple_cmpi
+
+#endif

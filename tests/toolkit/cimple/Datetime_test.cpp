@@ -82,7 +82,7 @@ TEST(DatetimeTest, TimestampsCountFromTheEpochInLocalTime)
         const Zone zone(row.rule);
         const Datetime datetime(row.text);
         EXPECT_EQ(datetime.usec(), row.seconds * Datetime::SEC) << row.rule << " " << row.text;
-        // and the other way round
+        // And the other way round.
         EXPECT_STREQ(Datetime(datetime.usec(), datetime.offset()).ascii().c_str(), row.text) << row.rule;
     }
 }

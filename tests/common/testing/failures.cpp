@@ -1,5 +1,5 @@
 // Makes what a load does with its instances fail on demand.
-#include "tests/common/testing/Failures.h"
+#include "tests/common/testing/failures.h"
 
 #include "support/VRAX_Maps.h"
 

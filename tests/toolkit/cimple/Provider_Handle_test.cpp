@@ -1,5 +1,5 @@
 // Provider handles on providers of every kind: answers for what a provider leaves out, and closing calls.
-#include "scripted.h"
+#include "Scripted.h"
 #include <cimple/Provider_Handle.h>
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Tests of the dispatch of operation codes and method names to provider classes.
-#include "common/dispatch.h"
+#include "common/Dispatch.h"
 
-#include "tests/common/testing/Fake_Providers.h"
+#include "tests/common/testing/fake_providers.h"
 
 #include "VRAX_NamespaceInManager_Methods.h"
 #include "VRAX_ObjectManager_Methods.h"

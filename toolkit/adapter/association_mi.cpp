@@ -1,7 +1,7 @@
 // The association interface, answered from what association instances carry: no call goes back to the broker.
 #include "Call.h"
 #include "ResultSink.h"
-#include "Scalars.h"
+#include "scalars.h"
 #include <cimple/Narrowing.h>
 #include <cmpimacs.h>
 
