@@ -108,6 +108,8 @@ TEST(PortRecord, ANewNameLeavesStateAndLinkAlone)
     record.adminState = XPL_ADMIN_ONLINE;
     EXPECT_EQ(0, xpl_swPortSetConfig(hSwitch, 1, &record));
     EXPECT_EQ("Online", valueOf("Oper.UserPort.0.1.OperState"));
+    std::strcpy(record.symbolicName, "renamed again");
+    EXPECT_EQ(0, xpl_swPortSetConfig(hSwitch, 1, &record));
     EXPECT_EQ(0u, counterOf(1, "TxLinkResets")) << "a changed record resets no link";
 }
 

@@ -223,17 +223,19 @@ CMPIStatus cleanup(CMPIInstanceMI*, const CMPIContext*, CMPIBoolean)
     return {CMPI_RC_NEVER_UNLOAD, nullptr};
 }
 
-const CMPIInstanceMIFT table{CMPIVersion200,
-                             1,
-                             "Faulty",
-                             cleanup,
-                             operation<enumNames>,
-                             operation<enumInstances>,
-                             operation<getInstance>,
-                             operation<createInstance>,
-                             operation<modifyInstance>,
-                             notSupported,
-                             notSupported};
+CMPIInstanceMIFT operations()
+{
+    CMPIInstanceMIFT functions = nothingSupported("Faulty");
+    functions.cleanup = cleanup;
+    functions.enumerateInstanceNames = operation<enumNames>;
+    functions.enumerateInstances = operation<enumInstances>;
+    functions.getInstance = operation<getInstance>;
+    functions.createInstance = operation<createInstance>;
+    functions.modifyInstance = operation<modifyInstance>;
+    return functions;
+}
+
+const CMPIInstanceMIFT table = operations();
 
 } // namespace
 

@@ -251,17 +251,20 @@ CMPIStatus invokeMethod(CMPIMethodMI*,
     return failed(broker, CMPI_RC_ERR_METHOD_NOT_AVAILABLE, "not implemented");
 }
 
-const CMPIInstanceMIFT instanceTable{CMPIVersion200,
-                                     1,
-                                     "Store",
-                                     cleanup,
-                                     operation<enumNames>,
-                                     operation<enumInstances>,
-                                     operation<getInstance>,
-                                     operation<createInstance>,
-                                     operation<modifyInstance>,
-                                     operation<deleteInstance>,
-                                     notSupported};
+CMPIInstanceMIFT operations()
+{
+    CMPIInstanceMIFT functions = nothingSupported("Store");
+    functions.cleanup = cleanup;
+    functions.enumerateInstanceNames = operation<enumNames>;
+    functions.enumerateInstances = operation<enumInstances>;
+    functions.getInstance = operation<getInstance>;
+    functions.createInstance = operation<createInstance>;
+    functions.modifyInstance = operation<modifyInstance>;
+    functions.deleteInstance = operation<deleteInstance>;
+    return functions;
+}
+
+const CMPIInstanceMIFT instanceTable = operations();
 const CMPIMethodMIFT methodTable{CMPIVersion200, 1, "Store", nothingToClean, invokeMethod};
 
 } // namespace

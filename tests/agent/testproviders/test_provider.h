@@ -89,8 +89,14 @@ struct Call
 template <CMPIStatus (*Do)(const Call&)>
 constexpr auto operation = [](CMPIInstanceMI*, auto... arguments) { return Do(Call(arguments...)); };
 
-constexpr auto notSupported = [](auto...) { return CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr}; };
 constexpr auto nothingToClean = [](auto...) { return ok(); };
+
+// Every operation is refused until a provider puts its own in the place.
+inline CMPIInstanceMIFT nothingSupported(const char* name)
+{
+    constexpr auto none = [](auto...) { return CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr}; };
+    return {CMPIVersion200, 1, name, nothingToClean, none, none, none, none, none, none, none};
+}
 
 } // namespace testprovider
 

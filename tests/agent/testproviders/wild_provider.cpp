@@ -110,17 +110,16 @@ CMPIStatus modifyInstance(const Call& call)
     return CMReturnDone(call.result);
 }
 
-const CMPIInstanceMIFT table{CMPIVersion200,
-                             1,
-                             "Wild",
-                             nothingToClean,
-                             notSupported,
-                             operation<enumInstances>,
-                             operation<getInstance>,
-                             notSupported,
-                             operation<modifyInstance>,
-                             notSupported,
-                             notSupported};
+CMPIInstanceMIFT operations()
+{
+    CMPIInstanceMIFT functions = nothingSupported("Wild");
+    functions.enumerateInstances = operation<enumInstances>;
+    functions.getInstance = operation<getInstance>;
+    functions.modifyInstance = operation<modifyInstance>;
+    return functions;
+}
+
+const CMPIInstanceMIFT table = operations();
 
 } // namespace
 
