@@ -59,22 +59,19 @@ std::string Twig_Provider::refused;
 class MethodDispatch : public ::testing::Test
 {
   protected:
-    MethodDispatch() : twig(Test_Twig::create(true))
+    int invoke(Instance* record)
     {
+        Ref<Test_Twig> twig(Test_Twig::create(true));
         twig->Id.set("twig");
-        Twig_Provider::refused.clear();
+        Twig_Provider provider;
+        return Method_Dispatch<Test_Twig>::invoke(&provider, twig.ptr(), record);
     }
-    ~MethodDispatch() override { Test_Twig::destroy(twig); }
-
-    int invoke(Instance* record) { return Method_Dispatch<Test_Twig>::invoke(&provider, twig, record); }
-
-    Twig_Provider provider;
-    Test_Twig* twig;
 };
 
 TEST_F(MethodDispatch, HandsInputsOverAndOutputsBack)
 {
-    Test_Twig_Move_method* record = Test_Twig_Move_method::create();
+    Test_Twig_Move_method* const record = Test_Twig_Move_method::create();
+    const Ref<Instance> owned(static_cast<Instance*>(record));
     record->Steps.set(5);
     record->Rest.set(-7);
     record->Weights.value.append(0.5);
@@ -91,50 +88,38 @@ TEST_F(MethodDispatch, HandsInputsOverAndOutputsBack)
     EXPECT_EQ(record->Links.value.size(), 1u);
     EXPECT_STREQ(record->Last->Id.value.c_str(), "there");
     EXPECT_EQ(record->return_value.value, 11);
-    Test_Twig_Move_method::destroy(record);
 }
 
 TEST_F(MethodDispatch, FindsMethodsWithoutRegardToCaseAndRefusesWhatTheProviderDoesNotHave)
 {
-    Test_Twig_Count_method* count = Test_Twig_Count_method::create();
+    Test_Twig_Count_method* const count = Test_Twig_Count_method::create();
+    const Ref<Instance> owned(static_cast<Instance*>(count));
     const Meta_Method& own = Test_Twig_Count_method::static_meta_class;
-    const Meta_Method renamed = {CIMPLE_ATOMIC_INITIALIZER,
-                                 own.flags,
-                                 "coUNT",
-                                 nullptr,
-                                 0,
-                                 own.meta_features,
-                                 own.num_meta_features,
-                                 own.size,
-                                 own.return_type};
+    // clang-format off
+    const Meta_Method renamed = {CIMPLE_ATOMIC_INITIALIZER, own.flags, "coUNT", nullptr, 0, own.meta_features,
+                                 own.num_meta_features, own.size, own.return_type};
+    // clang-format on
     count->meta_class = reinterpret_cast<const Meta_Class*>(&renamed);
     EXPECT_EQ(invoke(count), INVOKE_METHOD_OK);
     EXPECT_EQ(count->return_value.value, 12u);
-    Test_Twig_Count_method::destroy(count);
-    Demo_Sensor_Calibrate_method* foreign = Demo_Sensor_Calibrate_method::create();
-    EXPECT_EQ(invoke(foreign), -1);
-    Demo_Sensor_Calibrate_method::destroy(foreign);
+    count->meta_class = reinterpret_cast<const Meta_Class*>(&own);
 
-    Test_Twig_Reset_method* reset = Test_Twig_Reset_method::create();
-    Test_Twig_Swap_method* swap = Test_Twig_Swap_method::create();
-    Test_Twig_Center_method* center = Test_Twig_Center_method::create();
-    EXPECT_EQ(invoke(reset), INVOKE_METHOD_UNSUPPORTED);
-    EXPECT_EQ(invoke(swap), INVOKE_METHOD_UNSUPPORTED);
-    EXPECT_EQ(invoke(center), INVOKE_METHOD_UNSUPPORTED);
+    const auto invokeNew = [this](const auto& method)
+    {
+        const Ref<Instance> record(create(reinterpret_cast<const Meta_Class*>(&method)));
+        return invoke(const_cast<Instance*>(record.ptr()));
+    };
+    EXPECT_EQ(invokeNew(Demo_Sensor_Calibrate_method::static_meta_class), -1);
+    for (const Meta_Method* method : {&Test_Twig_Reset_method::static_meta_class,
+                                      &Test_Twig_Swap_method::static_meta_class,
+                                      &Test_Twig_Center_method::static_meta_class})
+        EXPECT_EQ(invokeNew(*method), INVOKE_METHOD_UNSUPPORTED);
     EXPECT_EQ(Twig_Provider::refused, "Reset Swap Center ") << "the schema's spelling, each once";
-    Test_Twig_Reset_method::destroy(reset);
-    Test_Twig_Swap_method::destroy(swap);
-    Test_Twig_Center_method::destroy(center);
-}
 
-TEST_F(MethodDispatch, AClassWithoutMethodsKnowsNone)
-{
     struct Link_Provider : Test_LeafLink_Methods<Link_Provider>
     {
-    } links;
-    Test_Twig_Reset_method* reset = Test_Twig_Reset_method::create();
-    EXPECT_EQ(Method_Dispatch<Test_LeafLink>::invoke(&links, nullptr, reset), -1);
-    Test_Twig_Reset_method::destroy(reset);
+    } links; // of a class without methods
+    EXPECT_EQ(Method_Dispatch<Test_LeafLink>::invoke(&links, nullptr, count), -1);
 }
 
 } // namespace
