@@ -131,6 +131,8 @@ TEST(Keys, TellTheConditionOfPorts)
 TEST(Keys, FollowWhatHappensToTheSwitch)
 {
     SimSwitch sim(conditions());
+    sim.changePort(3, [](PortScenario& p) { p.adminState = AdminState::offline; });
+    EXPECT_EQ("Offline", valueOf("Oper.UserPort.0.3.OperState")) << "a failed port that is switched off";
     sim.portDown(6);
     EXPECT_EQ("Offline", valueOf("Oper.UserPort.0.6.OperState"));
     EXPECT_EQ("status 2", valueOf("Oper.NameServerAll.1.Entry.010600.PortWwn")) << "left the name server";
