@@ -6,6 +6,8 @@
 
 #include <cimple/cimple.h>
 
+#include <utility>
+
 namespace cimple
 {
 
@@ -50,14 +52,18 @@ class Inst_Map : public Instance_Map_Base
             _check.left(position);
         return status;
     }
-    // Puts a changed copy in the place of the cached instance; those who hold that one keep it as it was.
+    // Puts a changed copy in the place of the cached instance, whatever the toolkit's own map does; those who
+    // hold that one keep it as it was.
     Modify_Instance_Status _modify_instance(const Instance* model, const Instance* instance)
     {
         const std::size_t position = checkedPosition(instance);
-        const Modify_Instance_Status status = Instance_Map_Base::_modify_instance(model, instance);
-        if (status == MODIFY_INSTANCE_OK)
-            _check.replaced(position, Change_Check::copyOf(_instances[position]));
-        return status;
+        if (position == kNone)
+            return MODIFY_INSTANCE_NOT_FOUND;
+        Ref<Instance> changed(clone(_instances[position]));
+        copy(changed.ptr(), instance, model);
+        _check.replaced(position, Change_Check::copyOf(changed.ptr()));
+        unref(std::exchange(_instances[position], changed.steal()));
+        return MODIFY_INSTANCE_OK;
     }
     void _remove(std::size_t position)
     {
