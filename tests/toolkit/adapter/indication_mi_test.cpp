@@ -154,14 +154,17 @@ TEST_F(IndicationMi, ALongRunningThreadLeavesNothingBehind)
 {
     std::vector<size_t> alive;
     broker.onDelivery = [&] { alive.push_back(broker.journal().objectsAlive); };
+    Latch enabled; // the call that enables has objects of its own
     startOnEnable(
-        [](const Script::Hand& handle)
+        [&](const Script::Hand& handle)
         {
+            enabled.wait();
             for (int i = 0; i < 50; i++)
                 handle(alert("again"));
         });
     Client& provider = selected();
     provider.enableIndications();
+    enabled.arrive();
     join();
     ASSERT_EQ(alive.size(), 50u);
     EXPECT_EQ(alive.front(), alive.back());
