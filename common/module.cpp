@@ -35,6 +35,13 @@ CIMPLE_MODULE(VRAX_Module);
 #include "common/providers.def"
 #undef VRAX_PROVIDER
 
+// Every operation that reads begins with the provider's load.
+#ifdef CIMPLE_READS_LOAD
+#define VRAX_PROVIDER(kind, folder, cls) CIMPLE_READS_LOAD(cls##_Provider)
+#include "common/providers.def"
+#undef VRAX_PROVIDER
+#endif
+
 #define VRAX_PROVIDER(kind, folder, cls)                                                                     \
     CIMPLE_CMPI_##kind##_PROVIDER(cls##_Provider);                                                           \
     CIMPLE_CMPI_##kind##_PROVIDER2(cls##_Provider, cls);

@@ -135,18 +135,34 @@ TEST_F(Module, ServesInstancesNamesAndMethods)
     EXPECT_EQ(statistics.invokeMethod(names.paths[0], "MakeCoffee").rc, CMPI_RC_ERR_METHOD_NOT_FOUND);
 }
 
-TEST_F(Module, LogsToTheServer)
+// A load that fails is made once: it fails the first request, in its own words, and says so to the server's
+// log.
+TEST_F(Module, AFirstLoadThatFailsIsTheFirstRequestsOwn)
 {
     typedef void (*Configure)(int, void (*)(int, const char*));
     const auto configure = reinterpret_cast<Configure>(dlsym(library(), "cim_log_configure"));
     ASSERT_NE(configure, nullptr);
     static std::vector<std::string> lines;
     configure(4, [](int, const char* text) { lines.emplace_back(text); });
-    sim.failNext("get_Local_Switch_World_Wide_Name"); // the load when the interface is made
-    client("VRAX_StatisticsCollection");
+    sim.failNext("get_Local_Switch_World_Wide_Name");
+    const Outcome failed =
+        client("VRAX_StatisticsCollection").enumerateInstances(path("VRAX_StatisticsCollection"));
     configure(4, nullptr);
+    EXPECT_NE(failed.message.find("(status 70): Unable to retrieve localWWN"), std::string::npos)
+        << failed.message;
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_NE(lines[0].find("Unable to retrieve localWWN"), std::string::npos) << lines[0];
+}
+
+// A modification does not load by itself; its class has been loaded before it all the same.
+TEST_F(Module, AFirstRequestMayBeAModification)
+{
+    const Outcome modified =
+        client("VRAX_FCSwitch")
+            .modifyInstance(
+                path("VRAX_FCSwitch.CreationClassName=\"VRAX_FCSwitch\",Name=\"100002A5C0DE0001\""),
+                "VRAX_FCSwitch{ElementName=\"edge\"}");
+    EXPECT_TRUE(modified.ok()) << modified.message;
 }
 
 } // namespace

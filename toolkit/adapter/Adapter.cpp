@@ -49,6 +49,7 @@ void Adapter::load() noexcept
     {
         CIMPLE_ERR(("%s", Failure::current().in("load").in(_className).what()));
     }
+    _used = true;
     _loaded = true;
 }
 
@@ -136,7 +137,7 @@ void StaticData::takeDown(const CMPIContext* context)
         Gate& _gate;
     } closed(calls);
     const std::unique_ptr<Adapter> adapter(current.exchange(nullptr));
-    if (!adapter || !adapter->loaded())
+    if (!adapter || !adapter->used())
         return;
     if (const Unload_Status status = adapter->bareProvider().unload(); status != UNLOAD_OK)
         throw Failure::ofProvider(status).in("unload");

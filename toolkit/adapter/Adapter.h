@@ -20,16 +20,27 @@ class Adapter
 {
   public:
     explicit Adapter(const cimple::Registration* registration)
-        : _className(registration->meta_class->name), _provider(registration)
+        : _className(registration->meta_class->name), _readsLoad(registration->reads_load),
+          _provider(registration)
     {
     }
 
-    // Calls the provider's load if that has not been done, once in its life. A load that fails is logged and
+    // Calls the provider's load if that has not been done, once in its life. With CIMPLE_READS_LOAD it comes
+    // before the first operation that is not a read, such as a modification. A load that fails is logged and
     // not repeated: the provider's operations load what they need and know how to say that they cannot.
     void load() noexcept;
 
+    // The same before an operation that reads, which a provider may load for by itself.
+    void loadToRead() noexcept
+    {
+        if (_readsLoad)
+            _used = true;
+        else
+            load();
+    }
+
     // Whether there is something to unload: after a load that failed, an operation may have succeeded.
-    bool loaded() const { return _loaded; }
+    bool used() const { return _used; }
 
     // As it is.
     cimple::Provider_Handle& bareProvider() { return _provider; }
@@ -38,9 +49,11 @@ class Adapter
 
   private:
     const char* const _className;
+    const bool _readsLoad;
     std::recursive_mutex _loading; // a load may come back through the CIM server on the same thread
     bool _begun = false;
     std::atomic<bool> _loaded{false};
+    std::atomic<bool> _used{false};
     Indications _indications; // outlives the provider, which may hold its handler
     cimple::Provider_Handle _provider;
 };

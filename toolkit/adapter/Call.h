@@ -57,6 +57,12 @@ class Call
         _adapter.load();
         return _adapter.bareProvider();
     }
+    // The same for operations that read: get_instance, enum_instances and those of associations.
+    cimple::Provider_Handle& providerToRead()
+    {
+        _adapter.loadToRead();
+        return _adapter.bareProvider();
+    }
     const cimple::Meta_Class* providerClass() const { return _data.registration->meta_class; }
 
     // Conversion of what came with the call; classes are those that the module knows.

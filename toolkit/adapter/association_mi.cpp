@@ -87,7 +87,7 @@ bool followAssociation(Instance* association, Enum_Instances_Status, void* data)
 
 void findAssociators(Call& call, const Request& request, ResultSink& sink)
 {
-    Provider_Handle& provider = call.provider();
+    Provider_Handle& provider = call.providerToRead();
     const Enum_Associators_Status status =
         provider.enum_associators(request.source.ptr(),
                                   request.resultClass,
@@ -107,7 +107,7 @@ void findAssociators(Call& call, const Request& request, ResultSink& sink)
 
 void findAssociatorNames(Call& call, const Request& request, ResultSink& sink)
 {
-    checkProvider(call.provider().enum_associator_names(
+    checkProvider(call.providerToRead().enum_associator_names(
         request.source.ptr(),
         request.resultClass,
         request.role,
@@ -119,11 +119,12 @@ void findAssociatorNames(Call& call, const Request& request, ResultSink& sink)
 void findReferences(Call& call, const Request& request, ResultSink& sink)
 {
     const Ref<Instance> model(create(call.providerClass()));
-    checkProvider(call.provider().enum_references(request.source.ptr(),
-                                                  model.ptr(),
-                                                  request.role,
-                                                  ResultSink::receive<Instance*, Enum_References_Status>,
-                                                  &sink));
+    checkProvider(
+        call.providerToRead().enum_references(request.source.ptr(),
+                                              model.ptr(),
+                                              request.role,
+                                              ResultSink::receive<Instance*, Enum_References_Status>,
+                                              &sink));
 }
 
 // Fills in the source and searches. The answer is empty without asking the provider if the association is not

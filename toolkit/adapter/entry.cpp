@@ -58,7 +58,7 @@ extern "C" CIMPLE_EXPORT int cimple_cmpi_adapter(void* caller,
                                           [&]
                                           {
                                               Call call(data, static_cast<const CMPIContext*>(context));
-                                              call.adapter().load();
+                                              call.adapter().loadToRead();
                                               *static_cast<void**>(mi) = data.interface(kind);
                                           });
         return status.rc == CMPI_RC_OK ? 0 : -1;

@@ -34,7 +34,7 @@ void enumerate(Call& call,
     if (properties)
         filter_properties(model.ptr(), properties, true);
     ResultSink sink(call, result, nameSpaceOf(classPath), what, properties, wantedClass(call, modelClass));
-    checkProvider(call.provider().enum_instances(
+    checkProvider(call.providerToRead().enum_instances(
         model.ptr(), ResultSink::receive<Instance*, Enum_Instances_Status>, &sink));
     sink.finish();
 }
@@ -46,7 +46,7 @@ void get(Call& call, const CMPIResult* result, const CMPIObjectPath* path, const
     filter_properties(model.ptr(), properties, true);
 
     Instance* found = nullptr;
-    const Get_Instance_Status status = call.provider().get_instance(model.ptr(), found);
+    const Get_Instance_Status status = call.providerToRead().get_instance(model.ptr(), found);
     const Ref<Instance> instance(found);
     checkProvider(status);
 

@@ -13,6 +13,7 @@ struct Registration
     Provider_Proc provider_proc;
     const Meta_Class* meta_class;
     Registration* next;
+    bool reads_load = false; // see CIMPLE_READS_LOAD
 
     // Goes to the front of the list.
     Registration(const char* module,
@@ -54,6 +55,12 @@ CIMPLE_NAMESPACE_END
 
 // The same with the provider's static member `proc`.
 #define CIMPLE_PROVIDER(PROVIDER) CIMPLE_REGISTER_PROVIDER(PROVIDER, cimple::PROVIDER::proc)
+
+// For a registered provider whose reading operations load what they need. The adapter then does not call load
+// before them, so that a load that fails is made once and fails the operation in the provider's words.
+// An extension of this toolkit.
+#define CIMPLE_READS_LOAD(PROVIDER)                                                                          \
+    static const bool _cimple_reads_load_##PROVIDER = _cimple_registration_##PROVIDER.reads_load = true;
 
 #define CIMPLE_CLASS_DEPENDENCY(CLASS)                                                                       \
     extern const char* const __class_##CLASS;                                                                \
