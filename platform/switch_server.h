@@ -14,6 +14,17 @@ char** get_Local_Switch_World_Wide_Name();
 // The WWN of the fabric's principal switch; no value while the fabric has none.
 char** get_Principal_Switch_World_Wide_Name();
 
+// Vital product data of the chassis and its planar (main board).
+char** get_Switch_ChassisPartNum();
+char** get_Switch_ChassisSerialNum();
+char** get_Switch_PlanarPartNum();
+// The brand that the switch is sold under, as in "Tarvel".
+char** get_Switch_Brand_Name();
+
+// The product that the switch is: fills all four cells, with the product's name, the name for display, the
+// identifying (serial) number and the brand of the vendor.
+void get_Product_Info(char*** name, char*** elementName, char*** identifyingNumber, char*** vendor);
+
 // Bytes that an attached port's address text takes at most, terminator included.
 constexpr std::size_t kAttachedPortAddressSize = 32;
 
