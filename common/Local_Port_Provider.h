@@ -31,6 +31,7 @@ struct Loaded_Port
 //     what the table does not say;
 // and hides, where it differs,
 //   kUnnamed: what is said of a port without a WWN; without a text such a port ends the walk;
+//   kNamesFirst: true for a class whose instances are made after the port's WWN is known;
 //   static const char* keyArgument(const Loaded_Port& port).
 // The other texts of the load may name the port: their arguments are its index and the InstanceID.
 template <class PROVIDER, class CLASS>
@@ -38,6 +39,7 @@ class Local_Port_Provider_Base : public Instance_Provider_Base<PROVIDER, CLASS>
 {
   public:
     static constexpr Failure_Text kUnnamed = Failure_Text::none();
+    static constexpr bool kNamesFirst = false;
     static const char* keyArgument(const Loaded_Port&) { return ""; }
 
     void build(Map_Writer<CLASS>& map)
@@ -53,7 +55,9 @@ class Local_Port_Provider_Base : public Instance_Provider_Base<PROVIDER, CLASS>
         {
             if (!attributes.read({port.c_str(), PROVIDER::keyArgument({cache, port})}))
                 PROVIDER::fail(PROVIDER::kReadFailed, {port.c_str()});
-            Owned<CLASS> instance = PROVIDER::make({port.c_str()});
+            Owned<CLASS> instance;
+            if (!PROVIDER::kNamesFirst)
+                instance = PROVIDER::make({port.c_str()});
             const Wwn portWwn = cache.calcPortWwn(rootWwn, port);
             if (portWwn.empty())
             {
@@ -61,6 +65,8 @@ class Local_Port_Provider_Base : public Instance_Provider_Base<PROVIDER, CLASS>
                     break;
                 PROVIDER::fail(PROVIDER::kUnnamed, {port.c_str()});
             }
+            if (!instance)
+                instance = PROVIDER::make({port.c_str()});
             const std::string id = PROVIDER::kIdPrefix + rootWwn.toString() + ":" + portWwn.toString();
             instance->InstanceID.set(id.c_str());
             instance->ElementName.set(PROVIDER::kElementName);

@@ -21,7 +21,7 @@ void logCritical(const char* source, const char* function, const char* message, 
     VRAX_Except(source, function, line, Failure_Text::line("%s"), {message}).print();
 }
 
-void report(const VRAX_Except& failure)
+void report(const VRAX_Except& failure, const char* more)
 {
     failure.print();
     if (failure.form == Log_Form::None)
@@ -35,7 +35,7 @@ void report(const VRAX_Except& failure)
         --length;
     try
     {
-        Error::set("%.*s", static_cast<int>(length), message);
+        Error::set("%.*s%s%s", static_cast<int>(length), message, *more != '\0' ? ": " : "", more);
     }
     catch (const std::bad_alloc&)
     {

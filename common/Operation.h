@@ -7,6 +7,7 @@
 
 #include <exception>
 #include <initializer_list>
+#include <string>
 
 namespace cimple
 {
@@ -18,8 +19,8 @@ void trace(const char* source, const char* function, int line);
 void logCritical(const char* source, const char* function, const char* message, int line);
 
 // Logs the failure and makes it the reason that the client is told, should the operation end in a status
-// other than success.
-void report(const VRAX_Except& failure);
+// other than success. `more` is for the client alone: "<text>: <more>".
+void report(const VRAX_Except& failure, const char* more = "");
 
 // One operation under way. `function` is the operation's name in the log.
 template <class STATUS>
@@ -49,7 +50,7 @@ class Operation
         }
         catch (const VRAX_Except& failure)
         {
-            report(failure);
+            report(failure, _more.c_str());
         }
         catch (const std::exception& failure)
         {
@@ -77,10 +78,19 @@ class Operation
         fail(what, arguments, line);
     }
 
+    // The same with more for the client than the log's text says: what it was that was refused.
+    [[noreturn]] void
+    failOn(const std::string& refused, const Failure_Text& what, int line = __builtin_LINE())
+    {
+        _more = refused;
+        fail(what, {}, line);
+    }
+
   private:
     const char* _source;
     const char* _function;
     STATUS _failed;
+    std::string _more;
 };
 
 } // namespace cimple

@@ -8,6 +8,7 @@
 #include "switchaccess/Record.h"
 #include "switchaccess/fabric_walk.h"
 #include "switchaccess/local_switch.h"
+#include "switchaccess/port_hardware.h"
 #include "switchaccess/string_helpers.h"
 #include "switchaccess/value_translation.h"
 
@@ -112,9 +113,7 @@ class VRAX_FCPort_Provider::Port_Writer
 
     void localPort(const Walked_Switch& owner, const Local_Port& port)
     {
-        const bool isEthernet = _cache.getPortHWType(port.index) == kPortHWTypeEthernet;
-        const char* capability = isEthernet ? "EthSpeedCapability" : "SpeedCapability";
-        if (!_local.read({port.index.c_str(), port.wwn.c_str(), capability}))
+        if (!_local.read({port.index.c_str(), port.wwn.c_str(), speedCapabilityKey(_cache, port.index)}))
             return;
         Owned<VRAX_FCPort> instance = start(_local);
         setOwner(*instance, owner, port.wwn);

@@ -39,6 +39,7 @@ void VRAX_Except::print() const
     switch (form)
     {
     case cimple::Log_Form::None:
+    case cimple::Log_Form::Unlogged:
         return;
     case cimple::Log_Form::Line:
         cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", file, function, line, message);

@@ -36,11 +36,18 @@ bool Sml_Writes::send(Call call)
     return _result == 0 && !isErrors(_entries.data(), count);
 }
 
+std::size_t Sml_Writes::refused() const
+{
+    std::size_t entry = 0;
+    while (entry < _entries.size() && !isErrors(&_entries[entry], 1))
+        ++entry;
+    return entry;
+}
+
 std::string Sml_Writes::failure() const
 {
-    for (const xpl_smlEntry& entry : _entries)
-        if (isErrors(&entry, 1))
-            return std::string(entry.key) + ": status " + std::to_string(entry.status);
+    if (const std::size_t entry = refused(); entry < _entries.size())
+        return std::string(_entries[entry].key) + ": status " + std::to_string(_entries[entry].status);
     return "status " + std::to_string(_result);
 }
 

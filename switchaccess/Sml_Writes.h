@@ -37,6 +37,8 @@ class Sml_Writes
 
     // After send(): the platform's status of an entry.
     std::int32_t status(std::size_t entry) const { return _entries[entry].status; }
+    // The place of the first refused entry; size() when none was.
+    std::size_t refused() const;
     // What went wrong, for people: the first refused text with its status, or the status of the call.
     std::string failure() const;
 

@@ -208,6 +208,16 @@ uint64 smlSpeedToCIMSpeed(const String& speed)
     return numberOf(kSpeeds, speed, uint64{0});
 }
 
+Array_uint64 smlSpeedToCIMSpeedsUpTo(const String& speed)
+{
+    const uint64 fastest = smlSpeedToCIMSpeed(speed);
+    Array_uint64 speeds;
+    for (const Row<uint64>& row : kSpeeds)
+        if (row.number <= fastest)
+            speeds.append(row.number);
+    return speeds;
+}
+
 String cimRequestedStateToSMLAdminState(uint16 state)
 {
     return textOf(kEnabledStates, state);

@@ -41,6 +41,9 @@ uint16 smlTypeToCIMType(const String& type);
 // default 0.
 uint64 smlSpeedToCIMSpeed(const String& speed);
 
+// All line rates up to this one, rising; none for a speed that no row knows.
+Array_uint64 smlSpeedToCIMSpeedsUpTo(const String& speed);
+
 // --- Number to text ---
 // What the switch takes as a setting; for a number without a text, "ERROR", which the switch refuses.
 

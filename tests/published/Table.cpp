@@ -85,8 +85,10 @@ class Reader
     {
         Entry& entry = table.entries.back();
         const auto [value, source] = cut(" " + text, " < ");
+        const bool isEnd = _ends.count(name) != 0; // of a class derived from the role's
         if (name != "-")
-            require(entry.properties.emplace(name, unquoted(value)).second, "each property once");
+            require(entry.properties.insert_or_assign(name, unquoted(value)).second || isEnd,
+                    "each property once");
         if (source.empty())
             return;
         const auto [key, answer] = cut(source, " = ");
