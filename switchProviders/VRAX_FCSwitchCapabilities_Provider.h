@@ -16,8 +16,8 @@ class VRAX_FCSwitchCapabilities_Provider
   public:
     static constexpr bool kCreatesFirst = true;
     static constexpr Failure_Text kCreationFailed =
-        Failure_Text::line("Failed to create VRAX_FCSwitchCapabilities instance\n");
-    static constexpr Failure_Text kInsertionFailed = Failure_Text::line("Failed to insert instance in map\n");
+        Failure_Text::line("Failed to create VRAX_FCSwitchCapabilities instance");
+    static constexpr Failure_Text kInsertionFailed = Failure_Text::line("Failed to insert instance in map");
 
     static void fill(VRAX_FCSwitchCapabilities& capabilities, const char* localWwn);
 };
