@@ -9,7 +9,7 @@ namespace bench
 {
 
 // Ports of the local switch, growing tenfold up to the largest switch.
-constexpr std::size_t kPortCounts[] = {15, 153, 1536};
+constexpr std::size_t kPortCounts[] = {15, 384, 1536};
 
 void benchMaps();
 void benchLoads();

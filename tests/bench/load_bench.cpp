@@ -1,12 +1,15 @@
-// Cost of reading the switch: the cold load of the port statistics, per port, and the platform calls it
-// makes.
+// Cost of the classes of the local ports: their cold load, per port, and the platform calls it makes. The
+// ends of associations are fresh when their load begins.
 #include "tests/bench/benches.h"
 
 #include "simulator/generator/generate.h"
 #include "simulator/testing/SimSwitch.h"
 #include "support/VRAX_Maps.h"
-#include "switchProviders/VRAX_FCPortRateStatistics_Provider.h"
-#include "switchProviders/VRAX_FCPortStatistics_Provider.h"
+#include "switchProviders/VRAX_FCPortElementCapabilities_Provider.h"
+#include "switchProviders/VRAX_FCPortElementSettingData_Provider.h"
+#include "switchProviders/VRAX_FCPortRateStatisticalData_Provider.h"
+#include "switchProviders/VRAX_FCPortStatisticalData_Provider.h"
+#include "switchProviders/VRAX_MemberOfStatisticsCollection_Provider.h"
 #include "tests/bench/report.h"
 
 #include <cstdio>
@@ -22,9 +25,16 @@ namespace
 constexpr double kMicro = 1e6;
 
 template <class PROVIDER>
-void benchLoad(const char* title)
+void load()
 {
-    Table table(title, "ports", "us per port");
+    if (PROVIDER().load() != cimple::LOAD_OK)
+        throw std::runtime_error("the load failed");
+}
+
+template <class PROVIDER, class... END_PROVIDERS>
+void benchLoad(const char* className)
+{
+    Table table(std::string("Cold load: ") + className, "ports", "us per port");
     for (const std::size_t ports : kPortCounts)
     {
         simulator::FabricSize size;
@@ -34,16 +44,15 @@ void benchLoad(const char* title)
         simulator::SimSwitch sim(simulator::generateFabric(size));
         sim.recordKeys(false);
 
-        PROVIDER provider;
-        const auto stale = [] { cimple::VRAX_Maps::getInstance()->InstMapForceUnload(PROVIDER::kIndex); };
-        const auto load = [&]
+        const auto prepare = []
         {
-            if (provider.load() != cimple::LOAD_OK)
-                throw std::runtime_error("the load failed");
+            (load<END_PROVIDERS>(), ...);
+            cimple::VRAX_Maps::getInstance()->InstMapForceUnload(PROVIDER::kIndex);
         };
-        stale();
+        (cimple::VRAX_Maps::getInstance()->InstMapForceUnload(END_PROVIDERS::kIndex), ...);
+        prepare();
         sim.mark();
-        load();
+        load<PROVIDER>();
         const double calls = static_cast<double>(sim.calls("xpl_smlGetBatch")) / static_cast<double>(ports);
         char remark[64];
         std::snprintf(remark,
@@ -51,7 +60,8 @@ void benchLoad(const char* title)
                       "%.2f batch reads per port, %zu platform calls",
                       calls,
                       sim.platformCalls());
-        table.row(ports, processorSeconds(load, stale) / static_cast<double>(ports) * kMicro, remark);
+        table.row(
+            ports, processorSeconds(load<PROVIDER>, prepare) / static_cast<double>(ports) * kMicro, remark);
     }
     table.print();
 }
@@ -60,8 +70,25 @@ void benchLoad(const char* title)
 
 void benchLoads()
 {
-    benchLoad<cimple::VRAX_FCPortStatistics_Provider>("Cold load: VRAX_FCPortStatistics");
-    benchLoad<cimple::VRAX_FCPortRateStatistics_Provider>("Cold load: VRAX_FCPortRateStatistics");
+    using namespace cimple;
+    benchLoad<VRAX_FCPortStatistics_Provider>("VRAX_FCPortStatistics");
+    benchLoad<VRAX_FCPortRateStatistics_Provider>("VRAX_FCPortRateStatistics");
+    benchLoad<VRAX_FCPortSettings_Provider>("VRAX_FCPortSettings");
+    benchLoad<VRAX_FCPortCapabilities_Provider>("VRAX_FCPortCapabilities");
+    benchLoad<VRAX_FCPortElementSettingData_Provider, VRAX_FCPort_Provider, VRAX_FCPortSettings_Provider>(
+        "VRAX_FCPortElementSettingData");
+    benchLoad<VRAX_FCPortElementCapabilities_Provider,
+              VRAX_FCPort_Provider,
+              VRAX_FCPortCapabilities_Provider>("VRAX_FCPortElementCapabilities");
+    benchLoad<VRAX_FCPortStatisticalData_Provider, VRAX_FCPort_Provider, VRAX_FCPortStatistics_Provider>(
+        "VRAX_FCPortStatisticalData");
+    benchLoad<VRAX_FCPortRateStatisticalData_Provider,
+              VRAX_FCPort_Provider,
+              VRAX_FCPortRateStatistics_Provider>("VRAX_FCPortRateStatisticalData");
+    benchLoad<VRAX_MemberOfStatisticsCollection_Provider,
+              VRAX_StatisticsCollection_Provider,
+              VRAX_FCPortStatistics_Provider,
+              VRAX_FCPortRateStatistics_Provider>("VRAX_MemberOfStatisticsCollection");
 }
 
 } // namespace bench
