@@ -84,8 +84,7 @@ FabricModel::FabricModel(const Scenario& scenario)
 const Port* FabricModel::localPort(std::string_view index) const
 {
     int number = 0;
-    const bool padded = index.size() > 1 && index.front() == '0';
-    return !padded && parseDecimal(index, number) ? local().port(number) : nullptr;
+    return parseIndex(index, number) ? local().port(number) : nullptr;
 }
 
 Port* FabricModel::localPort(std::string_view index)
