@@ -40,7 +40,9 @@ TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
         {"VRAX_FCSwitchCIMXMLCommMechanism", {12, 70, 2}},
         {"VRAX_FCSwitchFCPort", {84, 70, 69}},
         {"VRAX_FCSwitchObjectManager", {5, 70, 1}},
+        {"VRAX_FCSwitchPackage", {32, 19, 70}},
         {"VRAX_FCSwitchProtocolEndPoint", {85, 70, 72}},
+        {"VRAX_FCSwitchSoftware", {27, 70, 21}},
         {"VRAX_FabricFCNode", {79, 67, 68}},
         {"VRAX_FabricFCPort", {80, 67, 69}},
         {"VRAX_FabricFCSwitch", {81, 67, 70}},
@@ -49,6 +51,8 @@ TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
         {"VRAX_MemberOfFCNode", {87, 68, 69}},
         {"VRAX_MemberOfLogicalNetwork", {86, 71, 72}},
         {"VRAX_NamespaceInManager", {6, 1, 0}},
+        {"VRAX_PhysicalChassisLocation", {57, 19, 56}},
+        {"VRAX_ProductPhysicalChassis", {33, 20, 19}},
     };
     std::size_t found = 0;
 #define VRAX_PROVIDER(kind, folder, cls)                                                                     \
