@@ -52,6 +52,9 @@ TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
         {"VRAX_MemberOfLogicalNetwork", {86, 71, 72}},
         {"VRAX_NamespaceInManager", {6, 1, 0}},
         {"VRAX_PhysicalChassisLocation", {57, 19, 56}},
+        {"VRAX_PhysicalChassisRealizesPowerSupply", {55, 19, 54}},
+        {"VRAX_PhysicalChassisRealizesTemperatureSensor", {51, 19, 50}},
+        {"VRAX_PhysicalChassisRealizesVoltageSensor", {53, 19, 52}},
         {"VRAX_ProductPhysicalChassis", {33, 20, 19}},
     };
     std::size_t found = 0;
