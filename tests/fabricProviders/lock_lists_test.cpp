@@ -39,8 +39,10 @@ TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
         {"VRAX_DeviceSAPImplementation", {78, 69, 72}},
         {"VRAX_FCSwitchCIMXMLCommMechanism", {12, 70, 2}},
         {"VRAX_FCSwitchFCPort", {84, 70, 69}},
+        {"VRAX_FCSwitchLogicalIOBlade", {47, 70, 43}},
         {"VRAX_FCSwitchObjectManager", {5, 70, 1}},
         {"VRAX_FCSwitchPackage", {32, 19, 70}},
+        {"VRAX_FCSwitchPhysicalIOBlade", {48, 44, 70}},
         {"VRAX_FCSwitchProtocolEndPoint", {85, 70, 72}},
         {"VRAX_FCSwitchSoftware", {27, 70, 21}},
         {"VRAX_FabricFCNode", {79, 67, 68}},
@@ -48,6 +50,7 @@ TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
         {"VRAX_FabricFCSwitch", {81, 67, 70}},
         {"VRAX_FabricLogicalNetwork", {82, 67, 71}},
         {"VRAX_FabricProtocolEndPoint", {83, 67, 72}},
+        {"VRAX_LogicalIOBladeFCPort", {45, 43, 69}},
         {"VRAX_MemberOfFCNode", {87, 68, 69}},
         {"VRAX_MemberOfLogicalNetwork", {86, 71, 72}},
         {"VRAX_NamespaceInManager", {6, 1, 0}},
@@ -55,7 +58,9 @@ TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
         {"VRAX_PhysicalChassisRealizesPowerSupply", {55, 19, 54}},
         {"VRAX_PhysicalChassisRealizesTemperatureSensor", {51, 19, 50}},
         {"VRAX_PhysicalChassisRealizesVoltageSensor", {53, 19, 52}},
+        {"VRAX_PhysicalIOBladeContainer", {49, 19, 44}},
         {"VRAX_ProductPhysicalChassis", {33, 20, 19}},
+        {"VRAX_RealizesLogicalIOBlade", {46, 44, 43}},
     };
     std::size_t found = 0;
 #define VRAX_PROVIDER(kind, folder, cls)                                                                     \
