@@ -37,6 +37,7 @@ TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
         {"VRAX_CIMXMLCommMechanismForManager", {7, 1, 2}},
         {"VRAX_ContainedDomain", {77, 66, 67}},
         {"VRAX_DeviceSAPImplementation", {78, 69, 72}},
+        {"VRAX_FCSwitchAccessPoint", {41, 70, 40}},
         {"VRAX_FCSwitchCIMXMLCommMechanism", {12, 70, 2}},
         {"VRAX_FCSwitchFCPort", {84, 70, 69}},
         {"VRAX_FCSwitchLogicalIOBlade", {47, 70, 43}},
@@ -61,6 +62,7 @@ TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
         {"VRAX_PhysicalIOBladeContainer", {49, 19, 44}},
         {"VRAX_ProductPhysicalChassis", {33, 20, 19}},
         {"VRAX_RealizesLogicalIOBlade", {46, 44, 43}},
+        {"VRAX_SAPAvailableForFCSwitch", {42, 70, 40}},
     };
     std::size_t found = 0;
 #define VRAX_PROVIDER(kind, folder, cls)                                                                     \
