@@ -23,7 +23,7 @@ class ElementKeys
                                { return answer.decimal((one.*elements).size()); }));
     }
 
-    // int32_t(const Switch& local, const Element& element, uint64_t now, Answer& answer)
+    // int32_t(const Switch& local, size_t index, uint64_t now, Answer& answer)
     template <class Read>
     void add(const char* name, Read read)
     {
@@ -34,11 +34,11 @@ class ElementKeys
              read](const FabricModel& model, const KeyArguments& arguments, std::uint64_t now, Answer& answer)
             {
                 int number = 0;
-                const Element* found = parseIndex(arguments[0], number)
-                                           ? elementOf(model.local().facts.*elements, number)
-                                           : nullptr;
-                return found != nullptr ? read(model.local(), *found, now, answer)
-                                        : std::int32_t{XPL_UNKNOWN_KEY};
+                const Switch& local = model.local();
+                const bool exists =
+                    parseIndex(arguments[0], number) && elementOf(local.facts.*elements, number) != nullptr;
+                return exists ? read(local, static_cast<std::size_t>(number) - 1, now, answer)
+                              : std::int32_t{XPL_UNKNOWN_KEY};
             });
     }
 
@@ -46,9 +46,10 @@ class ElementKeys
     template <class Tell>
     void addText(const char* name, Tell tell)
     {
+        const Elements elements = _elements;
         add(name,
-            [tell](const Switch&, const Element& element, std::uint64_t, Answer& answer)
-            { return answer.present(tell(element)); });
+            [elements, tell](const Switch& local, std::size_t index, std::uint64_t, Answer& answer)
+            { return answer.present(tell((local.facts.*elements)[index])); });
     }
 
     // A quantity that may be missing: optional<int>(const Element& element)
@@ -63,19 +64,24 @@ class ElementKeys
                 });
     }
 
-    // What sensors of all kinds tell.
-    void addSensor(int decimals)
+    // What sensors of all kinds tell: optional<int>(const Switch& local, size_t index, uint64_t now)
+    template <class ReadingOf>
+    void addSensor(int decimals, ReadingOf readingOf)
     {
+        const Elements elements = _elements;
         addText("Description", [](const Element& sensor) { return sensor.description; });
         add("Reading",
-            [decimals](const Switch& local, const Element& sensor, std::uint64_t now, Answer& answer)
+            [decimals, readingOf](const Switch& local, std::size_t index, std::uint64_t now, Answer& answer)
             {
-                const std::optional<int> reading = readingOf(local, sensor, now);
+                const std::optional<int> reading = readingOf(local, index, now);
                 return answer.present(reading ? decimalText(*reading, decimals) : std::string());
             });
         add("State",
-            [](const Switch& local, const Element& sensor, std::uint64_t now, Answer& answer)
-            { return answer.text(toText(stateAt(sensor, readingOf(local, sensor, now)))); });
+            [elements, readingOf](const Switch& local, std::size_t index, std::uint64_t now, Answer& answer)
+            {
+                const Element& sensor = (local.facts.*elements)[index];
+                return answer.text(toText(stateAt(sensor, readingOf(local, index, now))));
+            });
     }
 
   private:
@@ -88,7 +94,7 @@ void addSensorKeys(ReadKeys& keys)
 {
     using Temperature = TemperatureSensorScenario;
     ElementKeys temperatures(keys, "TempSensor", &SwitchScenario::temperatureSensors);
-    temperatures.addSensor(kTemperatureDecimals);
+    temperatures.addSensor(kTemperatureDecimals, temperatureOf);
     temperatures.addQuantity(
         "WarnHigh", kTemperatureDecimals, [](const Temperature& sensor) { return sensor.warnHigh; });
     temperatures.addQuantity(
@@ -96,7 +102,7 @@ void addSensorKeys(ReadKeys& keys)
 
     using Voltage = VoltageSensorScenario;
     ElementKeys voltages(keys, "VoltSensor", &SwitchScenario::voltageSensors);
-    voltages.addSensor(kVoltageDecimals);
+    voltages.addSensor(kVoltageDecimals, voltageOf);
     voltages.addQuantity("Nominal",
                          kVoltageDecimals,
                          [](const Voltage& sensor) { return std::optional<int>(sensor.nominal); });
@@ -124,9 +130,7 @@ void addBladeKeys(ReadKeys& keys)
 {
     using Blade = BladeScenario;
     ElementKeys blades(keys, "IOBlade", &SwitchScenario::blades);
-    blades.add("Present",
-               [](const Switch&, const Blade& blade, std::uint64_t, Answer& answer)
-               { return answer.flag(blade.present); });
+    blades.addText("Present", [](const Blade& blade) { return blade.present ? "True" : "False"; });
     const auto addPresent = [&blades](const char* name, auto tell)
     {
         blades.addText(name,

@@ -1,5 +1,6 @@
 // Operational keys of the local switch's ports.
 #include "simulator/keys/attribute_keys.h"
+#include "simulator/model/hardware.h"
 
 namespace simulator
 {
@@ -76,10 +77,10 @@ void addPortKeys(ReadKeys& keys)
                                                                      : a.text(toText(port.facts.diagnostics));
         });
     add("IOBlade",
-        [](const Switch&, const Port& port, std::uint64_t, Answer& a)
+        [](const Switch& owner, const Port& port, std::uint64_t, Answer& a)
         {
-            return port.facts.blade == 0 ? std::int32_t{XPL_NOT_AVAILABLE}
-                                         : a.decimal(static_cast<std::uint64_t>(port.facts.blade));
+            return bladeOf(owner, port) == nullptr ? std::int32_t{XPL_NOT_AVAILABLE}
+                                                   : a.decimal(static_cast<std::uint64_t>(port.facts.blade));
         });
     keys.add("Oper.UserPort.0.%s.SpeedCapability", capabilityOf(PortHardware::fibreChannel));
     keys.add("Oper.UserPort.0.%s.EthSpeedCapability", capabilityOf(PortHardware::ethernet));

@@ -105,6 +105,7 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
     added.facts = facts;
     added.facts.ports.clear();
     const std::uint64_t switchSeed = mix(_seed, static_cast<std::uint64_t>(facts.domain));
+    added.seed = switchSeed;
     added.ports.reserve(facts.ports.size());
     for (const PortScenario& port : facts.ports)
     {

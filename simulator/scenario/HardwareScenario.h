@@ -4,6 +4,7 @@
 
 #include "simulator/model/names.h"
 
+#include <cmath>
 #include <optional>
 #include <string>
 
@@ -14,7 +15,22 @@ namespace simulator
 constexpr int kTemperatureDecimals = 2;
 constexpr int kVoltageDecimals = 3;
 
+inline int hundredthsOf(double celsius)
+{
+    return static_cast<int>(std::lround(celsius * 100));
+}
+inline int millivoltsOf(double volts)
+{
+    return static_cast<int>(std::lround(volts * 1000));
+}
+
 constexpr int kMaxBlades = 64;
+
+enum class SensorKind
+{
+    temperature,
+    voltage
+};
 
 // What sensors of all kinds have.
 struct SensorScenario
