@@ -25,6 +25,7 @@ class Provider_Base
     static constexpr const char* kSource = Registered<CLASS>::kSource;
     // What is said of the steps of a load that fail. A provider hides those for which it has a text of its
     // own.
+    static constexpr Failure_Text kReadFailed = Registered<CLASS>::kReadFailed;
     static constexpr Failure_Text kCreationFailed = Registered<CLASS>::kCreationFailed;
     static constexpr Failure_Text kKeysMissing = Registered<CLASS>::kKeysMissing;
     static constexpr Failure_Text kInsertionFailed = Registered<CLASS>::kInsertionFailed;

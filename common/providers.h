@@ -8,7 +8,7 @@ namespace cimple
 // Registered<CLASS> of a class of providers.def:
 //   Provider          the class of its provider, cimple::<Class>_Provider;
 //   kSource           the provider's unit, which log lines name: "<folder>/<Class>_Provider";
-//   kCreationFailed, kKeysMissing, kInsertionFailed
+//   kReadFailed, kCreationFailed, kKeysMissing, kInsertionFailed
 //                     what a load says of a failed step, unless the provider has a text of its own.
 template <class CLASS>
 struct Registered;
@@ -21,6 +21,7 @@ struct Registered;
     {                                                                                                        \
         typedef cls##_Provider Provider;                                                                     \
         static constexpr const char* kSource = #folder "/" #cls "_Provider";                                 \
+        static constexpr const char* kReadFailed = "Unable to get " #cls " attributes";                      \
         static constexpr const char* kCreationFailed = "Unable to create instance of " #cls;                 \
         static constexpr const char* kKeysMissing = #cls "::One or more Key Properties are not Populated";   \
         static constexpr const char* kInsertionFailed = "Failed to insert into " #cls "_map";                \

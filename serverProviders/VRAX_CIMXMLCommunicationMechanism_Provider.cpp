@@ -1,15 +1,15 @@
 // How clients reach the object manager: CIM-XML.
 #include "serverProviders/VRAX_CIMXMLCommunicationMechanism_Provider.h"
 
+#include "common/local_system.h"
+
 namespace cimple
 {
 
 void VRAX_CIMXMLCommunicationMechanism_Provider::fill(VRAX_CIMXMLCommunicationMechanism& instance,
                                                       const char* localWwn)
 {
-    instance.SystemCreationClassName.set("VRAX_FCSwitch");
-    instance.SystemName.set(localWwn);
-    instance.CreationClassName.set("VRAX_CIMXMLCommunicationMechanism");
+    setLocalSystem(instance, localWwn);
     instance.Name.set("CIMXML Communications Mechanism");
     instance.ElementName.set("CIMXML Communications Mechanism");
     instance.OperationalStatus.set(Array_uint16::make(2)); // OK

@@ -1,14 +1,14 @@
 // The object manager: the agent itself.
 #include "serverProviders/VRAX_ObjectManager_Provider.h"
 
+#include "common/local_system.h"
+
 namespace cimple
 {
 
 void VRAX_ObjectManager_Provider::fill(VRAX_ObjectManager& instance, const char* localWwn)
 {
-    instance.SystemCreationClassName.set("VRAX_FCSwitch");
-    instance.SystemName.set(localWwn);
-    instance.CreationClassName.set("VRAX_ObjectManager");
+    setLocalSystem(instance, localWwn);
     instance.Name.set(localWwn);
     instance.Caption.set("VRAX_ObjectManager instance");
     instance.Description.set("Embedded CIMAgent");

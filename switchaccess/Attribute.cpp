@@ -24,6 +24,11 @@ uint16 decimal16(const char* text)
     return static_cast<uint16>(std::strtol(text, nullptr, 10));
 }
 
+uint32 decimal32(const char* text)
+{
+    return static_cast<uint32>(std::strtoul(text, nullptr, 10));
+}
+
 bool isTrue(const char* text)
 {
     return std::strcmp(text, "True") == 0;

@@ -46,10 +46,19 @@ void put(decltype(ownerOf(PROPERTY))& instance, const char* text)
     (instance.*PROPERTY).set(CONVERT(text));
 }
 
+// The same for a text that says something; an empty one leaves the property as it is.
+template <auto PROPERTY, auto CONVERT = asText>
+void putUnlessEmpty(decltype(ownerOf(PROPERTY))& instance, const char* text)
+{
+    if (*text != '\0')
+        put<PROPERTY, CONVERT>(instance, text);
+}
+
 // Conversions. Numbers are those at the start of the text; 0 when there is none.
 std::uint64_t hexadecimal(const char* text);
 std::uint64_t decimal(const char* text);
 uint16 decimal16(const char* text);
+uint32 decimal32(const char* text);
 bool isTrue(const char* text); // exactly "True"
 String inUpperCase(const char* text);
 Array_String asOnlyElement(const char* text);

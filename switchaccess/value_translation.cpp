@@ -115,6 +115,7 @@ constexpr Row<uint64> kSpeeds[] = {
 
 // Values of OperationalStatus.
 constexpr uint16 kOk = 2;
+constexpr uint16 kDegraded = 3;
 constexpr uint16 kPredictiveFailure = 5;
 constexpr uint16 kError = 6;
 constexpr uint16 kStopped = 10;
@@ -135,6 +136,21 @@ constexpr Row<uint16> kSwitchStatuses[] = {
     {"Offline", kStopped},
     {"Downed", kStopped},
 };
+
+// What the state of a part means: a value of OperationalStatus and one of HealthState.
+struct Part_Status
+{
+    uint16 operational;
+    uint16 health;
+};
+
+constexpr Row<Part_Status> kPartStatuses[] = {
+    {"Normal", {kOk, 5}},
+    {"Warning", {kDegraded, 10}},
+    {"Critical", {kError, 25}},
+    {"Failed", {kError, 25}},
+};
+constexpr Part_Status kUnknownPart = {0, 0};
 
 // FC-4 types by the CIM value map; the first is meant when only "F" or "FC" is said.
 constexpr Row<uint16> kFc4Types[] = {
@@ -176,6 +192,11 @@ uint16 smlPortStateToCIMEnabledState(const String& state)
 uint16 smlDiagStatusToCIMHealthState(const String& status)
 {
     return numberOf(kHealthStates, status, uint16{0});
+}
+
+uint16 smlPartStateToCIMHealthState(const String& state)
+{
+    return numberOf(kPartStatuses, state, kUnknownPart).health;
 }
 
 uint16 smlPerfTuningModeToCIMPerformanceTuningMode(const String& mode)
@@ -243,6 +264,11 @@ Array_uint16 smlPortStateToCIMOperationalStatus(const String& state, const Strin
     const uint16 status = numberOf(kPortStatuses, state, uint16{0});
     const bool stoppedToo = isDown(second) || (state == "Isolated" && second == "Offline");
     return Array_uint16::make(status == kError && stoppedToo ? kStopped : status);
+}
+
+Array_uint16 smlPartStateToCIMOperationalStatus(const String& state)
+{
+    return Array_uint16::make(numberOf(kPartStatuses, state, kUnknownPart).operational);
 }
 
 Array_uint16 smlSwitchStateToCIMOperationalStatus(const String& state, const Array_uint16& faults)

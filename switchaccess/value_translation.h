@@ -20,6 +20,9 @@ uint16 smlPortStateToCIMEnabledState(const String& state);
 // CIM_ManagedSystemElement.HealthState; default 0, Unknown.
 uint16 smlDiagStatusToCIMHealthState(const String& status);
 
+// HealthState of a part of the switch, such as a sensor or a power supply; default 0, Unknown.
+uint16 smlPartStateToCIMHealthState(const String& state);
+
 // VRAX_FCPort.PerformanceTuningMode; default 0.
 uint16 smlPerfTuningModeToCIMPerformanceTuningMode(const String& mode);
 
@@ -57,6 +60,9 @@ String cimSpeedToSMLSpeed(uint64 bitsPerSecond);
 // CIM_ManagedSystemElement.OperationalStatus of a port; always one value. `second` is the other of the port's
 // two states: it tells a port that is out of service on purpose from one in trouble.
 Array_uint16 smlPortStateToCIMOperationalStatus(const String& state, const String& second);
+
+// OperationalStatus of a part of the switch; always one value; default {0}, Unknown.
+Array_uint16 smlPartStateToCIMOperationalStatus(const String& state);
 
 // Fault codes of a switch, which are vendor values of OperationalStatus: the firmware's power-on self test
 // failed; the management processors do not reach, or contradict, the hardware.

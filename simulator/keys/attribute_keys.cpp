@@ -16,6 +16,8 @@ struct AllKeys
     AllKeys()
     {
         addSwitchKeys(reads);
+        addSwitchConfigKeys(reads, writes);
+        addHardwareKeys(reads);
         addPortKeys(reads);
         addPortConfigKeys(reads, writes);
         addStatisticsKeys(reads);
@@ -58,6 +60,11 @@ std::int32_t Answer::text(std::string_view value)
     return XPL_OK;
 }
 
+std::int32_t Answer::present(std::string_view value)
+{
+    return value.empty() ? std::int32_t{XPL_NOT_AVAILABLE} : text(value);
+}
+
 std::int32_t Answer::decimal(std::uint64_t value)
 {
     *std::to_chars(_value, _value + kXplSmlTextSize - 1, value).ptr = '\0';
@@ -73,6 +80,13 @@ std::int32_t Answer::hex(std::uint64_t value)
 std::int32_t Answer::flag(bool value)
 {
     return text(value ? "True" : "False");
+}
+
+std::optional<bool> flagNamed(std::string_view text)
+{
+    if (text == "True")
+        return true;
+    return text == "False" ? std::optional<bool>(false) : std::nullopt;
 }
 
 } // namespace simulator

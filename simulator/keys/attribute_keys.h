@@ -7,6 +7,7 @@
 #include "simulator/model/FabricModel.h"
 
 #include <functional>
+#include <optional>
 
 namespace simulator
 {
@@ -23,6 +24,8 @@ class Answer
     std::int32_t decimal(std::uint64_t value);
     std::int32_t hex(std::uint64_t value); // lower-case, without prefix
     std::int32_t flag(bool value);         // "True" or "False"
+    // An empty text is a value that is missing: XPL_NOT_AVAILABLE.
+    std::int32_t present(std::string_view value);
 
   private:
     char* _value;
@@ -43,11 +46,24 @@ const WriteKeys& writeKeys();
 
 // One function a family of keys, each in a file of its own.
 void addSwitchKeys(ReadKeys& keys);
+void addSwitchConfigKeys(ReadKeys& reads, WriteKeys& writes);
+void addHardwareKeys(ReadKeys& keys);
 void addPortKeys(ReadKeys& keys);
 void addPortConfigKeys(ReadKeys& keys, WriteKeys& writes);
 void addStatisticsKeys(ReadKeys& keys);
 void addTopologyKeys(ReadKeys& keys);
 void addNameServerKeys(ReadKeys& keys);
+
+// What "True" and "False" mean; nothing for any other text.
+std::optional<bool> flagNamed(std::string_view text);
+
+// Wraps a reader of the local switch's facts.
+template <class Read> // int32_t(const SwitchScenario& facts, Answer& answer)
+ReadHandler ofLocalSwitch(Read read)
+{
+    return [read](const FabricModel& model, const KeyArguments&, std::uint64_t, Answer& answer)
+    { return read(model.local().facts, answer); };
+}
 
 // Wraps a reader of a local port, whose number is the pattern's first argument.
 template <class Read> // int32_t(const Switch& local, const Port& port, uint64_t now, Answer& answer)

@@ -58,8 +58,9 @@ void addFlag(ReadKeys& reads, WriteKeys& writes, const char* name, bool PortScen
         [member](const PortScenario& facts) { return facts.*member ? "True" : "False"; },
         [member](PortScenario& facts, std::string_view text)
         {
-            facts.*member = text == "True" || (facts.*member && text != "False");
-            return text == "True" || text == "False";
+            const auto value = flagNamed(text);
+            facts.*member = value.value_or(facts.*member);
+            return value.has_value();
         });
 }
 

@@ -1,5 +1,6 @@
 // Operational keys of the local switch's ports.
 #include "simulator/keys/attribute_keys.h"
+#include "simulator/model/hardware.h"
 
 namespace simulator
 {
@@ -74,6 +75,12 @@ void addPortKeys(ReadKeys& keys)
         {
             return port.facts.diagnostics == DiagStatus::unavailable ? std::int32_t{XPL_NOT_AVAILABLE}
                                                                      : a.text(toText(port.facts.diagnostics));
+        });
+    add("IOBlade",
+        [](const Switch& owner, const Port& port, std::uint64_t, Answer& a)
+        {
+            return bladeOf(owner, port) == nullptr ? std::int32_t{XPL_NOT_AVAILABLE}
+                                                   : a.decimal(static_cast<std::uint64_t>(port.facts.blade));
         });
     keys.add("Oper.UserPort.0.%s.SpeedCapability", capabilityOf(PortHardware::fibreChannel));
     keys.add("Oper.UserPort.0.%s.EthSpeedCapability", capabilityOf(PortHardware::ethernet));

@@ -7,14 +7,8 @@ namespace simulator
 namespace
 {
 
-template <class Read> // int32_t(const SwitchScenario& facts, Answer& answer)
-ReadHandler ofLocalSwitch(Read read)
-{
-    return [read](const FabricModel& model, const KeyArguments&, std::uint64_t, Answer& answer)
-    { return read(model.local().facts, answer); };
-}
-
-template <class Read> // as above, of the switch whose domain is the first argument
+template <class Read> // int32_t(const SwitchScenario& facts, Answer& answer), of the switch whose domain is
+                      // the first argument
 ReadHandler ofFabricEntry(Read read)
 {
     return [read](const FabricModel& model, const KeyArguments& arguments, std::uint64_t, Answer& answer)

@@ -6,6 +6,7 @@
 #include "simulator/scenario/fields.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace simulator
 {
@@ -84,8 +85,7 @@ FabricModel::FabricModel(const Scenario& scenario)
 const Port* FabricModel::localPort(std::string_view index) const
 {
     int number = 0;
-    const bool padded = index.size() > 1 && index.front() == '0';
-    return !padded && parseDecimal(index, number) ? local().port(number) : nullptr;
+    return parseIndex(index, number) ? local().port(number) : nullptr;
 }
 
 Port* FabricModel::localPort(std::string_view index)
@@ -134,12 +134,16 @@ const NodeScenario* FabricModel::nodeAfter(int domain, std::uint32_t address) co
     return found != owner->nodes.end() ? &found->second : nullptr;
 }
 
-void FabricModel::linkChanged(const Switch& owner, Port& port, std::uint64_t now)
+void FabricModel::linkChanged(Switch& owner, Port& port, std::uint64_t now)
 {
-    const auto runMeter = [now](const Switch& of, Port& one)
+    const auto runMeter = [this, now](Switch& of, Port& one)
     {
-        if (of.facts.local)
-            one.meter.setLink(linkSpeed(of, one), now);
+        if (!of.facts.local)
+            return;
+        one.meter.setLink(linkSpeed(of, one), now);
+        const int carried = isOnline(of, one) ? one.facts.rxLoadPercent + one.facts.txLoadPercent : 0;
+        of.carriedPercent += carried - std::exchange(one.carriedPercent, carried);
+        warmthChanged(now);
     };
     runMeter(owner, port);
     if (port.peer)
@@ -147,6 +151,7 @@ void FabricModel::linkChanged(const Switch& owner, Port& port, std::uint64_t now
         Switch& other = *switchOf(port.peer->domain);
         Port& end = *other.port(port.peer->port);
         end.peerSends = sends(owner, port);
+        end.peerJoins = joinsSwitches(port.facts.type);
         runMeter(other, end);
     }
 }

@@ -5,6 +5,7 @@
 #define SIMULATOR_MODEL_FABRICMODEL_H
 
 #include "simulator/model/TrafficMeter.h"
+#include "simulator/model/Warmth.h"
 #include "simulator/scenario/Scenario.h"
 
 #include <map>
@@ -32,10 +33,12 @@ struct Port
     std::vector<std::uint32_t> attached; // addresses of the attached node ports, rising
     std::optional<PortPlace> peer;       // the other end of a link to another switch
     bool peerSends = false;              // the other end is not switched off or broken
+    bool peerJoins = false;              // the other end's type takes a link between switches
     bool isolated = false;
     bool initiators = false;                    // one of the nodes is an initiator
     LinkSpeed nodeSpeed = LinkSpeed::automatic; // the slowest of the nodes; automatic: no limit
     bool loop = false;                          // one of the nodes is on a loop
+    int carriedPercent = 0;                     // what a port that is online adds to its switch's
 };
 
 struct Switch
@@ -43,6 +46,9 @@ struct Switch
     SwitchScenario facts;                        // without its ports
     std::vector<Port> ports;                     // by rising number
     std::map<std::uint32_t, NodeScenario> nodes; // by address; all facts filled in
+    std::uint64_t seed = 0;
+    int carriedPercent = 0; // the loads of both directions of all ports that are online
+    Warmth warmth;
 
     Port* port(int number);
     const Port* port(int number) const;
@@ -85,15 +91,32 @@ class FabricModel
     void removeNode(std::string_view portWwn, std::uint64_t now);
     void addIsl(const IslScenario& link, std::uint64_t now);
 
+    // What happens to the hardware of the local switch, by number from 1. Each throws ScenarioError for what
+    // does not exist, and when something fails that is not there.
+    void setSupply(int number, SupplyState state, std::uint64_t now);
+    void pinSensor(SensorKind kind, int number, int reading); // it reads this whatever happens
+    void breakSensor(SensorKind kind, int number);            // it cannot be read
+    void releaseSensor(SensorKind kind, int number);          // it works, and reads what there is
+    void failBlade(int number, std::uint64_t now);            // its diagnostics fail with it
+    void pullBlade(int number, std::uint64_t now);
+    void insertBlade(int number, std::uint64_t now); // one that works
+    void setBladeAdminState(int number, AdminState state, std::uint64_t now);
+
     // Must be called when facts of a port, or of its switch, have changed: its counters, and those of the
     // port at the other end of a link between switches, run or stand accordingly.
-    void linkChanged(const Switch& owner, Port& port, std::uint64_t now);
+    void linkChanged(Switch& owner, Port& port, std::uint64_t now);
     void allLinksChanged(Switch& owner, std::uint64_t now);
 
     std::uint64_t startTime() const { return _startTime; } // model time at the start, milliseconds
 
   private:
-    Switch& switchWith(int domain); // throws ScenarioError when there is none
+    // Each throws ScenarioError when there is none.
+    Switch& switchWith(int domain);
+    SensorScenario& sensor(SensorKind kind, int number);
+    BladeScenario& blade(int number);
+
+    void bladeChanged(int number, std::uint64_t now); // its ports are up or down with it
+    void warmthChanged(std::uint64_t now);            // what heats the local switch may be another
 
     std::uint64_t _seed;
     std::uint64_t _startTime;
@@ -111,6 +134,8 @@ std::string_view operState(const Switch& owner, const Port& port);
 bool isOnline(const Switch& owner, const Port& port);
 // True while the port would bring up a link: it is neither switched off nor broken.
 bool sends(const Switch& owner, const Port& port);
+// True when a port configured so takes a link to another switch.
+bool joinsSwitches(PortType type);
 // "E", "F", "FL", ...; "Unknown" while the port is not online and its type is negotiated.
 std::string_view runningType(const Switch& owner, const Port& port);
 // The negotiated speed; LinkSpeed::automatic while the port is not online.

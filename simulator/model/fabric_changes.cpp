@@ -70,6 +70,22 @@ std::uint32_t freeAddress(const Switch& owner, int port)
     return 0;
 }
 
+// Gives the local switch the texts that its scenario leaves to it.
+void fillInTexts(SwitchScenario& facts, std::uint64_t seed)
+{
+    constexpr std::uint64_t kSerials = 10000000;
+    const auto give = [](std::optional<std::string>& text, const std::string& otherwise)
+    {
+        if (!text)
+            text = otherwise;
+    };
+    give(facts.chassisSerialNumber, "TV" + std::to_string(kSerials + mix(seed, 0) % (9 * kSerials)));
+    give(facts.product.name, facts.type);
+    give(facts.product.elementName, facts.brand + (facts.brand.empty() ? "" : " ") + facts.type);
+    give(facts.product.identifyingNumber, *facts.chassisSerialNumber);
+    give(facts.product.vendor, facts.brand);
+}
+
 } // namespace
 
 Switch& FabricModel::switchWith(int domain)
@@ -89,6 +105,7 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
     added.facts = facts;
     added.facts.ports.clear();
     const std::uint64_t switchSeed = mix(_seed, static_cast<std::uint64_t>(facts.domain));
+    added.seed = switchSeed;
     added.ports.reserve(facts.ports.size());
     for (const PortScenario& port : facts.ports)
     {
@@ -106,6 +123,7 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
             added.facts.preferredDomain = facts.domain;
         if (added.facts.reserved.empty())
             added.facts.reserved = madeUpBytes(switchSeed, kSwitchReservedSize);
+        fillInTexts(added.facts, switchSeed);
     }
     allLinksChanged(added, now);
 }

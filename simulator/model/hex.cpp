@@ -75,4 +75,21 @@ bool parseDecimal(std::string_view text, int& value)
     return result.ec == std::errc() && result.ptr == text.data() + text.size();
 }
 
+bool parseIndex(std::string_view text, int& value)
+{
+    const bool padded = text.size() > 1 && text.front() == '0';
+    return !padded && parseDecimal(text, value);
+}
+
+std::string decimalText(int value, int decimals)
+{
+    std::string digits = std::to_string(value < 0 ? -static_cast<std::int64_t>(value) : value);
+    const auto after = static_cast<std::size_t>(decimals);
+    if (digits.size() <= after)
+        digits.insert(0, after + 1 - digits.size(), '0');
+    if (after > 0)
+        digits.insert(digits.size() - after, ".");
+    return (value < 0 ? "-" : "") + digits;
+}
+
 } // namespace simulator

@@ -28,6 +28,11 @@ std::string upperCase(std::string_view text);
 
 // Parses a whole decimal text that is a non-negative int; false for anything else, signs and blanks included.
 bool parseDecimal(std::string_view text, int& value);
+// The same of a number of a port or part: "07" is none.
+bool parseIndex(std::string_view text, int& value);
+
+// "36.50" of 3650 with two decimals.
+std::string decimalText(int value, int decimals);
 
 } // namespace simulator
 

@@ -63,6 +63,22 @@ enum class DiagStatus : std::uint8_t
     unavailable
 };
 
+enum class SupplyState : std::uint8_t
+{
+    normal,
+    warning,
+    failed,
+    notInstalled
+};
+
+enum class SensorState : std::uint8_t
+{
+    normal,
+    warning,
+    critical,
+    unknown // the sensor cannot be read
+};
+
 // Whether a port passes on state change notifications to the node behind it.
 enum class RscnEnable : std::uint8_t
 {
@@ -116,6 +132,14 @@ constexpr Named<PortHardware> kPortHardware[] = {{PortHardware::fibreChannel, "F
                                                  {PortHardware::ethernet, "Ethernet"}};
 constexpr Named<DiagStatus> kDiagStatuses[] = {
     {DiagStatus::passed, "Passed"}, {DiagStatus::failed, "Failed"}, {DiagStatus::unavailable, "Unavailable"}};
+constexpr Named<SupplyState> kSupplyStates[] = {{SupplyState::normal, "Normal"},
+                                                {SupplyState::warning, "Warning"},
+                                                {SupplyState::failed, "Failed"},
+                                                {SupplyState::notInstalled, "NotInstalled"}};
+constexpr Named<SensorState> kSensorStates[] = {{SensorState::normal, "Normal"},
+                                                {SensorState::warning, "Warning"},
+                                                {SensorState::critical, "Critical"},
+                                                {SensorState::unknown, "Unknown"}};
 constexpr Named<RscnEnable> kRscnEnables[] = {
     {RscnEnable::yes, "True"}, {RscnEnable::no, "False"}, {RscnEnable::automatic, "Auto"}};
 constexpr Named<NodeRole> kNodeRoles[] = {{NodeRole::initiator, "Initiator"}, {NodeRole::target, "Target"}};
@@ -144,6 +168,14 @@ constexpr const auto& namesOf(PortHardware)
 constexpr const auto& namesOf(DiagStatus)
 {
     return kDiagStatuses;
+}
+constexpr const auto& namesOf(SupplyState)
+{
+    return kSupplyStates;
+}
+constexpr const auto& namesOf(SensorState)
+{
+    return kSensorStates;
 }
 constexpr const auto& namesOf(RscnEnable)
 {

@@ -1,5 +1,5 @@
 // What follows from the facts of a port: its state, type, speed and name.
-#include "simulator/model/FabricModel.h"
+#include "simulator/model/hardware.h"
 #include "simulator/model/hex.h"
 
 #include <algorithm>
@@ -15,8 +15,33 @@ constexpr std::size_t kLowDigits = 12; // the IEEE part of a WWN
 
 bool hasLink(const Port& port)
 {
-    const bool connected = !port.attached.empty() || (port.peer && port.peerSends);
-    return port.facts.link == LinkState::up || (port.facts.link == LinkState::automatic && connected);
+    if (port.facts.link == LinkState::down)
+        return false;
+    if (port.peer)
+        return port.peerSends;
+    if (!port.attached.empty())
+        return port.facts.type != PortType::e; // no node logs in to it
+    return port.facts.link == LinkState::up;
+}
+
+bool isIsolated(const Port& port)
+{
+    return port.peer && (port.isolated || !port.peerJoins || !joinsSwitches(port.facts.type));
+}
+
+// The state of a port that is switched off or broken, by itself or with what it sits on; empty for others.
+std::string_view outage(const Switch& owner, const Port& port)
+{
+    if (owner.facts.adminState != AdminState::online)
+        return toText(owner.facts.adminState);
+    const BladeScenario* blade = bladeOf(owner, port);
+    if (blade != nullptr && !blade->present)
+        return toText(AdminState::offline);
+    if (blade != nullptr && blade->adminState != AdminState::online)
+        return toText(blade->adminState);
+    if (port.facts.adminState != AdminState::online)
+        return toText(port.facts.adminState);
+    return port.facts.failed || (blade != nullptr && blade->failed) ? "Downed" : std::string_view();
 }
 
 // The slower of two speeds, where automatic sets no limit.
@@ -31,15 +56,12 @@ LinkSpeed slower(LinkSpeed a, LinkSpeed b)
 
 std::string_view operState(const Switch& owner, const Port& port)
 {
-    const AdminState state =
-        owner.facts.adminState != AdminState::online ? owner.facts.adminState : port.facts.adminState;
-    if (state != AdminState::online)
-        return toText(state);
-    if (port.facts.failed)
-        return "Downed";
+    const std::string_view out = outage(owner, port);
+    if (!out.empty())
+        return out;
     if (!hasLink(port))
         return "Offline";
-    return port.peer && port.isolated ? "Isolated" : "Online";
+    return isIsolated(port) ? "Isolated" : "Online";
 }
 
 bool isOnline(const Switch& owner, const Port& port)
@@ -49,8 +71,12 @@ bool isOnline(const Switch& owner, const Port& port)
 
 bool sends(const Switch& owner, const Port& port)
 {
-    return owner.facts.adminState == AdminState::online && port.facts.adminState == AdminState::online &&
-           !port.facts.failed && port.facts.link != LinkState::down;
+    return outage(owner, port).empty() && port.facts.link != LinkState::down;
+}
+
+bool joinsSwitches(PortType type)
+{
+    return type != PortType::f && type != PortType::fl;
 }
 
 std::string_view runningType(const Switch& owner, const Port& port)

@@ -4,9 +4,11 @@
 #define SIMULATOR_SCENARIO_SCENARIO_H
 
 #include "simulator/model/names.h"
+#include "simulator/scenario/HardwareScenario.h"
 #include "simulator/scenario/record_rules.h"
 
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -45,6 +47,7 @@ struct PortScenario
     int frameBytes = 1024; // mean frame length
     int class2Percent = 0; // share of class 2 frames; the rest is class 3
     int errorsPerHour = 0;
+    int blade = 0; // the I/O blade that it sits on, from 1; 0: none
     std::vector<std::uint8_t>
         reserved; // bytes of the configuration record unknown to us; empty: made up by seed
 };
@@ -68,6 +71,24 @@ struct SwitchScenario
     bool domainLocked = false;
     int principalPriority = 0xFE;
     std::vector<std::uint8_t> reserved; // as in PortScenario
+
+    // Texts of the local switch that are empty are texts that it does not have.
+    std::string brand = "Tarvel";
+    std::string chassisPartNumber = "TV-5024-C2";
+    std::optional<std::string> chassisSerialNumber; // not given: made up by seed
+    std::string planarPartNumber = "TV-5024-M1";
+    ProductTexts product;
+    std::string firmwareVersion = "V8.0.1.3.0";
+    std::string standbyFirmwareVersion = "V8.0.0.4.0";
+    std::string location;
+    std::string ipAddress = "192.0.2.24";
+    ServiceFlags services;
+
+    // Numbered from 1.
+    std::vector<TemperatureSensorScenario> temperatureSensors;
+    std::vector<VoltageSensorScenario> voltageSensors;
+    std::vector<PowerSupplyScenario> powerSupplies;
+    std::vector<BladeScenario> blades;
 };
 
 // A node port attached to a switch port.

@@ -1,8 +1,8 @@
 // The fields of a scenario, named once for the reader, the writer and whoever comes next.
 //
-// A visitor offers number, oneOf, text, wwn, choice, flag, address, bytes and codes; each takes the field's
-// name in the file, the value and what limits it. Required fields are passed as such; the others keep the
-// value they have.
+// A visitor offers number, decimal, oneOf, text, wwn, choice, flag, address, bytes, codes and range; each
+// takes the field's name in the file, the value and what limits it. Required fields are passed as such; the
+// others keep the value they have. `object` and `list` take a function that visits the fields inside.
 #ifndef SIMULATOR_SCENARIO_FIELDS_H
 #define SIMULATOR_SCENARIO_FIELDS_H
 
@@ -48,7 +48,98 @@ void visitPort(Visitor& visit, Port& port, bool local)
         "frameBytes", port.frameBytes, 36, 2148); // FC-FS-3: header, CRC and delimiters up to a full frame
     visit.number("class2Percent", port.class2Percent, 0, 100);
     visit.number("errorsPerHour", port.errorsPerHour, 0, 1000000);
+    visit.number("blade", port.blade, 0, kMaxBlades);
     visit.bytes("reserved", port.reserved, kPortReservedSize);
+}
+
+constexpr std::size_t kHardwareTextSize = 64;
+
+template <class Visitor, class Sensor>
+void visitTemperatureSensor(Visitor& visit, Sensor& sensor)
+{
+    constexpr int kLow = -4000;
+    constexpr int kHigh = 15000;
+    visit.text("description", sensor.description, kHardwareTextSize);
+    visit.decimal("base", sensor.base, kTemperatureDecimals, kLow, kHigh);
+    visit.decimal("warnHigh", sensor.warnHigh, kTemperatureDecimals, kLow, kHigh);
+    visit.decimal("critHigh", sensor.critHigh, kTemperatureDecimals, kLow, kHigh);
+    visit.decimal("pinned", sensor.pinned, kTemperatureDecimals, kLow, kHigh);
+    visit.flag("broken", sensor.broken);
+}
+
+template <class Visitor, class Sensor>
+void visitVoltageSensor(Visitor& visit, Sensor& sensor)
+{
+    constexpr int kLow = -60000;
+    constexpr int kHigh = 60000;
+    visit.text("description", sensor.description, kHardwareTextSize);
+    visit.decimal("nominal", sensor.nominal, kVoltageDecimals, kLow, kHigh, Presence::required);
+    visit.decimal("critLow", sensor.critLow, kVoltageDecimals, kLow, kHigh);
+    visit.decimal("critHigh", sensor.critHigh, kVoltageDecimals, kLow, kHigh);
+    visit.decimal("pinned", sensor.pinned, kVoltageDecimals, kLow, kHigh);
+    visit.flag("broken", sensor.broken);
+}
+
+template <class Visitor, class Supply>
+void visitPowerSupply(Visitor& visit, Supply& supply)
+{
+    visit.choice("state", supply.state);
+    visit.number("outputPower", supply.outputPower, 0, 100000000);
+}
+
+template <class Visitor, class Blade>
+void visitBlade(Visitor& visit, Blade& blade)
+{
+    visit.range("ports", blade.ports, 0, kMaxLocalPorts - 1);
+    visit.flag("present", blade.present);
+    visit.flag("failed", blade.failed);
+    visit.choice("adminState", blade.adminState);
+    visit.choice("diagnostics", blade.diagnostics);
+    visit.text("model", blade.model, kHardwareTextSize);
+    visit.text("partNumber", blade.partNumber, kHardwareTextSize);
+    visit.text("serialNumber", blade.serialNumber, kHardwareTextSize);
+}
+
+// What the local switch says of itself, and its hardware.
+template <class Visitor, class Switch>
+void visitChassis(Visitor& visit, Switch& one)
+{
+    visit.text("brand", one.brand, kHardwareTextSize);
+    visit.text("chassisPartNumber", one.chassisPartNumber, kHardwareTextSize);
+    visit.text("chassisSerialNumber", one.chassisSerialNumber, kHardwareTextSize);
+    visit.text("planarPartNumber", one.planarPartNumber, kHardwareTextSize);
+    visit.object("product",
+                 one.product,
+                 [](auto& inner, auto& product)
+                 {
+                     inner.text("name", product.name, kHardwareTextSize);
+                     inner.text("elementName", product.elementName, 2 * kHardwareTextSize);
+                     inner.text("identifyingNumber", product.identifyingNumber, kHardwareTextSize);
+                     inner.text("vendor", product.vendor, kHardwareTextSize);
+                 });
+    visit.text("firmwareVersion", one.firmwareVersion, kHardwareTextSize);
+    visit.text("standbyFirmwareVersion", one.standbyFirmwareVersion, kHardwareTextSize);
+    visit.text("location", one.location, kLocationSize);
+    visit.text("ipAddress", one.ipAddress, kHardwareTextSize);
+    visit.object("services",
+                 one.services,
+                 [](auto& inner, auto& services)
+                 {
+                     inner.flag("snmp", services.snmp);
+                     inner.flag("web", services.web);
+                     inner.flag("telnet", services.telnet);
+                     inner.flag("ssh", services.ssh);
+                 });
+    visit.list("temperatureSensors",
+               one.temperatureSensors,
+               [](auto& inner, auto& sensor) { visitTemperatureSensor(inner, sensor); });
+    visit.list("voltageSensors",
+               one.voltageSensors,
+               [](auto& inner, auto& sensor) { visitVoltageSensor(inner, sensor); });
+    visit.list("powerSupplies",
+               one.powerSupplies,
+               [](auto& inner, auto& supply) { visitPowerSupply(inner, supply); });
+    visit.list("blades", one.blades, [](auto& inner, auto& blade) { visitBlade(inner, blade); });
 }
 
 // All fields but "local", which decides what else there is, and the ports.
@@ -70,6 +161,7 @@ void visitSwitch(Visitor& visit, Switch& one)
     visit.flag("domainLocked", one.domainLocked);
     visit.oneOf("principalPriority", one.principalPriority, kPrincipalPriorities);
     visit.bytes("reserved", one.reserved, kSwitchReservedSize);
+    visitChassis(visit, one);
 }
 
 template <class Visitor, class Node>

@@ -4,13 +4,15 @@
 #include "simulator/model/hex.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace simulator
 {
 namespace
 {
 
-constexpr std::size_t kShownValue = 40; // characters of a refused value that a message repeats
+constexpr std::size_t kShownValue = 40;    // characters of a refused value that a message repeats
+constexpr double kDecimalTolerance = 1e-6; // decimal numbers are binary fractions in JSON
 
 std::string shown(const Json& value)
 {
@@ -18,6 +20,14 @@ std::string shown(const Json& value)
     if (text.size() > kShownValue)
         text = text.substr(0, kShownValue) + "...";
     return text;
+}
+
+double powerOfTen(int exponent)
+{
+    double power = 1;
+    for (int i = 0; i < exponent; ++i)
+        power *= 10;
+    return power;
 }
 
 } // namespace
@@ -73,6 +83,43 @@ void JsonFieldReader::code(const char* name, int& value, const int* codes, std::
         list += (i == 0 ? "" : ", ") + std::to_string(codes[i]);
     }
     refuse(name, "one of " + list, *field);
+}
+
+void JsonFieldReader::decimal(
+    const char* name, int& value, int decimals, int low, int high, Presence presence)
+{
+    const Json* field = find(name, presence);
+    if (field == nullptr)
+        return;
+    const double scaled = field->is_number() ? field->get<double>() * powerOfTen(decimals) : 0;
+    const double nearest = std::round(scaled);
+    const bool fits = field->is_number() && nearest >= low && nearest <= high;
+    if (!fits || std::abs(scaled - nearest) > kDecimalTolerance)
+    {
+        refuse(name,
+               "a number from " + decimalText(low, decimals) + " to " + decimalText(high, decimals) +
+                   " with at most " + std::to_string(decimals) + " decimals",
+               *field);
+    }
+    value = static_cast<int>(nearest);
+}
+
+void JsonFieldReader::range(const char* name, std::optional<PortRange>& value, int low, int high)
+{
+    const Json* field = find(name, Presence::optional);
+    if (field == nullptr)
+        return;
+    const auto isNumber = [low, high](const Json& one)
+    { return one.is_number_integer() && one.get<std::int64_t>() >= low && one.get<std::int64_t>() <= high; };
+    if (!field->is_array() || field->size() != 2 || !std::all_of(field->begin(), field->end(), isNumber) ||
+        (*field)[0] > (*field)[1])
+    {
+        refuse(name,
+               "a list of two whole numbers from " + std::to_string(low) + " to " + std::to_string(high) +
+                   ", the lower one first",
+               *field);
+    }
+    value = PortRange{(*field)[0].get<int>(), (*field)[1].get<int>()};
 }
 
 void JsonFieldReader::text(const char* name, std::string& value, std::size_t limit)
@@ -169,37 +216,48 @@ void JsonFieldReader::finish() const
 
 void JsonFieldWriter::number(const char* name, int value, int, int, Presence)
 {
-    object[name] = value;
+    fields[name] = value;
+}
+
+void JsonFieldWriter::decimal(const char* name, int value, int decimals, int, int, Presence)
+{
+    fields[name] = value / powerOfTen(decimals);
+}
+
+void JsonFieldWriter::range(const char* name, const std::optional<PortRange>& value, int, int)
+{
+    if (value)
+        fields[name] = {value->first, value->last};
 }
 
 void JsonFieldWriter::text(const char* name, const std::string& value, std::size_t)
 {
-    object[name] = value;
+    fields[name] = value;
 }
 
 void JsonFieldWriter::wwn(const char* name, const std::string& value, Presence)
 {
-    object[name] = value;
+    fields[name] = value;
 }
 
 void JsonFieldWriter::flag(const char* name, bool value)
 {
-    object[name] = value;
+    fields[name] = value;
 }
 
 void JsonFieldWriter::address(const char* name, std::uint32_t value)
 {
-    object[name] = hexOf(value, 6);
+    fields[name] = hexOf(value, 6);
 }
 
 void JsonFieldWriter::bytes(const char* name, const std::vector<std::uint8_t>& value, std::size_t)
 {
-    object[name] = hexFromBytes(value);
+    fields[name] = hexFromBytes(value);
 }
 
 void JsonFieldWriter::codes(const char* name, const std::vector<std::uint16_t>& value)
 {
-    object[name] = value;
+    fields[name] = value;
 }
 
 } // namespace simulator

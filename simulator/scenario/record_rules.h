@@ -18,6 +18,7 @@ constexpr int kMaxDomainId = 239;
 // Bytes of a symbolic name, without the terminator.
 constexpr std::size_t kSwitchNameSize = 32;
 constexpr std::size_t kPortNameSize = 255;
+constexpr std::size_t kLocationSize = 128;
 
 // Bytes that belong to other services. Those of the switch record are kept in their order.
 constexpr std::size_t kSwitchReservedSize = 69;

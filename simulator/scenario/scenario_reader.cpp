@@ -7,6 +7,7 @@
 #include <cstring>
 #include <fstream>
 #include <set>
+#include <utility>
 
 namespace simulator
 {
@@ -124,6 +125,31 @@ void readPorts(JsonFieldReader& fields, SwitchScenario& one)
               [](const PortScenario& a, const PortScenario& b) { return a.number < b.number; });
 }
 
+// Tells the ports their blade. A port is in one range, or says its blade itself.
+void spreadBlades(SwitchScenario& one, const std::string& place)
+{
+    for (std::size_t i = 0; i < one.blades.size(); ++i)
+    {
+        const auto range = std::exchange(one.blades[i].ports, std::nullopt);
+        const int blade = static_cast<int>(i) + 1;
+        const auto refuse = [&place, i](int number, const std::string& fault)
+        {
+            throw ScenarioError(place + "/blades/" + std::to_string(i) + "/ports",
+                                "port " + std::to_string(number) + fault);
+        };
+        for (int number = range ? range->first : 0; range && number <= range->last; ++number)
+        {
+            PortScenario* port = findPort(one.ports, number);
+            if (port == nullptr)
+                refuse(number, " is not a port of the switch");
+            else if (port->blade != 0 && port->blade != blade)
+                refuse(number, " sits on blade " + std::to_string(port->blade));
+            else
+                port->blade = blade;
+        }
+    }
+}
+
 SwitchScenario readSwitch(const Json& object, const std::string& place)
 {
     SwitchScenario one;
@@ -131,6 +157,7 @@ SwitchScenario readSwitch(const Json& object, const std::string& place)
     fields.flag("local", one.local);
     visitSwitch(fields, one);
     readPorts(fields, one);
+    spreadBlades(one, place);
     fields.finish();
     return one;
 }

@@ -22,12 +22,12 @@ Json changedFields(const Facts& facts,
     visit(written, facts);
     visit(unchanged, defaults);
     for (const char* name : kept)
-        unchanged.object.erase(name);
+        unchanged.fields.erase(name);
     Json result = Json::object();
-    for (const auto& field : written.object.items())
+    for (const auto& field : written.fields.items())
     {
-        const auto other = unchanged.object.find(field.key());
-        if (other == unchanged.object.end() || *other != field.value())
+        const auto other = unchanged.fields.find(field.key());
+        if (other == unchanged.fields.end() || *other != field.value())
             result[field.key()] = field.value();
     }
     return result;

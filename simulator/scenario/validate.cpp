@@ -3,7 +3,9 @@
 #include "simulator/scenario/Scenario.h"
 
 #include <algorithm>
+#include <arpa/inet.h>
 #include <map>
+#include <netinet/in.h>
 #include <set>
 
 namespace simulator
@@ -21,6 +23,11 @@ std::string lowerCase(std::string text)
     for (char& c : text)
         c = (c >= 'A' && c <= 'F') ? static_cast<char>(c - 'A' + 'a') : c;
     return text;
+}
+
+bool inOrder(std::optional<int> low, std::optional<int> high)
+{
+    return !low || !high || *low <= *high;
 }
 
 class Validator
@@ -55,6 +62,8 @@ class Validator
                 throw ScenarioError(at("switches", i, "wwn"), one.wwn + " is used twice");
             locals += one.local ? 1 : 0;
             checkPorts(one, at("switches", i, "ports"));
+            if (one.local)
+                checkChassis(one, "/switches/" + std::to_string(i));
         }
         if (locals != 1)
         {
@@ -90,6 +99,52 @@ class Validator
             }
             if (!numbers.insert(port.number).second)
                 throw ScenarioError(place, "port " + std::to_string(port.number) + " appears twice");
+        }
+    }
+
+    static void checkChassis(const SwitchScenario& one, const std::string& place)
+    {
+        in6_addr binary;
+        const char* address = one.ipAddress.c_str();
+        if (!one.ipAddress.empty() && inet_pton(AF_INET, address, &binary) != 1 &&
+            inet_pton(AF_INET6, address, &binary) != 1)
+        {
+            throw ScenarioError(place + "/ipAddress",
+                                "expected an IPv4 or IPv6 address, got \"" + one.ipAddress + "\"");
+        }
+        if (one.blades.size() > static_cast<std::size_t>(kMaxBlades))
+        {
+            throw ScenarioError(place + "/blades",
+                                "expected at most " + std::to_string(kMaxBlades) + " blades, got " +
+                                    std::to_string(one.blades.size()));
+        }
+        for (const PortScenario& port : one.ports)
+        {
+            if (static_cast<std::size_t>(port.blade) > one.blades.size())
+            {
+                throw ScenarioError(place + "/ports",
+                                    "port " + std::to_string(port.number) + ": the switch has no blade " +
+                                        std::to_string(port.blade));
+            }
+        }
+        checkSensors(one, place);
+    }
+
+    static void checkSensors(const SwitchScenario& one, const std::string& place)
+    {
+        for (std::size_t i = 0; i < one.temperatureSensors.size(); ++i)
+        {
+            const TemperatureSensorScenario& sensor = one.temperatureSensors[i];
+            if (!inOrder(sensor.warnHigh, sensor.critHigh))
+                throw ScenarioError(place + at("temperatureSensors", i, "warnHigh"),
+                                    "expected at most critHigh");
+        }
+        for (std::size_t i = 0; i < one.voltageSensors.size(); ++i)
+        {
+            const VoltageSensorScenario& sensor = one.voltageSensors[i];
+            if (!inOrder(sensor.critLow, sensor.nominal) || !inOrder(sensor.nominal, sensor.critHigh))
+                throw ScenarioError(place + at("voltageSensors", i, "nominal"),
+                                    "expected a value between critLow and critHigh");
         }
     }
 

@@ -25,6 +25,22 @@ char** wwnCell(Call call, WhichSwitch whichSwitch)
         });
 }
 
+using Facts = SwitchScenario;
+
+// A text that is empty is one that the switch does not have.
+char** optionalTextCell(const std::string& text)
+{
+    return text.empty() ? allocateTextCell(std::nullopt) : allocateTextCell(text);
+}
+
+char** factCell(Call call, std::string (*tell)(const Facts&))
+{
+    if (beginCall(call) != XPL_OK)
+        return allocateTextCell(std::nullopt);
+    return optionalTextCell(Engine::instance().read([tell](const FabricModel& model, std::uint64_t)
+                                                    { return tell(model.local().facts); }));
+}
+
 // The walk's token is the node's address, so the walk goes on from there whoever came or went meanwhile.
 int attachedPort(Call call, const char* domainId, int previous, char* address)
 {
@@ -57,6 +73,46 @@ char** get_Local_Switch_World_Wide_Name()
 char** get_Principal_Switch_World_Wide_Name()
 {
     return wwnCell(Call::principalWwn, [](const FabricModel& model) { return model.principal(); });
+}
+
+char** get_Switch_ChassisPartNum()
+{
+    return factCell(Call::chassisPartNumber, [](const Facts& one) { return one.chassisPartNumber; });
+}
+
+char** get_Switch_ChassisSerialNum()
+{
+    return factCell(Call::chassisSerialNumber,
+                    [](const Facts& one) { return one.chassisSerialNumber.value_or(""); });
+}
+
+char** get_Switch_PlanarPartNum()
+{
+    return factCell(Call::planarPartNumber, [](const Facts& one) { return one.planarPartNumber; });
+}
+
+char** get_Switch_Brand_Name()
+{
+    return factCell(Call::brandName, [](const Facts& one) { return one.brand; });
+}
+
+void get_Product_Info(char*** name, char*** elementName, char*** identifyingNumber, char*** vendor)
+{
+    ProductTexts product;
+    if (beginCall(Call::productInfo) == XPL_OK)
+    {
+        product = Engine::instance().read([](const FabricModel& model, std::uint64_t)
+                                          { return model.local().facts.product; });
+    }
+    const auto fill = [](char*** cell, const std::optional<std::string>& text)
+    {
+        if (cell != nullptr)
+            *cell = optionalTextCell(text.value_or(""));
+    };
+    fill(name, product.name);
+    fill(elementName, product.elementName);
+    fill(identifyingNumber, product.identifyingNumber);
+    fill(vendor, product.vendor);
 }
 
 int get_first_attached_port(const char* domainId, char* address)

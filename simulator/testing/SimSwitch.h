@@ -56,6 +56,20 @@ class SimSwitch
     void removeSwitch(int domain);             // fabric
     void addIsl(const IslScenario& link);
 
+    // --- What happens to the hardware, by number from 1 ---
+    void failSupply(int supply);
+    void warnSupply(int supply);
+    void pullSupply(int supply);
+    void insertSupply(int supply);                   // one that works
+    void pinTemperature(int sensor, double celsius); // it reads exactly this until it is released
+    void pinVoltage(int sensor, double volts);
+    void breakSensor(SensorKind kind, int sensor);   // it cannot be read
+    void releaseSensor(SensorKind kind, int sensor); // it works, and reads what there is
+    void failBlade(int blade);                       // its diagnostics fail with it
+    void pullBlade(int blade);
+    void insertBlade(int blade); // one that works
+    void switchBlade(int blade, AdminState state);
+
     // --- Time: milliseconds of model time ---
     void advance(std::chrono::milliseconds time);
     std::uint64_t now() const;

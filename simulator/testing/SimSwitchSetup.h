@@ -60,6 +60,54 @@ class SimSwitchSetup
         return *this;
     }
 
+    // Power supplies that work, each rated 300 W.
+    SimSwitchSetup& supplies(int count)
+    {
+        PowerSupplyScenario supply;
+        supply.outputPower = 300000;
+        return local().powerSupplies.assign(static_cast<std::size_t>(count), supply), *this;
+    }
+
+    // A sensor with the reading of the idle switch and its thresholds, in degrees Celsius.
+    SimSwitchSetup&
+    temperature(std::string description, double base, double warnHigh = 55, double critHigh = 70)
+    {
+        TemperatureSensorScenario& sensor = local().temperatureSensors.emplace_back();
+        sensor.description = std::move(description);
+        sensor.base = hundredthsOf(base);
+        sensor.warnHigh = hundredthsOf(warnHigh);
+        sensor.critHigh = hundredthsOf(critHigh);
+        return *this;
+    }
+
+    // A sensor of a supply voltage, critical a tenth off its nominal value.
+    SimSwitchSetup& voltage(std::string description, double nominal)
+    {
+        VoltageSensorScenario& sensor = local().voltageSensors.emplace_back();
+        sensor.description = std::move(description);
+        sensor.nominal = millivoltsOf(nominal);
+        sensor.critLow = millivoltsOf(nominal * 0.9);
+        sensor.critHigh = millivoltsOf(nominal * 1.1);
+        return *this;
+    }
+
+    // Blades with so many ports each; they replace the ports there are.
+    SimSwitchSetup& blades(int count, int portsEach)
+    {
+        ports(count * portsEach);
+        local().blades.assign(static_cast<std::size_t>(count), BladeScenario());
+        for (PortScenario& port : local().ports)
+            port.blade = 1 + port.number / portsEach;
+        for (int i = 1; i <= count; ++i)
+        {
+            BladeScenario& blade = local().blades[static_cast<std::size_t>(i) - 1];
+            blade.model = "Rowan IO" + std::to_string(portsEach);
+            blade.partNumber = "TV-IO-1";
+            blade.serialNumber = "TVB" + std::to_string(1000 + i);
+        }
+        return *this;
+    }
+
     SimSwitchSetup& wwn(std::string value) { return local().wwn = std::move(value), *this; }
     SimSwitchSetup& domain(int value) { return local().domain = value, *this; }
     SimSwitchSetup& uptimeSeconds(int value) { return _scenario.uptimeSeconds = value, *this; }

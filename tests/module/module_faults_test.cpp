@@ -287,7 +287,13 @@ TEST_P(ModuleFaults, OfTheSwitch)
         for (const std::string call : {"DataCache::dcRdLock",
                                        "get_Local_Switch_World_Wide_Name",
                                        "get_Principal_Switch_World_Wide_Name",
+                                       "get_Switch_ChassisPartNum",
+                                       "get_Switch_ChassisSerialNum",
+                                       "get_Switch_PlanarPartNum",
+                                       "get_Switch_Brand_Name",
+                                       "get_Product_Info",
                                        "xpl_smlGetBatch",
+                                       "xpl_smlGetV",
                                        "xpl_fcsGetSwitchList",
                                        "xpl_fcsGetPortList",
                                        "xpl_fcsGetPortTopology"})
