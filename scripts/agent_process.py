@@ -9,6 +9,7 @@ import threading
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 DEFAULT_SCENARIO = ROOT / "simulator" / "scenarios" / "default.json"
+CHASSIS_SCENARIO = ROOT / "simulator" / "scenarios" / "chassis.json"
 NAMESPACE = "root/interop"
 START_TIMEOUT_SECONDS = 60
 STOP_TIMEOUT_SECONDS = 60
@@ -40,6 +41,7 @@ class AgentProcess:
         watchdog.start()
         line = self.process.stdout.readline()
         watchdog.cancel()
+        threading.Thread(target=self.process.stdout.read, daemon=True).start()  # what providers print
         urls = re.findall(r"https?://[^\s,]+", line)
         if not urls:
             self.process.kill()

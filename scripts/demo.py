@@ -1,4 +1,4 @@
-"""Starts the agent on the default scenario, reads it with pywbem as a management client would, and stops it.
+"""Starts the agent on the shipped scenarios, reads it with pywbem as a management client would, and stops it.
 
 Usage: demo.py <build directory>. Exit status 0 when everything a client needs was there.
 """
@@ -7,7 +7,7 @@ import sys
 
 import pywbem
 
-from agent_process import NAMESPACE, AgentProcess
+from agent_process import CHASSIS_SCENARIO, NAMESPACE, AgentProcess
 
 
 def heading(text):
@@ -128,6 +128,64 @@ def walk_statistics(connection):
     print(f"\n  {len(ports)} ports, sampled {ports[0]['StatisticTime']}")
 
 
+def reading(sensor, property_name="CurrentReading"):
+    value = sensor[property_name]
+    return "-" if value is None else f"{value * 10 ** sensor['UnitModifier']:.2f}"
+
+
+def show_sensors(connection, chassis, association, unit, *limits):
+    for sensor in connection.Associators(chassis.path, AssocClass=association):
+        bounds = ", ".join(f"{label} {reading(sensor, name)}" for label, name in limits if sensor[name] is not None)
+        print(f"  +- {sensor['ElementName']:<30} {reading(sensor):>7} {unit:<2} {sensor['CurrentState']:<9} {bounds}")
+
+
+def ranges(numbers):
+    """[0, 1, 2, 5] -> "0-2, 5"."""
+    runs = []
+    for number in sorted(numbers):
+        if runs and number == runs[-1][1] + 1:
+            runs[-1][1] = number
+        else:
+            runs.append([number, number])
+    return ", ".join(str(first) if first == last else f"{first}-{last}" for first, last in runs)
+
+
+def show_blades(connection, chassis):
+    for card in connection.Associators(chassis.path, AssocClass="VRAX_PhysicalIOBladeContainer"):
+        for blade in connection.Associators(card.path, AssocClass="VRAX_RealizesLogicalIOBlade"):
+            ports = connection.Associators(blade.path, AssocClass="VRAX_LogicalIOBladeFCPort")
+            online = sum(name_of(connection, port, "OperationalStatus") == "OK" for port in ports)
+            print(f"  +- {blade['ElementName']:<30} {name_of(connection, blade, 'OperationalStatus'):<9} "
+                  f"{card['Model']}, serial {card['SerialNumber']}, "
+                  f"ports {ranges(port['PortNumber'] for port in ports) or 'none'}, {online} online")
+
+
+def walk_hardware(connection):
+    heading("The hardware")
+    chassis = one(connection, "VRAX_PhysicalChassis")
+    switch = connection.Associators(chassis.path, AssocClass="VRAX_FCSwitchPackage")[0]
+    for product in connection.Associators(chassis.path, AssocClass="VRAX_ProductPhysicalChassis"):
+        print(f"  {product['ElementName']}, {product['Name']} {product['IdentifyingNumber']} of {product['Vendor']}")
+    print(f"  chassis of {switch['ElementName']}: model {chassis['Model']}, serial {chassis['SerialNumber']}, "
+          f"part {chassis['PartNumber']}, made by {chassis['Manufacturer']}")
+    for place in connection.Associators(chassis.path, AssocClass="VRAX_PhysicalChassisLocation"):
+        print(f"  at {place['PhysicalPosition']}")
+    for software in connection.Associators(switch.path, AssocClass="VRAX_FCSwitchSoftware"):
+        standby = " (standby)" if software["InstanceID"].endswith(":Standby") else ""
+        print(f"  +- {software['ElementName'] + standby:<30} {software['VersionString']}")
+    for supply in connection.Associators(chassis.path, AssocClass="VRAX_PhysicalChassisRealizesPowerSupply"):
+        power = supply["TotalOutputPower"]
+        print(f"  +- {supply['ElementName']:<30} {name_of(connection, supply, 'OperationalStatus'):<9} "
+              f"{'' if power is None else f'{power / 1000:.0f} W'}")
+    show_sensors(connection, chassis, "VRAX_PhysicalChassisRealizesTemperatureSensor", "C",
+                 ("warm above", "UpperThresholdNonCritical"), ("hot above", "UpperThresholdCritical"))
+    show_sensors(connection, chassis, "VRAX_PhysicalChassisRealizesVoltageSensor", "V",
+                 ("nominal", "NominalReading"), ("from", "LowerThresholdCritical"), ("to", "UpperThresholdCritical"))
+    show_blades(connection, chassis)
+    for access in connection.Associators(switch.path, AssocClass="VRAX_FCSwitchAccessPoint"):
+        print(f"  +- {access['AccessInfo']:<30} {name_of(connection, access, 'EnabledState')}")
+
+
 def main():
     if len(sys.argv) != 2:
         raise SystemExit("usage: demo.py <build directory>")
@@ -138,6 +196,10 @@ def main():
         walk_associations(connection, manager)
         walk_fabric(connection)
         walk_statistics(connection)
+        walk_hardware(connection)
+    with AgentProcess(sys.argv[1], CHASSIS_SCENARIO) as agent:
+        print(f"\nAnother switch: {CHASSIS_SCENARIO.name}.")
+        walk_hardware(pywbem.WBEMConnection(agent.url, default_namespace=NAMESPACE))
     print("\nThe agent stopped.")
 
 
