@@ -45,6 +45,9 @@ extern "C"
     [[gnu::format(printf, 4, 5)]] int
     xpl_smlGetV(xpl_Handle handle, char* value, std::int32_t* error, const char* keyFormat, ...);
 
+    // Reads one key. As above.
+    int xpl_smlGet(xpl_Handle handle, const char* key, char* value, std::int32_t* error);
+
     // Carries out one write, formatted as by printf. Returns 0 or the entry's status, which is also stored in
     // *error.
     [[gnu::format(printf, 3, 4)]] int
