@@ -181,7 +181,8 @@ class Composite_Guard : private Map_Guard<OWN>, private Map_Guard<ENDS>...
     template <class END>
     Map_View<END> view() const
     {
-        static_assert((std::is_same_v<END, ENDS> || ...), "only the maps of the ends are locked");
+        static_assert(std::is_same_v<END, OWN> || (std::is_same_v<END, ENDS> || ...),
+                      "only these maps are locked");
         return Map_Guard<END>::view();
     }
 

@@ -25,7 +25,7 @@ void formatMemberId(const xpl_fzs_zonemember_type_e* types,
 // Of an alias and an address of the same text the alias is meant. Each returns a negative number when it
 // fails.
 int getZoningEditMode(); // begins; fails while somebody has the administrative mode
-int saveZoningEdit();    // makes the copy the database and ends
-int cancelZoningEdit();  // drops the copy and ends
+int saveZoningEdit(); // makes the copy the database and ends; a save that fails drops the copy and ends, too
+int cancelZoningEdit(); // drops the copy and ends
 
 #endif

@@ -8,6 +8,17 @@
 namespace cimple
 {
 
+int readAttribute(char (&value)[kXplSmlTextSize],
+                  const char* format,
+                  std::initializer_list<const char*> arguments)
+{
+    char key[kXplSmlTextSize];
+    if (!substitute(key, sizeof(key), format, arguments))
+        return XPL_INVALID_PARAMETER;
+    std::int32_t error = 0;
+    return xpl_smlGetV(hSwitch, value, &error, "%s", key);
+}
+
 int writeAttribute(const char* format, std::initializer_list<const char*> arguments)
 {
     char key[kXplSmlTextSize];

@@ -12,6 +12,12 @@
 namespace cimple
 {
 
+// Reads one attribute, whose key is made from a format and its arguments (support/substitute.h). 0, or the
+// platform's status; XPL_INVALID_PARAMETER when the key does not fit.
+int readAttribute(char (&value)[kXplSmlTextSize],
+                  const char* format,
+                  std::initializer_list<const char*> arguments);
+
 // Carries out one write, made from a format and its arguments (support/substitute.h). 0, or the platform's
 // status; XPL_INVALID_PARAMETER when the text does not fit an entry.
 int writeAttribute(const char* format, std::initializer_list<const char*> arguments = {});

@@ -1,0 +1,26 @@
+// The zones: those that are configured, and those that the fabric enforces.
+#ifndef FABRICPROVIDERS_VRAX_ZONE_PROVIDER_H
+#define FABRICPROVIDERS_VRAX_ZONE_PROVIDER_H
+
+#include "common/Map_Provider.h"
+
+#include "VRAX_Zone_Methods.h"
+
+namespace cimple
+{
+
+class VRAX_Zone_Provider : public Instance_Provider<VRAX_Zone>
+{
+  public:
+    static constexpr Failure_Text kCreationFailed = "Failed to create VRAX_Zone instance";
+    static constexpr Failure_Text kKeysMissing = "VRAX_Zone::One or More Key Properties are not populated";
+
+    void build(Map_Writer<VRAX_Zone>& map);
+
+    // Removes the zone from the configured database; 90 when that fails.
+    Delete_Instance_Status delete_instance(const VRAX_Zone* instance);
+};
+
+} // namespace cimple
+
+#endif

@@ -1,0 +1,16 @@
+// Scoped owners of what the zoning library hands out.
+#include "switchaccess/Zoning_List.h"
+
+#include "platform/zoning_server.h"
+
+namespace cimple
+{
+
+std::string Zone_Members::text(std::uint32_t member) const
+{
+    char text[kZoneNameSize] = "";
+    formatMemberId(_types.get(), _identifiers.get(), text, member);
+    return text;
+}
+
+} // namespace cimple
