@@ -24,8 +24,6 @@ inline int millivoltsOf(double volts)
     return static_cast<int>(std::lround(volts * 1000));
 }
 
-constexpr int kMaxBlades = 64;
-
 enum class SensorKind
 {
     temperature,

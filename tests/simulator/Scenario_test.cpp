@@ -135,6 +135,8 @@ const std::pair<std::string, const char*> kRefused[] = {
      "site.json: /switches/0/temperatureSensors/0/warnHigh: expected at most critHigh"},
     {scenarioText(R"(, "voltageSensors": [{"nominal": 12}, {"nominal": 5, "critLow": 5.001}])", "", ""),
      "site.json: /switches/0/voltageSensors/1/nominal: expected a value between critLow and critHigh"},
+    {scenarioText(R"(, "voltageSensors": [{"nominal": 5, "critHigh": 4.999}])", "", ""),
+     "site.json: /switches/0/voltageSensors/0/nominal: expected a value between critLow and critHigh"},
     {scenarioText(R"(, "voltageSensors": [{"critLow": 5}])", "", ""),
      "site.json: /switches/0/voltageSensors/0: the field \"nominal\" is missing"},
     {withTop(R"(, "principal": 9)"), "site.json: /principal: no switch has domain 9"},

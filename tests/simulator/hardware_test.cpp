@@ -112,7 +112,7 @@ TEST(Sensors, ReadingsMoveWithLoadFailuresAndTheRoomAndNeverJump)
     loaded.link = LinkState::up;
     loaded.rxLoadPercent = loaded.txLoadPercent = 100;
     SimSwitch sim =
-        SimSwitch::make().ports(4).everyPort(loaded).temperature("t", 30).voltage("v", 12).supplies(2);
+        SimSwitch::make().blades(1, 4).everyPort(loaded).temperature("t", 30).voltage("v", 12).supplies(2);
     constexpr double kStep = 1.5; // degrees in ten seconds
     rangeOf(sim, temperature, kStep);
     const auto busy = rangeOf(sim, temperature, kStep);
@@ -131,6 +131,10 @@ TEST(Sensors, ReadingsMoveWithLoadFailuresAndTheRoomAndNeverJump)
     rangeOf(sim, temperature, kStep);
     EXPECT_GT(numberOf(temperature), idle.second + 1);
     sim.insertSupply(2);
+    sim.failBlade(1); // on which no port sits
+    rangeOf(sim, temperature, kStep);
+    EXPECT_GT(numberOf(temperature), idle.second + 0.2);
+    sim.insertBlade(1);
     rangeOf(sim, temperature, kStep);
     EXPECT_LE(numberOf(temperature), idle.second);
 
@@ -144,20 +148,28 @@ TEST(Sensors, ReadingsAreAFunctionOfSeedAndTime)
 {
     const auto readings = [](int seed, std::chrono::milliseconds step)
     {
-        Scenario scenario =
-            SimSwitch::make().temperature("a", 30).temperature("b", 30).voltage("v", 12).scenario();
+        Scenario scenario = SimSwitch::make()
+                                .temperature("a", 30)
+                                .temperature("b", 30)
+                                .voltage("c", 12)
+                                .voltage("d", 12)
+                                .scenario();
         scenario.seed = seed;
         SimSwitch sim(scenario);
         for (std::chrono::milliseconds passed{}; passed < 1h; passed += step)
             sim.advance(step);
         return std::vector<std::string>{valueOf("Oper.Switch.TempSensor.1.Reading"),
                                         valueOf("Oper.Switch.TempSensor.2.Reading"),
-                                        valueOf("Oper.Switch.VoltSensor.1.Reading")};
+                                        valueOf("Oper.Switch.VoltSensor.1.Reading"),
+                                        valueOf("Oper.Switch.VoltSensor.2.Reading")};
     };
     const auto one = readings(7, 1h);
     EXPECT_EQ(one, readings(7, 60s));
-    EXPECT_NE(one, readings(8, 1h));
+    const auto other = readings(8, 1h);
+    EXPECT_NE(one[0], other[0]);
+    EXPECT_NE(one[2], other[2]);
     EXPECT_NE(one[0], one[1]) << "sensors differ though their facts do not";
+    EXPECT_NE(one[2], one[3]);
 }
 
 TEST(Supplies, TellWhatHappensToThem)
@@ -345,6 +357,11 @@ TEST(ProductTexts, AreHandedOutWhenThereAreAny)
     const std::string serial = taken(get_Switch_ChassisSerialNum());
     EXPECT_EQ(10u, serial.size()) << serial;
     EXPECT_EQ((std::vector<std::string>{"Rowan 5024", "Tarvel Rowan 5024", serial, "Tarvel"}), productInfo());
+    Scenario other = SimSwitch::make().scenario();
+    other.seed = 2;
+    sim.open(other);
+    EXPECT_NE(serial, taken(get_Switch_ChassisSerialNum())) << "made up by seed";
+    sim.open(SimSwitch::make().scenario());
     sim.changeSwitch(
         [](SwitchScenario& one)
         {
