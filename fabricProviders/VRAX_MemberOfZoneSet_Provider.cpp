@@ -1,0 +1,26 @@
+// The zones of a zone set.
+#include "fabricProviders/VRAX_MemberOfZoneSet_Provider.h"
+
+#include "common/zoning_pairs.h"
+#include "switchaccess/Zoning_List.h"
+
+namespace cimple
+{
+
+void VRAX_MemberOfZoneSet_Provider::build(Pairs& pairs)
+{
+    if (pairs.all<VRAX_Zone>().first() == nullptr)
+        return;
+    const Text_Index<VRAX_Zone, Two_Texts> zones(pairs.all<VRAX_Zone>(), stateAndName<VRAX_Zone>);
+    for (const VRAX_ZoneSet* zoneSet : pairs.all<VRAX_ZoneSet>())
+    {
+        const Two_Texts key = stateAndName(*zoneSet);
+        const Zoning_Names names(xpl_fzsGetZonesetZoneList, key.second);
+        if (names.error() != 0)
+            fail("xpl_fzsGetZonesetZoneList failed");
+        for (const char* name : names)
+            zones.forEach({key.first, name}, [&](const VRAX_Zone* zone) { pairs.join(*zoneSet, *zone); });
+    }
+}
+
+} // namespace cimple
