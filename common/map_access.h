@@ -42,6 +42,13 @@ class Map_View
     const CLASS* first() const { return _map.size() > 0 ? *begin() : nullptr; }
     // The instance with the keys of this one, or null.
     const CLASS* find(const CLASS& keys) const { return static_cast<const CLASS*>(_map._lookup(&keys)); }
+    // The same for a reference that came with a request: of the class or a superclass of it, or null.
+    const CLASS* findReferred(const Instance* keys) const
+    {
+        if (keys == nullptr || !is_subclass(keys->meta_class, &CLASS::static_meta_class))
+            return nullptr;
+        return static_cast<const CLASS*>(_map._lookup(keys));
+    }
 
   private:
     template <class>

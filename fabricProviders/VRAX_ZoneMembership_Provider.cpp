@@ -194,7 +194,7 @@ holderNamed(const String& name, const Map_View<VRAX_Zone>& zones, const Map_View
     return isAlias ? Holder::Alias : Holder::None;
 }
 
-constexpr char kCannotDeleteActive[] = "Cannot delete an active member";
+constexpr Failure_Text kCannotDeleteActive = Failure_Text::plain("Cannot delete an active member\n");
 
 } // namespace
 
@@ -202,21 +202,15 @@ Delete_Instance_Status VRAX_ZoneMembership_Provider::delete_instance(const VRAX_
 {
     const auto body = [&](Operation<Delete_Instance_Status>& op)
     {
-        // What is a line of information in the log, and the client's reason.
-        const auto refuse = [&op](const char* why)
-        {
-            cim_log(kLogInfo, "%s\n", why);
-            op.fail(Failure_Text::unlogged(why));
-        };
         static constexpr Map_List kLocks = lockList();
         Locked_Ends locked(kLocks);
         if (VRAX_Zone_Provider().load() != LOAD_OK)
-            refuse("VRAX_Zone_Provider load failed");
+            op.fail(Failure_Text::plain("VRAX_Zone_Provider load failed\n"));
         if (VRAX_ZoneAlias_Provider().load() != LOAD_OK)
-            refuse("VRAX_ZoneAlias_Provider load failed");
+            op.fail(Failure_Text::plain("VRAX_ZoneAlias_Provider load failed\n"));
         const VRAX_ZoneMembership* cached = locked.view<VRAX_ZoneMembership>().find(*instance);
         if (cached == nullptr)
-            refuse("Instance Not found ");
+            op.fail(Failure_Text::plain("Instance Not found \n"));
         const String& holder = cached->ElementName.value;
         cim_log(kLogInfo, "ElementName: %s\n", holder.c_str());
         const Holder kind = holderNamed(holder, locked.view<VRAX_Zone>(), locked.view<VRAX_ZoneAlias>());
@@ -233,9 +227,8 @@ Delete_Instance_Status VRAX_ZoneMembership_Provider::delete_instance(const VRAX_
             const int status = edit.command("Cmd.Zoning.Zone.%s.RemZoneMember.%s", {holder.c_str(), member});
             if (status == XPL_FZS_ACTIVE_MEMBER)
             {
-                cim_log(kLogInfo, "%s\n", kCannotDeleteActive);
                 edit.cancel();
-                op.fail(Failure_Text::unlogged(kCannotDeleteActive));
+                op.fail(kCannotDeleteActive);
             }
         }
         else if (kind == Holder::Alias)
@@ -244,7 +237,7 @@ Delete_Instance_Status VRAX_ZoneMembership_Provider::delete_instance(const VRAX_
             if (status != 0)
                 edit.cancel();
             if (status == XPL_FZS_ACTIVE_MEMBER)
-                refuse(kCannotDeleteActive);
+                op.fail(kCannotDeleteActive);
             if (status != 0)
                 op.fail(Failure_Text::line("Failed to remove the ZoneMember error : %s"),
                         {std::to_string(status).c_str()});

@@ -44,6 +44,9 @@ void VRAX_Except::print() const
     case cimple::Log_Form::Line:
         cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", file, function, line, message);
         return;
+    case cimple::Log_Form::Plain:
+        cim_log(kLogInfo, "%s", message);
+        return;
     case cimple::Log_Form::Information:
         cim_log(kLogInfo, "Exception[INFO]:%s:%s[%d] %s\n", file, function, line, message);
         return;

@@ -20,6 +20,7 @@ enum class Log_Form
     Exception,   // "Exception[CRIT]:", at the critical level
     Information, // "Exception[INFO]:", at the information level
     Line,        // "CRIT:"
+    Plain,       // as it is, at the information level
     Unlogged,    // not at all; the client is told
     None         // not at all, and the client is not told a reason either
 };
@@ -32,6 +33,7 @@ struct Failure_Text
 
     static constexpr Failure_Text line(const char* words) { return {words, Log_Form::Line}; }
     static constexpr Failure_Text info(const char* words) { return {words, Log_Form::Information}; }
+    static constexpr Failure_Text plain(const char* words) { return {words, Log_Form::Plain}; }
     static constexpr Failure_Text unlogged(const char* words) { return {words, Log_Form::Unlogged}; }
     static constexpr Failure_Text silent() { return {"", Log_Form::None}; }
     // In place of a text: this is no failure.
