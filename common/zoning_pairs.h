@@ -29,7 +29,8 @@ template <class CLASS>
 Two_Texts stateAndName(const CLASS& one)
 {
     const String& id = one.InstanceID.value;
-    return {hasState(id, kActive) ? kActive : kInactive, afterColon(id, 2)};
+    const char* const name = afterColon(id, 2);
+    return {hasState(id, kActive) ? kActive : kInactive, name != nullptr ? name : ""};
 }
 
 } // namespace cimple

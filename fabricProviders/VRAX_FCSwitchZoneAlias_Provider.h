@@ -11,12 +11,14 @@
 namespace cimple
 {
 
-class VRAX_FCSwitchZoneAlias_Provider : public Association_Provider<&VRAX_FCSwitchZoneAlias::Antecedent, &VRAX_FCSwitchZoneAlias::Dependent>
+class VRAX_FCSwitchZoneAlias_Provider
+    : public Association_Provider<&VRAX_FCSwitchZoneAlias::Antecedent, &VRAX_FCSwitchZoneAlias::Dependent>
 {
   public:
     static constexpr bool kChecksKeys = true;
     static constexpr Failure_Text kCreationFailed = "Failed to create instance VRAX_FCSwitchZoneAlias";
-    static constexpr Failure_Text kKeysMissing = "VRAX_FCSwitchZoneAlias::One or more Key Properties are not populated";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_FCSwitchZoneAlias::One or more Key Properties are not populated";
 
     void build(Pairs& pairs) { pairs.local<VRAX_FCSwitch>().withEach<VRAX_ZoneAlias>(); }
 };

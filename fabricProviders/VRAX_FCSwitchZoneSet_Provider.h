@@ -11,12 +11,14 @@
 namespace cimple
 {
 
-class VRAX_FCSwitchZoneSet_Provider : public Association_Provider<&VRAX_FCSwitchZoneSet::Antecedent, &VRAX_FCSwitchZoneSet::Dependent>
+class VRAX_FCSwitchZoneSet_Provider
+    : public Association_Provider<&VRAX_FCSwitchZoneSet::Antecedent, &VRAX_FCSwitchZoneSet::Dependent>
 {
   public:
     static constexpr bool kChecksKeys = true;
     static constexpr Failure_Text kCreationFailed = "Failed to create instance VRAX_FCSwitchZoneSet";
-    static constexpr Failure_Text kKeysMissing = "VRAX_FCSwitchZoneSet::One or More Key Properties are not populated";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_FCSwitchZoneSet::One or More Key Properties are not populated";
 
     void build(Pairs& pairs) { pairs.local<VRAX_FCSwitch>().withEach<VRAX_ZoneSet>(); }
 };

@@ -11,12 +11,14 @@
 namespace cimple
 {
 
-class VRAX_FCSwitchZone_Provider : public Association_Provider<&VRAX_FCSwitchZone::Antecedent, &VRAX_FCSwitchZone::Dependent>
+class VRAX_FCSwitchZone_Provider
+    : public Association_Provider<&VRAX_FCSwitchZone::Antecedent, &VRAX_FCSwitchZone::Dependent>
 {
   public:
     static constexpr bool kChecksKeys = true;
     static constexpr Failure_Text kCreationFailed = "Failed to create VRAX_FCSwitchZone instance";
-    static constexpr Failure_Text kKeysMissing = "VRAX_FCSwitchZone::One or more Key Properties are not populated";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_FCSwitchZone::One or more Key Properties are not populated";
 
     void build(Pairs& pairs) { pairs.local<VRAX_FCSwitch>().withEach<VRAX_Zone>(); }
 };

@@ -11,12 +11,16 @@
 namespace cimple
 {
 
-class VRAX_FCSwitchZoningCapabilities_Provider : public Association_Provider<&VRAX_FCSwitchZoningCapabilities::ManagedElement, &VRAX_FCSwitchZoningCapabilities::Capabilities>
+class VRAX_FCSwitchZoningCapabilities_Provider
+    : public Association_Provider<&VRAX_FCSwitchZoningCapabilities::ManagedElement,
+                                  &VRAX_FCSwitchZoningCapabilities::Capabilities>
 {
   public:
     static constexpr bool kChecksKeys = true;
-    static constexpr Failure_Text kCreationFailed = "Failed to create VRAX_FCSwitchZoningCapabilities instance";
-    static constexpr Failure_Text kKeysMissing = "VRAX_FCSwitchZoningCapabilities::One or More Key Properties are not populated";
+    static constexpr Failure_Text kCreationFailed =
+        "Failed to create VRAX_FCSwitchZoningCapabilities instance";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_FCSwitchZoningCapabilities::One or More Key Properties are not populated";
     // So spelled, as operators search for it.
     static constexpr Failure_Text kInsertionFailed = "Failed to insert instane in map";
 

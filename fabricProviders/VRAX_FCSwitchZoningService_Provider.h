@@ -11,12 +11,15 @@
 namespace cimple
 {
 
-class VRAX_FCSwitchZoningService_Provider : public Association_Provider<&VRAX_FCSwitchZoningService::Antecedent, &VRAX_FCSwitchZoningService::Dependent>
+class VRAX_FCSwitchZoningService_Provider
+    : public Association_Provider<&VRAX_FCSwitchZoningService::Antecedent,
+                                  &VRAX_FCSwitchZoningService::Dependent>
 {
   public:
     static constexpr bool kChecksKeys = true;
     static constexpr Failure_Text kCreationFailed = "Failed to create VRAX_FCSwitchZoningService instance";
-    static constexpr Failure_Text kKeysMissing = "VRAX_FCSwitchZoningService::One or More Key Properties are not populated";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_FCSwitchZoningService::One or More Key Properties are not populated";
 
     void build(Pairs& pairs) { pairs.local<VRAX_FCSwitch>().withFirst<VRAX_ZoningService>(); }
 };

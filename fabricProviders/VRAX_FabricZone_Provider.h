@@ -12,11 +12,13 @@
 namespace cimple
 {
 
-class VRAX_FabricZone_Provider : public Association_Provider<&VRAX_FabricZone::Antecedent, &VRAX_FabricZone::Dependent>
+class VRAX_FabricZone_Provider
+    : public Association_Provider<&VRAX_FabricZone::Antecedent, &VRAX_FabricZone::Dependent>
 {
   public:
     static constexpr bool kChecksKeys = true;
-    static constexpr Failure_Text kKeysMissing = "VRAX_FabricZone::One or more Key Properties are not populated";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_FabricZone::One or more Key Properties are not populated";
 
     void build(Pairs& pairs) { pairs.first<VRAX_Fabric>().withEach<VRAX_Zone>(isEnforced<VRAX_Zone>); }
 };

@@ -11,12 +11,16 @@
 namespace cimple
 {
 
-class VRAX_ZoneAliasElementSettingData_Provider : public Association_Provider<&VRAX_ZoneAliasElementSettingData::ManagedElement, &VRAX_ZoneAliasElementSettingData::SettingData>
+class VRAX_ZoneAliasElementSettingData_Provider
+    : public Association_Provider<&VRAX_ZoneAliasElementSettingData::ManagedElement,
+                                  &VRAX_ZoneAliasElementSettingData::SettingData>
 {
   public:
     static constexpr bool kChecksKeys = true;
-    static constexpr Failure_Text kCreationFailed = "Failed to create VRAX_ZoneAliasElementSettingData instance";
-    static constexpr Failure_Text kKeysMissing = "VRAX_ZoneAliasElementSettingData::One or More Key Properties are not populated";
+    static constexpr Failure_Text kCreationFailed =
+        "Failed to create VRAX_ZoneAliasElementSettingData instance";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_ZoneAliasElementSettingData::One or More Key Properties are not populated";
 
     void build(Pairs& pairs);
 };

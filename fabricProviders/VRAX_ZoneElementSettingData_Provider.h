@@ -11,12 +11,15 @@
 namespace cimple
 {
 
-class VRAX_ZoneElementSettingData_Provider : public Association_Provider<&VRAX_ZoneElementSettingData::ManagedElement, &VRAX_ZoneElementSettingData::SettingData>
+class VRAX_ZoneElementSettingData_Provider
+    : public Association_Provider<&VRAX_ZoneElementSettingData::ManagedElement,
+                                  &VRAX_ZoneElementSettingData::SettingData>
 {
   public:
     static constexpr bool kChecksKeys = true;
     static constexpr Failure_Text kCreationFailed = "Failed to allocate VRAX_ZoneElementSettingData instance";
-    static constexpr Failure_Text kKeysMissing = "VRAX_ZoneElementSettingData::One or More Key Properties are not populated";
+    static constexpr Failure_Text kKeysMissing =
+        "VRAX_ZoneElementSettingData::One or More Key Properties are not populated";
 
     void build(Pairs& pairs);
 
