@@ -4,6 +4,7 @@
 #define SIMULATOR_SCENARIO_SCENARIO_H
 
 #include "simulator/model/names.h"
+#include "simulator/scenario/ZoningScenario.h"
 #include "simulator/scenario/hardware_scenario.h"
 #include "simulator/scenario/record_rules.h"
 
@@ -127,6 +128,7 @@ struct Scenario
     std::vector<SwitchScenario> switches;
     std::vector<NodeScenario> nodes;
     std::vector<IslScenario> isls;
+    ZoningScenario zoning;
 };
 
 // A scenario that cannot be used. what() names the source, the place and what was expected there.
