@@ -23,6 +23,7 @@ struct AllKeys
         addStatisticsKeys(reads);
         addTopologyKeys(reads);
         addNameServerKeys(reads);
+        addZoningKeys(reads, writes);
     }
 
     ReadKeys reads;

@@ -3,6 +3,7 @@
 
 #include "simulator/model/hex.h"
 #include "simulator/model/made_up.h"
+#include "simulator/model/zoning_scenario.h"
 #include "simulator/scenario/fields.h"
 
 #include <algorithm>
@@ -63,7 +64,8 @@ const Port* Switch::portAfter(int number) const
 
 FabricModel::FabricModel(const Scenario& scenario)
     : _seed(static_cast<std::uint64_t>(scenario.seed)),
-      _startTime(static_cast<std::uint64_t>(scenario.uptimeSeconds) * 1000)
+      _startTime(static_cast<std::uint64_t>(scenario.uptimeSeconds) * 1000),
+      _zoning{databaseOf(scenario.zoning), std::nullopt, scenario.zoning.defaultZone, std::nullopt}
 {
     validate(scenario);
     // Counters of ports that are up at the start have run since time zero: the links below come up at 0.
@@ -80,6 +82,8 @@ FabricModel::FabricModel(const Scenario& scenario)
     }
     if (!scenario.noPrincipal)
         _principal = scenario.principal != 0 ? scenario.principal : _switches.begin()->first;
+    if (auto active = activeSetOf(scenario.zoning, _zoning.configured))
+        setActiveZoneSet(*_local, std::make_shared<const ActiveZoneSet>(std::move(*active)), Reach::all);
 }
 
 const Port* FabricModel::localPort(std::string_view index) const
@@ -153,6 +157,7 @@ void FabricModel::linkChanged(Switch& owner, Port& port, std::uint64_t now)
         end.peerSends = sends(owner, port);
         end.peerJoins = joinsSwitches(port.facts.type);
         runMeter(other, end);
+        mergeZoning(owner, port);
     }
 }
 
@@ -178,6 +183,7 @@ Scenario FabricModel::toScenario() const
         for (const auto& node : one.second.nodes)
             scenario.nodes.push_back(node.second);
     }
+    scenario.zoning = zoningScenarioOf(_zoning.configured, local().activeZoneSet.get(), _zoning.defaultZone);
     return scenario;
 }
 

@@ -6,9 +6,12 @@
 
 #include "simulator/model/TrafficMeter.h"
 #include "simulator/model/Warmth.h"
+#include "simulator/model/Zoning.h"
 #include "simulator/scenario/Scenario.h"
 
+#include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -49,6 +52,7 @@ struct Switch
     std::uint64_t seed = 0;
     int carriedPercent = 0; // the loads of both directions of all ports that are online
     Warmth warmth;
+    std::shared_ptr<const ActiveZoneSet> activeZoneSet; // null when none is; shared by the whole fabric
 
     Port* port(int number);
     const Port* port(int number) const;
@@ -102,6 +106,27 @@ class FabricModel
     void insertBlade(int number, std::uint64_t now); // one that works
     void setBladeAdminState(int number, AdminState state, std::uint64_t now);
 
+    // The zoning of the fabric. What changes it names who does and returns 0 or the status with which the
+    // switch refuses. Direct changes and activation take the administrative mode for their duration:
+    // XPL_FZS_LOCKED while somebody has it.
+    const Zoning& zoning() const { return _zoning; }
+    const AdminMode& adminMode() const { return _adminMode; }
+    std::int32_t changeZoning(std::string_view by,
+                              std::uint64_t now,
+                              const std::function<std::int32_t(ZoningDatabase& configured)>& change);
+    std::int32_t activateZoneSet(std::string_view name, std::string_view by, std::uint64_t now);
+    std::int32_t deactivateZoneSet(std::string_view by, std::uint64_t now);
+    void setDefaultZone(bool allowed) { _zoning.defaultZone = allowed; }
+    // The edit session, which holds the administrative mode. Beginning fails while somebody has that, the
+    // others without a session.
+    bool beginZoningEdit();
+    bool endZoningEdit(bool save, std::uint64_t now);
+    // The session's copy of the configured database; null outside a session.
+    ZoningDatabase* zoningEdit() { return _zoning.pending ? &*_zoning.pending : nullptr; }
+    // Whoever holds the administrative mode is gone; an edit session ends without saving.
+    bool takeAdminMode(std::string_view holder) { return _adminMode.take(holder); }
+    void abandonAdminMode();
+
     // Must be called when facts of a port, or of its switch, have changed: its counters, and those of the
     // port at the other end of a link between switches, run or stand accordingly.
     void linkChanged(Switch& owner, Port& port, std::uint64_t now);
@@ -117,6 +142,18 @@ class FabricModel
 
     void bladeChanged(int number, std::uint64_t now); // its ports are up or down with it
     void warmthChanged(std::uint64_t now);            // what heats the local switch may be another
+    // Every change of zoning passes here once it has happened.
+    void zoningChanged(ZoningChange::Kind kind, std::string_view by, std::uint64_t now);
+    // Makes the set (or none) the active one of a switch and of those that it is linked to, directly or over
+    // others: of all, or only as far as they have none.
+    enum class Reach
+    {
+        all,
+        withoutActiveSet
+    };
+    void setActiveZoneSet(Switch& first, const std::shared_ptr<const ActiveZoneSet>& set, Reach reach);
+    // Two switches are linked through the port: one without active zone set takes the other's.
+    void mergeZoning(Switch& owner, const Port& port);
 
     std::uint64_t _seed;
     std::uint64_t _startTime;
@@ -124,6 +161,8 @@ class FabricModel
     std::map<int, Switch> _switches;
     std::vector<IslScenario> _isls;
     Switch* _local = nullptr;
+    AdminMode _adminMode;
+    Zoning _zoning;
 };
 
 // The load that the facts describe.

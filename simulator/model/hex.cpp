@@ -67,6 +67,14 @@ std::string upperCase(std::string_view text)
     return result;
 }
 
+std::string lowerCase(std::string_view text)
+{
+    std::string result(text);
+    for (char& c : result)
+        c = (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+    return result;
+}
+
 bool parseDecimal(std::string_view text, int& value)
 {
     if (text.empty() || text.front() == '-')

@@ -23,8 +23,9 @@ std::string hexOf(std::uint64_t value, std::size_t width = 1);
 std::vector<std::uint8_t> bytesFromHex(std::string_view text);
 std::string hexFromBytes(const std::vector<std::uint8_t>& bytes);
 
-// ASCII upper case, whatever the locale.
+// ASCII letters in one case, whatever the locale.
 std::string upperCase(std::string_view text);
+std::string lowerCase(std::string_view text);
 
 // Parses a whole decimal text that is a non-negative int; false for anything else, signs and blanks included.
 bool parseDecimal(std::string_view text, int& value);

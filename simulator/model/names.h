@@ -99,6 +99,14 @@ enum class NodePortType : std::uint8_t
     nl
 };
 
+// How a zone is enforced; see xpl_fzsZoneType.
+enum class ZoneType : std::uint8_t
+{
+    soft = 1,
+    hardVirtualFabric,
+    hardAcl
+};
+
 template <class E>
 struct Named
 {
@@ -144,6 +152,9 @@ constexpr Named<RscnEnable> kRscnEnables[] = {
     {RscnEnable::yes, "True"}, {RscnEnable::no, "False"}, {RscnEnable::automatic, "Auto"}};
 constexpr Named<NodeRole> kNodeRoles[] = {{NodeRole::initiator, "Initiator"}, {NodeRole::target, "Target"}};
 constexpr Named<NodePortType> kNodePortTypes[] = {{NodePortType::n, "N"}, {NodePortType::nl, "NL"}};
+constexpr Named<ZoneType> kZoneTypes[] = {{ZoneType::soft, "Soft"},
+                                          {ZoneType::hardVirtualFabric, "HardVirtualFabric"},
+                                          {ZoneType::hardAcl, "HardACL"}};
 
 constexpr const auto& namesOf(AdminState)
 {
@@ -188,6 +199,10 @@ constexpr const auto& namesOf(NodeRole)
 constexpr const auto& namesOf(NodePortType)
 {
     return kNodePortTypes;
+}
+constexpr const auto& namesOf(ZoneType)
+{
+    return kZoneTypes;
 }
 
 template <class E>

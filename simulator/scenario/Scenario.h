@@ -5,6 +5,7 @@
 
 #include "simulator/model/names.h"
 #include "simulator/scenario/HardwareScenario.h"
+#include "simulator/scenario/ZoningScenario.h"
 #include "simulator/scenario/record_rules.h"
 
 #include <cstdint>
@@ -127,6 +128,7 @@ struct Scenario
     std::vector<SwitchScenario> switches;
     std::vector<NodeScenario> nodes;
     std::vector<IslScenario> isls;
+    ZoningScenario zoning;
 };
 
 // A scenario that cannot be used. what() names the source, the place and what was expected there.

@@ -1,8 +1,8 @@
 // The fields of a scenario, named once for the reader, the writer and whoever comes next.
 //
-// A visitor offers number, decimal, oneOf, text, wwn, choice, flag, address, bytes, codes and range; each
-// takes the field's name in the file, the value and what limits it. Required fields are passed as such; the
-// others keep the value they have. `object` and `list` take a function that visits the fields inside.
+// A visitor offers number, decimal, oneOf, text, texts, wwn, choice, flag, address, bytes, codes and range;
+// each takes the field's name in the file, the value and what limits it. Required fields are passed as such;
+// the others keep the value they have. `object` and `list` take a function that visits the fields inside.
 #ifndef SIMULATOR_SCENARIO_FIELDS_H
 #define SIMULATOR_SCENARIO_FIELDS_H
 
@@ -191,6 +191,77 @@ void visitIsl(Visitor& visit, Isl& link)
     visit.flag("isolated", link.isolated);
 }
 
+template <class Visitor, class Member>
+void visitZoneMember(Visitor& visit, Member& member)
+{
+    visit.wwn("wwn", member.wwn);
+    visit.address("address", member.address);
+    visit.number("domain", member.domain, kMinDomainId, kMaxDomainId);
+    visit.number("port", member.port, 0, 255);
+    visit.text("alias", member.alias, kMaxZoneNameSize);
+}
+
+template <class Visitor, class Members>
+void visitZoneMembers(Visitor& visit, Members& members)
+{
+    visit.list("members", members, [](auto& inner, auto& member) { visitZoneMember(inner, member); });
+}
+
+template <class Visitor, class Zones>
+void visitZones(Visitor& visit, Zones& zones)
+{
+    visit.list("zones",
+               zones,
+               [](auto& inner, auto& zone)
+               {
+                   inner.text("name", zone.name, kMaxZoneNameSize);
+                   inner.choice("type", zone.type);
+                   visitZoneMembers(inner, zone.members);
+               });
+}
+
+template <class Visitor, class Limits>
+void visitZoningLimits(Visitor& visit, Limits& limits)
+{
+    constexpr ZoningLimits kMost;
+    visit.number("zoneSets", limits.zoneSets, 0, kMost.zoneSets);
+    visit.number("zones", limits.zones, 0, kMost.zones);
+    visit.number("zoneMembers", limits.zoneMembers, 0, kMost.zoneMembers);
+    visit.number("zonesPerZoneSet", limits.zonesPerZoneSet, 0, kMost.zonesPerZoneSet);
+    visit.number("aliases", limits.aliases, 0, kMost.aliases);
+}
+
+template <class Visitor, class Zoning>
+void visitZoning(Visitor& visit, Zoning& zoning)
+{
+    visit.flag("defaultZone", zoning.defaultZone);
+    visit.object(
+        "limits", zoning.limits, [](auto& inner, auto& limits) { visitZoningLimits(inner, limits); });
+    visit.list("aliases",
+               zoning.aliases,
+               [](auto& inner, auto& alias)
+               {
+                   inner.text("name", alias.name, kMaxZoneNameSize);
+                   visitZoneMembers(inner, alias.members);
+               });
+    visitZones(visit, zoning.zones);
+    visit.list("zoneSets",
+               zoning.zoneSets,
+               [](auto& inner, auto& set)
+               {
+                   inner.text("name", set.name, kMaxZoneNameSize);
+                   inner.texts("zones", set.zones, kMaxZoneNameSize);
+               });
+    visit.text("active", zoning.active, kMaxZoneNameSize);
+    visit.object("activeSet",
+                 zoning.activeSet,
+                 [](auto& inner, auto& set)
+                 {
+                     inner.text("name", set.name, kMaxZoneNameSize);
+                     visitZones(inner, set.zones);
+                 });
+}
+
 template <class Visitor, class Facts>
 void visitScenario(Visitor& visit, Facts& scenario)
 {
@@ -198,6 +269,7 @@ void visitScenario(Visitor& visit, Facts& scenario)
     visit.number("uptimeSeconds", scenario.uptimeSeconds, 0, 1000000000);
     visit.number("principal", scenario.principal, 0, kMaxDomainId);
     visit.flag("noPrincipal", scenario.noPrincipal);
+    visit.object("zoning", scenario.zoning, [](auto& inner, auto& zoning) { visitZoning(inner, zoning); });
 }
 
 } // namespace simulator

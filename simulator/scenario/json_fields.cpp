@@ -133,6 +133,18 @@ void JsonFieldReader::text(const char* name, std::string& value, std::size_t lim
     value = field->get<std::string>();
 }
 
+void JsonFieldReader::texts(const char* name, std::vector<std::string>& values, std::size_t limit)
+{
+    const Json* field = find(name, Presence::optional);
+    if (field == nullptr)
+        return;
+    const auto isText = [limit](const Json& one)
+    { return one.is_string() && one.get_ref<const std::string&>().size() <= limit; };
+    if (!field->is_array() || !std::all_of(field->begin(), field->end(), isText))
+        refuse(name, "a list of texts of at most " + std::to_string(limit) + " bytes", *field);
+    values = field->get<std::vector<std::string>>();
+}
+
 void JsonFieldReader::wwn(const char* name, std::string& value, Presence presence)
 {
     const Json* field = find(name, presence);
@@ -233,6 +245,11 @@ void JsonFieldWriter::range(const char* name, const std::optional<PortRange>& va
 void JsonFieldWriter::text(const char* name, const std::string& value, std::size_t)
 {
     fields[name] = value;
+}
+
+void JsonFieldWriter::texts(const char* name, const std::vector<std::string>& values, std::size_t)
+{
+    fields[name] = values;
 }
 
 void JsonFieldWriter::wwn(const char* name, const std::string& value, Presence)

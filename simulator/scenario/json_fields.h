@@ -26,6 +26,7 @@ class JsonFieldReader
     void
     decimal(const char* name, int& value, int decimals, int low, int high, Presence = Presence::optional);
     void text(const char* name, std::string& value, std::size_t limit);
+    void texts(const char* name, std::vector<std::string>& values, std::size_t limit);
     void wwn(const char* name, std::string& value, Presence presence = Presence::optional);
     void flag(const char* name, bool& value);
     void address(const char* name, std::uint32_t& value);
@@ -44,6 +45,27 @@ class JsonFieldReader
     {
         if (find(name, Presence::optional) != nullptr)
             decimal(name, value.emplace(), decimals, low, high);
+    }
+    void number(const char* name, std::optional<int>& value, int low, int high)
+    {
+        if (find(name, Presence::optional) != nullptr)
+            number(name, value.emplace(), low, high);
+    }
+    void wwn(const char* name, std::optional<std::string>& value)
+    {
+        if (find(name, Presence::optional) != nullptr)
+            wwn(name, value.emplace());
+    }
+    void address(const char* name, std::optional<std::uint32_t>& value)
+    {
+        if (find(name, Presence::optional) != nullptr)
+            address(name, value.emplace());
+    }
+    template <class T, class Visit>
+    void object(const char* name, std::optional<T>& value, Visit visit)
+    {
+        if (find(name, Presence::optional) != nullptr)
+            object(name, value.emplace(), visit);
     }
 
     // The fields of `value` in an object of their own.
@@ -117,6 +139,7 @@ class JsonFieldWriter
     void number(const char* name, int value, int, int, Presence presence = Presence::optional);
     void decimal(const char* name, int value, int decimals, int, int, Presence = Presence::optional);
     void text(const char* name, const std::string& value, std::size_t);
+    void texts(const char* name, const std::vector<std::string>& values, std::size_t);
     void wwn(const char* name, const std::string& value, Presence = Presence::optional);
     void flag(const char* name, bool value);
     void address(const char* name, std::uint32_t value);
@@ -134,6 +157,27 @@ class JsonFieldWriter
     {
         if (value)
             decimal(name, *value, decimals, low, high);
+    }
+    void number(const char* name, const std::optional<int>& value, int low, int high)
+    {
+        if (value)
+            number(name, *value, low, high);
+    }
+    void wwn(const char* name, const std::optional<std::string>& value)
+    {
+        if (value)
+            wwn(name, *value);
+    }
+    void address(const char* name, const std::optional<std::uint32_t>& value)
+    {
+        if (value)
+            address(name, *value);
+    }
+    template <class T, class Visit>
+    void object(const char* name, const std::optional<T>& value, Visit visit)
+    {
+        if (value)
+            object(name, *value, visit);
     }
 
     template <class T, class Visit> // void(JsonFieldWriter& inner, const T& value)

@@ -1,5 +1,6 @@
 // Checks that the parts of a scenario fit one another.
 #include "simulator/model/hex.h"
+#include "simulator/model/zoning_scenario.h"
 #include "simulator/scenario/Scenario.h"
 
 #include <algorithm>
@@ -16,13 +17,6 @@ namespace
 std::string at(const char* list, std::size_t index, const char* field)
 {
     return "/" + std::string(list) + "/" + std::to_string(index) + "/" + field;
-}
-
-std::string lowerCase(std::string text)
-{
-    for (char& c : text)
-        c = (c >= 'A' && c <= 'F') ? static_cast<char>(c - 'A' + 'a') : c;
-    return text;
 }
 
 bool inOrder(std::optional<int> low, std::optional<int> high)
@@ -43,6 +37,7 @@ class Validator
         const bool known = _scenario.principal == 0 || _ports.count(_scenario.principal) != 0;
         if (!known)
             throw ScenarioError("/principal", "no switch has domain " + std::to_string(_scenario.principal));
+        activeSetOf(_scenario.zoning, databaseOf(_scenario.zoning)); // they refuse what does not fit
     }
 
   private:

@@ -110,6 +110,17 @@ std::int32_t keep(std::int32_t* error, std::int32_t status)
     return status;
 }
 
+// An empty key is one that cannot be read.
+std::int32_t readSingle(Call call, xpl_Handle handle, std::string_view key, char* value, std::int32_t* error)
+{
+    const std::int32_t begun = beginCall(call, handle);
+    if (begun != XPL_OK || key.empty() || value == nullptr)
+        return keep(error, begun != XPL_OK ? begun : std::int32_t{XPL_INVALID_PARAMETER});
+    return keep(error,
+                Engine::instance().read([&](const FabricModel& model, std::uint64_t now)
+                                        { return readKey(model, key, now, value); }));
+}
+
 } // namespace
 } // namespace simulator
 
@@ -146,12 +157,13 @@ extern "C" int xpl_smlGetV(xpl_Handle handle, char* value, std::int32_t* error, 
     va_start(arguments, keyFormat);
     const bool formatted = formatKey(key, keyFormat, arguments);
     va_end(arguments);
-    const std::int32_t begun = beginCall(Call::smlGetV, handle);
-    if (begun != XPL_OK || !formatted || value == nullptr)
-        return keep(error, begun != XPL_OK ? begun : std::int32_t{XPL_INVALID_PARAMETER});
-    return keep(error,
-                Engine::instance().read([&](const FabricModel& model, std::uint64_t now)
-                                        { return readKey(model, key, now, value); }));
+    return readSingle(Call::smlGetV, handle, formatted ? key : "", value, error);
+}
+
+extern "C" int xpl_smlGet(xpl_Handle handle, const char* key, char* value, std::int32_t* error)
+{
+    const bool fits = key != nullptr && ::strnlen(key, kXplSmlTextSize) < kXplSmlTextSize;
+    return readSingle(Call::smlGet, handle, fits ? key : "", value, error);
 }
 
 extern "C" int xpl_smlSetV(xpl_Handle handle, std::int32_t* error, const char* keyFormat, ...)

@@ -12,6 +12,7 @@
 
 #include "platform/xpl_types.h"
 #include "simulator/testing/SimSwitchSetup.h"
+#include "simulator/testing/ZoningSetup.h"
 
 #include <chrono>
 #include <functional>
@@ -70,6 +71,12 @@ class SimSwitch
     void insertBlade(int blade); // one that works
     void switchBlade(int blade, AdminState state);
 
+    // --- The administrative mode ---
+    void holdAdminMode(const std::string& holder); // takes it, as "console"; it must be free
+    void releaseAdminMode();                       // gives back what holdAdminMode took
+    void adminOwnerGoes();               // whoever holds it is gone; an edit session ends without saving
+    std::string adminModeHolder() const; // empty: it is free; "edit session", or as somebody took it
+
     // --- Time: milliseconds of model time ---
     void advance(std::chrono::milliseconds time);
     std::uint64_t now() const;
@@ -84,8 +91,8 @@ class SimSwitch
     std::size_t keyUses(std::string_view key) const;  // reads and writes of one key
     std::vector<std::vector<std::string>> batches(std::string_view call = "xpl_smlGetBatch") const;
     // All writes in order, of whichever call: the keys of the attribute store as they were written, "switch"
-    // and "port/7" for configuration records, "reset" for the switch's reset. Refused ones are among them,
-    // those of a call that failed as a whole are not.
+    // and "port/7" for configuration records, "reset" for the switch's reset, "fzs create zone NAME" and the
+    // like for zoning. Refused ones are among them, those of a call that failed as a whole are not.
     std::vector<std::string> writes() const;
     // Recording of keys, batches and writes; on at the start. Counting by call always happens.
     void recordKeys(bool on);
@@ -113,6 +120,8 @@ class SimSwitch
     Scenario scenario() const; // as it is now
     PortScenario port(int number) const;
     SwitchScenario localSwitch() const;
+    ZoningView zoning() const;
+    ActiveZoneSetView activeZoneSetOf(int domain) const;
     void save(const std::string& path) const;
     int heldCacheLocks() const;            // read locks held at present
     int cacheWriters() const;              // threads that change the fabric or wait to

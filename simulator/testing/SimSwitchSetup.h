@@ -3,6 +3,7 @@
 #define SIMULATOR_TESTING_SIMSWITCHSETUP_H
 
 #include "simulator/scenario/Scenario.h"
+#include "simulator/testing/ZoningSetup.h"
 
 #include <string>
 #include <utility>
@@ -139,6 +140,8 @@ class SimSwitchSetup
 
     SimSwitchSetup& node(const NodeScenario& facts) { return _scenario.nodes.push_back(facts), *this; }
     SimSwitchSetup& isl(const IslScenario& link) { return _scenario.isls.push_back(link), *this; }
+
+    SimSwitchSetup& zoning(const ZoningSetup& setup) { return _scenario.zoning = setup.scenario(), *this; }
 
     const Scenario& scenario() const { return _scenario; }
 

@@ -1,0 +1,44 @@
+// The zoning of a fabric.
+#ifndef SIMULATOR_MODEL_ZONING_H
+#define SIMULATOR_MODEL_ZONING_H
+
+#include "simulator/model/ActiveZoneSet.h"
+#include "simulator/model/AdminMode.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace simulator
+{
+
+// Who changes zoning and holds the administrative mode.
+constexpr std::string_view kCimAgent = "cim agent";
+constexpr std::string_view kEditSession = "edit session";
+
+struct ZoningChange
+{
+    enum class Kind
+    {
+        databaseChanged,
+        activated,
+        deactivated
+    };
+
+    Kind kind = Kind::databaseChanged;
+    std::string by;
+    std::uint64_t at = 0; // model time in milliseconds
+};
+
+// The copy that is active is kept by each switch; see FabricModel for the changes.
+struct Zoning
+{
+    ZoningDatabase configured;
+    std::optional<ZoningDatabase> pending; // the copy of an edit session
+    bool defaultZone = false;              // nodes that are in no zone see one another
+    std::optional<ZoningChange> lastChange;
+};
+
+} // namespace simulator
+
+#endif
