@@ -16,15 +16,9 @@ template <class PROVIDER, class CLASS>
 class Sensor_Provider_Base : public Numbered_Provider_Base<PROVIDER, CLASS>
 {
   public:
-    // Row of a reading, which is 0 while the sensor does not tell it, and of a threshold that the sensor may
-    // not have.
+    // Row of a reading, or of a threshold; null while the sensor does not tell it, or has none.
     template <auto PROPERTY>
     static constexpr Attribute<CLASS> reading(const char* key)
-    {
-        return {key, put<PROPERTY, strToInt>};
-    }
-    template <auto PROPERTY>
-    static constexpr Attribute<CLASS> threshold(const char* key)
     {
         return {key, putUnlessEmpty<PROPERTY, strToInt>};
     }

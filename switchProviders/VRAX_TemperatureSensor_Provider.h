@@ -19,8 +19,8 @@ class VRAX_TemperatureSensor_Provider : public Sensor_Provider<VRAX_TemperatureS
     static constexpr Attribute<Is> kAttributes[] = {
         {"Oper.Switch.TempSensor.%d.Description", putUnlessEmpty<&Is::ElementName>},
         reading<&Is::CurrentReading>("Oper.Switch.TempSensor.%d.Reading"),
-        threshold<&Is::UpperThresholdNonCritical>("Oper.Switch.TempSensor.%d.WarnHigh"),
-        threshold<&Is::UpperThresholdCritical>("Oper.Switch.TempSensor.%d.CritHigh"),
+        reading<&Is::UpperThresholdNonCritical>("Oper.Switch.TempSensor.%d.WarnHigh"),
+        reading<&Is::UpperThresholdCritical>("Oper.Switch.TempSensor.%d.CritHigh"),
         state("Oper.Switch.TempSensor.%d.State"),
     };
     static constexpr const char* kIdKind = "TempSensor";

@@ -19,9 +19,9 @@ class VRAX_VoltageSensor_Provider : public Sensor_Provider<VRAX_VoltageSensor>,
     static constexpr Attribute<Is> kAttributes[] = {
         {"Oper.Switch.VoltSensor.%d.Description", putUnlessEmpty<&Is::ElementName>},
         reading<&Is::CurrentReading>("Oper.Switch.VoltSensor.%d.Reading"),
-        threshold<&Is::NominalReading>("Oper.Switch.VoltSensor.%d.Nominal"),
-        threshold<&Is::LowerThresholdCritical>("Oper.Switch.VoltSensor.%d.CritLow"),
-        threshold<&Is::UpperThresholdCritical>("Oper.Switch.VoltSensor.%d.CritHigh"),
+        reading<&Is::NominalReading>("Oper.Switch.VoltSensor.%d.Nominal"),
+        reading<&Is::LowerThresholdCritical>("Oper.Switch.VoltSensor.%d.CritLow"),
+        reading<&Is::UpperThresholdCritical>("Oper.Switch.VoltSensor.%d.CritHigh"),
         state("Oper.Switch.VoltSensor.%d.State"),
     };
     static constexpr const char* kIdKind = "VoltSensor";

@@ -165,6 +165,8 @@ void FabricModel::allLinksChanged(Switch& owner, std::uint64_t now)
 {
     for (Port& port : owner.ports)
         linkChanged(owner, port, now);
+    if (owner.facts.local)
+        warmthChanged(now);
 }
 
 Scenario FabricModel::toScenario() const

@@ -4,8 +4,8 @@
 #define SIMULATOR_SCENARIO_SCENARIO_H
 
 #include "simulator/model/names.h"
-#include "simulator/scenario/HardwareScenario.h"
 #include "simulator/scenario/ZoningScenario.h"
+#include "simulator/scenario/hardware_scenario.h"
 #include "simulator/scenario/record_rules.h"
 
 #include <cstdint>

@@ -48,7 +48,7 @@ void visitPort(Visitor& visit, Port& port, bool local)
         "frameBytes", port.frameBytes, 36, 2148); // FC-FS-3: header, CRC and delimiters up to a full frame
     visit.number("class2Percent", port.class2Percent, 0, 100);
     visit.number("errorsPerHour", port.errorsPerHour, 0, 1000000);
-    visit.number("blade", port.blade, 0, kMaxBlades);
+    visit.number("blade", port.blade, 0, kMaxLocalPorts);
     visit.bytes("reserved", port.reserved, kPortReservedSize);
 }
 

@@ -162,42 +162,19 @@ SwitchScenario readSwitch(const Json& object, const std::string& place)
     return one;
 }
 
-template <class T, class Read>
-std::vector<T> readList(JsonFieldReader& fields, const char* name, Read read)
-{
-    std::vector<T> result;
-    const Json* list = fields.array(name);
-    for (std::size_t i = 0; list != nullptr && i < list->size(); ++i)
-        result.push_back(read((*list)[i], fields.placeOf(name) + "/" + std::to_string(i)));
-    return result;
-}
-
 Scenario readTop(const Json& top)
 {
     Scenario scenario;
     JsonFieldReader fields(top, "");
     visitScenario(fields, scenario);
-    scenario.switches = readList<SwitchScenario>(fields, "switches", readSwitch);
-    scenario.nodes = readList<NodeScenario>(fields,
-                                            "nodes",
-                                            [](const Json& object, const std::string& place)
-                                            {
-                                                NodeScenario node;
-                                                JsonFieldReader nodeFields(object, place);
-                                                visitNode(nodeFields, node);
-                                                nodeFields.finish();
-                                                return node;
-                                            });
-    scenario.isls = readList<IslScenario>(fields,
-                                          "isls",
-                                          [](const Json& object, const std::string& place)
-                                          {
-                                              IslScenario link;
-                                              JsonFieldReader linkFields(object, place);
-                                              visitIsl(linkFields, link);
-                                              linkFields.finish();
-                                              return link;
-                                          });
+    const Json* switches = fields.array("switches");
+    for (std::size_t i = 0; switches != nullptr && i < switches->size(); ++i)
+    {
+        const std::string place = fields.placeOf("switches") + "/" + std::to_string(i);
+        scenario.switches.push_back(readSwitch((*switches)[i], place));
+    }
+    fields.list("nodes", scenario.nodes, [](auto& inner, auto& node) { visitNode(inner, node); });
+    fields.list("isls", scenario.isls, [](auto& inner, auto& link) { visitIsl(inner, link); });
     fields.finish();
     return scenario;
 }

@@ -107,12 +107,6 @@ class Validator
             throw ScenarioError(place + "/ipAddress",
                                 "expected an IPv4 or IPv6 address, got \"" + one.ipAddress + "\"");
         }
-        if (one.blades.size() > static_cast<std::size_t>(kMaxBlades))
-        {
-            throw ScenarioError(place + "/blades",
-                                "expected at most " + std::to_string(kMaxBlades) + " blades, got " +
-                                    std::to_string(one.blades.size()));
-        }
         for (const PortScenario& port : one.ports)
         {
             if (static_cast<std::size_t>(port.blade) > one.blades.size())

@@ -9,6 +9,7 @@
 #include "switchProviders/VRAX_FCPortElementSettingData_Provider.h"
 #include "switchProviders/VRAX_FCPortRateStatisticalData_Provider.h"
 #include "switchProviders/VRAX_FCPortStatisticalData_Provider.h"
+#include "switchProviders/VRAX_LogicalIOBladeFCPort_Provider.h"
 #include "switchProviders/VRAX_MemberOfStatisticsCollection_Provider.h"
 #include "tests/bench/report.h"
 
@@ -31,6 +32,19 @@ void load()
         throw std::runtime_error("the load failed");
 }
 
+// The fabric with the local switch's ports on as many blades as they need.
+simulator::Scenario onBlades(simulator::Scenario scenario)
+{
+    constexpr int kPortsPerBlade = 48;
+    for (simulator::SwitchScenario& one : scenario.switches)
+    {
+        for (simulator::PortScenario& port : one.ports)
+            port.blade = one.local ? 1 + port.number / kPortsPerBlade : 0;
+        one.blades.resize(one.local ? (one.ports.size() + kPortsPerBlade - 1) / kPortsPerBlade : 0);
+    }
+    return scenario;
+}
+
 template <class PROVIDER, class... END_PROVIDERS>
 void benchLoad(const char* className)
 {
@@ -41,7 +55,7 @@ void benchLoad(const char* className)
         size.domains = 1;
         size.localPorts = static_cast<int>(ports);
         size.nodes = 0;
-        simulator::SimSwitch sim(simulator::generateFabric(size));
+        simulator::SimSwitch sim(onBlades(simulator::generateFabric(size)));
         sim.recordKeys(false);
 
         const auto prepare = []
@@ -85,6 +99,8 @@ void benchLoads()
     benchLoad<VRAX_FCPortRateStatisticalData_Provider,
               VRAX_FCPort_Provider,
               VRAX_FCPortRateStatistics_Provider>("VRAX_FCPortRateStatisticalData");
+    benchLoad<VRAX_LogicalIOBladeFCPort_Provider, VRAX_LogicalIOBlade_Provider, VRAX_FCPort_Provider>(
+        "VRAX_LogicalIOBladeFCPort");
     benchLoad<VRAX_MemberOfStatisticsCollection_Provider,
               VRAX_StatisticsCollection_Provider,
               VRAX_FCPortStatistics_Provider,

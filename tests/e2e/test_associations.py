@@ -1,6 +1,7 @@
 """Every association class of the repository, walked from both ends in all the ways the protocol has."""
 
 import collections
+import json
 import pathlib
 import re
 import xml.etree.ElementTree as ET
@@ -8,10 +9,23 @@ import xml.etree.ElementTree as ET
 import pywbem
 import pytest
 
+from agent_process import DEFAULT_SCENARIO, AgentProcess
 from freshness import agree
 
 PROVIDERS = pathlib.Path(__file__).resolve().parents[2] / "common" / "providers.def"
 AT_ONCE = 1000000  # more results than there are
+
+
+@pytest.fixture(scope="module")
+def agent(build_dir, tmp_path_factory):
+    """On the default scenario with its ports on two I/O blades, so that every association has instances."""
+    scenario = json.loads(DEFAULT_SCENARIO.read_text())
+    local = next(switch for switch in scenario["switches"] if switch.get("local"))
+    local["blades"] = [{"ports": [0, 11]}, {"ports": [12, 23]}]
+    path = tmp_path_factory.mktemp("scenario") / "blades.json"
+    path.write_text(json.dumps(scenario))
+    with AgentProcess(build_dir, path) as running:
+        yield running
 
 
 def association_classes(connection):

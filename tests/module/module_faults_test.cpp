@@ -94,7 +94,12 @@ struct Request
 simulator::SimSwitchSetup fabric()
 {
     return SimSwitch::make()
-        .ports(3)
+        .blades(2, 2)
+        .supplies(2)
+        .temperature("Air intake", 25)
+        .temperature("Switch chip", 40)
+        .voltage("3.3 V", 3.3)
+        .voltage("12 V", 12)
         .remote(2, 2)
         .isl({1, 0, 2, 1, false})
         .node(1, 2, "2100026e1a40b7c1")

@@ -46,6 +46,7 @@ struct Field
 
 constexpr const char* kPort = "/switches/0/ports/0/";
 constexpr const char* kSwitch = "/switches/0/";
+constexpr const char* kThermometer = "/switches/0/temperatureSensors/0/";
 constexpr Field kFields[] = {
     {kPort, "speed", "\"9\"", "one of Auto, 1Gb/s, 2Gb/s, 4Gb/s, 8Gb/s, 10Gb/s, 20Gb/s"},
     {kPort, "adminState", "\"online\"", "one of Online, Offline, Diagnostics"},
@@ -61,8 +62,33 @@ constexpr Field kFields[] = {
     {kSwitch, "principalPriority", "\"254\"", "one of 1, 254, 255"},
     {kSwitch, "preferredDomain", "240", "a whole number from 0 to 239"},
     {kSwitch, "reserved", "\"00ff\"", "138 hexadecimal digits"},
+    {kSwitch, "brand", "5", "a text of at most 64 bytes"},
+    {kSwitch, "services", "true", "an object"},
+    {kSwitch, "powerSupplies", "{}", "a list"},
+    {"/switches/0/powerSupplies/0/", "state", "\"Broken\"", "one of Normal, Warning, Failed, NotInstalled"},
+    {kThermometer, "base", "36.125", "a number from -40.00 to 150.00 with at most 2 decimals"},
+    {kThermometer, "warnHigh", "1e+300", "a number from -40.00 to 150.00 with at most 2 decimals"},
+    {"/switches/0/voltageSensors/0/",
+     "nominal",
+     "\"5\"",
+     "a number from -60.000 to 60.000 with at most 3 decimals"},
+    {"/switches/0/blades/0/",
+     "ports",
+     "[1,0]",
+     "a list of two whole numbers from 0 to 1535, the lower one first"},
     {kSwitch, "faults", "[1,65536]", "a list of whole numbers from 0 to 65535"},
 };
+
+// A scenario with the field where it belongs: in the port, in the switch or in a list of the switch.
+std::string withField(const Field& row)
+{
+    const std::string field = std::string("\"") + row.name + "\": " + row.value;
+    if (row.place == kPort)
+        return withPort(", " + field);
+    const std::string below = std::string(row.place).substr(std::strlen(kSwitch)); // "blades/0/"
+    const std::string list = below.substr(0, below.find('/'));
+    return scenarioText(", " + (list.empty() ? field : "\"" + list + "\": [{" + field + "}]"), "", "");
+}
 
 const std::pair<std::string, const char*> kRefused[] = {
     {"", "site.json:1:1: syntax error"},
@@ -95,6 +121,24 @@ const std::pair<std::string, const char*> kRefused[] = {
      "site.json: /switches/0/ports/1/number: port 3 is described twice"},
     {R"({"switches": [{"local": true, "domain": 1, "wwn": "100002a5c0de0001", "ports": [{"number": 1536}]}]})",
      "site.json: /switches/0/ports: expected port numbers 0 to 1535, got 1536"},
+    {withPort(R"(, "blade": 1)"), "site.json: /switches/0/ports: port 1: the switch has no blade 1"},
+    {scenarioText(R"(, "blades": [{"ports": [0, 2]}])", "", ""),
+     "site.json: /switches/0/blades/0/ports: port 2 is not a port of the switch"},
+    {scenarioText(R"(, "blades": [{"ports": [0, 1]}, {"ports": [1, 1]}])", "", ""),
+     "site.json: /switches/0/blades/1/ports: port 1 sits on blade 1"},
+    {scenarioText(R"(, "blades": [{}, {"present": true, "slot": 2}])", "", ""),
+     "site.json: /switches/0/blades/1/slot: unknown field; expected one of adminState, diagnostics, "
+     "failed, "},
+    {scenarioText(R"(, "ipAddress": "10.1.2.300")", "", ""),
+     "site.json: /switches/0/ipAddress: expected an IPv4 or IPv6 address, got \"10.1.2.300\""},
+    {scenarioText(R"(, "temperatureSensors": [{"warnHigh": 60, "critHigh": 59.99}])", "", ""),
+     "site.json: /switches/0/temperatureSensors/0/warnHigh: expected at most critHigh"},
+    {scenarioText(R"(, "voltageSensors": [{"nominal": 12}, {"nominal": 5, "critLow": 5.001}])", "", ""),
+     "site.json: /switches/0/voltageSensors/1/nominal: expected a value between critLow and critHigh"},
+    {scenarioText(R"(, "voltageSensors": [{"nominal": 5, "critHigh": 4.999}])", "", ""),
+     "site.json: /switches/0/voltageSensors/0/nominal: expected a value between critLow and critHigh"},
+    {scenarioText(R"(, "voltageSensors": [{"critLow": 5}])", "", ""),
+     "site.json: /switches/0/voltageSensors/0: the field \"nominal\" is missing"},
     {withTop(R"(, "principal": 9)"), "site.json: /principal: no switch has domain 9"},
     {withTop(R"(, "nodes": [{"domain": 3, "port": 0, "portWwn": "210002a5c0de0001"}])"),
      "site.json: /nodes/0/domain: no switch has domain 3"},
@@ -121,10 +165,9 @@ TEST(Scenario, FaultsSayWhereAndWhatWasExpected)
         EXPECT_PRED_FORMAT2(testing::IsSubstring, message, errorOf(text)) << text;
     for (const Field& row : kFields)
     {
-        const std::string field = std::string(", \"") + row.name + "\": " + row.value;
         EXPECT_EQ(std::string("site.json: ") + row.place + row.name + ": expected " + row.expected +
                       ", got " + row.value,
-                  errorOf(row.place == kPort ? withPort(field) : scenarioText(field, "", "")));
+                  errorOf(withField(row)));
     }
 }
 
@@ -150,13 +193,23 @@ TEST(Scenario, WhatIsWrittenReadsBackTheSame)
     const std::string text = scenarioText(
         R"(, "name": "n", "type": "", "productName": "p ", "adminState": "Offline",
            "configuredAdminState": "Diagnostics", "transparent": true, "faults": [7, 32768], "preferredDomain": 9,
-           "domainLocked": true, "principalPriority": 255, "reserved": ")" +
+           "domainLocked": true, "principalPriority": 255, "brand": "b", "chassisPartNumber": "c",
+           "chassisSerialNumber": "", "planarPartNumber": "d", "firmwareVersion": "V1", "location": "l",
+           "product": {"name": "e", "elementName": "", "identifyingNumber": "f", "vendor": "g"},
+           "standbyFirmwareVersion": "", "ipAddress": "fe80::1",
+           "services": {"snmp": false, "web": false, "telnet": false, "ssh": false},
+           "temperatureSensors": [{"description": "t", "base": 20.25, "warnHigh": -1.29, "critHigh": 30.1,
+                                   "pinned": -0.07, "broken": true}],
+           "voltageSensors": [{"nominal": 1.005, "critLow": 0.99, "critHigh": 1.02, "pinned": 3.3}],
+           "powerSupplies": [{"state": "NotInstalled", "outputPower": 77}],
+           "blades": [{"present": false}, {"failed": true, "adminState": "Diagnostics", "model": "m",
+                       "diagnostics": "Failed", "partNumber": "p", "serialNumber": "s"}], "reserved": ")" +
             std::string(138, 'a') + "\"",
         R"(, "wwn": "2000000000000000", "adminState": "Offline", "type": "TH", "link": "Down", "failed": true,
            "name": "a \"name\"", "hardware": "Ethernet", "speedCapability": "10Gb/s", "speed": "10Gb/s",
            "diagnostics": "Unavailable", "rscn": "False", "autoPerfTuning": false, "mfs": true, "lcf": true,
            "vi": true, "scan": false, "maxCredit": 3, "rxLoadPercent": 1, "txLoadPercent": 2, "frameBytes": 99,
-           "class2Percent": 4, "errorsPerHour": 5)",
+           "class2Percent": 4, "errorsPerHour": 5, "blade": 2)",
         R"(, "seed": 5, "uptimeSeconds": 6, "principal": 2, "noPrincipal": true,
            "nodes": [{"domain": 2, "port": 1, "address": "020109", "portWwn": "210002A5C0DE0001",
                       "nodeWwn": "200002a5c0de0001", "portName": "pn", "nodeName": "nn", "role": "Initiator",
@@ -164,7 +217,7 @@ TEST(Scenario, WhatIsWrittenReadsBackTheSame)
            "isls": [{"domain": 1, "port": 0, "toDomain": 2, "toPort": 0, "isolated": true}])");
     const std::string once = formatScenario(parseScenario(text, "a"));
     EXPECT_EQ(once, formatScenario(parseScenario(once, "b")));
-    const std::regex field(R"re("\w+": ("(\\.|[^"\\])*"|\d+|true|false))re");
+    const std::regex field(R"re("\w+": ("(\\.|[^"\\])*"|-?[\d.]+|true|false))re");
     for (std::sregex_iterator one(text.begin(), text.end(), field), end; one != end; ++one)
     {
         const std::string said = one->str() == "\"portCount\": 2" ? "\"number\": 1" : one->str();

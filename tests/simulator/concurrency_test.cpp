@@ -36,6 +36,13 @@ void readEverything()
                   std::strcmp(entries[1].value, "Unknown") != 0);
     }
     cache->dcRdUnlock();
+    auto hardware = batchOf({"Oper.Switch.TempSensor.1.Reading",
+                             "Oper.Switch.TempSensor.1.State",
+                             "Oper.Switch.IOBlade.1.Present",
+                             "Oper.UserPort.0.0.OperState"});
+    ASSERT_EQ(0, getBatch(hardware));
+    EXPECT_EQ(std::strtod(hardware[0].value, nullptr) >= 70, std::strcmp(hardware[1].value, "Critical") == 0);
+    EXPECT_TRUE(std::strcmp(hardware[2].value, "True") == 0 || std::strcmp(hardware[3].value, "Online") != 0);
     char** cell = get_Local_Switch_World_Wide_Name();
     std::free(*cell);
     xpl_libFreeMemory(cell);
@@ -43,7 +50,7 @@ void readEverything()
 
 TEST(Concurrency, ReadersSeeWholeStatesWhileEverythingChanges)
 {
-    SimSwitch sim = SimSwitch::make().ports(6);
+    SimSwitch sim = SimSwitch::make().blades(2, 3).supplies(1).temperature("Intake", 30);
     std::atomic<bool> stop{false};
     const auto readOn = [&stop]
     {
@@ -61,6 +68,9 @@ TEST(Concurrency, ReadersSeeWholeStatesWhileEverythingChanges)
     for (int i = 0; i < 60; ++i)
     {
         sim.addSwitch(remote);
+        sim.pinTemperature(1, 90);
+        sim.pullBlade(1);
+        sim.failSupply(1);
         sim.portDown(i % 6);
         sim.addNode(node);
         setKey("Config.UserPort.0.0.LinkSpeed.2Gb/s");
@@ -69,6 +79,9 @@ TEST(Concurrency, ReadersSeeWholeStatesWhileEverythingChanges)
         sim.portUp(i % 6);
         sim.failNext("Oper.Nothing.", 1);
         sim.removeSwitch(2);
+        sim.releaseSensor(SensorKind::temperature, 1);
+        sim.insertBlade(1);
+        sim.insertSupply(1);
         setKey("Config.UserPort.0.0.LinkSpeed.Auto");
     }
     stop = true;

@@ -1,6 +1,6 @@
 // What the chassis of the local switch holds: sensors, power supplies and I/O blades.
-#ifndef SIMULATOR_SCENARIO_HARDWARESCENARIO_H
-#define SIMULATOR_SCENARIO_HARDWARESCENARIO_H
+#ifndef SIMULATOR_SCENARIO_HARDWARE_SCENARIO_H
+#define SIMULATOR_SCENARIO_HARDWARE_SCENARIO_H
 
 #include "simulator/model/names.h"
 
@@ -23,8 +23,6 @@ inline int millivoltsOf(double volts)
 {
     return static_cast<int>(std::lround(volts * 1000));
 }
-
-constexpr int kMaxBlades = 64;
 
 enum class SensorKind
 {
