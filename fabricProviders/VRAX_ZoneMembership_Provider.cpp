@@ -43,11 +43,10 @@ const Member_Type* memberType(const char* word)
 }
 
 // A line for the patient, when there are many.
-void logProgress(std::size_t count, const char* format, const char* name)
+bool isDueALine(std::size_t count)
 {
     constexpr std::size_t kEvery = 200;
-    if (count % kEvery == 0)
-        cim_log(kLogInfo, format, static_cast<int>(count), name);
+    return count % kEvery == 0;
 }
 
 // The members of the active set are read in upper case, and so named in further keys.
@@ -114,7 +113,8 @@ void VRAX_ZoneMembership_Provider::buildFrom(Map_Writer<VRAX_ZoneMembership>& ma
     for (const VRAX_Zone* zone : ends.view<VRAX_Zone>())
     {
         const char* const name = zone->ElementName.value.c_str();
-        logProgress(++count, "processed %d zones, zoneName = %s \n", name);
+        if (isDueALine(++count))
+            cim_log(kLogInfo, "processed %d zones, zoneName = %s \n", static_cast<int>(count), name);
         const Zone_Members members(xpl_fzsGetZoneMemberList, name);
         if (members.error() != 0)
             fail("xpl_fzsGetZoneMemberList Failed");
@@ -132,7 +132,8 @@ void VRAX_ZoneMembership_Provider::buildFrom(Map_Writer<VRAX_ZoneMembership>& ma
     for (const VRAX_ZoneAlias* alias : ends.view<VRAX_ZoneAlias>())
     {
         const char* const name = alias->CollectionAlias.value.c_str();
-        logProgress(++count, "processed %d aliases, aliasName= %s \n", name);
+        if (isDueALine(++count))
+            cim_log(kLogInfo, "processed %d aliases, aliasName= %s \n", static_cast<int>(count), name);
         const Zone_Members members(xpl_fzsGetZoneAliasMemberList, name);
         if (members.error() != 0)
             fail("xpl_fzsGetZoneAliasMemberList Failed");

@@ -17,6 +17,7 @@ class VRAX_ZoneMembership_Provider : public Composite_Provider<VRAX_ZoneMembersh
     // The key does not say who holds the member: of several zones and aliases that do, the first counts.
     static constexpr Failure_Text kInsertionFailed = Failure_Text::none();
 
+    class Writer;
     void buildFrom(Map_Writer<VRAX_ZoneMembership>& map, const Locked_Ends& ends);
 
     // Removes the member from its holder in an edit session of its own; 93 when that fails. The next load
