@@ -26,8 +26,8 @@ void VRAX_MemberOfZoneSet_Provider::build(Pairs& pairs)
 void VRAX_MemberOfZoneSet_Provider::addPair(const VRAX_ZoneSet& zoneSet, const VRAX_Zone& zone)
 {
     Owned<VRAX_MemberOfZoneSet> pair = make();
-    pair->Collection = clone(&zoneSet);
-    pair->Member = clone(&zone);
+    pair->Collection = zoneSet.clone();
+    pair->Member = zone.clone();
     Write_Guard<VRAX_MemberOfZoneSet> guard;
     guard.insert(pair);
 }
