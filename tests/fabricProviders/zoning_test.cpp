@@ -1,9 +1,12 @@
-// Tests of what clients do to zoning: the methods of the service and the deletions, what they return, log, write
-// to the switch and change of what is published.
+// Tests of what clients do to zoning: the methods of the service and the deletions, what they return, log,
+// write to the switch and change of what is published.
+#include "fabricProviders/VRAX_MemberOfZoneSet_Provider.h"
 #include "fabricProviders/VRAX_ZoneMembership_Provider.h"
 #include "fabricProviders/VRAX_ZoneSet_Provider.h"
 #include "fabricProviders/VRAX_ZoningService_Provider.h"
+#include "platform/xpl_fzs.h"
 #include "simulator/scenario/scenario_json.h"
+#include "switchaccess/Zoning_Edit.h"
 #include "tests/common/testing/Switch_Test.h"
 
 #include "CIM_NamedAddressCollection.h"
@@ -81,8 +84,12 @@ class Service
         return creating<CIM_Zone>(
             [&](CIM_Zone*& made, auto& value)
             {
-                return provider.CreateZone(
-                    _self.get(), property<String>(name.c_str()), type, property<uint16>(7), made, value);
+                return provider.CreateZone(_self.get(),
+                                           property<String>(name.c_str()),
+                                           type,
+                                           property<uint16>(uint16{7}),
+                                           made,
+                                           value);
             });
     }
     std::string createAlias(const std::string& name)
@@ -180,12 +187,15 @@ class Zoning : public Switch_Test
                      .zoning(simulator::ZoningSetup()
                                  .alias("host", {kHost})
                                  .alias("spare", {"010203"})
-                                 .zone("z1", {"host", "1:A"})
+                                 .alias("enforced", {"2100026E1A40B7D9"})
+                                 .alias("lone", {"020304"})
+                                 .zone("z1", {"host", "enforced", "1:A"})
                                  .zone("z2", {kHost, "010203"})
                                  .zone("z3", {})
                                  .zoneSet("prod", {"z1"})
+                                 .zoneSet("old", {"z1"})
                                  .zoneSet("empty", {})
-                                 .active("prod"))
+                                 .active("old"))
                      .scenario());
         makeMapsStale();
         instances<VRAX_ZoningService_Provider>();
@@ -201,17 +211,99 @@ class Zoning : public Switch_Test
         const Log_Capture log(kLogInfo);
         run();
         std::string all;
-        for (const std::string& line : log.texts())
-            all += "[" + line + "]";
+        for (const Log_Capture::Line& line : log.take())
+        {
+            std::string text = line.second;
+            const std::size_t place = text.find('[', text.find("_Provider:"));
+            if (place != text.npos) // the number of the source line
+                text.erase(place + 1, text.find(']', place) - place - 1);
+            all += "[" + text + "]";
+        }
         return all;
     }
 
-    Texts ids(const std::vector<Description>& instances)
+    // How the switch is when a request comes.
+    enum State
     {
-        Texts result;
-        for (const Description& one : instances)
-            result.push_back(one.at("InstanceID"));
-        return result;
+        kReady,
+        kHeld,         // somebody else has the administrative mode
+        kServiceStale, // and the service cannot be loaded
+        kZonesStale,   // and the zones cannot be loaded
+        kAliasesStale,
+        kNoneActive,
+        kSaveFails,
+        kCommandFails,
+        kAliasGone, // the alias "lone", after its member was loaded
+    };
+    void bring(State state)
+    {
+        const auto fails = [&](providerEnum_t map, const char* call)
+        {
+            VRAX_Maps::getInstance()->InstMapForceUnload(map);
+            sim.failNext(call);
+        };
+        switch (state)
+        {
+        case kReady:
+            break;
+        case kHeld:
+            sim.holdAdminMode("console");
+            break;
+        case kServiceStale:
+            fails(Map_Index<VRAX_ZoningService>::value, "get_Local_Switch_World_Wide_Name");
+            break;
+        case kZonesStale:
+            fails(Map_Index<VRAX_Zone>::value, "xpl_fzsGetZoneList");
+            break;
+        case kAliasesStale:
+            fails(Map_Index<VRAX_ZoneAlias>::value, "xpl_fzsGetZoneAliasList");
+            break;
+        case kNoneActive:
+            xpl_fzsDeactivateZoneset(hSwitch);
+            break;
+        case kSaveFails:
+            sim.failNext("saveZoningEdit");
+            break;
+        case kCommandFails:
+            sim.failNext("Cmd.Zoning.");
+            break;
+        case kAliasGone:
+            Zoning_Edit edit;
+            EXPECT_EQ(edit.command("Cmd.Zoning.Alias.lone.Delete", {}), 0);
+            EXPECT_TRUE(edit.save());
+            VRAX_Maps::getInstance()->InstMapForceUnload(Map_Index<VRAX_ZoneAlias>::value);
+            break;
+        }
+    }
+
+    struct Row
+    {
+        std::function<std::string()> run;
+        State state;
+        std::string result;
+        std::string logged;
+    };
+    // `done`: the result of what may change the switch.
+    void expectRows(const std::vector<Row>& rows, const std::string& done)
+    {
+        for (const Row& row : rows)
+        {
+            SCOPED_TRACE("row " + std::to_string(&row - rows.data()));
+            SetUp();
+            bring(row.state);
+            const std::string before = formatScenario(sim.scenario());
+            std::string result;
+            std::string lines = logged([&] { result = row.run(); });
+            EXPECT_EQ(result, row.result);
+            // AddZone begins with where its arguments are in memory.
+            if (lines.find("[\nZoningService =") == 0)
+                lines.erase(0, lines.find("]", lines.find("[\nZone =")) + 1);
+            EXPECT_EQ(lines, row.logged);
+            if (row.result != done)
+                EXPECT_EQ(formatScenario(sim.scenario()), before) << "what fails changes nothing";
+            EXPECT_EQ(sim.adminModeHolder(), row.state == kHeld ? "console" : "");
+            EXPECT_EQ(sim.outstandingBlocks(), 0U);
+        }
     }
 
     Service service;
@@ -230,24 +322,6 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
     const std::string active = "Active:" + kWwn + ":";
     Service other("200002a5c0de0001");
 
-    // How the switch is.
-    enum State
-    {
-        kReady,
-        kHeld,         // somebody else has the administrative mode
-        kServiceStale, // and the service cannot be loaded
-        kZonesStale,   // and the zones cannot be loaded
-        kAliasesStale,
-        kNoneActive,
-        kSaveFails,
-    };
-    struct Row
-    {
-        std::function<std::string()> run;
-        State state;
-        std::string value;
-        std::string logged;
-    };
     const auto run = [](auto call) { return std::function<std::string()>(call); };
     const auto activate = [&](const std::string& set, const Property<boolean>& wish)
     { return run([&, set, wish] { return service.activate(set, wish); }); };
@@ -270,14 +344,24 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
     const auto addAliasMember = [&](const std::string& to, const std::string& one)
     { return run([&, to, one] { return service.addMember<VRAX_ZoneAlias>(to, one); }); };
 
-    const std::string wwnRead =
-        "[memberType = 2][ConnectivityMemberID=2100026E1A40B7C1][s=21 NodePortName[0] = 33][s=00 NodePortName[1] = 0]"
-        "[s=02 NodePortName[2] = 2][s=6E NodePortName[3] = 110][s=1A NodePortName[4] = 26][s=40 NodePortName[5] = 64]"
-        "[s=B7 NodePortName[6] = 183][s=C1 NodePortName[7] = 193]";
-    const Row rows[] = {
-        {activate(inactive("prod"), on), kReady, "0 0", "[Activating  ZoneSet prod][Activating  ZoneSet Succeeded]"},
-        {activate(active + "prod", on), kReady, "0 0", "[Activating  ZoneSet prod][Activating  ZoneSet Succeeded]"},
-        {activate(inactive("prod"), on), kHeld, "0 6", std::string("[Activating  ZoneSet prod]") + kNoAdminMode},
+    const std::string wwnRead = "[memberType = 2][ConnectivityMemberID=2100026E1A40B7C1][s=21 "
+                                "NodePortName[0] = 33][s=00 NodePortName[1] = 0]"
+                                "[s=02 NodePortName[2] = 2][s=6E NodePortName[3] = 110][s=1A NodePortName[4] "
+                                "= 26][s=40 NodePortName[5] = 64]"
+                                "[s=B7 NodePortName[6] = 183][s=C1 NodePortName[7] = 193]";
+    const std::vector<Row> rows = {
+        {activate(inactive("prod"), on),
+         kReady,
+         "0 0",
+         "[Activating  ZoneSet prod][Activating  ZoneSet Succeeded]"},
+        {activate(active + "prod", on),
+         kReady,
+         "0 0",
+         "[Activating  ZoneSet prod][Activating  ZoneSet Succeeded]"},
+        {activate(inactive("prod"), on),
+         kHeld,
+         "0 6",
+         std::string("[Activating  ZoneSet prod]") + kNoAdminMode},
         {activate(inactive("none"), on),
          kReady,
          "0 4",
@@ -300,8 +384,8 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
         {zoneSet("new"),
          kReady,
          "0 0",
-         "[ZoneSetName=new][Successfully created and added ZoneSet to db][\n Zone Set Name : " + inactive("new") +
-             "]"},
+         "[ZoneSetName=new][Successfully created and added ZoneSet to db][\n Zone Set Name : " +
+             inactive("new") + "]"},
         {zoneSet("new"), kHeld, "0 6", std::string("[ZoneSetName=new]") + kNoAdminMode},
         {zoneSet(""), kReady, "0 5", "[ZoneSetName=][Invalid Parameter]"},
         {zoneSet("n e w"), kReady, "0 4", "[ZoneSetName=n e w][Failed to Create ZoneSet]"},
@@ -322,7 +406,8 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
         {zone("new", type(2)),
          kReady,
          "0 0",
-         "[ZoneName=new][ZoneType=2][Created Zone successfully][\nZone InstanceID= : " + inactive("new") + "]"},
+         "[ZoneName=new][ZoneType=2][Created Zone successfully][\nZone InstanceID= : " + inactive("new") +
+             "]"},
         {zone("new", type(2)), kHeld, "0 6", std::string("[ZoneName=new][ZoneType=2]") + kNoAdminMode},
         {zone("new", type(0)), kReady, "0 5", "[ZoneName=new][ZoneType=0][Invalid ZoneType]"},
         {zone("new", type(3)), kReady, "0 5", "[ZoneName=new][ZoneType=3][Invalid ZoneType]"},
@@ -345,15 +430,24 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
          "0 4",
          std::string("[ZoneName=new][ZoneType=0]") + kServiceFailed + "[VRAX_ZoningService load failed]"},
 
-        {alias("new"), kReady, "0 0", "[CreateZoneAlias:ZoneAlias =new][Successfully Created ZoneAlias - new]"},
+        {alias("new"),
+         kReady,
+         "0 0",
+         "[CreateZoneAlias:ZoneAlias =new][Successfully Created ZoneAlias - new]"},
         {alias("new"), kHeld, "0 6", std::string("[CreateZoneAlias:ZoneAlias =new]") + kNoAdminMode},
         {alias(""), kReady, "0 5", "[CreateZoneAlias:ZoneAlias =][Invalid Parameter]"},
         {alias("host"),
          kReady,
          "0 4",
          "[CreateZoneAlias:ZoneAlias =host][Failed to Create ZoneAlias with error 161]"},
-        {run([&] { return other.createAlias("new"); }), kReady, "0 7", "[Error looking up Zoning Service Ref]"},
-        {alias("new"), kServiceStale, "0 4", std::string(kServiceFailed) + "[VRAX_ZoningService load failed]"},
+        {run([&] { return other.createAlias("new"); }),
+         kReady,
+         "0 7",
+         "[Error looking up Zoning Service Ref]"},
+        {alias("new"),
+         kServiceStale,
+         "0 4",
+         std::string(kServiceFailed) + "[VRAX_ZoningService load failed]"},
 
         {addZone(inactive("empty"), inactive("z2")),
          kReady,
@@ -428,7 +522,8 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
         {newMember(2, kHost, inactive("z3")),
          kZonesStale,
          "0 4",
-         "[CRIT:fabricProviders/VRAX_Zone_Provider:load[] xpl_fzsGetZoneList Failed][VRAX_Zone_Provider load failed]"},
+         "[CRIT:fabricProviders/VRAX_Zone_Provider:load[] xpl_fzsGetZoneList Failed][VRAX_Zone_Provider load "
+         "failed]"},
         {newMember(2, kHost, inactive("z3")),
          kAliasesStale,
          "0 4",
@@ -468,50 +563,187 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
          "0 4",
          std::string(kServiceFailed) + "[VRAX_ZoningService_Provider load failed]"},
     };
-    for (const Row& row : rows)
+    expectRows(rows, "0 0");
+}
+
+template <class CLASS>
+std::string remove(const std::string& id)
+{
+    const Owned<CLASS> keys = keysOf<CLASS>(id);
+    return std::to_string(typename Registered<CLASS>::Provider().delete_instance(keys.get()));
+}
+
+TEST_F(Zoning, DeletionsSayWhatBecameOfThem)
+{
+    const auto zoneSet = [](const std::string& id) { return [id] { return remove<VRAX_ZoneSet>(id); }; };
+    const auto zone = [](const std::string& id) { return [id] { return remove<VRAX_Zone>(id); }; };
+    const auto alias = [](const std::string& name)
+    { return [name] { return remove<VRAX_ZoneAlias>(kWwn + ":" + name); }; };
+    const auto member = [](const std::string& id)
+    { return [id] { return remove<VRAX_ZoneMembership>(id); }; };
+    const auto crit = [](const char* provider, const char* text) {
+        return std::string("[CRIT:fabricProviders/") + provider + "_Provider:delete_instance[] " + text + "]";
+    };
+    const std::string setRefused = crit("VRAX_ZoneSet", "xpl_fzsRemoveZoneset fialed");
+    const std::string zoneRefused = crit("VRAX_Zone", "xpl_fzsDeleteZone fialed");
+    const std::string ofLone = "[ElementName: lone][found the instance][NodeName: 020304]";
+    const std::string ofZ2 = "[ElementName: z2][found the instance][NodeName: 010203]";
+    expectRows(
+        {
+            {zoneSet(inactive("prod")), kReady, "0", "[Deleting Requested instance]"},
+            {zoneSet("INACTIVE:" + kWwn + ":prod"), kReady, "0", "[Deleting Requested instance]"},
+            {zoneSet(inactive("prod")), kHeld, "90", setRefused},
+            {zoneSet(inactive("none")), kReady, "90", setRefused},
+            {zoneSet("prod"), kReady, "90", setRefused},
+            {zone(inactive("z2")), kReady, "0", "[Deleting Requested instance]"},
+            {zone(inactive("z2")), kHeld, "90", zoneRefused},
+            {zone(inactive("none")), kReady, "90", zoneRefused},
+            {alias("spare"), kReady, "0", ""},
+            {alias("spare"), kHeld, "93", ""},
+            {alias("none"), kReady, "93", ""},
+            {alias("spare"), kSaveFails, "93", ""},
+            {member(inactive("010203")), kReady, "0", ofZ2},
+            // Zones are lenient: what the switch refuses for another reason is saved.
+            {member(inactive("010203")), kCommandFails, "0", ofZ2},
+            {member(inactive("1:A")),
+             kReady,
+             "93",
+             "[ElementName: z1][found the instance][found the instance][NodeName: 1:A][Cannot delete an "
+             "active "
+             "member]"},
+            {member(inactive("020304")), kReady, "0", ofLone},
+            {member(inactive("020304")),
+             kCommandFails,
+             "93",
+             ofLone + crit("VRAX_ZoneMembership", "Failed to remove the ZoneMember error : 5")},
+            {member(inactive("2100026E1A40B7D9")),
+             kReady,
+             "93",
+             "[ElementName: enforced][found the instance][NodeName: 2100026E1A40B7D9][Cannot delete an "
+             "active "
+             "member]"},
+            {member(inactive("020304")), kAliasGone, "0", "[ElementName: lone][NodeName: 020304]"},
+            {member(inactive("020304")),
+             kHeld,
+             "93",
+             ofLone + crit("VRAX_ZoneMembership", "Failed to get in Zoning editMode")},
+            {member(inactive("020304")),
+             kSaveFails,
+             "93",
+             ofLone + crit("VRAX_ZoneMembership", "Failed to save in Zoning editMode")},
+            {member(inactive("0A0A0A")), kReady, "93", "[Instance Not found ]"},
+            {member(inactive("020304")),
+             kZonesStale,
+             "93",
+             "[CRIT:fabricProviders/VRAX_Zone_Provider:load[] xpl_fzsGetZoneList Failed][VRAX_Zone_Provider "
+             "load "
+             "failed]"},
+            {member(inactive("020304")),
+             kAliasesStale,
+             "93",
+             "[Exception[CRIT]:fabricProviders/VRAX_ZoneAlias_Provider:load[] xpl_fzsGetZoneAliasList "
+             "Failed][VRAX_ZoneAlias_Provider load failed]"},
+        },
+        "0");
+
+    // The library goes by the name, the map by the whole key.
+    SetUp();
+    EXPECT_EQ(logged([] { EXPECT_EQ(remove<VRAX_Zone>("x:y:z3"), "90"); }),
+              crit("VRAX_Zone", "Requested Instance not found, delete instance Failed"));
+    EXPECT_EQ(sim.zoning().zones.size(), 2U);
+}
+
+// What the switch has, and what of it shows at once and after the next load.
+TEST_F(Zoning, ChangesArriveInTheSwitchAndShow)
+{
+    const auto shown = [this](auto provider, const std::string& key)
     {
-        SCOPED_TRACE("row " + std::to_string(&row - rows));
-        SetUp();
-        const auto fails = [&](providerEnum_t map, const char* call)
-        {
-            VRAX_Maps::getInstance()->InstMapForceUnload(map);
-            sim.failNext(call);
-        };
-        switch (row.state)
-        {
-        case kReady:
-            break;
-        case kHeld:
-            sim.holdAdminMode("console");
-            break;
-        case kServiceStale:
-            fails(Map_Index<VRAX_ZoningService>::value, "get_Local_Switch_World_Wide_Name");
-            break;
-        case kZonesStale:
-            fails(Map_Index<VRAX_Zone>::value, "xpl_fzsGetZoneList");
-            break;
-        case kAliasesStale:
-            fails(Map_Index<VRAX_ZoneAlias>::value, "xpl_fzsGetZoneAliasList");
-            break;
-        case kNoneActive:
-            xpl_fzsDeactivateZoneset(hSwitch);
-            break;
-        case kSaveFails:
-            sim.failNext("saveZoningEdit");
-            break;
-        }
-        const std::string before = formatScenario(sim.scenario());
-        std::string value;
-        std::string lines = logged([&] { value = row.run(); });
-        EXPECT_EQ(value, row.value);
-        // AddZone begins with where its arguments are in memory.
-        if (const std::size_t at = lines.find("[\nZoningService ="); at == 0)
-            lines.erase(0, lines.find("]", lines.find("[\nZone =")) + 1);
-        EXPECT_EQ(lines, row.logged);
-        EXPECT_EQ(formatScenario(sim.scenario()) == before, row.value != "0 0") << "what fails changes nothing";
-        EXPECT_EQ(sim.adminModeHolder(), row.state == kHeld ? "console" : "");
-        EXPECT_EQ(sim.outstandingBlocks(), 0U);
+        for (const Description& one : instances<decltype(provider)>())
+            if (one.count("InstanceID") != 0 && one.at("InstanceID") == key)
+                return one;
+        return Description();
+    };
+    typedef std::vector<std::pair<std::string, Texts>> Lists;
+    const auto named = [](const Lists& lists, const std::string& name)
+    {
+        for (const auto& one : lists)
+            if (one.first == name)
+                return one.second;
+        return Texts{"none"};
+    };
+
+    EXPECT_EQ(service.createZoneSet("new"), "0 0");
+    EXPECT_EQ(service.out, (Description{{"InstanceID", inactive("new")}}));
+    EXPECT_EQ(shown(VRAX_ZoneSet_Provider(), inactive("new")), service.out);
+    EXPECT_EQ(service.createZone("za", property<uint16>(uint16{1})), "0 0");
+    EXPECT_EQ(service.out,
+              (Description{{"InstanceID", inactive("za")}, {"ElementName", "za"}, {"ZoneType", "1"}}));
+    EXPECT_EQ(shown(VRAX_Zone_Provider(), inactive("za")), service.out);
+    EXPECT_EQ(service.createZone("zb", property<uint16>(uint16{2})), "0 0");
+    EXPECT_EQ(service.createAlias("al"), "0 0");
+    EXPECT_EQ(service.out, (Description{{"InstanceID", kWwn + ":al"}, {"CollectionAlias", "al"}}));
+    EXPECT_EQ(shown(VRAX_ZoneAlias_Provider(), kWwn + ":al"), service.out);
+
+    EXPECT_EQ(service.createMember<VRAX_Zone>(property<uint16>(uint16{4}), "1:16", inactive("za")), "0 0");
+    EXPECT_EQ(service.out,
+              (Description{{"InstanceID", inactive("1:16")},
+                           {"ConnectivityMemberType", "4"},
+                           {"ConnectivityMemberID", "1:16"}}));
+    // As the switch writes it: in hexadecimal.
+    EXPECT_EQ(shown(VRAX_ZoneMembership_Provider(), inactive("1:16")), Description());
+    EXPECT_EQ(shown(VRAX_ZoneMembership_Provider(), inactive("1:10")).at("ElementName"), "za");
+    EXPECT_EQ(
+        service.createMember<VRAX_ZoneAlias>(property<uint16>(uint16{2}), "2100026e1a40b7da", kWwn + ":al"),
+        "0 0");
+    EXPECT_EQ(service.createMember<VRAX_Zone>(property<uint16>(uint16{3}), "01ab03", inactive("zb")), "0 0");
+    EXPECT_EQ(service.addMember<VRAX_Zone>(inactive("zb"), inactive("1:10")), "0 0");
+    EXPECT_EQ(service.addAlias(inactive("zb"), kWwn + ":al"), "0 0");
+    instances<VRAX_MemberOfZoneSet_Provider>();
+    EXPECT_EQ(service.addZone(inactive("new"), inactive("za")), "0 0");
+    {
+        const Read_Guard<VRAX_MemberOfZoneSet> guard;
+        bool joined = false;
+        for (const VRAX_MemberOfZoneSet* pair : guard.view())
+            joined = joined || (pair->Collection->InstanceID.value == inactive("new").c_str() &&
+                                pair->Member->InstanceID.value == inactive("za").c_str());
+        EXPECT_TRUE(joined) << "at once";
     }
+    EXPECT_EQ(service.addZone(inactive("new"), inactive("zb")), "0 0");
+
+    const auto now = sim.zoning();
+    EXPECT_EQ(named(now.zoneSets, "new"), (Texts{"za", "zb"}));
+    EXPECT_EQ(named(now.zones, "za"), (Texts{"1:10"}));
+    EXPECT_EQ(named(now.zones, "zb"), (Texts{"01AB03", "1:10", "al"}));
+    EXPECT_EQ(named(now.aliases, "al"), (Texts{"2100026E1A40B7DA"}));
+    clock.outlive();
+    EXPECT_EQ(shown(VRAX_ZoneSet_Provider(), inactive("new")),
+              (Description{{"InstanceID", inactive("new")}, {"ElementName", "new"}, {"Active", "false"}}));
+    EXPECT_EQ(shown(VRAX_Zone_Provider(), inactive("za")).at("ZoneType"), "1");
+    EXPECT_EQ(shown(VRAX_Zone_Provider(), inactive("zb")).at("ZoneType"), "2");
+
+    EXPECT_EQ(service.activate(inactive("new"), property<boolean>(true)), "0 0");
+    EXPECT_EQ(shown(VRAX_ZoneSet_Provider(), "Active:" + kWwn + ":new"), Description())
+        << "after the next load";
+    clock.outlive();
+    EXPECT_EQ(shown(VRAX_ZoneSet_Provider(), "Active:" + kWwn + ":new").at("Active"), "true");
+    EXPECT_EQ(sim.zoning().active.name, "new");
+    // The enforced copy has what the alias stands for, and does not follow the configured zone.
+    const Lists enforced = {{"za", {"1:10"}}, {"zb", {"01AB03", "1:10", "2100026E1A40B7DA"}}};
+    EXPECT_EQ(sim.zoning().active.zones, enforced);
+    EXPECT_EQ(service.createMember<VRAX_Zone>(property<uint16>(uint16{2}), kHost, inactive("za")), "0 0");
+    EXPECT_EQ(sim.zoning().active.zones, enforced);
+    EXPECT_EQ(service.activate(inactive("new"), property<boolean>(true)), "0 0");
+    EXPECT_EQ(named(sim.zoning().active.zones, "za"), (Texts{"1:10", kHost}));
+
+    EXPECT_EQ(service.activate(inactive("new"), property<boolean>(false)), "0 0");
+    EXPECT_EQ(sim.zoning().active.name, "");
+    EXPECT_EQ(remove<VRAX_ZoneSet>(inactive("new")), "0");
+    EXPECT_EQ(shown(VRAX_ZoneSet_Provider(), inactive("new")), Description()) << "at once";
+    EXPECT_EQ(remove<VRAX_Zone>(inactive("za")), "0");
+    EXPECT_EQ(remove<VRAX_ZoneAlias>(kWwn + ":al"), "0");
+    EXPECT_EQ(named(sim.zoning().zoneSets, "new"), Texts{"none"});
+    EXPECT_EQ(named(sim.zoning().zones, "za"), Texts{"none"});
+    EXPECT_EQ(named(sim.zoning().aliases, "al"), Texts{"none"});
 }
 
 } // namespace
