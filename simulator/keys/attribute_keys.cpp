@@ -24,6 +24,7 @@ struct AllKeys
         addTopologyKeys(reads);
         addNameServerKeys(reads);
         addZoningKeys(reads, writes);
+        addZoningCommands(writes);
     }
 
     ReadKeys reads;

@@ -78,8 +78,7 @@ void freeBlock(void* block)
 {
     if (!blocks().remove(block))
     {
-        std::fprintf(stderr,
-                     "simulated switch: xpl_libFreeMemory of a block that the library did not hand out\n");
+        std::fprintf(stderr, "simulated switch: given back a block that the library did not hand out\n");
         std::abort();
     }
     std::free(block);

@@ -4,6 +4,7 @@
 
 #include "platform/xpl_lib.h"
 #include "platform/zoning_server.h"
+#include "simulator/model/ZoneMember.h"
 #include "tests/simulator/sml.h"
 
 #include <functional>
@@ -75,6 +76,45 @@ inline Texts activeMembers(const std::string& zone)
 {
     const std::string key = "Oper.Zoning.ActiveZone." + zone;
     return keyWalk(key + ".FirstZoneMember", key + ".NextZoneMember.");
+}
+
+inline int addZoneSet(const char* name)
+{
+    xpl_Zoneset* zoneset = xpl_ZonesetCreate(name);
+    const int status = xpl_fzsAddZoneset(hSwitch, zoneset);
+    xpl_ZonesetDestroy(zoneset);
+    return status;
+}
+
+inline int createZone(const char* name, std::int32_t type = XPL_ZT_SOFT)
+{
+    xpl_Zone* zone = xpl_ZoneCreate(name);
+    const int set = xpl_ZoneSetType(zone, type);
+    const int status = set == 0 || zone == nullptr ? xpl_fzsCreateZone(hSwitch, zone) : set;
+    xpl_ZoneDestroy(zone);
+    return status;
+}
+
+// Adds members by the library, each as text: of an alias's name, or of a form that every database knows.
+using AddMembers = int (*)(xpl_Handle,
+                           const char*,
+                           std::uint32_t,
+                           const xpl_fzs_zonemember_type_e*,
+                           const xpl_fzs_zonemember_identifier_u*);
+
+inline int addMembers(AddMembers call, const char* holder, const Texts& members)
+{
+    std::vector<xpl_fzs_zonemember_type_e> types;
+    std::vector<xpl_fzs_zonemember_identifier_u> identifiers;
+    for (const std::string& text : members)
+    {
+        const simulator::ZoneMember member =
+            simulator::memberOfText(text).value_or(simulator::aliasMember(text));
+        types.push_back(member.type);
+        identifiers.push_back(identifierOf(member));
+    }
+    return call(
+        hSwitch, holder, static_cast<std::uint32_t>(members.size()), types.data(), identifiers.data());
 }
 
 #endif
