@@ -123,7 +123,8 @@ extern "C"
     int xpl_fzsAddZoneAlias(xpl_Handle handle, const char* alias);
     // A zone that is in the set already stays there once: XPL_FZS_NAME_TAKEN.
     int xpl_fzsAddZone(xpl_Handle handle, const char* zone, const char* zoneset);
-    // All or none. XPL_FZS_MEMBER_EXISTS, or XPL_FZS_ALIAS_MEMBER_EXISTS for an alias.
+    // All or none. XPL_FZS_MEMBER_EXISTS, or XPL_FZS_ALIAS_MEMBER_EXISTS for an alias; XPL_INVALID_PARAMETER
+    // for an unknown type, a domain or address that no fabric has, and an alias in an alias.
     int xpl_fzsAddZoneMembers(xpl_Handle handle,
                               const char* zone,
                               std::uint32_t count,
@@ -141,6 +142,7 @@ extern "C"
     // --- What the fabric enforces ---
 
     // Copies a configured zone set to the active database of every switch of the fabric that is reached.
+    // XPL_INVALID_PARAMETER for a zone set without zones.
     int xpl_fzsActivateZoneset(xpl_Handle handle, const char* zoneset);
     // XPL_FZS_NO_ACTIVE_ZONESET when none is.
     int xpl_fzsDeactivateZoneset(xpl_Handle handle);

@@ -22,8 +22,14 @@ void formatMemberId(const xpl_fzs_zonemember_type_e* types,
 //   Cmd.Zoning.Zone.<zone>.RemZoneMember.<member>   Cmd.Zoning.Alias.<alias>.RemZoneMember.<member>
 //   Cmd.Zoning.Alias.<alias>.Delete
 // A member is a text of formatMemberId in either letter case, or domain and port as four hexadecimal digits.
-// Of an alias and an address of the same text the alias is meant. Each returns a negative number when it
-// fails.
+// Of an alias and an address of the same text the alias is meant, but aliases have no aliases. A deleted
+// alias goes from all zones. Commands are answered with XPL_INVALID_PARAMETER outside a session and for what
+// is no name or member, XPL_FZS_UNKNOWN_NAME for a zone, alias or member that is not there,
+// XPL_FZS_EXISTS_ALREADY for a member that is, and XPL_FZS_ACTIVE_MEMBER for one to be removed by which the
+// active zone set is enforced: it has the zone with this member, or with one that the alias stands for.
+//
+// Each call returns a negative number when it fails: the second and third one when there is no session. A
+// session ends with them even when they fail for another reason; its changes are lost then.
 int getZoningEditMode(); // begins; fails while somebody has the administrative mode
 int saveZoningEdit(); // makes the copy the database and ends; a save that fails drops the copy and ends, too
 int cancelZoningEdit(); // drops the copy and ends

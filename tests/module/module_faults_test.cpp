@@ -103,7 +103,12 @@ simulator::SimSwitchSetup fabric()
         .remote(2, 2)
         .isl({1, 0, 2, 1, false})
         .node(1, 2, "2100026e1a40b7c1")
-        .node(2, 0, "2100026e1a40b7c2");
+        .node(2, 0, "2100026e1a40b7c2")
+        .zoning(simulator::ZoningSetup()
+                    .alias("host", {"2100026E1A40B7C1"})
+                    .zone("zone", {"host", "2100026E1A40B7C2"})
+                    .zoneSet("set", {"zone"})
+                    .active("set"));
 }
 
 constexpr char kFailingModule[] = "vraxproviders_failing";
@@ -301,7 +306,17 @@ TEST_P(ModuleFaults, OfTheSwitch)
                                        "xpl_smlGetV",
                                        "xpl_fcsGetSwitchList",
                                        "xpl_fcsGetPortList",
-                                       "xpl_fcsGetPortTopology"})
+                                       "xpl_fcsGetPortTopology",
+                                       "xpl_smlGet",
+                                       "xpl_fzsGetZonesetList",
+                                       "xpl_fzsGetZoneList",
+                                       "xpl_fzsGetZoneAliasList",
+                                       "xpl_fzsGetZonesetZoneList",
+                                       "xpl_fzsGetZoneType",
+                                       "xpl_fzsGetZoneMemberList",
+                                       "xpl_fzsGetZoneAliasMemberList",
+                                       "xpl_fzsGetActiveZonesetName",
+                                       "xpl_fzsGetZoningLimitations"})
         {
             sim.mark();
             ask(request);

@@ -1,9 +1,8 @@
 // Tests of calls from many threads at once, for the thread sanitizer as much as for their results.
 #include "platform/data_cache.h"
 #include "platform/switch_server.h"
-#include "platform/xpl_lib.h"
 #include "simulator/testing/SimSwitch.h"
-#include "tests/simulator/sml.h"
+#include "tests/simulator/zoning.h"
 
 #include <gtest/gtest.h>
 
@@ -46,11 +45,26 @@ void readEverything()
     char** cell = get_Local_Switch_World_Wide_Name();
     std::free(*cell);
     xpl_libFreeMemory(cell);
+    EXPECT_NE(2u, membersFrom(xpl_fzsGetZoneMemberList, "z").size()) << "half of an edit session";
+    activeMembers("z");
+}
+
+// Gives the zone two more members and takes them away again, each in one session.
+void editZone(const char* command)
+{
+    EXPECT_EQ(0, getZoningEditMode());
+    for (const char* member : {"1:1", "1:2"})
+        EXPECT_EQ(0, setKey(std::string("Cmd.Zoning.Zone.z.") + command + "ZoneMember." + member));
+    EXPECT_EQ(0, saveZoningEdit());
 }
 
 TEST(Concurrency, ReadersSeeWholeStatesWhileEverythingChanges)
 {
-    SimSwitch sim = SimSwitch::make().blades(2, 3).supplies(1).temperature("Intake", 30);
+    SimSwitch sim = SimSwitch::make()
+                        .blades(2, 3)
+                        .supplies(1)
+                        .temperature("Intake", 30)
+                        .zoning(ZoningSetup().zone("z", {"010100"}).zoneSet("s", {"z"}));
     std::atomic<bool> stop{false};
     const auto readOn = [&stop]
     {
@@ -74,6 +88,10 @@ TEST(Concurrency, ReadersSeeWholeStatesWhileEverythingChanges)
         sim.portDown(i % 6);
         sim.addNode(node);
         setKey("Config.UserPort.0.0.LinkSpeed.2Gb/s");
+        editZone("Add");
+        EXPECT_EQ(0, xpl_fzsActivateZoneset(hSwitch, "s"));
+        EXPECT_EQ(0, xpl_fzsDeactivateZoneset(hSwitch));
+        editZone("Rem");
         sim.advance(std::chrono::milliseconds(300));
         sim.removeNode(node.portWwn);
         sim.portUp(i % 6);
