@@ -157,7 +157,7 @@ void FabricModel::linkChanged(Switch& owner, Port& port, std::uint64_t now)
         end.peerSends = sends(owner, port);
         end.peerJoins = joinsSwitches(port.facts.type);
         runMeter(other, end);
-        mergeZoning(owner, port);
+        mergeZoning(owner, port, now);
     }
 }
 

@@ -123,8 +123,9 @@ class FabricModel
     bool endZoningEdit(bool save, std::uint64_t now);
     // The session's copy of the configured database; null outside a session.
     ZoningDatabase* zoningEdit() { return _zoning.pending ? &*_zoning.pending : nullptr; }
-    // Whoever holds the administrative mode is gone; an edit session ends without saving.
+    // False while somebody holds the administrative mode.
     bool takeAdminMode(std::string_view holder) { return _adminMode.take(holder); }
+    // Whoever holds it is gone; an edit session ends without saving.
     void abandonAdminMode();
 
     // Must be called when facts of a port, or of its switch, have changed: its counters, and those of the
@@ -142,7 +143,7 @@ class FabricModel
 
     void bladeChanged(int number, std::uint64_t now); // its ports are up or down with it
     void warmthChanged(std::uint64_t now);            // what heats the local switch may be another
-    // Every change of zoning passes here once it has happened.
+    // Every change of the local switch's zoning passes here once it has happened.
     void zoningChanged(ZoningChange::Kind kind, std::string_view by, std::uint64_t now);
     // Makes the set (or none) the active one of a switch and of those that it is linked to, directly or over
     // others: of all, or only as far as they have none.
@@ -153,7 +154,7 @@ class FabricModel
     };
     void setActiveZoneSet(Switch& first, const std::shared_ptr<const ActiveZoneSet>& set, Reach reach);
     // Two switches are linked through the port: one without active zone set takes the other's.
-    void mergeZoning(Switch& owner, const Port& port);
+    void mergeZoning(Switch& owner, const Port& port, std::uint64_t now);
 
     std::uint64_t _seed;
     std::uint64_t _startTime;

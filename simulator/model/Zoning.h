@@ -12,9 +12,10 @@
 namespace simulator
 {
 
-// Who changes zoning and holds the administrative mode.
-constexpr std::string_view kCimAgent = "cim agent";
+// Who changes zoning; the first two hold the administrative mode for that.
+constexpr std::string_view kDirectCall = "cim agent";
 constexpr std::string_view kEditSession = "edit session";
+constexpr std::string_view kFabric = "fabric"; // a switch takes the active zone set of a neighbour
 
 struct ZoningChange
 {

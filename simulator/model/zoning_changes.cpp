@@ -106,15 +106,18 @@ void FabricModel::setActiveZoneSet(Switch& first,
     }
 }
 
-void FabricModel::mergeZoning(Switch& owner, const Port& port)
+void FabricModel::mergeZoning(Switch& owner, const Port& port, std::uint64_t now)
 {
     Switch& other = *switchOf(port.peer->domain);
     const bool differ = (owner.activeZoneSet == nullptr) != (other.activeZoneSet == nullptr);
     if (!differ || !isOnline(owner, port))
         return;
+    const bool localHad = local().activeZoneSet != nullptr;
     const bool ownerHas = owner.activeZoneSet != nullptr;
     setActiveZoneSet(
         ownerHas ? other : owner, (ownerHas ? owner : other).activeZoneSet, Reach::withoutActiveSet);
+    if (!localHad && local().activeZoneSet != nullptr)
+        zoningChanged(ZoningChange::Kind::activated, kFabric, now);
 }
 
 } // namespace simulator

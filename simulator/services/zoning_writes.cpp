@@ -44,7 +44,7 @@ int changeConfigured(Call call, xpl_Handle handle, const std::string& write, Cha
     if (begun != XPL_OK)
         return begun;
     return Engine::instance().write([&](FabricModel& model, std::uint64_t now)
-                                    { return model.changeZoning(kCimAgent, now, change); });
+                                    { return model.changeZoning(kDirectCall, now, change); });
 }
 
 // The members of two lists; nothing when there are no lists or one is none that the library knows.
@@ -253,7 +253,7 @@ extern "C" int xpl_fzsActivateZoneset(xpl_Handle handle, const char* zoneset)
     if (begun != XPL_OK)
         return begun;
     return Engine::instance().write([&name](FabricModel& model, std::uint64_t now)
-                                    { return model.activateZoneSet(name, kCimAgent, now); });
+                                    { return model.activateZoneSet(name, kDirectCall, now); });
 }
 
 extern "C" int xpl_fzsDeactivateZoneset(xpl_Handle handle)
@@ -262,7 +262,7 @@ extern "C" int xpl_fzsDeactivateZoneset(xpl_Handle handle)
     if (begun != XPL_OK)
         return begun;
     return Engine::instance().write([](FabricModel& model, std::uint64_t now)
-                                    { return model.deactivateZoneSet(kCimAgent, now); });
+                                    { return model.deactivateZoneSet(kDirectCall, now); });
 }
 
 int getZoningEditMode()

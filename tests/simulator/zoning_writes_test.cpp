@@ -342,7 +342,15 @@ TEST(ZoningActivation, ReachesTheSwitchesThatAreLinked)
     EXPECT_EQ(0, xpl_fzsDeactivateZoneset(hSwitch));
     EXPECT_EQ((Texts{"", "", "", "", ""}), activeNames(sim));
     EXPECT_EQ(XPL_FZS_NO_ACTIVE_ZONESET, xpl_fzsDeactivateZoneset(hSwitch));
+    EXPECT_EQ("deactivated by cim agent", sim.zoning().lastChange);
     EXPECT_THROW(sim.activeZoneSetOf(6), std::invalid_argument);
+    EXPECT_EQ(0, xpl_fzsActivateZoneset(hSwitch, "prod"));
+    sim.portDown(0);
+    EXPECT_EQ(0, xpl_fzsDeactivateZoneset(hSwitch));
+    sim.portUp(0);
+    EXPECT_EQ((Texts{"prod", "prod", "prod", "", "prod"}), activeNames(sim))
+        << "what was cut off brings it back";
+    EXPECT_EQ("activated by fabric", sim.zoning().lastChange);
 }
 
 TEST(ZoningActivation, AJoiningSwitchTakesTheNearestSetAndOverwritesNone)
