@@ -80,6 +80,9 @@ FabricModel::FabricModel(const Scenario& scenario)
             if ((node.address != 0) == given)
                 addNode(node, 0);
     }
+    // Who holds the mode is no property of the switch: it is not saved.
+    if (const std::string holder = std::exchange(_local->facts.adminModeHolder, {}); !holder.empty())
+        _adminMode.take(holder);
     if (!scenario.noPrincipal)
         _principal = scenario.principal != 0 ? scenario.principal : _switches.begin()->first;
     if (auto active = activeSetOf(scenario.zoning, _zoning.configured))

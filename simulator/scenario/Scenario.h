@@ -89,6 +89,7 @@ struct SwitchScenario
     std::vector<TemperatureSensorScenario> temperatureSensors;
     std::vector<VoltageSensorScenario> voltageSensors;
     std::vector<PowerSupplyScenario> powerSupplies;
+    std::string adminModeHolder; // who has the administrative mode at the start; empty: nobody
     std::vector<BladeScenario> blades;
 };
 

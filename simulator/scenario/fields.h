@@ -156,6 +156,7 @@ void visitSwitch(Visitor& visit, Switch& one)
     visit.choice("adminState", one.adminState);
     visit.choice("configuredAdminState", one.configuredAdminState);
     visit.flag("transparent", one.transparent);
+    visit.text("adminModeHolder", one.adminModeHolder, 64);
     visit.codes("faults", one.faults);
     visit.number("preferredDomain", one.preferredDomain, 0, kMaxDomainId);
     visit.flag("domainLocked", one.domainLocked);
