@@ -9,6 +9,8 @@ namespace simulator
 namespace
 {
 
+static_assert(kMaxZoneNameSize + 1 == kZoneNameSize, "a name and its terminator");
+
 bool isLetter(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
