@@ -2,7 +2,7 @@
 #include "fabricProviders/VRAX_MemberOfZoneSet_Provider.h"
 
 #include "common/zoning_pairs.h"
-#include "switchaccess/Zoning_List.h"
+#include "switchaccess/zoning_list.h"
 
 namespace cimple
 {

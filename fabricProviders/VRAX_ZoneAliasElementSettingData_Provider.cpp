@@ -3,7 +3,7 @@
 
 #include "common/Containing_Search.h"
 #include "common/zoning_ids.h"
-#include "switchaccess/Zoning_List.h"
+#include "switchaccess/zoning_list.h"
 
 #include <vector>
 

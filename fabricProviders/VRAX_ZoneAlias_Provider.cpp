@@ -3,7 +3,7 @@
 
 #include "common/zoning_ids.h"
 #include "switchaccess/Zoning_Edit.h"
-#include "switchaccess/Zoning_List.h"
+#include "switchaccess/zoning_list.h"
 
 namespace cimple
 {

@@ -2,7 +2,7 @@
 #include "fabricProviders/VRAX_ZoneElementSettingData_Provider.h"
 
 #include "common/zoning_ids.h"
-#include "switchaccess/Zoning_List.h"
+#include "switchaccess/zoning_list.h"
 
 #include <string>
 #include <unordered_map>

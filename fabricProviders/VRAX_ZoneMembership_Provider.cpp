@@ -4,8 +4,8 @@
 #include "common/zoning_ids.h"
 #include "switchaccess/Sml_Walk.h"
 #include "switchaccess/Zoning_Edit.h"
-#include "switchaccess/Zoning_List.h"
 #include "switchaccess/string_helpers.h"
+#include "switchaccess/zoning_list.h"
 
 #include <strings.h>
 

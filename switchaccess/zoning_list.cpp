@@ -1,5 +1,5 @@
 // Scoped owners of what the zoning library hands out.
-#include "switchaccess/Zoning_List.h"
+#include "switchaccess/zoning_list.h"
 
 #include "platform/zoning_server.h"
 
