@@ -14,6 +14,7 @@ constexpr std::size_t kPortCounts[] = {15, 384, 1536};
 void benchMaps();
 void benchLoads();
 void benchTopology();
+void benchZoning();
 void benchWaiting();
 void benchDispatch();
 void benchToolkit();

@@ -23,6 +23,7 @@ int main(int argc, char** argv)
         bench::benchMaps();
         bench::benchLoads();
         bench::benchTopology();
+        bench::benchZoning();
         bench::benchWaiting();
         bench::benchDispatch();
         bench::benchCmpi(argv[1]);
