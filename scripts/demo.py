@@ -109,6 +109,59 @@ def walk_fabric(connection):
                 print(f"  |  |     `- {describe_far_end(connection, far)}")
 
 
+def known_nodes(connection):
+    """WWN of a port or node, or Fibre Channel address of a port -> the name of the node behind it."""
+    names = {}
+    for node in connection.EnumerateInstances("VRAX_FCNode"):
+        names[node["InstanceID"].upper()] = names[node["Name"].upper()] = node["ElementName"] or "(no name)"
+    for port in connection.EnumerateInstances("VRAX_FCPort"):
+        if port["SystemCreationClassName"] == "VRAX_Fabric":
+            names[port["NetworkAddresses"][0]] = names.get(port["DeviceID"].upper(), "(no name)")
+    return names
+
+
+def meaning_of(member, names):
+    """What a zone member stands for at present."""
+    identifier = member["ConnectivityMemberID"].upper()
+    if member["ConnectivityMemberType"] != 4:
+        return names.get(identifier, "nobody at present")
+    domain, port = (int(part, 16) for part in identifier.split(":"))
+    behind = {name for address, name in names.items() if len(address) == 6 and address.startswith(f"{domain:02X}{port:02X}")}
+    return f"domain {domain}, port {port}: {', '.join(sorted(behind)) or 'nobody at present'}"
+
+
+def show_members(connection, indent, holder, association, names, left_out=()):
+    """The memberships of a zone or alias; returns their identifiers."""
+    shown = []
+    for member in connection.Associators(holder.path, AssocClass=association):
+        identifier = member["ConnectivityMemberID"]
+        shown.append(identifier)
+        if identifier in left_out:
+            continue
+        print(f"{indent}- {identifier:<18} {meaning_of(member, names)}")
+    return shown
+
+
+def walk_zoning(connection):
+    heading("Zoning")
+    names = known_nodes(connection)
+    fabric = one(connection, "VRAX_Fabric")
+    in_force = [zone_set["ElementName"] for zone_set in connection.Associators(fabric.path, AssocClass="VRAX_FabricZoneSet")]
+    switch = connection.Associators(one(connection, "VRAX_ZoningService").path, AssocClass="VRAX_FCSwitchZoningService")[0]
+    for zone_set in connection.Associators(switch.path, AssocClass="VRAX_FCSwitchZoneSet"):
+        if zone_set["Active"]:
+            continue
+        enforced = ", in force" if zone_set["ElementName"] in in_force else ""
+        print(f"  zone set {zone_set['ElementName']}{enforced}")
+        for zone in connection.Associators(zone_set.path, AssocClass="VRAX_MemberOfZoneSet"):
+            print(f"  +- zone {zone['ElementName']}")
+            of_aliases = []
+            for alias in connection.Associators(zone.path, AssocClass="VRAX_MemberOfZone"):
+                print(f"  |  +- alias {alias['CollectionAlias']}")
+                of_aliases += show_members(connection, "  |  |  ", alias, "VRAX_ZoneAliasElementSettingData", names)
+            show_members(connection, "  |  ", zone, "VRAX_ZoneElementSettingData", names, of_aliases)
+
+
 def walk_statistics(connection):
     heading("Port statistics")
     collection = one(connection, "VRAX_StatisticsCollection")
@@ -195,6 +248,7 @@ def main():
         manager = walk_server(connection)
         walk_associations(connection, manager)
         walk_fabric(connection)
+        walk_zoning(connection)
         walk_statistics(connection)
         walk_hardware(connection)
     with AgentProcess(sys.argv[1], CHASSIS_SCENARIO) as agent:
