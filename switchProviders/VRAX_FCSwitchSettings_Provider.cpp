@@ -58,7 +58,7 @@ void VRAX_FCSwitchSettings_Provider::fill(VRAX_FCSwitchSettings& settings, const
     if (priority == nullptr)
         fail("Invalid value for PrincipalPriority");
     settings.PrincipalPriority.set(priority->value);
-    print(&settings, true);
+    print(&settings, true); // its key, on the diagnostic output
 }
 
 Modify_Instance_Status VRAX_FCSwitchSettings_Provider::modify_instance(const VRAX_FCSwitchSettings* model,
