@@ -228,6 +228,16 @@ TEST_F(Settings, OfAPortAreWrittenInOrderAndReadBack)
     }
 }
 
+TEST_F(Settings, OfAPortAreWrittenWhateverItsNumber)
+{
+    sim.open(simulator::SimSwitch::make().ports(300).scenario());
+    makeMapsStale();
+    EXPECT_EQ(modify<Port_Settings>("VRAX:FCPortSettings:" + kWwn + ":212b02a5c0de0001",
+                                    [](Port_Settings& one) { one.RequestedType.set(5); })
+                  .text,
+              "0 | | | Config.UserPort.0.299.Type.F");
+}
+
 TEST_F(Settings, OfTheSwitchAreWrittenInOneRecord)
 {
     const std::string id = "VRAX:FCSwitchSettings:" + kWwn;
