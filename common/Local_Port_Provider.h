@@ -22,18 +22,16 @@ struct Loaded_Port
 // The key of a local port's instance is an InstanceID: a prefix, the switch's WWN, a colon and the port's
 // WWN. PROVIDER supplies
 //   static constexpr Attribute<CLASS> kAttributes[]: what the batch reads; the first conversion of a key
-//   stands
-//     for the port's index, the second for what keyArgument() gives;
-//   static constexpr Failure_Text kReadFailed: said, with the port's index, when a port's batch fails;
+//     stands for the port's index, the second for what keyArgument() gives;
 //   static constexpr const char* kIdPrefix, *kElementName;
 //   static void fill(CLASS& instance, const Attribute_Reader<CLASS>& attributes, const Datetime& loadTime):
-//   sets
-//     what the table does not say;
+//     sets what the table does not say;
 // and hides, where it differs,
 //   kUnnamed: what is said of a port without a WWN; without a text such a port ends the walk;
 //   kNamesFirst: true for a class whose instances are made after the port's WWN is known;
 //   static const char* keyArgument(const Loaded_Port& port).
-// The other texts of the load may name the port: their arguments are its index and the InstanceID.
+// The texts of the load may name the port: their arguments are its index and, once it is known, the
+// InstanceID.
 template <class PROVIDER, class CLASS>
 class Local_Port_Provider_Base : public Instance_Provider_Base<PROVIDER, CLASS>
 {

@@ -9,9 +9,8 @@ namespace cimple
 {
 
 // PROVIDER supplies
-//   static void fill(CLASS& instance, const char* localWwn): sets the keys and all other properties; a
-//   failure
-//     is thrown, see fail();
+//   static void fill(CLASS& instance, const char* localWwn): sets the keys and all other properties;
+//     a failure is thrown, see fail();
 // and hides, where it differs,
 //   kPublishesDefaults: true for a class that is published with the defaults of the schema;
 //   kCreatesFirst: true for a class whose instance is made before the switch is asked;

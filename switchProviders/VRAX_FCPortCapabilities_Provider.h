@@ -18,7 +18,6 @@ class VRAX_FCPortCapabilities_Provider
     static const Attribute<VRAX_FCPortCapabilities> kAttributes[1];
     static constexpr const char* kIdPrefix = "VRAX:FCPortCapabilities:";
     static constexpr const char* kElementName = "FC Port Capabilities";
-    static constexpr Failure_Text kReadFailed = "Unable to get VRAX_FCPortCapabilities attributes";
     static constexpr Failure_Text kUnnamed = "calcPortWwn failed";
 
     static const char* keyArgument(const Loaded_Port& port)

@@ -165,6 +165,10 @@ Modify_Instance_Status VRAX_FCPortSettings_Provider::modify_instance(const Is* m
         Write_Guard<Is> guard;
         if (load() != LOAD_OK)
             op.fail("Load failed for VRAX_FCPortSettings");
+        // A request without a value is no wish.
+        if (!model->DeviceScanEnable.null && instance->DeviceScanEnable.null)
+            op.failWith(MODIFY_INSTANCE_INVALID_PARAMETER,
+                        Failure_Text::unlogged("DeviceScanEnable is true or false"));
         if (guard.view().find(*instance) == nullptr)
             op.failWith(MODIFY_INSTANCE_NOT_FOUND, Failure_Text::unlogged(kTargetMissing));
         String switchWwn;

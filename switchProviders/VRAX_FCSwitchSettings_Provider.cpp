@@ -58,7 +58,7 @@ void VRAX_FCSwitchSettings_Provider::fill(VRAX_FCSwitchSettings& settings, const
     if (priority == nullptr)
         fail("Invalid value for PrincipalPriority");
     settings.PrincipalPriority.set(priority->value);
-    print(&settings, true);
+    print(&settings, true); // its key, on the diagnostic output
 }
 
 Modify_Instance_Status VRAX_FCSwitchSettings_Provider::modify_instance(const VRAX_FCSwitchSettings* model,
@@ -75,6 +75,10 @@ Modify_Instance_Status VRAX_FCSwitchSettings_Provider::modify_instance(const VRA
         if (record.read() != 0)
             op.fail("xpl_swSwitchGetConfig failed");
 
+        // A request without a value is no wish.
+        if (!model->DomainIDLocked.null && instance->DomainIDLocked.null)
+            op.failWith(MODIFY_INSTANCE_INVALID_PARAMETER,
+                        Failure_Text::unlogged("DomainIDLocked is true or false"));
         std::string changes;
         if (!model->PreferredDomainID.null)
             change(

@@ -3,8 +3,10 @@
 
 #include "switchaccess/string_helpers.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 namespace cimple
 {
@@ -26,7 +28,8 @@ uint16 decimal16(const char* text)
 
 uint32 decimal32(const char* text)
 {
-    return static_cast<uint32>(std::strtoul(text, nullptr, 10));
+    constexpr std::uint64_t kLargest = std::numeric_limits<uint32>::max();
+    return static_cast<uint32>(std::min(decimal(text), kLargest));
 }
 
 bool isTrue(const char* text)

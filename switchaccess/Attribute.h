@@ -58,8 +58,8 @@ void putUnlessEmpty(decltype(ownerOf(PROPERTY))& instance, const char* text)
 std::uint64_t hexadecimal(const char* text);
 std::uint64_t decimal(const char* text);
 uint16 decimal16(const char* text);
-uint32 decimal32(const char* text);
-bool isTrue(const char* text); // exactly "True"
+uint32 decimal32(const char* text); // the largest for one that is larger
+bool isTrue(const char* text);      // exactly "True"
 String inUpperCase(const char* text);
 Array_String asOnlyElement(const char* text);
 

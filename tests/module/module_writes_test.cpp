@@ -38,16 +38,16 @@ class ModuleWrites : public testing::Test
     }
     ~ModuleWrites() override { makeMapsStale(); }
 
-    // The only instance whose key ends so.
-    cimd::ObjectPath pathOf(const char* className, const std::string& keyEnd)
+    // The first instance with this text in its path.
+    cimd::ObjectPath pathOf(const char* className, const std::string& text)
     {
         for (const cimd::Instance& instance : agent.instances(className))
         {
-            const std::string id = instance.path().text();
-            if (id.find(keyEnd) != id.npos)
+            const std::string path = instance.path().text();
+            if (path.find(text) != path.npos)
                 return instance.path();
         }
-        ADD_FAILURE() << "no " << className << " " << keyEnd;
+        ADD_FAILURE() << "no " << className << " " << text;
         return {};
     }
 
@@ -58,9 +58,12 @@ class ModuleWrites : public testing::Test
         Values values;
         for (const auto& one : of)
         {
-            const std::size_t at = answer.find("NAME=\"" + one.first + "\"");
-            const std::size_t begin = answer.find("<VALUE>", at) + 7;
-            values[one.first] = answer.substr(begin, answer.find("</VALUE>", begin) - begin);
+            const std::size_t at = answer.find("<PROPERTY NAME=\"" + one.first + "\"");
+            const std::string property = answer.substr(at, answer.find("<PROPERTY", at + 1) - at);
+            const std::size_t begin = property.find("<VALUE>");
+            values[one.first] = begin == property.npos
+                                    ? "null"
+                                    : property.substr(begin + 7, property.find("</VALUE>") - begin - 7);
         }
         return values;
     }

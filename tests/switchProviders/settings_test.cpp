@@ -17,6 +17,45 @@ typedef VRAX_FCSwitchSettings Switch_Settings;
 const std::string kWwn = "100002a5c0de0001";
 const std::string kPort2 = "VRAX:FCPortSettings:" + kWwn + ":200202a5c0de0001";
 
+// What a client that asks for one thing may hand in besides; it is not to count.
+void fillUp(Port_Settings& one)
+{
+    one.RequestedSpeed.set(1062500000);
+    one.AutoSenseSpeed.set(true);
+    one.RequestedType.set(6);
+    one.RequestedIOStreamGuardState.set(1);
+    one.RequestedPerformanceTuningMode.set(3);
+    one.DeviceScanEnable.set(false);
+}
+void fillUp(Switch_Settings& one)
+{
+    one.PreferredDomainID.set(100);
+    one.DomainIDLocked.set(true);
+    one.PrincipalPriority.set(3);
+}
+
+// Leaves what a model says: which properties are carried, without their values.
+template <class TYPE>
+void blank(Property<TYPE>& property)
+{
+    property.value = TYPE();
+}
+void blank(Port_Settings& one)
+{
+    blank(one.RequestedSpeed);
+    blank(one.AutoSenseSpeed);
+    blank(one.RequestedType);
+    blank(one.RequestedIOStreamGuardState);
+    blank(one.RequestedPerformanceTuningMode);
+    blank(one.DeviceScanEnable);
+}
+void blank(Switch_Settings& one)
+{
+    blank(one.PreferredDomainID);
+    blank(one.DomainIDLocked);
+    blank(one.PrincipalPriority);
+}
+
 // What a request does: its result, what is told to the client, the critical lines and the writes.
 struct Outcome
 {
@@ -49,13 +88,16 @@ class Settings : public Switch_Test
         return keys;
     }
 
-    // Modifies to what `wish` sets.
+    // Modifies to what `wish` sets, which is all that the model carries.
     template <class CLASS>
     Outcome modify(const std::string& id, const std::function<void(CLASS&)>& wish)
     {
+        const Owned<CLASS> model = keysOf<CLASS>(id);
+        wish(*model);
+        blank(*model);
         const Owned<CLASS> instance = keysOf<CLASS>(id);
+        fillUp(*instance);
         wish(*instance);
-        const Owned<CLASS> model(static_cast<CLASS*>(clone(instance.get())));
         Error::clear();
         const Log_Capture log;
         const int status =
@@ -184,6 +226,16 @@ TEST_F(Settings, OfAPortAreWrittenInOrderAndReadBack)
         clock.outlive();
         EXPECT_EQ(since(before, served<Port_Settings>(kPort2)), row.readBack) << "as the switch has it";
     }
+}
+
+TEST_F(Settings, OfAPortAreWrittenWhateverItsNumber)
+{
+    sim.open(simulator::SimSwitch::make().ports(300).scenario());
+    makeMapsStale();
+    EXPECT_EQ(modify<Port_Settings>("VRAX:FCPortSettings:" + kWwn + ":212b02a5c0de0001",
+                                    [](Port_Settings& one) { one.RequestedType.set(5); })
+                  .text,
+              "0 | | | Config.UserPort.0.299.Type.F");
 }
 
 TEST_F(Settings, OfTheSwitchAreWrittenInOneRecord)
@@ -373,6 +425,24 @@ TEST_F(Settings, ThatAreRefusedLeaveSwitchAndInstanceAsTheyWere)
     }
 }
 
+// Nobody sees the instance between what the switch has and what is served.
+TEST_F(Settings, AreWrittenUnderTheLockOfTheirMap)
+{
+    typedef VRAX_FCPortSettings_Provider Port_Provider;
+    typedef VRAX_FCSwitchSettings_Provider Switch_Provider;
+    const Texts ofPort = {"DataCache::calcPortIndex", "xpl_smlBatchSet"};
+    const Texts ofSwitch = {"xpl_swSwitchGetConfig", "xpl_swSwitchSetConfig"};
+    Texts noted;
+    noteCallsUnderLock(Port_Provider::kIndex, ofPort, noted);
+    noteCallsUnderLock(Switch_Provider::kIndex, ofSwitch, noted);
+    modify<Port_Settings>(kPort2, [](Port_Settings& one) { one.RequestedType.set(5); });
+    EXPECT_EQ(noted, ofPort);
+    noted.clear();
+    modify<Switch_Settings>("VRAX:FCSwitchSettings:" + kWwn,
+                            [](Switch_Settings& one) { one.PreferredDomainID.set(9); });
+    EXPECT_EQ(noted, ofSwitch);
+}
+
 // The log tells what is changed, or that nothing is.
 TEST_F(Settings, TellWhatTheyChange)
 {
@@ -433,6 +503,37 @@ TEST_F(Settings, AnInstanceIdIsTakenApartWhenItIsOne)
         EXPECT_EQ(one, row.taken ? switchWwn.c_str() : "a") << row.id;
         EXPECT_EQ(other, row.taken ? portWwn.c_str() : "b") << row.id;
     }
+}
+
+// Every load leaves the key on the diagnostic output.
+TEST_F(Settings, OfTheSwitchArePrintedWhenTheyAreLoaded)
+{
+    clock.outlive();
+    testing::internal::CaptureStdout();
+    instances<VRAX_FCSwitchSettings_Provider>();
+    instances<VRAX_FCSwitchSettings_Provider>();
+    const std::string printed = testing::internal::GetCapturedStdout();
+    const std::size_t first = printed.find("VRAX:FCSwitchSettings:" + kWwn);
+    EXPECT_NE(first, printed.npos) << printed;
+    EXPECT_EQ(printed.find("VRAX_FCSwitchSettings", first), printed.npos) << "once: " << printed;
+}
+
+// A client may name a property and give it no value.
+TEST_F(Settings, ThatAreEitherTrueOrFalseAreNotNull)
+{
+    const Owned<Port_Settings> port = keysOf<Port_Settings>(kPort2);
+    const Owned<Port_Settings> portModel = keysOf<Port_Settings>(kPort2);
+    portModel->DeviceScanEnable.set(true);
+    EXPECT_EQ(VRAX_FCPortSettings_Provider().modify_instance(portModel.get(), port.get()),
+              MODIFY_INSTANCE_INVALID_PARAMETER);
+    EXPECT_STREQ(Error::get(), "DeviceScanEnable is true or false");
+    const Owned<Switch_Settings> settings = keysOf<Switch_Settings>("VRAX:FCSwitchSettings:" + kWwn);
+    const Owned<Switch_Settings> model = keysOf<Switch_Settings>("VRAX:FCSwitchSettings:" + kWwn);
+    model->DomainIDLocked.set(true);
+    EXPECT_EQ(VRAX_FCSwitchSettings_Provider().modify_instance(model.get(), settings.get()),
+              MODIFY_INSTANCE_INVALID_PARAMETER);
+    EXPECT_STREQ(Error::get(), "DomainIDLocked is true or false");
+    EXPECT_EQ(sim.writes(), Texts());
 }
 
 // The switch may have a priority that there is no name for.

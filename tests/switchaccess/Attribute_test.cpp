@@ -59,6 +59,8 @@ TEST(AttributeConversions, TakeTheNumberAtTheStart)
     EXPECT_EQ(decimal("010"), 10U);
     EXPECT_EQ(decimal16("010 of 16"), 10);
     EXPECT_EQ(decimal16("none"), 0);
+    EXPECT_EQ(decimal32("4294967295 mW"), 0xffffffffU);
+    EXPECT_EQ(decimal32("4294967296"), 0xffffffffU);
     EXPECT_TRUE(isTrue("True"));
     EXPECT_FALSE(isTrue("true"));
     EXPECT_EQ(asOnlyElement("x")[0], "x");

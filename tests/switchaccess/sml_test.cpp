@@ -3,6 +3,7 @@
 #include "switchaccess/Sml_Batch.h"
 #include "switchaccess/Sml_Walk.h"
 #include "switchaccess/Sml_Writes.h"
+#include "switchaccess/element_count.h"
 #include "switchaccess/string_helpers.h"
 #include "tests/common/testing/Switch_Test.h"
 
@@ -35,6 +36,17 @@ TEST_F(SmlTest, ABatchIsReadAnewForEachElement)
     sim.mark();
     EXPECT_FALSE(batch.read({std::string(250, '0').c_str()})) << "the key does not fit";
     EXPECT_EQ(sim.platformCalls(), 0u);
+}
+
+TEST_F(SmlTest, ElementsAreCountedUpToWhatANumberHolds)
+{
+    const std::pair<const char*, int> rows[] = {
+        {"7", 7}, {"", 0}, {"-1", 0}, {"65535", 65535}, {"65537", 65535}};
+    for (const auto& [text, count] : rows)
+    {
+        sim.answer("Oper.Switch.IOBlade.Count", text);
+        EXPECT_EQ(elementCount("Oper.Switch.IOBlade.Count", {"source", "load"}, "failed"), count) << text;
+    }
 }
 
 // --- Walks
