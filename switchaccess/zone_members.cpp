@@ -80,14 +80,14 @@ bool memberRecord(uint16 type, const String& id, Member_Record& record)
         if (text.size() != kWwnDigits || !isHexadecimal(text))
             return false;
         record.type = XPL_ZMT_NODEPORTNAME;
-        for (int i = 0; i < static_cast<int>(sizeof(record.identifier.nodePortName)); ++i)
+        for (std::size_t i = 0; i < sizeof(record.identifier.nodePortName); ++i)
         {
-            const std::string pair = text.substr(static_cast<std::size_t>(2 * i), 2);
+            const std::string pair = text.substr(2 * i, 2);
             parseByte(pair, record.identifier.nodePortName[i]);
             cim_log(kLogInfo,
                     "s=%s NodePortName[%d] = %d\n",
                     pair.c_str(),
-                    i,
+                    static_cast<int>(i),
                     int{record.identifier.nodePortName[i]});
         }
         return true;

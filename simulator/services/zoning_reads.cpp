@@ -92,6 +92,8 @@ std::int32_t handOutMembers(const ZoneMembers& members, const MemberLists& lists
     std::size_t i = 0;
     for (const auto& [age, member] : members.elements())
     {
+        if (types == nullptr || identifiers == nullptr) // there are no lists of nothing
+            break;
         types[i] = member.key.type;
         identifiers[i] = identifierOf(member.key);
         ++i;

@@ -32,6 +32,7 @@ ZoneMemberScenario memberNamed(const std::string& text)
 std::vector<ZoneMemberScenario> membersNamed(const std::vector<std::string>& texts)
 {
     std::vector<ZoneMemberScenario> members;
+    members.reserve(texts.size());
     for (const std::string& text : texts)
         members.push_back(memberNamed(text));
     return members;
