@@ -36,8 +36,8 @@ class Zoning_Names
   public:
     template <class CALL, class... ARGUMENTS>
     explicit Zoning_Names(CALL call, ARGUMENTS... arguments)
-        : _error(call(hSwitch, arguments..., &_count, _names.place()))
     {
+        _error = call(hSwitch, arguments..., &_count, _names.place());
     }
 
     // 0, or the status with which the call failed; there are no names then.
@@ -68,7 +68,7 @@ class Zoning_Names
   private:
     std::uint32_t _count = 0;
     Library_Block<char> _names;
-    std::int32_t _error;
+    std::int32_t _error = 0;
 };
 
 // The members of a zone or alias:
@@ -78,8 +78,8 @@ class Zone_Members
   public:
     template <class CALL>
     Zone_Members(CALL call, const char* holder)
-        : _error(call(hSwitch, holder, &_count, _types.place(), _identifiers.place()))
     {
+        _error = call(hSwitch, holder, &_count, _types.place(), _identifiers.place());
     }
 
     // As of Zoning_Names.
@@ -96,7 +96,7 @@ class Zone_Members
     std::uint32_t _count = 0;
     Library_Block<xpl_fzs_zonemember_type_e> _types;
     Library_Block<xpl_fzs_zonemember_identifier_u> _identifiers;
-    std::int32_t _error;
+    std::int32_t _error = 0;
 };
 
 } // namespace cimple
