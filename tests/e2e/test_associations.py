@@ -142,7 +142,7 @@ def test_a_path_is_the_same_to_the_byte_in_every_answer(agent, connection):
 
 
 @pytest.mark.parametrize("filters, expected", [
-    ({}, {"VRAX_FCSwitch", "VRAX_Namespace", "VRAX_CIMXMLCommunicationMechanism"}),
+    ({}, {"VRAX_FCSwitch", "VRAX_Namespace", "VRAX_CIMXMLCommunicationMechanism", "VRAX_RegisteredProfile"}),
     ({"AssocClass": "CIM_Dependency"}, {"VRAX_FCSwitch", "VRAX_Namespace", "VRAX_CIMXMLCommunicationMechanism"}),
     ({"AssocClass": "CIM_HostedService"}, {"VRAX_FCSwitch"}),
     ({"AssocClass": "cim_namespaceinmanager"}, {"VRAX_Namespace"}),

@@ -20,6 +20,8 @@ def pywbemcli(agent, *words):
 @pytest.mark.parametrize("words, expected", [
     ("namespace list", "root/interop"),
     ("server brand", "Tarvel CIMAgent"),
+    ("profile list --organization DMTF", "Record Log"),
+    ("profile centralinsts --organization SNIA --profile Server", "VRAX_ObjectManager."),
     ("class get VRAX_Namespace", "class VRAX_Namespace : CIM_Namespace {"),
     ("class find VRAX_FCPortR*", "root/interop: VRAX_FCPortRateStatistics"),
     ("class tree CIM_StatisticalData", "VRAX_FCPortStatistics"),
