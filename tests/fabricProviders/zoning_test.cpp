@@ -505,10 +505,14 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
          "[Invalid Parameter: ConnectivityMemberID]"},
         {newMember(3, "01ab0", inactive("z3")), kReady, "0 5", "[Invalid Parameter: ConnectivityMemberID]"},
         {newMember(4, "1:0a", inactive("z3")), kReady, "0 5", "[Invalid Parameter: ConnectivityMemberID]"},
-        // Numbers that the switch does not take: no such domain, no such port, more than any number.
+        // No such domain; the others are above 255, and with so many digits would name an address or nothing.
         {newMember(4, "240:1", inactive("z3")), kReady, "0 4", "[xpl_smlSetV Failed]"},
-        {newMember(4, "1:266", inactive("z3")), kReady, "0 4", "[xpl_smlSetV Failed]"},
-        {newMember(4, "1:18446744073709551626", inactive("z3")), kReady, "0 4", "[xpl_smlSetV Failed]"},
+        {newMember(4, "1:4096", inactive("z3")), kReady, "0 5", "[Invalid Parameter: ConnectivityMemberID]"},
+        {newMember(4, "256:256", inactive("z3")), kReady, "0 5", "[Invalid Parameter: ConnectivityMemberID]"},
+        {newMember(4, "1:18446744073709551626", inactive("z3")),
+         kReady,
+         "0 5",
+         "[Invalid Parameter: ConnectivityMemberID]"},
         {newMember(2, kHost, inactive("none")), kReady, "0 5", "[]"},
         {newMember(2, kHost, inactive("z2")), kReady, "0 4", "[xpl_smlSetV Failed]"}, // there already
         {run([&] { return other.createMember<VRAX_Zone>(type(2), kHost, inactive("z3")); }),
