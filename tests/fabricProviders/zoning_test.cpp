@@ -657,6 +657,43 @@ TEST_F(Zoning, DeletionsSayWhatBecameOfThem)
     EXPECT_EQ(sim.zoning().zones.size(), 2U);
 }
 
+// Whether the association's map has the pair at present.
+bool isInMap(const std::string& zoneSet, const std::string& zone)
+{
+    const Read_Guard<VRAX_MemberOfZoneSet> guard;
+    for (const VRAX_MemberOfZoneSet* pair : guard.view())
+        if (pair->Collection->InstanceID.value == zoneSet.c_str() &&
+            pair->Member->InstanceID.value == zone.c_str())
+            return true;
+    return false;
+}
+
+// The first request that a module gets may be one of these.
+TEST_F(Zoning, MethodsLoadWhatTheyLookUp)
+{
+    const auto unloadAll = []
+    {
+        VRAX_ZoningService_Provider().unload();
+        VRAX_ZoneMembership_Provider().unload();
+        VRAX_ZoneSet_Provider().unload();
+        VRAX_Zone_Provider().unload();
+        VRAX_ZoneAlias_Provider().unload();
+    };
+    unloadAll();
+    EXPECT_EQ(service.addZone(inactive("empty"), inactive("z2")), "0 0");
+    EXPECT_TRUE(isInMap(inactive("empty"), inactive("z2")));
+    unloadAll();
+    EXPECT_EQ(service.addAlias(inactive("z2"), kWwn + ":lone"), "0 0");
+    unloadAll();
+    EXPECT_EQ(service.createMember<VRAX_ZoneAlias>(property<uint16>(uint16{4}), "1:10", kWwn + ":spare"),
+              "0 0");
+    unloadAll();
+    EXPECT_EQ(service.addMember<VRAX_ZoneAlias>(kWwn + ":lone", inactive("010203")), "0 0");
+    for (const auto& [name, members] : sim.zoning().aliases)
+        if (name == "lone")
+            EXPECT_EQ(members, (Texts{"020304", "010203"}));
+}
+
 // What the switch has, and what of it shows at once and after the next load.
 TEST_F(Zoning, ChangesArriveInTheSwitchAndShow)
 {
@@ -700,18 +737,12 @@ TEST_F(Zoning, ChangesArriveInTheSwitchAndShow)
         service.createMember<VRAX_ZoneAlias>(property<uint16>(uint16{2}), "2100026e1a40b7da", kWwn + ":al"),
         "0 0");
     EXPECT_EQ(service.createMember<VRAX_Zone>(property<uint16>(uint16{3}), "01ab03", inactive("zb")), "0 0");
+    EXPECT_EQ(shown(VRAX_ZoneMembership_Provider(), inactive("01AB03")).at("ElementName"), "zb") << "at once";
     EXPECT_EQ(service.addMember<VRAX_Zone>(inactive("zb"), inactive("1:10")), "0 0");
     EXPECT_EQ(service.addAlias(inactive("zb"), kWwn + ":al"), "0 0");
     instances<VRAX_MemberOfZoneSet_Provider>();
     EXPECT_EQ(service.addZone(inactive("new"), inactive("za")), "0 0");
-    {
-        const Read_Guard<VRAX_MemberOfZoneSet> guard;
-        bool joined = false;
-        for (const VRAX_MemberOfZoneSet* pair : guard.view())
-            joined = joined || (pair->Collection->InstanceID.value == inactive("new").c_str() &&
-                                pair->Member->InstanceID.value == inactive("za").c_str());
-        EXPECT_TRUE(joined) << "at once";
-    }
+    EXPECT_TRUE(isInMap(inactive("new"), inactive("za"))) << "at once";
     EXPECT_EQ(service.addZone(inactive("new"), inactive("zb")), "0 0");
 
     const auto now = sim.zoning();
