@@ -7,6 +7,7 @@
 #include "platform/xpl_fzs.h"
 #include "simulator/scenario/scenario_json.h"
 #include "switchaccess/Zoning_Edit.h"
+#include "switchaccess/zone_members.h"
 #include "tests/common/testing/Switch_Test.h"
 
 #include "CIM_NamedAddressCollection.h"
@@ -692,6 +693,38 @@ TEST_F(Zoning, MethodsLoadWhatTheyLookUp)
     for (const auto& [name, members] : sim.zoning().aliases)
         if (name == "lone")
             EXPECT_EQ(members, (Texts{"020304", "010203"}));
+}
+
+// Whatever ends the request.
+TEST_F(Zoning, AnEditSessionEndsWithItsScope)
+{
+    {
+        const Zoning_Edit edit;
+        EXPECT_TRUE(edit.begun());
+        EXPECT_NE(sim.adminModeHolder(), "");
+    }
+    EXPECT_EQ(sim.adminModeHolder(), "");
+}
+
+// The simulated switch publishes no such member.
+TEST_F(Zoning, IdentifiersOfOtherFormsAreNoMembers)
+{
+    const std::vector<std::pair<uint16, const char*>> others = {{2, ""},
+                                                                {2, "2100026E1A40B7C"},
+                                                                {2, "2100026E1A40B7CG"},
+                                                                {3, "01020"},
+                                                                {3, "01020G"},
+                                                                {4, "1"},
+                                                                {4, "1:"},
+                                                                {4, ":1"},
+                                                                {4, "100:1"},
+                                                                {4, "1:100"},
+                                                                {4, "1:G"}};
+    for (const auto& [type, id] : others)
+    {
+        Member_Record record;
+        EXPECT_FALSE(memberRecord(type, id, record)) << id;
+    }
 }
 
 // What the switch has, and what of it shows at once and after the next load.
