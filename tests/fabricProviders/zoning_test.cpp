@@ -727,6 +727,19 @@ TEST_F(Zoning, IdentifiersOfOtherFormsAreNoMembers)
     }
 }
 
+// In either letter case, and zones before aliases.
+TEST_F(Zoning, AMemberIsDeletedFromTheHolderOfItsName)
+{
+    EXPECT_EQ(service.createAlias("z2"), "0 0");
+    EXPECT_EQ(service.createZone("Z2", property<uint16>(uint16{2})), "0 0");
+    EXPECT_EQ(logged([] { EXPECT_EQ(remove<VRAX_ZoneMembership>(inactive("010203")), "0"); }),
+              "[ElementName: z2][found the instance][found the instance][found the instance]"
+              "[NodeName: 010203]");
+    for (const auto& [name, members] : sim.zoning().zones)
+        if (name == "z2")
+            EXPECT_EQ(members, Texts{kHost});
+}
+
 // What the switch has, and what of it shows at once and after the next load.
 TEST_F(Zoning, ChangesArriveInTheSwitchAndShow)
 {
