@@ -686,13 +686,15 @@ TEST_F(Zoning, MethodsLoadWhatTheyLookUp)
     unloadAll();
     EXPECT_EQ(service.addAlias(inactive("z2"), kWwn + ":lone"), "0 0");
     unloadAll();
-    EXPECT_EQ(service.createMember<VRAX_ZoneAlias>(property<uint16>(uint16{4}), "1:10", kWwn + ":spare"),
+    EXPECT_EQ(service.createMember<VRAX_ZoneAlias>(property<uint16>(uint16{4}), "17:10", kWwn + ":spare"),
               "0 0");
     unloadAll();
     EXPECT_EQ(service.addMember<VRAX_ZoneAlias>(kWwn + ":lone", inactive("010203")), "0 0");
     for (const auto& [name, members] : sim.zoning().aliases)
         if (name == "lone")
             EXPECT_EQ(members, (Texts{"020304", "010203"}));
+        else if (name == "spare")
+            EXPECT_EQ(members, (Texts{"010203", "11:A"}));
 }
 
 // Whatever ends the request.
