@@ -5,6 +5,7 @@
 #include "switchaccess/Sml_Walk.h"
 #include "switchaccess/Zoning_Edit.h"
 #include "switchaccess/string_helpers.h"
+#include "switchaccess/zone_members.h"
 #include "switchaccess/zoning_list.h"
 
 #include <strings.h>
@@ -22,9 +23,9 @@ struct Member_Type
     const char* word;
     uint16 value;
 };
-constexpr Member_Type kMemberTypes[] = {{XPL_ZMT_NODEPORTNAME, "WWN", 2},
-                                        {XPL_ZMT_NODEPORTID, "PortID", 3},
-                                        {XPL_ZMT_DOMAINPORT, "DomainPort", 4}};
+constexpr Member_Type kMemberTypes[] = {{XPL_ZMT_NODEPORTNAME, "WWN", kMemberIsWwn},
+                                        {XPL_ZMT_NODEPORTID, "PortID", kMemberIsAddress},
+                                        {XPL_ZMT_DOMAINPORT, "DomainPort", kMemberIsSwitchPort}};
 
 const Member_Type* memberType(std::int32_t library)
 {

@@ -7,15 +7,6 @@
 namespace cimple
 {
 
-namespace
-{
-
-// Values of CIM_Zone.ZoneType. What the hardware enforces has no value of its own.
-constexpr uint16 kOther = 1;
-constexpr uint16 kDefault = 2;
-
-} // namespace
-
 void VRAX_Zone_Provider::build(Map_Writer<VRAX_Zone>& map)
 {
     const Local_Switch_Wwn switchWwn({kSource, "load"});
@@ -28,7 +19,7 @@ void VRAX_Zone_Provider::build(Map_Writer<VRAX_Zone>& map)
         zone->InstanceID.set(zoningId(isActive ? kActive : kInactive, switchWwn.text(), name));
         zone->ElementName.set(name);
         zone->Active.set(isActive);
-        zone->ZoneType.set(type == XPL_ZT_SOFT ? kDefault : kOther);
+        zone->ZoneType.set(type == XPL_ZT_SOFT ? kZoneIsDefault : kZoneIsOther);
         zone->OtherZoneTypeDescription.set(type == XPL_ZT_SOFT ? "" : "HardACL");
         add(map, zone);
     };

@@ -9,6 +9,10 @@
 namespace cimple
 {
 
+// Values of CIM_Zone.ZoneType. What the hardware enforces has no value of its own.
+constexpr uint16 kZoneIsOther = 1;
+constexpr uint16 kZoneIsDefault = 2;
+
 class VRAX_Zone_Provider : public Instance_Provider<VRAX_Zone>
 {
   public:

@@ -1,7 +1,7 @@
 // How much zoning the switch can hold.
 #include "fabricProviders/VRAX_ZoningCapabilities_Provider.h"
 
-#include "platform/xpl_fzs.h"
+#include "switchaccess/zone_members.h"
 
 namespace cimple
 {
@@ -10,8 +10,8 @@ namespace
 {
 
 constexpr uint32 ZONE_NAME_MAX_LEN = kZoneNameSize - 1;
-constexpr uint16 ZONE_NAME_FORMAT = 3;       // CIM_ZoneCapabilities: alphanumeric
-constexpr uint16 kMemberTypes[] = {2, 3, 4}; // port or node WWN, address, domain and port
+constexpr uint16 ZONE_NAME_FORMAT = 3; // CIM_ZoneCapabilities: alphanumeric
+constexpr uint16 kMemberTypes[] = {kMemberIsWwn, kMemberIsAddress, kMemberIsSwitchPort};
 
 } // namespace
 

@@ -5,6 +5,7 @@
 #include "common/zoning_ids.h"
 #include "fabricProviders/VRAX_MemberOfZoneSet_Provider.h"
 #include "fabricProviders/VRAX_ZoneMembership_Provider.h"
+#include "fabricProviders/VRAX_Zone_Provider.h"
 #include "switchaccess/Zoning_Edit.h"
 #include "switchaccess/zone_members.h"
 
@@ -32,8 +33,6 @@ constexpr uint16 kNoChange = 5;             // RequestedSessionState
 constexpr uint16 kUnknown = 0;              // DefaultZoningState
 constexpr uint16 kAllow = 2;
 constexpr uint16 kDeny = 3;
-constexpr uint16 kZoneIsOther = 1; // CIM_Zone.ZoneType
-constexpr uint16 kZoneIsDefault = 2;
 
 // What the methods return.
 enum Code : uint32

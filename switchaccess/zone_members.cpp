@@ -17,6 +17,7 @@ namespace
 constexpr std::size_t kWwnDigits = 16;
 constexpr std::size_t kAddressDigits = 6;
 constexpr int kHexadecimal = 16;
+constexpr int kDecimal = 10;
 
 bool isHexadecimal(const std::string& text)
 {
@@ -27,24 +28,21 @@ bool isDecimal(const std::string& text)
     return !text.empty() && text.find_first_not_of("0123456789") == text.npos;
 }
 
-// What stands before and behind the first colon; false without one.
-bool split(const std::string& text, std::string& domain, std::string& port)
+// One byte of an identifier, from its digits.
+bool parseByte(const std::string& digits, int base, std::uint8_t& byte)
 {
-    const std::size_t colon = text.find(':');
-    if (colon == text.npos)
-        return false;
-    domain = text.substr(0, colon);
-    port = text.substr(colon + 1);
-    return true;
-}
-
-// One byte of an identifier, from its hexadecimal digits.
-bool parseByte(const std::string& digits, std::uint8_t& byte)
-{
-    const unsigned long value =
-        isHexadecimal(digits) ? std::strtoul(digits.c_str(), nullptr, kHexadecimal) : 256;
+    const bool isNumber = base == kHexadecimal ? isHexadecimal(digits) : isDecimal(digits);
+    const unsigned long value = isNumber ? std::strtoul(digits.c_str(), nullptr, base) : 256;
     byte = static_cast<std::uint8_t>(value);
     return value < 256;
+}
+
+// Domain and port of a member.
+bool parseSwitchPort(const std::string& text, int base, std::uint8_t& domain, std::uint8_t& port)
+{
+    const std::size_t colon = text.find(':');
+    return colon != text.npos && parseByte(text.substr(0, colon), base, domain) &&
+           parseByte(text.substr(colon + 1), base, port);
 }
 
 } // namespace
@@ -56,17 +54,13 @@ std::string memberOfCommand(uint16 type, const String& id)
                          (type == kMemberIsAddress && text.size() == kAddressDigits);
     if (isWhole)
         return isHexadecimal(text) ? text : std::string();
-    std::string domain;
-    std::string port;
-    if (type != kMemberIsSwitchPort || !split(text, domain, port) || !isDecimal(domain) || !isDecimal(port))
+    // Each must fit two digits: with more, the switch would take the whole for a member of another type.
+    std::uint8_t domain = 0;
+    std::uint8_t port = 0;
+    if (type != kMemberIsSwitchPort || !parseSwitchPort(text, kDecimal, domain, port))
         return {};
-    // Numbers that do not fit two digits get more, and the switch refuses them.
-    char digits[2 * 2 * sizeof(unsigned long) + 1];
-    std::snprintf(digits,
-                  sizeof(digits),
-                  "%02lx%02lx",
-                  std::strtoul(domain.c_str(), nullptr, 10),
-                  std::strtoul(port.c_str(), nullptr, 10));
+    char digits[2 * 2 + 1];
+    std::snprintf(digits, sizeof(digits), "%02x%02x", unsigned{domain}, unsigned{port});
     return digits;
 }
 
@@ -83,7 +77,7 @@ bool memberRecord(uint16 type, const String& id, Member_Record& record)
         for (std::size_t i = 0; i < sizeof(record.identifier.nodePortName); ++i)
         {
             const std::string pair = text.substr(2 * i, 2);
-            parseByte(pair, record.identifier.nodePortName[i]);
+            parseByte(pair, kHexadecimal, record.identifier.nodePortName[i]);
             cim_log(kLogInfo,
                     "s=%s NodePortName[%d] = %d\n",
                     pair.c_str(),
@@ -97,13 +91,11 @@ bool memberRecord(uint16 type, const String& id, Member_Record& record)
         cim_log(kLogInfo, "Type is XPL_ZMT_NODEPORTID\n");
         record.type = XPL_ZMT_NODEPORTID;
         for (std::size_t i = 0; i < sizeof(record.identifier.nodePortId); ++i)
-            parseByte(text.substr(2 * i, 2), record.identifier.nodePortId[i]);
+            parseByte(text.substr(2 * i, 2), kHexadecimal, record.identifier.nodePortId[i]);
         return true;
     default:
-        std::string domain;
-        std::string port;
-        if (!split(text, domain, port) || !parseByte(domain, record.identifier.domainPort.domain) ||
-            !parseByte(port, record.identifier.domainPort.port))
+        if (!parseSwitchPort(
+                text, kHexadecimal, record.identifier.domainPort.domain, record.identifier.domainPort.port))
             return false;
         record.type = XPL_ZMT_DOMAINPORT;
         cim_log(kLogInfo, "DomainId = %x\n", unsigned{record.identifier.domainPort.domain});

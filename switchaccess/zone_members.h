@@ -18,7 +18,7 @@ constexpr uint16 kMemberIsSwitchPort = 4;
 
 // The member as the zoning commands of the attribute store name it: 16 or 6 hexadecimal digits as they are;
 // domain and port in decimal, "1:10", as two hexadecimal digits each, "010a". Empty for an identifier of
-// another form.
+// another form, and for a domain or port above 255.
 std::string memberOfCommand(uint16 type, const String& id);
 
 // A member as the zoning library takes it.

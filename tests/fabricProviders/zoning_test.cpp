@@ -1,12 +1,14 @@
 // Tests of what clients do to zoning: the methods of the service and the deletions, what they return, log,
 // write to the switch and change of what is published.
 #include "fabricProviders/VRAX_MemberOfZoneSet_Provider.h"
+#include "fabricProviders/VRAX_ZoneAliasElementSettingData_Provider.h"
 #include "fabricProviders/VRAX_ZoneMembership_Provider.h"
 #include "fabricProviders/VRAX_ZoneSet_Provider.h"
 #include "fabricProviders/VRAX_ZoningService_Provider.h"
 #include "platform/xpl_fzs.h"
 #include "simulator/scenario/scenario_json.h"
 #include "switchaccess/Zoning_Edit.h"
+#include "switchaccess/zone_members.h"
 #include "tests/common/testing/Switch_Test.h"
 
 #include "CIM_NamedAddressCollection.h"
@@ -505,10 +507,14 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
          "[Invalid Parameter: ConnectivityMemberID]"},
         {newMember(3, "01ab0", inactive("z3")), kReady, "0 5", "[Invalid Parameter: ConnectivityMemberID]"},
         {newMember(4, "1:0a", inactive("z3")), kReady, "0 5", "[Invalid Parameter: ConnectivityMemberID]"},
-        // Numbers that the switch does not take: no such domain, no such port, more than any number.
+        // No such domain; the others are above 255, and with so many digits would name an address or nothing.
         {newMember(4, "240:1", inactive("z3")), kReady, "0 4", "[xpl_smlSetV Failed]"},
-        {newMember(4, "1:266", inactive("z3")), kReady, "0 4", "[xpl_smlSetV Failed]"},
-        {newMember(4, "1:18446744073709551626", inactive("z3")), kReady, "0 4", "[xpl_smlSetV Failed]"},
+        {newMember(4, "1:4096", inactive("z3")), kReady, "0 5", "[Invalid Parameter: ConnectivityMemberID]"},
+        {newMember(4, "256:256", inactive("z3")), kReady, "0 5", "[Invalid Parameter: ConnectivityMemberID]"},
+        {newMember(4, "1:18446744073709551626", inactive("z3")),
+         kReady,
+         "0 5",
+         "[Invalid Parameter: ConnectivityMemberID]"},
         {newMember(2, kHost, inactive("none")), kReady, "0 5", "[]"},
         {newMember(2, kHost, inactive("z2")), kReady, "0 4", "[xpl_smlSetV Failed]"}, // there already
         {run([&] { return other.createMember<VRAX_Zone>(type(2), kHost, inactive("z3")); }),
@@ -653,6 +659,90 @@ TEST_F(Zoning, DeletionsSayWhatBecameOfThem)
     EXPECT_EQ(sim.zoning().zones.size(), 2U);
 }
 
+// Whether the association's map has the pair at present.
+bool isInMap(const std::string& zoneSet, const std::string& zone)
+{
+    const Read_Guard<VRAX_MemberOfZoneSet> guard;
+    for (const VRAX_MemberOfZoneSet* pair : guard.view())
+        if (pair->Collection->InstanceID.value == zoneSet.c_str() &&
+            pair->Member->InstanceID.value == zone.c_str())
+            return true;
+    return false;
+}
+
+// The first request that a module gets may be one of these.
+TEST_F(Zoning, MethodsLoadWhatTheyLookUp)
+{
+    const auto unloadAll = []
+    {
+        VRAX_ZoningService_Provider().unload();
+        VRAX_ZoneMembership_Provider().unload();
+        VRAX_ZoneSet_Provider().unload();
+        VRAX_Zone_Provider().unload();
+        VRAX_ZoneAlias_Provider().unload();
+    };
+    unloadAll();
+    EXPECT_EQ(service.addZone(inactive("empty"), inactive("z2")), "0 0");
+    EXPECT_TRUE(isInMap(inactive("empty"), inactive("z2")));
+    unloadAll();
+    EXPECT_EQ(service.addAlias(inactive("z2"), kWwn + ":lone"), "0 0");
+    unloadAll();
+    EXPECT_EQ(service.createMember<VRAX_ZoneAlias>(property<uint16>(uint16{4}), "17:10", kWwn + ":spare"),
+              "0 0");
+    unloadAll();
+    EXPECT_EQ(service.addMember<VRAX_ZoneAlias>(kWwn + ":lone", inactive("010203")), "0 0");
+    for (const auto& [name, members] : sim.zoning().aliases)
+        if (name == "lone")
+            EXPECT_EQ(members, (Texts{"020304", "010203"}));
+        else if (name == "spare")
+            EXPECT_EQ(members, (Texts{"010203", "11:A"}));
+}
+
+// Whatever ends the request.
+TEST_F(Zoning, AnEditSessionEndsWithItsScope)
+{
+    {
+        const Zoning_Edit edit;
+        EXPECT_TRUE(edit.begun());
+        EXPECT_NE(sim.adminModeHolder(), "");
+    }
+    EXPECT_EQ(sim.adminModeHolder(), "");
+}
+
+// The simulated switch publishes no such member.
+TEST_F(Zoning, IdentifiersOfOtherFormsAreNoMembers)
+{
+    const std::vector<std::pair<uint16, const char*>> others = {{2, ""},
+                                                                {2, "2100026E1A40B7C"},
+                                                                {2, "2100026E1A40B7CG"},
+                                                                {3, "01020"},
+                                                                {3, "01020G"},
+                                                                {4, "1"},
+                                                                {4, "1:"},
+                                                                {4, ":1"},
+                                                                {4, "100:1"},
+                                                                {4, "1:100"},
+                                                                {4, "1:G"}};
+    for (const auto& [type, id] : others)
+    {
+        Member_Record record;
+        EXPECT_FALSE(memberRecord(type, id, record)) << id;
+    }
+}
+
+// In either letter case, and zones before aliases.
+TEST_F(Zoning, AMemberIsDeletedFromTheHolderOfItsName)
+{
+    EXPECT_EQ(service.createAlias("z2"), "0 0");
+    EXPECT_EQ(service.createZone("Z2", property<uint16>(uint16{2})), "0 0");
+    EXPECT_EQ(logged([] { EXPECT_EQ(remove<VRAX_ZoneMembership>(inactive("010203")), "0"); }),
+              "[ElementName: z2][found the instance][found the instance][found the instance]"
+              "[NodeName: 010203]");
+    for (const auto& [name, members] : sim.zoning().zones)
+        if (name == "z2")
+            EXPECT_EQ(members, Texts{kHost});
+}
+
 // What the switch has, and what of it shows at once and after the next load.
 TEST_F(Zoning, ChangesArriveInTheSwitchAndShow)
 {
@@ -696,18 +786,12 @@ TEST_F(Zoning, ChangesArriveInTheSwitchAndShow)
         service.createMember<VRAX_ZoneAlias>(property<uint16>(uint16{2}), "2100026e1a40b7da", kWwn + ":al"),
         "0 0");
     EXPECT_EQ(service.createMember<VRAX_Zone>(property<uint16>(uint16{3}), "01ab03", inactive("zb")), "0 0");
+    EXPECT_EQ(shown(VRAX_ZoneMembership_Provider(), inactive("01AB03")).at("ElementName"), "zb") << "at once";
     EXPECT_EQ(service.addMember<VRAX_Zone>(inactive("zb"), inactive("1:10")), "0 0");
     EXPECT_EQ(service.addAlias(inactive("zb"), kWwn + ":al"), "0 0");
     instances<VRAX_MemberOfZoneSet_Provider>();
     EXPECT_EQ(service.addZone(inactive("new"), inactive("za")), "0 0");
-    {
-        const Read_Guard<VRAX_MemberOfZoneSet> guard;
-        bool joined = false;
-        for (const VRAX_MemberOfZoneSet* pair : guard.view())
-            joined = joined || (pair->Collection->InstanceID.value == inactive("new").c_str() &&
-                                pair->Member->InstanceID.value == inactive("za").c_str());
-        EXPECT_TRUE(joined) << "at once";
-    }
+    EXPECT_TRUE(isInMap(inactive("new"), inactive("za"))) << "at once";
     EXPECT_EQ(service.addZone(inactive("new"), inactive("zb")), "0 0");
 
     const auto now = sim.zoning();
@@ -744,6 +828,31 @@ TEST_F(Zoning, ChangesArriveInTheSwitchAndShow)
     EXPECT_EQ(named(sim.zoning().zoneSets, "new"), Texts{"none"});
     EXPECT_EQ(named(sim.zoning().zones, "za"), Texts{"none"});
     EXPECT_EQ(named(sim.zoning().aliases, "al"), Texts{"none"});
+}
+
+// Who waits for a large database sees how far it is.
+TEST_F(Zoning, LongLoadsTellHowFarTheyAre)
+{
+    simulator::ZoningSetup zoning;
+    for (int i = 1; i <= 401; ++i)
+    {
+        const std::string number = std::to_string(i);
+        zoning.alias("a" + number, {"1:A"}).zone("z" + number, {"1:A"});
+    }
+    sim.open(simulator::SimSwitch::make().zoning(zoning).scenario());
+    makeMapsStale();
+    const std::string lines = logged(
+        [this]
+        {
+            instances<VRAX_ZoneMembership_Provider>();
+            instances<VRAX_ZoneAliasElementSettingData_Provider>();
+        });
+    EXPECT_EQ(lines,
+              "[processed 200 zones, zoneName = z200 ][processed 400 zones, zoneName = z400 ]"
+              "[processed 200 aliases, aliasName= a200 ][processed 400 aliases, aliasName= a400 ]"
+              "[Calling xpl_fzsGetActiveZonesetName ]"
+              "[VRAX_ZoneAliasSettingData, processed 200 alias entries]"
+              "[VRAX_ZoneAliasSettingData, processed 400 alias entries]");
 }
 
 } // namespace
