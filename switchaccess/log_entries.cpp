@@ -2,8 +2,8 @@
 #include "switchaccess/log_entries.h"
 
 #include "platform/xpl_fzs.h"
-#include "support/VRAX_Except.h"
 #include "support/cim_log.h"
+#include "switchaccess/Sml_Writes.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -25,16 +25,16 @@ constexpr std::uint32_t kHighestKey = std::numeric_limits<std::int32_t>::max();
 struct Log_Keys
 {
     const char* word;
-    const char* last; // asked with the conversion as it stands: any number will do
+    const char* last; // asked without a number: the conversion stays as it is
     const char* next;
-};
-constexpr Log_Keys kLogs[] = {
-    {"User", "Oper.Switch.LastLogEntry.%d", "Oper.Switch.NextLogEntry."},
-    {"Alarm", "Oper.Switch.LastAlarmEntry.%d", "Oper.Switch.NextAlarmEntry."},
 };
 
 const Log_Keys& keysOf(int log_type, const char* function, const Caller& caller)
 {
+    static constexpr Log_Keys kLogs[] = {
+        {"User", "Oper.Switch.LastLogEntry.%d", "Oper.Switch.NextLogEntry.%d"},
+        {"Alarm", "Oper.Switch.LastAlarmEntry.%d", "Oper.Switch.NextAlarmEntry.%d"},
+    };
     if (log_type == kUserLog || log_type == kAlarmLog)
         return kLogs[log_type - kUserLog];
     throw VRAX_Except(
@@ -42,11 +42,10 @@ const Log_Keys& keysOf(int log_type, const char* function, const Caller& caller)
 }
 
 // The platform's status; the text in `value`.
-int read(const std::string& key, char (&value)[kXplSmlTextSize])
+int read(const char* format, const std::string& number, char (&value)[kXplSmlTextSize])
 {
-    std::int32_t error = 0;
     value[0] = '\0';
-    const int status = xpl_smlGetV(hSwitch, value, &error, "%s", key.c_str());
+    const int status = readAttribute(value, format, {number.c_str()});
     if (status == 0)
         cim_log(kLogTrace, "response=%s len=%d\n", value, static_cast<int>(std::strlen(value)));
     return status;
@@ -139,7 +138,7 @@ std::string getLastEntry(int log_type, const Caller& caller)
 {
     const Log_Keys& keys = keysOf(log_type, __func__, caller);
     char value[kXplSmlTextSize];
-    if (read(keys.last, value) != 0)
+    if (read(keys.last, "%d", value) != 0)
         throw VRAX_Except(caller.source, caller.function, caller.line, Failure_Text(kReadError));
     return value;
 }
@@ -148,7 +147,7 @@ std::optional<std::string> getNextEntry(int log_type, std::uint32_t number, cons
 {
     const Log_Keys& keys = keysOf(log_type, __func__, caller);
     char value[kXplSmlTextSize];
-    const int status = read(keys.next + std::to_string(number), value);
+    const int status = read(keys.next, std::to_string(number), value);
     if (status == XPL_FZS_NO_MORE)
     {
         cim_log(kLogTrace, "End of list, log_type = %d\n", log_type);
