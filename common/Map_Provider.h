@@ -33,6 +33,8 @@ class Provider_Base
     static constexpr bool kChecksKeys = true;
     // False for a class that keeps no instances.
     static constexpr bool kHasMap = true;
+    // False for a class whose single instances are asked of the switch.
+    static constexpr bool kGetsFromMap = true;
     // The calls to the switch whose failure leaves out what they were asked for and does not fail the load.
     static constexpr std::initializer_list<const char*> kDoesWithout = {};
 

@@ -25,6 +25,7 @@ struct AllKeys
         addNameServerKeys(reads);
         addZoningKeys(reads, writes);
         addZoningCommands(writes);
+        addLogKeys(reads, writes);
     }
 
     ReadKeys reads;

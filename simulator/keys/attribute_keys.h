@@ -55,6 +55,7 @@ void addTopologyKeys(ReadKeys& keys);
 void addNameServerKeys(ReadKeys& keys);
 void addZoningKeys(ReadKeys& reads, WriteKeys& writes);
 void addZoningCommands(WriteKeys& writes);
+void addLogKeys(ReadKeys& reads, WriteKeys& writes);
 
 // What "True" and "False" mean; nothing for any other text.
 std::optional<bool> flagNamed(std::string_view text);

@@ -23,6 +23,19 @@ auto firstFrom(Ports& ports, int number)
                             [](const Port& port, int wanted) { return port.facts.number < wanted; });
 }
 
+// Validation says whether there is a local switch.
+SwitchLogs logsOf(const Scenario& scenario)
+{
+    SwitchScenario none;
+    const SwitchScenario* facts = &none;
+    for (const SwitchScenario& one : scenario.switches)
+        if (one.local)
+            facts = &one;
+    return SwitchLogs(facts->logEnabled,
+                      EventLog(facts->logCapacity, facts->userLog, "/userLog"),
+                      EventLog(facts->logCapacity, facts->alarmLog, "/alarmLog"));
+}
+
 } // namespace
 
 Load loadOf(const PortScenario& facts)
@@ -65,7 +78,8 @@ const Port* Switch::portAfter(int number) const
 FabricModel::FabricModel(const Scenario& scenario)
     : _seed(static_cast<std::uint64_t>(scenario.seed)),
       _startTime(static_cast<std::uint64_t>(scenario.uptimeSeconds) * 1000),
-      _zoning{databaseOf(scenario.zoning), std::nullopt, scenario.zoning.defaultZone, std::nullopt}
+      _zoning{databaseOf(scenario.zoning), std::nullopt, scenario.zoning.defaultZone, std::nullopt},
+      _logs(logsOf(scenario))
 {
     validate(scenario);
     // Counters of ports that are up at the start have run since time zero: the links below come up at 0.
@@ -80,6 +94,8 @@ FabricModel::FabricModel(const Scenario& scenario)
             if ((node.address != 0) == given)
                 addNode(node, 0);
     }
+    _local->facts.userLog.clear(); // they are in the logs
+    _local->facts.alarmLog.clear();
     // Who holds the mode is no property of the switch: it is not saved.
     if (const std::string holder = std::exchange(_local->facts.adminModeHolder, {}); !holder.empty())
         _adminMode.take(holder);
@@ -87,6 +103,7 @@ FabricModel::FabricModel(const Scenario& scenario)
         _principal = scenario.principal != 0 ? scenario.principal : _switches.begin()->first;
     if (auto active = activeSetOf(scenario.zoning, _zoning.configured))
         setActiveZoneSet(*_local, std::make_shared<const ActiveZoneSet>(std::move(*active)), Reach::all);
+    _logs.start(_startTime);
 }
 
 const Port* FabricModel::localPort(std::string_view index) const
@@ -149,6 +166,7 @@ void FabricModel::linkChanged(Switch& owner, Port& port, std::uint64_t now)
             return;
         one.meter.setLink(linkSpeed(of, one), now);
         const int carried = isOnline(of, one) ? one.facts.rxLoadPercent + one.facts.txLoadPercent : 0;
+        portStateChanged(one, now);
         of.carriedPercent += carried - std::exchange(one.carriedPercent, carried);
         warmthChanged(now);
     };
@@ -162,6 +180,22 @@ void FabricModel::linkChanged(Switch& owner, Port& port, std::uint64_t now)
         runMeter(other, end);
         mergeZoning(owner, port, now);
     }
+}
+
+void FabricModel::portStateChanged(Port& port, std::uint64_t now)
+{
+    const std::string_view state = operState(*_local, port);
+    if (std::exchange(port.loggedState, state) == state)
+        return;
+    const std::string event = "port " + std::to_string(port.facts.number) + " " + std::string(state);
+    _logs.write(LogKind::user, "port", event, now);
+    if (state == "Downed")
+        _logs.write(LogKind::alarm, "port", event, now);
+}
+
+void FabricModel::configurationWritten(std::string_view what, std::uint64_t now)
+{
+    _logs.write(LogKind::user, "config", "written: " + std::string(what), now);
 }
 
 void FabricModel::allLinksChanged(Switch& owner, std::uint64_t now)
@@ -183,6 +217,13 @@ Scenario FabricModel::toScenario() const
     for (const auto& one : _switches)
     {
         scenario.switches.push_back(one.second.facts);
+        if (one.second.facts.local)
+        {
+            SwitchScenario& facts = scenario.switches.back();
+            facts.logEnabled = _logs.enabled();
+            facts.userLog = _logs[LogKind::user].texts();
+            facts.alarmLog = _logs[LogKind::alarm].texts();
+        }
         for (const Port& port : one.second.ports)
             scenario.switches.back().ports.push_back(port.facts);
         for (const auto& node : one.second.nodes)

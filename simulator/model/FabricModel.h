@@ -4,6 +4,7 @@
 #ifndef SIMULATOR_MODEL_FABRICMODEL_H
 #define SIMULATOR_MODEL_FABRICMODEL_H
 
+#include "simulator/model/EventLog.h"
 #include "simulator/model/TrafficMeter.h"
 #include "simulator/model/Warmth.h"
 #include "simulator/model/Zoning.h"
@@ -41,6 +42,7 @@ struct Port
     bool initiators = false;                    // one of the nodes is an initiator
     LinkSpeed nodeSpeed = LinkSpeed::automatic; // the slowest of the nodes; automatic: no limit
     bool loop = false;                          // one of the nodes is on a loop
+    std::string_view loggedState;               // of a local port, as the log has it
     int carriedPercent = 0;                     // what a port that is online adds to its switch's
 };
 
@@ -128,6 +130,12 @@ class FabricModel
     // Whoever holds it is gone; an edit session ends without saving.
     void abandonAdminMode();
 
+    // The logs of the local switch. What happens to its ports, hardware and zoning is written by the changes
+    // above and below; whoever changes a configuration says so.
+    SwitchLogs& logs() { return _logs; }
+    const SwitchLogs& logs() const { return _logs; }
+    void configurationWritten(std::string_view what, std::uint64_t now);
+
     // Must be called when facts of a port, or of its switch, have changed: its counters, and those of the
     // port at the other end of a link between switches, run or stand accordingly.
     void linkChanged(Switch& owner, Port& port, std::uint64_t now);
@@ -141,8 +149,9 @@ class FabricModel
     SensorScenario& sensor(SensorKind kind, int number);
     BladeScenario& blade(int number);
 
-    void bladeChanged(int number, std::uint64_t now); // its ports are up or down with it
-    void warmthChanged(std::uint64_t now);            // what heats the local switch may be another
+    void bladeChanged(int number, std::uint64_t now);     // its ports are up or down with it
+    void portStateChanged(Port& port, std::uint64_t now); // or may have
+    void warmthChanged(std::uint64_t now);                // what heats the local switch may be another
     // Every change of the local switch's zoning passes here once it has happened.
     void zoningChanged(ZoningChange::Kind kind, std::string_view by, std::uint64_t now);
     // Makes the set (or none) the active one of a switch and of those that it is linked to, directly or over
@@ -164,6 +173,7 @@ class FabricModel
     Switch* _local = nullptr;
     AdminMode _adminMode;
     Zoning _zoning;
+    SwitchLogs _logs;
 };
 
 // The load that the facts describe.

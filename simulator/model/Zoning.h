@@ -15,6 +15,7 @@ namespace simulator
 // Who changes zoning; the first two hold the administrative mode for that.
 constexpr std::string_view kDirectCall = "cim agent";
 constexpr std::string_view kEditSession = "edit session";
+constexpr std::string_view kAdminCommand = "admin command"; // the mode was taken by a command
 constexpr std::string_view kFabric = "fabric"; // a switch takes the active zone set of a neighbour
 
 struct ZoningChange
@@ -30,6 +31,9 @@ struct ZoningChange
     std::string by;
     std::uint64_t at = 0; // model time in milliseconds
 };
+
+// "activated by cim agent"
+std::string textOf(const ZoningChange& change);
 
 // The copy that is active is kept by each switch; see FabricModel for the changes.
 struct Zoning

@@ -35,6 +35,10 @@ void FabricModel::setSupply(int number, SupplyState state, std::uint64_t now)
     if (goesWrong && supply.state == SupplyState::notInstalled)
         refuseEmpty("power supply", number);
     supply.state = state;
+    const std::string event = "power supply " + std::to_string(number) + " " + std::string(toText(state));
+    _logs.write(LogKind::user, "chassis", event, now);
+    if (goesWrong)
+        _logs.write(LogKind::alarm, "chassis", event, now);
     warmthChanged(now);
 }
 
@@ -71,6 +75,13 @@ BladeScenario& FabricModel::blade(int number)
 
 void FabricModel::bladeChanged(int number, std::uint64_t now)
 {
+    const BladeScenario& changed = blade(number);
+    const std::string_view state = operState(changed);
+    const std::string event =
+        "blade " + std::to_string(number) + " " + (state.empty() ? "removed" : std::string(state));
+    _logs.write(LogKind::user, "chassis", event, now);
+    if (changed.present && changed.failed)
+        _logs.write(LogKind::alarm, "chassis", event, now);
     for (Port& port : _local->ports)
         if (port.facts.blade == number)
             linkChanged(*_local, port, now);

@@ -7,9 +7,27 @@
 namespace simulator
 {
 
+std::string textOf(const ZoningChange& change)
+{
+    const auto verb = [&change]
+    {
+        switch (change.kind)
+        {
+        case ZoningChange::Kind::activated:
+            return "activated";
+        case ZoningChange::Kind::deactivated:
+            return "deactivated";
+        default:
+            return "database changed";
+        }
+    };
+    return std::string(verb()) + " by " + change.by;
+}
+
 void FabricModel::zoningChanged(ZoningChange::Kind kind, std::string_view by, std::uint64_t now)
 {
     _zoning.lastChange = ZoningChange{kind, std::string(by), now};
+    _logs.write(LogKind::user, "zoning", textOf(*_zoning.lastChange), now);
 }
 
 std::int32_t FabricModel::changeZoning(std::string_view by,

@@ -20,6 +20,7 @@ namespace simulator
 constexpr int kMaxLocalPorts = 1536;
 constexpr int kMaxRemotePorts = 4096; // a port number takes three hexadecimal digits of its WWN
 constexpr int kMaxNodes = 20000;
+constexpr int kMaxLogCapacity = 20000;
 
 // A port of any switch; the second group of fields says something of the local switch's ports only.
 struct PortScenario
@@ -91,6 +92,12 @@ struct SwitchScenario
     std::vector<PowerSupplyScenario> powerSupplies;
     std::string adminModeHolder; // who has the administrative mode at the start; empty: nobody
     std::vector<BladeScenario> blades;
+
+    // Its logs. Entries begin with their number in brackets.
+    bool logEnabled = true; // of the user log
+    int logCapacity = 1000; // entries of each log
+    std::vector<std::string> userLog;
+    std::vector<std::string> alarmLog;
 };
 
 // A node port attached to a switch port.

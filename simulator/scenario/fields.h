@@ -6,6 +6,7 @@
 #ifndef SIMULATOR_SCENARIO_FIELDS_H
 #define SIMULATOR_SCENARIO_FIELDS_H
 
+#include "simulator/model/EventLog.h"
 #include "simulator/scenario/Scenario.h"
 
 #include <cstddef>
@@ -163,6 +164,10 @@ void visitSwitch(Visitor& visit, Switch& one)
     visit.oneOf("principalPriority", one.principalPriority, kPrincipalPriorities);
     visit.bytes("reserved", one.reserved, kSwitchReservedSize);
     visitChassis(visit, one);
+    visit.flag("logEnabled", one.logEnabled);
+    visit.number("logCapacity", one.logCapacity, 1, kMaxLogCapacity);
+    visit.texts("userLog", one.userLog, kLogEntrySize);
+    visit.texts("alarmLog", one.alarmLog, kLogEntrySize);
 }
 
 template <class Visitor, class Node>

@@ -1,4 +1,5 @@
 // Checks that the parts of a scenario fit one another.
+#include "simulator/model/EventLog.h"
 #include "simulator/model/hex.h"
 #include "simulator/model/zoning_scenario.h"
 #include "simulator/scenario/Scenario.h"
@@ -117,6 +118,8 @@ class Validator
             }
         }
         checkSensors(one, place);
+        EventLog(one.logCapacity, one.userLog, place + "/userLog");
+        EventLog(one.logCapacity, one.alarmLog, place + "/alarmLog");
     }
 
     static void checkSensors(const SwitchScenario& one, const std::string& place)

@@ -43,6 +43,9 @@ enum class Receiver
     cimAgent
 };
 
+// What is kept over a restart.
+constexpr std::string_view kConfiguration = "Config.";
+
 Receiver receiverOf(std::string_view key)
 {
     constexpr std::string_view kCimAgent = "Cmd.Cim.";
@@ -60,7 +63,11 @@ std::int32_t writeKey(FabricModel& model, Receiver receiver, std::string_view ke
         return XPL_UNKNOWN_KEY;
     KeyArguments arguments;
     const WriteHandler* handler = writeKeys().find(key, arguments);
-    return handler != nullptr ? (*handler)(model, arguments, now) : std::int32_t{XPL_UNKNOWN_KEY};
+    const std::int32_t status =
+        handler != nullptr ? (*handler)(model, arguments, now) : std::int32_t{XPL_UNKNOWN_KEY};
+    if (status == XPL_OK && key.substr(0, kConfiguration.size()) == kConfiguration)
+        model.configurationWritten(key, now);
+    return status;
 }
 
 // What the batch calls check and count before they touch the model.

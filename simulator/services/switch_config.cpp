@@ -186,8 +186,10 @@ extern "C" int xpl_swSwitchSetConfig(xpl_Handle handle, const xpl_swSwitchConfig
         [record](FabricModel& model, std::uint64_t now)
         {
             const std::int32_t stored = store(*record, model.local().facts);
-            if (stored == XPL_OK)
-                model.allLinksChanged(model.local(), now);
+            if (stored != XPL_OK)
+                return stored;
+            model.configurationWritten("switch", now);
+            model.allLinksChanged(model.local(), now);
             return stored;
         });
 }
@@ -242,6 +244,7 @@ extern "C" int xpl_swPortSetConfig(xpl_Handle handle, std::int32_t port, const x
             const xpl_swPortConfig after = recordOf(found->facts);
             if (std::memcmp(&before, &after, sizeof before) == 0)
                 resetLink(model.local(), *found, now);
+            model.configurationWritten(portRecord(port), now);
             model.linkChanged(model.local(), *found, now);
             return XPL_OK;
         });

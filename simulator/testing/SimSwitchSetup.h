@@ -53,6 +53,9 @@ class SimSwitchSetup
         return *this;
     }
 
+    // Without entries for what happens: for tests that compare whole scenarios.
+    SimSwitchSetup& quiet() { return local().logEnabled = false, *this; }
+
     // Changes facts of the local switch: its type, faults, priority and so on.
     template <class Change>
     SimSwitchSetup& switchFacts(Change change)

@@ -57,23 +57,6 @@ ActiveZoneSetView viewOf(const ActiveZoneSet* active)
     return view;
 }
 
-std::string textOf(const ZoningChange& change)
-{
-    const auto verb = [&change]
-    {
-        switch (change.kind)
-        {
-        case ZoningChange::Kind::activated:
-            return "activated";
-        case ZoningChange::Kind::deactivated:
-            return "deactivated";
-        default:
-            return "database changed";
-        }
-    };
-    return std::string(verb()) + " by " + change.by;
-}
-
 } // namespace
 
 ZoningSetup& ZoningSetup::alias(std::string name, const std::vector<std::string>& members)

@@ -15,6 +15,7 @@ void benchMaps();
 void benchLoads();
 void benchTopology();
 void benchZoning();
+void benchLogs();
 void benchWaiting();
 void benchDispatch();
 void benchToolkit();

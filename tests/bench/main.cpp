@@ -24,6 +24,7 @@ int main(int argc, char** argv)
         bench::benchLoads();
         bench::benchTopology();
         bench::benchZoning();
+        bench::benchLogs();
         bench::benchWaiting();
         bench::benchDispatch();
         bench::benchCmpi(argv[1]);

@@ -89,6 +89,7 @@ class Operations : public Switch_Test
     {
         sim.open(simulator::SimSwitch::make()
                      .wwn(kWwn)
+                     .quiet()
                      .remote(3, 4)
                      .principal(1)
                      .node(1, 0, kNodeWwn)

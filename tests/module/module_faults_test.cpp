@@ -34,6 +34,7 @@ struct Served_Class
     bool hasMap;
     bool checksKeys;
     bool dropsDuplicates;
+    bool getsFromMap;
     std::vector<std::string> doesWithout;
 
     bool needs(const std::string& call) const
@@ -53,6 +54,7 @@ Served_Class servedBy(const char* className)
             PROVIDER::kHasMap,
             PROVIDER::kChecksKeys,
             PROVIDER::kInsertionFailed.text == nullptr,
+            PROVIDER::kGetsFromMap,
             {PROVIDER::kDoesWithout.begin(), PROVIDER::kDoesWithout.end()}};
 }
 
@@ -108,7 +110,14 @@ simulator::SimSwitchSetup fabric()
                     .alias("host", {"2100026E1A40B7C1"})
                     .zone("zone", {"host", "2100026E1A40B7C2"})
                     .zoneSet("set", {"zone"})
-                    .active("set"));
+                    .active("set"))
+        .switchFacts(
+            [](simulator::SwitchScenario& facts)
+            {
+                facts.userLog = {"[1][Tue Mar 04 10:22:31.123456 UTC 2008][m]",
+                                 "[2][Tue Mar 04 10:22:32.123456 UTC 2008][m]"};
+                facts.alarmLog = facts.userLog;
+            });
 }
 
 constexpr char kFailingModule[] = "vraxproviders_failing";
@@ -250,6 +259,7 @@ TEST_P(ModuleFaults, OfCreationsKeysAndInsertions)
     };
     for (const Request& request : requests)
     {
+        const bool maps = GetParam().getsFromMap || request.operation != std::string("GetInstance");
         for (const Step& step : steps)
         {
             for (int place = 0;; ++place)
@@ -260,7 +270,7 @@ TEST_P(ModuleFaults, OfCreationsKeysAndInsertions)
                 const std::string answer = ask(request);
                 if (!failures->struck())
                 {
-                    EXPECT_EQ(place > 0, step.happens);
+                    EXPECT_EQ(place > 0, step.happens && (maps || step.name != std::string("insertion")));
                     break;
                 }
                 failures.reset();

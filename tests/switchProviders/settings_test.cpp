@@ -72,6 +72,7 @@ class Settings : public Switch_Test
     void SetUp() override
     {
         sim.open(simulator::SimSwitch::make()
+                     .quiet()
                      .switchFacts([](simulator::SwitchScenario& facts) { facts.preferredDomain = 7; })
                      .scenario());
         makeMapsStale();

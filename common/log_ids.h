@@ -1,0 +1,34 @@
+// Which log the name of an instance belongs to.
+#ifndef COMMON_LOG_IDS_H
+#define COMMON_LOG_IDS_H
+
+#include <cstring>
+#include <initializer_list>
+
+namespace cimple
+{
+
+// The word for the log in an InstanceID that begins "VRAX:<class>:<wwn>:User", or ":Alarm"; null when there
+// is none. A static text.
+template <class CLASS>
+const char* logKind(const CLASS& instance)
+{
+    const char* at = instance.InstanceID.value.c_str();
+    for (int colons = 3; colons > 0 && at != nullptr; --colons)
+    {
+        at = std::strchr(at, ':');
+        if (at != nullptr)
+            ++at;
+    }
+    for (const char* word : {"User", "Alarm"})
+    {
+        const std::size_t length = std::strlen(word);
+        if (at != nullptr && std::strncmp(at, word, length) == 0 && (at[length] == '\0' || at[length] == ':'))
+            return word;
+    }
+    return nullptr;
+}
+
+} // namespace cimple
+
+#endif

@@ -1,0 +1,269 @@
+// Tests of what clients do with the logs: the methods, what they return, log and send to the switch, and the
+// search for a single entry.
+#include "platform/xpl_fzs.h"
+#include "switchProviders/VRAX_LogEntry_Provider.h"
+#include "switchProviders/VRAX_RecordLog_Provider.h"
+#include "tests/common/testing/Switch_Test.h"
+
+namespace cimple
+{
+namespace
+{
+
+typedef std::vector<std::string> Texts;
+
+const std::string kWwn = "100002a5c0de0001";
+const std::string kUser = "VRAX:RecordLog:" + kWwn + ":User";
+const std::string kAlarm = "VRAX:RecordLog:" + kWwn + ":Alarm";
+
+template <class CLASS>
+Owned<CLASS> keysOf(const std::string& id)
+{
+    Owned<CLASS> keys = makeNull<CLASS>();
+    keys->InstanceID.set(id.c_str());
+    return keys;
+}
+
+std::string joined(const Texts& texts)
+{
+    std::string all;
+    for (const std::string& text : texts)
+        all += (all.empty() ? "" : " | ") + text;
+    return all;
+}
+
+std::string entry(int number, const std::string& second, const std::string& message)
+{
+    return "[" + std::to_string(number) + "][Tue Mar 04 10:22:" + second + ".000001 UTC 2008][" + message +
+           "]";
+}
+
+class RecordLog : public Switch_Test
+{
+  protected:
+    void SetUp() override
+    {
+        sim.open(simulator::SimSwitch::make()
+                     .switchFacts(
+                         [](simulator::SwitchScenario& facts)
+                         {
+                             facts.userLog = {entry(5, "10", "a"),
+                                              entry(6, "20", "b"),
+                                              entry(8, "15", "c"),
+                                              entry(9, "20", "b")};
+                             facts.alarmLog = {entry(2, "10", "a")};
+                         })
+                     .scenario());
+        makeMapsStale();
+        instances<VRAX_RecordLog_Provider>();
+        instances<VRAX_LogEntry_Provider>();
+        sim.mark();
+    }
+
+    // No state: clears the log.
+    static std::string call(const std::string& id, std::optional<uint16> state)
+    {
+        const Owned<VRAX_RecordLog> self = keysOf<VRAX_RecordLog>(id);
+        Property<uint32> value;
+        value.set(99);
+        Property<uint16> requested;
+        requested.clear();
+        if (state && *state != 0)
+            requested.set(*state);
+        CIM_ConcreteJob* job = nullptr;
+        VRAX_RecordLog_Provider provider;
+        const auto status =
+            state ? provider.RequestStateChange(self.get(), requested, job, Property<Datetime>(), value)
+                  : provider.ClearLog(self.get(), value);
+        return std::to_string(status) + " " + std::to_string(value.value);
+    }
+
+    // The commands sent, without what they have in common.
+    std::string commands() const
+    {
+        std::string all;
+        for (const std::string& write : sim.writes())
+            all += (all.empty() ? "" : " ") + write.substr(std::string("Cmd.Switch.").size());
+        return all;
+    }
+    std::string values(const std::string& property)
+    {
+        Texts found;
+        for (const auto& log : this->instances<VRAX_RecordLog_Provider>())
+            found.push_back(log.at(property));
+        return joined(found);
+    }
+    // Whether an entry is found, and what was logged; its message when it is.
+    static std::string get(const std::string& id)
+    {
+        VRAX_LogEntry* found = nullptr;
+        const Log_Capture log(kLogInfo);
+        const int status = VRAX_LogEntry_Provider().get_instance(keysOf<VRAX_LogEntry>(id).get(), found);
+        const Owned<VRAX_LogEntry> owner(found);
+        if (found != nullptr)
+            return found->RecordID.value.c_str() + std::string(" ") + found->RecordData.value.c_str();
+        return std::to_string(status) + " " + joined(log.texts());
+    }
+};
+
+TEST_F(RecordLog, MethodsLeaveTheAdministrativeModeWhateverHappens)
+{
+    const std::string refused = "xpl_smlSetV failed with error ";
+    const struct
+    {
+        std::string id;
+        std::optional<uint16> state; // none: ClearLog
+        const char* failing; // a command; "held": somebody else has the mode, "load": the logs are stale
+        std::string result;
+        std::string logged;
+        std::string commands;
+    } rows[] = {
+        {kUser, {}, "", "0 0", "", "ReqAdmin ClearSysLog RelAdmin"},
+        {kAlarm, {}, "", "0 0", "", "ReqAdmin ClearAlarmLog RelAdmin"},
+        {"VRAX:RecordLog:" + kWwn + ":ALARM", {}, "other", "0 0", "", "ReqAdmin ClearAlarmLog RelAdmin"},
+        {"VRAX:RecordLog:" + kWwn + ":Third", {}, "other", "0 0", "", "ReqAdmin RelAdmin"},
+        {"VRAX:RecordLog:User", {}, "other", "0 5", "Invalid logID (user/alarm)", ""},
+        {kUser + "s", {}, "", "0 5", "Invalid self VRAX_RecordLog reference parameter", ""},
+        {kUser, {}, "held", "0 3", refused + "100", "ReqAdmin"},
+        {kUser, {}, "Cmd.Switch.ReqAdmin", "0 3", refused + "5", "ReqAdmin"},
+        {kUser, {}, "Cmd.Switch.ClearSysLog", "0 3", refused + "5", "ReqAdmin ClearSysLog RelAdmin"},
+        {kUser, {}, "load", "0 3", "Failed to load VRAX_RecordLog", ""},
+
+        {kUser, 2, "", "0 0", "", "ReqAdmin SysLogComp.All SysLogLevel.Warn StartSysLog RelAdmin"},
+        {kAlarm, 2, "", "0 0", "", "ReqAdmin SysLogComp.All SysLogLevel.Warn StartSysLog RelAdmin"},
+        {kUser, 6, "", "0 0", "", "ReqAdmin StopSysLog RelAdmin"},
+        {kUser, 3, "", "0 5", "Invalid RequestedState ", "ReqAdmin RelAdmin"},
+        {kUser, 0, "", "0 5", "Invalid RequestedState ", "ReqAdmin RelAdmin"}, // none given
+        {kUser, 2, "Cmd.Switch.SysLogComp.", "0 3", refused + "5", "ReqAdmin SysLogComp.All RelAdmin"},
+        {kUser,
+         2,
+         "Cmd.Switch.SysLogLevel.",
+         "0 3",
+         refused + "5",
+         "ReqAdmin SysLogComp.All SysLogLevel.Warn RelAdmin"},
+        {kUser, 6, "Cmd.Switch.StopSysLog", "0 3", refused + "5", "ReqAdmin StopSysLog RelAdmin"},
+        {kUser, 6, "held", "0 3", refused + "100", "ReqAdmin"},
+        {kUser + "s", 6, "", "0 5", "Invalid self VRAX_RecordLog reference parameter", ""},
+        {kUser, 6, "load", "0 3", "Failed to load VRAX_RecordLog", ""},
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE("row " + std::to_string(&row - rows));
+        SetUp();
+        const std::string failing = row.failing;
+        if (failing == "held")
+            sim.holdAdminMode("console");
+        else if (failing == "load")
+        {
+            VRAX_Maps::getInstance()->InstMapForceUnload(Map_Index<VRAX_RecordLog>::value);
+            sim.failNext("xpl_smlGetBatch");
+        }
+        else if (failing == "other")
+        {
+            Owned<VRAX_RecordLog> log = keysOf<VRAX_RecordLog>(row.id);
+            Write_Guard<VRAX_RecordLog>().insert(log);
+        }
+        else if (!failing.empty())
+            sim.failNext(failing);
+        const Log_Capture log(kLogInfo);
+        EXPECT_EQ(call(row.id, row.state), row.result);
+        Texts lines = log.texts();
+        if (failing == "load")
+            lines.erase(lines.begin()); // the load's own
+        EXPECT_EQ(joined(lines), row.logged);
+        EXPECT_EQ(commands(), row.commands);
+        EXPECT_EQ(sim.adminModeHolder(), failing == "held" ? "console" : "");
+    }
+    SetUp();
+    sim.failNext("Cmd.Switch.RelAdmin");
+    const Log_Capture log(kLogInfo);
+    EXPECT_EQ(call(kUser, 6), "0 3") << "leaving the mode is a command, too";
+    EXPECT_EQ(joined(log.texts()), refused + "5");
+}
+
+TEST_F(RecordLog, MethodsShowAtOnce)
+{
+    EXPECT_EQ(values("EnabledState"), "2 | 2");
+    EXPECT_EQ(call(kAlarm, 6), "0 0");
+    EXPECT_EQ(values("EnabledState"), "6 | 2") << "the user log, whichever is asked";
+    EXPECT_EQ(call(kUser, 2), "0 0");
+    EXPECT_EQ(values("EnabledState"), "2 | 2");
+    EXPECT_EQ(instances<VRAX_LogEntry_Provider>().size(), 4u);
+    EXPECT_EQ(call(kUser, {}), "0 0");
+    EXPECT_EQ(values("CurrentNumberOfRecords"), "0 | 1");
+    EXPECT_EQ(instances<VRAX_LogEntry_Provider>().size(), 1u);
+}
+
+// Times need not rise: the clock of a switch may be set back.
+TEST_F(RecordLog, AnEntryIsFoundOnTheSwitch)
+{
+    const std::string user = "VRAX:LogEntry:" + kWwn + ":User:";
+    const auto named = [&](const std::string& second, const std::string& sum)
+    { return user + "Tue Mar 04 10:22:" + second + ".000001 UTC 2008:" + sum; };
+    const std::string notFound = std::to_string(GET_INSTANCE_NOT_FOUND) + " ";
+    const std::string readError = std::to_string(GET_INSTANCE_FAILED) +
+                                  " Exception[CRIT]:switchProviders/VRAX_LogEntry_Provider:get_instance[] "
+                                  "xpl_smlGetV returned error";
+    const struct
+    {
+        std::string id;
+        std::map<std::string, std::string> answers; // by number; "last": the newest entry
+        std::string found;
+    } rows[] = {
+        {named("10", "97"), {}, "5 a"},
+        {named("20", "98"), {}, "6 b"}, // the first of two
+        {named("15", "99"), {}, "8 c"},
+        {named("15", "98"), {}, notFound + "log entry not found"},
+        {named("16", "99"), {}, notFound + "log entry not found"},
+        {"VRAX:LogEntry:" + kWwn + ":Alarm:Tue Mar 04 10:22:10.000001 UTC 2008:97", {}, "2 a"},
+        {"VRAX:LogEntry:x:User:Tue Mar 04 10:22:10.000001 UTC 2008:97", {}, notFound + "log entry not found"},
+        {"VRAX:LogEntry:" + kWwn + ":Third:x:97",
+         {},
+         notFound + "Badly formatted InstanceID, :User: or :Alarm: not specified"},
+        {user + "x:97", {}, notFound + "bad time format (timespec)"},
+        {user, {}, notFound + "bad time format (timespec)"},
+        {named("10", "97"), {{"0", "status 103"}}, notFound + "Unable to get first log entry"},
+        {named("15", "99"), {{"6", "status 103"}}, notFound + "Can't get expected next entry"},
+        {named("15", "99"), {{"0", "x"}, {"1", "x"}, {"2", "x"}, {"3", "x"}, {"4", "x"}}, "8 c"},
+        {named("16", "99"),
+         {{"0", "[5][x]"}, {"5", "[6][x][x]"}, {"last", "x"}},
+         notFound + "Unable to parse first_arr | Unable to parse last log entry | Unable to parse next "
+                    "logentry time | "
+                    "Can't get expected next entry"},
+        {named("15", "99"), {{"last", ""}}, ""},
+        {named("15", "99"), {{"0", "status 5"}}, "smlerror=5 | "},
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE("row " + std::to_string(&row - rows));
+        SetUp();
+        for (const auto& [number, answer] : row.answers)
+        {
+            const std::string key =
+                number == "last" ? "Oper.Switch.LastLogEntry.%d" : "Oper.Switch.NextLogEntry." + number;
+            if (answer.compare(0, 7, "status ") == 0)
+                sim.failKey(key, std::stoi(answer.substr(7)));
+            else
+                sim.answer(key, answer);
+        }
+        std::string expected = row.found;
+        if (expected.empty())
+        {
+            expected = readError;
+            expected.replace(expected.find("xpl_smlGetV"), std::string::npos, "Unable to get last log entry");
+        }
+        else if (expected.compare(0, 8, "smlerror") == 0)
+        {
+            expected = readError;
+            expected.insert(expected.find(' ') + 1, row.found);
+        }
+        EXPECT_EQ(get(row.id), expected);
+        sim.restore();
+    }
+    SetUp();
+    EXPECT_EQ(get(named("10", "97")), "5 a");
+    EXPECT_EQ(sim.calls("xpl_smlGetV"), 2u) << "no further than the entry";
+}
+
+} // namespace
+} // namespace cimple
