@@ -139,6 +139,11 @@ def test_the_whole_story(zoning):
         assert six_ways(connection, association, paths[near], paths[far]), (association, near, far)
     assert (zone_set["InstanceID"], zoning.active("story_a")) not in zoning.pairs("VRAX_MemberOfZoneSet")
 
+    # The configured zone may change, and is put in force again.
+    assert zoning.create_member(3, "01ab04", zones["story_a"])[0] == DONE
+    assert zoning.inactive("01AB04") in zoning.ids("VRAX_ZoneMembership")
+    assert zoning.activate(zone_set) == DONE
+
     # A member of what is enforced stays; what is deactivated can be taken apart.
     with pytest.raises(pywbem.CIMError) as refused:
         connection.DeleteInstance(zoning.path("VRAX_ZoneMembership", zoning.inactive("1:A")))
