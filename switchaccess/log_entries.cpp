@@ -177,14 +177,14 @@ void Log_Walk::advance()
         std::optional<std::string> text = getNextEntry(_type, _number, _caller);
         if (!text)
             break;
-        if (arrive(std::move(*text)))
+        if (arrive(*text))
             return;
     }
     _atEnd = true;
 }
 
 // False for an entry that cannot be parsed; it is done with all the same.
-bool Log_Walk::arrive(std::string text)
+bool Log_Walk::arrive(const std::string& text)
 {
     const bool parsed = _entry.parse(text);
     const bool rises = _entry.number() > _number;

@@ -101,7 +101,7 @@ class Log_Walk : public Walk<Log_Walk>
     Log_Entry& current() { return _entry; }
 
   private:
-    bool arrive(std::string text);
+    bool arrive(const std::string& text);
     void skip(const std::string& text);
 
     int _type;

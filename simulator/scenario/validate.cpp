@@ -118,8 +118,9 @@ class Validator
             }
         }
         checkSensors(one, place);
-        EventLog(one.logCapacity, one.userLog, place + "/userLog");
-        EventLog(one.logCapacity, one.alarmLog, place + "/alarmLog");
+        // A log refuses the entries that it cannot have.
+        const EventLog userLog(one.logCapacity, one.userLog, place + "/userLog");
+        const EventLog alarmLog(one.logCapacity, one.alarmLog, place + "/alarmLog");
     }
 
     static void checkSensors(const SwitchScenario& one, const std::string& place)
