@@ -79,9 +79,9 @@ std::uint32_t newestNumber(int log_type, const Caller& caller)
 }
 
 // Whether the entry has this name. Its time is compared first: it tells most entries apart.
-bool isWanted(Log_Entry& next, const timeval& tv_inst, const std::string& id, const std::string& log)
+bool isWanted(Log_Entry& next, const Log_Time& tv_inst, const std::string& id, const std::string& log)
 {
-    timeval tv_next{};
+    Log_Time tv_next{};
     if (timestringToTimeval(next.time(), tv_next) != nullptr)
     {
         cim_log(kLogInfo, "Unable to parse next logentry time\n");
@@ -125,7 +125,7 @@ Get_Instance_Status VRAX_LogEntry_Provider::get_instance(const VRAX_LogEntry* mo
         const std::optional<Entry_Name> wanted = entryName(id);
         if (!wanted)
             notFound("Badly formatted InstanceID, :User: or :Alarm: not specified");
-        timeval tv_inst{};
+        Log_Time tv_inst{};
         if (const char* fault = timestringToTimeval(wanted->time.c_str(), tv_inst))
             notFound(fault);
         const Local_Switch_Wwn localWwn(caller);

@@ -82,7 +82,7 @@ char* tokenizeLog(char* text, char** fields, std::size_t max, std::size_t& count
     return text;
 }
 
-const char* timestringToTimeval(const char* text, timeval& time)
+const char* timestringToTimeval(const char* text, Log_Time& time)
 {
     constexpr long kMicroseconds = 1000000;
     std::tm fields{};
@@ -102,12 +102,12 @@ const char* timestringToTimeval(const char* text, timeval& time)
     fields.tm_isdst = -1; // the text does not say
     char seconds[32];
     std::strftime(seconds, sizeof(seconds), "%s", &fields);
-    time.tv_sec = static_cast<decltype(time.tv_sec)>(std::strtoll(seconds, nullptr, 10));
+    time.tv_sec = std::strtoll(seconds, nullptr, 10);
     time.tv_usec = microseconds;
     return nullptr;
 }
 
-std::int64_t tv_cmp(const timeval& a, const timeval& b)
+std::int64_t tv_cmp(const Log_Time& a, const Log_Time& b)
 {
     const std::int64_t seconds = std::int64_t{a.tv_sec} - std::int64_t{b.tv_sec};
     return seconds != 0 ? seconds : std::int64_t{a.tv_usec} - std::int64_t{b.tv_usec};

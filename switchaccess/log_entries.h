@@ -11,7 +11,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <sys/time.h>
 
 namespace cimple
 {
@@ -24,13 +23,20 @@ namespace cimple
 // that was in the last slot included.
 char* tokenizeLog(char* text, char** fields, std::size_t max, std::size_t& count);
 
+// As timeval, but of one size on every machine, however wide its time_t is.
+struct Log_Time
+{
+    std::int64_t tv_sec = 0; // since the epoch
+    std::int64_t tv_usec = 0;
+};
+
 // Reads a time as entries have it, "Tue Mar 04 10:22:31.123456 UTC 2008": local time whatever the zone says.
 // Null, or what is wrong with the text; `time` is left alone then.
-const char* timestringToTimeval(const char* text, timeval& time);
+const char* timestringToTimeval(const char* text, Log_Time& time);
 
 // Negative, zero or positive as `a` is before, at or after `b`: the difference in seconds, or in microseconds
 // within one second.
-std::int64_t tv_cmp(const timeval& a, const timeval& b);
+std::int64_t tv_cmp(const Log_Time& a, const Log_Time& b);
 
 // What follows the third colon of "VRAX:RecordLog:<wwn>:User"; nothing when there are fewer.
 std::optional<std::string> getLogNameFromInstanceID(const std::string& id);

@@ -88,7 +88,7 @@ TEST(LogEntryTexts, TellTheTime)
     };
     for (const auto& row : rows)
     {
-        timeval time{0, 0};
+        Log_Time time{0, 0};
         const char* fault = timestringToTimeval(row.text, time);
         EXPECT_EQ(std::string(fault != nullptr ? fault : ""), row.fault != nullptr ? row.fault : "")
             << row.text;
