@@ -48,6 +48,13 @@ inline const char* afterColon(const String& id, int n)
     return rest;
 }
 
+// Whether a long load tells how far it is, after so many zones or aliases.
+constexpr bool isDueALine(std::size_t count)
+{
+    constexpr std::size_t kEvery = 200;
+    return count % kEvery == 0;
+}
+
 // The name of the active zone set; empty when none is active.
 class Active_Zone_Set
 {

@@ -39,9 +39,7 @@ void VRAX_ZoneAliasElementSettingData_Provider::build(Pairs& pairs)
         aliases.back().members.reserve(members.size());
         for (std::uint32_t i = 0; i < members.size(); ++i)
             aliases.back().members.push_back(memberships.want(members.text(i)));
-        // A line for the patient, when there are many.
-        constexpr std::size_t kEvery = 200;
-        if (aliases.size() % kEvery == 0)
+        if (isDueALine(aliases.size()))
             cim_log(kLogInfo,
                     "VRAX_ZoneAliasSettingData, processed %d alias entries\n",
                     static_cast<int>(aliases.size()));

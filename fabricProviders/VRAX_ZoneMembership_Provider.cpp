@@ -43,13 +43,6 @@ const Member_Type* memberType(const char* word)
     return nullptr;
 }
 
-// A line for the patient, when there are many.
-bool isDueALine(std::size_t count)
-{
-    constexpr std::size_t kEvery = 200;
-    return count % kEvery == 0;
-}
-
 // The members of the active set are read in upper case, and so named in further keys.
 std::string asUpperCase(std::string& member)
 {

@@ -97,9 +97,10 @@ perform(const char* method, Property<uint32>& returnValue, BODY body, int line =
     return INVOKE_METHOD_OK;
 }
 
-[[noreturn]] void end(Method& op, Code code, const char* logged)
+// Without a text nothing is logged.
+[[noreturn]] void end(Method& op, Code code, const char* logged = nullptr)
 {
-    op.failWith(code, Failure_Text::plain(logged));
+    op.failWith(code, logged != nullptr ? Failure_Text::plain(logged) : Failure_Text::silent());
 }
 
 template <class PROVIDER>
@@ -141,13 +142,37 @@ Ref<const CLASS> referred(const Instance* reference)
 
 // The name that an instance's key ends with.
 template <class CLASS>
-std::string requireName(Method& op, const CLASS* instance, const char* logged = "")
+std::string requireName(Method& op, const CLASS* instance, const char* logged = nullptr)
 {
     const std::optional<String> name =
         instance != nullptr ? VRAX_Maps::getNameFromInstanceID(instance->InstanceID.value) : std::nullopt;
     if (!name)
         end(op, kInvalid, logged);
     return name->c_str();
+}
+
+// What members are added to: a zone, or an alias where no zone has the key.
+struct Holder
+{
+    Ref<const VRAX_Zone> zone;
+    Ref<const VRAX_ZoneAlias> alias;
+
+    bool isZone() const { return zone.ptr() != nullptr; }
+    std::string name(Method& op) const
+    {
+        return isZone() ? requireName(op, zone.ptr()) : requireName(op, alias.ptr());
+    }
+};
+
+Holder requireHolder(Method& op, const Instance* reference, Code otherwise, const char* logged = nullptr)
+{
+    Holder holder;
+    holder.zone = referred<VRAX_Zone>(reference);
+    if (!holder.isZone())
+        holder.alias = referred<VRAX_ZoneAlias>(reference);
+    if (!holder.isZone() && !holder.alias.ptr())
+        end(op, otherwise, logged);
+    return holder;
 }
 
 const char* idOf(const Property<String>* id)
@@ -403,20 +428,17 @@ Provider::CreateZoneMembershipSettingData(const VRAX_ZoningService* self,
         requireZonesAndAliases(op);
         const VRAX_ZoningService& service =
             requireService(op, services, self, kFailed, "Error looking up Zoning Service\n");
-        const Ref<const VRAX_Zone> zone = referred<VRAX_Zone>(SystemSpecificCollection);
-        const Ref<const VRAX_ZoneAlias> alias =
-            referred<VRAX_ZoneAlias>(zone.ptr() ? nullptr : SystemSpecificCollection);
-        if (!zone.ptr() && !alias.ptr())
-            end(op, kInvalid, "");
-        zone.ptr() ? requireName(op, zone.ptr()) : requireName(op, alias.ptr());
+        const Holder holder = requireHolder(op, SystemSpecificCollection, kInvalid);
+        holder.name(op); // the commands go by other properties, but a key without a name is refused
 
         Zoning_Edit edit;
         if (!edit.begun())
             return uint32{kLocked};
-        const int result = zone.ptr() ? edit.command("Cmd.Zoning.Zone.%s.AddZoneMember.%s",
-                                                     {zone->ElementName.value.c_str(), member.c_str()})
-                                      : edit.command("Cmd.Zoning.Alias.%s.AddZoneMember.%s",
-                                                     {alias->CollectionAlias.value.c_str(), member.c_str()});
+        const int result = holder.isZone()
+                               ? edit.command("Cmd.Zoning.Zone.%s.AddZoneMember.%s",
+                                              {holder.zone->ElementName.value.c_str(), member.c_str()})
+                               : edit.command("Cmd.Zoning.Alias.%s.AddZoneMember.%s",
+                                              {holder.alias->CollectionAlias.value.c_str(), member.c_str()});
         const uint32 code = conclude(kMemberCreations, result);
         if (code != kDone)
             return edit.cancel(), code;
@@ -451,11 +473,8 @@ Provider::AddZoneMembershipSettingData(const VRAX_ZoningService* self,
         requireLoaded<Provider>(op, kFailed, "VRAX_ZoningService_Provider load failed\n");
         requireZonesAndAliases(op);
         requireService(op, services, self, kInvalid, "Error looking up Zoning Service\n");
-        const Ref<const VRAX_Zone> zone = referred<VRAX_Zone>(SystemSpecificCollection);
-        const Ref<const VRAX_ZoneAlias> alias =
-            referred<VRAX_ZoneAlias>(zone.ptr() ? nullptr : SystemSpecificCollection);
-        if (!zone.ptr() && !alias.ptr())
-            end(op, kNotFound, "Neither Zone Ref nor ZoneAlias Ref correct\n");
+        const Holder holder = requireHolder(
+            op, SystemSpecificCollection, kNotFound, "Neither Zone Ref nor ZoneAlias Ref correct\n");
         const Ref<const VRAX_ZoneMembership> membership =
             referred<VRAX_ZoneMembership>(ZoneMembershipSettingData);
         if (!membership.ptr())
@@ -474,8 +493,8 @@ Provider::AddZoneMembershipSettingData(const VRAX_ZoningService* self,
                 kInvalid,
                 Failure_Text::plain("Invalid ConnectivityMemberID passed for ConnectivityMemberType %s\n"),
                 {std::to_string(type).c_str()});
-        const std::string name = zone.ptr() ? requireName(op, zone.ptr()) : requireName(op, alias.ptr());
-        const auto add = zone.ptr() ? xpl_fzsAddZoneMembers : xpl_fzsAddZoneAliasMembers;
+        const std::string name = holder.name(op);
+        const auto add = holder.isZone() ? xpl_fzsAddZoneMembers : xpl_fzsAddZoneAliasMembers;
         return conclude(kMemberAdditions, add(hSwitch, name.c_str(), 1, &member.type, &member.identifier));
     };
     return perform(__func__, return_value, body);

@@ -11,6 +11,7 @@
 #include "switchProviders/VRAX_FCPortStatisticalData_Provider.h"
 #include "switchProviders/VRAX_LogicalIOBladeFCPort_Provider.h"
 #include "switchProviders/VRAX_MemberOfStatisticsCollection_Provider.h"
+#include "tests/bench/cold_load.h"
 #include "tests/bench/report.h"
 
 #include <cstdio>
@@ -24,13 +25,6 @@ namespace
 {
 
 constexpr double kMicro = 1e6;
-
-template <class PROVIDER>
-void load()
-{
-    if (PROVIDER().load() != cimple::LOAD_OK)
-        throw std::runtime_error("the load failed");
-}
 
 // The fabric with the local switch's ports on as many blades as they need.
 simulator::Scenario onBlades(simulator::Scenario scenario)

@@ -4,6 +4,7 @@
 
 #include "simulator/testing/SimSwitch.h"
 #include "switchProviders/VRAX_LogManagesRecord_Provider.h"
+#include "tests/bench/cold_load.h"
 #include "tests/bench/report.h"
 
 #include <cstdio>
@@ -39,13 +40,6 @@ simulator::SimSwitchSetup logged(int entries)
                 facts.userLog.emplace_back(text);
             }
         });
-}
-
-template <class PROVIDER>
-void load()
-{
-    if (PROVIDER().load() != LOAD_OK)
-        throw std::runtime_error("the load failed");
 }
 
 void getNewest()

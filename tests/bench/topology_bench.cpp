@@ -12,6 +12,7 @@
 #include "fabricProviders/VRAX_MemberOfLogicalNetwork_Provider.h"
 #include "simulator/generator/generate.h"
 #include "simulator/testing/SimSwitch.h"
+#include "tests/bench/cold_load.h"
 #include "tests/bench/report.h"
 
 #include <cstdio>
@@ -31,14 +32,6 @@ constexpr int kLocalPorts = 64;
 constexpr double kMicro = 1e6;
 constexpr std::size_t kOtherWorkBytes = 64u << 20;
 constexpr std::size_t kCacheLineBytes = 64;
-
-template <class PROVIDER>
-void load()
-{
-    PROVIDER provider;
-    if (provider.load() != cimple::LOAD_OK)
-        throw std::runtime_error("the load failed");
-}
 
 // A class whose load is measured by itself: its ends are fresh when it begins.
 struct Subject

@@ -11,6 +11,7 @@
 #include "fabricProviders/VRAX_ZoneAliasElementSettingData_Provider.h"
 #include "fabricProviders/VRAX_ZoneElementSettingData_Provider.h"
 #include "simulator/testing/SimSwitch.h"
+#include "tests/bench/cold_load.h"
 #include "tests/bench/report.h"
 
 #include <cstdio>
@@ -71,13 +72,6 @@ simulator::SimSwitchSetup zoned(const Size& size)
         zoning.zoneSet("set" + std::to_string(i), zones);
     }
     return simulator::SimSwitch::make().zoning(zoning.active("set0"));
-}
-
-template <class PROVIDER>
-void load()
-{
-    if (PROVIDER().load() != LOAD_OK)
-        throw std::runtime_error("the load failed");
 }
 
 template <class PROVIDER, class... END_PROVIDERS>

@@ -467,7 +467,7 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
          kReady,
          "0 4",
          "[Adding zone z1 to zoneset none][Failed to Add Zone to ZoneSet]"},
-        {addZone("prod", inactive("z2")), kReady, "0 5", "[]"},
+        {addZone("prod", inactive("z2")), kReady, "0 5", ""},
         {addZone(inactive("prod"), inactive("none")), kReady, "0 7", "[Referenced zone not found]"},
         {run([&] { return other.addZone(inactive("empty"), inactive("z2")); }),
          kReady,
@@ -515,7 +515,7 @@ TEST_F(Zoning, MethodsReturnWhatBecameOfThem)
          kReady,
          "0 5",
          "[Invalid Parameter: ConnectivityMemberID]"},
-        {newMember(2, kHost, inactive("none")), kReady, "0 5", "[]"},
+        {newMember(2, kHost, inactive("none")), kReady, "0 5", ""},
         {newMember(2, kHost, inactive("z2")), kReady, "0 4", "[xpl_smlSetV Failed]"}, // there already
         {run([&] { return other.createMember<VRAX_Zone>(type(2), kHost, inactive("z3")); }),
          kReady,
