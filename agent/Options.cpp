@@ -157,6 +157,11 @@ constexpr Entry kEntries[] = {
      "FILE",
      "Start the simulated switch from this scenario file. Default: its built-in one.",
      applyText<&Options::scenario>},
+    {"state",
+     "FILE",
+     "Keep what clients change on the simulated switch in this file, and start from it in place of the "
+     "scenario once it exists.",
+     applyText<&Options::state>},
     {"log-level",
      "LEVEL",
      "error: cimd failed its clients. warning: also mistakes of clients and providers, and operations that "

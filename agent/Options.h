@@ -23,6 +23,7 @@ struct Options
     std::optional<std::string> privateKey;
     LogLevel logLevel = LogLevel::Warning;
     std::optional<std::string> scenario;
+    std::optional<std::string> state; ///< of the simulated switch, across restarts
     std::string repository;
     std::string registration;
     std::string providerDir;

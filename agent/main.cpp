@@ -137,6 +137,8 @@ int serve(const Setting& setting)
     const Limits& limits = options.limits;
     if (options.scenario)
         openScenario(options.providerDir, *options.scenario);
+    if (options.state)
+        keepState(options.providerDir, *options.state);
     AgentCore core(starting("--repository", [&] { return ClassRepository::load(options.repository); }),
                    starting("--registration", [&] { return loadRegistrations(options.registration); }),
                    options.providerDir);

@@ -1,4 +1,4 @@
-// The one thing the agent knows of the simulator: the name of its start function.
+// The one thing the agent knows of the simulator: the names of its start functions.
 #include "agent/platform.h"
 
 #include "agent/Options.h"
@@ -13,17 +13,14 @@ namespace
 {
 
 // 0 for success; otherwise `message` holds a text.
-using OpenFunction = int (*)(const char* path, char* message, std::size_t size);
+using StartFunction = int (*)(const char* path, char* message, std::size_t size);
 
-constexpr const char* kOpenName = "vraxsim_open";
 constexpr std::size_t kMessageBytes = 1024;
 
-} // namespace
-
-void openScenario(const std::string& directory, const std::string& scenario)
+void callStart(const char* option, const char* name, const std::string& directory, const std::string& file)
 {
     const std::string library = directory + "/libvraxplatform.so";
-    const std::string about = "--scenario " + scenario + ": ";
+    const std::string about = std::string(option) + " " + file + ": ";
     void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle == nullptr)
     {
@@ -31,12 +28,24 @@ void openScenario(const std::string& directory, const std::string& scenario)
         throw StartError(about + "cannot load " + library + ": " +
                          (reason != nullptr ? reason : "unknown reason"));
     }
-    const auto open = reinterpret_cast<OpenFunction>(dlsym(handle, kOpenName));
-    if (open == nullptr)
-        throw StartError(about + library + " is not a simulated switch: it lacks " + kOpenName);
+    const auto start = reinterpret_cast<StartFunction>(dlsym(handle, name));
+    if (start == nullptr)
+        throw StartError(about + library + " is not a simulated switch: it lacks " + name);
     char message[kMessageBytes] = "";
-    if (open(scenario.c_str(), message, sizeof message) != 0)
+    if (start(file.c_str(), message, sizeof message) != 0)
         throw StartError(about + (message[0] != '\0' ? message : "the simulated switch did not start"));
+}
+
+} // namespace
+
+void openScenario(const std::string& directory, const std::string& scenario)
+{
+    callStart("--scenario", "vraxsim_open", directory, scenario);
+}
+
+void keepState(const std::string& directory, const std::string& file)
+{
+    callStart("--state", "vraxsim_keep", directory, file);
 }
 
 } // namespace cimd

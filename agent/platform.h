@@ -12,6 +12,10 @@ namespace cimd
 // a switch's own platform library has no scenarios and is refused.
 void openScenario(const std::string& directory, const std::string& scenario);
 
+// Lets it start from what `file` holds of an earlier run, if there is one, and keep there what outlives a
+// restart. After openScenario(); throws as that does.
+void keepState(const std::string& directory, const std::string& file);
+
 } // namespace cimd
 
 #endif

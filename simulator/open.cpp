@@ -61,3 +61,11 @@ extern "C" int vraxsim_save(const char* scenarioPath, char* message, size_t mess
                       writeScenario(scenario, scenarioPath);
                   });
 }
+
+extern "C" int vraxsim_keep(const char* scenarioPath, char* message, size_t messageSize)
+{
+    if (scenarioPath != nullptr)
+        return report(scenarioPath, message, messageSize, [&] { Engine::instance().keepIn(scenarioPath); });
+    Engine::instance().stopKeeping();
+    return 0;
+}

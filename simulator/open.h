@@ -18,6 +18,10 @@ extern "C"
     // Writes the durable part of the fabric as a scenario file, in one step: configuration, names, switches,
     // nodes and links, but no counters.
     int vraxsim_save(const char* scenarioPath, char* message, size_t messageSize);
+
+    // Starts from the durable part that the file holds, when it exists, and from now on writes to it what
+    // vraxsim_save would, before each call that changes something returns. A null path ends that.
+    int vraxsim_keep(const char* scenarioPath, char* message, size_t messageSize);
 }
 
 #endif

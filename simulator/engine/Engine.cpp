@@ -42,10 +42,34 @@ void Engine::open(const Scenario& scenario, bool manualClock)
 {
     auto model = std::make_unique<FabricModel>(scenario);
     const Locked<CacheLock> quiet(cacheLock);
+    const KeptAtEnd kept(*this);
     const Locked<SharedMutex> guard(_mutex);
     clock.start(model->startTime(), manualClock);
     _model = std::move(model);
     _opened = true;
+}
+
+void Engine::keepIn(const std::string& path)
+{
+    stopKeeping(); // what is opened here is not of the file kept so far
+    if (StateFile::exists(path))
+        open(readScenario(path));
+    _stateFile.keepIn(path, [this] { return formatScenario(durablePart()); });
+}
+
+void Engine::stopKeeping()
+{
+    _stateFile.stop();
+}
+
+void Engine::keep() noexcept
+{
+    _stateFile.update([this] { return formatScenario(durablePart()); });
+}
+
+Scenario Engine::durablePart()
+{
+    return read([](const FabricModel& model, std::uint64_t) { return model.toScenario(); });
 }
 
 void Engine::openInitial()

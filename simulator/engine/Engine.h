@@ -5,6 +5,7 @@
 #include "simulator/engine/CacheLock.h"
 #include "simulator/engine/ModelClock.h"
 #include "simulator/engine/Probe.h"
+#include "simulator/engine/StateFile.h"
 #include "simulator/model/FabricModel.h"
 #include "simulator/thread_annotations.h"
 
@@ -14,8 +15,8 @@
 namespace simulator
 {
 
-// Locks, outermost first: the data cache's lock, the model's lock. Platform calls hold the model's lock only
-// for their own duration.
+// Locks, outermost first: the data cache's lock, the state file's, the model's. Platform calls hold the
+// model's lock only for their own duration.
 class Engine
 {
   public:
@@ -23,6 +24,12 @@ class Engine
 
     // Replaces the fabric. Throws ScenarioError and keeps the old one.
     void open(const Scenario& scenario, bool manualClock = false);
+
+    // From now on a file holds the durable part of the fabric whenever a change has ended; a fabric that the
+    // file already holds replaces the present one. Throws ScenarioError; the file is as before, and nothing
+    // is kept.
+    void keepIn(const std::string& path);
+    void stopKeeping();
 
     // Runs `use(const FabricModel&, now)` on one state of the model, together with other readers. The first
     // use of any kind opens the scenario that VRAX_SCENARIO names, else the built-in one, if nothing was
@@ -40,6 +47,7 @@ class Engine
     auto write(Change change)
     {
         openInitial();
+        const KeptAtEnd kept(*this); // after the lock is given back
         const Locked<SharedMutex> guard(_mutex);
         return change(*_model, clock.now());
     }
@@ -58,12 +66,27 @@ class Engine
     Probe probe;
 
   private:
+    class KeptAtEnd
+    {
+      public:
+        explicit KeptAtEnd(Engine& engine) : _engine(engine) {}
+        ~KeptAtEnd() { _engine.keep(); }
+        KeptAtEnd(const KeptAtEnd&) = delete;
+        KeptAtEnd& operator=(const KeptAtEnd&) = delete;
+
+      private:
+        Engine& _engine;
+    };
+
     Engine() = default;
     void openInitial();
+    void keep() noexcept;
+    Scenario durablePart();
 
     SharedMutex _mutex;
     std::unique_ptr<FabricModel> _model VRAX_GUARDED_BY(_mutex);
     std::atomic<bool> _opened{false};
+    StateFile _stateFile;
 };
 
 } // namespace simulator

@@ -94,9 +94,9 @@ void replaceFile(const std::string& path, std::string_view text)
     if (file.get() < 0)
         fail("cannot create a file beside", path);
     TemporaryFile temporary(aside);
-    writeAll(file.get(), text, aside);
+    writeAll(file.get(), text, path);
     if (::fchmod(file.get(), 0644) != 0 || ::fsync(file.get()) != 0 || !file.close())
-        fail("cannot complete", aside);
+        fail("cannot complete", path);
     if (::rename(aside.c_str(), path.c_str()) != 0)
         fail("cannot replace", path);
     temporary.keep();

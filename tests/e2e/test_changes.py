@@ -1,9 +1,13 @@
 """What a client may change: names and states of the local switch and its ports, read back after the change."""
 
+import os
+import signal
+
 import pywbem
 import pytest
 
 from agent_process import NAMESPACE, AgentProcess
+from kept_agent import KeptAgent
 
 ENABLED, DISABLED, TEST, RESET = 2, 3, 7, 11
 
@@ -84,3 +88,14 @@ def test_state_changes_are_accepted(connection, find, state):
 def test_a_method_that_is_not_supported(connection):
     assert failure_of(connection.InvokeMethod, "SetPowerState", local_port(connection, 3).path,
                       PowerState=pywbem.Uint16(1)) == pywbem.CIM_ERR_NOT_SUPPORTED
+
+
+def test_what_was_changed_outlives_a_crash_and_a_restart(build_dir, tmp_path):
+    with KeptAgent(build_dir, tmp_path) as agent:
+        rename(agent.connection, local_switch(agent.connection), "kept")
+        os.kill(agent.process.serving_pid, signal.SIGKILL)
+        assert local_switch(agent.connection)["ElementName"] == "kept"
+        rename(agent.connection, local_port(agent.connection, 3), "kept, too")
+        agent.restart()
+        assert local_switch(agent.connection)["ElementName"] == "kept"
+        assert local_port(agent.connection, 3)["ElementName"] == "kept, too"

@@ -1,4 +1,5 @@
 // Tests of saving a fabric and starting from it again, also when saving is cut short.
+#include "platform/xpl_fzs.h"
 #include "simulator/open.h"
 #include "simulator/scenario/scenario_json.h"
 #include "simulator/testing/SimSwitch.h"
@@ -6,12 +7,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <sys/resource.h>
+#include <thread>
+#include <vector>
 
 using namespace simulator;
 namespace fs = std::filesystem;
@@ -93,17 +97,24 @@ TEST_F(Durable, AnyNameThatARecordTakesCanBeReadBack)
     EXPECT_EQ("cut ", readScenario(file("saved.json")).switches.front().name);
 }
 
-// Saves while files cannot grow beyond 1000 bytes, less than a scenario takes, as on a full disk.
-std::string errorOfCutSave(SimSwitch& sim, const std::string& path)
+// Runs while files cannot grow beyond 1000 bytes, less than a scenario takes, as on a full disk.
+template <class Run>
+void onAFullDisk(Run run)
 {
     rlimit before{};
     ::getrlimit(RLIMIT_FSIZE, &before);
     const rlimit limit{1000, before.rlim_max};
     ::setrlimit(RLIMIT_FSIZE, &limit);
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    const std::string error = errorFrom([&] { sim.save(path); });
+    run();
     ::setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, handler);
+}
+
+std::string errorOfCutSave(SimSwitch& sim, const std::string& path)
+{
+    std::string error;
+    onAFullDisk([&] { error = errorFrom([&] { sim.save(path); }); });
     return error;
 }
 
@@ -145,6 +156,102 @@ TEST_F(Durable, ProgramsOpenAndSaveThroughTheCEntry)
     EXPECT_EQ(-1, vraxsim_save("/no/such/place.json", message, sizeof message));
     EXPECT_PRED_FORMAT2(testing::IsSubstring, "/no/such/place.json: cannot save: ", message);
     EXPECT_EQ(0, vraxsim_open(file("c.json").c_str(), message, sizeof message));
+}
+
+// A switch that keeps its state in a file for the duration of a test.
+class Kept : public Durable
+{
+  protected:
+    ~Kept() override { vraxsim_keep(nullptr, nullptr, 0); }
+
+    std::string keepIn(const std::string& path)
+    {
+        char message[300] = "?";
+        const int result = vraxsim_keep(path.c_str(), message, sizeof message);
+        EXPECT_EQ(result != 0, *message != '\0') << message;
+        return message;
+    }
+    std::string nameInFile() const { return readScenario(file("state.json")).switches.front().name; }
+};
+
+TEST_F(Kept, TheFileFollowsEveryChangeThatLasts)
+{
+    SimSwitch sim = SimSwitch::make().ports(8);
+    EXPECT_EQ("", keepIn(file("state.json")));
+    EXPECT_EQ("sim-switch", nameInFile());
+    xpl_swSwitchConfig record = switchRecord();
+    std::strcpy(record.symbolicName, "renamed");
+    ASSERT_EQ(0, xpl_swSwitchSetConfig(hSwitch, &record));
+    EXPECT_EQ("renamed", nameInFile()) << "a record";
+    setKey("Config.UserPort.0.3.LinkSpeed.4Gb/s");
+    ASSERT_EQ(0, xpl_fzsAddZoneAlias(hSwitch, "host"));
+    const Scenario state = readScenario(file("state.json"));
+    EXPECT_EQ(LinkSpeed::gb4, state.switches.front().ports[3].speed) << "a key";
+    ASSERT_EQ(1u, state.zoning.aliases.size()) << "zoning";
+    EXPECT_EQ(formatScenario(sim.scenario()), contentOf(file("state.json")));
+
+    const auto written = fs::last_write_time(file("state.json"));
+    sim.setCounter(3, "TotalLIPRecv", 7);
+    sim.advance(std::chrono::hours(1));
+    EXPECT_EQ(written, fs::last_write_time(file("state.json"))) << "what does not last is no reason to write";
+
+    // Another process begins where this one ended, whatever scenario it was given.
+    EXPECT_EQ(0, vraxsim_keep(nullptr, nullptr, 0));
+    sim.open(SimSwitch::make().scenario());
+    EXPECT_EQ("renamed", nameInFile()) << "nothing is kept any more";
+    EXPECT_EQ("", keepIn(file("state.json")));
+    EXPECT_EQ("renamed", valueOf("Config.Switch.SymName"));
+    EXPECT_EQ(1, filesInDirectory());
+}
+
+TEST_F(Kept, ChangesOfManyThreadsAreInTheFileWhenTheyAreDone)
+{
+    const SimSwitch sim = SimSwitch::make();
+    ASSERT_EQ("", keepIn(file("state.json")));
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back(
+            [this, t]
+            {
+                for (int i = 0; i < 5; ++i)
+                {
+                    const std::string name = "alias" + std::to_string(t) + "-" + std::to_string(i);
+                    EXPECT_EQ(0, xpl_fzsAddZoneAlias(hSwitch, name.c_str()));
+                    EXPECT_NE(std::string::npos, contentOf(file("state.json")).find('"' + name + '"'))
+                        << name;
+                }
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(20u, readScenario(file("state.json")).zoning.aliases.size());
+}
+
+TEST_F(Kept, AFileThatCannotBeUsedIsLeftAsItIs)
+{
+    SimSwitch sim = SimSwitch::make();
+    std::ofstream(file("state.json")) << "{\"switches\": [";
+    EXPECT_PRED_FORMAT2(testing::IsSubstring, "state.json:1:", keepIn(file("state.json")));
+    EXPECT_PRED_FORMAT2(
+        testing::IsSubstring, "/no/such/place.json: cannot save: ", keepIn("/no/such/place.json"));
+    sim.changeSwitch([](SwitchScenario& one) { one.name = "new"; });
+    EXPECT_EQ("{\"switches\": [", contentOf(file("state.json")));
+
+    // A disk that is full for a while costs nothing but what came in that while.
+    fs::remove(file("state.json"));
+    ASSERT_EQ("", keepIn(file("state.json")));
+    testing::internal::CaptureStderr();
+    onAFullDisk(
+        [&]
+        {
+            sim.changeSwitch([](SwitchScenario& one) { one.name = "lost"; });
+            sim.changeSwitch([](SwitchScenario& one) { one.name = "lost, too"; });
+        });
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(0u, told.find("simulated switch: state not kept: cannot write ")) << told;
+    EXPECT_EQ(1, std::count(told.begin(), told.end(), '\n')) << told;
+    EXPECT_EQ("new", nameInFile());
+    setKey("Config.UserPort.0.3.LinkSpeed.4Gb/s");
+    EXPECT_EQ("lost, too", nameInFile()) << "the next change brings it up to date";
 }
 
 } // namespace

@@ -154,7 +154,9 @@ def test_says_why_it_does_not_start(build_dir, tmp_path):
                 (["--provider-dir", platforms / "without", "--scenario", bad],
                  f"--scenario {bad}: {platforms}/without/libvraxplatform.so is not a simulated switch"),
                 (["--provider-dir", platforms / "with", "--scenario", bad],
-                 f"--scenario {bad}: {bad}:3: ports: a number was expected")]:
+                 f"--scenario {bad}: {bad}:3: ports: a number was expected"),
+                (["--provider-dir", platforms / "with", "--state", bad],
+                 f"--state {bad}: {platforms}/with/libvraxplatform.so is not a simulated switch: it lacks vraxsim_keep")]:
             cimd = Cimd(build_dir, "--port", "0", *STORE, *options)
             assert cimd.read_line().startswith("cimd: " + fault)
             assert cimd.process.wait() == 2, fault
