@@ -136,7 +136,7 @@ const char* logWord(int log_type, const char* function, const Caller& caller)
 
 std::string getLastEntry(int log_type, const Caller& caller)
 {
-    const Log_Keys& keys = keysOf(log_type, __func__, caller);
+    const Log_Keys& keys = keysOf(log_type, "getLastLogEntry", caller);
     char value[kXplSmlTextSize];
     if (read(keys.last, "%d", value) != 0)
         throw VRAX_Except(caller.source, caller.function, caller.line, Failure_Text(kReadError));
@@ -145,7 +145,7 @@ std::string getLastEntry(int log_type, const Caller& caller)
 
 std::optional<std::string> getNextEntry(int log_type, std::uint32_t number, const Caller& caller)
 {
-    const Log_Keys& keys = keysOf(log_type, __func__, caller);
+    const Log_Keys& keys = keysOf(log_type, "getNextLogEntry", caller);
     char value[kXplSmlTextSize];
     const int status = read(keys.next, std::to_string(number), value);
     if (status == XPL_FZS_NO_MORE)
