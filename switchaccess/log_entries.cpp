@@ -19,8 +19,6 @@ namespace
 
 constexpr char kReadError[] = "xpl_smlGetV returned error";
 constexpr std::size_t kLeastFields = 3; // number, time, message
-// The highest number that a key can name.
-constexpr std::uint32_t kHighestKey = std::numeric_limits<std::int32_t>::max();
 
 struct Log_Keys
 {
@@ -172,7 +170,7 @@ bool Log_Entry::parse(std::string text)
 
 void Log_Walk::advance()
 {
-    while (_number <= kHighestKey)
+    while (_number <= kHighestEntry)
     {
         std::optional<std::string> text = getNextEntry(_type, _number, _caller);
         if (!text)
@@ -208,7 +206,7 @@ void Log_Walk::skip(const std::string& text)
     if (!isBehind(high))
     {
         low = high;
-        high = kHighestKey + 1;
+        high = kHighestEntry + 1;
     }
     while (high - low > 1)
     {
