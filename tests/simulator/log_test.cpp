@@ -18,13 +18,18 @@ const std::string kSecond = "[9][Tue Mar 04 10:22:31.123456 UTC 2008][port][port
 
 SimSwitchSetup logs(int capacity = 1000)
 {
-    return SimSwitch::make().supplies(2).blades(2, 2).switchFacts(
-        [capacity](SwitchScenario& facts)
-        {
-            facts.logCapacity = capacity;
-            facts.userLog = {kFirst, kSecond};
-            facts.alarmLog = {kFirst};
-        });
+    return SimSwitch::make()
+        .supplies(2)
+        .blades(2, 2)
+        .temperature("Intake", 30)
+        .voltage("5 V", 5)
+        .switchFacts(
+            [capacity](SwitchScenario& facts)
+            {
+                facts.logCapacity = capacity;
+                facts.userLog = {kFirst, kSecond};
+                facts.alarmLog = {kFirst};
+            });
 }
 
 std::string status(int code)
@@ -151,6 +156,39 @@ TEST(Logs, EachEventWritesItsEntry)
         {[](SimSwitch& sim) { sim.pullBlade(1); },
          {"chassis][blade 1 removed", "port][port 0 Offline", "port][port 1 Offline"},
          {}},
+        {[](SimSwitch& sim)
+         {
+             NodeScenario node;
+             node.domain = 1;
+             node.port = 3;
+             for (const char* wwn : {"210002a5c0de0001", "210002a5c0de0002"})
+             {
+                 node.portWwn = wwn;
+                 sim.addNode(node);
+             }
+             sim.removeNode("210002a5c0de0001");
+             sim.portDown(3);
+             sim.portUp(3);
+         },
+         {"login][port 3: node 010300 logged in",
+          "login][port 3: node 010301 logged in",
+          "login][port 3: node 010300 logged out",
+          "port][port 3 Offline",
+          "port][port 3 Online",
+          "login][port 3: node 010301 logged in"},
+         {}},
+        {[](SimSwitch& sim)
+         {
+             sim.pinTemperature(1, 54);
+             sim.pinTemperature(1, 90);
+             sim.pinTemperature(1, 91);
+             sim.releaseSensor(SensorKind::temperature, 1);
+             sim.breakSensor(SensorKind::voltage, 1);
+         },
+         {"chassis][temperature sensor 1 Critical",
+          "chassis][temperature sensor 1 Normal",
+          "chassis][voltage sensor 1 Unknown"},
+         {"chassis][temperature sensor 1 Critical", "chassis][voltage sensor 1 Unknown"}},
         {[](SimSwitch&)
          {
              xpl_Zone* zone = xpl_ZoneCreate("z");
