@@ -118,14 +118,13 @@ std::optional<std::int64_t> compared(const Search& search, const Log_Entry& next
 // in between.
 Search bisected(Search search)
 {
-    std::uint32_t high = search.last;
-    while (search.first <= high)
+    while (search.first <= search.last)
     {
-        const std::uint32_t middle = search.first + (high - search.first) / 2;
+        const std::uint32_t middle = search.first + (search.last - search.first) / 2;
         std::optional<std::uint32_t> tooEarly;
         for (const Log_Entry& next : Log_Walk(search.log_type, search.caller, kUnparsed, middle - 1))
         {
-            if (next.number() > high)
+            if (next.number() > search.last)
                 break;
             if (const auto difference = compared(search, next))
             {
@@ -137,7 +136,7 @@ Search bisected(Search search)
         if (tooEarly)
             search.first = *tooEarly + 1;
         else
-            high = middle - 1;
+            search.last = middle - 1;
     }
     return search;
 }

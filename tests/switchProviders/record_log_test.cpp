@@ -5,6 +5,8 @@
 #include "switchProviders/VRAX_RecordLog_Provider.h"
 #include "tests/common/testing/Switch_Test.h"
 
+#include <algorithm>
+
 namespace cimple
 {
 namespace
@@ -269,13 +271,14 @@ TEST_F(RecordLog, AnEntryOfALongLogIsFoundInAFewSteps)
     const auto time = [](int i)
     { return "Tue Mar 04 10:22:31." + std::to_string(100000 + i / 2) + " UTC 2008"; };
     Texts entries;
-    for (int i = 1; i <= 1000; ++i) // numbers with gaps, pairs of the same time
-        entries.push_back("[" + std::to_string(i < 500 ? i : 7 * i) + "][" + time(i) + "][" +
-                          std::string(1, i % 2 == 0 ? 'a' : 'b') + "]");
+    // Numbers have gaps, two entries each the same time, and the one in the middle has none.
+    for (int i = 1; i <= 1000; ++i)
+        entries.push_back("[" + std::to_string(i < 500 ? i : 7 * i) + "][" + (i == 500 ? "never" : time(i)) +
+                          "][" + std::string(1, i % 2 == 0 ? 'a' : 'b') + "]");
     sim.open(simulator::SimSwitch::make()
                  .switchFacts([&](simulator::SwitchScenario& facts) { facts.userLog = entries; })
                  .scenario());
-    for (const int i : {1, 2, 3, 499, 500, 777, 1000})
+    for (const int i : {1, 2, 3, 499, 501, 777, 1000})
     {
         sim.mark();
         const std::string number = std::to_string(i < 500 ? i : 7 * i);
@@ -283,6 +286,37 @@ TEST_F(RecordLog, AnEntryOfALongLogIsFoundInAFewSteps)
                   number + (i % 2 == 0 ? " a" : " b"));
         EXPECT_LE(sim.calls("xpl_smlGetV"), 18u) << "two ends, a bisection of 7000 numbers, two entries";
     }
+}
+
+TEST_F(RecordLog, ASearchIsTraced)
+{
+    const auto traced = [](int second)
+    {
+        const Owned<VRAX_LogEntry> keys = keysOf<VRAX_LogEntry>(
+            "VRAX:LogEntry:" + kWwn + ":Alarm:Tue Mar 04 10:22:" + std::to_string(second) +
+            ".000001 UTC 2008:97");
+        VRAX_LogEntry* found = nullptr;
+        const Log_Capture log(kLogTrace);
+        VRAX_LogEntry_Provider().get_instance(keys.get(), found);
+        const Owned<VRAX_LogEntry> owner(found);
+        Texts lines = log.texts();
+        lines.erase(std::remove_if(lines.begin(),
+                                   lines.end(),
+                                   [](const std::string& line)
+                                   { return line.find("_Provider:") != line.npos; }),
+                    lines.end());
+        return joined(lines);
+    };
+    // The capture leaves out what follows an open bracket.
+    const std::string read = "response=[2][Tue Mar 04 10:22:10.000001 UTC 2008][] len=43 | ";
+    const std::string at = "log entry range []";
+    const std::string before = at + " | tv_inst < tv_next | ";
+    const std::string behind = at + " | tv_inst > tv_next | ";
+    const std::string ends = read + read; // the first and the last entry
+    const std::string notFound = "log entry not found";
+    EXPECT_EQ(traced(10), ends + read + at + " | " + read + at);
+    EXPECT_EQ(traced(9), ends + read + before + read + before + read + before + notFound);
+    EXPECT_EQ(traced(30), ends + read + behind + "End of list, log_type = 2 | " + read + behind + notFound);
 }
 
 } // namespace
