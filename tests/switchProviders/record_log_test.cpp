@@ -307,7 +307,7 @@ TEST_F(RecordLog, ASearchIsTraced)
                     lines.end());
         return joined(lines);
     };
-    // The capture leaves out what follows an open bracket.
+    // The capture empties the last brackets of a line.
     const std::string read = "response=[2][Tue Mar 04 10:22:10.000001 UTC 2008][] len=43 | ";
     const std::string at = "log entry range []";
     const std::string before = at + " | tv_inst < tv_next | ";
