@@ -22,8 +22,7 @@ const char* logKind(const CLASS& instance)
     }
     for (const char* word : {"User", "Alarm"})
     {
-        const std::size_t length = std::strlen(word);
-        if (at != nullptr && std::strncmp(at, word, length) == 0 && (at[length] == '\0' || at[length] == ':'))
+        if (at != nullptr && std::strncmp(at, word, std::strlen(word)) == 0)
             return word;
     }
     return nullptr;

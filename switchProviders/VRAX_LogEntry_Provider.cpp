@@ -4,8 +4,9 @@
 #include "switchaccess/local_switch.h"
 #include "switchaccess/log_entries.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -64,7 +65,7 @@ std::optional<Entry_Name> entryName(const std::string& id)
     return std::nullopt;
 }
 
-// The number of the newest entry; the highest one when the entry does not tell it.
+// The number of the newest entry; the highest that a walk comes to when the entry does not tell it.
 std::uint32_t newestNumber(int log_type, const Caller& caller)
 {
     Log_Entry last;
@@ -73,27 +74,88 @@ std::uint32_t newestNumber(int log_type, const Caller& caller)
         throw VRAX_Except(
             caller.source, caller.function, caller.line, Failure_Text("Unable to get last log entry"));
     if (last.parse(text))
-        return last.number();
+        return std::min(last.number(), kHighestEntry);
     cim_log(kLogInfo, "Unable to parse last log entry\n");
-    return std::numeric_limits<std::uint32_t>::max();
+    return kHighestEntry;
 }
 
-// Whether the entry has this name. Its time is compared first: it tells most entries apart.
-bool isWanted(Log_Entry& next, const Log_Time& tv_inst, const std::string& id, const std::string& log)
+constexpr char kUnparsed[] = "Unable to parse next logentry time\n";
+
+// The entry that is looked for, and the numbers of those among which it is.
+struct Search
 {
+    int log_type;
+    std::string log; // see logId()
+    std::string id;
+    Log_Time tv_inst;
+    std::uint32_t first;
+    std::uint32_t last;
+    Caller caller;
+};
+
+// Negative, zero or positive as the time that is looked for is before, at or after the entry's; nothing when
+// the entry's cannot be read.
+std::optional<std::int64_t> compared(const Search& search, const Log_Entry& next)
+{
+    cim_log(kLogTrace,
+            "log entry range [%u..%u..%u]\n",
+            unsigned{search.first},
+            unsigned{next.number()},
+            unsigned{search.last});
     Log_Time tv_next{};
     if (timestringToTimeval(next.time(), tv_next) != nullptr)
     {
-        cim_log(kLogInfo, "Unable to parse next logentry time\n");
-        return false;
+        cim_log(kLogInfo, kUnparsed);
+        return std::nullopt;
     }
-    const std::int64_t difference = tv_cmp(tv_inst, tv_next);
+    const std::int64_t difference = tv_cmp(search.tv_inst, tv_next);
     if (difference != 0)
-    {
         cim_log(kLogTrace, "%s", difference > 0 ? "tv_inst > tv_next\n" : "tv_inst < tv_next\n");
-        return false;
+    return difference;
+}
+
+// Narrows the search to where entries of that time begin in a log whose times rise, without reading what is
+// in between.
+Search bisected(Search search)
+{
+    while (search.first <= search.last)
+    {
+        const std::uint32_t middle = search.first + (search.last - search.first) / 2;
+        std::optional<std::uint32_t> tooEarly;
+        for (const Log_Entry& next : Log_Walk(search.log_type, search.caller, kUnparsed, middle - 1))
+        {
+            if (next.number() > search.last)
+                break;
+            if (const auto difference = compared(search, next))
+            {
+                if (*difference > 0)
+                    tooEarly = next.number();
+                break;
+            }
+        }
+        if (tooEarly)
+            search.first = *tooEarly + 1;
+        else
+            search.last = middle - 1;
     }
-    return entryId(log, next.time(), messageOf(next)) == id;
+    return search;
+}
+
+// Goes on to the entry with that name. False when there is none; the walk is at its end then if the log ended
+// before the last number. In a log whose times rise the first later entry ends the search.
+bool reach(Log_Walk& walk, const Search& search, bool timesRise)
+{
+    for (walk.start(); !walk.atEnd(); walk.advance())
+    {
+        Log_Entry& next = walk.current();
+        const auto difference = compared(search, next);
+        if (difference == 0 && entryId(search.log, next.time(), messageOf(next)) == search.id)
+            return true;
+        // What is written meanwhile is not waited for.
+        if (next.number() >= search.last || (timesRise && difference && *difference < 0))
+            return false;
+    }
+    return false;
 }
 
 } // namespace
@@ -129,38 +191,33 @@ Get_Instance_Status VRAX_LogEntry_Provider::get_instance(const VRAX_LogEntry* mo
         if (const char* fault = timestringToTimeval(wanted->time.c_str(), tv_inst))
             notFound(fault);
         const Local_Switch_Wwn localWwn(caller);
-        const std::string log = logId(localWwn.text(), wanted->log_type, caller);
+        const int log_type = wanted->log_type;
 
-        Log_Walk walk(wanted->log_type, caller, "Unable to parse first_arr\n");
-        walk.start();
-        if (walk.atEnd())
+        Log_Walk first(log_type, caller, "Unable to parse first_arr\n");
+        first.start();
+        if (first.atEnd())
             notFound("Unable to get first log entry");
-        walk.sayUnparsed("Unable to parse next logentry time\n");
-        const std::uint32_t first = walk.current().number();
-        // What is written meanwhile is not waited for.
-        const std::uint32_t last = newestNumber(wanted->log_type, caller);
-        while (true)
+        const Search search = {log_type,
+                               logId(localWwn.text(), log_type, caller),
+                               id,
+                               tv_inst,
+                               first.current().number(),
+                               newestNumber(log_type, caller),
+                               caller};
+        // When the switch's clock was set back the entry may be anywhere.
+        Log_Walk near(log_type, caller, kUnparsed, bisected(search).first - 1);
+        Log_Walk all(log_type, caller, kUnparsed, search.first - 1);
+        Log_Walk* const at = reach(near, search, true) ? &near : reach(all, search, false) ? &all : nullptr;
+        if (at != nullptr)
         {
-            Log_Entry& next = walk.current();
-            cim_log(kLogTrace,
-                    "log entry range [%u..%u..%u]\n",
-                    unsigned{first},
-                    unsigned{next.number()},
-                    unsigned{last});
-            if (isWanted(next, tv_inst, id, log))
-            {
-                Owned<VRAX_LogEntry> found = makeFor(op);
-                fill(*found, next, log, wanted->log_type);
-                requireKeys(op, *found);
-                instance = found.release();
-                return GET_INSTANCE_OK;
-            }
-            if (next.number() >= last)
-                break;
-            walk.advance();
-            if (walk.atEnd())
-                notFound("Can't get expected next entry");
+            Owned<VRAX_LogEntry> found = makeFor(op);
+            fill(*found, at->current(), search.log, log_type);
+            requireKeys(op, *found);
+            instance = found.release();
+            return GET_INSTANCE_OK;
         }
+        if (all.atEnd())
+            notFound("Can't get expected next entry");
         cim_log(kLogInfo, "log entry not found\n");
         return GET_INSTANCE_NOT_FOUND;
     };

@@ -19,8 +19,6 @@ namespace
 
 constexpr char kReadError[] = "xpl_smlGetV returned error";
 constexpr std::size_t kLeastFields = 3; // number, time, message
-// The highest number that a key can name.
-constexpr std::uint32_t kHighestKey = std::numeric_limits<std::int32_t>::max();
 
 struct Log_Keys
 {
@@ -136,7 +134,7 @@ const char* logWord(int log_type, const char* function, const Caller& caller)
 
 std::string getLastEntry(int log_type, const Caller& caller)
 {
-    const Log_Keys& keys = keysOf(log_type, __func__, caller);
+    const Log_Keys& keys = keysOf(log_type, "getLastLogEntry", caller);
     char value[kXplSmlTextSize];
     if (read(keys.last, "%d", value) != 0)
         throw VRAX_Except(caller.source, caller.function, caller.line, Failure_Text(kReadError));
@@ -145,7 +143,7 @@ std::string getLastEntry(int log_type, const Caller& caller)
 
 std::optional<std::string> getNextEntry(int log_type, std::uint32_t number, const Caller& caller)
 {
-    const Log_Keys& keys = keysOf(log_type, __func__, caller);
+    const Log_Keys& keys = keysOf(log_type, "getNextLogEntry", caller);
     char value[kXplSmlTextSize];
     const int status = read(keys.next, std::to_string(number), value);
     if (status == XPL_FZS_NO_MORE)
@@ -172,7 +170,7 @@ bool Log_Entry::parse(std::string text)
 
 void Log_Walk::advance()
 {
-    while (_number <= kHighestKey)
+    while (_number <= kHighestEntry)
     {
         std::optional<std::string> text = getNextEntry(_type, _number, _caller);
         if (!text)
@@ -208,7 +206,7 @@ void Log_Walk::skip(const std::string& text)
     if (!isBehind(high))
     {
         low = high;
-        high = kHighestKey + 1;
+        high = kHighestEntry + 1;
     }
     while (high - low > 1)
     {

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -86,20 +87,23 @@ class Log_Entry
     std::uint32_t _number = 0;
 };
 
+// The highest number that an entry can have and still be walked over: a key of the switch names it.
+constexpr std::uint32_t kHighestEntry = std::numeric_limits<std::int32_t>::max();
+
 // The entries of a log from the first to the last. What cannot be parsed costs a line in the log and nothing
 // else: the walk goes on behind it. Throws as getNextEntry().
 //     for (Log_Entry& entry : Log_Walk(kUserLog, {kSource, "load"}))
 class Log_Walk : public Walk<Log_Walk>
 {
   public:
-    // `unparsed`: the line.
-    Log_Walk(int log_type, const Caller& caller, const char* unparsed = "logging entry unable to be parsed\n")
-        : _type(log_type), _caller(caller), _unparsed(unparsed)
+    // `unparsed`: the line. The walk begins behind entry `number`.
+    Log_Walk(int log_type,
+             const Caller& caller,
+             const char* unparsed = "logging entry unable to be parsed\n",
+             std::uint32_t number = 0)
+        : _type(log_type), _caller(caller), _unparsed(unparsed), _number(number)
     {
     }
-
-    // Another line from here on.
-    void sayUnparsed(const char* line) { _unparsed = line; }
 
     void start() { advance(); }
     void advance();
@@ -114,7 +118,7 @@ class Log_Walk : public Walk<Log_Walk>
     Caller _caller;
     const char* _unparsed;
     Log_Entry _entry;
-    std::uint32_t _number = 0; // entries up to this one are done with
+    std::uint32_t _number; // entries up to this one are done with
     bool _atEnd = false;
 };
 

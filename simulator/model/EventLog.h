@@ -63,6 +63,7 @@ class SwitchLogs
 
     // From here on events are written: what a scenario brings about is none. `now` is model time.
     void start(std::uint64_t now);
+    bool started() const { return _started; }
     void write(LogKind kind, std::string_view component, std::string_view message, std::uint64_t now);
 
     EventLog& operator[](LogKind kind) { return kind == LogKind::user ? _user : _alarm; }

@@ -7,6 +7,7 @@
 #include "simulator/scenario/fields.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace simulator
@@ -34,6 +35,12 @@ SwitchLogs logsOf(const Scenario& scenario)
     return SwitchLogs(facts->logEnabled,
                       EventLog(facts->logCapacity, facts->userLog, "/userLog"),
                       EventLog(facts->logCapacity, facts->alarmLog, "/alarmLog"));
+}
+
+// In the logs.
+std::string nameOf(const Port& port)
+{
+    return "port " + std::to_string(port.facts.number);
 }
 
 } // namespace
@@ -103,6 +110,8 @@ FabricModel::FabricModel(const Scenario& scenario)
         _principal = scenario.principal != 0 ? scenario.principal : _switches.begin()->first;
     if (auto active = activeSetOf(scenario.zoning, _zoning.configured))
         setActiveZoneSet(*_local, std::make_shared<const ActiveZoneSet>(std::move(*active)), Reach::all);
+    for (Port& port : _local->ports)
+        logInsChanged(port, _startTime);
     _logs.start(_startTime);
 }
 
@@ -185,12 +194,36 @@ void FabricModel::linkChanged(Switch& owner, Port& port, std::uint64_t now)
 void FabricModel::portStateChanged(Port& port, std::uint64_t now)
 {
     const std::string_view state = operState(*_local, port);
-    if (std::exchange(port.loggedState, state) == state)
-        return;
-    const std::string event = "port " + std::to_string(port.facts.number) + " " + std::string(state);
-    _logs.write(LogKind::user, "port", event, now);
-    if (state == "Downed")
-        _logs.write(LogKind::alarm, "port", event, now);
+    if (std::exchange(port.loggedState, state) != state)
+    {
+        const std::string event = nameOf(port) + " " + std::string(state);
+        _logs.write(LogKind::user, "port", event, now);
+        if (state == "Downed")
+            _logs.write(LogKind::alarm, "port", event, now);
+    }
+    if (_logs.started())
+        logInsChanged(port, now);
+}
+
+void FabricModel::logInsChanged(Port& port, std::uint64_t now)
+{
+    const bool online = isOnline(*_local, port);
+    const std::vector<std::uint32_t> before =
+        std::exchange(port.loggedIn, online ? port.attached : std::vector<std::uint32_t>());
+    const auto tellThoseWithout = [&](const auto& these, const auto& others, const char* event)
+    {
+        std::vector<std::uint32_t> told;
+        std::set_difference(
+            these.begin(), these.end(), others.begin(), others.end(), std::back_inserter(told));
+        for (const std::uint32_t address : told)
+        {
+            const std::string node = ": node " + hexOf(address, 6);
+            _logs.write(LogKind::user, "login", nameOf(port) + node + event, now);
+        }
+    };
+    if (online) // else it goes without saying
+        tellThoseWithout(before, port.loggedIn, " logged out");
+    tellThoseWithout(port.loggedIn, before, " logged in");
 }
 
 void FabricModel::configurationWritten(std::string_view what, std::uint64_t now)

@@ -43,6 +43,7 @@ struct Port
     LinkSpeed nodeSpeed = LinkSpeed::automatic; // the slowest of the nodes; automatic: no limit
     bool loop = false;                          // one of the nodes is on a loop
     std::string_view loggedState;               // of a local port, as the log has it
+    std::vector<std::uint32_t> loggedIn;        // the nodes of a local port, as the log has them
     int carriedPercent = 0;                     // what a port that is online adds to its switch's
 };
 
@@ -100,10 +101,10 @@ class FabricModel
     // What happens to the hardware of the local switch, by number from 1. Each throws ScenarioError for what
     // does not exist, and when something fails that is not there.
     void setSupply(int number, SupplyState state, std::uint64_t now);
-    void pinSensor(SensorKind kind, int number, int reading); // it reads this whatever happens
-    void breakSensor(SensorKind kind, int number);            // it cannot be read
-    void releaseSensor(SensorKind kind, int number);          // it works, and reads what there is
-    void failBlade(int number, std::uint64_t now);            // its diagnostics fail with it
+    void pinSensor(SensorKind kind, int number, int reading, std::uint64_t now); // it reads this
+    void breakSensor(SensorKind kind, int number, std::uint64_t now);            // it cannot be read
+    void releaseSensor(SensorKind kind, int number, std::uint64_t now); // it works, and reads what there is
+    void failBlade(int number, std::uint64_t now);                      // its diagnostics fail with it
     void pullBlade(int number, std::uint64_t now);
     void insertBlade(int number, std::uint64_t now); // one that works
     void setBladeAdminState(int number, AdminState state, std::uint64_t now);
@@ -146,11 +147,16 @@ class FabricModel
   private:
     // Each throws ScenarioError when there is none.
     Switch& switchWith(int domain);
-    SensorScenario& sensor(SensorKind kind, int number);
     BladeScenario& blade(int number);
+    void changeSensor(SensorKind kind,
+                      int number,
+                      std::uint64_t now,
+                      const std::function<void(SensorScenario& sensor)>& change);
 
+    void chassisEvent(const std::string& event, bool failure, std::uint64_t now);
     void bladeChanged(int number, std::uint64_t now);     // its ports are up or down with it
     void portStateChanged(Port& port, std::uint64_t now); // or may have
+    void logInsChanged(Port& port, std::uint64_t now);    // or may have
     void warmthChanged(std::uint64_t now);                // what heats the local switch may be another
     // Every change of the local switch's zoning passes here once it has happened.
     void zoningChanged(ZoningChange::Kind kind, std::string_view by, std::uint64_t now);

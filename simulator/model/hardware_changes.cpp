@@ -35,37 +35,68 @@ void FabricModel::setSupply(int number, SupplyState state, std::uint64_t now)
     if (goesWrong && supply.state == SupplyState::notInstalled)
         refuseEmpty("power supply", number);
     supply.state = state;
-    const std::string event = "power supply " + std::to_string(number) + " " + std::string(toText(state));
-    _logs.write(LogKind::user, "chassis", event, now);
-    if (goesWrong)
-        _logs.write(LogKind::alarm, "chassis", event, now);
+    chassisEvent("power supply " + std::to_string(number) + " " + std::string(toText(state)), goesWrong, now);
     warmthChanged(now);
 }
 
-SensorScenario& FabricModel::sensor(SensorKind kind, int number)
+void FabricModel::chassisEvent(const std::string& event, bool failure, std::uint64_t now)
 {
+    _logs.write(LogKind::user, "chassis", event, now);
+    if (failure)
+        _logs.write(LogKind::alarm, "chassis", event, now);
+}
+
+void FabricModel::changeSensor(SensorKind kind,
+                               int number,
+                               std::uint64_t now,
+                               const std::function<void(SensorScenario& sensor)>& change)
+{
+    const auto changeOne = [&](auto& sensors, const char* what, auto readingOf)
+    {
+        auto& sensor = elementWith(sensors, what, number);
+        const auto state = [&]
+        { return stateAt(sensor, readingOf(*_local, static_cast<std::size_t>(number) - 1, now)); };
+        const SensorState before = state();
+        change(sensor);
+        const SensorState after = state();
+        if (after != before)
+            chassisEvent(std::string(what) + " " + std::to_string(number) + " " + std::string(toText(after)),
+                         after != SensorState::normal,
+                         now);
+    };
     if (kind == SensorKind::temperature)
-        return elementWith(_local->facts.temperatureSensors, "temperature sensor", number);
-    return elementWith(_local->facts.voltageSensors, "voltage sensor", number);
+        changeOne(_local->facts.temperatureSensors, "temperature sensor", temperatureOf);
+    else
+        changeOne(_local->facts.voltageSensors, "voltage sensor", voltageOf);
 }
 
-void FabricModel::pinSensor(SensorKind kind, int number, int reading)
+void FabricModel::pinSensor(SensorKind kind, int number, int reading, std::uint64_t now)
 {
-    SensorScenario& found = sensor(kind, number);
-    found.pinned = reading;
-    found.broken = false;
+    changeSensor(kind,
+                 number,
+                 now,
+                 [reading](SensorScenario& sensor)
+                 {
+                     sensor.pinned = reading;
+                     sensor.broken = false;
+                 });
 }
 
-void FabricModel::breakSensor(SensorKind kind, int number)
+void FabricModel::breakSensor(SensorKind kind, int number, std::uint64_t now)
 {
-    sensor(kind, number).broken = true;
+    changeSensor(kind, number, now, [](SensorScenario& sensor) { sensor.broken = true; });
 }
 
-void FabricModel::releaseSensor(SensorKind kind, int number)
+void FabricModel::releaseSensor(SensorKind kind, int number, std::uint64_t now)
 {
-    SensorScenario& found = sensor(kind, number);
-    found.pinned.reset();
-    found.broken = false;
+    changeSensor(kind,
+                 number,
+                 now,
+                 [](SensorScenario& sensor)
+                 {
+                     sensor.pinned.reset();
+                     sensor.broken = false;
+                 });
 }
 
 BladeScenario& FabricModel::blade(int number)
@@ -79,9 +110,7 @@ void FabricModel::bladeChanged(int number, std::uint64_t now)
     const std::string_view state = operState(changed);
     const std::string event =
         "blade " + std::to_string(number) + " " + (state.empty() ? "removed" : std::string(state));
-    _logs.write(LogKind::user, "chassis", event, now);
-    if (changed.present && changed.failed)
-        _logs.write(LogKind::alarm, "chassis", event, now);
+    chassisEvent(event, changed.present && changed.failed, now);
     for (Port& port : _local->ports)
         if (port.facts.blade == number)
             linkChanged(*_local, port, now);

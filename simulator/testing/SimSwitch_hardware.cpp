@@ -42,24 +42,24 @@ void SimSwitch::insertSupply(int supply)
 
 void SimSwitch::pinTemperature(int sensor, double celsius)
 {
-    change([=](FabricModel& model, std::uint64_t)
-           { model.pinSensor(SensorKind::temperature, sensor, hundredthsOf(celsius)); });
+    change([=](FabricModel& model, std::uint64_t now)
+           { model.pinSensor(SensorKind::temperature, sensor, hundredthsOf(celsius), now); });
 }
 
 void SimSwitch::pinVoltage(int sensor, double volts)
 {
-    change([=](FabricModel& model, std::uint64_t)
-           { model.pinSensor(SensorKind::voltage, sensor, millivoltsOf(volts)); });
+    change([=](FabricModel& model, std::uint64_t now)
+           { model.pinSensor(SensorKind::voltage, sensor, millivoltsOf(volts), now); });
 }
 
 void SimSwitch::breakSensor(SensorKind kind, int sensor)
 {
-    change([=](FabricModel& model, std::uint64_t) { model.breakSensor(kind, sensor); });
+    change([=](FabricModel& model, std::uint64_t now) { model.breakSensor(kind, sensor, now); });
 }
 
 void SimSwitch::releaseSensor(SensorKind kind, int sensor)
 {
-    change([=](FabricModel& model, std::uint64_t) { model.releaseSensor(kind, sensor); });
+    change([=](FabricModel& model, std::uint64_t now) { model.releaseSensor(kind, sensor, now); });
 }
 
 void SimSwitch::failBlade(int blade)

@@ -1,5 +1,5 @@
 // Cost of the switch's logs as they grow tenfold: the cold load of the entries and of what holds them, and
-// the search for the newest entry.
+// the search for a single entry, whose cost should hardly grow.
 #include "tests/bench/benches.h"
 
 #include "simulator/testing/SimSwitch.h"
@@ -8,6 +8,7 @@
 #include "tests/bench/report.h"
 
 #include <cstdio>
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -42,26 +43,33 @@ simulator::SimSwitchSetup logged(int entries)
         });
 }
 
-void getNewest()
+// The entry at this share of the log.
+Owned<VRAX_LogEntry> keysAt(double share)
 {
-    const Owned<VRAX_LogEntry> keys = makeNull<VRAX_LogEntry>();
+    Owned<VRAX_LogEntry> keys = makeNull<VRAX_LogEntry>();
+    const Read_Guard<VRAX_LogEntry> guard;
+    auto left = static_cast<std::size_t>(share * static_cast<double>(guard.view().size()));
+    for (const VRAX_LogEntry* one : guard.view())
     {
-        const Read_Guard<VRAX_LogEntry> guard;
-        const VRAX_LogEntry* newest = nullptr;
-        for (const VRAX_LogEntry* one : guard.view())
-            newest = one;
-        keys->InstanceID.set(newest->InstanceID.value);
+        keys->InstanceID.set(one->InstanceID.value);
+        if (left-- == 0)
+            break;
     }
+    return keys;
+}
+
+void get(const VRAX_LogEntry& keys)
+{
     VRAX_LogEntry* found = nullptr;
-    if (VRAX_LogEntry_Provider().get_instance(keys.get(), found) != GET_INSTANCE_OK)
+    if (VRAX_LogEntry_Provider().get_instance(&keys, found) != GET_INSTANCE_OK)
         throw std::runtime_error("the entry is not found");
     unref(found);
 }
 
-template <class RUN, class PREPARE>
-void bench(const char* title, RUN run, PREPARE prepare)
+// A switch with a log of that size, of which all is known.
+template <class BODY>
+void forEachSize(BODY body)
 {
-    Table table(title, "entries", "us per entry");
     for (const int size : kSizes)
     {
         simulator::SimSwitch sim(logged(size));
@@ -69,12 +77,42 @@ void bench(const char* title, RUN run, PREPARE prepare)
         VRAX_Maps::getInstance()->InstMapForceUnload(Map_Index<VRAX_LogEntry>::value);
         VRAX_Maps::getInstance()->InstMapForceUnload(Map_Index<VRAX_RecordLog>::value);
         load<VRAX_LogEntry_Provider>();
-        prepare();
-        sim.mark();
-        run();
-        const std::string remark = std::to_string(sim.platformCalls()) + " platform calls";
-        table.row(static_cast<std::size_t>(size), processorSeconds(run, prepare) / size * kMicro, remark);
+        body(sim, size);
     }
+}
+
+std::string callsOf(simulator::SimSwitch& sim, const std::function<void()>& run)
+{
+    sim.mark();
+    run();
+    return std::to_string(sim.platformCalls()) + " platform calls";
+}
+
+void benchLoad(const char* title, const std::function<void()>& run, providerEnum_t map)
+{
+    Table table(title, "entries", "us per entry");
+    const auto prepare = [map] { VRAX_Maps::getInstance()->InstMapForceUnload(map); };
+    forEachSize(
+        [&](simulator::SimSwitch& sim, int size)
+        {
+            prepare();
+            const std::string remark = callsOf(sim, run);
+            table.row(static_cast<std::size_t>(size), processorSeconds(run, prepare) / size * kMicro, remark);
+        });
+    table.print();
+}
+
+void benchGet(const char* title, double share)
+{
+    Table table(title, "entries", "us");
+    forEachSize(
+        [&](simulator::SimSwitch& sim, int size)
+        {
+            const Owned<VRAX_LogEntry> keys = keysAt(share);
+            const auto run = [&] { get(*keys); };
+            const std::string remark = callsOf(sim, run);
+            table.row(static_cast<std::size_t>(size), secondsPerCall(run) * kMicro, remark);
+        });
     table.print();
 }
 
@@ -82,13 +120,12 @@ void bench(const char* title, RUN run, PREPARE prepare)
 
 void benchLogs()
 {
-    const auto stale = [](providerEnum_t map)
-    { return [map] { VRAX_Maps::getInstance()->InstMapForceUnload(map); }; };
-    bench("Cold load: VRAX_LogEntry", load<VRAX_LogEntry_Provider>, stale(Map_Index<VRAX_LogEntry>::value));
-    bench("Cold load: VRAX_LogManagesRecord",
-          load<VRAX_LogManagesRecord_Provider>,
-          stale(Map_Index<VRAX_LogManagesRecord>::value));
-    bench("GetInstance: the newest VRAX_LogEntry", getNewest, [] {});
+    benchLoad("Cold load: VRAX_LogEntry", load<VRAX_LogEntry_Provider>, Map_Index<VRAX_LogEntry>::value);
+    benchLoad("Cold load: VRAX_LogManagesRecord",
+              load<VRAX_LogManagesRecord_Provider>,
+              Map_Index<VRAX_LogManagesRecord>::value);
+    benchGet("GetInstance: a VRAX_LogEntry amid the log", 0.4);
+    benchGet("GetInstance: the newest VRAX_LogEntry", 1);
 }
 
 } // namespace bench

@@ -5,6 +5,8 @@
 #include "switchProviders/VRAX_RecordLog_Provider.h"
 #include "tests/common/testing/Switch_Test.h"
 
+#include <algorithm>
+
 namespace cimple
 {
 namespace
@@ -49,8 +51,9 @@ class RecordLog : public Switch_Test
                          {
                              facts.userLog = {entry(5, "10", "a"),
                                               entry(6, "20", "b"),
-                                              entry(8, "15", "c"),
-                                              entry(9, "20", "b")};
+                                              entry(8, "20", "b"),
+                                              entry(9, "20", "d"),
+                                              entry(12, "15", "c")};
                              facts.alarmLog = {entry(2, "10", "a")};
                          })
                      .scenario());
@@ -188,7 +191,7 @@ TEST_F(RecordLog, MethodsShowAtOnce)
     EXPECT_EQ(values("EnabledState"), "6 | 2") << "the user log, whichever is asked";
     EXPECT_EQ(call(kUser, 2), "0 0");
     EXPECT_EQ(values("EnabledState"), "2 | 2");
-    EXPECT_EQ(instances<VRAX_LogEntry_Provider>().size(), 4u);
+    EXPECT_EQ(instances<VRAX_LogEntry_Provider>().size(), 5u);
     EXPECT_EQ(call(kUser, {}), "0 0");
     EXPECT_EQ(values("CurrentNumberOfRecords"), "0 | 1");
     EXPECT_EQ(instances<VRAX_LogEntry_Provider>().size(), 1u);
@@ -211,8 +214,9 @@ TEST_F(RecordLog, AnEntryIsFoundOnTheSwitch)
         std::string found;
     } rows[] = {
         {named("10", "97"), {}, "5 a"},
-        {named("20", "98"), {}, "6 b"}, // the first of two
-        {named("15", "99"), {}, "8 c"},
+        {named("20", "98"), {}, "6 b"},  // the first of two
+        {named("20", "100"), {}, "9 d"}, // no other at that time has its name
+        {named("15", "99"), {}, "12 c"},
         {named("15", "98"), {}, notFound + "log entry not found"},
         {named("16", "99"), {}, notFound + "log entry not found"},
         {"VRAX:LogEntry:" + kWwn + ":Alarm:Tue Mar 04 10:22:10.000001 UTC 2008:97", {}, "2 a"},
@@ -224,7 +228,7 @@ TEST_F(RecordLog, AnEntryIsFoundOnTheSwitch)
         {user, {}, notFound + "bad time format (timespec)"},
         {named("10", "97"), {{"0", "status 103"}}, notFound + "Unable to get first log entry"},
         {named("15", "99"), {{"6", "status 103"}}, notFound + "Can't get expected next entry"},
-        {named("15", "99"), {{"0", "x"}, {"1", "x"}, {"2", "x"}, {"3", "x"}, {"4", "x"}}, "8 c"},
+        {named("15", "99"), {{"0", "x"}, {"1", "x"}, {"2", "x"}, {"3", "x"}, {"4", "x"}}, "12 c"},
         {named("16", "99"),
          {{"0", "[5][x]"}, {"5", "[6][x][x]"}, {"last", "x"}},
          notFound + "Unable to parse first_arr | Unable to parse last log entry | Unable to parse next "
@@ -260,9 +264,59 @@ TEST_F(RecordLog, AnEntryIsFoundOnTheSwitch)
         EXPECT_EQ(get(row.id), expected);
         sim.restore();
     }
-    SetUp();
-    EXPECT_EQ(get(named("10", "97")), "5 a");
-    EXPECT_EQ(sim.calls("xpl_smlGetV"), 2u) << "no further than the entry";
+}
+
+TEST_F(RecordLog, AnEntryOfALongLogIsFoundInAFewSteps)
+{
+    const auto time = [](int i)
+    { return "Tue Mar 04 10:22:31." + std::to_string(100000 + i / 2) + " UTC 2008"; };
+    Texts entries;
+    // Numbers have gaps, two entries each the same time, and the one in the middle has none.
+    for (int i = 1; i <= 1000; ++i)
+        entries.push_back("[" + std::to_string(i < 500 ? i : 7 * i) + "][" + (i == 500 ? "never" : time(i)) +
+                          "][" + std::string(1, i % 2 == 0 ? 'a' : 'b') + "]");
+    sim.open(simulator::SimSwitch::make()
+                 .switchFacts([&](simulator::SwitchScenario& facts) { facts.userLog = entries; })
+                 .scenario());
+    for (const int i : {1, 2, 3, 499, 501, 777, 1000})
+    {
+        sim.mark();
+        const std::string number = std::to_string(i < 500 ? i : 7 * i);
+        EXPECT_EQ(get("VRAX:LogEntry:" + kWwn + ":User:" + time(i) + (i % 2 == 0 ? ":97" : ":98")),
+                  number + (i % 2 == 0 ? " a" : " b"));
+        EXPECT_LE(sim.calls("xpl_smlGetV"), 18u) << "two ends, a bisection of 7000 numbers, two entries";
+    }
+}
+
+TEST_F(RecordLog, ASearchIsTraced)
+{
+    const auto traced = [](int second)
+    {
+        const Owned<VRAX_LogEntry> keys = keysOf<VRAX_LogEntry>(
+            "VRAX:LogEntry:" + kWwn + ":Alarm:Tue Mar 04 10:22:" + std::to_string(second) +
+            ".000001 UTC 2008:97");
+        VRAX_LogEntry* found = nullptr;
+        const Log_Capture log(kLogTrace);
+        VRAX_LogEntry_Provider().get_instance(keys.get(), found);
+        const Owned<VRAX_LogEntry> owner(found);
+        Texts lines = log.texts();
+        lines.erase(std::remove_if(lines.begin(),
+                                   lines.end(),
+                                   [](const std::string& line)
+                                   { return line.find("_Provider:") != line.npos; }),
+                    lines.end());
+        return joined(lines);
+    };
+    // The capture empties the last brackets of a line.
+    const std::string read = "response=[2][Tue Mar 04 10:22:10.000001 UTC 2008][] len=43 | ";
+    const std::string at = "log entry range []";
+    const std::string before = at + " | tv_inst < tv_next | ";
+    const std::string behind = at + " | tv_inst > tv_next | ";
+    const std::string ends = read + read; // the first and the last entry
+    const std::string notFound = "log entry not found";
+    EXPECT_EQ(traced(10), ends + read + at + " | " + read + at);
+    EXPECT_EQ(traced(9), ends + read + before + read + before + read + before + notFound);
+    EXPECT_EQ(traced(30), ends + read + behind + "End of list, log_type = 2 | " + read + behind + notFound);
 }
 
 } // namespace

@@ -207,8 +207,8 @@ TEST_F(LogWalk, TellsTheNewestEntryAndRefusesOtherLogs)
     EXPECT_EQ(thrown([] { getLastEntry(kUserLog, kCaller); }), "xpl_smlGetV returned error") << "empty";
     for (const int type : {0, 3})
     {
-        EXPECT_EQ(thrown([=] { getLastEntry(type, kCaller); }), "Bad log_type passed to getLastEntry");
-        EXPECT_EQ(thrown([=] { getNextEntry(type, 0, kCaller); }), "Bad log_type passed to getNextEntry");
+        EXPECT_EQ(thrown([=] { getLastEntry(type, kCaller); }), "Bad log_type passed to getLastLogEntry");
+        EXPECT_EQ(thrown([=] { getNextEntry(type, 0, kCaller); }), "Bad log_type passed to getNextLogEntry");
     }
 }
 
