@@ -43,6 +43,8 @@ std::string faultOf(const TfPorts& ports, PortType owner, const TypeOfPort& type
 {
     if (!ports.empty() && owner != PortType::th)
         return "only ports of type TH have a list of TF ports";
+    if (textOf(ports).size() > kTfListSize)
+        return "the list of TF ports is longer than " + std::to_string(kTfListSize) + " bytes";
     for (auto port = ports.begin(); port != ports.end(); ++port)
     {
         const std::string name = "port " + std::to_string(*port);
