@@ -36,8 +36,8 @@ bool belongsToFabric(const ELEMENT& element)
     return element.SystemCreationClassName.value == "VRAX_Fabric";
 }
 
-// Only the local switch knows of a port how healthy it is. The numbers of other ports mean nothing to it: its own
-// port of that number is another one.
+// Only the local switch knows of a port how healthy it is. The numbers of other ports mean nothing to it: its
+// own port of that number is another one.
 inline bool isLocal(const VRAX_FCPort& port)
 {
     return !port.HealthState.null;

@@ -42,7 +42,8 @@ constexpr TF_List kBackupList = {false,
 constexpr const char* kHostPort = "TH";
 constexpr const char* kFabricPort = "TF";
 
-// What the switch is configured to do with a port. Each throws in the name of `function` when it cannot be read.
+// What the switch is configured to do with a port. Each throws in the name of `function` when it cannot be
+// read.
 class Port_Config
 {
   public:
@@ -121,8 +122,8 @@ void VRAX_PassThroughMapEntry_Provider::build(Pairs& pairs)
 namespace
 {
 
-// Gives the port the list and puts it in force, or leaves the switch as it was. When only the way out fails the
-// list is in force.
+// Gives the port the list and puts it in force, or leaves the switch as it was. When only the way out fails
+// the list is in force.
 void configure(const char* function, int port, const TF_List& list, const std::string& text)
 {
     Sml_Transaction change(Provider::kSource, function);
@@ -137,8 +138,8 @@ void configure(const char* function, int port, const TF_List& list, const std::s
     change.finish();
 }
 
-// A request to change an entry: from construction on it has passed the checks that creating and deleting share,
-// and holds the locks.
+// A request to change an entry: from construction on it has passed the checks that creating and deleting
+// share, and holds the locks.
 template <class STATUS>
 class Entry_Change
 {

@@ -12,16 +12,17 @@ template <class Command> // int32_t(FabricModel& model, uint64_t now)
 WriteHandler inConfigEdit(Command command)
 {
     return inAdminMode(
-        [command](FabricModel& model, const KeyArguments&, std::uint64_t now)
-        { return model.configEdit() != nullptr ? command(model, now) : std::int32_t{XPL_INVALID_PARAMETER}; });
+        [command](FabricModel& model, const KeyArguments&, std::uint64_t now) {
+            return model.configEdit() != nullptr ? command(model, now) : std::int32_t{XPL_INVALID_PARAMETER};
+        });
 }
 
 } // namespace
 
 WriteHandler inAdminMode(WriteHandler command)
 {
-    return [command = std::move(command)](
-               FabricModel& model, const KeyArguments& arguments, std::uint64_t now)
+    return
+        [command = std::move(command)](FabricModel& model, const KeyArguments& arguments, std::uint64_t now)
     {
         const std::string& holder = model.adminMode().holder();
         if (holder != kAdminCommand)
@@ -59,9 +60,9 @@ void addAdminCommands(WriteKeys& writes)
                        model.configEdit()->save();
                        return std::int32_t{XPL_OK};
                    }));
-    writes.add("Cmd.Switch.ActConfig",
-               inConfigEdit([](FabricModel& model, std::uint64_t now)
-                            { return model.activateConfigEdit(now); }));
+    writes.add(
+        "Cmd.Switch.ActConfig",
+        inConfigEdit([](FabricModel& model, std::uint64_t now) { return model.activateConfigEdit(now); }));
     writes.add("Cmd.Switch.CancelConfig",
                inConfigEdit(
                    [](FabricModel& model, std::uint64_t)

@@ -128,7 +128,8 @@ class FabricModel
     ZoningDatabase* zoningEdit() { return _zoning.pending ? &*_zoning.pending : nullptr; }
     // False while somebody holds the administrative mode.
     bool takeAdminMode(std::string_view holder) { return _adminMode.take(holder); }
-    // Whoever holds it is gone; an edit session ends without saving, and so does an edit of the configuration.
+    // Whoever holds it is gone; an edit session ends without saving, and so does an edit of the
+    // configuration.
     void abandonAdminMode();
 
     // The edit of the configuration, for whoever holds the administrative mode; null while there is none.
