@@ -2,7 +2,7 @@
 #ifndef SIMULATOR_MODEL_CONFIGEDIT_H
 #define SIMULATOR_MODEL_CONFIGEDIT_H
 
-#include "simulator/model/tf_ports.h"
+#include "simulator/model/TfPorts.h"
 
 #include <utility>
 #include <vector>

@@ -1,7 +1,7 @@
 // Checks that the parts of a scenario fit one another.
 #include "simulator/model/EventLog.h"
+#include "simulator/model/TfPorts.h"
 #include "simulator/model/hex.h"
-#include "simulator/model/tf_ports.h"
 #include "simulator/model/zoning_scenario.h"
 #include "simulator/scenario/Scenario.h"
 

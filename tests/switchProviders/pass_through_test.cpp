@@ -392,7 +392,6 @@ TEST_F(PassThrough, WhatIsRefusedChangesNothing)
         const PortScenario port0 = sim.port(0);
         const PortScenario port1 = sim.port(1);
         for (const std::string& what : row.failing)
-        {
             if (what == "held")
                 sim.holdAdminMode("console");
             else if (what == "load")
@@ -402,7 +401,6 @@ TEST_F(PassThrough, WhatIsRefusedChangesNothing)
             }
             else if (what != "plain" && what != "null")
                 sim.failNext(what);
-        }
         const Owned<Entry> one = entry(row.host, row.fabricPort, row.isPrimary);
         const Log_Capture log(kLogInfo);
         EXPECT_EQ(change(row.what, fails("null") ? nullptr : one.get()), row.result);

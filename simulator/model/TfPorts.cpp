@@ -1,5 +1,5 @@
 // The lists by which a transparent switch forwards its host ports to fabric ports.
-#include "simulator/model/tf_ports.h"
+#include "simulator/model/TfPorts.h"
 
 #include "simulator/model/hex.h"
 

@@ -1,6 +1,6 @@
 // The lists by which a transparent switch forwards its host ports (type TH) to fabric ports (type TF).
-#ifndef SIMULATOR_MODEL_TF_PORTS_H
-#define SIMULATOR_MODEL_TF_PORTS_H
+#ifndef SIMULATOR_MODEL_TFPORTS_H
+#define SIMULATOR_MODEL_TFPORTS_H
 
 #include "simulator/scenario/Scenario.h"
 
