@@ -36,6 +36,13 @@ bool belongsToFabric(const ELEMENT& element)
     return element.SystemCreationClassName.value == "VRAX_Fabric";
 }
 
+// Only the local switch knows of a port how healthy it is. The numbers of other ports mean nothing to it: its
+// own port of that number is another one.
+inline bool isLocal(const VRAX_FCPort& port)
+{
+    return !port.HealthState.null;
+}
+
 // The WWN of the switch that the element belongs to; null for those of attached nodes.
 template <class ELEMENT>
 const char* switchOf(const ELEMENT& element)

@@ -208,13 +208,6 @@ void VRAX_FCPort_Provider::build(Map_Writer<VRAX_FCPort>& map)
 namespace
 {
 
-// Only the local switch knows of a port how healthy it is. The numbers of other ports mean nothing here: its
-// own port of that number is another one.
-bool isLocal(const VRAX_FCPort& port)
-{
-    return !port.HealthState.null;
-}
-
 constexpr State_Change kStateChanges[] = {
     {2, State_Action::SetAdminState, XPL_ADMIN_ONLINE, "Setting port Online\n"},
     {3, State_Action::SetAdminState, XPL_ADMIN_OFFLINE, "Setting port Offline\n"},

@@ -10,6 +10,7 @@ import threading
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 DEFAULT_SCENARIO = ROOT / "simulator" / "scenarios" / "default.json"
 CHASSIS_SCENARIO = ROOT / "simulator" / "scenarios" / "chassis.json"
+TRANSPARENT_SCENARIO = ROOT / "simulator" / "scenarios" / "transparent.json"
 NAMESPACE = "root/interop"
 START_TIMEOUT_SECONDS = 60
 STOP_TIMEOUT_SECONDS = 60

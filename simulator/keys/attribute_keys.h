@@ -56,9 +56,14 @@ void addNameServerKeys(ReadKeys& keys);
 void addZoningKeys(ReadKeys& reads, WriteKeys& writes);
 void addZoningCommands(WriteKeys& writes);
 void addLogKeys(ReadKeys& reads, WriteKeys& writes);
+void addAdminCommands(WriteKeys& writes);
 
 // What "True" and "False" mean; nothing for any other text.
 std::optional<bool> flagNamed(std::string_view text);
+
+// A command for whoever took the administrative mode by a command: XPL_FZS_LOCKED while somebody else has it,
+// XPL_INVALID_PARAMETER while nobody does.
+WriteHandler inAdminMode(WriteHandler command);
 
 // Wraps a reader of the local switch's facts.
 template <class Read> // int32_t(const SwitchScenario& facts, Answer& answer)

@@ -1,4 +1,4 @@
-// Keys of the switch's logs, and the commands that need its administrative mode.
+// Keys of the switch's logs, and the commands on them.
 #include "platform/xpl_fzs.h"
 #include "simulator/keys/attribute_keys.h"
 #include "simulator/model/hex.h"
@@ -36,18 +36,16 @@ void addLog(ReadKeys& keys, LogKind kind, const std::string& name)
              { return answer.decimal(model.logs()[kind].size()); });
 }
 
-// A command of whoever took the administrative mode by a command.
-template <class Command> // void(FabricModel& model)
-WriteHandler inAdminMode(Command command)
+// A command on the logs.
+template <class Command> // void(SwitchLogs& logs)
+WriteHandler onLogs(Command command)
 {
-    return [command](FabricModel& model, const KeyArguments&, std::uint64_t)
-    {
-        const std::string& holder = model.adminMode().holder();
-        if (holder != kAdminCommand)
-            return holder.empty() ? std::int32_t{XPL_INVALID_PARAMETER} : std::int32_t{XPL_FZS_LOCKED};
-        command(model);
-        return std::int32_t{XPL_OK};
-    };
+    return inAdminMode(
+        [command](FabricModel& model, const KeyArguments&, std::uint64_t)
+        {
+            command(model.logs());
+            return std::int32_t{XPL_OK};
+        });
 }
 
 } // namespace
@@ -60,22 +58,13 @@ void addLogKeys(ReadKeys& reads, WriteKeys& writes)
               [](const FabricModel& model, const KeyArguments&, std::uint64_t, Answer& answer)
               { return answer.flag(model.logs().enabled()); });
 
-    writes.add("Cmd.Switch.ReqAdmin",
-               [](FabricModel& model, const KeyArguments&, std::uint64_t)
-               {
-                   const bool taken = model.takeAdminMode(kAdminCommand);
-                   return taken ? std::int32_t{XPL_OK} : std::int32_t{XPL_FZS_LOCKED};
-               });
-    writes.add("Cmd.Switch.RelAdmin", inAdminMode([](FabricModel& model) { model.abandonAdminMode(); }));
-    writes.add("Cmd.Switch.ClearSysLog",
-               inAdminMode([](FabricModel& model) { model.logs()[LogKind::user].clear(); }));
-    writes.add("Cmd.Switch.ClearAlarmLog",
-               inAdminMode([](FabricModel& model) { model.logs()[LogKind::alarm].clear(); }));
+    writes.add("Cmd.Switch.ClearSysLog", onLogs([](SwitchLogs& logs) { logs[LogKind::user].clear(); }));
+    writes.add("Cmd.Switch.ClearAlarmLog", onLogs([](SwitchLogs& logs) { logs[LogKind::alarm].clear(); }));
     // This switch writes of every component, and knows no entry below a warning.
-    writes.add("Cmd.Switch.SysLogComp.All", inAdminMode([](FabricModel&) {}));
-    writes.add("Cmd.Switch.SysLogLevel.Warn", inAdminMode([](FabricModel&) {}));
-    writes.add("Cmd.Switch.StartSysLog", inAdminMode([](FabricModel& model) { model.logs().enable(true); }));
-    writes.add("Cmd.Switch.StopSysLog", inAdminMode([](FabricModel& model) { model.logs().enable(false); }));
+    writes.add("Cmd.Switch.SysLogComp.All", onLogs([](SwitchLogs&) {}));
+    writes.add("Cmd.Switch.SysLogLevel.Warn", onLogs([](SwitchLogs&) {}));
+    writes.add("Cmd.Switch.StartSysLog", onLogs([](SwitchLogs& logs) { logs.enable(true); }));
+    writes.add("Cmd.Switch.StopSysLog", onLogs([](SwitchLogs& logs) { logs.enable(false); }));
 }
 
 } // namespace simulator

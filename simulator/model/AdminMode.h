@@ -1,4 +1,5 @@
-// The administrative mode of the switch: whoever changes its zoning holds it, one at a time.
+// The administrative mode of the switch: whoever changes its zoning or edits its configuration holds it, one
+// at a time.
 #ifndef SIMULATOR_MODEL_ADMINMODE_H
 #define SIMULATOR_MODEL_ADMINMODE_H
 

@@ -4,6 +4,7 @@
 #ifndef SIMULATOR_MODEL_FABRICMODEL_H
 #define SIMULATOR_MODEL_FABRICMODEL_H
 
+#include "simulator/model/ConfigEdit.h"
 #include "simulator/model/EventLog.h"
 #include "simulator/model/TrafficMeter.h"
 #include "simulator/model/Warmth.h"
@@ -128,8 +129,21 @@ class FabricModel
     ZoningDatabase* zoningEdit() { return _zoning.pending ? &*_zoning.pending : nullptr; }
     // False while somebody holds the administrative mode.
     bool takeAdminMode(std::string_view holder) { return _adminMode.take(holder); }
-    // Whoever holds it is gone; an edit session ends without saving.
+    // Whoever holds it is gone; an edit session ends without saving, and so does an edit of the
+    // configuration.
     void abandonAdminMode();
+
+    // The edit of the configuration, for whoever holds the administrative mode; null while there is none.
+    ConfigEdit* configEdit() { return _configEdit ? &*_configEdit : nullptr; }
+    bool beginConfigEdit(); // false when one is under way
+    void cancelConfigEdit() { _configEdit.reset(); }
+    // Puts in force what was saved, which ends the edit. Returns 0 or the status with which the switch
+    // refuses: then the edit goes on and nothing is changed.
+    std::int32_t activateConfigEdit(std::uint64_t now);
+    // Whether a local port may have the list: it is of type TH, and all in the list are of type TF.
+    bool fitsTfPorts(int port, const TfPorts& ports) const;
+    // Whether a local port may be given the type: one with a list stays TH, one in a list stays TF.
+    bool mayHaveType(const PortScenario& port, PortType type) const;
 
     // The logs of the local switch. What happens to its ports, hardware and zoning is written by the changes
     // above and below; whoever changes a configuration says so.
@@ -178,6 +192,7 @@ class FabricModel
     std::vector<IslScenario> _isls;
     Switch* _local = nullptr;
     AdminMode _adminMode;
+    std::optional<ConfigEdit> _configEdit;
     Zoning _zoning;
     SwitchLogs _logs;
 };

@@ -98,6 +98,7 @@ bool FabricModel::endZoningEdit(bool save, std::uint64_t now)
 void FabricModel::abandonAdminMode()
 {
     _zoning.pending.reset();
+    _configEdit.reset();
     _adminMode.release();
 }
 

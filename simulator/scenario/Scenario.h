@@ -50,6 +50,9 @@ struct PortScenario
     int class2Percent = 0; // share of class 2 frames; the rest is class 3
     int errorsPerHour = 0;
     int blade = 0; // the I/O blade that it sits on, from 1; 0: none
+    // The ports of type TF to which a port of type TH forwards, and those in their place.
+    std::vector<std::uint16_t> primaryTfPorts;
+    std::vector<std::uint16_t> backupTfPorts;
     std::vector<std::uint8_t>
         reserved; // bytes of the configuration record unknown to us; empty: made up by seed
 };

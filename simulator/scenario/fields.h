@@ -50,6 +50,8 @@ void visitPort(Visitor& visit, Port& port, bool local)
     visit.number("class2Percent", port.class2Percent, 0, 100);
     visit.number("errorsPerHour", port.errorsPerHour, 0, 1000000);
     visit.number("blade", port.blade, 0, kMaxLocalPorts);
+    visit.codes("primaryTfPorts", port.primaryTfPorts);
+    visit.codes("backupTfPorts", port.backupTfPorts);
     visit.bytes("reserved", port.reserved, kPortReservedSize);
 }
 

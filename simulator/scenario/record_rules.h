@@ -19,6 +19,8 @@ constexpr int kMaxDomainId = 239;
 constexpr std::size_t kSwitchNameSize = 32;
 constexpr std::size_t kPortNameSize = 255;
 constexpr std::size_t kLocationSize = 128;
+// Of a list of TF ports as a text: it fits the key that writes it.
+constexpr std::size_t kTfListSize = 200;
 
 // Bytes that belong to other services. Those of the switch record are kept in their order.
 constexpr std::size_t kSwitchReservedSize = 69;

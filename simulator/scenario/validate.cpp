@@ -1,5 +1,6 @@
 // Checks that the parts of a scenario fit one another.
 #include "simulator/model/EventLog.h"
+#include "simulator/model/TfPorts.h"
 #include "simulator/model/hex.h"
 #include "simulator/model/zoning_scenario.h"
 #include "simulator/scenario/Scenario.h"
@@ -118,9 +119,32 @@ class Validator
             }
         }
         checkSensors(one, place);
+        checkTfPorts(one, place);
         // A log refuses the entries that it cannot have.
         const EventLog userLog(one.logCapacity, one.userLog, place + "/userLog");
         const EventLog alarmLog(one.logCapacity, one.alarmLog, place + "/alarmLog");
+    }
+
+    static void checkTfPorts(const SwitchScenario& one, const std::string& place)
+    {
+        std::map<int, PortType> types;
+        for (const PortScenario& port : one.ports)
+            types.emplace(port.number, port.type);
+        const auto typeOf = [&types](int number)
+        {
+            const auto found = types.find(number);
+            return found != types.end() ? std::optional<PortType>(found->second) : std::nullopt;
+        };
+        for (const PortScenario& port : one.ports)
+        {
+            for (const TfList list : kTfLists)
+            {
+                const std::string fault = faultOf(port.*list, port.type, typeOf);
+                if (!fault.empty())
+                    throw ScenarioError(place + "/ports",
+                                        "port " + std::to_string(port.number) + ": " + fault);
+            }
+        }
     }
 
     static void checkSensors(const SwitchScenario& one, const std::string& place)

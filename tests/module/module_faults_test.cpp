@@ -92,9 +92,26 @@ struct Request
     std::size_t size; // instances in the answer
 };
 
-// A fabric in which every class has instances.
-simulator::SimSwitchSetup fabric()
+// A switch in transparent mode with an entry in each list of a port.
+simulator::SimSwitchSetup transparentSwitch()
 {
+    using simulator::PortScenario;
+    return SimSwitch::make()
+        .switchFacts([](simulator::SwitchScenario& facts) { facts.transparent = true; })
+        .port(1, [](PortScenario& port) { port.type = simulator::PortType::tf; })
+        .port(2,
+              [](PortScenario& port)
+              {
+                  port.type = simulator::PortType::th;
+                  port.primaryTfPorts = port.backupTfPorts = {1};
+              });
+}
+
+// A fabric in which the class has instances.
+simulator::SimSwitchSetup fabricFor(const std::string& className)
+{
+    if (className == "VRAX_PassThroughMapEntry")
+        return transparentSwitch();
     return SimSwitch::make()
         .blades(2, 2)
         .supplies(2)
@@ -125,7 +142,7 @@ constexpr char kFailingModule[] = "vraxproviders_failing";
 class ModuleFaults : public testing::TestWithParam<Served_Class>
 {
   protected:
-    ModuleFaults() : sim(fabric()), agent(kFailingModule), className(GetParam().name)
+    ModuleFaults() : sim(fabricFor(GetParam().name)), agent(kFailingModule), className(GetParam().name)
     {
         // Nobody reads the thousands of lines; the last reason is compared with what the client gets.
         cimd::setLogLevel(cimd::LogLevel::Error);
@@ -378,7 +395,7 @@ class ModuleFirstLoad : public testing::TestWithParam<Served_Class>
 
 TEST_P(ModuleFirstLoad, MayFail)
 {
-    const SimSwitch sim(fabric());
+    const SimSwitch sim(fabricFor(GetParam().name));
     Module_Agent agent(kFailingModule);
     makeMapsStale();
     const std::string className = GetParam().name;

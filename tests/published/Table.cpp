@@ -41,6 +41,8 @@ class Reader
         require(!indented || !table.entries.empty(), "an instance before its properties");
         if (word == "when")
             readWhen(rest, indented);
+        else if (word == "given")
+            table.given = split(rest, " and ");
         else if (indented)
             readProperty(word, rest);
         else if (word == "instance")
@@ -52,7 +54,7 @@ class Reader
         else if (word == "calls")
             table.calls.emplace_back(cut(rest, " ").first, std::stoul(cut(rest, " ").second));
         else
-            require(word == "none", "from, keys, methods, ends, instance, pair, calls, when or none");
+            require(word == "none", "from, keys, methods, ends, given, instance, pair, calls, when or none");
     }
 
     Table finished()

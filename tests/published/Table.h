@@ -42,6 +42,7 @@ struct When
 struct Table
 {
     Declaration declaration;
+    Texts given; // places of the fabric that are another thing
     std::vector<Entry> entries;
     std::vector<std::pair<std::string, std::size_t>> calls;
     std::vector<When> whens;

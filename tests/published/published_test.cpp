@@ -158,6 +158,7 @@ class Published : public Switch_Test, public testing::WithParamInterface<Served_
         std::ifstream(kFolder + "/fabric.json") >> fabric;
         fabric.at("names").get_to(names);
         fabric.erase("names");
+        fabric = fabric.patch(patchOf(table.given));
         start(fabric);
     }
 
@@ -236,6 +237,7 @@ class Published : public Switch_Test, public testing::WithParamInterface<Served_
             EXPECT_EQ(answer.instances[i], wanted[i]) << answer.names[i];
     }
 
+    static Json patchOf(const Texts& conditions);
     void meet(const Texts& conditions);
     void meet(const std::string& event);
     void expectEffects(const When& when, const Answer& usual);
@@ -307,7 +309,8 @@ void Published::meet(const std::string& event)
         sim.failNext(subject, 1, status, successes);
 }
 
-void Published::meet(const Texts& conditions)
+// Of the conditions that are places of the fabric.
+Json Published::patchOf(const Texts& conditions)
 {
     Json patch = Json::array();
     for (const std::string& condition : conditions)
@@ -318,7 +321,12 @@ void Published::meet(const Texts& conditions)
         else if (condition[0] == '/')
             patch.push_back({{"op", "remove"}, {"path", split(condition, " ").at(0)}});
     }
-    start(fabric.patch(patch));
+    return patch;
+}
+
+void Published::meet(const Texts& conditions)
+{
+    start(fabric.patch(patchOf(conditions)));
     for (const std::string& condition : conditions)
     {
         if (condition[0] == '/')
@@ -441,7 +449,8 @@ TEST_P(Published, ChangesAsTheTableSays)
 Declaration declarationOf(const cimple::Meta_Class& metaClass)
 {
     Declaration declared;
-    declared["from"] = metaClass.super_meta_class->name;
+    if (metaClass.super_meta_class != nullptr)
+        declared["from"] = metaClass.super_meta_class->name;
     const auto append = [&](const char* list, const std::string& text) {
         declared[list] += (declared[list].empty() ? "" : list == std::string("ends") ? ", " : " ") + text;
     };

@@ -1,0 +1,478 @@
+// Tests of what clients do with the pass-through map of a transparent switch: entries created and deleted,
+// what is sent to the switch for it, and what remains of a change that fails.
+#include "common/map_access.h"
+#include "switchProviders/VRAX_PassThroughMapEntry_Provider.h"
+#include "switchaccess/tf_port_list.h"
+#include "tests/common/testing/Switch_Test.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace cimple
+{
+namespace
+{
+
+using simulator::PortScenario;
+using simulator::PortType;
+
+typedef std::vector<std::string> Texts;
+typedef VRAX_PassThroughMapEntry Entry;
+typedef VRAX_PassThroughMapEntry_Provider Provider;
+
+// --- Lists
+
+TEST(TFPortList, IsReadNumberByNumber)
+{
+    const struct
+    {
+        const char* text;
+        std::vector<int> ports;
+    } rows[] = {
+        {"3,7,12", {3, 7, 12}},
+        {"0", {0}},
+        {"7,7", {7, 7}},
+        {",3,,7,", {3, 7}},
+        {"", {}},
+        {" 3, 7x,x", {3, 7, 0}},
+        {"010,-1", {10, -1}},
+        {"99999999999,-99999999999", {2147483647, -2147483647 - 1}},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(getTFPortList(row.text), row.ports) << row.text;
+    const Log_Capture log(kLogInfo);
+    getTFPortList("3,12");
+    EXPECT_EQ(
+        log.take(),
+        (std::vector<Log_Capture::Line>{{kLogInfo, "TFPortList[0] = 3"}, {kLogInfo, "TFPortList[1] = 12"}}));
+}
+
+TEST(TFPortList, IsWrittenWithoutAPort)
+{
+    const struct
+    {
+        std::vector<int> ports;
+        int port;
+        const char* text;
+    } rows[] = {
+        {{3, 7, 12}, 3, "7,12"},
+        {{3, 7, 12}, 7, "3,12"},
+        {{3, 7, 12}, 12, "3,7"},
+        {{3, 7, 12}, 1, "3,7,12"},
+        {{7, 3, 7}, 7, "3"},
+        {{3}, 3, "None"},
+        {{}, 3, "None"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(deleteFromTFPortList(row.ports, row.port), row.text);
+    EXPECT_TRUE(isNoTFPort("None") && isNoTFPort("") && !isNoTFPort("0"));
+}
+
+// --- Changes
+
+enum What
+{
+    CREATE,
+    DELETE
+};
+
+constexpr int kRemote = 100; // the port of another switch, which bears the number 3
+constexpr int kNode = 101;   // a node port
+constexpr int kNobody = 102; // no reference
+
+// Ports 0 and 1 are of type TH and 2 to 4 of type TF; port 0 forwards to 2, and in its place to 2 and 3.
+class PassThrough : public Switch_Test
+{
+  protected:
+    void SetUp() override { start(true); }
+
+    void start(bool transparent)
+    {
+        const auto become = [](PortType type) { return [type](PortScenario& port) { port.type = type; }; };
+        sim.open(simulator::SimSwitch::make()
+                     .ports(6)
+                     .port(0, become(PortType::th))
+                     .port(1, become(PortType::th))
+                     .port(2, become(PortType::tf))
+                     .port(3, become(PortType::tf))
+                     .port(4, become(PortType::tf))
+                     .port(0,
+                           [](PortScenario& port)
+                           {
+                               port.primaryTfPorts = {2};
+                               port.backupTfPorts = {2, 3};
+                           })
+                     .remote(2, 4)
+                     .node(1, 5, "2100026e1a40b7c1")
+                     .switchFacts([=](simulator::SwitchScenario& facts) { facts.transparent = transparent; })
+                     .scenario());
+        makeMapsStale();
+        before = entries();
+        sim.mark();
+    }
+
+    static VRAX_FCPort* port(int number)
+    {
+        if (number == kNobody)
+            return nullptr;
+        char device[34];
+        std::snprintf(device, sizeof(device), "100002a5c0de0001:2%03x02a5c0de0001", unsigned(number));
+        VRAX_FCPort* keys = VRAX_FCPort::create();
+        keys->SystemCreationClassName.set(number == kNode ? "VRAX_Fabric" : "VRAX_FCSwitch");
+        keys->SystemName.set(number == kRemote ? "100002a5c0de1002" : "100002a5c0de0001");
+        keys->CreationClassName.set("VRAX_FCPort");
+        keys->DeviceID.set(number == kNode     ? "2100026E1A40B7C1"
+                           : number == kRemote ? "100002a5c0de1002:200302a5c0de1002"
+                                               : device);
+        return keys;
+    }
+    static Owned<Entry> entry(int host, int fabricPort, bool isPrimary)
+    {
+        Owned<Entry> keys = makeNull<Entry>();
+        keys->Antecedent = port(host);
+        keys->Dependent = port(fabricPort);
+        keys->PrimaryMapping.set(isPrimary);
+        return keys;
+    }
+    static int change(What what, Entry* entry)
+    {
+        return what == CREATE ? int{Provider().create_instance(entry)}
+                              : int{Provider().delete_instance(entry)};
+    }
+
+    // "0-2 primary", as they are published.
+    Texts entries()
+    {
+        Texts all;
+        const Served served = serve<Provider>(
+            [&all](const Entry& one)
+            {
+                all.push_back(std::to_string(one.Antecedent->PortNumber.value) + "-" +
+                              std::to_string(one.Dependent->PortNumber.value) +
+                              (one.PrimaryMapping.value ? " primary" : " backup"));
+            });
+        EXPECT_EQ(served.status, 0);
+        std::sort(all.begin(), all.end());
+        return all;
+    }
+
+    // The writes, without what the commands have in common.
+    std::string writes() const
+    {
+        std::string all;
+        for (const std::string& write : sim.writes())
+        {
+            const std::string common = "Cmd.Switch.";
+            const bool isCommand = write.compare(0, common.size(), common) == 0;
+            all += (all.empty() ? "" : " ") + (isCommand ? write.substr(common.size()) : write);
+        }
+        return all;
+    }
+
+    Texts before;
+};
+
+const std::string kPrimary1 = "Config.UserPort.0.1.PrimaryTFPortMap.";
+const std::string kPrimary0 = "Config.UserPort.0.0.PrimaryTFPortMap.";
+const std::string kBackup0 = "Config.UserPort.0.0.BackupTFPortMap.";
+
+std::string whole(const std::string& write)
+{
+    return "ReqAdmin EditConfig.sum " + write + " SaveConfig.sum ActConfig RelAdmin";
+}
+
+TEST_F(PassThrough, EntriesAreCreatedAndDeleted)
+{
+    EXPECT_EQ(before, (Texts{"0-2 backup", "0-2 primary", "0-3 backup"}));
+    const struct
+    {
+        What what;
+        int host, fabricPort;
+        bool isPrimary;
+        std::string write;
+    } rows[] = {
+        {CREATE, 1, 4, true, kPrimary1 + "4"},
+        {CREATE, 0, 4, true, kPrimary0 + "2,4"},
+        {CREATE, 0, 3, true, kPrimary0 + "2,3"},
+        {CREATE, 0, 4, false, kBackup0 + "2,3,4"},
+        {DELETE, 0, 2, true, kPrimary0 + "None"},
+        {DELETE, 0, 2, false, kBackup0 + "3"},
+        {DELETE, 0, 3, false, kBackup0 + "2"},
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.write);
+        SetUp();
+        const Owned<Entry> one = entry(row.host, row.fabricPort, row.isPrimary);
+        EXPECT_EQ(change(row.what, one.get()), 0);
+        EXPECT_EQ(writes(), whole(row.write));
+        EXPECT_EQ(sim.adminModeHolder(), "");
+
+        Texts expected = before;
+        const std::string name = std::to_string(row.host) + "-" + std::to_string(row.fabricPort) +
+                                 (row.isPrimary ? " primary" : " backup");
+        if (row.what == CREATE)
+            expected.push_back(name);
+        else
+            expected.erase(std::find(expected.begin(), expected.end(), name));
+        std::sort(expected.begin(), expected.end());
+        sim.mark();
+        EXPECT_EQ(entries(), expected);
+        Entry* found = nullptr;
+        EXPECT_EQ(Provider().get_instance(one.get(), found),
+                  row.what == CREATE ? GET_INSTANCE_OK : GET_INSTANCE_NOT_FOUND);
+        const Owned<Entry> owner(found);
+        EXPECT_EQ(sim.platformCalls(), 0u) << "the map shows the change at once";
+        makeMapsStale();
+        EXPECT_EQ(entries(), expected) << "and so does the switch";
+    }
+}
+
+TEST_F(PassThrough, ARequestIsLogged)
+{
+    const Owned<Entry> one = entry(0, 3, true);
+    const Log_Capture log(kLogInfo);
+    EXPECT_EQ(change(CREATE, one.get()), 0);
+    Texts lines = log.texts();
+    ASSERT_EQ(lines.size(), 9u);
+    EXPECT_EQ(lines[1].rfind("Antecedent = 0x", 0), 0u);
+    EXPECT_EQ(lines[2].rfind("Dependent = 0x", 0), 0u);
+    lines.erase(lines.begin() + 1, lines.begin() + 3);
+    EXPECT_EQ(lines,
+              (Texts{"instance->PrimaryMapping = 1",
+                     "ant_portNumber = 0",
+                     "dep_portNumber = 3",
+                     "portType =TH",
+                     "portType =TF",
+                     "*primaryTFPortMap=2",
+                     "TFPortList[] = 2"}));
+}
+
+// What a client leaves out is told it back.
+TEST_F(PassThrough, WithoutPrimaryMappingItIsABackup)
+{
+    const Owned<Entry> one = entry(0, 4, true);
+    one->PrimaryMapping.clear();
+    EXPECT_EQ(change(CREATE, one.get()), 0);
+    EXPECT_EQ(writes(), whole(kBackup0 + "2,3,4"));
+    EXPECT_TRUE(!one->PrimaryMapping.null && !one->PrimaryMapping.value);
+}
+
+TEST_F(PassThrough, WhatIsRefusedChangesNothing)
+{
+    const std::string begun = "ReqAdmin EditConfig.sum";
+    const std::string takenBack = " CancelConfig RelAdmin";
+    const struct
+    {
+        What what;
+        int host, fabricPort;
+        bool isPrimary;
+        // Of keys and calls; "held": somebody else has the mode, "load": the ports are stale, "plain":
+        // another kind of switch, "null": no instance.
+        Texts failing;
+        int result;
+        std::string logged; // "CRIT" stands for the form of an exception
+        std::string writes;
+    } rows[] = {
+        {CREATE, 0, 4, true, {"null"}, 81, "Received invalid instance", ""},
+        {DELETE, 0, 2, true, {"null"}, 91, "Received invalid instance", ""},
+        {CREATE, 0, 4, true, {"DataCache::dcRdLock"}, 84, "CRIT Unable to obtaion datacache rdlock", ""},
+        {DELETE, 0, 2, true, {"DataCache::dcRdLock"}, 93, "CRIT Unable to obtaion datacache rdlock", ""},
+        {CREATE, 0, 4, true, {"plain"}, 81, "Not a transparent switch", ""},
+        {DELETE, 0, 2, true, {"plain"}, 91, "Not a transparent switch", ""},
+        {CREATE, 0, 4, true, {"load"}, 81, "CRIT Failed to load VRAX_FCPort_Provider\n", ""},
+        {DELETE, 0, 2, true, {"load"}, 91, "CRIT Failed to load VRAX_FCPort_Provider\n", ""},
+
+        {CREATE, 9, 4, true, {}, 81, "CRIT Antecedent not passed in correctly\n", ""},
+        {CREATE, kNobody, 4, true, {}, 81, "CRIT Antecedent not passed in correctly\n", ""},
+        {CREATE, kNode, 4, true, {}, 81, "CRIT Antecedent not passed in correctly\n", ""},
+        {CREATE, 0, 9, true, {}, 81, "CRIT Dependent not passed in correctly\n", ""},
+        {CREATE, 0, kNobody, true, {}, 81, "CRIT Dependent not passed in correctly\n", ""},
+        {CREATE, 1, kRemote, true, {}, 81, "CRIT Dependent not passed in correctly\n", ""},
+        {DELETE, kNobody, 2, true, {}, 91, "CRIT Antecedent not passed in correctly\n", ""},
+        {DELETE, 0, kRemote, false, {}, 91, "CRIT Dependent not passed in correctly\n", ""},
+
+        {CREATE, 2, 4, true, {}, 81, "CRIT Antecedent port type not TH", ""},
+        {CREATE, 0, 1, true, {}, 81, "CRIT Dependent port type not TF", ""},
+        {CREATE, 0, 5, true, {}, 81, "CRIT Dependent port type not TF", ""},
+        {DELETE, 2, 3, true, {}, 91, "CRIT Antecedent port type not TH", ""},
+        {DELETE, 0, 1, true, {}, 91, "CRIT Dependent port type not TF", ""},
+        {CREATE, 0, 4, true, {"Config.UserPort.0.0.Type"}, 81, "CRIT xpl_smlGetV failed", ""},
+        {CREATE, 0, 4, true, {"Config.UserPort.0.4.Type"}, 81, "CRIT xpl_smlGetV failed", ""},
+        {CREATE, 0, 4, true, {"Config.UserPort.0.0.PrimaryTFPortMap"}, 81, "CRIT xpl_smlGetV failed", ""},
+        {DELETE, 0, 2, false, {"Config.UserPort.0.0.BackupTFPortMap"}, 91, "CRIT xpl_smlGetV failed", ""},
+
+        {CREATE, 0, 2, true, {}, 81, "CRIT Already contains the primary TF mapping", ""},
+        {CREATE, 0, 3, false, {}, 81, "CRIT Already contains the backup TF mapping", ""},
+        {DELETE, 1, 2, true, {}, 91, "CRIT No primary TF PortMap defined for this port", ""},
+        {DELETE, 1, 2, false, {}, 91, "CRIT No backup TF PortMap defined for this port", ""},
+        {DELETE, 0, 3, true, {}, 91, "CRIT Failed to find TF port in *primaryTFPortMap", ""},
+        {DELETE, 0, 4, false, {}, 91, "CRIT Failed to find TF port in backupTFPortMap", ""},
+
+        {CREATE,
+         0,
+         4,
+         true,
+         {"held"},
+         81,
+         "CRIT xpl_smlSetV failed: Unable to Request Admin Lock",
+         "ReqAdmin"},
+        {DELETE,
+         0,
+         2,
+         true,
+         {"Cmd.Switch.ReqAdmin"},
+         91,
+         "CRIT xpl_smlSetV failed: Unable to Request Admin Lock",
+         "ReqAdmin"},
+        {CREATE,
+         0,
+         4,
+         true,
+         {"Cmd.Switch.EditConfig."},
+         81,
+         "CRIT xpl_smlSetV failed: Unable to set Config Edit mode",
+         begun + " RelAdmin"},
+        {CREATE,
+         0,
+         4,
+         true,
+         {"Config.UserPort.0.0.PrimaryTFPortMap."},
+         81,
+         "CRIT xpl_smlSetV Failed\n",
+         begun + " " + kPrimary0 + "2,4" + takenBack},
+        {DELETE,
+         0,
+         2,
+         false,
+         {"Config.UserPort.0.0.BackupTFPortMap."},
+         91,
+         "CRIT xpl_smlSetV Failed\n",
+         begun + " " + kBackup0 + "3" + takenBack},
+        {CREATE,
+         0,
+         4,
+         true,
+         {"Cmd.Switch.SaveConfig."},
+         81,
+         "CRIT xpl_smlSetV failed",
+         begun + " " + kPrimary0 + "2,4 SaveConfig.sum" + takenBack},
+        {DELETE,
+         0,
+         2,
+         true,
+         {"Cmd.Switch.ActConfig"},
+         91,
+         "CRIT xpl_smlSetV failed",
+         begun + " " + kPrimary0 + "None SaveConfig.sum ActConfig" + takenBack},
+        // A way back that fails does not stop the next one.
+        {CREATE,
+         0,
+         4,
+         true,
+         {"Cmd.Switch.SaveConfig.", "Cmd.Switch.CancelConfig"},
+         81,
+         "CRIT:xpl_smlSetV failed: Failed to Config Cancel|CRIT xpl_smlSetV failed",
+         begun + " " + kPrimary0 + "2,4 SaveConfig.sum" + takenBack},
+        {CREATE,
+         0,
+         4,
+         true,
+         {"Cmd.Switch.SaveConfig.", "Cmd.Switch.RelAdmin"},
+         81,
+         "CRIT:xpl_smlSetV failed: Failed to release Admin Lock|CRIT xpl_smlSetV failed",
+         begun + " " + kPrimary0 + "2,4 SaveConfig.sum" + takenBack},
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE("row " + std::to_string(&row - rows));
+        const auto fails = [&row](const char* what)
+        { return std::find(row.failing.begin(), row.failing.end(), what) != row.failing.end(); };
+        start(!fails("plain"));
+        const PortScenario port0 = sim.port(0);
+        const PortScenario port1 = sim.port(1);
+        for (const std::string& what : row.failing)
+            if (what == "held")
+                sim.holdAdminMode("console");
+            else if (what == "load")
+            {
+                makeMapStale("VRAX_FCPort");
+                sim.failNext("DataCache::dcRdLock", 1, XPL_UNREACHABLE, 1);
+            }
+            else if (what != "plain" && what != "null")
+                sim.failNext(what);
+        const Owned<Entry> one = entry(row.host, row.fabricPort, row.isPrimary);
+        const Log_Capture log(kLogInfo);
+        EXPECT_EQ(change(row.what, fails("null") ? nullptr : one.get()), row.result);
+        std::string logged;
+        for (const auto& [level, line] : log.take())
+        {
+            const std::size_t text = line.find("] ");
+            const bool isCritical = level == kLogCritical;
+            if (isCritical && line.find(":load[") != line.npos)
+                continue; // what the ports' load says
+            if (!isCritical && (line.find(" = ") != line.npos || line.find("=") != line.npos))
+                continue;
+            logged += (logged.empty() ? "" : "|") + (!isCritical ? line
+                                                     : line.compare(0, 5, "CRIT:") == 0
+                                                         ? "CRIT:" + line.substr(text + 2)
+                                                         : "CRIT " + line.substr(text + 2));
+        }
+        EXPECT_EQ(logged, row.logged);
+        EXPECT_EQ(writes(), row.writes);
+        const bool stuck = fails("Cmd.Switch.RelAdmin");
+        EXPECT_EQ(sim.adminModeHolder(), fails("held") ? "console" : stuck ? "admin command" : "");
+        EXPECT_EQ(sim.port(0).primaryTfPorts, port0.primaryTfPorts);
+        EXPECT_EQ(sim.port(0).backupTfPorts, port0.backupTfPorts);
+        EXPECT_EQ(sim.port(1).primaryTfPorts, port1.primaryTfPorts);
+        EXPECT_EQ(entries(), before);
+        EXPECT_EQ(sim.heldCacheLocks(), 0);
+    }
+}
+
+// The list is in force when the mode cannot be left: the client is told of a failure, and sees the list.
+TEST_F(PassThrough, AFailureToLeaveTheModeIsOne)
+{
+    sim.failNext("Cmd.Switch.RelAdmin");
+    const Owned<Entry> one = entry(0, 4, true);
+    EXPECT_EQ(change(CREATE, one.get()), 81);
+    EXPECT_EQ(writes(), whole(kPrimary0 + "2,4") + " CancelConfig RelAdmin");
+    EXPECT_EQ(sim.adminModeHolder(), "") << "the second attempt";
+    EXPECT_EQ(entries(), (Texts{"0-2 backup", "0-2 primary", "0-3 backup", "0-4 primary"}));
+}
+
+// A list that was changed on the switch meanwhile is not overwritten with what the map knows.
+TEST_F(PassThrough, TheSwitchKnowsBest)
+{
+    sim.changePort(0, [](PortScenario& port) { port.primaryTfPorts = {3, 4}; });
+    const Owned<Entry> known = entry(0, 2, true);
+    EXPECT_EQ(change(DELETE, known.get()), 91);
+    EXPECT_EQ(entries(), (Texts{"0-2 backup", "0-3 backup", "0-3 primary", "0-4 primary"}))
+        << "a refused request is followed by a load";
+    sim.changePort(0, [](PortScenario& port) { port.primaryTfPorts = {2}; });
+    const Owned<Entry> unknown = entry(0, 3, true);
+    EXPECT_EQ(change(CREATE, unknown.get()), 0);
+    EXPECT_EQ(sim.port(0).primaryTfPorts, (std::vector<std::uint16_t>{2, 3}));
+}
+
+// From the first check to the last command.
+TEST_F(PassThrough, AllLocksAreHeldThroughout)
+{
+    int calls = 0;
+    const auto check = [this, &calls]
+    {
+        ++calls;
+        EXPECT_GT(sim.heldCacheLocks(), 0);
+        // Within the writer's thread another attempt fails at once.
+        EXPECT_FALSE(MapWrLock(Provider::kIndex).obtained());
+        EXPECT_FALSE(MapWrLock(VRAX_FCPort_Provider::kIndex).obtained());
+    };
+    for (const char* call : {"DataCache::isTransparentSwitch", "xpl_smlGetV", "xpl_smlSetV"})
+        sim.onCall(call, check);
+    for (const What what : {CREATE, DELETE})
+        EXPECT_EQ(change(what, entry(1, 4, true).get()), 0);
+    EXPECT_EQ(calls, 2 * (1 + 3 + 6));
+}
+
+} // namespace
+} // namespace cimple
