@@ -123,7 +123,7 @@ VRAX_ConfigurationData_Provider::formatConfigurationDataInstance(const char* fil
 Owned<VRAX_ConfigurationData> VRAX_ConfigurationData_Provider::formatNewInstance()
 {
     const std::lock_guard<std::mutex> guard(imageFiles);
-    return Switch_File(kNewConfigImage).exists() ? format(kNew) : Owned<VRAX_ConfigurationData>();
+    return Switch_File(kNewConfigImage).isMissing() ? Owned<VRAX_ConfigurationData>() : format(kNew);
 }
 
 Owned<VRAX_ConfigurationData> VRAX_ConfigurationData_Provider::format(const char* fileType)
@@ -243,7 +243,8 @@ Create_Instance_Status VRAX_ConfigurationData_Provider::create_instance(VRAX_Con
             op.fail("Invalid instance Passed");
         std::printf("wwn = %s\nfileType = %s\n", wwn.c_str(), fileType.c_str());
         const std::lock_guard<std::mutex> guard(imageFiles);
-        if (Switch_File(kNewConfigImage).exists())
+        Switch_File::Facts waiting;
+        if (Switch_File(kNewConfigImage).stat(waiting))
             op.failWith(CREATE_INSTANCE_DUPLICATE, "Duplicate instance passed");
         upload(op, instance->ConfigurationInformation.value);
         makeAssociationStale();

@@ -77,10 +77,10 @@ bool Switch_File::stat(Facts& facts) const
     return true;
 }
 
-bool Switch_File::exists() const
+bool Switch_File::isMissing() const
 {
     Facts facts;
-    return stat(facts);
+    return !_place.empty() && !stat(facts) && errno == ENOENT;
 }
 
 bool Switch_File::read(Array_uint8& into) const

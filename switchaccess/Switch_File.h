@@ -26,7 +26,8 @@ class Switch_File
     };
     // False when there is no such file, or none that can be asked.
     bool stat(Facts& facts) const;
-    bool exists() const;
+    // True when there is certainly no such file.
+    bool isMissing() const;
 
     // Appends the whole file; false when it cannot be opened or read to its end.
     bool read(Array_uint8& into) const;

@@ -3,15 +3,14 @@
 #include "simulator/scenario/scenario_json.h"
 #include "simulator/testing/SimSwitch.h"
 #include "tests/simulator/sml.h"
+#include "tests/support/Full_Disk.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <sys/resource.h>
 
 using namespace simulator;
 namespace fs = std::filesystem;
@@ -96,15 +95,8 @@ TEST_F(Durable, AnyNameThatARecordTakesCanBeReadBack)
 // Saves while files cannot grow beyond 1000 bytes, less than a scenario takes, as on a full disk.
 std::string errorOfCutSave(SimSwitch& sim, const std::string& path)
 {
-    rlimit before{};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit limit{1000, before.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    const std::string error = errorFrom([&] { sim.save(path); });
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    return error;
+    const Full_Disk disk(1000);
+    return errorFrom([&] { sim.save(path); });
 }
 
 TEST_F(Durable, AnInterruptedSaveLeavesTheOldFile)
