@@ -22,8 +22,8 @@ int restoreConfig();
 // has it.
 int reqAdminMode();
 
-// Gives back what the calling thread took by reqAdminMode(). Returns 0, or an xpl_Status and the mode is whose
-// it was.
+// Gives back what the calling thread took by reqAdminMode(). Returns 0, or an xpl_Status and the mode is
+// whose it was.
 int releaseAdminMode();
 
 // Where this machine keeps a file that the switch knows by an absolute path: on a switch that path itself.

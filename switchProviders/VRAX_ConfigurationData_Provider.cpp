@@ -170,7 +170,10 @@ Owned<VRAX_ConfigurationData> VRAX_ConfigurationData_Provider::format(const char
         instance->ConfigurationTimestamp.set(timestamp);
     }
     else
-        logCritical(caller.source, caller.function, ("Unable to set " + std::string(modified.c_str())).c_str(), __LINE__);
+        logCritical(caller.source,
+                    caller.function,
+                    ("Unable to set " + std::string(modified.c_str())).c_str(),
+                    __LINE__);
 
     const std::string id = idOf(localWwn.text(), fileType);
     cim_log(kLogInfo, "constructing instancid = %s\n", id.c_str());
@@ -202,7 +205,8 @@ VRAX_ConfigurationData_Provider::enum_instances(const VRAX_ConfigurationData*,
             if (instance)
                 handler->handle(instance.release());
         };
-        hand([] { return formatConfigurationDataInstance(kDefault); }, "Unable to create DEFAULT configuration");
+        hand([] { return formatConfigurationDataInstance(kDefault); },
+             "Unable to create DEFAULT configuration");
         hand([] { return formatNewInstance(); }, "Unable to create NEW configuration");
         return ENUM_INSTANCES_OK;
     };

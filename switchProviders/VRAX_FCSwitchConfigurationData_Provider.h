@@ -30,7 +30,8 @@ class VRAX_FCSwitchConfigurationData_Provider
         if (local == nullptr)
             return;
         pairs.join(*local, *VRAX_ConfigurationData_Provider::formatConfigurationDataInstance("DEFAULT"));
-        if (const Owned<VRAX_ConfigurationData> waiting = VRAX_ConfigurationData_Provider::formatNewInstance())
+        if (const Owned<VRAX_ConfigurationData> waiting =
+                VRAX_ConfigurationData_Provider::formatNewInstance())
             pairs.join(*local, *waiting);
     }
 };

@@ -30,7 +30,7 @@ class ImageDirectory
     ImageDirectory() = default;
 
     Mutex _mutex;
-    std::string _root VRAX_GUARDED_BY(_mutex); // empty until the first use
+    std::string _root VRAX_GUARDED_BY(_mutex);    // empty until the first use
     pid_t _removedBy VRAX_GUARDED_BY(_mutex) = 0; // the process that made it for itself
 };
 

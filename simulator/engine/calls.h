@@ -170,8 +170,7 @@ constexpr std::string_view kCallNames[] = {
 };
 
 constexpr std::size_t kCallCount = sizeof kCallNames / sizeof kCallNames[0];
-static_assert(kCallCount == static_cast<std::size_t>(Call::locateSwitchFile) + 1,
-              "one name for each call");
+static_assert(kCallCount == static_cast<std::size_t>(Call::locateSwitchFile) + 1, "one name for each call");
 
 constexpr std::string_view nameOf(Call call)
 {

@@ -94,9 +94,10 @@ Scenario withConfiguration(Scenario fabric, const Scenario& image)
     configureAs(local, model);
     for (const PortScenario& port : model.ports)
     {
-        const auto found = std::find_if(local.ports.begin(),
-                                        local.ports.end(),
-                                        [&port](const PortScenario& own) { return own.number == port.number; });
+        const auto found =
+            std::find_if(local.ports.begin(),
+                         local.ports.end(),
+                         [&port](const PortScenario& own) { return own.number == port.number; });
         if (found == local.ports.end())
         {
             throw ScenarioError("/switches/" + std::to_string(localIndex(image)) + "/ports",

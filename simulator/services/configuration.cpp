@@ -48,8 +48,8 @@ std::int32_t checkOwn(const AdminMode& mode)
 std::int32_t restoreFrom(const std::string& place)
 {
     Engine& engine = Engine::instance();
-    const std::int32_t refused = engine.read([](const FabricModel& model, std::uint64_t)
-                                             { return checkOwn(model.adminMode()); });
+    const std::int32_t refused =
+        engine.read([](const FabricModel& model, std::uint64_t) { return checkOwn(model.adminMode()); });
     if (refused != XPL_OK)
         return refused;
     try
@@ -79,9 +79,9 @@ int backupConfig()
     return withFiles(Call::backupConfig,
                      []
                      {
-                         const Scenario image = Engine::instance().read(
-                             [](const FabricModel& model, std::uint64_t)
-                             { return configurationOf(model.toScenario()); });
+                         const Scenario image =
+                             Engine::instance().read([](const FabricModel& model, std::uint64_t)
+                                                     { return configurationOf(model.toScenario()); });
                          const std::string text = formatScenario(image);
                          const std::string place = ImageDirectory::instance().locate(kConfigImage);
                          // The file's time is that of the last change of the configuration.

@@ -257,8 +257,8 @@ TEST_P(ModuleFaults, OfCreationsKeysAndInsertions)
     };
     for (const Request& request : requests)
     {
-        const bool maps = GetParam().hasMap &&
-                          (GetParam().getsFromMap || request.operation != std::string("GetInstance"));
+        const bool maps =
+            GetParam().hasMap && (GetParam().getsFromMap || request.operation != std::string("GetInstance"));
         for (const Step& step : steps)
         {
             for (int place = 0;; ++place)

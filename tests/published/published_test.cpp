@@ -52,7 +52,11 @@ Served serveAny(const Visit& visit)
 }
 
 #define SERVED(cls, isAssociation)                                                                           \
-    {#cls, isAssociation, cimple::cls##_Provider::kHasMap, &cimple::cls::static_meta_class, &serveAny<cimple::cls##_Provider>},
+    {#cls,                                                                                                   \
+     isAssociation,                                                                                          \
+     cimple::cls##_Provider::kHasMap,                                                                        \
+     &cimple::cls::static_meta_class,                                                                        \
+     &serveAny<cimple::cls##_Provider>},
 #define SERVED_INSTANCE(cls) SERVED(cls, false)
 #define SERVED_ASSOCIATION(cls) SERVED(cls, true)
 #define SERVED_INDICATION(cls)
@@ -235,10 +239,10 @@ class Published : public Switch_Test, public testing::WithParamInterface<Served_
                 if (value != kNow && value != kLocalNow && value != kImage && value != kImageTime)
                     continue;
                 std::string& published = answer.instances[i][property];
-                const bool isAsWritten = value == kImage       ? published == writtenImage().bytes
-                                         : value == kImageTime ? published == writtenImage().time
-                                                               : published >= before[value] &&
-                                                                     published <= present(value);
+                const bool isAsWritten = value == kImage ? published == writtenImage().bytes
+                                         : value == kImageTime
+                                             ? published == writtenImage().time
+                                             : published >= before[value] && published <= present(value);
                 if (isAsWritten)
                     published = value;
             }

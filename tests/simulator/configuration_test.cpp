@@ -154,7 +154,8 @@ TEST_F(ConfigurationImage, IsRefusedWholeOrTakenWhole)
         {changed("\"number\": 3,", "\"number\": 3, \"speed\": \"20Gb/s\","), "beyond speedCapability"},
         {changed("\"number\": 3,", "\"number\": 3, \"speed\": \"20Gb/s\", \"speedCapability\": \"20Gb/s\","),
          "beyond speedCapability"}, // what the hardware is, the image does not say
-        {changed("\"zones\": [", "\"zones\": [ {\"name\": \"x y\"},"), "restore refused: image: /zoning/zones/0"},
+        {changed("\"zones\": [", "\"zones\": [ {\"name\": \"x y\"},"),
+         "restore refused: image: /zoning/zones/0"},
         {std::string(16 * 1024 * 1024 + 1, ' '), "File too large"},
         {"none", "cannot open"},
     };
