@@ -4,6 +4,8 @@
 
 #include "switchaccess/Sml_Writes.h"
 
+#include <atomic>
+
 namespace cimple
 {
 
@@ -11,10 +13,12 @@ namespace cimple
 //     Admin_Mode mode;
 //     if (mode.entered() == 0) ... commands ...
 //     const int left = mode.leave();
+// When the switch refuses to take the mode back it stays this module's. The next one to enter gives it back
+// first, so that one failed command does not keep everybody out for good.
 class Admin_Mode
 {
   public:
-    Admin_Mode() : _entered(writeAttribute("Cmd.Switch.ReqAdmin")), _held(_entered == 0) {}
+    Admin_Mode() : _entered(enter()), _held(_entered == 0) {}
     ~Admin_Mode()
     {
         if (_held)
@@ -30,10 +34,26 @@ class Admin_Mode
     int leave()
     {
         _held = false;
-        return writeAttribute("Cmd.Switch.RelAdmin");
+        const int left = writeAttribute("Cmd.Switch.RelAdmin");
+        if (left != 0)
+            leftBehind = true;
+        return left;
     }
 
   private:
+    static int enter()
+    {
+        // Whoever finds the mark is alone with it: nobody else can have the mode.
+        if (leftBehind.exchange(false) && writeAttribute("Cmd.Switch.RelAdmin") != 0)
+            leftBehind = true;
+        const int entered = writeAttribute("Cmd.Switch.ReqAdmin");
+        if (entered == 0)
+            leftBehind = false;
+        return entered;
+    }
+
+    static inline std::atomic<bool> leftBehind{false};
+
     int _entered;
     bool _held;
 };

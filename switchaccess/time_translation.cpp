@@ -97,4 +97,12 @@ String calcLocalUTCOffset(long t)
     return offsetAt(t);
 }
 
+String localWallClock(std::int64_t secondsSinceEpoch)
+{
+    const std::tm fields = localFields(static_cast<std::time_t>(secondsSinceEpoch));
+    char text[Datetime::BUFFER_SIZE] = "";
+    std::strftime(text, sizeof(text), "%Y%m%d%H%M%S.000000+000", &fields);
+    return String(text);
+}
+
 } // namespace cimple

@@ -1,11 +1,13 @@
 // Conversion between the switch's time stamps and CIM date-times (DSP0004, datetime type).
 //
-// All three work in the local time zone of the process (the environment's TZ) and may be called from any
+// All of them work in the local time zone of the process (the environment's TZ) and may be called from any
 // thread.
 #ifndef SWITCHACCESS_TIME_TRANSLATION_H
 #define SWITCHACCESS_TIME_TRANSLATION_H
 
 #include <cimple/cimple.h>
+
+#include <cstdint>
 
 namespace cimple
 {
@@ -23,6 +25,10 @@ String CIMDatetimeTosmlTime(const Datetime& datetime);
 // How far local time is ahead of UTC at the moment `t` (seconds since the epoch), as a sign and three digits
 // in minutes: "+060". Daylight saving counts as one hour.
 String calcLocalUTCOffset(long t);
+
+// The moment as a CIM date-time of the local wall clock with a zero offset, as in
+// "20261122140527.000000+000": clients compare it with the switch's own display of time.
+String localWallClock(std::int64_t secondsSinceEpoch);
 
 } // namespace cimple
 

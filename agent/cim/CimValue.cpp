@@ -92,7 +92,7 @@ CimValue CimValue::array(CimType elementType, Elements elements)
         if (!element.hasType(elementType, false))
             throw std::invalid_argument("a " + typeText(element.type(), element.isArray()) +
                                         " in an array of " + typeText(elementType, false));
-    return {elementType, true, std::move(elements)};
+    return {elementType, true, std::make_shared<const Elements>(std::move(elements))};
 }
 
 bool operator==(const CimValue& left, const CimValue& right)
@@ -104,6 +104,8 @@ bool operator==(const CimValue& left, const CimValue& right)
         return **reference == right.asReference();
     if (const auto* instance = std::get_if<CimValue::InstancePtr>(&left._data))
         return **instance == right.asInstance();
+    if (const auto* elements = std::get_if<CimValue::ElementsPtr>(&left._data))
+        return **elements == right.elements();
     return left._data == right._data;
 }
 

@@ -71,7 +71,7 @@ class CimValue
     const Instance& asInstance() const { return *std::get<InstancePtr>(_data); }
     const std::shared_ptr<const ObjectPath>& sharedReference() const { return std::get<ReferencePtr>(_data); }
     const std::shared_ptr<const Instance>& sharedInstance() const { return std::get<InstancePtr>(_data); }
-    const Elements& elements() const { return std::get<Elements>(_data); }
+    const Elements& elements() const { return *std::get<ElementsPtr>(_data); }
 
     // Same type and same value; references and embedded instances are compared by content.
     friend bool operator==(const CimValue& left, const CimValue& right);
@@ -80,6 +80,7 @@ class CimValue
   private:
     using ReferencePtr = std::shared_ptr<const ObjectPath>;
     using InstancePtr = std::shared_ptr<const Instance>;
+    using ElementsPtr = std::shared_ptr<const Elements>; // copies of a value share what may be megabytes
     using Data = std::variant<std::monostate,
                               bool,
                               std::uint64_t, // unsigned integers and char16
@@ -89,7 +90,7 @@ class CimValue
                               CimDateTime,
                               ReferencePtr,
                               InstancePtr,
-                              Elements>;
+                              ElementsPtr>;
 
     CimValue(CimType type, bool isArray, Data data);
 

@@ -272,7 +272,7 @@ class HttpServer::Impl
             exchange.request.body.append(data, size);
         // A refused client is heard out, so that it reads the answer instead of a reset connection; up to a
         // point.
-        return exchange.received <= _limits.discardBytes;
+        return !exchange.refusal || exchange.received <= _limits.discardBytes;
     }
 
     MHD_Result complete(MHD_Connection* handle, Connection& connection)

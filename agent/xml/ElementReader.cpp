@@ -4,6 +4,8 @@
 #include "agent/cim/value_text.h"
 #include "agent/xml/xml_check.h"
 
+#include <algorithm>
+
 namespace cimd
 {
 
@@ -217,7 +219,11 @@ CimValue ElementReader::value(CimType type, XmlElement element) const
     const char* const arrayTag = type == CimType::Reference ? "VALUE.REFARRAY" : "VALUE.ARRAY";
     if (!isTag(element, arrayTag))
         return scalar(type, element);
+    std::size_t count = 0;
+    for (XmlElement child = firstChild(element); child; child = nextElement(child))
+        ++count;
     CimValue::Elements elements;
+    elements.reserve(std::min(count, _limits.arrayElements));
     for (XmlElement child = firstChild(element); child; child = nextElement(child))
     {
         if (elements.size() == _limits.arrayElements)

@@ -49,9 +49,11 @@ XmlDocument::XmlDocument(std::string text, const Limits& limits) : _text(std::mo
 {
     const XmlEncoding encoding = toUtf8(_text);
     checkXml(_text, limits, encoding);
-    // White space is kept: a string value may consist of nothing else.
-    const pugi::xml_parse_result result = _tree.load_buffer_inplace(
-        _text.data(), _text.size(), pugi::parse_default | pugi::parse_ws_pcdata, pugi::encoding_utf8);
+    // White space is kept: a string value may consist of nothing else. The text that an element begins with
+    // is its value: an array has an element and a text for each of its values.
+    const unsigned options = pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata;
+    const pugi::xml_parse_result result =
+        _tree.load_buffer_inplace(_text.data(), _text.size(), options, pugi::encoding_utf8);
     if (!result)
         throw XmlError({}, 0, result.description());
     dropPrefix(root());
@@ -69,7 +71,7 @@ XmlElement nextElement(XmlElement element)
 
 std::string textOf(XmlElement element)
 {
-    std::string text;
+    std::string text = element.value(); // see parse_embed_pcdata above
     for (const pugi::xml_node node : element.children())
         if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata)
             text += node.value();

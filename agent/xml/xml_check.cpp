@@ -249,6 +249,7 @@ class Checker
         if (_open.size() == _limits.xmlDepth)
             fail("elements nested deeper than " + std::to_string(_limits.xmlDepth));
         _open.push_back(tag);
+        _firstTextAt = _at;
     }
 
     void equals(std::string_view attribute)
@@ -277,7 +278,9 @@ class Checker
 
     void text()
     {
-        countNode();
+        // What an element begins with is kept with it and takes no node of its own.
+        if (_at != _firstTextAt)
+            countNode();
         const std::size_t end = std::min(_text.find('<', _at), _text.size());
         const std::string_view run = _text.substr(_at, end - _at);
         if (_open.empty() && run.find_first_not_of(kSpace) != std::string_view::npos)
@@ -316,6 +319,7 @@ class Checker
     const XmlEncoding _encoding;
     std::size_t _at = 0;
     std::size_t _nodes = 0;
+    std::size_t _firstTextAt = 0; // behind the last start tag
     std::vector<std::string_view> _open;
     std::vector<std::string_view> _attributes; // of the current tag
 };

@@ -82,6 +82,11 @@ enum class Call
     fzsDeleteZone,
     fzsActivateZoneset,
     fzsDeactivateZoneset,
+    backupConfig,
+    restoreConfig,
+    reqAdminMode,
+    releaseAdminMode,
+    locateSwitchFile,
 };
 
 // In the order of the enumeration.
@@ -157,11 +162,15 @@ constexpr std::string_view kCallNames[] = {
     "xpl_fzsDeleteZone",
     "xpl_fzsActivateZoneset",
     "xpl_fzsDeactivateZoneset",
+    "backupConfig",
+    "restoreConfig",
+    "reqAdminMode",
+    "releaseAdminMode",
+    "locateSwitchFile",
 };
 
 constexpr std::size_t kCallCount = sizeof kCallNames / sizeof kCallNames[0];
-static_assert(kCallCount == static_cast<std::size_t>(Call::fzsDeactivateZoneset) + 1,
-              "one name for each call");
+static_assert(kCallCount == static_cast<std::size_t>(Call::locateSwitchFile) + 1, "one name for each call");
 
 constexpr std::string_view nameOf(Call call)
 {

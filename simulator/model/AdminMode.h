@@ -1,10 +1,11 @@
-// The administrative mode of the switch: whoever changes its zoning or edits its configuration holds it, one
-// at a time.
+// The administrative mode of the switch: whoever changes its zoning, its logs or its configuration holds it,
+// one at a time.
 #ifndef SIMULATOR_MODEL_ADMINMODE_H
 #define SIMULATOR_MODEL_ADMINMODE_H
 
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace simulator
 {
@@ -38,15 +39,22 @@ class AdminMode
         if (!_holder.empty())
             return false;
         _holder = holder;
+        _thread = std::this_thread::get_id();
         return true;
     }
     void release() { _holder.clear(); }
 
     // Empty while it is free.
     const std::string& holder() const { return _holder; }
+    // Whether the calling thread took it by this name.
+    bool isOwn(std::string_view holder) const
+    {
+        return _holder == holder && _thread == std::this_thread::get_id();
+    }
 
   private:
     std::string _holder;
+    std::thread::id _thread;
 };
 
 } // namespace simulator

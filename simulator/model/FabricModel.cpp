@@ -1,6 +1,7 @@
 // The state of a simulated fabric.
 #include "simulator/model/FabricModel.h"
 
+#include "simulator/model/configuration.h"
 #include "simulator/model/hex.h"
 #include "simulator/model/made_up.h"
 #include "simulator/model/zoning_scenario.h"
@@ -237,6 +238,36 @@ void FabricModel::allLinksChanged(Switch& owner, std::uint64_t now)
         linkChanged(owner, port, now);
     if (owner.facts.local)
         warmthChanged(now);
+}
+
+void FabricModel::restoreConfiguration(const Scenario& image, std::uint64_t now)
+{
+    // Everything that can be refused is before the first change.
+    Scenario next = withConfiguration(toScenario(), image);
+    ZoningDatabase configured = databaseOf(next.zoning);
+    auto active = activeSetOf(next.zoning, configured);
+    const SwitchScenario& facts = localSwitchOf(next);
+
+    _logs.write(LogKind::user, "config", "restored from an image", now);
+    _logs.enable(facts.logEnabled);
+    configureAs(_local->facts, facts);
+    for (const PortScenario& port : facts.ports)
+        configureAs(_local->port(port.number)->facts, port);
+    allLinksChanged(*_local, now);
+
+    _zoning.configured = std::move(configured);
+    _zoning.defaultZone = next.zoning.defaultZone;
+    zoningChanged(ZoningChange::Kind::databaseChanged, kImageRestore, now);
+    if (active)
+    {
+        setActiveZoneSet(*_local, std::make_shared<const ActiveZoneSet>(std::move(*active)), Reach::all);
+        zoningChanged(ZoningChange::Kind::activated, kImageRestore, now);
+    }
+    else if (_local->activeZoneSet != nullptr)
+    {
+        setActiveZoneSet(*_local, nullptr, Reach::all);
+        zoningChanged(ZoningChange::Kind::deactivated, kImageRestore, now);
+    }
 }
 
 Scenario FabricModel::toScenario() const

@@ -73,6 +73,10 @@ class FabricModel
     // The scenario that would start a fabric like this one: its durable part.
     Scenario toScenario() const;
 
+    // Makes the local switch what an image of its configuration says (see configuration.h); the active zone
+    // set reaches every switch that is linked. Throws ScenarioError and changes nothing.
+    void restoreConfiguration(const Scenario& image, std::uint64_t now);
+
     Switch& local() { return *_local; }
     const Switch& local() const { return *_local; }
     // The local port with this index; null when there is none. Indexes are plain decimal texts: "07" is no

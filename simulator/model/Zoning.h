@@ -12,10 +12,11 @@
 namespace simulator
 {
 
-// Who changes zoning; the first two hold the administrative mode for that.
+// Who changes zoning or holds the administrative mode; the first four do that for what they change.
 constexpr std::string_view kDirectCall = "cim agent";
 constexpr std::string_view kEditSession = "edit session";
 constexpr std::string_view kAdminCommand = "admin command"; // the mode was taken by a command
+constexpr std::string_view kImageRestore = "configuration restore";
 constexpr std::string_view kFabric = "fabric"; // a switch takes the active zone set of a neighbour
 
 struct ZoningChange

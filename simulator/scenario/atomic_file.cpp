@@ -1,4 +1,4 @@
-// Replaces a file in one step: write aside, sync, rename, sync the directory.
+// Whole files. One is replaced by: write aside, sync, rename, sync the directory.
 #include "simulator/scenario/atomic_file.h"
 
 #include <cerrno>
@@ -105,6 +105,40 @@ void replaceFile(const std::string& path, std::string_view text)
     const FileDescriptor directory(::open(directoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (directory.get() >= 0)
         ::fsync(directory.get());
+}
+
+std::string readFile(const std::string& path, std::size_t limit)
+{
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (file.get() < 0)
+        fail("cannot open", path);
+    std::string text;
+    char block[1 << 14];
+    for (;;)
+    {
+        const ssize_t size = ::read(file.get(), block, sizeof block);
+        if (size < 0 && errno == EINTR)
+            continue;
+        if (size < 0)
+            fail("cannot read", path);
+        if (size == 0)
+            return text;
+        text.append(block, static_cast<std::size_t>(size));
+        if (text.size() > limit)
+            throw std::system_error(EFBIG, std::generic_category(), "cannot read " + path);
+    }
+}
+
+bool holdsText(const std::string& path, std::string_view text)
+{
+    try
+    {
+        return readFile(path, text.size()) == text;
+    }
+    catch (const std::system_error&)
+    {
+        return false;
+    }
 }
 
 } // namespace simulator

@@ -1,12 +1,11 @@
 // Reads scenarios: JSON, strictly, with errors that say where and what was expected.
+#include "simulator/scenario/atomic_file.h"
 #include "simulator/scenario/json_fields.h"
 #include "simulator/scenario/scenario_json.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <set>
+#include <system_error>
 #include <utility>
 
 namespace simulator
@@ -198,13 +197,15 @@ Scenario parseScenario(std::string_view text, const std::string& source)
 
 Scenario readScenario(const std::string& path)
 {
-    std::ifstream file(path, std::ios::binary);
     std::string text;
-    char block[1 << 14];
-    while (file.read(block, sizeof block) || file.gcount() > 0)
-        text.append(block, static_cast<std::size_t>(file.gcount()));
-    if (!file.eof()) // could not be opened, or is a directory
-        throw ScenarioError(path, std::string("cannot read the scenario: ") + std::strerror(errno));
+    try
+    {
+        text = readFile(path);
+    }
+    catch (const std::system_error& error)
+    {
+        throw ScenarioError(path, "cannot read the scenario: " + error.code().message());
+    }
     return parseScenario(text, path);
 }
 

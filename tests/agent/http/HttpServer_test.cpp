@@ -73,6 +73,14 @@ TEST_F(HttpServerTest, KeepsTheConnectionForFurtherRequests)
     EXPECT_EQ(0U, client.ask(post("peer")).body.find("127.0.0.1:"));
 }
 
+TEST_F(HttpServerTest, TakesABodyThatItWouldNotReadInVain)
+{
+    limits.discardBytes = kBodyLimit;
+    startEcho();
+    RawClient client(port);
+    EXPECT_EQ(3 * kBodyLimit, client.ask(post(std::string(3 * kBodyLimit, 'x'))).body.size());
+}
+
 TEST_F(HttpServerTest, ListensOnIpv6)
 {
     try

@@ -113,7 +113,13 @@ TEST(XmlCheck, BoundsTheNodesOfATree)
     {
         const char* piece;
         std::size_t nodes; // in one piece
-    } rows[] = {{"<b/>", 1}, {"<b c=''/>", 2}, {"<b/> ", 2}, {"<![CDATA[]]>", 1}, {"<b></b>", 1}};
+    } rows[] = {{"<b/>", 1},
+                {"<b c=''/>", 2},
+                {"<b/> ", 2},
+                {"<![CDATA[]]>", 1},
+                {"<b></b>", 1},
+                {"<b>x</b>", 1},
+                {"<b><c/>x</b>", 3}};
     for (const auto& row : rows)
     {
         const std::size_t fitting = (limits().xmlNodes - 1) / row.nodes; // beside the root
