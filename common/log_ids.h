@@ -21,10 +21,8 @@ const char* logKind(const CLASS& instance)
             ++at;
     }
     for (const char* word : {"User", "Alarm"})
-    {
         if (at != nullptr && std::strncmp(at, word, std::strlen(word)) == 0)
             return word;
-    }
     return nullptr;
 }
 
