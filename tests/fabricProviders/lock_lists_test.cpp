@@ -78,6 +78,7 @@ TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
         {"VRAX_MemberOfZone", {100, 74, 98}},
         {"VRAX_MemberOfZoneSet", {92, 73, 74}},
         {"VRAX_NamespaceInManager", {6, 1, 0}},
+        {"VRAX_PassThroughMapEntry", {39, 69}},
         {"VRAX_PhysicalChassisLocation", {57, 19, 56}},
         {"VRAX_PhysicalChassisRealizesPowerSupply", {55, 19, 54}},
         {"VRAX_PhysicalChassisRealizesTemperatureSensor", {51, 19, 50}},
