@@ -61,7 +61,8 @@ std::string ImageDirectory::locate(std::string_view switchPath)
     if (switchPath.substr(0, 1) != "/" || upwards)
         throw std::invalid_argument(std::string(switchPath) + " is no absolute path");
     const Locked<Mutex> guard(_mutex);
-    if (_root.empty())
+    // What lies in the temporary directory for long may be cleaned away.
+    if (_root.empty() || (_removedBy != 0 && !fs::is_directory(_root)))
     {
         const char* given = std::getenv(kOption);
         if (given != nullptr && *given != '\0')

@@ -43,6 +43,7 @@ TEST(LockLists, AreTheseForEveryClassThatIsBuiltFromOthers)
         {"VRAX_FCPortStatisticalData", {28, 69, 16}},
         {"VRAX_FCSwitchAccessPoint", {41, 70, 40}},
         {"VRAX_FCSwitchCIMXMLCommMechanism", {12, 70, 2}},
+        {"VRAX_FCSwitchConfigurationData", {38, 70}},
         {"VRAX_FCSwitchConformsToProfile", {10, 3, 70}},
         {"VRAX_FCSwitchConformsToSubProfile", {11, 4, 3, 70}},
         {"VRAX_FCSwitchElementCapabilities", {35, 70, 25}},
