@@ -201,6 +201,7 @@ class Http_Client::Engine
         // A name that does not resolve must not hold up the thread when its time is over.
         curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
         curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+        curl_easy_setopt(easy, CURLOPT_DEFAULT_PROTOCOL, "ftp"); // a URL without a scheme is none
         curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
         curl_easy_setopt(
             easy, CURLOPT_PROXY, ""); // listeners are reached directly, whatever the environment says
