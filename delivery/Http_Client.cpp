@@ -52,7 +52,6 @@ Headers exportHeaders()
 {
     Headers headers;
     for (const char* line : {"Content-Type: application/xml; charset=\"utf-8\"",
-                             "Accept: application/xml, text/xml",
                              "CIMExport: MethodRequest",
                              "CIMExportMethod: ExportIndication",
                              "Expect:"}) // listeners that do not know it would cost a second each time
@@ -101,13 +100,17 @@ VALUE infoOf(CURL* easy, CURLINFO what)
     return value;
 }
 
-Http_Result resultOf(CURLcode code)
+Http_Result resultOf(CURLcode code, long status)
 {
+    constexpr long kFinal = 200; // statuses below announce another one
     switch (code)
     {
     case CURLE_OK:
     case CURLE_WRITE_ERROR: // the answer is too long
         return Http_Result::Answered;
+    case CURLE_RECV_ERROR: // what came until a connection was torn down says enough
+    case CURLE_PARTIAL_FILE:
+        return status >= kFinal ? Http_Result::Answered : Http_Result::Unheard;
     case CURLE_URL_MALFORMAT:
     case CURLE_UNSUPPORTED_PROTOCOL:
         return Http_Result::Unusable;
@@ -240,10 +243,10 @@ class Http_Client::Engine
         Request& request = place->second;
         Outcome outcome;
         outcome.peer = place->first;
-        outcome.result = resultOf(code);
+        outcome.status = infoOf<long>(easy, CURLINFO_RESPONSE_CODE);
+        outcome.result = resultOf(code, outcome.status);
         outcome.wasKept = infoOf<long>(easy, CURLINFO_NUM_CONNECTS) == 0 &&
                           infoOf<curl_off_t>(easy, CURLINFO_PRETRANSFER_TIME_T) > 0;
-        outcome.status = infoOf<long>(easy, CURLINFO_RESPONSE_CODE);
         outcome.retryAfter = std::chrono::seconds(infoOf<curl_off_t>(easy, CURLINFO_RETRY_AFTER));
         outcome.answer.swap(request.answer);
         end(request);
@@ -256,7 +259,7 @@ class Http_Client::Engine
     {
         if (code == CURLE_WRITE_ERROR)
             outcome.reason = "the answer is too long";
-        else if (code != CURLE_OK)
+        else if (outcome.result != Http_Result::Answered)
             outcome.reason = request.complaint[0] != '\0' && !request.hidesComplaint
                                  ? request.complaint
                                  : curl_easy_strerror(code);

@@ -44,7 +44,7 @@ class Http_Client
         long status = 0;                   // of HTTP
         std::chrono::seconds retryAfter{}; // that the listener asks for; 0: it does not
         std::string answer;                // its first part, if it is long
-        std::string reason;                // why nobody answered; without credentials
+        std::string reason;                // why there is no answer, or no use of it; without credentials
     };
 
     // False in a build without libcurl, where there are no objects of the class.

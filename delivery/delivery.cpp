@@ -35,7 +35,7 @@ struct Delivery
     std::mutex starting; // held while the sender starts or stops
     std::mutex lock;     // leaf; guards what follows
     std::shared_ptr<Sender> sender;
-    bool hasComplained = false; // that there is none
+    bool hasComplained = false; // that there is none, since there was one
 };
 
 // Never destroyed: events may flow while the process exits.
@@ -95,6 +95,7 @@ void startDelivery(Expire_Listener expire)
                 auto sender = std::make_shared<Sender>(settings, hooks(expire));
                 const std::lock_guard<std::mutex> lock(all.lock);
                 all.sender = std::move(sender);
+                all.hasComplained = false;
             });
 }
 
@@ -134,7 +135,7 @@ void sendIndication(const Instance* indication, const Destinations& list)
                 std::unique_lock<std::mutex> lock(all.lock);
                 const std::shared_ptr<Sender> sender = all.sender;
                 const bool complains = !sender && !list.empty() && !all.hasComplained;
-                all.hasComplained = !sender && (complains || all.hasComplained);
+                all.hasComplained = complains || all.hasComplained;
                 lock.unlock();
                 if (sender && indication != nullptr)
                     sender->send(*indication, list);

@@ -82,6 +82,13 @@ std::vector<int> upTo(int count, int first = 0)
     return result;
 }
 
+template <class CONDITION>
+void waitUntil(CONDITION holds)
+{
+    while (!holds())
+        std::this_thread::sleep_for(milliseconds(1));
+}
+
 std::string messageId(const Test_Listener::Request& request)
 {
     std::smatch found;
@@ -122,12 +129,11 @@ TEST(SenderTest, PostsOneExportRequestToEachDestination)
     EXPECT_EQ(first[0].connection, first[1].connection) << "the connection is kept";
     EXPECT_EQ(first[0].body, second[0].body);
     EXPECT_NE(messageId(first[0]), messageId(first[1]));
-    EXPECT_EQ(
-        first[0].head,
-        "POST /listener HTTP/1.1\r\nHost: " + one.url().substr(7, one.url().find("/l") - 7) +
-            "\r\nContent-Type: application/xml; charset=\"utf-8\"\r\nAccept: application/xml, text/xml\r\n"
-            "CIMExport: MethodRequest\r\nCIMExportMethod: ExportIndication\r\nContent-Length: " +
-            std::to_string(first[0].body.size()) + "\r\n");
+    EXPECT_EQ(first[0].head,
+              "POST /listener HTTP/1.1\r\nHost: " + one.url().substr(7, one.url().find("/l") - 7) +
+                  "\r\nAccept: */*\r\nContent-Type: application/xml; charset=\"utf-8\"\r\n"
+                  "CIMExport: MethodRequest\r\nCIMExportMethod: ExportIndication\r\nContent-Length: " +
+                  std::to_string(first[0].body.size()) + "\r\n");
     EXPECT_NE(second[0].head.find("Authorization: Basic YWRtaW46c2VjcmV0\r\n"), std::string::npos);
 }
 
@@ -181,6 +187,9 @@ TEST(SenderTest, TakesAnErrorForAnAnswer)
         {"endless",
          {Test_Listener::answer(200, std::string(100000, 'x'))},
          "1 refused (the answer is too long)"},
+        {"cut short",
+         {{"HTTP/1.1 500 Fault\r\nContent-Length: 99\r\n\r\nno", true}},
+         "1 refused (HTTP status 500)"},
         {"later", {Test_Listener::answer(503), Test_Listener::answer(429, "", "Retry-After: 3600\r\n")}, ""},
         {"never",
          {Test_Listener::answer(503), Test_Listener::answer(503), Test_Listener::answer(503)},
@@ -240,8 +249,7 @@ TEST(SenderTest, ExpiresATransientListenerAndDropsItsQueue)
         Test_Listener hangs(silent());
         Sender sender(settings, known.hooks());
         sendNumbered(sender, {hangs.url()}, 0, 20);
-        while (sender.queuedBytes() > 0)
-            std::this_thread::yield();
+        waitUntil([&] { return sender.queuedBytes() == 0; });
         sender.stop();
         const bool isExpired = persistence == Persistence::Transient;
         EXPECT_EQ(sender.counts().of(isExpired ? Loss::Expired : Loss::Unheard), 20u);
@@ -267,12 +275,16 @@ TEST(SenderTest, NeitherWaitsForTheDeadNorTriesTheImpossible)
     sendNumbered(sender, all, 0, 10);
     EXPECT_EQ(numbers(living.waitFor(10)), upTo(10));
     EXPECT_EQ(numbers(hangs.waitFor(1)), upTo(1));
-    while (sender.counts().of(Loss::Unusable) < impossible.size() * 10)
-        std::this_thread::yield();
+    waitUntil(
+        [&] {
+            return sender.counts().delivered == 10 &&
+                   sender.counts().of(Loss::Unusable) == impossible.size() * 10;
+        });
     sender.stop();
     EXPECT_EQ(sender.counts().of(Loss::Stopped), 20u);
     const Texts lines = log.texts();
-    EXPECT_EQ(lines.size(), impossible.size() * 2 + 2) << "at once, and what came since at the end";
+    EXPECT_GE(lines.size(), impossible.size() + 2);
+    EXPECT_LE(lines.size(), impossible.size() * 2 + 2) << "at once, and what came since at the end";
     for (const std::string& line : lines)
         EXPECT_EQ(line.find("s3cret"), line.npos) << line;
 }
@@ -317,6 +329,7 @@ TEST(SenderTest, BoundsItsQueues)
         sendNumbered(sender, {living.url()}, 200, 1);
         EXPECT_EQ(numbers(living.waitFor(heard + 1)).back(), 200)
             << "the living are not displaced: " << row.what;
+        waitUntil([&] { return sender.counts().delivered == 1; });
         sender.stop();
         const Sender::Counts counts = sender.counts();
         EXPECT_EQ(counts.delivered + counts.of(Loss::Queue_Full) + counts.of(Loss::Stopped), 42u) << row.what;
@@ -347,8 +360,7 @@ TEST(SenderTest, TheOldestMakeRoomButNotTheOneThatIsTried)
     listener.waitFor(2);
     sendNumbered(sender, {listener.url()}, 1, 9);
     hears = true;
-    while (sender.queuedBytes() > 0)
-        std::this_thread::yield();
+    waitUntil([&] { return sender.queuedBytes() == 0; });
     sender.stop();
     std::vector<int> arrived = numbers(listener.requests());
     arrived.erase(std::unique(arrived.begin(), arrived.end()), arrived.end());
@@ -395,8 +407,7 @@ TEST(SenderTest, ForgetsIdleListeners)
     {
         sendNumbered(sender, {listener.url()}, number, 1);
         listener.waitFor(static_cast<std::size_t>(number) + 1);
-        while (sender.queuedBytes() > 0)
-            std::this_thread::yield();
+        waitUntil([&] { return sender.queuedBytes() == 0; });
     }
     sender.stop();
     EXPECT_EQ(sender.counts().delivered, 3u);

@@ -45,6 +45,8 @@ TEST(DeliveryTest, StartsAndStopsAnyNumberOfTimes)
     Test_Listener listener;
     subscribe(sim, listener.url());
     const Log_Capture log;
+    startDelivery(nullptr);
+    stopDelivery();
     stopDelivery();
     for (std::size_t round = 1; round <= 2; ++round)
     {
