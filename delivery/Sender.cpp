@@ -250,9 +250,10 @@ milliseconds Sender::pauseUntilDue(Clock::time_point now) const
     {
         if (const auto report = target.losses.dueTime())
             next = std::min(next, *report);
-        if (target.isUnderWay)
-            continue;
-        next = std::min(next, target.queue.empty() ? target.idleSince + _settings.idleTime : target.dueTime);
+        else if (target.queue.empty())
+            next = std::min(next, target.idleSince + _settings.idleTime);
+        if (!target.isUnderWay && !target.queue.empty())
+            next = std::min(next, target.dueTime);
     }
     // A millisecond more than is left, or the wait would end too early time and again.
     return next <= now ? milliseconds(0)
