@@ -162,6 +162,14 @@ constexpr Entry kEntries[] = {
      "Keep what clients change on the simulated switch in this file, and start from it in place of the "
      "scenario once it exists.",
      applyText<&Options::state>},
+    {"indication-ca",
+     "FILE",
+     "The certificates, in PEM, that vouch for HTTPS listeners of indications. Default: the system's.",
+     applyText<&Options::indicationCa>},
+    {"indication-insecure",
+     nullptr,
+     "Send indications to HTTPS listeners whatever their certificates are.",
+     applyFlag<&Options::isIndicationInsecure, true>},
     {"log-level",
      "LEVEL",
      "error: cimd failed its clients. warning: also mistakes of clients and providers, and operations that "
@@ -213,6 +221,8 @@ void checkTogether(const Options& options)
         fail("private-key", "--certificate is needed, too");
     if (options.tlsPort && !options.certificate)
         fail("tls-port", "--certificate and --private-key are needed, too");
+    if (options.indicationCa && options.isIndicationInsecure)
+        fail("indication-insecure", "--indication-ca says the opposite");
     if (!options.isPlainServed && !options.certificate)
         fail("no-http", "--certificate and --private-key are needed, or nothing would be served");
 }

@@ -28,10 +28,12 @@ struct Options
     std::string registration;
     std::string providerDir;
     std::optional<std::string> passwordFile;
-    bool isOpen = false;                 ///< Nobody has to log in, wherever cimd listens.
-    std::string spoolDirectory;          ///< for large results that wait to be pulled
-    bool supervised = true;              ///< A process that crashes is replaced.
-    std::optional<std::string> traceXml; ///< "-": standard output
+    bool isOpen = false;                     ///< Nobody has to log in, wherever cimd listens.
+    std::string spoolDirectory;              ///< for large results that wait to be pulled
+    bool supervised = true;                  ///< A process that crashes is replaced.
+    std::optional<std::string> indicationCa; ///< what vouches for listeners of indications
+    bool isIndicationInsecure = false;       ///< Any certificate of a listener will do.
+    std::optional<std::string> traceXml;     ///< "-": standard output
     Limits limits;
 };
 

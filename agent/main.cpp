@@ -10,9 +10,11 @@
 #include "agent/run/signals.h"
 #include "agent/service/AgentCore.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <malloc.h>
@@ -129,6 +131,14 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
     leave(setting, kExitHung);
 }
 
+// What is left until the deadline; a little more when that is near, for a supervisor does not kill at once.
+std::chrono::milliseconds timeToStop(std::chrono::steady_clock::time_point deadline)
+{
+    constexpr std::chrono::milliseconds kLeast{1000};
+    const auto left = deadline - std::chrono::steady_clock::now();
+    return std::max(kLeast, std::chrono::duration_cast<std::chrono::milliseconds>(left));
+}
+
 int serve(const Setting& setting)
 {
     // Before the first thread, so that signals are taken here alone.
@@ -161,6 +171,7 @@ int serve(const Setting& setting)
                       limits,
                       std::move(setting.sockets),
                       {setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }});
+    core.providers().startIndications();
     if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
     {
         std::printf("cimd: listening on %s\n", urls.c_str());
@@ -168,12 +179,20 @@ int serve(const Setting& setting)
     }
 
     waitForStop(signals, setting, counters);
-    const bool isDone = server.stop(limits.stopGrace);
+    const auto deadline = std::chrono::steady_clock::now() + limits.stopGrace;
+    bool isDone = server.stop(limits.stopGrace);
+    if (!isDone)
+        log(LogLevel::Error, "cimd", "a request did not finish in time; leaving it behind");
+    // After the requests, for what these do may be worth an indication.
+    if (!core.providers().stopIndications(timeToStop(deadline)))
+    {
+        log(LogLevel::Error, "cimd", "indications did not stop in time; leaving them behind");
+        isDone = false;
+    }
     for (const std::string& line : counters.table())
         log(LogLevel::Info, "counters", line);
     if (isDone)
         return EXIT_SUCCESS;
-    log(LogLevel::Error, "cimd", "a request did not finish in time; leaving it behind");
     leave(setting, kExitUnfinished);
 }
 
@@ -187,6 +206,18 @@ TlsIdentity readTlsIdentity(const Options& options)
             starting("--private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
     }
     return tls;
+}
+
+// The modules that send indications read from the environment whom they trust.
+void handOnTrust(const Options& options)
+{
+    if (options.indicationCa)
+    {
+        starting("--indication-ca", [&] { return readCertificate(*options.indicationCa); });
+        setenv("VRAX_INDICATION_CA", options.indicationCa->c_str(), 1);
+    }
+    if (options.isIndicationInsecure)
+        setenv("VRAX_INDICATION_INSECURE", "1", 1);
 }
 
 constexpr std::uint16_t kTlsPort = 5989; // wbem-https in the registry of ports
@@ -216,6 +247,7 @@ int start(const Options& options)
         log(LogLevel::Warning,
             "auth",
             "passwords come over HTTP, readable on the way; --no-http takes them over HTTPS only");
+    handOnTrust(options);
     const TlsIdentity tls = readTlsIdentity(options); // once: files may be half renewed when a crash comes
     std::optional<XmlTrace> trace;
     if (options.traceXml)

@@ -2,6 +2,7 @@
 #include "agent/cim/value_text.h"
 
 #include "agent/cim/CimName.h"
+#include "xml/scalar_text.h"
 
 #include <array>
 #include <charconv>
@@ -12,6 +13,10 @@ namespace cimd
 {
 namespace
 {
+
+using cimxml::appendChar16;
+using cimxml::appendNumber;
+using cimxml::appendReal;
 
 std::string_view trimmed(std::string_view text)
 {
@@ -99,58 +104,6 @@ std::optional<char16_t> parseChar16(std::string_view text)
     if (overlong || surrogate)
         return std::nullopt;
     return static_cast<char16_t>(code);
-}
-
-void appendChar16(std::string& out, char16_t character)
-{
-    const unsigned code = character;
-    if (code < 0x80U)
-    {
-        out += static_cast<char>(code);
-    }
-    else if (code < 0x800U)
-    {
-        out += static_cast<char>(0xC0U | code >> 6U);
-        out += static_cast<char>(0x80U | (code & 0x3FU));
-    }
-    else if (code >= 0xD800U && code <= 0xDFFFU)
-    {
-        out += "\xEF\xBF\xBD"; // half of a surrogate pair is no character
-    }
-    else
-    {
-        out += static_cast<char>(0xE0U | code >> 12U);
-        out += static_cast<char>(0x80U | (code >> 6U & 0x3FU));
-        out += static_cast<char>(0x80U | (code & 0x3FU));
-    }
-}
-
-template <class Number>
-void appendNumber(std::string& out, Number value)
-{
-    std::array<char, 24> text{};
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), value);
-    out.append(text.data(), result.ptr);
-}
-
-// DSP0201 wants a decimal point.
-template <class Real>
-void appendReal(std::string& out, Real value)
-{
-    if (!std::isfinite(value))
-    {
-        out += std::isnan(value) ? "NaN" : value < 0 ? "-INF" : "INF";
-        return;
-    }
-    std::array<char, 32> buffer{};
-    const auto result =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific);
-    const std::string_view text(buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data()));
-    const std::size_t exponent = text.find('e');
-    out += text.substr(0, exponent);
-    if (text.find('.') == std::string_view::npos)
-        out += ".0";
-    out += text.substr(exponent);
 }
 
 } // namespace

@@ -8,8 +8,8 @@
 #include "agent/pull/Enumerations.h"
 #include "agent/run/InFlight.h"
 #include "agent/service/CimService.h"
-#include "agent/xml/XmlWriter.h"
 #include "agent/xml/request_reader.h"
+#include "agent/xml/xml_text.h"
 
 #include <chrono>
 #include <cstdint>

@@ -2,11 +2,35 @@
 #include "agent/providers/ProviderManager.h"
 
 #include "agent/cim/CimName.h"
+#include "agent/log/log.h"
 
 #include <algorithm>
+#include <future>
+#include <thread>
 
 namespace cimd
 {
+
+namespace
+{
+
+// Turns indications on or off; false when the library does not export the switch, or fails.
+bool turn(const ProviderLibrary& library, const char* name)
+{
+    const auto function = reinterpret_cast<int (*)()>(library.symbol(name));
+    if (!function)
+        return false;
+    const int result = function();
+    if (result != 0)
+        log(LogLevel::Error,
+            "providers",
+            library.file() + ": " + name + " failed with " + std::to_string(result));
+    else
+        log(LogLevel::Debug, "providers", library.file() + ": " + name + " succeeded");
+    return result == 0;
+}
+
+} // namespace
 
 bool ProviderEntry::serves(const std::string& nameSpace) const
 {
@@ -108,6 +132,30 @@ ProviderManager::family(const ClassInfo& info, ProviderKind kind, const std::str
         if (entry.registration.has(kind) && entry.serves(nameSpace) && entry.info->isA(info))
             found.push_back(&entry);
     return found;
+}
+
+void ProviderManager::startIndications()
+{
+    for (const NamedLibrary& named : _libraries)
+        if (turn(*named.library, "vrax_start_indications"))
+            _sending.push_back(named.library.get());
+}
+
+bool ProviderManager::stopIndications(std::chrono::milliseconds atMost)
+{
+    if (_sending.empty())
+        return true;
+    const std::vector<const ProviderLibrary*> sending(_sending.rbegin(), _sending.rend());
+    _sending.clear();
+    std::packaged_task<void()> stops(
+        [sending]
+        {
+            for (const ProviderLibrary* library : sending)
+                turn(*library, "vrax_stop_indications");
+        });
+    const std::future<void> stopped = stops.get_future();
+    std::thread(std::move(stops)).detach(); // nobody can join what hangs
+    return stopped.wait_for(atMost) == std::future_status::ready;
 }
 
 void ProviderManager::cleanUp()

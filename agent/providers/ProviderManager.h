@@ -7,6 +7,7 @@
 #include "agent/providers/Registration.h"
 #include "agent/repository/ClassRepository.h"
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -49,6 +50,15 @@ class ProviderManager
     // Every namespace an entry serves, in order of registration.
     const std::vector<std::string>& nameSpaces() const { return _nameSpaces; }
 
+    // Lets the libraries send indications: calls, in each that exports it,
+    //     extern "C" int vrax_start_indications(void);
+    // A library that returns other than 0 has started nothing, which is logged.
+    void startIndications();
+    // Calls the reverse in those that started, the last one first:
+    //     extern "C" int vrax_stop_indications(void);
+    // False when they do not come back in time; they are then still running.
+    bool stopIndications(std::chrono::milliseconds atMost);
+
     // Ends all providers. No operation may be in progress, and none may follow.
     void cleanUp();
 
@@ -73,6 +83,7 @@ class ProviderManager
     std::vector<NamedProvider> _providers;
     std::vector<ProviderEntry> _entries;
     std::vector<std::string> _nameSpaces;
+    std::vector<const ProviderLibrary*> _sending; // have started indications
 };
 
 } // namespace cimd

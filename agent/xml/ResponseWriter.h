@@ -3,8 +3,8 @@
 #define AGENT_XML_RESPONSEWRITER_H
 
 #include "agent/cim/CimError.h"
-#include "agent/xml/XmlWriter.h"
 #include "agent/xml/request_reader.h"
+#include "agent/xml/xml_text.h"
 
 #include <string>
 

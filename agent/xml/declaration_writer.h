@@ -3,7 +3,7 @@
 #define AGENT_XML_DECLARATION_WRITER_H
 
 #include "agent/cim/ClassDecl.h"
-#include "agent/xml/XmlWriter.h"
+#include "agent/xml/xml_text.h"
 
 namespace cimd
 {

@@ -5,7 +5,7 @@
 #include "agent/cim/Instance.h"
 #include "agent/cim/ObjectPath.h"
 #include "agent/service/CimService.h"
-#include "agent/xml/XmlWriter.h"
+#include "agent/xml/xml_text.h"
 
 #include <string>
 

@@ -1,8 +1,8 @@
 // Decoding of UTF-16.
 #include "agent/xml/encoding.h"
 
-#include "agent/xml/utf8.h"
 #include "agent/xml/xml_check.h"
+#include "agent/xml/xml_text.h"
 
 #include <string_view>
 

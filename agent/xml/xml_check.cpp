@@ -2,7 +2,7 @@
 #include "agent/xml/xml_check.h"
 
 #include "agent/cim/CimName.h"
-#include "agent/xml/utf8.h"
+#include "agent/xml/xml_text.h"
 
 #include <algorithm>
 #include <charconv>

@@ -19,6 +19,7 @@ void benchLogs();
 void benchWaiting();
 void benchDispatch();
 void benchToolkit();
+void benchDelivery();
 // `buildDir` holds share/cimd/ and the module in lib/.
 void benchCmpi(const std::string& buildDir);
 void benchAssociations(const std::string& buildDir);

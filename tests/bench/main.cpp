@@ -26,6 +26,7 @@ int main(int argc, char** argv)
         bench::benchZoning();
         bench::benchLogs();
         bench::benchWaiting();
+        bench::benchDelivery();
         bench::benchDispatch();
         bench::benchCmpi(argv[1]);
         bench::benchAssociations(argv[1]);

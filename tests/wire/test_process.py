@@ -46,7 +46,8 @@ class Cimd:
         self.watchdog.start()
 
     def __enter__(self):
-        self.port = int(self.read_until("listening on http://127.0.0.1:").rsplit(":", 1)[1])
+        self.skipped = []  # what was said before
+        self.port = int(self.read_until("listening on http://127.0.0.1:", self.skipped).rsplit(":", 1)[1])
         return self
 
     def __exit__(self, *exception):
@@ -58,9 +59,9 @@ class Cimd:
     def read_line(self):
         return self.process.stdout.readline().rstrip("\n")
 
-    def read_until(self, text):
+    def read_until(self, text, skipped=None):
         """The next line that holds the text."""
-        skipped = []
+        skipped = [] if skipped is None else skipped
         for line in self.process.stdout:
             if text in line:
                 return line.rstrip("\n")
@@ -148,6 +149,9 @@ def test_says_why_it_does_not_start(build_dir, tmp_path):
                 (["--repository", broken], f"--repository: {broken}:"),
                 (["--registration", none], f"--registration: {none}"),
                 (["--registration", broken], f"--registration: {broken}:2"),
+                (["--indication-ca", broken], f"--indication-ca: {broken}: holds no certificate in PEM form"),
+                (["--indication-ca", none, "--indication-insecure"],
+                 "--indication-insecure: --indication-ca says the opposite"),
                 (["--trace-xml", tmp_path], f"--trace-xml: cannot open {tmp_path}: Is a directory"),
                 (["--provider-dir", tmp_path, "--scenario", bad],
                  f"--scenario {bad}: cannot load {tmp_path}/libvraxplatform.so: "),
@@ -214,6 +218,29 @@ def test_without_supervisor_a_crash_is_the_end(start):
     cimd = start("--no-supervisor")
     assert cimd.ask("segv") == ""
     assert cimd.process.wait() == -signal.SIGSEGV
+
+
+@pytest.mark.parametrize("told, options, status, said", [
+    ("", [], 0, ["indications start", "indications stop"]),
+    ("fail", [], 0, ["indications start", "libcimd_test_sending.so: vrax_start_indications failed with 7"]),
+    ("hang", ["--max-stop-seconds", "0"], 1, ["indications start", "indications stop", "indications did not stop in time"]),
+    ("", ["--no-supervisor", "--indication-ca"], 0, ["ca.pem", "indications stop"])])
+def test_libraries_start_and_stop_their_indications(start, tmp_path, monkeypatch, told, options, status, said):
+    registration = tmp_path / "sending.reg"
+    registration.write_text("[Test_Widget]\nprovider: Store\nlocation: cimd_test_providers\ntype: instance\n"
+                            "namespace: root/test\n[Test_Gadget]\nprovider: None\nlocation: cimd_test_sending\n"
+                            "type: instance\nnamespace: root/test\n")
+    monkeypatch.setenv("TEST_INDICATIONS", told)
+    if "--indication-ca" in options:
+        subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=ca", "-keyout",
+                        tmp_path / "ca.key", "-out", tmp_path / "ca.pem"], check=True, capture_output=True)
+        options = [*options, tmp_path / "ca.pem"]
+    cimd = start("--registration", registration, *options)
+    assert cimd.stop() == status
+    lines = [*cimd.skipped, *cimd.process.stdout]
+    found = [line for line in lines if "indications" in line or "ca.pem" in line]
+    assert len(found) == len(said)
+    assert all(text in line for text, line in zip(said, found)), found
 
 
 # The grace ends by itself, or the second signal ends it.

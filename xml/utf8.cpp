@@ -1,7 +1,7 @@
 // Decoding and encoding of UTF-8.
-#include "agent/xml/utf8.h"
+#include "xml/utf8.h"
 
-namespace cimd
+namespace cimxml
 {
 
 namespace
@@ -72,4 +72,4 @@ bool isXmlCharacter(char32_t c)
            (c >= 0x10000 && c <= 0x10FFFF);
 }
 
-} // namespace cimd
+} // namespace cimxml

@@ -1,12 +1,12 @@
 // UTF-8 and the characters XML allows.
-#ifndef AGENT_XML_UTF8_H
-#define AGENT_XML_UTF8_H
+#ifndef XML_UTF8_H
+#define XML_UTF8_H
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-namespace cimd
+namespace cimxml
 {
 
 // What decodeUtf8() gives for bytes that are not UTF-8.
@@ -21,6 +21,6 @@ void appendUtf8(std::string& out, char32_t character);
 // The production Char of XML 1.0.
 bool isXmlCharacter(char32_t character);
 
-} // namespace cimd
+} // namespace cimxml
 
 #endif

@@ -1,11 +1,11 @@
 // Escaping, and the pieces of a tag.
-#include "agent/xml/XmlWriter.h"
+#include "xml/XmlWriter.h"
 
-#include "agent/xml/utf8.h"
+#include "xml/utf8.h"
 
 #include <array>
 
-namespace cimd
+namespace cimxml
 {
 
 namespace
@@ -104,4 +104,4 @@ void XmlWriter::element(std::string_view tag, std::string_view content)
     close(tag);
 }
 
-} // namespace cimd
+} // namespace cimxml

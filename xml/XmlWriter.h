@@ -1,11 +1,11 @@
 // Writes XML text: tags, attributes and escaped character data.
-#ifndef AGENT_XML_XMLWRITER_H
-#define AGENT_XML_XMLWRITER_H
+#ifndef XML_XMLWRITER_H
+#define XML_XMLWRITER_H
 
 #include <string>
 #include <string_view>
 
-namespace cimd
+namespace cimxml
 {
 
 // Appends `text` so that an XML reader gets the same text back from an element or an attribute: markup
@@ -48,6 +48,6 @@ class XmlWriter
     std::string& _out;
 };
 
-} // namespace cimd
+} // namespace cimxml
 
 #endif
