@@ -34,7 +34,13 @@ Scenario initialScenario()
 
 Engine& Engine::instance()
 {
-    static Engine engine;
+    // Never destroyed: other threads may be within a call while the process exits. Its own thread ends then.
+    static Engine& engine = *new Engine;
+    struct AtExit
+    {
+        ~AtExit() { engine.events.endAtExit(); }
+    };
+    static const AtExit atExit;
     return engine;
 }
 
@@ -67,9 +73,35 @@ void Engine::keep() noexcept
     _stateFile.update([this] { return formatScenario(durablePart()); });
 }
 
+// The present state as it is: catching up would ask to keep the state in its turn.
 Scenario Engine::durablePart()
 {
-    return read([](const FabricModel& model, std::uint64_t) { return model.toScenario(); });
+    openInitial();
+    const SharedLocked guard(_mutex);
+    return _model->toScenario();
+}
+
+void Engine::catchUp()
+{
+    if (!_opened)
+        return;
+    bool changed = false;
+    {
+        const Locked<SharedMutex> guard(_mutex);
+        const RaisedAtEnd raised(*this, *_model);
+        changed = _model->catchUp(clock.now());
+    }
+    if (changed)
+        keep();
+}
+
+void Engine::handOut(std::vector<SwitchEvent> raised)
+{
+    if (raised.empty())
+        return;
+    for (const SwitchEvent& event : raised)
+        probe.noteEvent(event);
+    events.put(std::move(raised));
 }
 
 void Engine::openInitial()

@@ -87,6 +87,7 @@ enum class Call
     reqAdminMode,
     releaseAdminMode,
     locateSwitchFile,
+    receiveEvents,
 };
 
 // In the order of the enumeration.
@@ -167,10 +168,11 @@ constexpr std::string_view kCallNames[] = {
     "reqAdminMode",
     "releaseAdminMode",
     "locateSwitchFile",
+    "xpl_swReceiveEvents",
 };
 
 constexpr std::size_t kCallCount = sizeof kCallNames / sizeof kCallNames[0];
-static_assert(kCallCount == static_cast<std::size_t>(Call::locateSwitchFile) + 1, "one name for each call");
+static_assert(kCallCount == static_cast<std::size_t>(Call::receiveEvents) + 1, "one name for each call");
 
 constexpr std::string_view nameOf(Call call)
 {

@@ -27,6 +27,7 @@ struct AllKeys
         addZoningCommands(writes);
         addLogKeys(reads, writes);
         addAdminCommands(writes);
+        addCimKeys(reads, writes);
     }
 
     ReadKeys reads;

@@ -50,7 +50,7 @@ std::int32_t FabricModel::activateConfigEdit(std::uint64_t now)
     for (const ConfigEdit::Write& write : *_configEdit->saved())
         local().port(write.port)->facts.*write.list = write.ports;
     _configEdit.reset();
-    _logs.write(LogKind::user, "config", "activated", now);
+    _history.log("config", "activated", now);
     return XPL_OK;
 }
 

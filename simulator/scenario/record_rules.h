@@ -21,6 +21,7 @@ constexpr std::size_t kPortNameSize = 255;
 constexpr std::size_t kLocationSize = 128;
 // Of a list of TF ports as a text: it fits the key that writes it.
 constexpr std::size_t kTfListSize = 200;
+constexpr std::size_t kUserNameSize = 64;
 
 // Bytes that belong to other services. Those of the switch record are kept in their order.
 constexpr std::size_t kSwitchReservedSize = 69;

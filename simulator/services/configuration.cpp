@@ -64,7 +64,7 @@ std::int32_t restoreFrom(const std::string& place)
         // The call has no room for the reason; the log has.
         const std::string reason = std::string("restore refused: ") + error.what();
         engine.write([&reason](FabricModel& model, std::uint64_t now)
-                     { model.logs().write(LogKind::user, "config", reason, now); });
+                     { model.restorationRefused(reason, now); });
         return XPL_INVALID_PARAMETER;
     }
 }

@@ -13,31 +13,41 @@ void change(Change one)
     Engine::instance().write(one);
 }
 
-void setSupply(int number, SupplyState state)
+void setPart(PartKind kind, int number, PartState state)
 {
-    change([=](FabricModel& model, std::uint64_t now) { model.setSupply(number, state, now); });
+    change([=](FabricModel& model, std::uint64_t now) { model.setPart(kind, number, state, now); });
 }
 
 } // namespace
 
 void SimSwitch::failSupply(int supply)
 {
-    setSupply(supply, SupplyState::failed);
+    setPart(PartKind::powerSupply, supply, PartState::failed);
 }
 
 void SimSwitch::warnSupply(int supply)
 {
-    setSupply(supply, SupplyState::warning);
+    setPart(PartKind::powerSupply, supply, PartState::warning);
 }
 
 void SimSwitch::pullSupply(int supply)
 {
-    setSupply(supply, SupplyState::notInstalled);
+    setPart(PartKind::powerSupply, supply, PartState::notInstalled);
 }
 
 void SimSwitch::insertSupply(int supply)
 {
-    setSupply(supply, SupplyState::normal);
+    setPart(PartKind::powerSupply, supply, PartState::normal);
+}
+
+void SimSwitch::setFan(int fan, PartState state)
+{
+    setPart(PartKind::fan, fan, state);
+}
+
+void SimSwitch::setCpu(int cpu, PartState state)
+{
+    setPart(PartKind::cpu, cpu, state);
 }
 
 void SimSwitch::pinTemperature(int sensor, double celsius)

@@ -123,7 +123,7 @@ TEST_F(ConfigurationImage, RestoresWhatIsConfiguredAndNothingElse)
     EXPECT_FALSE(sim.activeZoneSetOf(before.domain).name.empty());
     EXPECT_EQ("1f", valueOf("Oper.UserPort.0.5.C64.TotalLIPRecv"));
     EXPECT_TRUE(sim.port(6).failed);
-    EXPECT_EQ(SupplyState::failed, after.powerSupplies.at(0).state);
+    EXPECT_EQ(PartState::failed, after.powerSupplies.at(0).state);
     EXPECT_EQ(nodes, sim.scenario().nodes.size());
 
     ASSERT_EQ(0, backupConfig());

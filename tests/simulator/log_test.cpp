@@ -186,13 +186,14 @@ TEST(Logs, EachEventWritesItsEntry)
              sim.pinTemperature(1, 54);
              sim.pinTemperature(1, 90);
              sim.pinTemperature(1, 91);
-             sim.releaseSensor(SensorKind::temperature, 1);
+             sim.pinTemperature(1, 40);
              sim.breakSensor(SensorKind::voltage, 1);
          },
-         {"chassis][temperature sensor 1 Critical",
-          "chassis][temperature sensor 1 Normal",
-          "chassis][voltage sensor 1 Unknown"},
-         {"chassis][temperature sensor 1 Critical", "chassis][voltage sensor 1 Unknown"}},
+         {"chassis][temperature sensor 1 Critical: 90.00 C",
+          "chassis][temperature sensor 1 Normal: 40.00 C",
+          "chassis][voltage sensor 1 Unknown: no reading"},
+         {"chassis][temperature sensor 1 Critical: 90.00 C",
+          "chassis][voltage sensor 1 Unknown: no reading"}},
         {[](SimSwitch&)
          {
              xpl_Zone* zone = xpl_ZoneCreate("z");
@@ -240,9 +241,8 @@ TEST(Logs, EachEventWritesItsEntry)
 TEST(Logs, EntriesHaveTheirTimeAndFitAnAttribute)
 {
     SwitchLogs both(true, EventLog(100, {}, ""), EventLog(1, {}, ""));
-    both.start(0);
-    for (std::uint64_t now = 0; now < 1000; now += 50) // over all fractions of a second
-        both.write(LogKind::user, "c", std::string(now, 'm'), now);
+    for (int i = 0; i < 1000; i += 50) // over all fractions of a second
+        both.write(LogKind::user, "c", std::string(static_cast<std::size_t>(i), 'm'), i * std::int64_t{1000});
     const std::regex whole(R"(\[\d+\]\[\w{3} \w{3} \d\d \d\d:\d\d:\d\d\.\d{6} UTC \d{4}\]\[c\]\[m*\])");
     for (const std::string& text : both[LogKind::user].texts())
         EXPECT_TRUE(std::regex_match(text, whole)) << text;
