@@ -267,7 +267,8 @@ void setSupply(SimSwitch& sim, PartState state)
 {
     constexpr void (SimSwitch::*kVerbs[])(int) = {
         &SimSwitch::insertSupply, &SimSwitch::warnSupply, &SimSwitch::failSupply, &SimSwitch::pullSupply};
-    (sim.*kVerbs[static_cast<int>(state)])(2);
+    const auto verb = kVerbs[static_cast<int>(state)];
+    (sim.*verb)(2);
 }
 
 const Row kHardware[] = {
