@@ -97,6 +97,9 @@ class FabricModel
     void removeNode(std::string_view portWwn, std::uint64_t now);
     void addIsl(const IslScenario& link, std::uint64_t now);
 
+    // Changes the facts of a local port.
+    void changePort(int number, const std::function<void(PortScenario&)>& change, std::uint64_t now);
+
     // What happens to the hardware of the local switch, by number from 1. Each throws ScenarioError for what
     // does not exist, and when something fails that is not there.
     void setSupply(int number, SupplyState state, std::uint64_t now);
