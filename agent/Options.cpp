@@ -162,6 +162,10 @@ constexpr Entry kEntries[] = {
      "Keep what clients change on the simulated switch in this file, and start from it in place of the "
      "scenario once it exists.",
      applyText<&Options::state>},
+    {"switch-socket",
+     "PATH",
+     "Let the simulated switch take commands of switchctl at this Unix socket, from the user of cimd alone.",
+     applyText<&Options::switchSocket>},
     {"indication-ca",
      "FILE",
      "The certificates, in PEM, that vouch for HTTPS listeners of indications. Default: the system's.",

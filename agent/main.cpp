@@ -149,6 +149,8 @@ int serve(const Setting& setting)
         openScenario(options.providerDir, *options.scenario);
     if (options.state)
         keepState(options.providerDir, *options.state);
+    if (options.switchSocket)
+        takeSwitchCommands(options.providerDir, *options.switchSocket);
     AgentCore core(starting("--repository", [&] { return ClassRepository::load(options.repository); }),
                    starting("--registration", [&] { return loadRegistrations(options.registration); }),
                    options.providerDir);

@@ -48,4 +48,9 @@ void keepState(const std::string& directory, const std::string& file)
     callStart("--state", "vraxsim_keep", directory, file);
 }
 
+void takeSwitchCommands(const std::string& directory, const std::string& socket)
+{
+    callStart("--switch-socket", "vraxsim_listen", directory, socket);
+}
+
 } // namespace cimd

@@ -16,6 +16,9 @@ void openScenario(const std::string& directory, const std::string& scenario);
 // restart. After openScenario(); throws as that does.
 void keepState(const std::string& directory, const std::string& file);
 
+// Lets it take commands at a Unix socket with this path. Throws as openScenario() does.
+void takeSwitchCommands(const std::string& directory, const std::string& socket);
+
 } // namespace cimd
 
 #endif

@@ -1,11 +1,14 @@
 // Starting and saving the simulated switch from a program that hosts the platform library.
 #include "simulator/open.h"
 
+#include "simulator/control/ControlSocket.h"
 #include "simulator/engine/Engine.h"
 #include "simulator/scenario/scenario_json.h"
 
 #include <cstdio>
 #include <exception>
+#include <memory>
+#include <mutex>
 
 namespace simulator
 {
@@ -24,7 +27,7 @@ int report(const char* path, char* message, size_t messageSize, Run run)
     {
         if (path == nullptr || *path == '\0')
         {
-            tell("no scenario file named");
+            tell("no file named");
             return -1;
         }
         run();
@@ -36,6 +39,16 @@ int report(const char* path, char* message, size_t messageSize, Run run)
         tell(error.what());
         return -1;
     }
+}
+
+std::mutex socketMutex;
+
+// Made after the engine, and so gone before it when the process ends.
+std::unique_ptr<ControlSocket>& controlSocket()
+{
+    Engine::instance();
+    static std::unique_ptr<ControlSocket> socket;
+    return socket;
 }
 
 } // namespace
@@ -68,4 +81,16 @@ extern "C" int vraxsim_keep(const char* scenarioPath, char* message, size_t mess
         return report(scenarioPath, message, messageSize, [&] { Engine::instance().keepIn(scenarioPath); });
     Engine::instance().stopKeeping();
     return 0;
+}
+
+extern "C" int vraxsim_listen(const char* socketPath, char* message, size_t messageSize)
+{
+    const std::lock_guard<std::mutex> guard(socketMutex);
+    controlSocket().reset();
+    if (socketPath == nullptr)
+        return 0;
+    return report(socketPath,
+                  message,
+                  messageSize,
+                  [&] { controlSocket() = std::make_unique<ControlSocket>(socketPath); });
 }

@@ -22,6 +22,10 @@ extern "C"
     // Starts from the durable part that the file holds, when it exists, and from now on writes to it what
     // vraxsim_save would, before each call that changes something returns. A null path ends that.
     int vraxsim_keep(const char* scenarioPath, char* message, size_t messageSize);
+
+    // Takes commands (see switchctl) at a Unix socket with this path, which only the user of the process can
+    // use. A null path ends that; so does the end of the process.
+    int vraxsim_listen(const char* socketPath, char* message, size_t messageSize);
 }
 
 #endif

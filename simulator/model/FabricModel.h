@@ -109,6 +109,9 @@ class FabricModel
     void addIsl(const IslScenario& link, std::uint64_t now);
     void setSwitchState(int domain, AdminState state, std::uint64_t now); // of any switch
 
+    // Changes the facts of a local port.
+    void changePort(int number, const std::function<void(PortScenario&)>& change, std::uint64_t now);
+
     // What happens to the hardware of the local switch, by number from 1. Each throws ScenarioError for what
     // does not exist, and when something fails that is not there.
     void setPart(PartKind kind, int number, PartState state, std::uint64_t now);

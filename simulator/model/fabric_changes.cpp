@@ -228,4 +228,17 @@ void FabricModel::addIsl(const IslScenario& link, std::uint64_t now)
     linkChanged(to, toPort, now);
 }
 
+void FabricModel::changePort(int number, const std::function<void(PortScenario&)>& change, std::uint64_t now)
+{
+    Port* port = _local->port(number);
+    if (port == nullptr)
+        throw ScenarioError("", noSuch("port", number) + " on the local switch");
+    PortScenario facts = port->facts;
+    change(facts);
+    facts.number = number;
+    port->facts = facts;
+    port->meter.setLoad(loadOf(facts), now);
+    linkChanged(*_local, *port, now);
+}
+
 } // namespace simulator

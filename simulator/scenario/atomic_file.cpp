@@ -1,6 +1,8 @@
 // Whole files. One is replaced by: write aside, sync, rename, sync the directory.
 #include "simulator/scenario/atomic_file.h"
 
+#include "simulator/FileDescriptor.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -18,32 +20,6 @@ namespace
 {
     throw std::system_error(errno, std::generic_category(), step + " " + path);
 }
-
-class FileDescriptor
-{
-  public:
-    explicit FileDescriptor(int descriptor) : _descriptor(descriptor) {}
-    ~FileDescriptor()
-    {
-        if (_descriptor >= 0)
-            ::close(_descriptor);
-    }
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-
-    int get() const { return _descriptor; }
-
-    // Closes now, so that the caller sees an error that the kernel kept until then. False on such an error.
-    bool close()
-    {
-        const int descriptor = _descriptor;
-        _descriptor = -1;
-        return ::close(descriptor) == 0;
-    }
-
-  private:
-    int _descriptor;
-};
 
 // Removes the file unless it was kept.
 class TemporaryFile

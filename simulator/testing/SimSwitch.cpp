@@ -111,14 +111,13 @@ void SimSwitch::changePort(int port, const std::function<void(PortScenario&)>& c
     engine().write(
         [&](FabricModel& model, std::uint64_t now)
         {
-            Port& found = portOf(model, port);
-            PortScenario facts = found.facts;
-            change(facts);
-            facts.number = port;
-            checkReserved(facts.reserved, kPortReservedSize);
-            found.facts = facts;
-            found.meter.setLoad(loadOf(found.facts), now);
-            model.linkChanged(model.local(), found, now);
+            portOf(model, port);
+            const auto checked = [&change](PortScenario& facts)
+            {
+                change(facts);
+                checkReserved(facts.reserved, kPortReservedSize);
+            };
+            model.changePort(port, checked, now);
         });
 }
 

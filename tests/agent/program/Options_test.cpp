@@ -36,14 +36,15 @@ TEST(OptionsTest, EveryOptionIsTaken)
     EXPECT_EQ("/opt/bin/../lib", options.providerDir);
     EXPECT_EQ("127.0.0.1:5988", options.address + ":" + std::to_string(options.port));
 
-    EXPECT_EQ(
-        CommandLine::Run,
-        read("--port 0 --listen=::1 --scenario s.json --state now.json --log-level debug --repository r.xml "
-             "--registration p.reg --provider-dir lib --spool-directory /var/spool",
-             options));
+    EXPECT_EQ(CommandLine::Run,
+              read("--port 0 --listen=::1 --scenario s.json --state now.json --switch-socket s.sock "
+                   "--log-level debug --repository r.xml "
+                   "--registration p.reg --provider-dir lib --spool-directory /var/spool",
+                   options));
     EXPECT_EQ("::1:0", options.address + ":" + std::to_string(options.port));
     EXPECT_EQ("s.json", options.scenario);
     EXPECT_EQ("now.json", options.state);
+    EXPECT_EQ("s.sock", options.switchSocket);
     EXPECT_EQ(LogLevel::Debug, options.logLevel);
     EXPECT_EQ("r.xml", options.repository);
     EXPECT_EQ("p.reg", options.registration);
