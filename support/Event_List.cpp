@@ -91,18 +91,17 @@ std::unique_ptr<Switch_Event> Event_List::take()
     return taken;
 }
 
-void Event_List::wait(std::chrono::milliseconds longest)
+void Event_List::wait(std::chrono::milliseconds longest, const std::atomic<std::uint32_t>& users)
 {
     Guard guard(*this);
-    _changed.wait_for(guard.lock(), longest, [this] { return _count > 0 || _woken; });
-    _woken = false;
+    _changed.wait_for(guard.lock(), longest, [&] { return _count > 0 || users == 0; });
 }
 
 void Event_List::wake()
 {
+    // Who tests under the lock now waits by then.
     {
         const Guard guard(*this);
-        _woken = true;
     }
     _changed.notify_all();
 }

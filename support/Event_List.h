@@ -53,9 +53,9 @@ class Event_List
 
     // The first event, which is the caller's then; null when none waits.
     std::unique_ptr<Switch_Event> take();
-    // Returns when an event waits, when the time is up, or upon wake().
-    void wait(std::chrono::milliseconds longest);
-    // Ends the wait() of a thread, or the next one that begins.
+    // Returns when an event waits, when `users` is 0, or when the time is up.
+    void wait(std::chrono::milliseconds longest, const std::atomic<std::uint32_t>& users);
+    // To be called after a change of any `users`.
     void wake();
     // Forgets what waits; how many these were.
     std::size_t clear();
@@ -82,7 +82,6 @@ class Event_List
     std::array<std::unique_ptr<Switch_Event>, kCapacity> _events;
     std::size_t _first = 0;
     std::size_t _count = 0;
-    bool _woken = false; // since wait() returned last
     std::uint32_t _lost = 0;
     bool _hasReported = false;
     std::uint64_t _reportedAt = 0;

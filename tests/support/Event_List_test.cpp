@@ -136,18 +136,20 @@ TEST_F(EventLists, LoseWhatFindsNoRoomAndSaySoOnceAMinute)
 TEST_F(EventLists, WakeWhoeverWaits)
 {
     std::atomic<int> taken{0};
+    std::atomic<std::uint32_t> users{1};
     list(2).open("a", eventType(5));
     std::thread taker(
         [&]
         {
             // Longer than the test may take: only an event or the end wakes it.
-            for (list(2).wait(std::chrono::hours(1)); const auto event = list(2).take();
-                 list(2).wait(std::chrono::hours(1)))
+            for (list(2).wait(std::chrono::hours(1), users); const auto event = list(2).take();
+                 list(2).wait(std::chrono::hours(1), users))
                 ++taken;
         });
     receive(eventOf(5));
     while (taken == 0)
         std::this_thread::yield();
+    users = 0;
     list(2).wake();
     taker.join();
     list(2).close();
