@@ -43,7 +43,7 @@ class Event_Thread
     void stop();
 
   private:
-    static constexpr std::uint64_t kLastMilliseconds = 3000;
+    static constexpr std::uint64_t kLastMilliseconds = 1000;
 
     static void* main(void* self);
     void run();
@@ -53,7 +53,7 @@ class Event_Thread
     std::mutex _switching; // held over start() and stop()
     Thread _thread;
     std::atomic<std::uint32_t> _running{0};
-    std::atomic<std::uint64_t> _lastMoment{0}; // to handle events, once _running is 0
+    std::uint64_t _lastMoment = 0; // to handle events; for who has seen that _running is 0
 };
 
 } // namespace cimple
