@@ -1,8 +1,10 @@
 // The module's entry points: registration of every provider, and its CMPI factories.
 //
 // cimple_module returns the list of registrations. Each class of providers.def has the CMPI factories of its
-// kind under two names, <Class>_Provider_Create_<Type>MI and <Class>_Create_<Type>MI.
+// kind under two names, <Class>_Provider_Create_<Type>MI and <Class>_Create_<Type>MI. Indications are not
+// delivered through the server, which only says when to begin and to end.
 #include "common/Dispatch.h"
+#include "common/indications.h"
 #include "providers_includes.h"
 
 using namespace cimple;
@@ -47,3 +49,21 @@ CIMPLE_MODULE(VRAX_Module);
     CIMPLE_CMPI_##kind##_PROVIDER2(cls##_Provider, cls);
 #include "common/providers.def"
 #undef VRAX_PROVIDER
+
+extern "C"
+{
+    // To be called by the server once it serves requests: from here on the switch's events are sent to those
+    // who subscribed to them. 0, or another value when that cannot be. Nothing, and 0, when called again.
+    CIMPLE_EXPORT int vrax_start_indications()
+    {
+        return startIndications() ? 0 : 1;
+    }
+
+    // To be called before the server ends or unloads the module, at any moment and any number of times: ends
+    // the module's own threads, which takes some seconds at most. Always 0.
+    CIMPLE_EXPORT int vrax_stop_indications()
+    {
+        stopIndications();
+        return 0;
+    }
+}

@@ -14,6 +14,8 @@
 
 #include <cstdio>
 
+#include <strings.h>
+
 namespace cimple
 {
 
@@ -104,78 +106,31 @@ class Repeated_Text
 
 } // namespace
 
-// The visitor of walkAllPorts() that publishes each port that it is shown: one batch, one instance. A port
-// that cannot be read is left out; any other failure is thrown.
-class VRAX_FCPort_Provider::Port_Writer
+// Reads one port after the other, each in one batch, and gives instances what was read.
+class VRAX_FCPort_Provider::Port_Reader
 {
   public:
-    Port_Writer(const DataCache& cache, Map_Writer<VRAX_FCPort>& map) : _cache(cache), _map(map) {}
+    explicit Port_Reader(const DataCache& cache) : _cache(cache) {}
 
-    void localPort(const Walked_Switch& owner, const Local_Port& port)
+    // The port's attributes; false when it cannot be read.
+    bool readLocal(const Local_Port& port)
     {
-        if (!_local.read({port.index.c_str(), port.wwn.c_str(), speedCapabilityKey(_cache, port.index)}))
-            return;
-        Owned<VRAX_FCPort> instance = start(_local);
-        setOwner(*instance, owner, port.wwn);
-        instance->OperationalStatus.set(
-            smlPortStateToCIMOperationalStatus(_local.text(kOperState), _local.text(kAdminState)));
-        instance->RequestedState.set(kNoChange);
-        instance->EnabledDefault.set(instance->EnabledState.value == kEnabled ? kEnabled : kDisabled);
-        if (isNoWwn(_local.text(kWwn)))
-            instance->PermanentAddress.set(inUpperCase(_local.text(kComputedWwn)));
-        instance->NetworkAddresses.set(
-            Array_String::make(addressOf(owner.domain, instance->PortNumber.value)));
-        add(_map, instance, {"local_port_entry"});
+        return _local.read({port.index.c_str(), port.wwn.c_str(), speedCapabilityKey(_cache, port.index)});
     }
-
-    void remotePort(const Walked_Switch& owner, const PortCache& port)
+    bool readRemote(const Walked_Switch& owner, const PortCache& port)
     {
         const std::string entry = std::to_string(port.getEntryNumber());
-        if (!_remote.read({owner.domainText.c_str(), entry.c_str()}))
-            return;
-        Owned<VRAX_FCPort> instance = start(_remote);
-        // The topology knows of the port, but nobody has told it the port's name yet.
-        if (instance->PermanentAddress.value == kZeroWwn)
-            return;
-        setOwner(*instance, owner, port.getWwn());
-        String name("Port ");
-        name.append(_remote.text(kPortNumber));
-        instance->ElementName.set(name);
-        const char* state = _remote.text(kPortState);
-        instance->OperationalStatus.set(smlPortStateToCIMOperationalStatus(state, state));
-        instance->EnabledState.set(kNotApplicable);
-        instance->RequestedState.set(kRequestNotApplicable);
-        instance->EnabledDefault.set(kNotApplicable);
-        instance->Speed.set(0);
-        instance->MaxSpeed.set(0);
-        add(_map, instance, {"port_entry"});
+        return _remote.read({owner.domainText.c_str(), entry.c_str()});
+    }
+    bool readAttached(const Walked_Switch& at, const char* address)
+    {
+        return _attached.read({at.domainText.c_str(), address});
     }
 
-    void attachedPort(const Walked_Switch& at, const char* address)
+    // The keys of a switch's port.
+    void setKeys(VRAX_FCPort& instance, const Walked_Switch& owner, const Wwn& portWwn)
     {
-        if (!_attached.read({at.domainText.c_str(), address}))
-            return;
-        Owned<VRAX_FCPort> instance = start(_attached);
-        instance->SystemCreationClassName.set(_fabricClass);
-        instance->SystemName.set(_principal.of(upperCased(_attached.text(kPrincipal)).c_str()));
-        instance->DeviceID.set(instance->PermanentAddress.value);
-        instance->OperationalStatus.set(Array_uint16::make(kUnknown));
-        instance->NetworkAddresses.set(Array_String::make(inUpperCase(_attached.text(kAddress))));
-        add(_map, instance, {"attached_port_entry"});
-    }
-
-  private:
-    Owned<VRAX_FCPort> start(const Attribute_Reader<VRAX_FCPort>& attributes) const
-    {
-        Owned<VRAX_FCPort> instance = make();
-        instance->CreationClassName.set(_class);
-        instance->LinkTechnology.set(kLinkTechnologyFC);
-        attributes.fill(*instance);
-        return instance;
-    }
-
-    void setOwner(VRAX_FCPort& instance, const Walked_Switch& owner, const Wwn& portWwn)
-    {
+        instance.CreationClassName.set(_class);
         instance.SystemCreationClassName.set(_switchClass);
         instance.SystemName.set(_switch.of(owner.wwn.c_str()));
         String device(owner.wwn.c_str());
@@ -184,8 +139,57 @@ class VRAX_FCPort_Provider::Port_Writer
         instance.DeviceID.set(device);
     }
 
+    // What was read last, as properties.
+    void fillLocal(VRAX_FCPort& instance, const Walked_Switch& owner, const Local_Port& port)
+    {
+        fill(instance, _local);
+        setKeys(instance, owner, port.wwn);
+        instance.OperationalStatus.set(
+            smlPortStateToCIMOperationalStatus(_local.text(kOperState), _local.text(kAdminState)));
+        instance.RequestedState.set(kNoChange);
+        instance.EnabledDefault.set(instance.EnabledState.value == kEnabled ? kEnabled : kDisabled);
+        if (isNoWwn(_local.text(kWwn)))
+            instance.PermanentAddress.set(inUpperCase(_local.text(kComputedWwn)));
+        instance.NetworkAddresses.set(Array_String::make(addressOf(owner.domain, instance.PortNumber.value)));
+    }
+    // False when the topology knows of the port, but nobody has told it the port's name yet.
+    bool fillRemote(VRAX_FCPort& instance, const Walked_Switch& owner, const PortCache& port)
+    {
+        fill(instance, _remote);
+        if (instance.PermanentAddress.value == kZeroWwn)
+            return false;
+        setKeys(instance, owner, port.getWwn());
+        String name("Port ");
+        name.append(_remote.text(kPortNumber));
+        instance.ElementName.set(name);
+        const char* state = _remote.text(kPortState);
+        instance.OperationalStatus.set(smlPortStateToCIMOperationalStatus(state, state));
+        instance.EnabledState.set(kNotApplicable);
+        instance.RequestedState.set(kRequestNotApplicable);
+        instance.EnabledDefault.set(kNotApplicable);
+        instance.Speed.set(0);
+        instance.MaxSpeed.set(0);
+        return true;
+    }
+    void fillAttached(VRAX_FCPort& instance)
+    {
+        fill(instance, _attached);
+        instance.CreationClassName.set(_class);
+        instance.SystemCreationClassName.set(_fabricClass);
+        instance.SystemName.set(_principal.of(upperCased(_attached.text(kPrincipal)).c_str()));
+        instance.DeviceID.set(instance.PermanentAddress.value);
+        instance.OperationalStatus.set(Array_uint16::make(kUnknown));
+        instance.NetworkAddresses.set(Array_String::make(inUpperCase(_attached.text(kAddress))));
+    }
+
+  private:
+    static void fill(VRAX_FCPort& instance, const Attribute_Reader<VRAX_FCPort>& attributes)
+    {
+        instance.LinkTechnology.set(kLinkTechnologyFC);
+        attributes.fill(instance);
+    }
+
     const DataCache& _cache;
-    Map_Writer<VRAX_FCPort>& _map;
     Attribute_Reader<VRAX_FCPort> _local{kLocalAttributes};
     Attribute_Reader<VRAX_FCPort> _remote{kRemoteAttributes};
     Attribute_Reader<VRAX_FCPort> _attached{kAttachedAttributes};
@@ -196,6 +200,45 @@ class VRAX_FCPort_Provider::Port_Writer
     Repeated_Text _principal;
 };
 
+// The visitor of walkAllPorts() that publishes each port that it is shown: one batch, one instance. A port
+// that cannot be read is left out; any other failure is thrown.
+class VRAX_FCPort_Provider::Port_Writer
+{
+  public:
+    Port_Writer(const DataCache& cache, Map_Writer<VRAX_FCPort>& map) : _reader(cache), _map(map) {}
+
+    void localPort(const Walked_Switch& owner, const Local_Port& port)
+    {
+        if (!_reader.readLocal(port))
+            return;
+        Owned<VRAX_FCPort> instance = make();
+        _reader.fillLocal(*instance, owner, port);
+        add(_map, instance, {"local_port_entry"});
+    }
+
+    void remotePort(const Walked_Switch& owner, const PortCache& port)
+    {
+        if (!_reader.readRemote(owner, port))
+            return;
+        Owned<VRAX_FCPort> instance = make();
+        if (_reader.fillRemote(*instance, owner, port))
+            add(_map, instance, {"port_entry"});
+    }
+
+    void attachedPort(const Walked_Switch& at, const char* address)
+    {
+        if (!_reader.readAttached(at, address))
+            return;
+        Owned<VRAX_FCPort> instance = make();
+        _reader.fillAttached(*instance);
+        add(_map, instance, {"attached_port_entry"});
+    }
+
+  private:
+    Port_Reader _reader;
+    Map_Writer<VRAX_FCPort>& _map;
+};
+
 void VRAX_FCPort_Provider::build(Map_Writer<VRAX_FCPort>& map)
 {
     const CacheLock cacheLock;
@@ -203,6 +246,47 @@ void VRAX_FCPort_Provider::build(Map_Writer<VRAX_FCPort>& map)
     DataCache& cache = *DataCache::instance();
     Port_Writer writer(cache, map);
     walkAllPorts(cache, writer);
+}
+
+bool VRAX_FCPort_Provider::describe(const Wwn& switchWwn, const Wwn& wwn, VRAX_FCPort& instance)
+{
+    const auto same = [](const Wwn& a, const Wwn& b) { return strcasecmp(a.c_str(), b.c_str()) == 0; };
+    const CacheLock cacheLock;
+    requireCacheLock(cacheLock, kSource);
+    DataCache& cache = *DataCache::instance();
+    Port_Reader reader(cache);
+    for (const SwitchCache& one : Fabric_Switches(cache))
+    {
+        if (!same(one.getWwn(), switchWwn))
+            continue;
+        const int domain = one.getDomainID();
+        const Walked_Switch owner{domain, Domain_Text(domain), one.getWwn()};
+        if (one.isLocal())
+        {
+            for (const Local_Port port : Local_Ports(cache, owner.wwn))
+            {
+                if (!same(port.wwn, wwn))
+                    continue;
+                reader.setKeys(instance, owner, port.wwn);
+                if (reader.readLocal(port))
+                    reader.fillLocal(instance, owner, port);
+                return true;
+            }
+        }
+        else
+        {
+            for (const PortCache& port : Topology_Ports(one))
+            {
+                if (!same(port.getWwn(), wwn))
+                    continue;
+                reader.setKeys(instance, owner, port.getWwn());
+                if (reader.readRemote(owner, port))
+                    reader.fillRemote(instance, owner, port);
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 namespace

@@ -3,6 +3,7 @@
 #define FABRICPROVIDERS_VRAX_FCPORT_PROVIDER_H
 
 #include "common/Map_Provider.h"
+#include "platform/data_cache.h"
 
 #include "VRAX_FCPort_Methods.h"
 
@@ -21,6 +22,11 @@ class VRAX_FCPort_Provider : public Instance_Provider<VRAX_FCPort>,
 
     void build(Map_Writer<VRAX_FCPort>& map);
 
+    // Gives the instance what is published of one port of a switch, read anew; its keys alone when the port
+    // cannot be read. False when the fabric has no such port. WWNs are compared without regard to case.
+    // Throws the failure to lock the data cache.
+    static bool describe(const Wwn& switchWwn, const Wwn& wwn, VRAX_FCPort& instance);
+
     // Renames a local port; nothing else of a port can be changed. Ports that are not local are refused:
     // their numbers would lead to the local port of the same number.
     Modify_Instance_Status modify_instance(const VRAX_FCPort* model, const VRAX_FCPort* instance);
@@ -35,6 +41,7 @@ class VRAX_FCPort_Provider : public Instance_Provider<VRAX_FCPort>,
                                             Property<uint32>& return_value);
 
   private:
+    class Port_Reader;
     class Port_Writer;
 
     // Carries out a request on a port of the map; what it returns to the client. `function` is named in the

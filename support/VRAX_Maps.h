@@ -1,7 +1,9 @@
-// The process-wide registry of cached instance maps: one map, one lock and one freshness record per class.
+// The process-wide registry of cached instance maps: one map, one lock and one freshness record per class;
+// and of the indication providers' event lists.
 #ifndef SUPPORT_VRAX_MAPS_H
 #define SUPPORT_VRAX_MAPS_H
 
+#include "support/Event_List.h"
 #include "support/Freshness.h"
 #include "support/Inst_Map.h"
 #include "support/Map_RwLock.h"
@@ -26,6 +28,16 @@ enum class Switch_Role
     Transparent // has no domain, and so no fabric, zoning or blades of its own
 };
 
+// The indication providers, of which each has a list of the switch events that it has not handled yet.
+enum class Indication_Kind
+{
+    Alert,
+    Creation,
+    Deletion,
+    Modification
+};
+constexpr std::size_t kIndicationKinds = 4;
+
 class VRAX_CAPABILITY("association-load mutex") Association_Load_Mutex
 {
   public:
@@ -46,7 +58,8 @@ class VRAX_CAPABILITY("association-load mutex") Association_Load_Mutex
 // the read lock, change under the write lock.
 //
 // Lock order: association-load mutex, then maps by rank (maps.def), then the data cache's read lock. A thread
-// that holds a map lock must not ask for the association-load mutex unless it already holds it.
+// that holds a map lock must not ask for the association-load mutex unless it already holds it. Event lists
+// have locks of their own, taken with no other.
 //
 // Lives as long as the process and is never destroyed: requests may still be running while it exits.
 class VRAX_Maps
@@ -103,6 +116,9 @@ class VRAX_Maps
         return _associationLoadMutex;
     }
 
+    // Where an indication provider registers to get its events (support/receiveSwitchEvent.h).
+    Event_List& eventList(Indication_Kind kind) { return _eventLists[static_cast<std::size_t>(kind)]; }
+
     // True when a row of the registered-profile tables with these flags is published by a switch of this
     // role: a domain publishes every row, a transparent switch those with bit 0.
     static bool checkFlags(std::uint32_t flags, Switch_Role role);
@@ -148,6 +164,9 @@ class VRAX_Maps
     std::array<Slot, kMapCount> _slots;
     Association_Load_Mutex _associationLoadMutex;
     std::atomic<Clock> _clock{nullptr};
+    static std::uint64_t registryNow() { return getInstance()->now(); }
+    std::array<Event_List, kIndicationKinds> _eventLists{
+        {Event_List(registryNow), Event_List(registryNow), Event_List(registryNow), Event_List(registryNow)}};
 };
 
 } // namespace cimple

@@ -16,7 +16,9 @@ const char* Lock::name() const
 {
     if (isMap())
         return mapClassName(_map);
-    return _rank < 0 ? "the association-load mutex" : "the data cache";
+    if (_rank < 0)
+        return "the association-load mutex";
+    return isAlone() ? "an event list" : "the data cache";
 }
 
 #ifdef VRAX_LOCK_CHECKS
@@ -76,7 +78,7 @@ void asking(Lock lock, Mode mode)
         return;
     }
     for (const Held& one : heldByThread)
-        if (one.lock.rank() >= lock.rank())
+        if (one.lock.rank() >= lock.rank() || lock.isAlone())
             stop(lock, one.lock, "the locks must be taken in the opposite order or never together");
 }
 

@@ -1,6 +1,7 @@
 // Debug check of the order in which each thread takes the module's locks.
 //
-// The order: association-load mutex, then instance maps by rank, then the data cache's read lock. The check
+// The order: association-load mutex, then instance maps by rank, then the data cache's read lock. The lock of
+// an event list is taken alone. The check
 // is active where VRAX_LOCK_CHECKS is defined (debug builds) and costs nothing elsewhere. An inversion stops
 // the program with the names of both locks, also when no other thread happened to be in the way.
 #ifndef SUPPORT_LOCK_ORDER_H
@@ -20,14 +21,18 @@ class Lock
     static constexpr Lock associationLoad() { return Lock(-1, No_Class_Idx); }
     static constexpr Lock map(providerEnum_t map) { return Lock(mapRank(map), map); }
     static constexpr Lock dataCache() { return Lock(kDataCacheRank, No_Class_Idx); }
+    // Of switch events.
+    static constexpr Lock eventList() { return Lock(kEventListRank, No_Class_Idx); }
 
     constexpr int rank() const { return _rank; }
+    constexpr bool isAlone() const { return _rank == kEventListRank; }
     constexpr bool isMap() const { return _rank >= 0 && _rank < kDataCacheRank; }
     constexpr bool operator==(const Lock& other) const { return _rank == other._rank && _map == other._map; }
     const char* name() const;
 
   private:
     static constexpr int kDataCacheRank = 1000;
+    static constexpr int kEventListRank = 2000;
     constexpr Lock(int rank, providerEnum_t map) : _rank(rank), _map(map) {}
     int _rank;
     providerEnum_t _map;

@@ -1,6 +1,8 @@
 // Texts with places for arguments, as attribute keys and log messages are written.
 #include "support/substitute.h"
 
+#include <limits>
+
 namespace cimple
 {
 
@@ -21,9 +23,10 @@ class Text_Writer
         _out[_length] = '\0';
         return true;
     }
-    bool put(const char* text)
+    // At most the first `limit` characters.
+    bool put(const char* text, std::size_t limit)
     {
-        while (*text != '\0')
+        for (; *text != '\0' && limit > 0; --limit)
             if (!put(*text++))
                 return false;
         return true;
@@ -35,28 +38,39 @@ class Text_Writer
     std::size_t _length = 0;
 };
 
-// Moves `p` from behind a '%' to behind the conversion. The number of the argument it names, counted from 0;
-// `next` when it names none.
-std::size_t conversionArgument(const char*& p, std::size_t& next)
+constexpr std::size_t kWhole = std::numeric_limits<std::size_t>::max();
+
+struct Conversion
 {
-    std::size_t argument = next;
+    std::size_t argument;       // counted from 0
+    std::size_t limit = kWhole; // characters taken of it
+};
+
+// Moves `p` from behind a '%' to behind the conversion; `next` is the argument of one that names none.
+Conversion readConversion(const char*& p, std::size_t& next)
+{
+    Conversion result{next};
     if (*p >= '1' && *p <= '9' && p[1] == '$')
     {
-        argument = static_cast<std::size_t>(*p - '1');
+        result.argument = static_cast<std::size_t>(*p - '1');
         p += 2;
     }
     else
     {
         ++next;
     }
+    if (*p == '.')
+        for (result.limit = 0, ++p; *p >= '0' && *p <= '9'; ++p)
+            result.limit = result.limit * 10 + static_cast<std::size_t>(*p - '0');
     if (*p != '\0')
         ++p; // the conversion character
-    return argument;
+    return result;
 }
 
 } // namespace
 
-bool substitute(char* out, std::size_t size, const char* format, std::initializer_list<const char*> arguments)
+bool substitute(
+    char* out, std::size_t size, const char* format, const char* const* arguments, std::size_t count)
 {
     Text_Writer writer(out, size);
     std::size_t next = 0;
@@ -69,9 +83,9 @@ bool substitute(char* out, std::size_t size, const char* format, std::initialize
                 return false;
             continue;
         }
-        const std::size_t argument = conversionArgument(p, next);
-        const char* const text = argument < arguments.size() ? arguments.begin()[argument] : nullptr;
-        if (text == nullptr || !writer.put(text))
+        const Conversion conversion = readConversion(p, next);
+        const char* const text = conversion.argument < count ? arguments[conversion.argument] : nullptr;
+        if (text == nullptr || !writer.put(text, conversion.limit))
             return false;
     }
     return true;

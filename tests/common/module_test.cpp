@@ -165,4 +165,21 @@ TEST_F(Module, AFirstRequestMayBeAModification)
     EXPECT_TRUE(modified.ok()) << modified.message;
 }
 
+// The server enables providers that have nothing to send it, and ends them while the module's own run.
+TEST_F(Module, ItsIndicationsAreNotTheServersToEnable)
+{
+    typedef int (*Switch)();
+    const auto start = reinterpret_cast<Switch>(dlsym(library(), "vrax_start_indications"));
+    const auto stop = reinterpret_cast<Switch>(dlsym(library(), "vrax_stop_indications"));
+    ASSERT_TRUE(start != nullptr && stop != nullptr);
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(start(), 0);
+    Client& alerts = client("CIM_AlertIndication");
+    EXPECT_TRUE(alerts.enableIndications().ok());
+    EXPECT_TRUE(alerts.disableIndications().ok());
+    EXPECT_TRUE(alerts.cleanup().ok());
+    EXPECT_EQ(stop(), 0);
+    EXPECT_EQ(stop(), 0);
+}
+
 } // namespace

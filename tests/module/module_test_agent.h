@@ -27,7 +27,8 @@ class Module_Agent
         // A map that was only loaded as the end of an association belongs to no provider yet, and only
         // providers are unloaded.
         for (const cimd::ProviderEntry& entry : _core.providers().entries())
-            entry.provider->instance();
+            if (entry.registration.instance)
+                entry.provider->instance();
     }
     Module_Agent(const Module_Agent&) = delete;
     Module_Agent& operator=(const Module_Agent&) = delete;

@@ -26,11 +26,13 @@ TEST(Substitute, ReplacesConversionsByArguments)
         {"Oper.TopologyAll.%d.Entry.%d.PortWwn", {"26", "3"}, "Oper.TopologyAll.26.Entry.3.PortWwn"},
         {"Oper.Switch.Echo.%2$s", {"26", "010500"}, "Oper.Switch.Echo.010500"},
         {"%2$s.%1$s.%s", {"a", "b"}, "b.a.a"},
+        {"%.3s:%2$.16s:%.0s", {"abcd", "b"}, "abc:b:"},
         {"Oper.UserPort.0.%s.WWN", {}, nullptr},
         {"Oper.Switch.Echo.%2$s", {"26"}, nullptr},
         {"%s.%s", {"a"}, nullptr},
         {"%s", {nullptr}, nullptr},
         {"100%", {}, nullptr},
+        {"%.", {}, nullptr},
     };
     for (const Row& row : rows)
     {

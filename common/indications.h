@@ -1,0 +1,19 @@
+// Indications as a whole, which the module starts and stops; indicationProviders/ has what that takes.
+#ifndef COMMON_INDICATIONS_H
+#define COMMON_INDICATIONS_H
+
+namespace cimple
+{
+
+// From here on the switch's events become indications on their way to the listeners; nothing when that is so
+// already. False, with a line in the log, when a thread cannot be started; then nothing runs.
+bool startIndications() noexcept;
+
+// Ends what startIndications() began; nothing when nothing runs. Events that have arrived are handled first;
+// neither they nor the delivery have more than some seconds for it. Not to be called from the log's sink, or
+// with a lock of the module held.
+void stopIndications() noexcept;
+
+} // namespace cimple
+
+#endif

@@ -1,0 +1,625 @@
+// Tests of the way from a switch event to indications: which there are, for whom, with which properties; and
+// of providers that are enabled and disabled at any moment.
+#include "common/indications.h"
+
+#include "fabricProviders/VRAX_FCPort_Provider.h"
+#include "indicationProviders/CIM_AlertIndication_Provider.h"
+#include "indicationProviders/CIM_InstCreation_Provider.h"
+#include "indicationProviders/CIM_InstDeletion_Provider.h"
+#include "indicationProviders/CIM_InstModification_Provider.h"
+#include "support/receiveSwitchEvent.h"
+#include "switchaccess/string_helpers.h"
+#include "tests/common/testing/Switch_Test.h"
+#include "tests/indicationProviders/Fake_Delivery.h"
+
+#include <atomic>
+#include <numeric>
+#include <thread>
+
+namespace cimple
+{
+namespace
+{
+
+typedef std::vector<std::string> Texts;
+
+constexpr char kSwitch[] = "100002a5c0de0001"; // of the simulated fabric
+constexpr char kFabric[] = "100002a5c0de0002";
+constexpr std::uint16_t kStatus[] = {6, 10};
+constexpr std::uint16_t kFormerStatus[] = {2};
+
+// Every text that an event may have.
+xpl_SwitchEvent eventOf(std::int32_t type, const char* port = "2000000000000bad")
+{
+    xpl_SwitchEvent event = {};
+    event.type = type;
+    event.switchWwn = kSwitch;
+    event.fabricWwn = kFabric;
+    event.portWwn = port;
+    event.subject = "subject";
+    event.value = "71.50 C";
+    event.location = "fan 1";
+    event.status = kStatus;
+    event.statusCount = 2;
+    event.previousStatus = kFormerStatus;
+    event.previousStatusCount = 1;
+    event.isLocal = true;
+    return event;
+}
+
+class Indications : public Switch_Test
+{
+  protected:
+    // What the provider sends for these events.
+    template <class PROVIDER>
+    std::vector<Fake_Delivery::Sent> sentFor(const std::vector<xpl_SwitchEvent>& events)
+    {
+        PROVIDER provider;
+        EXPECT_EQ(provider.enable_indications(), ENABLE_INDICATIONS_OK);
+        for (const xpl_SwitchEvent& event : events)
+            receiveSwitchEvent(&event);
+        EXPECT_EQ(provider.disable_indications(), DISABLE_INDICATIONS_OK);
+        return delivery.takeSent();
+    }
+
+    Texts asked()
+    {
+        Texts result;
+        for (const std::uint16_t filter : delivery.takeAsked())
+            result.push_back(std::to_string(filter));
+        return result;
+    }
+
+    Fake_Delivery delivery;
+};
+
+// --- Alerts
+
+// "Core3 -> 19 16: VRAX_FCSwitch 5/4, FRU Operation: message: [arguments]"
+std::string alertText(const Fake_Delivery::Sent& sent)
+{
+    Fake_Delivery::Description all = sent.properties;
+    EXPECT_EQ(all["OwningEntity"] + all["ProbableCause"], "SNIA0");
+    EXPECT_EQ(all["IndicationTime"].size(), 25U);
+    EXPECT_EQ(all.size(), 10U) << "no other property has a value";
+    return all["MessageID"] + " -> " + sent.destinations + ": " + all["AlertingManagedElement"] + " " +
+           all["AlertType"] + "/" + all["PerceivedSeverity"] + ", " + all["Description"] + ": " +
+           all["Message"] + ": " + all["MessageArguments"];
+}
+
+#define SWITCH "VRAX_FCSwitch.CreationClassName=\"VRAX_FCSwitch\",Name=\"100002A5C0DE0001\" "
+#define FABRIC "VRAX_Fabric.CreationClassName=\"VRAX_Fabric\",Name=\"100002a5c0de0002\" "
+#define SAN "VRAX_SAN.CreationClassName=\"VRAX_SAN\",Name=\"100002a5c0de0002\" "
+#define FRU(what, on)                                                                                        \
+    "Core3 -> 19 16: " SWITCH "5/4, FRU Operation: Switch 100002a5c0de0001 had a Field Replaceable Unit "    \
+    "(FRU) " what " on " on " at fan 1: [Switch, 100002a5c0de0001, " what ", " on ", fan 1]"
+#define REDUNDANCY(of)                                                                                       \
+    "Core1 -> 17 16: " SWITCH "5/4, Redundancy: Switch 100002a5c0de0001 had redundancy failure for " of      \
+    " at fan 1: [Switch, 100002a5c0de0001, " of ", fan 1]"
+#define USER(what)                                                                                           \
+    "Core5 -> 21 16: " SWITCH "8/2, User or Account Operation: Switch 100002a5c0de0001 user subject " what   \
+    ": [Switch, 100002a5c0de0001, subject, " what "]"
+#define FABRIC_WAS(what)                                                                                     \
+    "FC8 -> 29 16: " SAN "5/5, Fabric Added/Removed: Fabric 100002a5c0de0002 was " what                      \
+    ": [100002a5c0de0002, " what "]"
+#define ZONE_SET(id, filters)                                                                                \
+    id " -> " filters ": " FABRIC "6/4, ZoneSet Activated: Zoneset subject was activated for fabric "        \
+       "100002a5c0de0002: [subject, 100002a5c0de0002]"
+#define ZONING(id, filters)                                                                                  \
+    id " -> " filters ": " SWITCH "6/2, Zone Database Change: Zone database changed for Switch "             \
+       "100002a5c0de0001: [Switch, 100002a5c0de0001]"
+
+const std::map<std::int32_t, Texts> kAlerts = {
+    {1, {FABRIC_WAS("added")}},
+    {2, {FABRIC_WAS("removed")}},
+    {3,
+     {"FC6 -> 27 16: " SAN "5/4, Fabric Merge/Segmentation: 100002a5c0de0002 has detected a subject: "
+      "[100002a5c0de0002, subject]"}},
+    {4,
+     {"FC7 -> 28 16: " FABRIC "5/4, Switch Added/Removed: The fabric 100002a5c0de0002 has detected switch "
+      "100002a5c0de0001 has been added: [100002a5c0de0002, 100002a5c0de0001, added]"}},
+    {6,
+     {"FC5 -> 26 16: " FABRIC
+      "5/5, Switch Status Changed: Switch 100002a5c0de0001 in Fabric 100002a5c0de0002 "
+      "status changed to Unknown Status, Stopped: [100002a5c0de0001, 100002a5c0de0002, Unknown Status, "
+      "Stopped]"}},
+    {7, {FRU("added", "IOBlade")}},
+    {8, {FRU("removed", "IOBlade")}},
+    {12,
+     {"Core12 -> 23 16: " SWITCH "5/3, Port Status Changed: Switch 100002a5c0de0001 has FC Port "
+      "2000000000000bad in Fabric 100002a5c0de0002 status changed to Error, Stopped: [Switch, "
+      "100002a5c0de0001, 2000000000000bad, 100002a5c0de0002, Error, Stopped]"}},
+    {16, {FRU("added", "CPU")}},
+    {17, {REDUNDANCY("CPU Component"), FRU("removed", "CPU")}},
+    {18, {REDUNDANCY("CPU Component")}},
+    {19, {FRU("added", "Fan")}},
+    {20, {REDUNDANCY("Fan Component"), FRU("removed", "Fan")}},
+    {21, {REDUNDANCY("Fan Component")}},
+    {22, {FRU("added", "PowerSupply")}},
+    {23, {REDUNDANCY("Power Component"), FRU("removed", "PowerSupply")}},
+    {24, {REDUNDANCY("Power Component")}},
+    {25, {USER("added")}},
+    {26, {USER("removed")}},
+    {27, {ZONE_SET("33", "14 15 16"), ZONE_SET("FC2", "25 16")}},
+    {28, {ZONING("32", "12 13 16"), ZONING("FC1", "24 16")}},
+    {29,
+     {"Core4 -> 20 16: " SWITCH "8/2, Password change: Switch 100002a5c0de0001 password has changed for user "
+      "subject: [Switch, 100002a5c0de0001, subject]"}},
+    {30,
+     {"Core9 -> 22 16: " SWITCH
+      "8/3, User Login Failure: Switch 100002a5c0de0001 had the user subject attempted "
+      "login fail: [Switch, 100002a5c0de0001, subject]"}},
+    {31,
+     {"Core2 -> 18 16: " SWITCH "6/4, Environmental: Switch 100002a5c0de0001 had an environmental problem of "
+      "type subject of 71.50 C at fan 1: [Switch, 100002a5c0de0001, subject, 71.50 C, fan 1]"}},
+};
+
+TEST_F(Indications, AlertsOfEveryEvent)
+{
+    delivery.subscribeToAll();
+    for (std::int32_t type = -1; type < 40; ++type)
+    {
+        Texts alerts;
+        for (const Fake_Delivery::Sent& sent : sentFor<CIM_AlertIndication_Provider>({eventOf(type)}))
+            alerts.push_back(alertText(sent));
+        const auto expected = kAlerts.find(type);
+        EXPECT_EQ(alerts, expected != kAlerts.end() ? expected->second : Texts()) << type;
+    }
+}
+
+TEST_F(Indications, AlertsAreBuiltForSubscribersOnly)
+{
+    Create_Failures never("CIM_AlertIndication");
+    EXPECT_EQ(sentFor<CIM_AlertIndication_Provider>({eventOf(28)}).size(), 0U);
+    EXPECT_EQ(asked(), (Texts{"12", "13", "16", "24", "16"}));
+    delivery.subscribe(29, "elsewhere");
+    EXPECT_EQ(sentFor<CIM_AlertIndication_Provider>({eventOf(30)}).size(), 0U);
+    EXPECT_FALSE(never.struck());
+}
+
+TEST_F(Indications, AlertsOfOneEventDoNotDependOnEachOther)
+{
+    delivery.subscribe(16, "all");
+    const Log_Capture log(kLogInfo);
+    {
+        const Create_Failures failures("CIM_AlertIndication", 0, Create_Failures::Kind::Throws);
+        EXPECT_EQ(sentFor<CIM_AlertIndication_Provider>({eventOf(23)}).size(), 0U);
+    }
+    const std::string unit = "indicationProviders/CIM_AlertIndication_Provider:";
+    EXPECT_EQ(log.texts(),
+              (Texts{"Alert indications are enabled",
+                     "AlertIndication - Core1: 100002a5c0de0001, Power Component, fan 1",
+                     "Exception[CRIT]:" + unit +
+                         "indicateCore1Alert[] Unable to create instance for indicateCore1Alert",
+                     "AlertIndication - Core3: 100002a5c0de0001, removed, PowerSupply, fan 1",
+                     "Exception[CRIT]:" + unit +
+                         "indicateCore3Alert[] Unable to create instance for indicateCore3Alert",
+                     "Alert indications are disabled"}));
+    delivery.failSending(true);
+    EXPECT_EQ(sentFor<CIM_AlertIndication_Provider>({eventOf(12), eventOf(28)}).size(), 0U);
+    EXPECT_EQ(log.texts(),
+              (Texts{"Alert indications are enabled",
+                     "portSatus.size() = 2",
+                     "AlertIndication - Core12: 100002a5c0de0001, 2000000000000bad, 100002a5c0de0002",
+                     "CRIT:" + unit + "indicateCore12Alert[] std::bad_alloc",
+                     "AlertIndication - FC1: 100002a5c0de0001",
+                     "CRIT:" + unit + "indicateFC1Alert[] std::bad_alloc",
+                     "AlertIndication - FC1: 100002a5c0de0001",
+                     "CRIT:" + unit + "indicateFC1Alert[] std::bad_alloc",
+                     "Alert indications are disabled"}));
+}
+
+TEST_F(Indications, AlertsNameEveryStatus)
+{
+    delivery.subscribe(16, "all");
+    std::vector<std::uint16_t> values(19);
+    std::iota(values.begin(), values.end(), std::uint16_t{0});
+    values.push_back(32768);
+    const auto messageOf = [&](std::int32_t type, std::uint32_t count)
+    {
+        xpl_SwitchEvent event = eventOf(type);
+        event.status = values.data();
+        event.statusCount = count;
+        // The list of words is the last argument.
+        const std::string arguments =
+            sentFor<CIM_AlertIndication_Provider>({event}).at(0).properties.at("MessageArguments");
+        return arguments.substr(arguments.find(std::string(kFabric) + ", ") + 18);
+    };
+    EXPECT_EQ(
+        messageOf(12, 20),
+        "Unknown, Other, Ok, Degraded, Stressed, Predictive Failure, Error, Non-Recoverable Error, Starting, "
+        "Stopping, Stopped, In Service, No Contact, Lost Communication, Aborted, Dormant, Supporting Entity "
+        "in Error, Completed, Unknown Status, Unknown Status]");
+    EXPECT_EQ(messageOf(6, 12),
+              "Unknown, Unknown Status, Ok, Unknown Status, Unknown Status, Unknown Status, Unknown Status, "
+              "Unknown Status, Unknown Status, Unknown Status, Stopped, In Service]");
+    EXPECT_EQ(messageOf(12, 0), "]");
+}
+
+TEST_F(Indications, AlertsCutWhatIsTooLong)
+{
+    delivery.subscribe(16, "all");
+    const std::string name(255, 'z');
+    xpl_SwitchEvent user = eventOf(25), zoneSet = eventOf(27);
+    user.subject = zoneSet.subject = name.c_str();
+    zoneSet.fabricWwn = name.c_str();
+    const std::vector<Fake_Delivery::Sent> sent = sentFor<CIM_AlertIndication_Provider>({user, zoneSet});
+    ASSERT_EQ(sent.size(), 3U);
+    EXPECT_EQ(sent[0].properties.at("Message"), ("Switch 100002a5c0de0001 user " + name).substr(0, 255));
+    EXPECT_EQ(sent[1].properties.at("Message"),
+              "Zoneset " + name.substr(0, 64) + " was activated for fabric " + name.substr(0, 16));
+    EXPECT_EQ(sent[1].properties.at("MessageArguments"), "[" + name + ", " + name + "]");
+    EXPECT_EQ(sent[1].properties.at("AlertingManagedElement"),
+              "VRAX_Fabric.CreationClassName=\"VRAX_Fabric\",Name=\"" + name.substr(0, 16) + "\"");
+}
+
+// --- Switches and ports that come, go and change
+
+// Properties of both lists, the second ones as those of the embedded instances.
+typedef Fake_Delivery::Description Description;
+
+Description with(Description some, const Description& more, const std::string& prefix)
+{
+    for (const auto& [name, value] : more)
+        some[prefix + name] = value;
+    return some;
+}
+
+constexpr char kPort[] = "2000000000000bad";
+const Description kSwitchKeys = {{"CreationClassName", "VRAX_FCSwitch:100002A5C0DE0001"},
+                                 {"Name", "100002A5C0DE0001"}};
+const Description kPortKeys = {{"SystemCreationClassName", "VRAX_FCSwitch"},
+                               {"SystemName", kSwitch},
+                               {"CreationClassName", "VRAX_FCPort"},
+                               {"DeviceID", "100002a5c0de0001:2000000000000bad"}};
+
+class Lifecycles : public Indications
+{
+  protected:
+    // The one indication that the event raises, without its time.
+    template <class PROVIDER>
+    Description sentOnce(const xpl_SwitchEvent& event, const std::string& filters)
+    {
+        delivery.subscribeToAll();
+        const std::vector<Fake_Delivery::Sent> sent = sentFor<PROVIDER>({event});
+        EXPECT_EQ(sent.size(), 1U) << event.type;
+        if (sent.empty())
+            return {};
+        EXPECT_EQ(sent[0].className, PROVIDER::Class::static_meta_class.name);
+        EXPECT_EQ(sent[0].destinations, filters);
+        Description properties = sent[0].properties;
+        EXPECT_EQ(properties["IndicationTime"].size(), 25U);
+        properties.erase("IndicationTime");
+        return properties;
+    }
+};
+
+const std::string kOfSwitch = "VRAX:100002a5c0de0001";
+const std::string kOfPort = "VRAX:100002a5c0de0001:2000000000000bad";
+constexpr char kSystem[] = "-> CIM_ComputerSystem";
+constexpr char kFCPort[] = "-> VRAX_FCPort";
+
+TEST_F(Lifecycles, NameTheElement)
+{
+    EXPECT_EQ(sentOnce<CIM_InstCreation_Provider>(eventOf(4), "0 1"),
+              with({{"IndicationIdentifier", kOfSwitch}, {"SourceInstance", kSystem}},
+                   kSwitchKeys,
+                   "SourceInstance."));
+    EXPECT_EQ(sentOnce<CIM_InstDeletion_Provider>(eventOf(5), "2 3"),
+              with({{"IndicationIdentifier", kOfSwitch}, {"SourceInstance", kSystem}},
+                   kSwitchKeys,
+                   "SourceInstance."));
+    EXPECT_EQ(
+        sentOnce<CIM_InstDeletion_Provider>(eventOf(11), "8 9"),
+        with({{"IndicationIdentifier", kOfPort}, {"SourceInstance", kFCPort}}, kPortKeys, "SourceInstance."));
+    const auto changed = [](const std::string& id, const char* of, const Description& keys)
+    {
+        const Description both = with({{"IndicationIdentifier", id},
+                                       {"SourceInstance", of},
+                                       {"SourceInstance.OperationalStatus", "[6, 10]"},
+                                       {"PreviousInstance", of},
+                                       {"PreviousInstance.OperationalStatus", "[2]"}},
+                                      keys,
+                                      "SourceInstance.");
+        return with(both, keys, "PreviousInstance.");
+    };
+    EXPECT_EQ(sentOnce<CIM_InstModification_Provider>(eventOf(12), "10 11"),
+              changed(kOfPort, kFCPort, kPortKeys));
+    EXPECT_EQ(sentOnce<CIM_InstModification_Provider>(eventOf(6), "4 5"),
+              changed(kOfSwitch, kSystem, kSwitchKeys));
+}
+
+// A port that comes is told of as clients find it from then on, whatever letter case the event has.
+TEST_F(Lifecycles, PublishThePortThatComes)
+{
+    sim.open(simulator::SimSwitch::make().remote(2, 1).scenario());
+    const std::vector<Switch_Test::Description> ports = instances<VRAX_FCPort_Provider>();
+    ASSERT_EQ(ports.size(), 5U);
+    for (const Switch_Test::Description& published : ports)
+    {
+        const std::string device = published.at("DeviceID"), owner = published.at("SystemName");
+        std::string port = device.substr(device.find(':') + 1), spelled = owner;
+        strToUpper(port.data());
+        strToUpper(spelled.data());
+        xpl_SwitchEvent event = eventOf(10, port.c_str());
+        event.switchWwn = spelled.c_str();
+        EXPECT_EQ(
+            sentOnce<CIM_InstCreation_Provider>(event, "6 7"),
+            with({{"IndicationIdentifier", "VRAX:" + spelled + ":" + port}, {"SourceInstance", kFCPort}},
+                 published,
+                 "SourceInstance."));
+    }
+    // What cannot be read is told of by its keys.
+    sim.failNext("xpl_smlGetBatch");
+    const std::string device = ports[1].at("DeviceID");
+    const std::string port = device.substr(device.find(':') + 1);
+    const Description bare = sentOnce<CIM_InstCreation_Provider>(eventOf(10, port.c_str()), "6 7");
+    EXPECT_EQ(bare.size(), 6U);
+    EXPECT_EQ(bare.at("SourceInstance.DeviceID"), device);
+}
+
+TEST_F(Lifecycles, AskForTheirOwnFiltersOnly)
+{
+    delivery.subscribe(16, "all");
+    std::vector<xpl_SwitchEvent> all;
+    for (std::int32_t type = -1; type < 40; ++type)
+        all.push_back(eventOf(type));
+    EXPECT_EQ(sentFor<CIM_InstCreation_Provider>(all).size(), 0U);
+    EXPECT_EQ(asked(), (Texts{"0", "1", "6", "7"}));
+    EXPECT_EQ(sentFor<CIM_InstDeletion_Provider>(all).size(), 0U);
+    EXPECT_EQ(asked(), (Texts{"2", "3", "8", "9"}));
+    EXPECT_EQ(sentFor<CIM_InstModification_Provider>(all).size(), 0U);
+    EXPECT_EQ(asked(), (Texts{"4", "5", "10", "11"}));
+}
+
+TEST_F(Lifecycles, SayWhatTheyCannotCreate)
+{
+    const struct
+    {
+        std::int32_t event;
+        const char* failing;
+        int successes;
+        const char* logged; // behind the folder
+    } rows[] = {
+        {4,
+         "CIM_InstCreation",
+         0,
+         "CIM_InstCreation_Provider:indicateCreateComputerSystem[] Unable to create instance for "
+         "indicateCreateComputerSystem"},
+        {4,
+         "CIM_ComputerSystem",
+         0,
+         "CIM_InstCreation_Provider:indicateCreateComputerSystem[] Unable to create CIM_ComputerSystem "
+         "instance"},
+        {10,
+         "CIM_InstCreation",
+         0,
+         "CIM_InstCreation_Provider:indicateCreateFCPort[] Unable to create instance for "
+         "indicateCreateFCPort"},
+        {10,
+         "VRAX_FCPort",
+         0,
+         "CIM_InstCreation_Provider:indicateCreateFCPort[] Unable to create VRAX_FCPort instance"},
+        {10, "", 0, "CIM_InstCreation_Provider:indicateCreateFCPort[] Unable to find expected FCPort entry"},
+        {5,
+         "CIM_InstDeletion",
+         0,
+         "CIM_InstDeletion_Provider:indicateDeleteComputerSystem[] Unable to create instance for "
+         "InstDeletion"},
+        {5,
+         "CIM_ComputerSystem",
+         0,
+         "CIM_InstDeletion_Provider:indicateDeleteComputerSystem[] Unable to create CIM_ComputerSystem "
+         "instance"},
+        {11,
+         "CIM_InstDeletion",
+         0,
+         "CIM_InstDeletion_Provider:indicateDeleteFCPort[] Unable to create instance for "
+         "indicateCreateFCPort"},
+        {11,
+         "VRAX_FCPort",
+         0,
+         "CIM_InstDeletion_Provider:indicateDeleteFCPort[] Unable to create VRAX_FCPort instance"},
+        {6,
+         "CIM_InstModification",
+         0,
+         "CIM_InstModification_Provider:indicateSwitchStatusChange[] Unable to create instance for "
+         "InstModification"},
+        {6,
+         "CIM_ComputerSystem",
+         0,
+         "CIM_InstModification_Provider:indicateSwitchStatusChange[] Uanble to create \"new\" "
+         "CIM_ComputerSystem instance"},
+        {6,
+         "CIM_ComputerSystem",
+         1,
+         "CIM_InstModification_Provider:indicateSwitchStatusChange[] Uanble to create \"old\" "
+         "CIM_ComputerSystem instance"},
+        {12,
+         "CIM_InstModification",
+         0,
+         "CIM_InstModification_Provider:indicatePortStatusChange[] Unable to create instance for "
+         "InstModification"},
+        {12,
+         "VRAX_FCPort",
+         0,
+         "CIM_InstModification_Provider:indicatePortStatusChange[] Uanble to create \"new\" VRAX_FCPort "
+         "instance"},
+        {12,
+         "VRAX_FCPort",
+         1,
+         "CIM_InstModification_Provider:indicatePortStatusChange[] Uanble to create \"old\" VRAX_FCPort "
+         "instance"},
+    };
+    delivery.subscribeToAll();
+    for (const auto& row : rows)
+    {
+        const Create_Failures failures(row.failing, row.successes);
+        const Log_Capture log;
+        EXPECT_EQ(sentFor<CIM_InstCreation_Provider>({eventOf(row.event)}).size() +
+                      sentFor<CIM_InstDeletion_Provider>({eventOf(row.event)}).size() +
+                      sentFor<CIM_InstModification_Provider>({eventOf(row.event)}).size(),
+                  0U)
+            << row.logged;
+        EXPECT_EQ(log.texts(), Texts{std::string("Exception[CRIT]:indicationProviders/") + row.logged});
+    }
+}
+
+// --- Enabling and disabling
+
+TEST_F(Indications, LogWhatTheyDo)
+{
+    delivery.subscribeToAll();
+    const Log_Capture log(kLogInfo);
+    sentFor<CIM_InstCreation_Provider>({eventOf(4)});
+    sentFor<CIM_InstDeletion_Provider>({eventOf(11)});
+    sentFor<CIM_InstModification_Provider>({eventOf(6)});
+    EXPECT_EQ(log.texts(),
+              (Texts{"InstCreation indications are enabled",
+                     "InstCreation indications are disabled",
+                     "Inst Deletion indications are enabled",
+                     "Creating Deletion Instance: 100002a5c0de0001",
+                     "Inst deletion indications are disabled",
+                     "Inst Modification indications are enabled",
+                     "Creating Modification Instance: 100002a5c0de0001",
+                     "Inst Modification indications are disabled"}));
+}
+
+template <class PROVIDER>
+Texts loggedByServersWay()
+{
+    typedef typename PROVIDER::Class Class;
+    static int ended;
+    ended = 0;
+    const auto receive = [](Instance* instance, void*)
+    {
+        ended += instance == nullptr ? 1 : 0;
+        return true;
+    };
+    const Log_Capture log(kLogInfo);
+    PROVIDER provider;
+    EXPECT_EQ(provider.enable_indications(new Indication_Handler<Class>(receive, nullptr)),
+              ENABLE_INDICATIONS_OK);
+    EXPECT_EQ(ended, 1) << "the handler is given back";
+    const xpl_SwitchEvent event = eventOf(12);
+    receiveSwitchEvent(&event);
+    EXPECT_EQ(provider.disable_indications(), DISABLE_INDICATIONS_OK);
+    return log.texts();
+}
+
+TEST_F(Indications, DoNotGoToTheServer)
+{
+    const Texts complaint = {
+        "CRIT:indicationProviders/CIM_InstModification_Provider:enable_indications[] Using "
+        "unsupported enable_indications method"};
+    EXPECT_EQ(loggedByServersWay<CIM_AlertIndication_Provider>(), Texts());
+    EXPECT_EQ(loggedByServersWay<CIM_InstCreation_Provider>().size(), 1U);
+    EXPECT_EQ(loggedByServersWay<CIM_InstDeletion_Provider>().size(), 1U);
+    EXPECT_EQ(loggedByServersWay<CIM_InstModification_Provider>(), complaint);
+    EXPECT_EQ(asked(), Texts());
+}
+
+TEST_F(Indications, EnablingCounts)
+{
+    delivery.subscribe(16, "all");
+    const xpl_SwitchEvent event = eventOf(29);
+    CIM_AlertIndication_Provider provider;
+    provider.enable_indications();
+    provider.enable_indications();
+    provider.disable_indications();
+    receiveSwitchEvent(&event);
+    provider.disable_indications();
+    provider.disable_indications();
+    EXPECT_EQ(delivery.takeSent().size(), 1U);
+    receiveSwitchEvent(&event);
+    {
+        CIM_AlertIndication_Provider forgotten;
+        forgotten.enable_indications();
+        receiveSwitchEvent(&event);
+    }
+    EXPECT_EQ(delivery.takeSent().size(), 1U) << "its end handles what waits";
+}
+
+TEST_F(Indications, RunAsAWhole)
+{
+    delivery.subscribeToAll();
+    const xpl_SwitchEvent status = eventOf(6), subscriptions = eventOf(XPL_EVENT_SUBSCRIPTIONS_CHANGED);
+    for (int round = 0; round < 2; ++round)
+    {
+        EXPECT_FALSE(Fake_Delivery::raise(status));
+        EXPECT_TRUE(startIndications());
+        EXPECT_TRUE(startIndications());
+        EXPECT_EQ(delivery.takeCalls(), (Texts{"startDelivery", "receive", "subscriptionsChanged"}));
+        EXPECT_TRUE(Fake_Delivery::raise(status));
+        EXPECT_TRUE(Fake_Delivery::raise(subscriptions));
+        EXPECT_EQ(delivery.takeCalls(), Texts{"subscriptionsChanged"});
+        stopIndications();
+        stopIndications();
+        EXPECT_EQ(delivery.takeCalls(), (Texts{"receive no more", "stopDelivery"}));
+        EXPECT_EQ(delivery.takeSent().size(), 2U) << "an alert and a modification";
+    }
+}
+
+TEST_F(Indications, DoNotBeginByHalf)
+{
+    const Log_Capture log;
+    for (int threads = 0; threads < 4; ++threads)
+    {
+        Fake_Delivery::failThreads(threads);
+        EXPECT_FALSE(startIndications()) << threads;
+        EXPECT_EQ(delivery.takeCalls(), (Texts{"startDelivery", "stopDelivery"}));
+        EXPECT_EQ(log.texts().size(), 2U);
+    }
+    const xpl_SwitchEvent event = eventOf(6);
+    receiveSwitchEvent(&event);
+    EXPECT_EQ(asked(), Texts());
+    Fake_Delivery::failThreads(4);
+    EXPECT_TRUE(startIndications());
+    stopIndications();
+}
+
+// Whatever comes together: every moment is a good one to begin and to end.
+TEST_F(Indications, BeginAndEndWhileEventsFlow)
+{
+    delivery.subscribeToAll();
+    const Log_Capture log; // lists may overflow
+    std::atomic<bool> done{false};
+    std::thread firmware(
+        [&]
+        {
+            for (std::int32_t type = 0; !done; type = (type + 1) % 34)
+                if (!Fake_Delivery::raise(eventOf(type)))
+                    std::this_thread::yield();
+        });
+    std::vector<std::thread> hosts;
+    for (int host = 0; host < 2; ++host)
+    {
+        hosts.emplace_back(
+            [host]
+            {
+                CIM_AlertIndication_Provider other;
+                for (int round = 0; round < 20; ++round)
+                {
+                    startIndications();
+                    other.enable_indications();
+                    if (round % 2 == host)
+                        std::this_thread::yield();
+                    stopIndications();
+                    other.disable_indications();
+                }
+            });
+    }
+    for (std::thread& host : hosts)
+        host.join();
+    done = true;
+    firmware.join();
+    stopIndications();
+    delivery.takeSent();
+    const xpl_SwitchEvent event = eventOf(6);
+    receiveSwitchEvent(&event);
+    for (std::size_t kind = 0; kind < kIndicationKinds; ++kind)
+        EXPECT_EQ(VRAX_Maps::getInstance()->eventList(static_cast<Indication_Kind>(kind)).clear(), 0U);
+}
+
+} // namespace
+} // namespace cimple
