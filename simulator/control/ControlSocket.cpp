@@ -3,9 +3,11 @@
 
 #include "simulator/control/Verb.h"
 #include "simulator/control/protocol.h"
+#include "simulator/engine/Engine.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <condition_variable>
 #include <list>
 #include <mutex>
@@ -22,6 +24,7 @@ namespace
 {
 
 constexpr std::size_t kMostClients = 16;
+constexpr std::chrono::milliseconds kLook{200}; // after a watcher that is gone
 constexpr timeval kPatience{10, 0}; // with a client that does not say its command, or does not listen
 
 [[noreturn]] void fail(const std::string& step)
@@ -111,6 +114,22 @@ std::string answerTo(const Words& command)
     }
 }
 
+// Whether both sides of a connection have ended it.
+bool isOver(int socket)
+{
+    pollfd events{socket, 0, 0};
+    return ::poll(&events, 1, 0) != 0 && (events.revents & (POLLHUP | POLLERR)) != 0;
+}
+
+// Tells of events to the end of the connection.
+void watch(int socket)
+{
+    EventFeed::Watch events(Engine::instance().feed);
+    std::string text(1, static_cast<char>(Answer::done));
+    while (!isOver(socket) && sendAll(socket, text))
+        text = events.next(kLook);
+}
+
 } // namespace
 
 // The connections that are being served.
@@ -153,7 +172,11 @@ class ControlSocket::Clients
         ::setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &kPatience, sizeof kPatience);
         ::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience);
         Words command;
-        if (readCommand(socket, command))
+        if (!readCommand(socket, command))
+            ; // nothing can be said to it
+        else if (command == Words{std::string(kWatch)})
+            watch(socket);
+        else
             sendAll(socket, answerTo(command));
         ::shutdown(socket, SHUT_RDWR);
         const std::lock_guard<std::mutex> guard(_mutex);

@@ -67,7 +67,7 @@ const std::vector<Verb>& verbs()
     static const std::vector<Verb> all = []
     {
         std::vector<Verb> table;
-        for (const auto part : {portVerbs, fabricVerbs, hardwareVerbs, zoningVerbs, showVerbs})
+        for (const auto part : {portVerbs, fabricVerbs, hardwareVerbs, zoningVerbs, userVerbs, showVerbs})
         {
             const std::vector<Verb> rows = part();
             table.insert(table.end(), rows.begin(), rows.end());

@@ -32,9 +32,12 @@ struct Verb
     std::string_view pattern; // "port NUMBER down"
     std::string_view meaning; // "the cable is pulled"
     // Does it and returns what is to be shown: whole lines, or nothing. `values` are the words that stand
-    // where the pattern has capitals. Throws UsageError, Refusal or ScenarioError.
+    // where the pattern has capitals. Throws UsageError, Refusal or ScenarioError. Null for kWatch.
     std::string (*run)(const Words& values);
 };
+
+// Shows the switch's events as they happen, to the end of the connection; the socket itself serves it.
+constexpr std::string_view kWatch = "watch";
 
 const std::vector<Verb>& verbs();
 
@@ -53,6 +56,7 @@ std::vector<Verb> portVerbs();
 std::vector<Verb> fabricVerbs();
 std::vector<Verb> hardwareVerbs();
 std::vector<Verb> zoningVerbs();
+std::vector<Verb> userVerbs();
 std::vector<Verb> showVerbs();
 
 // For verbs: a value as a whole number. `what` begins the message of the UsageError: "port".

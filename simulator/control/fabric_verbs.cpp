@@ -64,6 +64,26 @@ std::string removeSwitch(const Words& values)
     return change([domain](FabricModel& model, std::uint64_t now) { model.removeSwitch(domain, now); });
 }
 
+template <AdminState STATE>
+std::string setSwitchState(const Words& values)
+{
+    const int domain = numberOf(values[0], "domain");
+    return change([domain](FabricModel& model, std::uint64_t now)
+                  { model.setSwitchState(domain, STATE, now); });
+}
+
+std::string setPrincipal(const Words& values)
+{
+    const int domain = numberOf(values[0], "domain");
+    return change(
+        [domain](FabricModel& model, std::uint64_t now)
+        {
+            if (model.switchOf(domain) == nullptr)
+                throw Refusal("there is no switch with domain " + std::to_string(domain));
+            model.setPrincipal(domain, now);
+        });
+}
+
 IslScenario linkOf(const Words& values)
 {
     IslScenario link;
@@ -90,6 +110,9 @@ std::vector<Verb> fabricVerbs()
         {"node remove WWN", "a node port logs out", removeNode},
         {"switch add DOMAIN WWN PORTS", "a switch comes, still without links", addSwitch},
         {"switch remove DOMAIN", "a switch goes, and its links with it", removeSwitch},
+        {"switch DOMAIN online", "any switch is switched on", setSwitchState<AdminState::online>},
+        {"switch DOMAIN offline", "any switch is switched off", setSwitchState<AdminState::offline>},
+        {"switch DOMAIN principal", "it becomes the principal switch", setPrincipal},
         {"link add DOMAIN PORT DOMAIN PORT", "a cable between two switches is plugged in", addLink},
     };
 }

@@ -17,11 +17,12 @@ std::string change(Change one)
     return {};
 }
 
-template <SupplyState STATE>
-std::string setSupply(const Words& values)
+template <PartKind KIND, PartState STATE>
+std::string setPart(const Words& values)
 {
-    const int number = numberOf(values[0], "supply");
-    return change([number](FabricModel& model, std::uint64_t now) { model.setSupply(number, STATE, now); });
+    const int number = numberOf(values[0], "number");
+    return change([number](FabricModel& model, std::uint64_t now)
+                  { model.setPart(KIND, number, STATE, now); });
 }
 
 template <void (FabricModel::*CHANGE)(int, std::uint64_t)>
@@ -39,11 +40,11 @@ std::string setBladeState(const Words& values)
                   { model.setBladeAdminState(number, STATE, now); });
 }
 
-template <SensorKind KIND, void (FabricModel::*CHANGE)(SensorKind, int)>
+template <SensorKind KIND, void (FabricModel::*CHANGE)(SensorKind, int, std::uint64_t)>
 std::string changeSensor(const Words& values)
 {
     const int number = numberOf(values[0], "sensor");
-    return change([number](FabricModel& model, std::uint64_t) { (model.*CHANGE)(KIND, number); });
+    return change([number](FabricModel& model, std::uint64_t now) { (model.*CHANGE)(KIND, number, now); });
 }
 
 template <SensorKind KIND>
@@ -55,7 +56,8 @@ std::string pin(const Words& values)
     if (end == values[1].c_str() || *end != '\0' || !(std::abs(quantity) <= 1e6))
         throw UsageError("sensor: expected a reading such as 71.5, got \"" + values[1] + '"');
     const int reading = KIND == SensorKind::temperature ? hundredthsOf(quantity) : millivoltsOf(quantity);
-    return change([=](FabricModel& model, std::uint64_t) { model.pinSensor(KIND, number, reading); });
+    return change([=](FabricModel& model, std::uint64_t now)
+                  { model.pinSensor(KIND, number, reading, now); });
 }
 
 constexpr SensorKind kTemperature = SensorKind::temperature;
@@ -66,11 +68,25 @@ constexpr SensorKind kVoltage = SensorKind::voltage;
 std::vector<Verb> hardwareVerbs()
 {
     return {
-        {"supply NUMBER fail", "the power supply fails", setSupply<SupplyState::failed>},
-        {"supply NUMBER warn", "it works, but something is wrong", setSupply<SupplyState::warning>},
-        {"supply NUMBER repair", "it works", setSupply<SupplyState::normal>},
-        {"supply NUMBER pull", "it is taken out", setSupply<SupplyState::notInstalled>},
-        {"supply NUMBER insert", "one that works is put in", setSupply<SupplyState::normal>},
+        {"supply NUMBER fail", "the power supply fails", setPart<PartKind::powerSupply, PartState::failed>},
+        {"supply NUMBER warn",
+         "it works, but something is wrong",
+         setPart<PartKind::powerSupply, PartState::warning>},
+        {"supply NUMBER repair", "it works", setPart<PartKind::powerSupply, PartState::normal>},
+        {"supply NUMBER pull", "it is taken out", setPart<PartKind::powerSupply, PartState::notInstalled>},
+        {"supply NUMBER insert",
+         "one that works is put in",
+         setPart<PartKind::powerSupply, PartState::normal>},
+        {"fan NUMBER fail", "the fan fails", setPart<PartKind::fan, PartState::failed>},
+        {"fan NUMBER warn", "it works, but something is wrong", setPart<PartKind::fan, PartState::warning>},
+        {"fan NUMBER repair", "it works", setPart<PartKind::fan, PartState::normal>},
+        {"fan NUMBER pull", "it is taken out", setPart<PartKind::fan, PartState::notInstalled>},
+        {"fan NUMBER insert", "one that works is put in", setPart<PartKind::fan, PartState::normal>},
+        {"cpu NUMBER fail", "the control processor fails", setPart<PartKind::cpu, PartState::failed>},
+        {"cpu NUMBER warn", "it works, but something is wrong", setPart<PartKind::cpu, PartState::warning>},
+        {"cpu NUMBER repair", "it works", setPart<PartKind::cpu, PartState::normal>},
+        {"cpu NUMBER pull", "it is taken out", setPart<PartKind::cpu, PartState::notInstalled>},
+        {"cpu NUMBER insert", "one that works is put in", setPart<PartKind::cpu, PartState::normal>},
         {"sensor temperature NUMBER pin CELSIUS", "it reads this until it is released", pin<kTemperature>},
         {"sensor temperature NUMBER break",
          "it cannot be read",

@@ -116,9 +116,14 @@ std::string hardware(const FabricModel& model, std::uint64_t now)
 {
     const Switch& local = model.local();
     Columns columns({"PART", "NUMBER", "STATE", ""});
-    for (std::size_t i = 0; i < local.facts.powerSupplies.size(); ++i)
-        columns.add(
-            {"supply", std::to_string(i + 1), std::string(toText(local.facts.powerSupplies[i].state)), ""});
+    const auto addParts = [&columns](const char* kind, const auto& parts)
+    {
+        for (std::size_t i = 0; i < parts.size(); ++i)
+            columns.add({kind, std::to_string(i + 1), std::string(toText(parts[i].state)), ""});
+    };
+    addParts("supply", local.facts.powerSupplies);
+    addParts("fan", local.facts.fans);
+    addParts("cpu", local.facts.cpus);
     for (std::size_t i = 0; i < local.facts.blades.size(); ++i)
     {
         const BladeScenario& blade = local.facts.blades[i];
@@ -139,6 +144,35 @@ std::string hardware(const FabricModel& model, std::uint64_t now)
     return columns.text();
 }
 
+std::string users(const FabricModel& model, std::uint64_t)
+{
+    std::string text;
+    for (const std::string& user : model.local().facts.users)
+        text += user + '\n';
+    return text;
+}
+
+std::string listeners(const FabricModel& model, std::uint64_t)
+{
+    Columns columns({"LISTENER", "TYPE", "DESTINATION"});
+    for (const auto& [name, listener] : model.cim().listeners())
+        columns.add({name, listener.permanent ? "Permanent" : "Transient", listener.destination});
+    return columns.text();
+}
+
+std::string subscriptions(const FabricModel& model, std::uint64_t)
+{
+    Columns columns({"SUBSCRIPTION", "ENABLED", "SECONDS", "FILTER", "LISTENERS"});
+    for (const auto& [name, one] : model.cim().subscriptions())
+    {
+        std::string to;
+        for (const std::string& listener : one.listeners)
+            to += (to.empty() ? "" : ", ") + listener;
+        columns.add({name, one.enableState, std::to_string(one.duration), one.filter, to});
+    }
+    return columns.text();
+}
+
 template <LogKind KIND>
 std::string log(const FabricModel& model, std::uint64_t)
 {
@@ -155,10 +189,14 @@ std::vector<Verb> showVerbs()
     return {
         {"show ports", "the ports of the switch", show<ports>},
         {"show fabric", "the switches of the fabric", show<fabric>},
-        {"show hardware", "supplies, blades and sensors", show<hardware>},
+        {"show hardware", "supplies, fans, processors, blades and sensors", show<hardware>},
         {"show zoning", "what is configured and what is in force", show<zoning>},
+        {"show users", "who may log in", show<users>},
+        {"show listeners", "where indications go", show<listeners>},
+        {"show subscriptions", "what listeners have subscribed to", show<subscriptions>},
         {"show log", "the user log", show<log<LogKind::user>>},
         {"show alarms", "the alarm log", show<log<LogKind::alarm>>},
+        {kWatch, "events as they happen, until it is interrupted", nullptr},
     };
 }
 

@@ -101,6 +101,7 @@ void Engine::handOut(std::vector<SwitchEvent> raised)
         return;
     for (const SwitchEvent& event : raised)
         probe.noteEvent(event);
+    feed.put(raised);
     events.put(std::move(raised));
 }
 

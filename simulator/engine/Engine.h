@@ -4,6 +4,7 @@
 
 #include "simulator/engine/CacheLock.h"
 #include "simulator/engine/EventDelivery.h"
+#include "simulator/engine/EventFeed.h"
 #include "simulator/engine/ModelClock.h"
 #include "simulator/engine/Probe.h"
 #include "simulator/engine/StateFile.h"
@@ -16,7 +17,8 @@
 namespace simulator
 {
 
-// Locks, outermost first: the data cache's lock, the state file's, the model's, that of the events' delivery.
+// Locks, outermost first: the data cache's lock, the state file's, the model's, those of the events' delivery
+// and feed.
 // Platform calls hold the model's lock only for their own duration.
 class Engine
 {
@@ -77,6 +79,7 @@ class Engine
     ModelClock clock;
     Probe probe;
     EventDelivery events{[this] { catchUp(); }};
+    EventFeed feed;
 
   private:
     class KeptAtEnd
