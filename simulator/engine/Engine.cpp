@@ -67,9 +67,35 @@ void Engine::keep() noexcept
     _stateFile.update([this] { return formatScenario(durablePart()); });
 }
 
+// The present state as it is: catching up would ask to keep the state in its turn.
 Scenario Engine::durablePart()
 {
-    return read([](const FabricModel& model, std::uint64_t) { return model.toScenario(); });
+    openInitial();
+    const SharedLocked guard(_mutex);
+    return _model->toScenario();
+}
+
+void Engine::catchUp()
+{
+    if (!_opened)
+        return;
+    bool changed = false;
+    {
+        const Locked<SharedMutex> guard(_mutex);
+        const RaisedAtEnd raised(*this, *_model);
+        changed = _model->catchUp(clock.now());
+    }
+    if (changed)
+        keep();
+}
+
+void Engine::handOut(std::vector<SwitchEvent> raised)
+{
+    if (raised.empty())
+        return;
+    for (const SwitchEvent& event : raised)
+        probe.noteEvent(event);
+    events.put(std::move(raised));
 }
 
 void Engine::openInitial()

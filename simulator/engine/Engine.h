@@ -3,6 +3,7 @@
 #define SIMULATOR_ENGINE_ENGINE_H
 
 #include "simulator/engine/CacheLock.h"
+#include "simulator/engine/EventDelivery.h"
 #include "simulator/engine/ModelClock.h"
 #include "simulator/engine/Probe.h"
 #include "simulator/engine/StateFile.h"
@@ -15,8 +16,8 @@
 namespace simulator
 {
 
-// Locks, outermost first: the data cache's lock, the state file's, the model's. Platform calls hold the
-// model's lock only for their own duration.
+// Locks, outermost first: the data cache's lock, the state file's, the model's, that of the events' delivery.
+// Platform calls hold the model's lock only for their own duration.
 class Engine
 {
   public:
@@ -38,6 +39,12 @@ class Engine
     auto read(Use use)
     {
         openInitial();
+        {
+            const SharedLocked guard(_mutex);
+            if (const std::uint64_t now = clock.now(); now < _model->nextCatchUp())
+                return use(static_cast<const FabricModel&>(*_model), now);
+        }
+        catchUp();
         const SharedLocked guard(_mutex);
         return use(static_cast<const FabricModel&>(*_model), clock.now());
     }
@@ -49,6 +56,8 @@ class Engine
         openInitial();
         const KeptAtEnd kept(*this); // after the lock is given back
         const Locked<SharedMutex> guard(_mutex);
+        const RaisedAtEnd raised(*this, *_model); // before it is given back: in the order of the changes
+        _model->catchUp(clock.now());
         return change(*_model, clock.now());
     }
 
@@ -60,6 +69,9 @@ class Engine
         const Locked<CacheLock> quiet(cacheLock);
         return write(std::move(change));
     }
+
+    // Brings about what time alone does. Every use of the model does so when it is due.
+    void catchUp();
 
     CacheLock cacheLock;
     ModelClock clock;
@@ -78,15 +90,34 @@ class Engine
         Engine& _engine;
     };
 
+    // Hands on what a change of the model has raised.
+    class RaisedAtEnd
+    {
+      public:
+        RaisedAtEnd(Engine& engine, FabricModel& model) : _engine(engine), _model(model) {}
+        ~RaisedAtEnd() { _engine.handOut(_model.takeEvents()); }
+        RaisedAtEnd(const RaisedAtEnd&) = delete;
+        RaisedAtEnd& operator=(const RaisedAtEnd&) = delete;
+
+      private:
+        Engine& _engine;
+        FabricModel& _model;
+    };
+
     Engine() = default;
     void openInitial();
     void keep() noexcept;
+    void handOut(std::vector<SwitchEvent> raised);
     Scenario durablePart();
 
     SharedMutex _mutex;
     std::unique_ptr<FabricModel> _model VRAX_GUARDED_BY(_mutex);
     std::atomic<bool> _opened{false};
     StateFile _stateFile;
+
+  public:
+    // The last member: its thread ends before what it uses does.
+    EventDelivery events{[this] { catchUp(); }};
 };
 
 } // namespace simulator

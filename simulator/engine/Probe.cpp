@@ -92,6 +92,15 @@ void Probe::noteWrite(std::string_view what)
     }
 }
 
+void Probe::noteEvent(const SwitchEvent& event)
+{
+    if (_records)
+    {
+        const Locked<Mutex> guard(_mutex);
+        _events.push_back(textOf(event));
+    }
+}
+
 std::int32_t Probe::enterBatch(Call call, const xpl_smlEntry* entries, std::uint32_t count)
 {
     _entries[indexOf(call)] += count;
@@ -228,6 +237,12 @@ std::vector<std::string> Probe::writes() const
     return _writes;
 }
 
+std::vector<std::string> Probe::events() const
+{
+    const Locked<Mutex> guard(_mutex);
+    return _events;
+}
+
 void Probe::resetCounts()
 {
     const Locked<Mutex> guard(_mutex);
@@ -239,6 +254,7 @@ void Probe::resetCounts()
     _keyUses.clear();
     _batches.clear();
     _writes.clear();
+    _events.clear();
 }
 
 } // namespace simulator

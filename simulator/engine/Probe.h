@@ -5,6 +5,7 @@
 
 #include "platform/xpl_sml.h"
 #include "simulator/engine/calls.h"
+#include "simulator/model/SwitchEvent.h"
 #include "simulator/thread_annotations.h"
 
 #include <array>
@@ -47,6 +48,8 @@ class Probe
     std::int32_t enterRecord(std::string_view record);
     // Notes a write: a key, the name of a record, or "reset".
     void noteWrite(std::string_view what);
+    // Notes an event that the switch raises.
+    void noteEvent(const SwitchEvent& event);
     // True when the key has a value of the test's own, which is then in `value`.
     bool overridden(std::string_view key, std::string& value) const;
 
@@ -61,7 +64,7 @@ class Probe
     // Takes back all failures, values, latencies and hooks.
     void restore();
 
-    // Counting by key and recording of batches and writes, on top of counting by call.
+    // Counting by key and recording of batches, writes and events, on top of counting by call.
     void record(bool on);
 
     std::size_t calls(Call call) const { return _calls[static_cast<std::size_t>(call)]; }
@@ -71,7 +74,9 @@ class Probe
     std::vector<std::vector<std::string>> batches(Call call) const;
     // What noteWrite received, in order.
     std::vector<std::string> writes() const;
-    // Sets all counts to zero and forgets recorded batches and writes.
+    // The texts of what noteEvent received, in order.
+    std::vector<std::string> events() const;
+    // Sets all counts to zero and forgets recorded batches, writes and events.
     void resetCounts();
 
   private:
@@ -102,6 +107,7 @@ class Probe
     std::unordered_map<std::string, std::size_t> _keyUses VRAX_GUARDED_BY(_mutex);
     std::map<Call, std::vector<std::vector<std::string>>> _batches VRAX_GUARDED_BY(_mutex);
     std::vector<std::string> _writes VRAX_GUARDED_BY(_mutex);
+    std::vector<std::string> _events VRAX_GUARDED_BY(_mutex);
 };
 
 } // namespace simulator

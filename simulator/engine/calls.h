@@ -82,6 +82,7 @@ enum class Call
     fzsDeleteZone,
     fzsActivateZoneset,
     fzsDeactivateZoneset,
+    receiveEvents,
 };
 
 // In the order of the enumeration.
@@ -157,11 +158,11 @@ constexpr std::string_view kCallNames[] = {
     "xpl_fzsDeleteZone",
     "xpl_fzsActivateZoneset",
     "xpl_fzsDeactivateZoneset",
+    "xpl_swReceiveEvents",
 };
 
 constexpr std::size_t kCallCount = sizeof kCallNames / sizeof kCallNames[0];
-static_assert(kCallCount == static_cast<std::size_t>(Call::fzsDeactivateZoneset) + 1,
-              "one name for each call");
+static_assert(kCallCount == static_cast<std::size_t>(Call::receiveEvents) + 1, "one name for each call");
 
 constexpr std::string_view nameOf(Call call)
 {

@@ -26,6 +26,7 @@ struct AllKeys
         addZoningKeys(reads, writes);
         addZoningCommands(writes);
         addLogKeys(reads, writes);
+        addCimKeys(reads, writes);
     }
 
     ReadKeys reads;

@@ -56,6 +56,7 @@ void addNameServerKeys(ReadKeys& keys);
 void addZoningKeys(ReadKeys& reads, WriteKeys& writes);
 void addZoningCommands(WriteKeys& writes);
 void addLogKeys(ReadKeys& reads, WriteKeys& writes);
+void addCimKeys(ReadKeys& reads, WriteKeys& writes);
 
 // What "True" and "False" mean; nothing for any other text.
 std::optional<bool> flagNamed(std::string_view text);

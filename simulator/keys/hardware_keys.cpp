@@ -120,7 +120,7 @@ void addSupplyKeys(ReadKeys& keys)
                          [](const Supply& supply)
                          {
                              const bool tells =
-                                 supply.state != SupplyState::notInstalled && supply.outputPower != 0;
+                                 supply.state != PartState::notInstalled && supply.outputPower != 0;
                              return tells ? std::optional<int>(supply.outputPower) : std::nullopt;
                          });
 }

@@ -5,7 +5,6 @@
 #include "simulator/scenario/Scenario.h"
 
 #include <algorithm>
-#include <chrono>
 #include <ctime>
 #include <utility>
 
@@ -104,20 +103,12 @@ SwitchLogs::SwitchLogs(bool enabled, EventLog user, EventLog alarm)
 {
 }
 
-void SwitchLogs::start(std::uint64_t now)
+void SwitchLogs::write(LogKind kind, std::string_view component, std::string_view message, std::int64_t time)
 {
-    const auto today = std::chrono::system_clock::now().time_since_epoch();
-    _zero = std::chrono::duration_cast<std::chrono::microseconds>(today).count() -
-            static_cast<std::int64_t>(now) * 1000;
-    _started = true;
-}
-
-void SwitchLogs::write(LogKind kind, std::string_view component, std::string_view message, std::uint64_t now)
-{
-    if (!_started || (kind == LogKind::user && !_enabled))
+    if (kind == LogKind::user && !_enabled)
         return;
     // No two entries have the same time: what happens at the same moment is in order all the same.
-    _last = std::max(_last + 1, _zero + static_cast<std::int64_t>(now) * 1000);
+    _last = std::max(_last + 1, time);
     (*this)[kind].append(timeText(_last), component, message);
 }
 

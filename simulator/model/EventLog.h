@@ -61,9 +61,8 @@ class SwitchLogs
   public:
     SwitchLogs(bool enabled, EventLog user, EventLog alarm);
 
-    // From here on events are written: what a scenario brings about is none. `now` is model time.
-    void start(std::uint64_t now);
-    void write(LogKind kind, std::string_view component, std::string_view message, std::uint64_t now);
+    // `time` is in microseconds since the epoch.
+    void write(LogKind kind, std::string_view component, std::string_view message, std::int64_t time);
 
     EventLog& operator[](LogKind kind) { return kind == LogKind::user ? _user : _alarm; }
     const EventLog& operator[](LogKind kind) const { return kind == LogKind::user ? _user : _alarm; }
@@ -75,8 +74,6 @@ class SwitchLogs
     EventLog _user;
     EventLog _alarm;
     bool _enabled;
-    bool _started = false;
-    std::int64_t _zero = 0; // the time of day at model time 0, in microseconds since the epoch
     std::int64_t _last = 0; // the time of the last entry
 };
 

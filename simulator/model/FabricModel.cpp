@@ -24,16 +24,20 @@ auto firstFrom(Ports& ports, int number)
 }
 
 // Validation says whether there is a local switch.
-SwitchLogs logsOf(const Scenario& scenario)
+const SwitchScenario& localOf(const Scenario& scenario)
 {
-    SwitchScenario none;
-    const SwitchScenario* facts = &none;
+    static const SwitchScenario none;
     for (const SwitchScenario& one : scenario.switches)
         if (one.local)
-            facts = &one;
-    return SwitchLogs(facts->logEnabled,
-                      EventLog(facts->logCapacity, facts->userLog, "/userLog"),
-                      EventLog(facts->logCapacity, facts->alarmLog, "/alarmLog"));
+            return one;
+    return none;
+}
+
+SwitchLogs logsOf(const SwitchScenario& facts)
+{
+    return SwitchLogs(facts.logEnabled,
+                      EventLog(facts.logCapacity, facts.userLog, "/userLog"),
+                      EventLog(facts.logCapacity, facts.alarmLog, "/alarmLog"));
 }
 
 } // namespace
@@ -79,7 +83,10 @@ FabricModel::FabricModel(const Scenario& scenario)
     : _seed(static_cast<std::uint64_t>(scenario.seed)),
       _startTime(static_cast<std::uint64_t>(scenario.uptimeSeconds) * 1000),
       _zoning{databaseOf(scenario.zoning), std::nullopt, scenario.zoning.defaultZone, std::nullopt},
-      _logs(logsOf(scenario))
+      _history(logsOf(localOf(scenario)), _startTime), _cim(localOf(scenario).listeners,
+                                                            localOf(scenario).subscriptions,
+                                                            "",
+                                                            _history.wallClock().seconds(_startTime))
 {
     validate(scenario);
     // Counters of ports that are up at the start have run since time zero: the links below come up at 0.
@@ -94,8 +101,10 @@ FabricModel::FabricModel(const Scenario& scenario)
             if ((node.address != 0) == given)
                 addNode(node, 0);
     }
-    _local->facts.userLog.clear(); // they are in the logs
+    _local->facts.userLog.clear(); // they are in the logs, and what follows is in _cim
     _local->facts.alarmLog.clear();
+    _local->facts.listeners.clear();
+    _local->facts.subscriptions.clear();
     // Who holds the mode is no property of the switch: it is not saved.
     if (const std::string holder = std::exchange(_local->facts.adminModeHolder, {}); !holder.empty())
         _adminMode.take(holder);
@@ -103,7 +112,8 @@ FabricModel::FabricModel(const Scenario& scenario)
         _principal = scenario.principal != 0 ? scenario.principal : _switches.begin()->first;
     if (auto active = activeSetOf(scenario.zoning, _zoning.configured))
         setActiveZoneSet(*_local, std::make_shared<const ActiveZoneSet>(std::move(*active)), Reach::all);
-    _logs.start(_startTime);
+    catchUp(_startTime);
+    _history.start();
 }
 
 const Port* FabricModel::localPort(std::string_view index) const
@@ -135,6 +145,27 @@ const Switch* FabricModel::principal() const
     return switchOf(_principal);
 }
 
+std::string FabricModel::fabricWwn() const
+{
+    const Switch* first = principal();
+    return first != nullptr ? first->facts.wwn : std::string();
+}
+
+SwitchEvent FabricModel::event(xpl_SwitchEventType type) const
+{
+    SwitchEvent one;
+    one.type = type;
+    one.switchWwn = local().facts.wwn;
+    return one;
+}
+
+SwitchEvent FabricModel::fabricEvent(xpl_SwitchEventType type) const
+{
+    SwitchEvent one = event(type);
+    one.fabricWwn = fabricWwn();
+    return one;
+}
+
 const NodeScenario* FabricModel::node(int domain, std::uint32_t address) const
 {
     const Switch* owner = switchOf(domain);
@@ -158,48 +189,49 @@ const NodeScenario* FabricModel::nodeAfter(int domain, std::uint32_t address) co
     return found != owner->nodes.end() ? &found->second : nullptr;
 }
 
+void tellPeer(const Switch& owner, const Port& port, Port& peer)
+{
+    peer.peerSends = sends(owner, port);
+    peer.peerJoins = joinsSwitches(port.facts.type);
+}
+
 void FabricModel::linkChanged(Switch& owner, Port& port, std::uint64_t now)
 {
-    const auto runMeter = [this, now](Switch& of, Port& one)
+    const auto follow = [this, now](Switch& of, Port& one)
     {
+        portChanged(of, one, now);
         if (!of.facts.local)
             return;
         one.meter.setLink(linkSpeed(of, one), now);
         const int carried = isOnline(of, one) ? one.facts.rxLoadPercent + one.facts.txLoadPercent : 0;
-        portStateChanged(one, now);
         of.carriedPercent += carried - std::exchange(one.carriedPercent, carried);
         warmthChanged(now);
     };
-    runMeter(owner, port);
+    follow(owner, port);
     if (port.peer)
     {
         Switch& other = *switchOf(port.peer->domain);
         Port& end = *other.port(port.peer->port);
-        end.peerSends = sends(owner, port);
-        end.peerJoins = joinsSwitches(port.facts.type);
-        runMeter(other, end);
+        tellPeer(owner, port, end);
+        follow(other, end);
+        const bool joined = isOnline(owner, port);
+        if (std::exchange(port.joined, joined) != joined)
+        {
+            end.joined = joined;
+            switchesJoinOrPart(now);
+        }
         mergeZoning(owner, port, now);
     }
 }
 
-void FabricModel::portStateChanged(Port& port, std::uint64_t now)
-{
-    const std::string_view state = operState(*_local, port);
-    if (std::exchange(port.loggedState, state) == state)
-        return;
-    const std::string event = "port " + std::to_string(port.facts.number) + " " + std::string(state);
-    _logs.write(LogKind::user, "port", event, now);
-    if (state == "Downed")
-        _logs.write(LogKind::alarm, "port", event, now);
-}
-
 void FabricModel::configurationWritten(std::string_view what, std::uint64_t now)
 {
-    _logs.write(LogKind::user, "config", "written: " + std::string(what), now);
+    _history.log("config", "written: " + std::string(what), now);
 }
 
 void FabricModel::allLinksChanged(Switch& owner, std::uint64_t now)
 {
+    switchStatusChanged(owner, now);
     for (Port& port : owner.ports)
         linkChanged(owner, port, now);
     if (owner.facts.local)
@@ -220,9 +252,11 @@ Scenario FabricModel::toScenario() const
         if (one.second.facts.local)
         {
             SwitchScenario& facts = scenario.switches.back();
-            facts.logEnabled = _logs.enabled();
-            facts.userLog = _logs[LogKind::user].texts();
-            facts.alarmLog = _logs[LogKind::alarm].texts();
+            facts.logEnabled = logs().enabled();
+            facts.userLog = logs()[LogKind::user].texts();
+            facts.alarmLog = logs()[LogKind::alarm].texts();
+            facts.listeners = _cim.listenerScenarios();
+            facts.subscriptions = _cim.subscriptionScenarios();
         }
         for (const Port& port : one.second.ports)
             scenario.switches.back().ports.push_back(port.facts);

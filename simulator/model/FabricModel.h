@@ -4,10 +4,12 @@
 #ifndef SIMULATOR_MODEL_FABRICMODEL_H
 #define SIMULATOR_MODEL_FABRICMODEL_H
 
-#include "simulator/model/EventLog.h"
+#include "simulator/model/CimSubscriptions.h"
+#include "simulator/model/History.h"
 #include "simulator/model/TrafficMeter.h"
 #include "simulator/model/Warmth.h"
 #include "simulator/model/Zoning.h"
+#include "simulator/model/operational_status.h"
 #include "simulator/scenario/Scenario.h"
 
 #include <functional>
@@ -42,7 +44,9 @@ struct Port
     bool initiators = false;                    // one of the nodes is an initiator
     LinkSpeed nodeSpeed = LinkSpeed::automatic; // the slowest of the nodes; automatic: no limit
     bool loop = false;                          // one of the nodes is on a loop
-    std::string_view loggedState;               // of a local port, as the log has it
+    std::string_view toldState;                 // its state when something was last told of it
+    std::size_t toldNodes = 0;                  // and how many nodes were logged in through it
+    bool joined = false;                        // the link to another switch is up
     int carriedPercent = 0;                     // what a port that is online adds to its switch's
 };
 
@@ -52,7 +56,8 @@ struct Switch
     std::vector<Port> ports;                     // by rising number
     std::map<std::uint32_t, NodeScenario> nodes; // by address; all facts filled in
     std::uint64_t seed = 0;
-    int carriedPercent = 0; // the loads of both directions of all ports that are online
+    OperationalStatus toldStatus; // its status when something was last told of it
+    int carriedPercent = 0;       // the loads of both directions of all ports that are online
     Warmth warmth;
     std::shared_ptr<const ActiveZoneSet> activeZoneSet; // null when none is; shared by the whole fabric
 
@@ -83,7 +88,7 @@ class FabricModel
     const std::map<int, Switch>& switches() const { return _switches; }
     // Null while the fabric has none.
     const Switch* principal() const;
-    void setPrincipal(int domain) { _principal = domain; } // 0: none
+    void setPrincipal(int domain, std::uint64_t now); // 0: none
 
     // The attached node port with this address, while its switch port is online; null otherwise.
     const NodeScenario* node(int domain, std::uint32_t address) const;
@@ -96,17 +101,38 @@ class FabricModel
     void addNode(NodeScenario node, std::uint64_t now);
     void removeNode(std::string_view portWwn, std::uint64_t now);
     void addIsl(const IslScenario& link, std::uint64_t now);
+    void setSwitchState(int domain, AdminState state, std::uint64_t now); // of any switch
 
     // What happens to the hardware of the local switch, by number from 1. Each throws ScenarioError for what
     // does not exist, and when something fails that is not there.
-    void setSupply(int number, SupplyState state, std::uint64_t now);
-    void pinSensor(SensorKind kind, int number, int reading); // it reads this whatever happens
-    void breakSensor(SensorKind kind, int number);            // it cannot be read
-    void releaseSensor(SensorKind kind, int number);          // it works, and reads what there is
-    void failBlade(int number, std::uint64_t now);            // its diagnostics fail with it
+    void setPart(PartKind kind, int number, PartState state, std::uint64_t now);
+    // It reads this whatever happens; it cannot be read; it works, and reads what there is.
+    void pinSensor(SensorKind kind, int number, int reading, std::uint64_t now);
+    void breakSensor(SensorKind kind, int number, std::uint64_t now);
+    void releaseSensor(SensorKind kind, int number, std::uint64_t now);
+    void failBlade(int number, std::uint64_t now); // its diagnostics fail with it
     void pullBlade(int number, std::uint64_t now);
     void insertBlade(int number, std::uint64_t now); // one that works
     void setBladeAdminState(int number, AdminState state, std::uint64_t now);
+
+    // Who may log in to the local switch. Each but the last throws ScenarioError when there is no such user,
+    // or one already.
+    void addUser(const std::string& name, std::uint64_t now);
+    void removeUser(const std::string& name, std::uint64_t now);
+    void changePassword(const std::string& user, std::uint64_t now);
+    void refuseLogin(const std::string& user, std::uint64_t now); // known or not
+
+    // The listeners and subscriptions of the CIM agent. `change` is told the seconds since the epoch; what it
+    // returns is returned.
+    const CimSubscriptions& cim() const { return _cim; }
+    std::int32_t
+    changeCim(std::uint64_t now,
+              const std::function<std::int32_t(CimSubscriptions& cim, std::int64_t seconds)>& change);
+
+    // What time alone brings about: sensors reach a threshold, subscriptions end. Returns true when something
+    // came of it. Must be called before the model is used at or after nextCatchUp().
+    bool catchUp(std::uint64_t now);
+    std::uint64_t nextCatchUp() const;
 
     // The zoning of the fabric. What changes it names who does and returns 0 or the status with which the
     // switch refuses. Direct changes and activation take the administrative mode for their duration:
@@ -130,14 +156,16 @@ class FabricModel
     // Whoever holds it is gone; an edit session ends without saving.
     void abandonAdminMode();
 
-    // The logs of the local switch. What happens to its ports, hardware and zoning is written by the changes
-    // above and below; whoever changes a configuration says so.
-    SwitchLogs& logs() { return _logs; }
-    const SwitchLogs& logs() const { return _logs; }
+    // The logs of the local switch. What happens to the fabric, the hardware and zoning is written there, and
+    // raised as an event, by the changes above and below; whoever changes a configuration says so.
+    SwitchLogs& logs() { return _history.logs(); }
+    const SwitchLogs& logs() const { return _history.logs(); }
     void configurationWritten(std::string_view what, std::uint64_t now);
+    // The events raised since they were last taken, in order.
+    std::vector<SwitchEvent> takeEvents() { return _history.takeEvents(); }
 
-    // Must be called when facts of a port, or of its switch, have changed: its counters, and those of the
-    // port at the other end of a link between switches, run or stand accordingly.
+    // One must be called when facts of a port, or of its switch, have changed: its counters, and those of the
+    // port at the other end of a link between switches, run or stand accordingly, and what follows is told.
     void linkChanged(Switch& owner, Port& port, std::uint64_t now);
     void allLinksChanged(Switch& owner, std::uint64_t now);
 
@@ -146,12 +174,32 @@ class FabricModel
   private:
     // Each throws ScenarioError when there is none.
     Switch& switchWith(int domain);
+    PartScenario& part(PartKind kind, int number);
     SensorScenario& sensor(SensorKind kind, int number);
     BladeScenario& blade(int number);
 
-    void bladeChanged(int number, std::uint64_t now);     // its ports are up or down with it
-    void portStateChanged(Port& port, std::uint64_t now); // or may have
-    void warmthChanged(std::uint64_t now);                // what heats the local switch may be another
+    // An event of the local switch, and one that names the fabric too.
+    SwitchEvent event(xpl_SwitchEventType type) const;
+    SwitchEvent fabricEvent(xpl_SwitchEventType type) const;
+    std::string fabricWwn() const; // empty while it has no principal switch
+
+    // What follows is called when the thing may have changed; it tells of it if it has.
+    template <class Change> // void(BladeScenario& blade)
+    void changeBlade(int number, std::uint64_t now, Change change);
+    void portChanged(Switch& owner, Port& port, std::uint64_t now);
+    void switchStatusChanged(Switch& one, std::uint64_t now);
+    void switchesJoinOrPart(std::uint64_t now);
+    void principalChanged(const std::string& fabricBefore, std::uint64_t now);
+    void userEvent(xpl_SwitchEventType type,
+                   const std::string& user,
+                   const std::string& message,
+                   std::uint64_t now);
+    bool sensorsChanged(std::uint64_t now); // true when they have
+    void warmthChanged(std::uint64_t now);
+    // The lowest domain of those that each switch reaches over links, by its own domain.
+    std::map<int, int> parts() const;
+    void switchCame(const Switch& one, std::uint64_t now);
+    void switchGoes(const Switch& one, std::uint64_t now);
     // Every change of the local switch's zoning passes here once it has happened.
     void zoningChanged(ZoningChange::Kind kind, std::string_view by, std::uint64_t now);
     // Makes the set (or none) the active one of a switch and of those that it is linked to, directly or over
@@ -173,7 +221,11 @@ class FabricModel
     Switch* _local = nullptr;
     AdminMode _adminMode;
     Zoning _zoning;
-    SwitchLogs _logs;
+    History _history;
+    CimSubscriptions _cim;
+    std::map<int, int> _parts; // when something was last told of them
+    std::map<SensorKind, std::vector<SensorState>> _toldSensors;
+    std::uint64_t _lastLook = 0; // at the sensors
 };
 
 // The load that the facts describe.
@@ -184,6 +236,8 @@ std::string_view operState(const Switch& owner, const Port& port);
 bool isOnline(const Switch& owner, const Port& port);
 // True while the port would bring up a link: it is neither switched off nor broken.
 bool sends(const Switch& owner, const Port& port);
+// Lets the port at the other end of a link between switches know of this one.
+void tellPeer(const Switch& owner, const Port& port, Port& peer);
 // True when a port configured so takes a link to another switch.
 bool joinsSwitches(PortType type);
 // "E", "F", "FL", ...; "Unknown" while the port is not online and its type is negotiated.

@@ -112,6 +112,7 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
         added.ports.emplace_back(port, mix(switchSeed, static_cast<std::uint64_t>(port.number)));
         if (added.ports.back().facts.wwn.empty())
             added.ports.back().facts.wwn = portWwn(facts.wwn, port.number);
+        added.ports.back().toldState = operState(added, added.ports.back());
     }
     std::sort(added.ports.begin(),
               added.ports.end(),
@@ -125,7 +126,9 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
             added.facts.reserved = madeUpBytes(switchSeed, kSwitchReservedSize);
         fillInTexts(added.facts, switchSeed);
     }
+    added.toldStatus = statusOfSwitch(toText(added.facts.adminState), added.facts.faults);
     allLinksChanged(added, now);
+    switchCame(added, now);
 }
 
 void FabricModel::removeSwitch(int domain, std::uint64_t now)
@@ -143,14 +146,25 @@ void FabricModel::removeSwitch(int domain, std::uint64_t now)
             Switch& other = *switchOf(gotFrom ? link.toDomain : link.domain);
             Port& port = *other.port(gotFrom ? link.toPort : link.port);
             port.peer.reset();
-            port.isolated = false;
+            port.isolated = port.joined = false;
             linkChanged(other, port, now);
         }
     }
     _isls.erase(std::remove_if(_isls.begin(), _isls.end(), touches), _isls.end());
+    switchGoes(*gone, now);
+    const std::string fabric = fabricWwn();
     _switches.erase(domain);
+    switchesJoinOrPart(now);
     if (_principal == domain)
         _principal = _switches.begin()->first;
+    principalChanged(fabric, now);
+}
+
+void FabricModel::setSwitchState(int domain, AdminState state, std::uint64_t now)
+{
+    Switch& one = switchWith(domain);
+    one.facts.adminState = state;
+    allLinksChanged(one, now);
 }
 
 void FabricModel::addNode(NodeScenario node, std::uint64_t now)
@@ -207,6 +221,8 @@ void FabricModel::addIsl(const IslScenario& link, std::uint64_t now)
     fromPort.peer = PortPlace{link.toDomain, link.toPort};
     toPort.peer = PortPlace{link.domain, link.port};
     fromPort.isolated = toPort.isolated = link.isolated;
+    tellPeer(from, fromPort, toPort);
+    tellPeer(to, toPort, fromPort);
     _isls.push_back(link);
     linkChanged(from, fromPort, now);
     linkChanged(to, toPort, now);

@@ -13,6 +13,7 @@ namespace
 // Heat in hundredths of a degree.
 constexpr std::int64_t kHeatOfFullLoad = 1000;
 constexpr int kHeatOfFailedSupply = 300; // its fans stand still
+constexpr int kHeatOfFailedFan = 200;
 constexpr int kHeatOfFailedBlade = 150;
 
 constexpr int kRoomSwing = 40; // the room warms and cools by 0.4 degrees
@@ -60,7 +61,9 @@ int heatOf(const Switch& local)
     int heat =
         directions == 0 ? 0 : static_cast<int>(kHeatOfFullLoad * local.carriedPercent / (100 * directions));
     for (const PowerSupplyScenario& supply : local.facts.powerSupplies)
-        heat += supply.state == SupplyState::failed ? kHeatOfFailedSupply : 0;
+        heat += supply.state == PartState::failed ? kHeatOfFailedSupply : 0;
+    for (const PartScenario& fan : local.facts.fans)
+        heat += fan.state == PartState::failed ? kHeatOfFailedFan : 0;
     for (const BladeScenario& blade : local.facts.blades)
         heat += blade.present && blade.failed ? kHeatOfFailedBlade : 0;
     return heat;

@@ -63,7 +63,7 @@ enum class DiagStatus : std::uint8_t
     unavailable
 };
 
-enum class SupplyState : std::uint8_t
+enum class PartState : std::uint8_t
 {
     normal,
     warning,
@@ -140,10 +140,10 @@ constexpr Named<PortHardware> kPortHardware[] = {{PortHardware::fibreChannel, "F
                                                  {PortHardware::ethernet, "Ethernet"}};
 constexpr Named<DiagStatus> kDiagStatuses[] = {
     {DiagStatus::passed, "Passed"}, {DiagStatus::failed, "Failed"}, {DiagStatus::unavailable, "Unavailable"}};
-constexpr Named<SupplyState> kSupplyStates[] = {{SupplyState::normal, "Normal"},
-                                                {SupplyState::warning, "Warning"},
-                                                {SupplyState::failed, "Failed"},
-                                                {SupplyState::notInstalled, "NotInstalled"}};
+constexpr Named<PartState> kPartStates[] = {{PartState::normal, "Normal"},
+                                            {PartState::warning, "Warning"},
+                                            {PartState::failed, "Failed"},
+                                            {PartState::notInstalled, "NotInstalled"}};
 constexpr Named<SensorState> kSensorStates[] = {{SensorState::normal, "Normal"},
                                                 {SensorState::warning, "Warning"},
                                                 {SensorState::critical, "Critical"},
@@ -180,9 +180,9 @@ constexpr const auto& namesOf(DiagStatus)
 {
     return kDiagStatuses;
 }
-constexpr const auto& namesOf(SupplyState)
+constexpr const auto& namesOf(PartState)
 {
-    return kSupplyStates;
+    return kPartStates;
 }
 constexpr const auto& namesOf(SensorState)
 {

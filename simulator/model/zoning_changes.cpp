@@ -27,7 +27,15 @@ std::string textOf(const ZoningChange& change)
 void FabricModel::zoningChanged(ZoningChange::Kind kind, std::string_view by, std::uint64_t now)
 {
     _zoning.lastChange = ZoningChange{kind, std::string(by), now};
-    _logs.write(LogKind::user, "zoning", textOf(*_zoning.lastChange), now);
+    _history.log("zoning", textOf(*_zoning.lastChange), now);
+    if (kind == ZoningChange::Kind::databaseChanged)
+        _history.raise(event(XPL_EVENT_ZONING_CHANGED));
+    if (kind == ZoningChange::Kind::activated)
+    {
+        SwitchEvent activated = fabricEvent(XPL_EVENT_ZONE_SET_ACTIVATED);
+        activated.subject = local().activeZoneSet->name;
+        _history.raise(std::move(activated));
+    }
 }
 
 std::int32_t FabricModel::changeZoning(std::string_view by,

@@ -5,6 +5,7 @@
 
 #include "simulator/model/names.h"
 #include "simulator/scenario/ZoningScenario.h"
+#include "simulator/scenario/cim_scenario.h"
 #include "simulator/scenario/hardware_scenario.h"
 #include "simulator/scenario/record_rules.h"
 
@@ -60,12 +61,12 @@ struct SwitchScenario
     bool local = false;
     std::string wwn;
     std::string name;
+    AdminState adminState = AdminState::online;
     std::vector<PortScenario> ports; // by rising number
 
     // The local switch only.
     std::string type = "Rowan 5024";
     std::string productName;
-    AdminState adminState = AdminState::online;
     AdminState configuredAdminState = AdminState::online;
     bool transparent = false;
     std::vector<std::uint16_t> faults;
@@ -90,14 +91,20 @@ struct SwitchScenario
     std::vector<TemperatureSensorScenario> temperatureSensors;
     std::vector<VoltageSensorScenario> voltageSensors;
     std::vector<PowerSupplyScenario> powerSupplies;
+    std::vector<PartScenario> fans;
+    std::vector<PartScenario> cpus;
     std::string adminModeHolder; // who has the administrative mode at the start; empty: nobody
     std::vector<BladeScenario> blades;
+    std::vector<std::string> users = {"admin"}; // who may log in
 
     // Its logs. Entries begin with their number in brackets.
     bool logEnabled = true; // of the user log
     int logCapacity = 1000; // entries of each log
     std::vector<std::string> userLog;
     std::vector<std::string> alarmLog;
+
+    std::vector<ListenerScenario> listeners;
+    std::vector<SubscriptionScenario> subscriptions;
 };
 
 // A node port attached to a switch port.

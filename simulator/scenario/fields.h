@@ -81,10 +81,16 @@ void visitVoltageSensor(Visitor& visit, Sensor& sensor)
     visit.flag("broken", sensor.broken);
 }
 
+template <class Visitor, class Part>
+void visitPart(Visitor& visit, Part& part)
+{
+    visit.choice("state", part.state);
+}
+
 template <class Visitor, class Supply>
 void visitPowerSupply(Visitor& visit, Supply& supply)
 {
-    visit.choice("state", supply.state);
+    visitPart(visit, supply);
     visit.number("outputPower", supply.outputPower, 0, 100000000);
 }
 
@@ -140,7 +146,35 @@ void visitChassis(Visitor& visit, Switch& one)
     visit.list("powerSupplies",
                one.powerSupplies,
                [](auto& inner, auto& supply) { visitPowerSupply(inner, supply); });
+    visit.list("fans", one.fans, [](auto& inner, auto& fan) { visitPart(inner, fan); });
+    visit.list("cpus", one.cpus, [](auto& inner, auto& cpu) { visitPart(inner, cpu); });
     visit.list("blades", one.blades, [](auto& inner, auto& blade) { visitBlade(inner, blade); });
+}
+
+// What the local switch keeps for its CIM agent.
+template <class Visitor, class Switch>
+void visitCim(Visitor& visit, Switch& one)
+{
+    visit.list("listeners",
+               one.listeners,
+               [](auto& inner, auto& listener)
+               {
+                   inner.text("name", listener.name, kCimNameSize);
+                   inner.flag("permanent", listener.permanent);
+                   inner.text("destination", listener.destination, kCimTextSize);
+               });
+    visit.list("subscriptions",
+               one.subscriptions,
+               [](auto& inner, auto& subscription)
+               {
+                   inner.text("name", subscription.name, kCimNameSize);
+                   inner.text("filter", subscription.filter, kCimNameSize);
+                   inner.text("enableState", subscription.enableState, kCimTextSize);
+                   inner.text("enableStateChange", subscription.enableStateChange, kCimTextSize);
+                   inner.text("startTime", subscription.startTime, kCimTextSize);
+                   inner.number("durationSeconds", subscription.durationSeconds, 0, kMaxDurationSeconds);
+                   inner.texts("listeners", subscription.listeners, kCimNameSize);
+               });
 }
 
 // All fields but "local", which decides what else there is, and the ports.
@@ -150,11 +184,11 @@ void visitSwitch(Visitor& visit, Switch& one)
     visit.number("domain", one.domain, kMinDomainId, kMaxDomainId, Presence::required);
     visit.wwn("wwn", one.wwn, Presence::required);
     visit.text("name", one.name, kSwitchNameSize);
+    visit.choice("adminState", one.adminState);
     if (!one.local)
         return;
     visit.text("type", one.type, 64);
     visit.text("productName", one.productName, 128);
-    visit.choice("adminState", one.adminState);
     visit.choice("configuredAdminState", one.configuredAdminState);
     visit.flag("transparent", one.transparent);
     visit.text("adminModeHolder", one.adminModeHolder, 64);
@@ -164,10 +198,12 @@ void visitSwitch(Visitor& visit, Switch& one)
     visit.oneOf("principalPriority", one.principalPriority, kPrincipalPriorities);
     visit.bytes("reserved", one.reserved, kSwitchReservedSize);
     visitChassis(visit, one);
+    visit.texts("users", one.users, kUserNameSize);
     visit.flag("logEnabled", one.logEnabled);
     visit.number("logCapacity", one.logCapacity, 1, kMaxLogCapacity);
     visit.texts("userLog", one.userLog, kLogEntrySize);
     visit.texts("alarmLog", one.alarmLog, kLogEntrySize);
+    visitCim(visit, one);
 }
 
 template <class Visitor, class Node>

@@ -1,4 +1,4 @@
-// What the chassis of the local switch holds: sensors, power supplies and I/O blades.
+// What the chassis of the local switch holds: sensors, parts that are replaced, and I/O blades.
 #ifndef SIMULATOR_SCENARIO_HARDWARE_SCENARIO_H
 #define SIMULATOR_SCENARIO_HARDWARE_SCENARIO_H
 
@@ -52,9 +52,21 @@ struct VoltageSensorScenario : SensorScenario
     std::optional<int> critHigh;
 };
 
-struct PowerSupplyScenario
+// Parts that fail and are replaced.
+enum class PartKind
 {
-    SupplyState state = SupplyState::normal;
+    powerSupply,
+    fan,
+    cpu
+};
+
+struct PartScenario
+{
+    PartState state = PartState::normal;
+};
+
+struct PowerSupplyScenario : PartScenario
+{
     int outputPower = 0; // rated, in milliwatts; 0: the supply does not tell
 };
 

@@ -19,6 +19,7 @@ constexpr int kMaxDomainId = 239;
 constexpr std::size_t kSwitchNameSize = 32;
 constexpr std::size_t kPortNameSize = 255;
 constexpr std::size_t kLocationSize = 128;
+constexpr std::size_t kUserNameSize = 64;
 
 // Bytes that belong to other services. Those of the switch record are kept in their order.
 constexpr std::size_t kSwitchReservedSize = 69;

@@ -1,4 +1,5 @@
 // Checks that the parts of a scenario fit one another.
+#include "simulator/model/CimSubscriptions.h"
 #include "simulator/model/EventLog.h"
 #include "simulator/model/hex.h"
 #include "simulator/model/zoning_scenario.h"
@@ -121,6 +122,16 @@ class Validator
         // A log refuses the entries that it cannot have.
         const EventLog userLog(one.logCapacity, one.userLog, place + "/userLog");
         const EventLog alarmLog(one.logCapacity, one.alarmLog, place + "/alarmLog");
+        const CimSubscriptions cim(one.listeners, one.subscriptions, place, 0); // as do these
+        checkUsers(one, place + "/users/");
+    }
+
+    static void checkUsers(const SwitchScenario& one, const std::string& place)
+    {
+        std::set<std::string> users;
+        for (std::size_t i = 0; i < one.users.size(); ++i)
+            if (one.users[i].empty() || !users.insert(one.users[i]).second)
+                throw ScenarioError(place + std::to_string(i), "expected a name that no other user has");
     }
 
     static void checkSensors(const SwitchScenario& one, const std::string& place)

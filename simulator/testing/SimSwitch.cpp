@@ -151,7 +151,7 @@ void SimSwitch::setCounter(int port, std::string_view counter, std::uint64_t val
 
 void SimSwitch::setPrincipal(int domain)
 {
-    engine().write([domain](FabricModel& model, std::uint64_t) { model.setPrincipal(domain); });
+    engine().write([domain](FabricModel& model, std::uint64_t now) { model.setPrincipal(domain, now); });
 }
 
 void SimSwitch::addNode(const NodeScenario& node)
@@ -187,6 +187,7 @@ void SimSwitch::advance(std::chrono::milliseconds time)
 {
     engine().write([time](FabricModel&, std::uint64_t)
                    { engine().clock.advance(static_cast<std::uint64_t>(time.count())); });
+    engine().catchUp();
 }
 
 std::uint64_t SimSwitch::now() const

@@ -56,12 +56,25 @@ class SimSwitch
     void addSwitch(const SwitchScenario& one); // fabric; a remote one
     void removeSwitch(int domain);             // fabric
     void addIsl(const IslScenario& link);
+    void setSwitchState(int domain, AdminState state); // of any switch
+
+    // --- Who uses it ---
+    void addUser(const std::string& name);
+    void removeUser(const std::string& name);
+    void changePassword(const std::string& user);
+    void refuseLogin(const std::string& user); // known or not
+    // Changes of zoning by somebody else than the CIM agent; they throw when the switch refuses.
+    void addZone(const std::string& name, const std::string& by = "console");
+    void activateZoneSet(const std::string& name, const std::string& by = "console");
+    void deactivateZoneSet(const std::string& by = "console");
 
     // --- What happens to the hardware, by number from 1 ---
     void failSupply(int supply);
     void warnSupply(int supply);
     void pullSupply(int supply);
-    void insertSupply(int supply);                   // one that works
+    void insertSupply(int supply); // one that works
+    void setFan(int fan, PartState state);
+    void setCpu(int cpu, PartState state);
     void pinTemperature(int sensor, double celsius); // it reads exactly this until it is released
     void pinVoltage(int sensor, double volts);
     void breakSensor(SensorKind kind, int sensor);   // it cannot be read
@@ -94,7 +107,10 @@ class SimSwitch
     // and "port/7" for configuration records, "reset" for the switch's reset, "fzs create zone NAME" and the
     // like for zoning. Refused ones are among them, those of a call that failed as a whole are not.
     std::vector<std::string> writes() const;
-    // Recording of keys, batches and writes; on at the start. Counting by call always happens.
+    // The events that the switch raised meanwhile, in order, received by somebody or not: see textOf in
+    // simulator/model/SwitchEvent.h.
+    std::vector<std::string> events() const;
+    // Recording of keys, batches, writes and events; on at the start. Counting by call always happens.
     void recordKeys(bool on);
 
     // --- Failures ---
@@ -121,6 +137,8 @@ class SimSwitch
     PortScenario port(int number) const;
     SwitchScenario localSwitch() const;
     ZoningView zoning() const;
+    std::vector<ListenerScenario> listeners() const; // by rising name, as are the next
+    std::vector<SubscriptionScenario> subscriptions() const;
     ActiveZoneSetView activeZoneSetOf(int domain) const;
     void save(const std::string& path) const;
     int heldCacheLocks() const;            // read locks held at present

@@ -72,6 +72,26 @@ class SimSwitchSetup
         return local().powerSupplies.assign(static_cast<std::size_t>(count), supply), *this;
     }
 
+    // Fans and control processors that work.
+    SimSwitchSetup& fans(std::size_t count) { return local().fans.resize(count), *this; }
+    SimSwitchSetup& cpus(std::size_t count) { return local().cpus.resize(count), *this; }
+
+    // What the switch keeps for its CIM agent; a subscription that never ends.
+    SimSwitchSetup& listener(std::string name, std::string destination, bool permanent = false)
+    {
+        local().listeners.push_back({std::move(name), permanent, std::move(destination)});
+        return *this;
+    }
+    SimSwitchSetup& subscription(std::string name, std::string filter, std::vector<std::string> listeners)
+    {
+        SubscriptionScenario& one = local().subscriptions.emplace_back();
+        one.name = std::move(name);
+        one.filter = std::move(filter);
+        one.enableState = "True";
+        one.listeners = std::move(listeners);
+        return *this;
+    }
+
     // A sensor with the reading of the idle switch and its thresholds, in degrees Celsius.
     SimSwitchSetup&
     temperature(std::string description, double base, double warnHigh = 55, double critHigh = 70)

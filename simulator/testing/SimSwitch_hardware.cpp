@@ -13,53 +13,63 @@ void change(Change one)
     Engine::instance().write(one);
 }
 
-void setSupply(int number, SupplyState state)
+void setPart(PartKind kind, int number, PartState state)
 {
-    change([=](FabricModel& model, std::uint64_t now) { model.setSupply(number, state, now); });
+    change([=](FabricModel& model, std::uint64_t now) { model.setPart(kind, number, state, now); });
 }
 
 } // namespace
 
 void SimSwitch::failSupply(int supply)
 {
-    setSupply(supply, SupplyState::failed);
+    setPart(PartKind::powerSupply, supply, PartState::failed);
 }
 
 void SimSwitch::warnSupply(int supply)
 {
-    setSupply(supply, SupplyState::warning);
+    setPart(PartKind::powerSupply, supply, PartState::warning);
 }
 
 void SimSwitch::pullSupply(int supply)
 {
-    setSupply(supply, SupplyState::notInstalled);
+    setPart(PartKind::powerSupply, supply, PartState::notInstalled);
 }
 
 void SimSwitch::insertSupply(int supply)
 {
-    setSupply(supply, SupplyState::normal);
+    setPart(PartKind::powerSupply, supply, PartState::normal);
+}
+
+void SimSwitch::setFan(int fan, PartState state)
+{
+    setPart(PartKind::fan, fan, state);
+}
+
+void SimSwitch::setCpu(int cpu, PartState state)
+{
+    setPart(PartKind::cpu, cpu, state);
 }
 
 void SimSwitch::pinTemperature(int sensor, double celsius)
 {
-    change([=](FabricModel& model, std::uint64_t)
-           { model.pinSensor(SensorKind::temperature, sensor, hundredthsOf(celsius)); });
+    change([=](FabricModel& model, std::uint64_t now)
+           { model.pinSensor(SensorKind::temperature, sensor, hundredthsOf(celsius), now); });
 }
 
 void SimSwitch::pinVoltage(int sensor, double volts)
 {
-    change([=](FabricModel& model, std::uint64_t)
-           { model.pinSensor(SensorKind::voltage, sensor, millivoltsOf(volts)); });
+    change([=](FabricModel& model, std::uint64_t now)
+           { model.pinSensor(SensorKind::voltage, sensor, millivoltsOf(volts), now); });
 }
 
 void SimSwitch::breakSensor(SensorKind kind, int sensor)
 {
-    change([=](FabricModel& model, std::uint64_t) { model.breakSensor(kind, sensor); });
+    change([=](FabricModel& model, std::uint64_t now) { model.breakSensor(kind, sensor, now); });
 }
 
 void SimSwitch::releaseSensor(SensorKind kind, int sensor)
 {
-    change([=](FabricModel& model, std::uint64_t) { model.releaseSensor(kind, sensor); });
+    change([=](FabricModel& model, std::uint64_t now) { model.releaseSensor(kind, sensor, now); });
 }
 
 void SimSwitch::failBlade(int blade)
