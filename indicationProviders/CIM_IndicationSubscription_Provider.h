@@ -19,11 +19,6 @@ class CIM_IndicationSubscription_Provider
                                   &CIM_IndicationSubscription::Handler,
                                   Ends<CIM_IndicationFilter, CIM_ListenerDestinationCIMXML>>
 {
-    typedef Association_Provider<&CIM_IndicationSubscription::Filter,
-                                 &CIM_IndicationSubscription::Handler,
-                                 Ends<CIM_IndicationFilter, CIM_ListenerDestinationCIMXML>>
-        Base;
-
   public:
     static constexpr Failure_Text kReadFailed = "Unable to get subscription info";
     static constexpr Failure_Text kCreationFailed = "Failed to create CIM_IndicationSubscription instance";
@@ -40,7 +35,7 @@ class CIM_IndicationSubscription_Provider
     Create_Instance_Status create_instance(CIM_IndicationSubscription* instance);
 
     // Detaches every subscription with this filter from the listener. 90 when there is none or the switch
-    // refuses, 93 when a filter cannot be read.
+    // refuses, 93 when a filter cannot be read, or the class cannot be loaded and there is none.
     Delete_Instance_Status delete_instance(const CIM_IndicationSubscription* instance);
 };
 

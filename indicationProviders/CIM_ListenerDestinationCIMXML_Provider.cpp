@@ -15,7 +15,7 @@ namespace cimple
 namespace
 {
 
-// CIM_ListenerDestination.PersistenceType
+// Values of PersistenceType.
 constexpr uint16 kPermanent = 2;
 constexpr uint16 kTransient = 3;
 
@@ -88,8 +88,9 @@ CIM_ListenerDestinationCIMXML_Provider::create_instance(CIM_ListenerDestinationC
         if (load() != LOAD_OK)
             op.fail(kLoadFailed);
         if (!instance->CreationClassName.value.equali(CIM_ListenerDestinationCIMXML::static_meta_class.name))
-            op.failWith(CREATE_INSTANCE_INVALID_PARAMETER,
-                        "Cannot create Instance CreationClassName not equal to CIM_ListenerDestinationCIMXML");
+            op.failWith(
+                CREATE_INSTANCE_INVALID_PARAMETER,
+                "Cannot create Instance CreationClassName not equal to CIM_ListenerDestinationCIMXML");
         if (instance->SystemCreationClassName.null)
             instance->SystemCreationClassName.set(kLocalSystemClass);
         if (instance->SystemName.null)

@@ -13,8 +13,7 @@ class CIM_ListenerDestinationCIMXML_Provider : public Instance_Provider<CIM_List
 {
   public:
     static constexpr Failure_Text kReadFailed = "Unable to get Listener Type and/or Destination";
-    static constexpr Failure_Text kCreationFailed =
-        "Failes to create CIM_ListenerDestinationCIMXML instance";
+    static constexpr Failure_Text kCreationFailed = "Failes to create CIM_ListenerDestinationCIMXML instance";
     static constexpr Failure_Text kInsertionFailed = "Failed to insert instance in map";
 
     void build(Map_Writer<CIM_ListenerDestinationCIMXML>& map);

@@ -441,7 +441,8 @@ TEST_P(Published, ChangesAsTheTableSays)
 Declaration declarationOf(const cimple::Meta_Class& metaClass)
 {
     Declaration declared;
-    declared["from"] = metaClass.super_meta_class->name;
+    if (metaClass.super_meta_class != nullptr)
+        declared["from"] = metaClass.super_meta_class->name;
     const auto append = [&](const char* list, const std::string& text) {
         declared[list] += (declared[list].empty() ? "" : list == std::string("ends") ? ", " : " ") + text;
     };
