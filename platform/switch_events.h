@@ -5,7 +5,8 @@
 #include <cstdint>
 
 // What happened. Beside each: the fields of xpl_SwitchEvent that say to whom. switchWwn, where nothing else
-// is said, is the local switch.
+// is said, is the local switch. A component is added when its slot was empty, or when one that works takes
+// the place of one that had failed.
 enum xpl_SwitchEventType : std::int32_t
 {
     XPL_EVENT_NONE = 0,
@@ -55,8 +56,8 @@ struct xpl_SwitchEvent
     const char* fabricWwn;
     const char* portWwn;
     const char* subject;
-    const char* value;           // of an environmental event, with its unit: "71.50 C"
-    const char* location;        // of a component: "power supply 2", "fan 1", "blade 3", or a sensor's name
+    const char* value;    // of an environmental event, with its unit: "71.50 C"; or "no reading"
+    const char* location; // of a component: "power supply 2", "fan 1", "CPU 1", "blade 3", or a sensor's name
     const std::uint16_t* status; // CIM OperationalStatus values (CIM_ManagedSystemElement) now
     std::uint32_t statusCount;
     const std::uint16_t* previousStatus; // and before

@@ -34,7 +34,13 @@ Scenario initialScenario()
 
 Engine& Engine::instance()
 {
-    static Engine engine;
+    // Never destroyed: other threads may be within a call while the process exits. Its own thread ends then.
+    static Engine& engine = *new Engine;
+    struct AtExit
+    {
+        ~AtExit() { engine.events.endAtExit(); }
+    };
+    static const AtExit atExit;
     return engine;
 }
 

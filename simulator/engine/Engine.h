@@ -76,6 +76,7 @@ class Engine
     CacheLock cacheLock;
     ModelClock clock;
     Probe probe;
+    EventDelivery events{[this] { catchUp(); }};
 
   private:
     class KeptAtEnd
@@ -114,10 +115,6 @@ class Engine
     std::unique_ptr<FabricModel> _model VRAX_GUARDED_BY(_mutex);
     std::atomic<bool> _opened{false};
     StateFile _stateFile;
-
-  public:
-    // The last member: its thread ends before what it uses does.
-    EventDelivery events{[this] { catchUp(); }};
 };
 
 } // namespace simulator

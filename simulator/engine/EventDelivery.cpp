@@ -18,12 +18,10 @@ thread_local bool isDeliveryThread = false;
 
 } // namespace
 
-EventDelivery::~EventDelivery()
+void EventDelivery::endAtExit()
 {
-    if (isDeliveryThread)
-        _thread.detach(); // a receiver ends the process: this thread does not come back from it
-    else
-        end();
+    if (!isDeliveryThread)
+        receive(nullptr, nullptr);
 }
 
 void EventDelivery::receive(xpl_SwitchEventReceiver receiver, void* context)

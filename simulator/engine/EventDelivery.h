@@ -20,7 +20,7 @@ class EventDelivery
   public:
     // `everySecond` is run by the thread, too, once a second.
     explicit EventDelivery(std::function<void()> everySecond) : _everySecond(std::move(everySecond)) {}
-    ~EventDelivery();
+    ~EventDelivery() { end(); }
     EventDelivery(const EventDelivery&) = delete;
     EventDelivery& operator=(const EventDelivery&) = delete;
 
@@ -31,6 +31,9 @@ class EventDelivery
     // Hands the events out, in order, to who receives at present. What does not fit into the queue is lost,
     // which is told on standard error once until the queue has been empty.
     void put(std::vector<SwitchEvent> events);
+
+    // Nobody receives any more. A receiver that ends the process is not waited for.
+    void endAtExit();
 
   private:
     void run();

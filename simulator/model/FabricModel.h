@@ -6,10 +6,10 @@
 
 #include "simulator/model/CimSubscriptions.h"
 #include "simulator/model/History.h"
+#include "simulator/model/OperationalStatus.h"
 #include "simulator/model/TrafficMeter.h"
 #include "simulator/model/Warmth.h"
 #include "simulator/model/Zoning.h"
-#include "simulator/model/operational_status.h"
 #include "simulator/scenario/Scenario.h"
 
 #include <functional>

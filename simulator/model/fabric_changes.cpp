@@ -154,10 +154,10 @@ void FabricModel::removeSwitch(int domain, std::uint64_t now)
     switchGoes(*gone, now);
     const std::string fabric = fabricWwn();
     _switches.erase(domain);
-    switchesJoinOrPart(now);
     if (_principal == domain)
         _principal = _switches.begin()->first;
     principalChanged(fabric, now);
+    switchesJoinOrPart(now);
 }
 
 void FabricModel::setSwitchState(int domain, AdminState state, std::uint64_t now)

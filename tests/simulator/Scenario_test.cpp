@@ -202,6 +202,11 @@ TEST(Scenario, WhatIsWrittenReadsBackTheSame)
                                    "pinned": -0.07, "broken": true}],
            "voltageSensors": [{"nominal": 1.005, "critLow": 0.99, "critHigh": 1.02, "pinned": 3.3}],
            "powerSupplies": [{"state": "NotInstalled", "outputPower": 77}],
+           "fans": [{"state": "Failed"}], "cpus": [{"state": "Warning"}], "users": ["eva"],
+           "listeners": [{"name": "li", "permanent": true, "destination": "http://h"}],
+           "subscriptions": [{"name": "su", "filter": "fi", "enableState": "True", "durationSeconds": 99,
+                              "enableStateChange": "2026-11-14T20:35:10Z", "startTime": "2026-11-14T20:35:11Z",
+                              "listeners": ["li"]}],
            "blades": [{"present": false}, {"failed": true, "adminState": "Diagnostics", "model": "m",
                        "diagnostics": "Failed", "partNumber": "p", "serialNumber": "s"}], "reserved": ")" +
             std::string(138, 'a') + "\"",

@@ -1,6 +1,6 @@
 // What events say of states: values of CIM_ManagedSystemElement.OperationalStatus.
-#ifndef SIMULATOR_MODEL_OPERATIONAL_STATUS_H
-#define SIMULATOR_MODEL_OPERATIONAL_STATUS_H
+#ifndef SIMULATOR_MODEL_OPERATIONALSTATUS_H
+#define SIMULATOR_MODEL_OPERATIONALSTATUS_H
 
 #include <cstdint>
 #include <string_view>

@@ -1,5 +1,5 @@
 // What events say of states: values of CIM_ManagedSystemElement.OperationalStatus.
-#include "simulator/model/operational_status.h"
+#include "simulator/model/OperationalStatus.h"
 
 #include <algorithm>
 
