@@ -26,6 +26,19 @@ void checkKeysAgree(const Instance& change, const ObjectPath& path)
                                " differs from the path of the instance to modify");
 }
 
+// Whether an instance of the path is the one that was asked for. References may name their objects otherwise:
+// a provider may know several names of one.
+bool isAskedFor(const ObjectPath& path, const ObjectPath& asked)
+{
+    const auto agrees = [&asked](const KeyBinding& key)
+    {
+        const CimValue* value = asked.findKey(key.name);
+        return value && (key.value.type() == CimType::Reference || *value == key.value);
+    };
+    return path.className() == asked.className() && path.keys().size() == asked.keys().size() &&
+           std::all_of(path.keys().begin(), path.keys().end(), agrees);
+}
+
 void checkListed(const PropertyList& list, const ClassInfo& info)
 {
     if (!list)
@@ -154,7 +167,7 @@ Instance ProviderService::getInstance(const RequestContext& context, const GetIn
     if (found.items.size() > 1)
         throw CimError(CimStatus::Failed, "the provider returned several instances for " + path.text());
     Instance& instance = found.items.front();
-    if (instance.path() != path)
+    if (!isAskedFor(instance.path(), path))
         throw CimError(CimStatus::Failed,
                        "the provider returned " + instance.path().text() + " for " + path.text());
     return std::move(instance);

@@ -291,10 +291,10 @@ std::int32_t CimSubscriptions::setEnableState(std::string_view subscription,
                   {
                       const bool known =
                           enableState == "True" || enableState == "False" || enableState.empty();
-                      if (known && one.enableState != enableState)
-                          one.enableStateChange = now;
-                      if (known)
-                          one.enableState = enableState;
+                      if (!known || enableState.empty() || one.enableState == enableState)
+                          return known;
+                      one.enableStateChange = now;
+                      one.enableState = enableState;
                       return known;
                   });
 }

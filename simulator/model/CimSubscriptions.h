@@ -30,7 +30,7 @@ struct CimListener
 struct CimSubscription
 {
     std::string filter;
-    std::string enableState;
+    std::string enableState = "True";
     std::int64_t enableStateChange = 0;
     std::int64_t created = 0;
     std::int64_t start = 0;
@@ -75,6 +75,7 @@ class CimSubscriptions
 
     std::int32_t createSubscription(std::string_view name, std::int64_t now);
     std::int32_t setFilter(std::string_view subscription, std::string_view filter);
+    // An empty state leaves it as it is.
     std::int32_t
     setEnableState(std::string_view subscription, std::string_view enableState, std::int64_t now);
     std::int32_t setDuration(std::string_view subscription, std::string_view seconds);

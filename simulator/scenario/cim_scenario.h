@@ -28,7 +28,7 @@ struct SubscriptionScenario
 {
     std::string name;
     std::string filter;
-    std::string enableState; // "True", "False" or empty
+    std::string enableState; // "True" or "False"; empty: "True"
     std::string enableStateChange;
     std::string startTime;
     int durationSeconds = 0; // 0: for ever

@@ -18,14 +18,16 @@ AT_ONCE = 1000000  # more results than there are
 
 @pytest.fixture(scope="module")
 def agent(build_dir, tmp_path_factory):
-    """The switch of the default scenario with its ports on two I/O blades, one of which it forwards to another, so that
-    every association has instances."""
+    """The switch of the default scenario with its ports on two I/O blades, one of which it forwards to another, and a
+    listener, so that every association has instances."""
     scenario = json.loads(DEFAULT_SCENARIO.read_text())
     local = next(switch for switch in scenario["switches"] if switch.get("local"))
     local["blades"] = [{"ports": [0, 11]}, {"ports": [12, 23]}]
     local["transparent"] = True
     local["ports"][20].update(type="TF")
     local["ports"][21].update(type="TH", primaryTfPorts=[20], backupTfPorts=[20])
+    local["listeners"] = [{"name": "one", "destination": "http://127.0.0.1:50000"}]
+    local["subscriptions"] = [{"name": "alerts", "filter": "CQL:Alert:All", "listeners": ["one"]}]
     path = tmp_path_factory.mktemp("scenario") / "blades.json"
     path.write_text(json.dumps(scenario))
     with AgentProcess(build_dir, path) as running:

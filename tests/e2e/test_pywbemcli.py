@@ -51,6 +51,16 @@ def test_changes_a_port_and_calls_its_method(agent, connection):
     assert (done.returncode, done.stdout.strip()) == (0, "ReturnValue=0"), done.stderr
 
 
+def test_subscribes_and_leaves(agent, connection):
+    for words in ("add-destination mine --listener-url http://127.0.0.1:50000", "add-subscription mine CQL:Alert:All",
+                  "list-subscriptions", "remove-server"):
+        done = pywbemcli(agent, "subscription", *words.split())
+        assert done.returncode == 0, done.stdout + done.stderr
+        if words == "list-subscriptions":
+            assert "mine(owned)" in done.stdout and "CQL:Alert:All(permanent)" in done.stdout
+    assert not connection.EnumerateInstanceNames("CIM_ListenerDestinationCIMXML")
+
+
 @pytest.mark.parametrize("words, status", [
     (("class", "get", "VRAX_Nope"), "CIM_ERR_INVALID_CLASS"),
     (("instance", "delete", FABRIC), "CIM_ERR_NOT_SUPPORTED"),
