@@ -6,6 +6,7 @@
 #include "indicationProviders/CIM_InstCreation_Provider.h"
 #include "indicationProviders/CIM_InstDeletion_Provider.h"
 #include "indicationProviders/CIM_InstModification_Provider.h"
+#include "indicationProviders/CIM_ListenerDestinationCIMXML_Provider.h"
 #include "support/receiveSwitchEvent.h"
 
 #include <exception>
@@ -21,9 +22,11 @@ namespace
 
 constexpr const char* kSource = "indicationProviders/indications";
 
-std::uint32_t expireListener(const String&)
+// The map may be cold: no client need have asked for the listeners since the switch started.
+std::uint32_t expireListener(const String& destination)
 {
-    return 0;
+    CIM_ListenerDestinationCIMXML_Provider().load();
+    return CIM_ListenerDestinationCIMXML_Provider::expire_listener_destination(destination);
 }
 
 extern "C" void receiveEvent(const xpl_SwitchEvent* event, void*)
