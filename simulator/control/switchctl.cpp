@@ -1,4 +1,4 @@
-// switchctl: does things to a running simulated switch and shows what it has.
+// Does things to a running simulated switch from a terminal, and shows what it has: the program switchctl.
 #include "simulator/control/Verb.h"
 #include "simulator/control/protocol.h"
 

@@ -134,7 +134,7 @@ TEST_F(Durable, ProgramsOpenAndSaveThroughTheCEntry)
     EXPECT_EQ(file("bad.json") + ": /seed: expected a whole number from 0 to 1000000000, got \"x\"", message);
     EXPECT_EQ("core-a", valueOf("Config.Switch.SymName")) << "the fabric is kept";
     EXPECT_EQ(-1, vraxsim_open(nullptr, message, 5));
-    EXPECT_STREQ("no s", message);
+    EXPECT_STREQ("no f", message);
     fs::create_directory(file("taken"));
     EXPECT_EQ(-1, vraxsim_save(file("taken").c_str(), message, sizeof message));
     EXPECT_PRED_FORMAT2(testing::IsSubstring, "cannot replace " + file("taken"), message);
