@@ -2,6 +2,7 @@
 #include "switchProviders/VRAX_PassThroughMapEntry_Provider.h"
 
 #include "common/topology_keys.h"
+#include "switchaccess/Admin_Mode.h"
 #include "switchaccess/CacheLock.h"
 #include "switchaccess/Sml_Writes.h"
 #include "switchaccess/tf_port_list.h"
@@ -126,9 +127,12 @@ namespace
 // the list is in force.
 void configure(const char* function, int port, const TF_List& list, const std::string& text)
 {
+    Admin_Mode::giveBackLeftBehind();
     Sml_Transaction change(Provider::kSource, function);
     change.write("Cmd.Switch.ReqAdmin", {}, "xpl_smlSetV failed: Unable to Request Admin Lock");
-    change.undoBy("Cmd.Switch.RelAdmin", "xpl_smlSetV failed: Failed to release Admin Lock");
+    change.undoBy("Cmd.Switch.RelAdmin",
+                  "xpl_smlSetV failed: Failed to release Admin Lock",
+                  Admin_Mode::noteLeftBehind);
     change.write("Cmd.Switch.EditConfig.sum", {}, "xpl_smlSetV failed: Unable to set Config Edit mode");
     change.undoBy("Cmd.Switch.CancelConfig", "xpl_smlSetV failed: Failed to Config Cancel");
     change.write(list.write, {std::to_string(port).c_str(), text.c_str()}, "xpl_smlSetV Failed\n");

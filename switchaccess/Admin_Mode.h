@@ -36,16 +36,24 @@ class Admin_Mode
         _held = false;
         const int left = writeAttribute("Cmd.Switch.RelAdmin");
         if (left != 0)
-            leftBehind = true;
+            noteLeftBehind();
         return left;
+    }
+
+    // For whoever commands the mode by other means: to be called when the switch has refused to take it back,
+    // and before asking for it.
+    static void noteLeftBehind() { leftBehind = true; }
+    static void giveBackLeftBehind()
+    {
+        // Whoever finds the mark is alone with it: nobody else can have the mode.
+        if (leftBehind.exchange(false) && writeAttribute("Cmd.Switch.RelAdmin") != 0)
+            leftBehind = true;
     }
 
   private:
     static int enter()
     {
-        // Whoever finds the mark is alone with it: nobody else can have the mode.
-        if (leftBehind.exchange(false) && writeAttribute("Cmd.Switch.RelAdmin") != 0)
-            leftBehind = true;
+        giveBackLeftBehind();
         const int entered = writeAttribute("Cmd.Switch.ReqAdmin");
         if (entered == 0)
             leftBehind = false;

@@ -65,8 +65,13 @@ std::string Sml_Writes::failure() const
 Sml_Transaction::~Sml_Transaction()
 {
     for (auto step = _waysBack.rbegin(); step != _waysBack.rend(); ++step)
-        if (writeAttribute(step->key) != 0)
-            cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", _source, _function, step->line, step->failed);
+    {
+        if (writeAttribute(step->key) == 0)
+            continue;
+        cim_log(kLogCritical, "CRIT:%s:%s[%d] %s\n", _source, _function, step->line, step->failed);
+        if (step->refused != nullptr)
+            step->refused();
+    }
 }
 
 void Sml_Transaction::write(const char* format,
@@ -78,9 +83,9 @@ void Sml_Transaction::write(const char* format,
         throw VRAX_Except(_source, _function, line, failed);
 }
 
-void Sml_Transaction::undoBy(const char* key, const char* failed, int line)
+void Sml_Transaction::undoBy(const char* key, const char* failed, void (*refused)(), int line)
 {
-    _waysBack.push_back({key, failed, line});
+    _waysBack.push_back({key, failed, refused, line});
 }
 
 } // namespace cimple

@@ -80,8 +80,9 @@ class Sml_Transaction
                int line = __builtin_LINE());
 
     // Until finish(), the steps so far are taken back by this write. Needs no memory for the first
-    // kMaxWaysBack.
-    void undoBy(const char* key, const char* failed, int line = __builtin_LINE());
+    // kMaxWaysBack. `refused`, if not null, is called when the switch refuses it.
+    void
+    undoBy(const char* key, const char* failed, void (*refused)() = nullptr, int line = __builtin_LINE());
     // Forgets the last way back: the steps since have taken its place.
     void keep() { _waysBack.pop_back(); }
 
@@ -93,6 +94,7 @@ class Sml_Transaction
     {
         const char* key;
         const char* failed;
+        void (*refused)();
         int line;
     };
 

@@ -2,6 +2,7 @@
 // what is sent to the switch for it, and what remains of a change that fails.
 #include "common/map_access.h"
 #include "switchProviders/VRAX_PassThroughMapEntry_Provider.h"
+#include "switchaccess/Admin_Mode.h"
 #include "switchaccess/tf_port_list.h"
 #include "tests/common/testing/Switch_Test.h"
 
@@ -422,6 +423,9 @@ TEST_F(PassThrough, WhatIsRefusedChangesNothing)
         EXPECT_EQ(writes(), row.writes);
         const bool stuck = fails("Cmd.Switch.RelAdmin");
         EXPECT_EQ(sim.adminModeHolder(), fails("held") ? "console" : stuck ? "admin command" : "");
+        sim.restore();
+        Admin_Mode::giveBackLeftBehind(); // as whoever asks for it next does
+        EXPECT_EQ(sim.adminModeHolder(), fails("held") ? "console" : "");
         EXPECT_EQ(sim.port(0).primaryTfPorts, port0.primaryTfPorts);
         EXPECT_EQ(sim.port(0).backupTfPorts, port0.backupTfPorts);
         EXPECT_EQ(sim.port(1).primaryTfPorts, port1.primaryTfPorts);

@@ -201,7 +201,7 @@ TEST_F(SmlTest, WhatIsNotFinishedIsTakenBackInReverse)
         Sml_Transaction change("x/Y", "Change");
         change.write("Config.UserPort.0.0.LinkSpeed.%s", {"1Gb/s"}, "refused");
         change.undoBy("Config.UserPort.0.1.LinkSpeed.1Gb/s", "no way back from 1");
-        change.undoBy("Config.UserPort.0.99.LinkSpeed.1Gb/s", "no way back from 2", 8);
+        change.undoBy("Config.UserPort.0.99.LinkSpeed.1Gb/s", "no way back from 2", nullptr, 8);
         change.undoBy("Config.UserPort.0.2.LinkSpeed.1Gb/s", "no way back from 3");
         change.undoBy("Config.UserPort.0.3.LinkSpeed.1Gb/s", "kept");
         change.keep();
