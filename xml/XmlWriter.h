@@ -2,8 +2,10 @@
 #ifndef XML_XMLWRITER_H
 #define XML_XMLWRITER_H
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace cimxml
 {
@@ -19,7 +21,11 @@ void appendEscaped(std::string& out, std::string_view text);
 class XmlWriter
 {
   public:
-    explicit XmlWriter(std::string& out) : _out(out) {}
+    // `relieve` may take the text away; it is called in between when one element holds very much.
+    explicit XmlWriter(std::string& out, std::function<void()> relieve = {})
+        : _out(out), _relieve(std::move(relieve))
+    {
+    }
 
     // "<TAG"; attributes may follow, then content(), empty() or text().
     XmlWriter& open(std::string_view tag);
@@ -43,9 +49,16 @@ class XmlWriter
     void raw(std::string_view markup) { _out += markup; }
 
     std::string& out() { return _out; }
+    // For those who write much in one go: now the text may leave.
+    void relieve()
+    {
+        if (_relieve)
+            _relieve();
+    }
 
   private:
     std::string& _out;
+    std::function<void()> _relieve;
 };
 
 } // namespace cimxml

@@ -28,12 +28,12 @@ CimValue fromArray(const CMPIArray* array, CimType elementType)
 {
     if (!array)
         return CimValue::null(elementType, true);
-    const auto& object = objectOf<ArrayObject>(array);
-    if (object.type != elementType)
+    const CimArray& elements = objectOf<ArrayObject>(array).elements;
+    if (elements.type() != elementType)
         throw CmpiError(CMPI_RC_ERR_INVALID_DATA_TYPE,
-                        "an array of " + typeText(object.type, false) + " is passed as one of " +
+                        "an array of " + typeText(elements.type(), false) + " is passed as one of " +
                             typeText(elementType, false));
-    return CimValue::array(elementType, object.elements);
+    return elements.value();
 }
 
 CimValue fromObject(const CMPIValue* value, CMPIType type)
@@ -73,7 +73,7 @@ CMPIValue valueOf(const CimValue& value)
     std::memset(&result, 0, sizeof(result));
     if (value.isArray())
     {
-        result.array = track<ArrayObject>(value.type(), value.elements());
+        result.array = track<ArrayObject>(CimArray(value));
         return result;
     }
     switch (value.type())

@@ -43,13 +43,7 @@ CMPIString* newString(const CMPIBroker*, const char* text, CMPIStatus* rc)
 
 CMPIArray* newArray(const CMPIBroker*, CMPICount size, CMPIType type, CMPIStatus* rc)
 {
-    return answer(rc,
-                  [&]() -> CMPIArray*
-                  {
-                      const CimType elementType = cimType(type);
-                      return track<ArrayObject>(elementType,
-                                                CimValue::Elements(size, CimValue::null(elementType)));
-                  });
+    return answer(rc, [&]() -> CMPIArray* { return track<ArrayObject>(CimArray(cimType(type), size)); });
 }
 
 CMPIDateTime* newDateTime(const CMPIBroker*, CMPIStatus* rc)

@@ -4,6 +4,7 @@
 
 #include "agent/broker/CallScope.h"
 #include "agent/broker/boundary.h"
+#include "agent/cim/CimArray.h"
 #include "agent/cim/Instance.h"
 #include "agent/repository/ClassRepository.h"
 #include "agent/service/CimService.h"
@@ -46,14 +47,10 @@ struct ArrayObject : CMPIArray, Tracked
     using Handle = CMPIArray;
     static constexpr const CMPIArrayFT* kTable = &kArrayTable;
 
-    ArrayObject(CimType elementType, CimValue::Elements values)
-        : CMPIArray{this, kTable}, type(elementType), elements(std::move(values))
-    {
-    }
-    ArrayObject(const ArrayObject& other) : ArrayObject(other.type, other.elements) {}
+    explicit ArrayObject(CimArray values) : CMPIArray{this, kTable}, elements(std::move(values)) {}
+    ArrayObject(const ArrayObject& other) : ArrayObject(other.elements) {}
 
-    CimType type;
-    CimValue::Elements elements;
+    CimArray elements;
 };
 
 struct DateTimeObject : CMPIDateTime, Tracked

@@ -26,7 +26,15 @@ CMPICount arraySize(const CMPIArray* array, CMPIStatus* rc)
 
 CMPIType arrayType(const CMPIArray* array, CMPIStatus* rc)
 {
-    return answer(rc, [&] { return cmpiType(objectOf<ArrayObject>(array).type, false); });
+    return answer(rc, [&] { return cmpiType(objectOf<ArrayObject>(array).elements.type(), false); });
+}
+
+void checkIndex(const CimArray& elements, CMPICount index)
+{
+    if (index >= elements.size())
+        throw CmpiError(CMPI_RC_ERR_NO_SUCH_PROPERTY,
+                        "index " + std::to_string(index) + " in an array of " +
+                            std::to_string(elements.size()));
 }
 
 CMPIData arrayElement(const CMPIArray* array, CMPICount index, CMPIStatus* rc)
@@ -34,12 +42,9 @@ CMPIData arrayElement(const CMPIArray* array, CMPICount index, CMPIStatus* rc)
     return answer(rc,
                   [&]
                   {
-                      const auto& elements = objectOf<ArrayObject>(array).elements;
-                      if (index >= elements.size())
-                          throw CmpiError(CMPI_RC_ERR_NO_SUCH_PROPERTY,
-                                          "index " + std::to_string(index) + " in an array of " +
-                                              std::to_string(elements.size()));
-                      return toCmpi(elements[index]);
+                      const CimArray& elements = objectOf<ArrayObject>(array).elements;
+                      checkIndex(elements, index);
+                      return toCmpi(elements.at(index));
                   });
 }
 
@@ -48,17 +53,14 @@ CMPIStatus setArrayElement(const CMPIArray* array, CMPICount index, const CMPIVa
     return answer(
         [&]
         {
-            auto& object = objectOf<ArrayObject>(array);
-            if (index >= object.elements.size())
-                throw CmpiError(CMPI_RC_ERR_NO_SUCH_PROPERTY,
-                                "index " + std::to_string(index) + " in an array of " +
-                                    std::to_string(object.elements.size()));
-            auto element = conform(fromCmpi(value, type), object.type, false);
+            CimArray& elements = objectOf<ArrayObject>(array).elements;
+            checkIndex(elements, index);
+            auto element = conform(fromCmpi(value, type), elements.type(), false);
             if (!element)
                 throw CmpiError(CMPI_RC_ERR_TYPE_MISMATCH,
                                 "CMPI type " + std::to_string(type) + " in an array of " +
-                                    typeText(object.type, false));
-            object.elements[index] = std::move(*element);
+                                    typeText(elements.type(), false));
+            elements.set(index, std::move(*element));
         });
 }
 
@@ -110,7 +112,7 @@ CMPIArray* enumerationArray(const CMPIEnumeration* enumeration, CMPIStatus* rc)
                   [&]() -> CMPIArray*
                   {
                       const auto& object = objectOf<EnumerationObject>(enumeration);
-                      return track<ArrayObject>(object.type, object.elements);
+                      return track<ArrayObject>(CimArray(CimValue::array(object.type, object.elements)));
                   });
 }
 

@@ -4,6 +4,7 @@
 #include "agent/cim/Instance.h"
 #include "agent/cim/ObjectPath.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -92,7 +93,19 @@ CimValue CimValue::array(CimType elementType, Elements elements)
         if (!element.hasType(elementType, false))
             throw std::invalid_argument("a " + typeText(element.type(), element.isArray()) +
                                         " in an array of " + typeText(elementType, false));
-    return {elementType, true, std::make_shared<const Elements>(std::move(elements))};
+    const auto isNull = [](const CimValue& element) { return element.isNull(); };
+    if (elementType != CimType::Uint8 || std::any_of(elements.begin(), elements.end(), isNull))
+        return {elementType, true, std::make_shared<const Elements>(std::move(elements))};
+    Bytes all;
+    all.reserve(elements.size());
+    for (const CimValue& element : elements)
+        all.push_back(static_cast<std::uint8_t>(element.asUnsigned()));
+    return bytes(std::move(all));
+}
+
+CimValue CimValue::bytes(Bytes bytes)
+{
+    return {CimType::Uint8, true, std::make_shared<const Bytes>(std::move(bytes))};
 }
 
 bool operator==(const CimValue& left, const CimValue& right)
@@ -106,6 +119,8 @@ bool operator==(const CimValue& left, const CimValue& right)
         return **instance == right.asInstance();
     if (const auto* elements = std::get_if<CimValue::ElementsPtr>(&left._data))
         return **elements == right.elements();
+    if (left.holdsBytes())
+        return left.asBytes() == right.asBytes();
     return left._data == right._data;
 }
 

@@ -18,13 +18,15 @@ class Instance;
 class ObjectPath;
 
 // A value always knows its type, also when it is NULL. Array elements are scalars of the array's type and may
-// be NULL one by one. References and embedded instances are shared and immutable, so copies are cheap. The
-// as...() readers require a non-null value of a type that matches; they throw std::bad_variant_access
-// otherwise.
+// be NULL one by one. An array of uint8 without NULLs is kept as its bytes, for it may be a file; every other
+// array as a value for each element. Arrays, references and embedded instances are shared and immutable, so
+// copies are cheap. The as...() readers, elements() and asBytes() require a non-null value of a type that
+// matches; they throw std::bad_variant_access otherwise.
 class CimValue
 {
   public:
     using Elements = std::vector<CimValue>;
+    using Bytes = std::vector<std::uint8_t>;
 
     // NULL of type string.
     CimValue() = default;
@@ -45,6 +47,7 @@ class CimValue
     static CimValue embedded(CimType type, std::shared_ptr<const Instance> value);
     // Every element is a scalar of `elementType`, NULL or not; std::invalid_argument otherwise.
     static CimValue array(CimType elementType, Elements elements);
+    static CimValue bytes(Bytes bytes); // an array of uint8
 
     static CimValue uint8(std::uint8_t value) { return unsignedInteger(CimType::Uint8, value); }
     static CimValue uint16(std::uint16_t value) { return unsignedInteger(CimType::Uint16, value); }
@@ -72,6 +75,8 @@ class CimValue
     const std::shared_ptr<const ObjectPath>& sharedReference() const { return std::get<ReferencePtr>(_data); }
     const std::shared_ptr<const Instance>& sharedInstance() const { return std::get<InstancePtr>(_data); }
     const Elements& elements() const { return *std::get<ElementsPtr>(_data); }
+    bool holdsBytes() const { return std::holds_alternative<BytesPtr>(_data); }
+    const Bytes& asBytes() const { return *std::get<BytesPtr>(_data); }
 
     // Same type and same value; references and embedded instances are compared by content.
     friend bool operator==(const CimValue& left, const CimValue& right);
@@ -80,7 +85,8 @@ class CimValue
   private:
     using ReferencePtr = std::shared_ptr<const ObjectPath>;
     using InstancePtr = std::shared_ptr<const Instance>;
-    using ElementsPtr = std::shared_ptr<const Elements>; // copies of a value share what may be megabytes
+    using ElementsPtr = std::shared_ptr<const Elements>;
+    using BytesPtr = std::shared_ptr<const Bytes>;
     using Data = std::variant<std::monostate,
                               bool,
                               std::uint64_t, // unsigned integers and char16
@@ -90,7 +96,8 @@ class CimValue
                               CimDateTime,
                               ReferencePtr,
                               InstancePtr,
-                              ElementsPtr>;
+                              ElementsPtr,
+                              BytesPtr>;
 
     CimValue(CimType type, bool isArray, Data data);
 

@@ -38,8 +38,8 @@ std::string peerName(const sockaddr* address)
 
 } // namespace
 
-Connection::Connection(MHD_Connection* connection, const Limits& limits, SpoolArea& area)
-    : _connection(connection), _limits(limits), _area(area)
+Connection::Connection(MHD_Connection* connection, const Limits& limits, BodyBudget& bodies, SpoolArea& area)
+    : _connection(connection), _limits(limits), _bodies(bodies), _area(area)
 {
     if (const auto* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD))
         _fd = info->connect_fd;
@@ -54,7 +54,7 @@ Connection::Connection(MHD_Connection* connection, const Limits& limits, SpoolAr
 
 Exchange& Connection::begin()
 {
-    auto exchange = std::make_shared<Exchange>(_limits, _area, *this);
+    auto exchange = std::make_shared<Exchange>(_limits, _bodies, _area, *this);
     std::lock_guard<std::mutex> lock(_mutex);
     if (_phase == Phase::Head)
         _phase = Phase::Body;

@@ -3,6 +3,7 @@
 #define AGENT_HTTP_CONNECTION_H
 
 #include "agent/Limits.h"
+#include "agent/http/BodyBudget.h"
 #include "agent/http/Reply.h"
 #include "agent/http/TlsHandshake.h"
 #include "agent/http/message.h"
@@ -21,9 +22,13 @@ class Connection;
 // One request on its way through the server.
 struct Exchange
 {
-    Exchange(const Limits& limits, SpoolArea& area, Outlet& outlet) : reply(limits, area, outlet) {}
+    Exchange(const Limits& limits, BodyBudget& bodies, SpoolArea& area, Outlet& outlet)
+        : share(bodies), reply(limits, area, outlet)
+    {
+    }
 
     HttpRequest request;
+    BodyShare share;                     ///< of the memory for bodies: what this one takes
     std::optional<HttpResponse> refusal; ///< what the head or the size of the body earned it
     std::size_t received = 0;            ///< body bytes, dropped ones included
     std::size_t bodyLimit = 0;
@@ -40,7 +45,7 @@ class Connection : public Outlet
     using Time = Alarm::Time;
 
     // What is given outlives the connection.
-    Connection(MHD_Connection* connection, const Limits& limits, SpoolArea& area);
+    Connection(MHD_Connection* connection, const Limits& limits, BodyBudget& bodies, SpoolArea& area);
 
     // "192.0.2.7:49152"
     const std::string& peer() const { return _peer; }
@@ -86,6 +91,7 @@ class Connection : public Outlet
 
     MHD_Connection* const _connection;
     const Limits& _limits;
+    BodyBudget& _bodies;
     SpoolArea& _area;
     int _fd = -1;
     bool _isPlain = true; // not TLS

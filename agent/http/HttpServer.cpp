@@ -36,6 +36,7 @@ constexpr unsigned kContentTooLarge = 413;
 constexpr unsigned kInternalError = 500;
 constexpr unsigned kNotImplemented = 501;
 constexpr unsigned kUnavailable = 503;
+constexpr std::size_t kBelief = 8;
 
 HttpResponse plain(unsigned status, const std::string& text)
 {
@@ -98,6 +99,7 @@ class HttpServer::Impl
     Impl(HttpHandler& handler, const Limits& limits, std::vector<ListenSocket> sockets, ServerOptions options)
         : _handler(handler), _limits(limits), _tls(std::move(options.tls)),
           _onHungWorkers(std::move(options.onHungWorkers)),
+          _bodies(std::max(limits.allBodiesBytes, limits.bodyBytes)),
           _area(std::move(options.spoolDirectory), limits.unsentBytes, limits.answerFileBytes),
           _pool(limits.workers, limits.queuedRequests), _alarm([this](Time now) { return check(now); })
     {
@@ -160,8 +162,8 @@ class HttpServer::Impl
         auto& server = *static_cast<Impl*>(self);
         if (event == MHD_CONNECTION_NOTIFY_STARTED)
         {
-            auto* holder =
-                new ConnectionPtr(std::make_shared<Connection>(connection, server._limits, server._area));
+            auto* holder = new ConnectionPtr(
+                std::make_shared<Connection>(connection, server._limits, server._bodies, server._area));
             *context = holder;
             std::lock_guard<std::mutex> lock(server._mutex);
             server._connections.push_back(*holder);
@@ -263,16 +265,37 @@ class HttpServer::Impl
     bool body(Exchange& exchange, const char* data, std::size_t size)
     {
         exchange.received += size;
-        if (!exchange.refusal && exchange.received > exchange.bodyLimit)
-        {
-            exchange.request.body = std::string();
-            exchange.refusal = tooLarge(exchange.request, exchange.bodyLimit);
-        }
         if (!exchange.refusal)
-            exchange.request.body.append(data, size);
+            take(exchange, data, size);
         // A refused client is heard out, so that it reads the answer instead of a reset connection; up to a
         // point.
         return !exchange.refusal || exchange.received <= _limits.discardBytes;
+    }
+
+    // Adds to a body, or refuses the request.
+    void take(Exchange& exchange, const char* data, std::size_t size)
+    {
+        std::string& body = exchange.request.body;
+        if (exchange.received > exchange.bodyLimit)
+            exchange.refusal = tooLarge(exchange.request, exchange.bodyLimit);
+        else if (!exchange.share.take(size))
+            exchange.refusal =
+                refused(exchange.request,
+                        kUnavailable,
+                        "The requests under way hold " + std::to_string(_bodies.bytes()) + " bytes already.");
+        if (exchange.refusal)
+        {
+            body = std::string();
+            exchange.share.giveBack();
+            return;
+        }
+        // Growing in steps takes up to three times a large body. The announced length is believed once a part
+        // of it is there: announcing alone must not cost memory.
+        const std::size_t announced = std::min(announcedBytes(exchange.request), exchange.bodyLimit);
+        if (exchange.received > body.capacity() && exchange.received <= announced &&
+            announced / kBelief <= exchange.received)
+            body.reserve(announced);
+        body.append(data, size);
     }
 
     MHD_Result complete(MHD_Connection* handle, Connection& connection)
@@ -314,6 +337,8 @@ class HttpServer::Impl
             response = plain(kInternalError, "The server failed to answer.");
             response.trailers = failureTrailers(CimError(CimStatus::Failed, "the server failed to answer"));
         }
+        exchange.request.body = std::string();
+        exchange.share.giveBack();
         _pool.giveBack(worker); // before the client can ask again
         finish(exchange, std::move(response));
         changed([&] { _running.remove(running); });
@@ -398,6 +423,7 @@ class HttpServer::Impl
     const Limits _limits;
     const TlsIdentity _tls;
     const OnHungWorkers _onHungWorkers;
+    BodyBudget _bodies;
     SpoolArea _area;
     std::atomic<bool> _stopping{false};
     std::mutex _mutex;

@@ -111,7 +111,7 @@ Outcome Operations::run(const RequestContext& context,
             throw CimError(CimStatus::InvalidParameter,
                            "more than " + std::to_string(_limits.parameters) + " parameters");
         static const std::vector<XmlElement> kNone;
-        ResponseWriter writer(response.body, request);
+        ResponseWriter writer(response.body, request, [&] { stream.flush(response); });
         Call call{
             operation.name,
             _service,

@@ -62,12 +62,18 @@ void writeItems(Call& call, Spool& spool, std::size_t most, Form form)
     call.xml.start("IRETURNVALUE");
     for (std::size_t left = std::min(most, spool.size()); left > 0; --left)
     {
-        const Spool::Item item = spool.take();
+        Spool::Item item = spool.take();
         if (form == Form::WithPath)
             call.xml.start("VALUE.INSTANCEWITHPATH");
         if (form != Form::Instance)
             call.xml.raw(item.head);
         call.xml.raw(item.body);
+        while (item.goesOn)
+        {
+            call.xml.relieve();
+            item = spool.take();
+            call.xml.raw(item.body);
+        }
         if (form == Form::WithPath)
             call.xml.close("VALUE.INSTANCEWITHPATH");
         ++call.results;
@@ -93,14 +99,18 @@ class SpoolingSink : public Sink<Item>
 
     void put(const Item& item) override
     {
-        _head.clear();
-        _body.clear();
         encode(item);
-        _spool.add({_head, _body});
-        _call.stream.flush(_call.response); // nothing leaves yet, but time may have run out
+        keep(false);
     }
 
   private:
+    void keep(bool goesOn)
+    {
+        _spool.add({_head, _body, goesOn});
+        _head.clear();
+        _body.clear();
+        _call.stream.flush(_call.response); // nothing leaves yet, but time may have run out
+    }
     void encode(const Instance& instance)
     {
         encode(instance.path());
@@ -113,7 +123,7 @@ class SpoolingSink : public Sink<Item>
     std::string _head;
     std::string _body;
     XmlWriter _headXml{_head};
-    XmlWriter _bodyXml{_body};
+    XmlWriter _bodyXml{_body, [this] { keep(true); }};
 };
 
 // Runs the whole operation at once, so that a provider's locks are never held until a client's next request

@@ -1,4 +1,4 @@
-// Items are stored as two lengths and two texts.
+// Items are stored as a mark, two lengths and two texts.
 #include "agent/pull/Spool.h"
 
 #include "agent/cim/CimError.h"
@@ -17,6 +17,8 @@ namespace
 
 using Length = std::uint32_t;
 constexpr std::size_t kReadBytes = 64 * 1024;
+constexpr char kEnds = 0;
+constexpr char kGoesOn = 1;
 
 void appendLength(std::string& out, std::size_t length)
 {
@@ -45,11 +47,12 @@ void Spool::add(const Item& item)
 {
     if (_buffer.size() + item.head.size() + item.body.size() > _area->memoryBytes())
         flush();
+    _buffer += item.goesOn ? kGoesOn : kEnds;
     appendLength(_buffer, item.head.size());
     appendLength(_buffer, item.body.size());
     _buffer += item.head;
     _buffer += item.body;
-    ++_count;
+    _count += item.goesOn ? 0 : 1;
 }
 
 void Spool::flush()
@@ -107,14 +110,15 @@ std::size_t Spool::takeLength()
 
 Spool::Item Spool::take()
 {
-    need(2 * sizeof(Length));
+    need(1 + 2 * sizeof(Length));
+    const bool goesOn = _buffer[_at++] == kGoesOn;
     const std::size_t head = takeLength();
     const std::size_t body = takeLength();
     need(head + body);
     const std::string_view texts = std::string_view(_buffer).substr(_at, head + body);
     _at += head + body;
-    --_count;
-    return {texts.substr(0, head), texts.substr(head)};
+    _count -= goesOn ? 0 : 1;
+    return {texts.substr(0, head), texts.substr(head), goesOn};
 }
 
 } // namespace cimd

@@ -22,19 +22,21 @@ class Spool
     Spool(Spool&& other) noexcept;
     Spool& operator=(Spool&&) = delete;
 
-    // Two texts, such as an instance's path and the instance.
+    // Two texts, such as an instance's path and the instance. A long body comes in parts; only the first of
+    // them has the head.
     struct Item
     {
         std::string_view head;
         std::string_view body;
+        bool goesOn = false; ///< the next item is the next part of this one
     };
 
     void add(const Item& item);
     // No more will be added.
     void seal();
-    // Items not yet taken.
+    // Items not yet taken, not their parts.
     std::size_t size() const { return _count; }
-    // The oldest item; its texts live until the next call. There must be one.
+    // The oldest item, in the parts it came in; its texts live until the next call. There must be one.
     Item take();
     // Gives up the memory that reading from a file takes; to be called before a longer pause.
     void rest();

@@ -1,6 +1,7 @@
 // From elements to values.
 #include "agent/xml/ElementReader.h"
 
+#include "agent/cim/CimArray.h"
 #include "agent/cim/value_text.h"
 #include "agent/xml/xml_check.h"
 
@@ -31,12 +32,17 @@ std::string plainText(XmlElement element)
     return textOf(element);
 }
 
+std::string noValue(CimType type, std::string_view text)
+{
+    return quoted(text) + " is not a " + std::string(typeName(type));
+}
+
 CimValue parseText(CimType type, XmlElement element)
 {
     const std::string text = plainText(element);
     std::optional<CimValue> value = parseScalar(type, text);
     if (!value)
-        failElement(element, quoted(text) + " is not a " + std::string(typeName(type)));
+        failElement(element, noValue(type, text));
     return std::move(*value);
 }
 
@@ -219,18 +225,28 @@ CimValue ElementReader::value(CimType type, XmlElement element) const
     const char* const arrayTag = type == CimType::Reference ? "VALUE.REFARRAY" : "VALUE.ARRAY";
     if (!isTag(element, arrayTag))
         return scalar(type, element);
-    std::size_t count = 0;
-    for (XmlElement child = firstChild(element); child; child = nextElement(child))
-        ++count;
-    CimValue::Elements elements;
-    elements.reserve(std::min(count, _limits.arrayElements));
+    CimArray elements(type);
+    const std::size_t most = type == CimType::Uint8 ? _limits.byteArrayElements : _limits.arrayElements;
+    const auto checkRoom = [&]
+    {
+        if (elements.size() == most)
+            failElement(element, "has more than " + std::to_string(most) + " elements");
+    };
+    PlainValues plain(element);
+    for (std::string_view text; plain.next(text);)
+    {
+        checkRoom();
+        std::optional<CimValue> value = parseScalar(type, text);
+        if (!value)
+            throw CimError(CimStatus::InvalidParameter, "VALUE " + noValue(type, text));
+        elements.add(std::move(*value));
+    }
     for (XmlElement child = firstChild(element); child; child = nextElement(child))
     {
-        if (elements.size() == _limits.arrayElements)
-            failElement(element, "has more than " + std::to_string(_limits.arrayElements) + " elements");
-        elements.push_back(isTag(child, "VALUE.NULL") ? CimValue::null(type) : scalar(type, child));
+        checkRoom();
+        elements.add(isTag(child, "VALUE.NULL") ? CimValue::null(type) : scalar(type, child));
     }
-    return CimValue::array(type, std::move(elements));
+    return std::move(elements).value();
 }
 
 void ElementReader::property(XmlElement element, Instance& into) const

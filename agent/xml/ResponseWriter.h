@@ -6,7 +6,9 @@
 #include "agent/xml/request_reader.h"
 #include "agent/xml/xml_text.h"
 
+#include <functional>
 #include <string>
+#include <utility>
 
 namespace cimd
 {
@@ -15,7 +17,11 @@ namespace cimd
 class ResponseWriter
 {
   public:
-    ResponseWriter(std::string& out, const WireRequest& request) : _xml(out), _request(request) {}
+    // `relieve` is for what has been written of a long answer, see XmlWriter.
+    ResponseWriter(std::string& out, const WireRequest& request, std::function<void()> relieve = {})
+        : _xml(out, std::move(relieve)), _request(request)
+    {
+    }
 
     XmlWriter& xml() { return _xml; }
 

@@ -3,12 +3,15 @@
 
 #include "agent/cim/CimError.h"
 #include "agent/cim/value_text.h"
+#include "xml/scalar_text.h"
 
 namespace cimd
 {
 
 namespace
 {
+
+using cimxml::appendNumber;
 
 std::string_view keyKind(CimType type)
 {
@@ -51,6 +54,28 @@ void writeScalar(XmlWriter& xml, const CimValue& value)
     xml.start("VALUE");
     writeScalarText(xml, value);
     xml.close("VALUE");
+}
+
+void writeBytes(XmlWriter& xml, const CimValue::Bytes& bytes)
+{
+    constexpr std::size_t kAtOnce = 1024; // some 18 KiB
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+    {
+        if (i % kAtOnce == kAtOnce - 1)
+            xml.relieve();
+        xml.raw("<VALUE>");
+        appendNumber(xml.out(), unsigned{bytes[i]});
+        xml.raw("</VALUE>");
+    }
+}
+
+void writeElements(XmlWriter& xml, const CimValue::Elements& elements)
+{
+    for (const CimValue& element : elements)
+        if (element.isNull())
+            xml.open("VALUE.NULL").empty();
+        else
+            writeScalar(xml, element);
 }
 
 void writeProperty(XmlWriter& xml, const Property& property)
@@ -154,11 +179,10 @@ void writeValue(XmlWriter& xml, const CimValue& value)
         return writeScalar(xml, value);
     const std::string_view tag = value.type() == CimType::Reference ? "VALUE.REFARRAY" : "VALUE.ARRAY";
     xml.start(tag);
-    for (const CimValue& element : value.elements())
-        if (element.isNull())
-            xml.open("VALUE.NULL").empty();
-        else
-            writeScalar(xml, element);
+    if (value.holdsBytes())
+        writeBytes(xml, value.asBytes());
+    else
+        writeElements(xml, value.elements());
     xml.close(tag);
 }
 

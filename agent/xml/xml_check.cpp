@@ -54,7 +54,8 @@ class Checker
     {
     }
 
-    void run()
+    // @return the plain arrays of uint8.
+    std::vector<TextRange> run()
     {
         if (startsWith("<?xml") && _text.size() > 5 && isSpace(_text[5]))
             declaration();
@@ -89,6 +90,7 @@ class Checker
             fail("element " + std::string(_open.back()) + " is not closed");
         if (!rootSeen)
             fail("no element");
+        return std::move(_plainArrays);
     }
 
   private:
@@ -234,6 +236,8 @@ class Checker
         countNode();
         ++_at;
         const std::string_view tag = name();
+        const bool isByteArray = tag == "VALUE.ARRAY" && _saysBytes;
+        _saysBytes = false;
         _attributes.clear();
         for (;;)
         {
@@ -244,12 +248,31 @@ class Checker
                 break;
             if (!space)
                 fail("white space was expected after " + std::string(tag));
-            attribute();
+            attribute(tag);
         }
         if (_open.size() == _limits.xmlDepth)
             fail("elements nested deeper than " + std::to_string(_limits.xmlDepth));
         _open.push_back(tag);
         _firstTextAt = _at;
+        if (isByteArray && _open.size() < _limits.xmlDepth)
+            plainArray();
+    }
+
+    // Passes over the content of an array if it has the form that nearly every client gives it.
+    void plainArray()
+    {
+        const std::size_t start = _at;
+        std::size_t values = 0;
+        for (skipSpace(); accept("<VALUE>"); skipSpace(), ++values)
+        {
+            _at = std::min(_text.find_first_of("<&>", _at), _text.size());
+            if (!accept("</VALUE>"))
+                break;
+        }
+        if (values != 0 && startsWith("</VALUE.ARRAY>"))
+            _plainArrays.push_back({start, _at});
+        else
+            _at = start;
     }
 
     void equals(std::string_view attribute)
@@ -260,7 +283,14 @@ class Checker
         skipSpace();
     }
 
-    void attribute()
+    // Whether this attribute makes an array in the element one of uint8.
+    static bool saysBytes(std::string_view tag, std::string_view attribute, std::string_view value)
+    {
+        return value == "uint8" && ((tag == "PROPERTY.ARRAY" && attribute == "TYPE") ||
+                                    (tag == "PARAMVALUE" && attribute == "PARAMTYPE"));
+    }
+
+    void attribute(std::string_view tag)
     {
         const std::string_view attribute = name();
         if (std::find(_attributes.begin(), _attributes.end(), attribute) != _attributes.end())
@@ -274,6 +304,7 @@ class Checker
         if (value.find('<') != std::string_view::npos)
             fail("\"<\" in attribute " + std::string(attribute));
         references(value);
+        _saysBytes = _saysBytes || saysBytes(tag, attribute, value);
     }
 
     void text()
@@ -322,6 +353,8 @@ class Checker
     std::size_t _firstTextAt = 0; // behind the last start tag
     std::vector<std::string_view> _open;
     std::vector<std::string_view> _attributes; // of the current tag
+    bool _saysBytes = false;                   // the last start tag declares an array of uint8
+    std::vector<TextRange> _plainArrays;
 };
 
 std::string place(std::string_view text, std::size_t offset)
@@ -340,10 +373,17 @@ XmlError::XmlError(std::string_view text, std::size_t offset, const std::string&
 {
 }
 
-void checkXml(std::string_view text, const Limits& limits, XmlEncoding encoding)
+std::vector<TextRange> checkXml(std::string_view text, const Limits& limits, XmlEncoding encoding)
 {
     checkCharacters(text);
-    Checker(text, limits, encoding).run();
+    std::vector<TextRange> arrays = Checker(text, limits, encoding).run();
+    std::size_t other = text.size();
+    for (const TextRange& array : arrays)
+        other -= array.end - array.begin;
+    if (other > limits.xmlBytes)
+        throw XmlError(
+            text, 0, "more than " + std::to_string(limits.xmlBytes) + " bytes beside arrays of uint8");
+    return arrays;
 }
 
 } // namespace cimd

@@ -8,7 +8,7 @@ import stat
 import pywbem
 import pytest
 
-from agent_process import DEFAULT_SCENARIO, NAMESPACE, AgentProcess
+from agent_process import CHASSIS_SCENARIO, DEFAULT_SCENARIO, NAMESPACE, AgentProcess
 
 CLASS = "VRAX_ConfigurationData"
 RUNNING, INITIAL, UNKNOWN = (pywbem.Uint16(n) for n in (2, 3, 7))
@@ -96,6 +96,8 @@ def test_an_image_is_read_changed_uploaded_and_applied(connection):
     assert set(listed) == {"DEFAULT", "NEW"}
     assert text_of(listed["NEW"]) == changed(text)
     assert text_of(connection.GetInstance(new)) == changed(text)
+    pulled = connection.OpenEnumerateInstances(CLASS, MaxObjectCount=2).instances
+    assert [text_of(one) for one in pulled] == [text_of(listed[kind]) for kind in ("DEFAULT", "NEW")]
     assert {p.keybindings["SettingData"]["InstanceID"] for p in
             connection.EnumerateInstanceNames("VRAX_FCSwitchConfigurationData")} == \
         {one["InstanceID"] for one in listed.values()}
@@ -110,6 +112,18 @@ def test_an_image_is_read_changed_uploaded_and_applied(connection):
 
     assert apply(connection, upload(connection, text)) == 0
     assert names(connection) == (switch, ports, zones)
+
+
+def test_the_image_of_a_chassis_goes_through_with_the_limits_as_they_are(build_dir, tmp_path):
+    with AgentProcess(build_dir, CHASSIS_SCENARIO, environment={"TMPDIR": str(tmp_path)}) as agent:
+        connection = connected(agent)
+        image = json.loads(text_of(images(connection)["DEFAULT"]))
+        next(one for one in image["switches"] if one.get("local"))["name"] = "restored"
+        text = json.dumps(image).ljust(300_000)
+        new = upload(connection, text)
+        assert text_of(connection.GetInstance(new)) == text
+        assert apply(connection, new) == 0
+        assert text_of_local(connection)["ElementName"] == "restored"
 
 
 def test_what_is_refused_changes_nothing(connection):

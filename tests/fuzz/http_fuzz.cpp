@@ -58,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Held stream;
     HttpResponse response = agent.frontEnd.answer(request, stream);
     Limits unbounded;
-    unbounded.xmlNodes = 16 * 1024 * 1024;
+    unbounded.xmlNodes = unbounded.xmlBytes = 16 * 1024 * 1024;
     if (response.status == 200)
         XmlDocument(std::move(response.body), unbounded); // throws unless it is well-formed
     return 0;

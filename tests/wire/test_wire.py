@@ -22,7 +22,7 @@ AGENTS = {
     "switch": (DEFAULT_SCENARIO, []),  # the module on the simulated switch
     "store": (None, STORE),  # providers that answer with what they are given, or with a known fault
     "limits": (None, STORE + ["--max-body-bytes", "4096", "--max-xml-depth", "12", "--max-xml-attributes", "9",
-                               "--max-xml-nodes", "64", "--max-array-elements", "4", "--max-parameters", "3",
+                               "--max-xml-nodes", "64", "--max-array-elements", "4", "--max-byte-array-elements", "4", "--max-parameters", "3",
                                "--max-path-keys", "4", "--max-properties", "3", "--max-embedded-depth", "1"]),
 }
 

@@ -110,6 +110,40 @@ TEST_F(CmpiObjects, HoldArraysOfOneType)
     EXPECT_EQ(status.rc, CMPI_RC_ERR_INVALID_DATA_TYPE);
 }
 
+TEST_F(CmpiObjects, HoldBytesAndNullsAmongThem)
+{
+    CMPIArray* array = CMNewArray(mb, 3, CMPI_uint8, nullptr);
+    const auto setElement = [&](CMPICount index, CMPIUint8 value)
+    { return array->ft->setElementAt(array, index, reinterpret_cast<CMPIValue*>(&value), CMPI_uint8).rc; };
+    CMPIArgs* args = CMNewArgs(mb, nullptr);
+    const auto passedOn = [&]
+    {
+        CMAddArg(args, "a", reinterpret_cast<CMPIValue*>(&array), CMPI_uint8A);
+        CMPIArray* passed = CMGetArg(args, "a", nullptr).value.array;
+        std::string elements;
+        for (CMPICount i = 0; i < CMGetArrayCount(passed, nullptr); ++i)
+        {
+            const CMPIData data = CMGetArrayElementAt(passed, i, nullptr);
+            EXPECT_EQ(data.type, CMPI_uint8);
+            elements += CMIsNullValue(data) ? "null " : std::to_string(data.value.uint8) + ' ';
+        }
+        return elements;
+    };
+    EXPECT_EQ(passedOn(), "null null null ");
+    EXPECT_EQ(setElement(0, 0), CMPI_RC_OK);
+    EXPECT_EQ(setElement(2, 255), CMPI_RC_OK);
+    EXPECT_EQ(passedOn(), "0 null 255 ");
+    EXPECT_EQ(setElement(1, 7), CMPI_RC_OK);
+    EXPECT_EQ(setElement(3, 7), CMPI_RC_ERR_NO_SUCH_PROPERTY);
+    const CMPISint8 other = 1;
+    EXPECT_EQ(array->ft->setElementAt(array, 1, reinterpret_cast<const CMPIValue*>(&other), CMPI_sint8).rc,
+              CMPI_RC_ERR_TYPE_MISMATCH);
+    EXPECT_EQ(passedOn(), "0 7 255 ");
+    EXPECT_TRUE(fromCmpi(reinterpret_cast<CMPIValue*>(&array), CMPI_uint8A).holdsBytes());
+    EXPECT_EQ(array->ft->setElementAt(array, 1, nullptr, CMPI_uint8).rc, CMPI_RC_OK);
+    EXPECT_EQ(passedOn(), "0 null 255 ");
+}
+
 TEST_F(CmpiObjects, TellTimesInEveryForm)
 {
     CMPIStatus status{CMPI_RC_OK, nullptr};

@@ -192,6 +192,26 @@ TEST_F(HttpServerTest, RefusesWhatDoesNotFitTheQueue)
     EXPECT_EQ(200, refused.ask(post("again")).status);
 }
 
+TEST_F(HttpServerTest, RefusesWhatDoesNotFitTheMemoryForBodies)
+{
+    limits.bodyBytes = 10'000;
+    limits.allBodiesBytes = 15'000;
+    startEcho();
+    const std::string large(10'000, 'x');
+    RawClient arriving(port);
+    arriving.send(kHead + "Content-Length: 10000\r\n\r\n" + large.substr(1));
+    RawClient running(port);
+    running.send(post("wait"));
+    gate.awaitWaiting();
+    RawClient other(port);
+    while (other.ask(post(large)).status == 200) // until the first has arrived
+        std::this_thread::yield();
+    EXPECT_EQ(503, other.ask(post(large)).status);
+    EXPECT_EQ(200, other.ask(post(large.substr(6000))).status);
+    EXPECT_EQ(large, arriving.ask("x").body);
+    EXPECT_EQ(200, other.ask(post(large)).status) << "memory is given back with the answer";
+}
+
 TEST_F(HttpServerTest, SurvivesAClientThatLeavesBeforeItsAnswer)
 {
     startEcho();

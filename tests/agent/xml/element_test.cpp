@@ -2,6 +2,7 @@
 #include "agent/xml/ElementReader.h"
 #include "agent/xml/element_writer.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace cimd
@@ -9,7 +10,16 @@ namespace cimd
 namespace
 {
 
-const ElementReader kReader{Limits()};
+// Also for long arrays that nothing declares as bytes.
+Limits roomy()
+{
+    Limits limits;
+    limits.xmlNodes = limits.arrayElements = 1'000'000;
+    limits.xmlBytes = 10'000'000;
+    return limits;
+}
+
+const ElementReader kReader{roomy()};
 
 // With its path, and a property of every kind.
 Instance valuesInstance()
@@ -47,6 +57,13 @@ Instance valuesInstance()
                  CimValue::array(CimType::Sint8, {CimValue::sint8(-1), CimValue::null(CimType::Sint8)}));
     instance.set("Texts", CimValue::array(CimType::String, {CimValue::string("")}));
     instance.set("NoTexts", CimValue::array(CimType::String, {}));
+    CimValue::Bytes bytes;
+    for (unsigned i = 0; i < 3 * 256; ++i)
+        bytes.push_back(static_cast<std::uint8_t>(i));
+    instance.set("Bytes", CimValue::bytes(bytes));
+    instance.set("NoBytes", CimValue::bytes({}));
+    instance.set("SomeBytes",
+                 CimValue::array(CimType::Uint8, {CimValue::uint8(1), CimValue::null(CimType::Uint8)}));
     instance.properties().back().classOrigin = "Test_Base";
     return instance;
 }
@@ -93,6 +110,82 @@ TEST(Element, InstancesAndPathsSurviveTheWire)
     EXPECT_EQ(instance.path(), path);
     read.setPath(path);
     EXPECT_EQ(instance, read);
+}
+
+// What a text between the tags of a uint8 array is read as: numbers, or the fault.
+std::string bytesOf(const std::string& content, const Limits& limits = {})
+try
+{
+    const std::string text =
+        "<PARAMVALUE NAME='a' PARAMTYPE='uint8'><VALUE.ARRAY>" + content + "</VALUE.ARRAY></PARAMVALUE>";
+    const CimValue value = ElementReader(limits).argument(XmlDocument(text, limits).root()).value;
+    std::string numbers;
+    for (const unsigned byte : value.asBytes())
+        numbers += std::to_string(byte) + ' ';
+    return numbers;
+}
+catch (const std::exception& error)
+{
+    return error.what();
+}
+
+TEST(Element, BytesAreReadAlikeWithAndWithoutElements)
+{
+    Limits few;
+    few.byteArrayElements = 2;
+    few.arrayElements = 1;
+    const struct
+    {
+        std::string content;
+        std::string read;
+        Limits limits = {};
+    } rows[] = {
+        {"<VALUE>0</VALUE><VALUE>255</VALUE>", "0 255 "},
+        {"\n <VALUE>1</VALUE>\r\n\t<VALUE> 0x10\n</VALUE> ", "1 16 "},
+        {"<VALUE>+7</VALUE><VALUE>-0</VALUE>", "7 0 "},
+        {"<VALUE>1</VALUE><VALUE>256</VALUE>", "VALUE \"256\" is not a uint8"},
+        {"<VALUE>-1</VALUE>", "VALUE \"-1\" is not a uint8"},
+        {"<VALUE></VALUE><VALUE>1</VALUE>", "VALUE \"\" is not a uint8"},
+        {"<VALUE>1 2</VALUE>", "VALUE \"1 2\" is not a uint8"},
+        {"<VALUE>1</VALUE><VALUE>2</VALUE>", "1 2 ", few},
+        {"<VALUE>1</VALUE><VALUE>2</VALUE><VALUE>x</VALUE>", "VALUE.ARRAY has more than 2 elements", few},
+    };
+    for (const auto& row : rows)
+    {
+        EXPECT_EQ(row.read, bytesOf(row.content, row.limits)) << row.content;
+        EXPECT_EQ(row.read, bytesOf(row.content + "<!-- -->", row.limits)) << row.content;
+    }
+    // Forms that are no plain array.
+    EXPECT_EQ(
+        "1 2 3 4 ",
+        bytesOf("<VALUE>&#49;</VALUE><VALUE><![CDATA[2]]></VALUE><VALUE a='b'>3</VALUE><VALUE >4</VALUE >"));
+    EXPECT_EQ("VALUE has an unexpected element VALUE",
+              bytesOf("<VALUE>1</VALUE><VALUE><VALUE>2</VALUE></VALUE>"));
+    EXPECT_EQ("VALUE.ARRAY stands where VALUE is expected",
+              bytesOf("<VALUE.ARRAY><VALUE>1</VALUE></VALUE.ARRAY>"));
+    EXPECT_EQ("", bytesOf(" "));
+}
+
+TEST(Element, BytesLeaveInPieces)
+{
+    const CimValue value = CimValue::bytes(CimValue::Bytes(100'000, 123));
+    std::string whole;
+    XmlWriter wholeXml(whole);
+    writeValue(wholeXml, value);
+    std::string joined;
+    std::size_t largest = 0;
+    std::string piece;
+    XmlWriter xml(piece,
+                  [&]
+                  {
+                      largest = std::max(largest, piece.size());
+                      joined += piece;
+                      piece.clear();
+                  });
+    writeValue(xml, value);
+    EXPECT_EQ(whole, joined + piece);
+    EXPECT_LT(largest, 32U * 1024);
+    EXPECT_EQ(value, kReader.value(CimType::Uint8, XmlDocument(whole, roomy()).root()));
 }
 
 TEST(Element, PathsAreWrittenAlikeEverywhere)

@@ -45,8 +45,8 @@ std::string enumerate(const std::string& className)
     return cimRequest("EnumerateInstances", classParameter(className));
 }
 
-// A GetInstance of the first instance of a class.
-std::string getFirst(const Agent& agent, const std::string& className)
+// The INSTANCENAME of the first instance of a class.
+std::string firstName(const Agent& agent, const std::string& className)
 {
     const std::string names =
         ask(agent.port(), cimRequest("EnumerateInstanceNames", classParameter(className)));
@@ -55,9 +55,12 @@ std::string getFirst(const Agent& agent, const std::string& className)
     const std::size_t to = names.find(closing);
     if (to == std::string::npos)
         throw std::runtime_error(className + " has no instance");
-    return cimRequest("GetInstance",
-                      "<IPARAMVALUE NAME=\"InstanceName\">" + names.substr(from, to + closing.size() - from) +
-                          "</IPARAMVALUE>");
+    return names.substr(from, to + closing.size() - from);
+}
+
+std::string getInstance(const std::string& instanceName)
+{
+    return cimRequest("GetInstance", "<IPARAMVALUE NAME=\"InstanceName\">" + instanceName + "</IPARAMVALUE>");
 }
 
 void printMemory(const char* when, const Memory& memory)
@@ -118,7 +121,7 @@ void benchSwitch(const Places& places)
 {
     const Agent agent(places.program, places.scenario);
     const Memory started = agent.memory();
-    const std::string get = getFirst(agent, "VRAX_FCPortStatistics");
+    const std::string get = getInstance(firstName(agent, "VRAX_FCPortStatistics"));
     ask(agent.port(), enumerate("CIM_ManagedElement"));
     for (const char* association : {"CIM_Dependency", "CIM_Component", "CIM_MemberOfCollection"})
         ask(agent.port(), enumerate(association));
@@ -141,6 +144,50 @@ void benchSwitch(const Places& places)
     printMemory("just after 64 connections under load", agent.memory());
     std::this_thread::sleep_for(kTidied);
     printMemory("at rest again", agent.memory());
+}
+
+// An image of the switch's configuration, which is an array of bytes: uploaded, and read as it was uploaded.
+void benchImage(const Places& places)
+{
+    constexpr std::size_t kBytes = 1024 * 1024;
+    const Agent agent(places.program, places.scenario);
+    const std::string about = "VRAX_ConfigurationData";
+    std::string name = firstName(agent, about);
+    ask(agent.port(), getInstance(name)); // what the agent keeps anyway is there now
+    const std::string present = "DEFAULT";
+    name.replace(name.find(present), present.size(), "NEW");
+    const std::size_t idAt = name.find("VRAX:");
+    const std::string id = name.substr(idAt, name.find('<', idAt) - idAt);
+
+    std::string values;
+    for (std::size_t i = 0; i < kBytes; ++i)
+        values += "<VALUE>" + std::to_string(100 + i % 156) + "</VALUE>";
+    const std::string upload =
+        cimRequest("CreateInstance",
+                   "<IPARAMVALUE NAME=\"NewInstance\"><INSTANCE CLASSNAME=\"" + about +
+                       "\"><PROPERTY NAME=\"InstanceID\" TYPE=\"string\"><VALUE>" + id +
+                       "</VALUE></PROPERTY><PROPERTY.ARRAY NAME=\"ConfigurationInformation\" "
+                       "TYPE=\"uint8\"><VALUE.ARRAY>" +
+                       values + "</VALUE.ARRAY></PROPERTY.ARRAY></INSTANCE></IPARAMVALUE>");
+    std::printf("\nA configuration image of 1 MiB\n  %-10s  %12s  %8s  %24s\n",
+                "",
+                "bytes of XML",
+                "ms",
+                "peak memory per byte");
+    const auto row = [&](const char* title, const std::string& request, std::size_t sent)
+    {
+        agent.forgetPeak();
+        const std::size_t before = agent.memory().now;
+        const LoadResult result = load(agent.port(), 1, request, 0);
+        std::printf("  %-10s  %12zu  %8.0f  %24.1f\n",
+                    title,
+                    std::max(sent, result.bytes),
+                    result.seconds * kMilli,
+                    static_cast<double>(agent.memory().peak - before) * 1024 / kBytes);
+        std::fflush(stdout);
+    };
+    row("uploaded", upload, upload.size());
+    row("read", getInstance(name), 0);
 }
 
 struct Enumeration
@@ -218,6 +265,7 @@ int main(int argc, char** argv)
     {
         benchStart(places);
         benchSwitch(places);
+        benchImage(places);
         benchLongAnswers(places, {"--scenario", argv[2]});
     }
     catch (const std::exception& failure)

@@ -1,0 +1,60 @@
+// The memory that the bodies of all requests share.
+#ifndef AGENT_HTTP_BODYBUDGET_H
+#define AGENT_HTTP_BODYBUDGET_H
+
+#include <atomic>
+#include <cstddef>
+#include <utility>
+
+namespace cimd
+{
+
+// Used from any thread.
+class BodyBudget
+{
+  public:
+    explicit BodyBudget(std::size_t bytes) : _bytes(bytes) {}
+
+    // False, and nothing taken, if less than that is left.
+    bool take(std::size_t bytes)
+    {
+        if (_used.fetch_add(bytes) + bytes <= _bytes)
+            return true;
+        _used -= bytes;
+        return false;
+    }
+    void giveBack(std::size_t bytes) { _used -= bytes; }
+    std::size_t bytes() const { return _bytes; }
+
+  private:
+    const std::size_t _bytes;
+    std::atomic<std::size_t> _used{0};
+};
+
+// What one body has taken, given back at the end of the scope. Used on one thread at a time.
+class BodyShare
+{
+  public:
+    // `budget` outlives the share.
+    explicit BodyShare(BodyBudget& budget) : _budget(budget) {}
+    ~BodyShare() { giveBack(); }
+    BodyShare(const BodyShare&) = delete;
+    BodyShare& operator=(const BodyShare&) = delete;
+
+    bool take(std::size_t bytes)
+    {
+        if (!_budget.take(bytes))
+            return false;
+        _taken += bytes;
+        return true;
+    }
+    void giveBack() { _budget.giveBack(std::exchange(_taken, 0)); }
+
+  private:
+    BodyBudget& _budget;
+    std::size_t _taken = 0;
+};
+
+} // namespace cimd
+
+#endif
