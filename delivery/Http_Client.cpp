@@ -21,6 +21,9 @@ constexpr std::size_t kAnswerBytes = 64 * 1024;
 
 constexpr long kMaxKeptConnections = 16;
 
+// A listener may ask for any time, also one that no other unit can express.
+constexpr curl_off_t kLongestRetrySeconds = 24 * 3600;
+
 template <class T, auto FREE>
 struct Freed
 {
@@ -247,7 +250,8 @@ class Http_Client::Engine
         outcome.result = resultOf(code, outcome.status);
         outcome.wasKept = infoOf<long>(easy, CURLINFO_NUM_CONNECTS) == 0 &&
                           infoOf<curl_off_t>(easy, CURLINFO_PRETRANSFER_TIME_T) > 0;
-        outcome.retryAfter = std::chrono::seconds(infoOf<curl_off_t>(easy, CURLINFO_RETRY_AFTER));
+        outcome.retryAfter = std::chrono::seconds(
+            std::clamp<curl_off_t>(infoOf<curl_off_t>(easy, CURLINFO_RETRY_AFTER), 0, kLongestRetrySeconds));
         outcome.answer.swap(request.answer);
         end(request);
         explain(outcome, request, code);

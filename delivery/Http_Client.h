@@ -42,7 +42,7 @@ class Http_Client
         Http_Result result = Http_Result::Unheard;
         bool wasKept = false;              // the connection was one of earlier requests
         long status = 0;                   // of HTTP
-        std::chrono::seconds retryAfter{}; // that the listener asks for; 0: it does not
+        std::chrono::seconds retryAfter{}; // that the listener asks for, a day at most; 0: it does not
         std::string answer;                // its first part, if it is long
         std::string reason;                // why there is no answer, or no use of it; without credentials
     };

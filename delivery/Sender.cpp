@@ -41,6 +41,11 @@ std::string refusalIn(const Http_Client::Outcome& outcome)
     return code == 0 ? "" : "CIM error " + std::to_string(code) + ": " + description;
 }
 
+void logProblem(const std::exception& problem)
+{
+    cim_log(kLogCritical, "Delivery of indications: %s\n", problem.what());
+}
+
 bool isForLater(const Http_Client::Outcome& outcome)
 {
     return outcome.result == Http_Result::Answered &&
@@ -194,18 +199,24 @@ void Sender::stop()
 
 void Sender::run()
 {
-    while (!isDone(Clock::now()))
+    const auto attempt = [](auto work)
+    {
         try
         {
-            serve();
+            work();
+            return true;
         }
         catch (const std::exception& problem)
         {
-            cim_log(kLogCritical, "Delivery of indications: %s\n", problem.what());
-            std::this_thread::sleep_for(kRest);
+            logProblem(problem);
+            return false;
         }
+    };
+    while (!isDone(Clock::now()))
+        if (!attempt([this] { serve(); }))
+            std::this_thread::sleep_for(kRest);
     abandon();
-    reportLosses(true);
+    attempt([this] { reportLosses(true); });
 }
 
 void Sender::serve()
@@ -260,7 +271,22 @@ milliseconds Sender::pauseUntilDue(Clock::time_point now) const
                        : std::chrono::duration_cast<milliseconds>(next - now) + milliseconds(1);
 }
 
-void Sender::settle(Http_Client::Outcome& outcome)
+// A destination whose try is over can be tried again, whatever happens here.
+void Sender::settle(Http_Client::Outcome& outcome) noexcept
+try
+{
+    conclude(outcome);
+}
+catch (const std::exception& problem)
+{
+    logProblem(problem);
+    Target& target = *static_cast<Target*>(outcome.peer);
+    const std::lock_guard<std::mutex> lock(_lock);
+    target.isUnderWay = false;
+    target.dueTime = Clock::now() + kRest;
+}
+
+void Sender::conclude(Http_Client::Outcome& outcome)
 {
     Target& target = *static_cast<Target*>(outcome.peer);
     const std::string refusal = outcome.result == Http_Result::Answered ? refusalIn(outcome) : "";

@@ -118,7 +118,8 @@ class Sender
     void serve();
     std::vector<Start> takeDue(Clock::time_point now);
     std::chrono::milliseconds pauseUntilDue(Clock::time_point now) const;
-    void settle(Http_Client::Outcome& outcome);
+    void settle(Http_Client::Outcome& outcome) noexcept;
+    void conclude(Http_Client::Outcome& outcome);
     void retry(Target& target, const Http_Client::Outcome& outcome);
     void giveUp(Target& target, const std::string& reason);
     void reportLosses(bool all);

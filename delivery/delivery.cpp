@@ -58,45 +58,47 @@ Sender::Hooks hooks(Expire_Listener expire)
     return {persistenceOf, expireAndNote};
 }
 
-// Runs what must not throw.
+// Runs what must not throw; false, with a line in the log, when it does.
 template <class WORK>
-void guarded(const char* what, WORK work) noexcept
+bool guarded(const char* what, WORK work) noexcept
 {
     try
     {
         work();
+        return true;
     }
     catch (const std::exception& problem)
     {
         cim_log(kLogCritical, "%s: %s\n", what, problem.what());
+        return false;
     }
 }
 
 } // namespace
 
-void startDelivery(Expire_Listener expire)
+bool startDelivery(Expire_Listener expire)
 {
-    guarded("Unable to start the delivery of indications",
-            [expire]
-            {
-                Delivery& all = delivery();
-                const std::lock_guard<std::mutex> one(all.starting);
-                all.subscriptions.changed(); // whoever was to tell may not have run
-                const bool runs = [&all]
-                {
-                    const std::lock_guard<std::mutex> lock(all.lock);
-                    return all.sender != nullptr;
-                }();
-                if (runs || !Http_Client::isAvailable())
-                    return;
-                Sender_Settings settings;
-                settings.http.caFile = environment("VRAX_INDICATION_CA");
-                settings.http.acceptsAnyCertificate = !environment("VRAX_INDICATION_INSECURE").empty();
-                auto sender = std::make_shared<Sender>(settings, hooks(expire));
-                const std::lock_guard<std::mutex> lock(all.lock);
-                all.sender = std::move(sender);
-                all.hasComplained = false;
-            });
+    return guarded("Unable to start the delivery of indications",
+                   [expire]
+                   {
+                       Delivery& all = delivery();
+                       const std::lock_guard<std::mutex> one(all.starting);
+                       all.subscriptions.changed(); // whoever was to tell may not have run
+                       const bool runs = [&all]
+                       {
+                           const std::lock_guard<std::mutex> lock(all.lock);
+                           return all.sender != nullptr;
+                       }();
+                       if (runs || !Http_Client::isAvailable())
+                           return;
+                       Sender_Settings settings;
+                       settings.http.caFile = environment("VRAX_INDICATION_CA");
+                       settings.http.acceptsAnyCertificate = !environment("VRAX_INDICATION_INSECURE").empty();
+                       auto sender = std::make_shared<Sender>(settings, hooks(expire));
+                       const std::lock_guard<std::mutex> lock(all.lock);
+                       all.sender = std::move(sender);
+                       all.hasComplained = false;
+                   });
 }
 
 void stopDelivery()

@@ -20,13 +20,13 @@ typedef std::vector<String> Destinations;
 // the delivery's thread, which holds no lock then.
 typedef std::uint32_t (*Expire_Listener)(const String& destination);
 
-// Starts the delivery's thread; nothing when it runs. What it trusts of HTTPS listeners comes from the
-// environment:
+// Starts the delivery's thread; nothing when it runs. False, with a line in the log, when it cannot be
+// started. What it trusts of HTTPS listeners comes from the environment:
 //   VRAX_INDICATION_CA        a PEM file with the certificates that vouch for listeners, in place of the
 //                             system's
 //   VRAX_INDICATION_INSECURE  not empty: any certificate is accepted
-// A build without libcurl has no delivery: the first indication is logged as lost.
-void startDelivery(Expire_Listener expire);
+// A build without libcurl has no delivery and nothing to start: the first indication is logged as lost.
+bool startDelivery(Expire_Listener expire);
 
 // Ends the delivery; nothing when it does not run. What is queued has three seconds to leave. Not to be
 // called by an expiry, nor with a lock held that the expiry takes. Delivery may be started again.

@@ -5,6 +5,7 @@
 #include "support/substitute.h"
 #include "switchaccess/Attribute.h"
 
+#include <functional>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -369,8 +370,12 @@ Owned<Instance> indicate(const Alert_Event& row, const Switch_Event& event)
 void handle(const Switch_Event& event)
 {
     for (const Alert_Event& row : kEvents)
-        if (row.event == event.type)
-            deliver(kSource, row.alert.builder, row.filters, [&] { return indicate(row, event); });
+    {
+        if (row.event != event.type)
+            continue;
+        const auto build = [&] { return indicate(row, event); };
+        deliver(kSource, row.alert.builder, row.filters, std::cref(build));
+    }
 }
 
 constexpr Event_Handling kHandling = {kSource,

@@ -36,9 +36,15 @@ extern "C" void receiveEvent(const xpl_SwitchEvent* event, void*)
         subscriptionsChanged();
 }
 
+constexpr const char* kNotAvailable = "Indications are not available";
+
 struct Delivery
 {
-    Delivery() { startDelivery(expireListener); }
+    Delivery()
+    {
+        if (!startDelivery(expireListener))
+            throw std::runtime_error(kNotAvailable);
+    }
     ~Delivery() { stopDelivery(); }
 };
 
@@ -48,7 +54,7 @@ struct Enabled
     Enabled()
     {
         if (provider.enable_indications() != ENABLE_INDICATIONS_OK)
-            throw std::runtime_error("Indications are not available");
+            throw std::runtime_error(kNotAvailable);
     }
     ~Enabled() { provider.disable_indications(); }
 

@@ -10,6 +10,7 @@
 #include "CIM_ComputerSystem.h"
 #include "VRAX_FCPort.h"
 
+#include <functional>
 #include <utility>
 
 namespace cimple
@@ -44,13 +45,12 @@ template <std::size_t N>
 void handleLifecycle(const char* source, const Lifecycle_Event (&rows)[N], const Switch_Event& event)
 {
     for (const Lifecycle_Event& row : rows)
-        if (row.event == event.type)
-            deliver(source,
-                    row.builder,
-                    row.filters,
-                    [&] {
-                        return row.build({source, row.builder}, event);
-                    });
+    {
+        if (row.event != event.type)
+            continue;
+        const auto build = [&] { return row.build({source, row.builder}, event); };
+        deliver(source, row.builder, row.filters, std::cref(build));
+    }
 }
 
 // A new instance with every property null; throws the failure, in which %s is the class, when there is none.

@@ -8,10 +8,12 @@
 #include <algorithm>
 #include <atomic>
 #include <gtest/gtest.h>
+#include <new>
 #include <numeric>
 #include <optional>
 #include <regex>
 #include <thread>
+#include <utility>
 
 namespace cimple
 {
@@ -190,7 +192,10 @@ TEST(SenderTest, TakesAnErrorForAnAnswer)
         {"cut short",
          {{"HTTP/1.1 500 Fault\r\nContent-Length: 99\r\n\r\nno", true}},
          "1 refused (HTTP status 500)"},
-        {"later", {Test_Listener::answer(503), Test_Listener::answer(429, "", "Retry-After: 3600\r\n")}, ""},
+        {"later",
+         {Test_Listener::answer(503, "", "Retry-After: 9223372036854775807\r\n"),
+          Test_Listener::answer(429, "", "Retry-After: 3600\r\n")},
+         ""},
         {"never",
          {Test_Listener::answer(503), Test_Listener::answer(503), Test_Listener::answer(503)},
          "1 refused (HTTP status 503)"},
@@ -235,6 +240,25 @@ TEST(SenderTest, GivesUpOneMessageOfAPermanentListenerAfterItsTries)
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(lines[0].rfind("Indications for " + listener.url() + " lost: 1 without an answer (", 0), 0u)
         << lines[0];
+}
+
+// Two destinations that refuse at once, so that both tries end in one look at the network.
+TEST(SenderTest, ForgetsNoDestinationWhenMemoryRunsOut)
+{
+    Listeners known;
+    Sender::Hooks hooks = known.hooks();
+    hooks.persistenceOf = [isFirst = true](const String&) mutable
+    {
+        if (std::exchange(isFirst, false))
+            throw std::bad_alloc();
+        return Persistence::Permanent;
+    };
+    Sender_Settings settings = quick();
+    settings.tries = 1;
+    const Log_Capture log;
+    Sender sender(settings, hooks);
+    sendNumbered(sender, {"http://127.0.0.1:1/a", "http://127.0.0.1:1/b"}, 0, 1);
+    waitUntil([&] { return sender.counts().of(Loss::Unheard) == 2; });
 }
 
 TEST(SenderTest, ExpiresATransientListenerAndDropsItsQueue)

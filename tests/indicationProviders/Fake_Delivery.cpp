@@ -35,6 +35,15 @@ void note(const char* call)
     calls.emplace_back(call);
 }
 
+// Whether one more thread can be created.
+bool hasThread()
+{
+    const int left = threadsLeft;
+    if (left > 0)
+        threadsLeft = left - 1;
+    return left != 0;
+}
+
 Fake_Delivery::Description describedWhole(const cimple::Instance& instance)
 {
     Fake_Delivery::Description result = described(instance);
@@ -119,11 +128,7 @@ __real_pthread_create(pthread_t* id, const pthread_attr_t* attributes, void* (*p
 extern "C" int
 __wrap_pthread_create(pthread_t* id, const pthread_attr_t* attributes, void* (*proc)(void*), void* arg)
 {
-    if (threadsLeft == 0)
-        return EAGAIN;
-    if (threadsLeft != kAnyNumber)
-        --threadsLeft;
-    return __real_pthread_create(id, attributes, proc, arg);
+    return hasThread() ? __real_pthread_create(id, attributes, proc, arg) : EAGAIN;
 }
 
 extern "C" void xpl_swReceiveEvents(xpl_SwitchEventReceiver to, void* context)
@@ -137,9 +142,10 @@ extern "C" void xpl_swReceiveEvents(xpl_SwitchEventReceiver to, void* context)
 namespace cimple
 {
 
-void startDelivery(Expire_Listener)
+bool startDelivery(Expire_Listener)
 {
     note("startDelivery");
+    return hasThread();
 }
 void stopDelivery()
 {

@@ -34,7 +34,8 @@ class Fake_Delivery
     void subscribe(std::uint16_t filter, const std::string& destination);
     void subscribeToAll(); // each filter has one named by its number
     void failSending(bool fails);
-    // After so many more the module's threads cannot be created, until this object's end.
+    // After so many more the module's threads, of which the delivery's is one, cannot be created, until this
+    // object's end.
     static void failThreads(int successes);
 
     // Since the last call.

@@ -563,17 +563,18 @@ TEST_F(Indications, RunAsAWhole)
 TEST_F(Indications, DoNotBeginByHalf)
 {
     const Log_Capture log;
-    for (int threads = 0; threads < 4; ++threads)
+    for (int threads = 0; threads < 5; ++threads)
     {
         Fake_Delivery::failThreads(threads);
         EXPECT_FALSE(startIndications()) << threads;
-        EXPECT_EQ(delivery.takeCalls(), (Texts{"startDelivery", "stopDelivery"}));
-        EXPECT_EQ(log.texts().size(), 2U);
+        EXPECT_EQ(delivery.takeCalls(),
+                  threads == 0 ? Texts{"startDelivery"} : (Texts{"startDelivery", "stopDelivery"}));
+        EXPECT_EQ(log.texts().size(), threads == 0 ? 1U : 2U) << "the delivery's own line is not the test's";
     }
     const xpl_SwitchEvent event = eventOf(6);
     receiveSwitchEvent(&event);
     EXPECT_EQ(asked(), Texts());
-    Fake_Delivery::failThreads(4);
+    Fake_Delivery::failThreads(5);
     EXPECT_TRUE(startIndications());
     stopIndications();
 }
