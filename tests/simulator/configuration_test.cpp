@@ -74,10 +74,12 @@ TEST_F(ConfigurationImage, RestoresWhatIsConfiguredAndNothingElse)
 {
     ASSERT_EQ(0, backupConfig());
     const std::string saved = image();
-    const SwitchScenario before = sim.localSwitch();
-    const PortScenario portBefore = sim.port(3);
-    const ZoningView zoning = sim.zoning();
-    ASSERT_FALSE(sim.activeZoneSetOf(before.domain).name.empty());
+    ASSERT_FALSE(sim.activeZoneSetOf(sim.localSwitch().domain).name.empty());
+    sim.setCounter(5, "TotalLIPRecv", 31);
+    sim.failPort(6);
+    sim.failSupply(1);
+    sim.removeNode("502BA4C2C2113000");
+    const std::string before = stateOf(sim);
 
     xpl_swSwitchConfig record = switchRecord();
     std::strcpy(record.symbolicName, "renamed");
@@ -104,28 +106,10 @@ TEST_F(ConfigurationImage, RestoresWhatIsConfiguredAndNothingElse)
         setKey(key);
     ASSERT_EQ(0, xpl_fzsDeactivateZoneset(hSwitch));
     ASSERT_EQ(0, xpl_fzsDeleteZone(hSwitch, "virt-rack7-01_array-b"));
-    sim.setCounter(5, "TotalLIPRecv", 31);
-    sim.failPort(6);
-    sim.failSupply(1);
-    sim.removeNode("502BA4C2C2113000");
-    const std::size_t nodes = sim.scenario().nodes.size();
-
     ASSERT_EQ(0, restore());
     EXPECT_EQ("", sim.adminModeHolder());
-    const SwitchScenario after = sim.localSwitch();
-    EXPECT_EQ(before.name, after.name);
-    EXPECT_EQ(AdminState::online, after.adminState);
-    EXPECT_EQ(before.preferredDomain, after.preferredDomain);
-    EXPECT_EQ(before.reserved, after.reserved);
-    EXPECT_EQ(portBefore.name, sim.port(3).name);
-    EXPECT_EQ(portBefore.reserved, sim.port(3).reserved);
-    EXPECT_EQ(zoning.zones, sim.zoning().zones);
-    EXPECT_FALSE(sim.activeZoneSetOf(before.domain).name.empty());
+    EXPECT_EQ(before, stateOf(sim));
     EXPECT_EQ("1f", valueOf("Oper.UserPort.0.5.C64.TotalLIPRecv"));
-    EXPECT_TRUE(sim.port(6).failed);
-    EXPECT_EQ(PartState::failed, after.powerSupplies.at(0).state);
-    EXPECT_EQ(nodes, sim.scenario().nodes.size());
-
     ASSERT_EQ(0, backupConfig());
     EXPECT_EQ(saved, image()) << "all that an image holds";
 }
@@ -180,17 +164,16 @@ TEST_F(ConfigurationImage, NeedsTheCallersAdministrativeMode)
     const std::string before = stateOf(sim);
     EXPECT_EQ(XPL_INVALID_PARAMETER, restoreConfig()) << "nobody has the mode";
     EXPECT_EQ(XPL_INVALID_PARAMETER, releaseAdminMode());
-    for (const char* holder : {"console", "admin command", "configuration restore"})
+    const std::pair<const char*, std::function<void()>> holders[] = {
+        {"console", [this] { sim.holdAdminMode("console"); }},
+        {"admin command", [] { setKey("Cmd.Switch.ReqAdmin"); }},
+        {"configuration restore", [] { std::thread([] { EXPECT_EQ(0, reqAdminMode()); }).join(); }},
+    };
+    for (const auto& [holder, takes] : holders)
     {
-        if (holder == std::string("console"))
-            sim.holdAdminMode(holder);
-        else if (holder == std::string("admin command"))
-            setKey("Cmd.Switch.ReqAdmin");
-        else
-            std::thread([] { EXPECT_EQ(0, reqAdminMode()); }).join();
-        EXPECT_EQ(XPL_FZS_LOCKED, reqAdminMode());
-        EXPECT_EQ(XPL_FZS_LOCKED, restoreConfig());
-        EXPECT_EQ(XPL_FZS_LOCKED, releaseAdminMode());
+        takes();
+        for (const auto call : {reqAdminMode, restoreConfig, releaseAdminMode})
+            EXPECT_EQ(XPL_FZS_LOCKED, call());
         EXPECT_EQ(holder, sim.adminModeHolder()) << "it is not taken from whoever has it";
         sim.adminOwnerGoes();
     }
@@ -199,18 +182,17 @@ TEST_F(ConfigurationImage, NeedsTheCallersAdministrativeMode)
 
 TEST_F(ConfigurationImage, IsNeverHalfWritten)
 {
+    const auto backupFails = []
     {
         const Full_Disk disk(1000);
         EXPECT_NE(0, backupConfig());
-    }
+    };
+    backupFails();
     EXPECT_FALSE(fs::exists(place())) << "no half image";
     ASSERT_EQ(0, backupConfig());
     const std::string old = image();
     sim.changeSwitch([](SwitchScenario& one) { one.name = "new"; });
-    {
-        const Full_Disk disk(1000);
-        EXPECT_NE(0, backupConfig());
-    }
+    backupFails();
     EXPECT_EQ(old, image());
     EXPECT_EQ(1, std::distance(fs::directory_iterator(place().parent_path()), fs::directory_iterator()));
 }
