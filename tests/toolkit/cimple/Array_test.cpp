@@ -52,6 +52,8 @@ TYPED_TEST(ArrayTest, BehavesLikeAVector)
         const TypeParam element = make_element<TypeParam>(step);
         const size_t pos = below(oracle.size() + 1);
         const auto at = oracle.begin() + static_cast<std::ptrdiff_t>(pos);
+        const size_t n = below(oracle.size() - pos + 1);
+        const std::vector<TypeParam> part(at, at + static_cast<std::ptrdiff_t>(n));
         switch (below(7))
         {
         case 0:
@@ -67,27 +69,17 @@ TYPED_TEST(ArrayTest, BehavesLikeAVector)
             oracle.insert(at, element);
             break;
         case 3: // elements of its own
-        {
-            const size_t n = below(oracle.size() - pos + 1);
-            const std::vector<TypeParam> part(at, at + static_cast<std::ptrdiff_t>(n));
             array.insert(pos / 2, array.data() + pos, n);
             oracle.insert(oracle.begin() + static_cast<std::ptrdiff_t>(pos / 2), part.begin(), part.end());
             break;
-        }
         case 4:
-        {
-            const size_t n = below(oracle.size() - pos + 1);
             array.remove(pos, n);
             oracle.erase(at, at + static_cast<std::ptrdiff_t>(n));
             break;
-        }
         case 5:
-        {
-            const size_t n = below(20);
-            array.resize(n);
-            oracle.resize(n);
+            array.resize(step % 20);
+            oracle.resize(step % 20);
             break;
-        }
         default:
         {
             Array<TypeParam> copy;

@@ -108,8 +108,15 @@ TEST(InstanceMapTest, EnumeratesSharedInstances)
     for (uint32 id = 0; id < 5; id++)
         map.insert(demo::sensor(id).steal());
     Received all;
-    Enum_Instances_Handler<Demo_Sensor> handler(receive, &all);
-    EXPECT_EQ(map.enum_instances(nullptr, &handler), ENUM_INSTANCES_OK);
+    Received two;
+    two.wanted = 2;
+    for (Received* received : {&two, &all})
+    {
+        Enum_Instances_Handler<Demo_Sensor> handler(receive, received);
+        EXPECT_EQ(map.enum_instances(nullptr, &handler), ENUM_INSTANCES_OK);
+    }
+    EXPECT_EQ(two.instances.size(), 2u);
+    two.instances.clear();
     ASSERT_EQ(all.instances.size(), 5u);
     for (size_t i = 0; i < 5; i++)
     {
@@ -119,14 +126,6 @@ TEST(InstanceMapTest, EnumeratesSharedInstances)
     map.clear();
     EXPECT_EQ(all.instances[4].count(), 1u);
     EXPECT_EQ(demo::path_of(all.instances[4].ptr()), "Demo_Sensor.Id=4");
-
-    for (uint32 id = 0; id < 5; id++)
-        map.insert(demo::sensor(id).steal());
-    Received two;
-    two.wanted = 2;
-    Enum_Instances_Handler<Demo_Sensor> impatient(receive, &two);
-    EXPECT_EQ(map.enum_instances(nullptr, &impatient), ENUM_INSTANCES_OK);
-    EXPECT_EQ(two.instances.size(), 2u);
 }
 
 TEST(InstanceMapTest, ModifyLeavesHandedOutInstancesAlone)

@@ -209,10 +209,7 @@ TEST(InstanceTest, IdenticalMeansEveryFeature)
 TEST(InstanceTest, CastsBySchema)
 {
     const Ref<Demo_Sensor> sensor = demo::sensor(7);
-    Demo_Element* const element = cast<Demo_Element*>(sensor.ptr());
-    ASSERT_NE(element, nullptr);
-    element->Label.set("through the superclass");
-    EXPECT_EQ(sensor->Label.value, "through the superclass");
+    EXPECT_EQ(static_cast<void*>(cast<Demo_Element*>(sensor.ptr())), sensor.ptr());
     EXPECT_NE(cast<Demo_Thing*>(sensor.ptr()), nullptr);
     EXPECT_EQ(cast<Demo_Rack*>(sensor.ptr()), nullptr);
     EXPECT_EQ(cast<Demo_Sensor*>(demo::element(7).ptr()), nullptr);
