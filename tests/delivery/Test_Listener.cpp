@@ -40,7 +40,7 @@ Test_Listener::Test_Listener(Handler handler) : _handler(std::move(handler))
     socklen_t size = sizeof address;
     if (_listening < 0 || bind(_listening, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
         listen(_listening, SOMAXCONN) != 0 ||
-        getsockname(_listening, reinterpret_cast<sockaddr*>(&address), &size) != 0 || pipe(_end) != 0)
+        getsockname(_listening, reinterpret_cast<sockaddr*>(&address), &size) != 0)
         throw std::runtime_error("no listener");
     _port = ntohs(address.sin_port);
     _thread = std::thread([this] { run(); });
@@ -48,9 +48,8 @@ Test_Listener::Test_Listener(Handler handler) : _handler(std::move(handler))
 
 Test_Listener::~Test_Listener()
 {
-    close(_end[1]);
+    shutdown(_listening, SHUT_RDWR);
     _thread.join();
-    close(_end[0]);
     close(_listening);
 }
 
@@ -70,26 +69,27 @@ std::vector<Test_Listener::Request> Test_Listener::waitFor(std::size_t count) co
 
 void Test_Listener::run()
 {
-    int taken = 0;
-    for (;;)
+    for (int taken = 0;;)
     {
-        std::vector<pollfd> waiting{{_end[0], POLLIN, 0}, {_listening, POLLIN, 0}};
+        std::vector<pollfd> waiting{{_listening, POLLIN, 0}};
         for (const auto& [socket, connection] : _connections)
             waiting.push_back({socket, POLLIN, 0});
         poll(waiting.data(), waiting.size(), -1);
-        if (waiting[0].revents != 0)
-            break;
-        if (waiting[1].revents != 0)
-            _connections[::accept(_listening, nullptr, nullptr)] = {taken++, ""};
-        for (std::size_t i = 2; i < waiting.size(); ++i)
+        for (const pollfd& one : waiting)
         {
-            const auto place = _connections.find(waiting[i].fd);
-            if (waiting[i].revents != 0 && !receive(place->first, place->second))
+            const auto place = _connections.find(one.fd);
+            if (one.revents != 0 && place != _connections.end() && !receive(place->first, place->second))
             {
                 close(place->first);
                 _connections.erase(place);
             }
         }
+        if (waiting[0].revents == 0)
+            continue;
+        const int socket = ::accept(_listening, nullptr, nullptr);
+        if (socket < 0)
+            break;
+        _connections[socket] = {taken++, ""};
     }
     for (const auto& [socket, connection] : _connections)
         close(socket);
@@ -119,10 +119,8 @@ bool Test_Listener::receive(int socket, Connection& connection)
             _requests.push_back(std::move(request));
         }
         _changed.notify_all();
-        if (!reply.text.empty() && send(socket, reply.text.data(), reply.text.size(), MSG_NOSIGNAL) !=
-                                       static_cast<ssize_t>(reply.text.size()))
-            return false;
-        if (reply.closes)
+        const ssize_t sent = send(socket, reply.text.data(), reply.text.size(), MSG_NOSIGNAL);
+        if (sent != static_cast<ssize_t>(reply.text.size()) || reply.closes)
             return false;
     }
 }

@@ -58,8 +58,7 @@ class Test_Listener
     bool receive(int socket, Connection& connection);
 
     const Handler _handler;
-    int _listening = -1;
-    int _end[2] = {-1, -1}; // a pipe; what comes through it ends the thread
+    int _listening = -1; // its shutdown ends the thread
     int _port = 0;
     std::map<int, Connection> _connections; // by socket; the thread's
 

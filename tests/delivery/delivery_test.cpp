@@ -6,6 +6,7 @@
 #include "tests/delivery/test_indications.h"
 #include "tests/support/Log_Capture.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
 #include <string>
 #include <thread>
@@ -15,22 +16,16 @@ namespace cimple
 namespace
 {
 
-void subscribe(simulator::SimSwitch& sim, const std::string& destination)
+class DeliveryTest : public testing::Test
 {
-    for (const auto& [key, value] : std::initializer_list<std::pair<const char*, std::string>>{
-             {"Oper.Cim.FirstSubscription", "s"},
-             {"Oper.Cim.Subscription.s.FilterID", "CQL:Alert:All"},
-             {"Oper.Cim.Subscription.s.EnableState", "True"},
-             {"Oper.Cim.Subscription.s.Duration", "0"},
-             {"Oper.Cim.Subscription.s.StartTime", "010100002026"},
-             {"Oper.Cim.Subscription.s.FirstListener", "l"},
-             {"Oper.Cim.Listener.l.Type", "Transient"},
-             {"Oper.Cim.Listener.l.Destination", destination}})
-        sim.answer(key, value);
-    sim.failKey("Oper.Cim.NextSubscription.s", XPL_END_OF_WALK);
-    sim.failKey("Oper.Cim.Subscription.s.NextListener.l", XPL_END_OF_WALK);
-    subscriptionsChanged();
-}
+  protected:
+    DeliveryTest() { subscriptionsChanged(); }
+
+    Test_Listener listener;
+    simulator::SimSwitch sim{
+        simulator::SimSwitch::make().listener("l", listener.url()).subscription("s", "CQL:Alert:All", {"l"})};
+    const Log_Capture log;
+};
 
 void raise(const std::string& text)
 {
@@ -39,12 +34,8 @@ void raise(const std::string& text)
     sendIndication(alert(text).ptr(), list);
 }
 
-TEST(DeliveryTest, StartsAndStopsAnyNumberOfTimes)
+TEST_F(DeliveryTest, StartsAndStopsAnyNumberOfTimes)
 {
-    simulator::SimSwitch sim{simulator::SimSwitch::make()};
-    Test_Listener listener;
-    subscribe(sim, listener.url());
-    const Log_Capture log;
     startDelivery(nullptr);
     stopDelivery();
     stopDelivery();
@@ -68,12 +59,8 @@ TEST(DeliveryTest, StartsAndStopsAnyNumberOfTimes)
     EXPECT_EQ(listener.requests().size(), 2u);
 }
 
-TEST(DeliveryTest, StopsAndStartsWhileEventsFlow)
+TEST_F(DeliveryTest, StopsAndStartsWhileEventsFlow)
 {
-    simulator::SimSwitch sim{simulator::SimSwitch::make()};
-    Test_Listener listener;
-    subscribe(sim, listener.url());
-    const Log_Capture log;
     std::atomic<bool> over{false};
     std::thread events(
         [&]

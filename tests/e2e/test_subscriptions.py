@@ -111,17 +111,13 @@ def test_mistakes_are_told(agent):
     for call, argument, status, text in (
             (connection.CreateInstance, listener("l"), 11, "Listener already exists"),
             (connection.CreateInstance, other, 4, "CreationClassName not equal to CIM_ListenerDestinationCIMXML"),
-            (connection.CreateInstance, listener("a" * 300), 1, "Unable to create listener"),
             (connection.CreateInstance, subscription(alerts, made), 1, "Subscription of this type already exists"),
-            (connection.CreateInstance, subscription(alerts, unknown), 1, "xpl_smlBatchCimSet failed"),
             (connection.CreateInstance, pywbem.CIMInstance(SUBSCRIPTION, {"Filter": alerts}), 4, "not valid"),
             (connection.CreateInstance, of_filter, 7, ""),
             (connection.ModifyInstance, pywbem.CIMInstance(LISTENER, change, path=made), 7, ""),
-            (connection.ModifyInstance, pywbem.CIMInstance(FILTER, {"Query": ""}, path=alerts), 7, ""),
             (connection.ModifyInstance,
              pywbem.CIMInstance(SUBSCRIPTION, {"SubscriptionState": pywbem.Uint16(4)}, path=path), 7, ""),
             (connection.GetInstance, unknown, 6, ""),
-            (connection.GetInstance, no_subscription, 6, ""),
             (connection.DeleteInstance, unknown, 6, "Listener to be deleted does not exist"),
             (connection.DeleteInstance, no_subscription, 6, "Instance not found"),
             (connection.DeleteInstance, alerts, 7, "")):

@@ -74,7 +74,7 @@ int makeListener(const char* name)
 
 struct Fault
 {
-    const char* what;   // fails: a call, a key, the beginning of keys, or an insertion; nothing when empty
+    std::string what;   // fails: a call, a key, the beginning of keys, or an insertion; nothing when empty
     std::int32_t code;  // with which status
     int skip;           // after so many times
     int status;         // of the operation
@@ -85,18 +85,19 @@ struct Fault
 class Operations_That_Fail : public Changes
 {
   protected:
-    // `map`: that of the class, which is stale afterwards whatever happened.
-    void expect(const std::vector<Fault>& faults, providerEnum_t map, const std::function<int()>& act)
+    providerEnum_t map = Listeners::kIndex; // of the class; stale afterwards whatever happened
+
+    void expect(const std::vector<Fault>& faults, const std::function<int()>& act)
     {
         for (const Fault& fault : faults)
         {
-            SCOPED_TRACE(fault.what + std::string(" ") + std::to_string(fault.code));
+            const std::string& what = fault.what;
+            SCOPED_TRACE(what + " " + std::to_string(fault.code));
             begin();
             EXPECT_EQ(pairs().size(), 3u); // everything is fresh
-            const std::string what = fault.what;
             std::optional<Insert_Failures> insertion;
             if (what.compare(0, 4, "CIM_") == 0)
-                insertion.emplace(fault.what);
+                insertion.emplace(what.c_str());
             else if (what.compare(0, 5, "load ") == 0)
             {
                 VRAX_Maps::getInstance()->InstMapForceUnload(map);
@@ -122,120 +123,79 @@ class Operations_That_Fail : public Changes
     }
 };
 
+const std::string kListenerClass = "CIM_ListenerDestinationCIMXML";
 const std::string kListener = "ListenerDestinationCIMXML_Provider:";
 const std::string kSubscription = "IndicationSubscription_Provider:";
 
 TEST_F(Operations_That_Fail, SayWhyAndLeaveTheMapStale)
 {
+    const std::string create = kListener + "create_instance[] ", remove = kListener + "delete_instance[] ";
     const std::string noListeners = kListener + "load[] Unable to get FirstListener";
-    const std::string create = kListener + "create_instance[] ";
-    expect(
-        {
-            {"get_Local_Switch_World_Wide_Name", 5, 0, 84, {create + "Unable to retrieve localWWN"}, 0},
-            {"load Oper.Cim.FirstListener",
-             5,
-             0,
-             84,
-             {noListeners, create + "Unable to load CIM_ListenerDestinationCIMXML"},
-             0},
-            {"xpl_smlBatchCimSet", 5, 0, 84, {create + "Unable to create listener"}, 0},
+    const std::string notLoaded = "Unable to load CIM_ListenerDestinationCIMXML";
+    const std::string notMade = create + "Unable to create listener";
+    const std::string notRemoved = remove + "Unable to create listener";
+    const std::string firstListener = "load Oper.Cim.FirstListener";
+    auto other = listener("n");
+    other->CreationClassName.set("CIM_ListenerDestination");
+    map = Listeners::kIndex;
+    expect({{"get_Local_Switch_World_Wide_Name", 5, 0, 84, {create + "Unable to retrieve localWWN"}, 0},
+            {firstListener, 5, 0, 84, {noListeners, create + notLoaded}, 0},
+            {"xpl_smlBatchCimSet", 5, 0, 84, {notMade}, 0},
             {"Cmd.Cim.Listener.n.Create", 235, 0, 80, {create + "Listener already exists"}, 3},
-            {"Cmd.Cim.Listener.n.Create", 77, 0, 84, {create + "Unable to create listener"}, 3},
-            // It is taken back.
-            {"Cmd.Cim.Listener.n.Destination.", 9, 0, 84, {create + "Unable to create listener"}, 4},
-            {"CIM_ListenerDestinationCIMXML", 0, 0, 84, {create + "Failed to insert instance in map"}, 3},
-        },
-        Listeners::kIndex,
-        [] { return makeListener("n"); });
-    expect({{"", 0, 0, 80, {create + "Listener already exists"}, 0}},
-           Listeners::kIndex,
-           [] { return makeListener("a"); });
+            {"Cmd.Cim.Listener.n.Create", 77, 0, 84, {notMade}, 3},
+            {"Cmd.Cim.Listener.n.Destination.", 9, 0, 84, {notMade}, 4}, // it is taken back
+            {kListenerClass, 0, 0, 84, {create + "Failed to insert instance in map"}, 3}},
+           [] { return makeListener("n"); });
+    expect({{"", 0, 0, 80, {create + "Listener already exists"}, 0}}, [] { return makeListener("a"); });
     expect({{"",
              0,
              0,
              82,
-             {create + "Cannot create Instance CreationClassName not equal to CIM_ListenerDestinationCIMXML"},
+             {create + "Cannot create Instance CreationClassName not equal to " + kListenerClass},
              0}},
-           Listeners::kIndex,
-           []
-           {
-               auto request = listener("n");
-               request->CreationClassName.set("CIM_ListenerDestination");
-               return Listeners().create_instance(request.get());
-           });
-
-    const std::string remove = kListener + "delete_instance[] ";
-    expect(
-        {
-            {"load Oper.Cim.FirstListener",
-             5,
-             0,
-             93,
-             {noListeners, remove + "Unable to load CIM_ListenerDestinationCIMXML"},
-             0},
-            {"xpl_smlBatchCimSet", 5, 0, 93, {remove + "Unable to create listener"}, 0},
-            {"Cmd.Cim.Listener.a.Delete", 5, 0, 93, {remove + "Unable to create listener"}, 1},
-        },
-        Listeners::kIndex,
-        [] { return Listeners().delete_instance(listener("a").get()); });
+           [&] { return Listeners().create_instance(other.get()); });
+    expect({{firstListener, 5, 0, 93, {noListeners, remove + notLoaded}, 0},
+            {"xpl_smlBatchCimSet", 5, 0, 93, {notRemoved}, 0},
+            {"Cmd.Cim.Listener.a.Delete", 5, 0, 93, {notRemoved}, 1}},
+           [] { return Listeners().delete_instance(listener("a").get()); });
     expect({{"", 0, 0, 90, {remove + "Listener to be deleted does not exist"}, 0}},
-           Listeners::kIndex,
            [] { return Listeners().delete_instance(listener("A").get()); });
 
     const std::string subscribe = kSubscription + "create_instance[] ";
     const std::string failed = subscribe + "xpl_smlBatchCimSet failed";
-    expect(
-        {
-            {"xpl_smlBatchCimSet", 5, 0, 84, {failed}, 0},
-            {"Cmd.Cim.Subscription.", 237, 0, 84, {subscribe + "Subscription Name already exists"}, 6},
-            {"Cmd.Cim.Subscription.", 77, 0, 84, {subscribe + "Invalid Subscription name"}, 6},
-            {"Cmd.Cim.Subscription.", 9, 0, 84, {failed}, 6},
-            {"Cmd.Cim.Subscription.", 9, 1, 84, {failed}, 7}, // the filter: it is taken back
+    const std::string noMap = subscribe + "Failed to insert into CIM_IndicationSubscription_map";
+    const std::string invalid = subscribe + "Instance provided is not valid";
+    const std::string command = "Cmd.Cim.Subscription.";
+    map = Subscriptions::kIndex;
+    expect({{"xpl_smlBatchCimSet", 5, 0, 84, {failed}, 0},
+            {command, 237, 0, 84, {subscribe + "Subscription Name already exists"}, 6},
+            {command, 77, 0, 84, {subscribe + "Invalid Subscription name"}, 6},
+            {command, 9, 0, 84, {failed}, 6},
+            {command, 9, 1, 84, {failed}, 7}, // the filter: it is taken back
             {"Cmd.Cim.Listener.b.", 9, 0, 84, {failed}, 6},
-            {"CIM_IndicationSubscription",
-             0,
-             0,
-             84,
-             {subscribe + "Failed to insert into CIM_IndicationSubscription_map"},
-             6},
-        },
-        Subscriptions::kIndex,
-        [] { return Subscriptions().create_instance(subscription("Create:FCPort", "b").get()); });
+            {"CIM_IndicationSubscription", 0, 0, 84, {noMap}, 6}},
+           [] { return Subscriptions().create_instance(subscription("Create:FCPort", "b").get()); });
     expect({{"", 0, 0, 84, {subscribe + "Subscription of this type already exists"}, 0}},
-           Subscriptions::kIndex,
            [] { return Subscriptions().create_instance(subscription("Create:FCPort", "a").get()); });
-    expect({{"", 0, 0, 82, {subscribe + "Instance provided is not valid"}, 0}},
-           Subscriptions::kIndex,
-           [] { return Subscriptions().create_instance(nullptr); });
-    expect({{"", 0, 0, 82, {subscribe + "Instance provided is not valid"}, 0}},
-           Subscriptions::kIndex,
+    expect({{"", 0, 0, 82, {invalid}, 0}}, [] { return Subscriptions().create_instance(nullptr); });
+    expect({{"", 0, 0, 82, {invalid}, 0}},
            [] { return Subscriptions().create_instance(makeNull<CIM_IndicationSubscription>().get()); });
 
     const std::string detach = kSubscription + "delete_instance[] ";
-    expect(
-        {
-            {"Oper.Cim.Listener.a.FirstSub", 5, 0, 90, {detach + "Failed to get subscription name"}, 0},
-            {"Oper.Cim.Subscription.s1.FilterID", 5, 0, 93, {detach + "Failed to get filter\n"}, 0},
-            {"xpl_smlBatchCimSet", 5, 0, 90, {detach + "xpl_smlBatchCimSet failed"}, 0},
-            {"Cmd.Cim.Listener.", 5, 0, 90, {detach + "xpl_smlBatchCimSet failed"}, 1},
-            {"Oper.Cim.Listener.a.NextSub.s1", 5, 0, 90, {detach + "Failed to get subscription name"}, 1},
-            {"load Oper.Cim.NextSubscription.s1",
-             5,
-             0,
-             0, // those that the listener has are found
-             {kSubscription + "load[] Unable to get first subscription info"},
-             1},
-        },
-        Subscriptions::kIndex,
-        [] { return Subscriptions().delete_instance(subscription("CQL:Alert:All", "a").get()); });
+    const std::string notSet = detach + "xpl_smlBatchCimSet failed";
+    const std::string noName = detach + "Failed to get subscription name";
+    const std::string notRead = kSubscription + "load[] Unable to get first subscription info";
+    const std::string noFilter = detach + "Failed to get filter\n";
+    expect({{"Oper.Cim.Listener.a.FirstSub", 5, 0, 90, {noName}, 0},
+            {"Oper.Cim.Subscription.s1.FilterID", 5, 0, 93, {noFilter}, 0},
+            {"xpl_smlBatchCimSet", 5, 0, 90, {notSet}, 0},
+            {"Cmd.Cim.Listener.", 5, 0, 90, {notSet}, 1},
+            {"Oper.Cim.Listener.a.NextSub.s1", 5, 0, 90, {noName}, 1},
+            // Those that the listener has are found.
+            {"load Oper.Cim.NextSubscription.s1", 5, 0, 0, {notRead}, 1}},
+           [] { return Subscriptions().delete_instance(subscription("CQL:Alert:All", "a").get()); });
     expect({{"", 0, 0, 90, {detach + "Instance not found"}, 0},
-            {"load Oper.Cim.FirstSubscription",
-             5,
-             0,
-             93,
-             {kSubscription + "load[] Unable to get first subscription info"},
-             0}},
-           Subscriptions::kIndex,
+            {"load Oper.Cim.FirstSubscription", 5, 0, 93, {notRead}, 0}},
            [] { return Subscriptions().delete_instance(subscription("Create:FCPort", "b").get()); });
 }
 
