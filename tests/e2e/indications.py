@@ -7,6 +7,7 @@ import queue
 import re
 import socket
 import threading
+import time
 
 import pywbem
 from pywbem import _listener
@@ -27,6 +28,15 @@ def subscription(named_filter, handler, **properties):
 
 def filter_named(connection, name):
     return next(path for path in connection.EnumerateInstanceNames(FILTER) if path["Name"] == name)
+
+
+def wait_until(condition):
+    """Asks ten times a second."""
+    for _ in range(10 * WATCHDOG_SECONDS):
+        if condition():
+            return
+        time.sleep(0.1)
+    raise AssertionError("what is waited for did not happen")
 
 
 class Subscriber:
@@ -104,6 +114,10 @@ class Listeners:
             return self._queue(name).get(timeout=WATCHDOG_SECONDS)
         except queue.Empty:
             raise AssertionError(f"nothing came to {name}") from None
+
+    def has(self, name):
+        """Whether something waits to be taken by next()."""
+        return not self._queue(name).empty()
 
     def next_ones(self, name, count):
         return [self.next(name) for _ in range(count)]

@@ -11,7 +11,8 @@ import pytest
 
 from agent_process import DEFAULT_SCENARIO, ROOT, AgentProcess
 from indications import (
-    FILTER, LISTENER, SUBSCRIPTION, WATCHDOG_SECONDS, Hand, Listeners, Subscriber, dead_url, filter_named)
+    FILTER, LISTENER, SUBSCRIPTION, WATCHDOG_SECONDS, Hand, Listeners, Subscriber, dead_url, filter_named,
+    wait_until)
 from kept_agent import KeptAgent
 from test_listeners import listening
 
@@ -254,14 +255,13 @@ def test_listeners_that_fail_hold_nobody_up(switch, subscribe, listeners):
 
 def test_subscriptions_that_are_disabled_or_over_get_nothing(switch, subscribe, connection, listeners):
     names = ["keep-disabled", "keep-over", "keep-deleted"]
-    disabled, = subscribe(listeners.url("keep-disabled"), "Modify:FCPort", SubscriptionState=pywbem.Uint16(4))
+    disabled, = subscribe(listeners.url("keep-disabled"), "Modify:FCPort", SubscriptionState=pywbem.Uint16(3))
     over, = subscribe(listeners.url("keep-over"), "Modify:FCPort", SubscriptionDuration=pywbem.Uint64(1))
     deleted, = subscribe(listeners.url("keep-deleted"), "Modify:FCPort")
     subscribe(listeners.url("keep-on"), "Modify:FCPort")
     assert connection.GetInstance(disabled)["SubscriptionState"] == 4
     connection.DeleteInstance(deleted)
-    while "keep-over" in switch("show subscriptions"):
-        pass
+    wait_until(lambda: "keep-over" not in switch("show subscriptions"))
     check_told(listeners, "keep-on", ups_and_downs(switch, 20))
     for name in names:
         subscribe(listeners.url(name), "CQL:Modify:FCPort")
@@ -282,8 +282,7 @@ def test_a_restart_and_a_crash_forget_nobody(build_dir, tmp_path, socket, listen
         os.kill(agent.process.serving_pid, signal.SIGKILL)
         assert len(agent.connection.EnumerateInstances(SUBSCRIPTION)) == 3
         # What happens while the next process starts is told to nobody.
-        while not listeners.has("keep-a", within_seconds=1):
-            switch("user refuse eva")
+        wait_until(lambda: listeners.has("keep-a") or switch("user refuse eva"))
         assert listeners.next("keep-a")["MessageID"] == "Core9"
         switch(f"switch add 10 {OTHER[:-1]}A 1")
         assert listeners.next("close-b")["SourceInstance"]["Name"] == OTHER[:-1] + "A"
@@ -294,9 +293,8 @@ def test_pywbem_manages_its_subscriptions_and_listens(switch, connection):
     server = manager.add_server(pywbem.WBEMServer(connection))
     with listening() as (port, arrived):
         destination = manager.add_destination(server, f"http://127.0.0.1:{port}", destination_id="one")
-        filters = [filter_named(connection, name) for name in ("CQL:Alert:All", "CQL:Modify:FCPort")]
-        alerts, changes = manager.add_subscriptions(server, filters[:1], destination.path) + manager.add_subscriptions(
-            server, filters[1:], destination.path)
+        (_, changes) = [manager.add_subscriptions(server, filter_named(connection, name), destination.path)[0]
+                        for name in ("CQL:Alert:All", "CQL:Modify:FCPort")]
         switch("port 3 down")
         assert {arrived.get(timeout=WATCHDOG_SECONDS).classname for _ in range(2)} == {
             "CIM_AlertIndication", "CIM_InstModification"}
