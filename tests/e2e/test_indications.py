@@ -235,9 +235,21 @@ def test_many_events_arrive_complete_and_in_order(switch, subscribe, listeners, 
     subscribe(listeners.url(f"{what}-alerts"), "CQL:Alert:SNIA:Core12")
     subscribe(listeners.url(f"{what}-changes"), "Modify:FCPort")
     expected = ups_and_downs(switch, count)
-    expected += ups_and_downs(switch, 1, [8])
     check_told(listeners, f"{what}-alerts", expected)
     check_told(listeners, f"{what}-changes", expected)
+    # Nothing came twice.
+    last = ups_and_downs(switch, 1, [8])
+    check_told(listeners, f"{what}-alerts", last)
+    check_told(listeners, f"{what}-changes", last)
+
+
+def test_the_largest_switch_comes_and_goes_at_once(switch, subscribe, listeners):
+    ports = [f"{OTHER}:2{number:03x}{OTHER[4:]}" for number in range(1536)]
+    for what in ("Create", "Delete"):
+        subscribe(listeners.url(f"keep-{what}"), f"{what}:FCPort")
+    for command, name in [(f"switch add 9 {OTHER} {len(ports)}", "keep-Create"), ("switch remove 9", "keep-Delete")]:
+        switch(command)
+        assert [one["SourceInstance"]["DeviceID"] for one in listeners.next_ones(name, len(ports))] == ports
 
 
 def test_listeners_that_fail_hold_nobody_up(switch, subscribe, listeners):
