@@ -31,8 +31,8 @@ constexpr Event_Types eventType(std::int32_t type)
 class Event_List
 {
   public:
-    // Room for what is told when a switch with the most ports, 1,536, comes, goes or loses its power, and faster
-    // than the thread can follow: a megabyte at most, but for absurdly long texts.
+    // Room for what is told when a switch with the most ports, 1,536, comes, goes or loses its power, and
+    // faster than the thread can follow: about a megabyte with texts of the usual length.
     static constexpr std::size_t kCapacity = 2048;
     static constexpr std::uint64_t kLossReportMilliseconds = 60000;
 
