@@ -3,6 +3,7 @@ SHELL := /bin/bash
 JOBS ?= $(shell nproc)
 PORT ?= 5988
 SCENARIO ?= simulator/scenarios/default.json
+SWITCH_SOCKET ?= build/release/switch.sock
 FUZZ_SECONDS ?= 60
 PYTHON := .venv/bin/python3
 
@@ -14,11 +15,11 @@ help:
 setup:
 	@scripts/setup
 
-## make run        build the agent and start it on the default scenario (PORT=5988, SCENARIO=file)
+## make run        build the agent and start it on the default scenario (PORT=5988, SCENARIO=file, SWITCH_SOCKET=path)
 run: setup
 	@scripts/build release bundle
-	@scripts/show-how-to-query $(PORT)
-	@exec build/release/bin/cimd --port $(PORT) --scenario $(SCENARIO)
+	@scripts/show-how-to-query $(PORT) $(SWITCH_SOCKET)
+	@exec build/release/bin/cimd --port $(PORT) --scenario $(SCENARIO) --switch-socket $(SWITCH_SOCKET)
 
 ## make demo       start the agent on a free port, walk it with a real client, stop
 demo: setup

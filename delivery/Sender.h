@@ -26,8 +26,9 @@ namespace cimple
 // for.
 struct Sender_Settings
 {
-    std::size_t messagesEach = 1000; // waiting for one destination
-    std::size_t bytesEach = 2 * 1024 * 1024;
+    // Waiting for one destination: the status of each port of the largest switch, at some 2.3 KB.
+    std::size_t messagesEach = 2000;
+    std::size_t bytesEach = 5 * 1024 * 1024;
     std::size_t bytesInAll = 8 * 1024 * 1024;
     unsigned tries = 8;                         // of one message
     std::chrono::milliseconds firstPause{1000}; // after a failed try; doubles with each in a row

@@ -31,8 +31,9 @@ constexpr Event_Types eventType(std::int32_t type)
 class Event_List
 {
   public:
-    // Room for what a fabric of some size tells while the thread is busy, in less than half a megabyte.
-    static constexpr std::size_t kCapacity = 512;
+    // Room for what is told when a switch with the most ports, 1,536, comes, goes or loses its power, and
+    // faster than the thread can follow: about a megabyte with texts of the usual length.
+    static constexpr std::size_t kCapacity = 2048;
     static constexpr std::uint64_t kLossReportMilliseconds = 60000;
 
     // Milliseconds of a clock that never goes back.

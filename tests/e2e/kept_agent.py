@@ -11,9 +11,9 @@ from agent_process import DEFAULT_SCENARIO, NAMESPACE, AgentProcess
 class KeptAgent:
     """A context manager. `connection` is a client's; another one after restart()."""
 
-    def __init__(self, build_dir, directory, scenario=DEFAULT_SCENARIO):
+    def __init__(self, build_dir, directory, scenario=DEFAULT_SCENARIO, extra_args=()):
         self._file = pathlib.Path(directory) / "state.json"
-        self._start = lambda: AgentProcess(build_dir, scenario, ["--state", str(self._file)])
+        self._start = lambda: AgentProcess(build_dir, scenario, ["--state", str(self._file), *extra_args])
 
     def __enter__(self):
         self.process = self._start().__enter__()

@@ -3,10 +3,11 @@
 import pywbem
 import pytest
 
+import indications
 from agent_process import NAMESPACE
+from indications import FILTER, LISTENER, SUBSCRIPTION, filter_named, subscription
 from kept_agent import KeptAgent, six_ways
 
-FILTER, LISTENER, SUBSCRIPTION = "CIM_IndicationFilter", "CIM_ListenerDestinationCIMXML", "CIM_IndicationSubscription"
 URL = "http://127.0.0.1:50000"
 
 
@@ -17,15 +18,7 @@ def agent(build_dir, tmp_path):
 
 
 def listener(name, **properties):
-    return pywbem.CIMInstance(LISTENER, {"CreationClassName": LISTENER, "Name": name, "Destination": URL, **properties})
-
-
-def subscription(named_filter, handler, **properties):
-    return pywbem.CIMInstance(SUBSCRIPTION, {"Filter": named_filter, "Handler": handler, **properties})
-
-
-def filter_named(connection, name):
-    return next(path for path in connection.EnumerateInstanceNames(FILTER) if path["Name"] == name)
+    return indications.listener(name, URL, **properties)
 
 
 def error_of(call, *args, **kwargs):
