@@ -106,10 +106,11 @@ bool VRAX_ConfigurationData_Provider::parseInstanceID(const String& instanceId,
                                                       std::string& fileType)
 {
     cim_log(kLogInfo, "InstanceID = %s\n", instanceId.c_str());
-    if (instanceId.size() < kShortestId)
+    const std::string id = instanceId.c_str();
+    if (id.size() < kShortestId)
         return false;
-    wwn.assign(instanceId.c_str() + kWwnAt, kWwnLength);
-    fileType = instanceId.c_str() + kTypeAt;
+    wwn = id.substr(kWwnAt, kWwnLength);
+    fileType = id.substr(kTypeAt);
     return fileType == kNew || fileType == kDefault;
 }
 
