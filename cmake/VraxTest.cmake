@@ -1,6 +1,6 @@
 # vrax_add_test(<name> [SOURCES <files>] [EXCEPT <files>] [ALSO <files>] [LIBS <libraries>])
-#   A GoogleTest program whose cases run one by one under ctest, through the emulator when cross-compiling. Without
-#   SOURCES: of every source of the folder but for those excepted, and ALSO those of other folders.
+#   A GoogleTest program whose cases run one by one under ctest, or all in one through the emulator when
+#   cross-compiling. Without SOURCES: of every source of the folder but for those excepted, and ALSO those of other folders.
 
 if(VRAX_TESTS)
     enable_testing()
@@ -26,5 +26,10 @@ function(vrax_add_test name)
     target_link_libraries(${name} PRIVATE vrax_warnings ${arg_LIBS} $<IF:$<TARGET_EXISTS:GTest::gtest_main>,GTest::gtest_main,gtest_main>)
     # Assertions are if and else. Which if an else belongs to shows from the indentation, which is checked.
     target_compile_options(${name} PRIVATE -Wno-dangling-else)
+    if(CMAKE_CROSSCOMPILING) # the emulator takes longer to start a program than a case takes
+        add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+        set_tests_properties(${name} PROPERTIES TIMEOUT 1200 LABELS unit)
+        return()
+    endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600 LABELS unit)
 endfunction()
