@@ -1,7 +1,10 @@
 """An agent whose simulated switch keeps its state in a file, where a test sees what the switch itself has."""
 
 import json
+import os
 import pathlib
+import signal
+import time
 
 import pywbem
 
@@ -27,6 +30,14 @@ class KeptAgent:
         """What is asked for afterwards is read from the switch: the module that had asked before is gone."""
         self.process.stop()
         self.__enter__()
+
+    def crash(self):
+        """Kills the serving process and waits for the one that takes its place."""
+        killed = self.process.serving_pid
+        os.kill(killed, signal.SIGKILL)
+        while self.process.serving_pid in (killed, self.process.process.pid):
+            time.sleep(0.01)
+        self.connection = pywbem.WBEMConnection(self.process.url, default_namespace=NAMESPACE, timeout=60)
 
     def state(self):
         """The durable part of the switch, as docs/simulator.md describes a scenario. The file follows each change

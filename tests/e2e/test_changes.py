@@ -1,8 +1,5 @@
 """What a client may change: names and states of the local switch and its ports, read back after the change."""
 
-import os
-import signal
-
 import pywbem
 import pytest
 
@@ -93,7 +90,7 @@ def test_a_method_that_is_not_supported(connection):
 def test_what_was_changed_outlives_a_crash_and_a_restart(build_dir, tmp_path):
     with KeptAgent(build_dir, tmp_path) as agent:
         rename(agent.connection, local_switch(agent.connection), "kept")
-        os.kill(agent.process.serving_pid, signal.SIGKILL)
+        agent.crash()
         assert local_switch(agent.connection)["ElementName"] == "kept"
         rename(agent.connection, local_port(agent.connection, 3), "kept, too")
         agent.restart()

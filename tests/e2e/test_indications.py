@@ -1,7 +1,6 @@
 """Indications from end to end: something happens to the switch, and those who subscribed to it are told."""
 
 import json
-import os
 import signal
 import subprocess
 import sys
@@ -291,7 +290,7 @@ def test_a_restart_and_a_crash_forget_nobody(build_dir, tmp_path, socket, listen
         switch(f"switch add 9 {OTHER} 1")
         assert listeners.next("close-b")["SourceInstance"]["Name"] == OTHER
         assert listeners.next("keep-a")["MessageID"] == "FC7"
-        os.kill(agent.process.serving_pid, signal.SIGKILL)
+        agent.crash()
         assert len(agent.connection.EnumerateInstances(SUBSCRIPTION)) == 3
         # What happens while the next process starts is told to nobody.
         wait_until(lambda: listeners.has("keep-a") or switch("user refuse eva"))
