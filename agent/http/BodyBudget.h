@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <cstddef>
-#include <utility>
 
 namespace cimd
 {
@@ -48,7 +47,13 @@ class BodyShare
         _taken += bytes;
         return true;
     }
-    void giveBack() { _budget.giveBack(std::exchange(_taken, 0)); }
+    // At most what it has taken.
+    void giveBack(std::size_t bytes)
+    {
+        _budget.giveBack(bytes);
+        _taken -= bytes;
+    }
+    void giveBack() { giveBack(_taken); }
 
   private:
     BodyBudget& _budget;

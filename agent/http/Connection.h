@@ -9,6 +9,7 @@
 #include "agent/http/message.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <microhttpd.h>
 #include <mutex>
@@ -28,7 +29,8 @@ struct Exchange
     }
 
     HttpRequest request;
-    BodyShare share;                     ///< of the memory for bodies: what this one takes
+    BodyShare share; ///< of the memory for bodies: what this one takes
+    std::function<void(std::string&, std::string_view)> collect; ///< see Verdict
     std::optional<HttpResponse> refusal; ///< what the head or the size of the body earned it
     std::size_t received = 0;            ///< body bytes, dropped ones included
     std::size_t bodyLimit = 0;

@@ -9,6 +9,8 @@
 #include <limits>
 #include <optional>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 
 namespace cimd
 {
@@ -20,6 +22,9 @@ struct Verdict
     std::optional<HttpResponse> response = std::nullopt;
     // Bytes of body taken from this client, where that is less than from others; more are answered 413.
     std::size_t bodyLimit = std::numeric_limits<std::size_t>::max();
+    // Appends what arrives to the body, in a shorter form if it knows one, at most as many bytes. Runs on an
+    // I/O thread. Empty: the body is kept as it comes.
+    std::function<void(std::string& body, std::string_view part)> collect = nullptr;
 };
 
 // Nobody waits for the rest of an answer: the client left or took too long, or time for it has run out.

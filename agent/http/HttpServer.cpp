@@ -241,6 +241,7 @@ class HttpServer::Impl
             Verdict verdict = _handler.refuse(request);
             refusal = std::move(verdict.response);
             exchange.bodyLimit = std::min(_limits.bodyBytes, verdict.bodyLimit);
+            exchange.collect = std::move(verdict.collect);
         }
         const bool isEndless = isUnknownCoding(request);
         const bool ambiguous = isAmbiguous(request);
@@ -290,12 +291,18 @@ class HttpServer::Impl
             return;
         }
         // Growing in steps takes up to three times a large body. The announced length is believed once a part
-        // of it is there: announcing alone must not cost memory.
+        // of it is there: announcing alone must not cost memory. What became shorter so far will go on so.
         const std::size_t announced = std::min(announcedBytes(exchange.request), exchange.bodyLimit);
-        if (exchange.received > body.capacity() && exchange.received <= announced &&
+        const std::size_t before = body.size();
+        const std::size_t needed = before + size;
+        if (needed > body.capacity() && exchange.received <= announced &&
             announced / kBelief <= exchange.received)
-            body.reserve(announced);
-        body.append(data, size);
+            body.reserve(std::min(announced, (announced / exchange.received + 1) * needed));
+        if (exchange.collect)
+            exchange.collect(body, {data, size});
+        else
+            body.append(data, size);
+        exchange.share.giveBack(size - (body.size() - before));
     }
 
     MHD_Result complete(MHD_Connection* handle, Connection& connection)

@@ -5,6 +5,7 @@
 #include "agent/http/cim_headers.h"
 #include "agent/log/log.h"
 #include "agent/ops/TracedStream.h"
+#include "agent/xml/ByteArrayPacker.h"
 
 #include <chrono>
 #include <utility>
@@ -104,14 +105,17 @@ Verdict FrontEnd::refuse(const HttpRequest& head)
             "http",
             head.peer + ": " + clipped(head.method) + " " + clipped(head.target) + ": HTTP " +
                 std::to_string(response->status));
-    return {std::move(response)};
+    Verdict verdict{std::move(response)};
+    verdict.collect = [packer = ByteArrayPacker()](std::string& body, std::string_view part) mutable
+    { packer.append(body, part); };
+    return verdict;
 }
 
 HttpResponse FrontEnd::answer(HttpRequest& request, AnswerStream& stream)
 {
     if (_watch.trace == nullptr)
         return operate(request, stream);
-    _watch.trace->write("request from", request.peer, request.body);
+    _watch.trace->write("request from", request.peer, unpackByteArrays(request.body));
     TracedStream traced(stream, *_watch.trace, request.peer);
     HttpResponse response = operate(request, traced);
     traced.finish(response);

@@ -3,6 +3,7 @@
 
 #include "agent/cim/CimArray.h"
 #include "agent/cim/value_text.h"
+#include "agent/xml/ByteArrayPacker.h"
 #include "agent/xml/xml_check.h"
 
 #include <algorithm>
@@ -194,7 +195,7 @@ CimValue ElementReader::embedded(CimType type, const std::string& text) const
         throw CimError(CimStatus::InvalidParameter, "embedded objects are nested too deep");
     try
     {
-        const XmlDocument document(text, _limits);
+        const XmlDocument document(packByteArrays(text), _limits);
         Limits inner = _limits;
         --inner.embeddedDepth;
         return CimValue::embedded(type, ElementReader(inner).instance(document.root()));
@@ -232,14 +233,11 @@ CimValue ElementReader::value(CimType type, XmlElement element) const
         if (elements.size() == most)
             failElement(element, "has more than " + std::to_string(most) + " elements");
     };
-    PlainValues plain(element);
-    for (std::string_view text; plain.next(text);)
+    PackedBytes packed(type == CimType::Uint8 ? element.value() : "");
+    for (unsigned char byte = 0; packed.next(byte);)
     {
         checkRoom();
-        std::optional<CimValue> value = parseScalar(type, text);
-        if (!value)
-            throw CimError(CimStatus::InvalidParameter, "VALUE " + noValue(type, text));
-        elements.add(std::move(*value));
+        elements.add(CimValue::uint8(byte));
     }
     for (XmlElement child = firstChild(element); child; child = nextElement(child))
     {

@@ -1,10 +1,8 @@
 // Building and reading the tree.
 #include "agent/xml/XmlDocument.h"
 
+#include "agent/xml/ByteArrayPacker.h"
 #include "agent/xml/xml_check.h"
-
-#include <algorithm>
-#include <cstring>
 
 namespace cimd
 {
@@ -17,39 +15,6 @@ XmlElement skipToElement(pugi::xml_node node)
     while (node && node.type() != pugi::node_element)
         node = node.next_sibling();
     return node;
-}
-
-// Stands before each value of a plain array in place of its tags; no XML text holds it.
-constexpr char kMark = '\x01';
-
-// "<VALUE>1</VALUE><VALUE>23</VALUE>" becomes two marks and the numbers: a fifth of the text, and no
-// elements.
-void joinValues(std::string& text, const std::vector<TextRange>& arrays)
-{
-    constexpr std::string_view kStart = "<VALUE>";
-    if (arrays.empty())
-        return;
-    std::size_t to = arrays.front().begin;
-    const auto keep = [&](std::size_t from, std::size_t end)
-    {
-        std::memmove(&text[to], &text[from], end - from);
-        to += end - from;
-    };
-    for (std::size_t i = 0; i < arrays.size(); ++i)
-    {
-        const TextRange& array = arrays[i];
-        for (std::size_t at = text.find(kStart, array.begin); at < array.end; at = text.find(kStart, at))
-        {
-            text[to++] = kMark;
-            at += kStart.size();
-            const std::size_t end = text.find('<', at);
-            keep(at, end);
-            at = end;
-        }
-        keep(array.end, i + 1 < arrays.size() ? arrays[i + 1].begin : text.size());
-    }
-    text.resize(to);
-    text.shrink_to_fit();
 }
 
 // CIM-XML has no namespaces, but some tools qualify everything they write.
@@ -84,7 +49,9 @@ void dropPrefix(XmlElement root)
 XmlDocument::XmlDocument(std::string text, const Limits& limits) : _text(std::move(text))
 {
     const XmlEncoding encoding = toUtf8(_text);
-    joinValues(_text, checkXml(_text, limits, encoding));
+    if (encoding == XmlEncoding::Utf16)
+        _text = packByteArrays(_text);
+    checkXml(_text, limits, encoding);
     // White space is kept: a string value may consist of nothing else. The text that an element begins with
     // is its value: an array has an element and a text for each of its values.
     const unsigned options = pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata;
@@ -103,23 +70,6 @@ XmlElement firstChild(XmlElement element)
 XmlElement nextElement(XmlElement element)
 {
     return skipToElement(element.next_sibling());
-}
-
-PlainValues::PlainValues(XmlElement array)
-{
-    const char* const text = array.value();
-    if (*text == kMark)
-        _rest = text;
-}
-
-bool PlainValues::next(std::string_view& text)
-{
-    if (_rest.empty())
-        return false;
-    const std::size_t end = std::min(_rest.find(kMark, 1), _rest.size());
-    text = _rest.substr(1, end - 1);
-    _rest.remove_prefix(end);
-    return true;
 }
 
 std::string textOf(XmlElement element)

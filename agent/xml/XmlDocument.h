@@ -20,7 +20,7 @@ class XmlDocument
   public:
     // Takes the text, UTF-8 or UTF-16, checks it (see checkXml()) and builds the tree in it. Throws XmlError.
     // Where the root element has a namespace prefix, the tree has the elements of that prefix without it.
-    // The arrays that checkXml() finds plain have no elements in the tree; PlainValues reads them.
+    // What ByteArrayPacker has packed are no elements in the tree but the VALUE.ARRAY's own text.
     XmlDocument(std::string text, const Limits& limits);
     XmlDocument(const XmlDocument&) = delete;
     XmlDocument& operator=(const XmlDocument&) = delete;
@@ -43,21 +43,6 @@ inline bool isTag(XmlElement element, std::string_view tag)
 {
     return tag == element.name();
 }
-
-// Reads the texts of an array's values where the tree has no elements for them. They live as long as the
-// document.
-class PlainValues
-{
-  public:
-    // Of a VALUE.ARRAY; there are none if its values are elements.
-    explicit PlainValues(XmlElement array);
-
-    // False after the last.
-    bool next(std::string_view& text);
-
-  private:
-    std::string_view _rest;
-};
 
 // All character data of the element, CDATA sections included, white space kept.
 std::string textOf(XmlElement element);

@@ -2,6 +2,7 @@
 #include "agent/xml/xml_check.h"
 
 #include "agent/cim/CimName.h"
+#include "agent/xml/ByteArrayPacker.h"
 #include "agent/xml/xml_text.h"
 
 #include <algorithm>
@@ -38,6 +39,8 @@ void checkCharacters(std::string_view text)
     for (std::size_t at = 0; at < text.size();)
     {
         const std::size_t start = at;
+        if (isRunMark(text[at]) && (at = packedRunEnd(text, at)) != start)
+            continue; // the second pass sees that it is where it may be
         const char32_t c = decodeUtf8(text, at);
         if (c == kNoCharacter)
             throw XmlError(text, start, "not UTF-8");
@@ -54,8 +57,8 @@ class Checker
     {
     }
 
-    // @return the plain arrays of uint8.
-    std::vector<TextRange> run()
+    // @return how much of the text is packed.
+    std::size_t run()
     {
         if (startsWith("<?xml") && _text.size() > 5 && isSpace(_text[5]))
             declaration();
@@ -90,7 +93,7 @@ class Checker
             fail("element " + std::string(_open.back()) + " is not closed");
         if (!rootSeen)
             fail("no element");
-        return std::move(_plainArrays);
+        return _packed;
     }
 
   private:
@@ -236,8 +239,6 @@ class Checker
         countNode();
         ++_at;
         const std::string_view tag = name();
-        const bool isByteArray = tag == "VALUE.ARRAY" && _saysBytes;
-        _saysBytes = false;
         _attributes.clear();
         for (;;)
         {
@@ -248,31 +249,22 @@ class Checker
                 break;
             if (!space)
                 fail("white space was expected after " + std::string(tag));
-            attribute(tag);
+            attribute();
         }
         if (_open.size() == _limits.xmlDepth)
             fail("elements nested deeper than " + std::to_string(_limits.xmlDepth));
         _open.push_back(tag);
         _firstTextAt = _at;
-        if (isByteArray && _open.size() < _limits.xmlDepth)
-            plainArray();
+        if (tag == "VALUE.ARRAY")
+            packedRun();
     }
 
-    // Passes over the content of an array if it has the form that nearly every client gives it.
-    void plainArray()
+    void packedRun()
     {
         const std::size_t start = _at;
-        std::size_t values = 0;
-        for (skipSpace(); accept("<VALUE>"); skipSpace(), ++values)
-        {
-            _at = std::min(_text.find_first_of("<&>", _at), _text.size());
-            if (!accept("</VALUE>"))
-                break;
-        }
-        if (values != 0 && startsWith("</VALUE.ARRAY>"))
-            _plainArrays.push_back({start, _at});
-        else
-            _at = start;
+        _at = packedRunEnd(_text, _at);
+        _packed += _at - start;
+        _firstTextAt = _at;
     }
 
     void equals(std::string_view attribute)
@@ -283,14 +275,7 @@ class Checker
         skipSpace();
     }
 
-    // Whether this attribute makes an array in the element one of uint8.
-    static bool saysBytes(std::string_view tag, std::string_view attribute, std::string_view value)
-    {
-        return value == "uint8" && ((tag == "PROPERTY.ARRAY" && attribute == "TYPE") ||
-                                    (tag == "PARAMVALUE" && attribute == "PARAMTYPE"));
-    }
-
-    void attribute(std::string_view tag)
+    void attribute()
     {
         const std::string_view attribute = name();
         if (std::find(_attributes.begin(), _attributes.end(), attribute) != _attributes.end())
@@ -304,7 +289,6 @@ class Checker
         if (value.find('<') != std::string_view::npos)
             fail("\"<\" in attribute " + std::string(attribute));
         references(value);
-        _saysBytes = _saysBytes || saysBytes(tag, attribute, value);
     }
 
     void text()
@@ -353,8 +337,7 @@ class Checker
     std::size_t _firstTextAt = 0; // behind the last start tag
     std::vector<std::string_view> _open;
     std::vector<std::string_view> _attributes; // of the current tag
-    bool _saysBytes = false;                   // the last start tag declares an array of uint8
-    std::vector<TextRange> _plainArrays;
+    std::size_t _packed = 0;
 };
 
 std::string place(std::string_view text, std::size_t offset)
@@ -373,17 +356,13 @@ XmlError::XmlError(std::string_view text, std::size_t offset, const std::string&
 {
 }
 
-std::vector<TextRange> checkXml(std::string_view text, const Limits& limits, XmlEncoding encoding)
+void checkXml(std::string_view text, const Limits& limits, XmlEncoding encoding)
 {
     checkCharacters(text);
-    std::vector<TextRange> arrays = Checker(text, limits, encoding).run();
-    std::size_t other = text.size();
-    for (const TextRange& array : arrays)
-        other -= array.end - array.begin;
-    if (other > limits.xmlBytes)
+    const std::size_t packed = Checker(text, limits, encoding).run();
+    if (text.size() - packed > limits.xmlBytes)
         throw XmlError(
             text, 0, "more than " + std::to_string(limits.xmlBytes) + " bytes beside arrays of uint8");
-    return arrays;
 }
 
 } // namespace cimd

@@ -9,7 +9,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace cimd
 {
@@ -21,23 +20,14 @@ class XmlError : public std::runtime_error
     XmlError(std::string_view text, std::size_t offset, const std::string& what);
 };
 
-// What stands between the tags of a VALUE.ARRAY.
-struct TextRange
-{
-    std::size_t begin;
-    std::size_t end;
-};
-
 // Checks a UTF-8 text against the well-formedness rules of XML 1.0 (the tree builder behind it forgives
 // much). A document type declaration may name an external subset, which is not read; an internal subset is
 // refused, so that the predefined entities are the only ones. Runs in linear time and without recursion.
 // Throws XmlError.
+// @param text      May have the packed runs of ByteArrayPacker in its arrays: they do not count against the
+//                  limits, and a value is one character in the column of an error's place.
 // @param encoding  What the text was before it became UTF-8; a declaration must agree with it.
-// @return the arrays declared as uint8 that hold nothing but VALUEs of plain text, in their order. They may
-// be
-//         long: their VALUEs are no nodes, and they do not count against the limit of other text.
-std::vector<TextRange>
-checkXml(std::string_view text, const Limits& limits, XmlEncoding encoding = XmlEncoding::Utf8);
+void checkXml(std::string_view text, const Limits& limits, XmlEncoding encoding = XmlEncoding::Utf8);
 
 } // namespace cimd
 

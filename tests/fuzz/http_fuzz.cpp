@@ -5,6 +5,7 @@
 #include "agent/log/log.h"
 #include "agent/ops/FrontEnd.h"
 #include "agent/service/AgentCore.h"
+#include "agent/xml/ByteArrayPacker.h"
 #include "agent/xml/XmlDocument.h"
 #include "tests/fuzz/fuzz.h"
 
@@ -53,13 +54,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     setLogLevel(LogLevel::Error);
     static Agent agent;
     HttpRequest request = requestOf(fuzz::textOf(data, size));
-    if (agent.frontEnd.refuse(request).response)
+    const Verdict verdict = agent.frontEnd.refuse(request);
+    if (verdict.response)
         return 0;
+    // As it arrives: in two parts.
+    const std::string arrived = std::exchange(request.body, {});
+    const std::size_t half = arrived.size() / 2;
+    verdict.collect(request.body, arrived.substr(0, half));
+    verdict.collect(request.body, arrived.substr(half));
     Held stream;
     HttpResponse response = agent.frontEnd.answer(request, stream);
     Limits unbounded;
     unbounded.xmlNodes = unbounded.xmlBytes = 16 * 1024 * 1024;
     if (response.status == 200)
-        XmlDocument(std::move(response.body), unbounded); // throws unless it is well-formed
+        XmlDocument(packByteArrays(response.body), unbounded); // throws unless it is well-formed
     return 0;
 }

@@ -1,5 +1,6 @@
 // Fuzzes the reader of CIM-XML messages, and demands that what was read and written is read and written
 // alike.
+#include "agent/xml/ByteArrayPacker.h"
 #include "agent/xml/ElementReader.h"
 #include "agent/xml/element_writer.h"
 #include "agent/xml/request_reader.h"
@@ -59,7 +60,7 @@ void checkValue(XmlElement element)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 try
 {
-    const WireRequest request = readRequest(std::string(fuzz::textOf(data, size)), Limits());
+    const WireRequest request = readRequest(packByteArrays(fuzz::textOf(data, size)), Limits());
     for (const XmlElement parameter : request.parameters)
     {
         checkRoundTrip(

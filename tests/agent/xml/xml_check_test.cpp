@@ -128,38 +128,6 @@ TEST(XmlCheck, BoundsTheNodesOfATree)
     }
 }
 
-TEST(XmlCheck, ExemptsArraysOfBytesOnly)
-{
-    const auto array = [](const std::string& start, const std::string& values)
-    {
-        return "<a><" + start + "><VALUE.ARRAY>" + values + "</VALUE.ARRAY></" +
-               start.substr(0, start.find(' ')) + "></a>";
-    };
-    std::string values;
-    for (std::size_t i = 0; i < 2 * limits().xmlNodes; ++i)
-        values += "<VALUE>1</VALUE>\n";
-    const std::string parameter = "PARAMVALUE PARAMTYPE='uint8'";
-    EXPECT_EQ("", fault(array(parameter, values)));
-    EXPECT_EQ("", fault(array("PROPERTY.ARRAY NAME='a' TYPE=\"uint8\"", values)));
-    for (const std::string& bad : {array("PARAMVALUE PARAMTYPE='uint16'", values),
-                                   array("PARAMVALUE TYPE='uint8'", values),
-                                   array("PROPERTY.ARRAY PARAMTYPE='uint8'", values),
-                                   array(parameter, values + "<VALUE.NULL/>"),
-                                   array(parameter, values + "<VALUE/>"),
-                                   array(parameter, "x" + values)})
-        EXPECT_NE(std::string::npos, fault(bad).find("more than 100 elements")) << bad.substr(0, 100);
-    // Faults inside are found where they are.
-    EXPECT_EQ("line 2, column 14: end tag VALU closes nothing",
-              fault(array(parameter, "<VALUE>1</VALUE>\n<VALUE></VALU>")));
-
-    Limits tight = limits();
-    const std::string text = array(parameter, values);
-    tight.xmlBytes = text.size() - values.size();
-    EXPECT_EQ(1U, checkXml(text, tight).size());
-    --tight.xmlBytes;
-    EXPECT_THROW(checkXml(text, tight), XmlError);
-}
-
 TEST(XmlDocument, KeepsTextAndSkipsWhatIsNotContent)
 {
     const XmlDocument document("<a> <b> x&#13;<![CDATA[<y>]]><!-- no -->\r\nz </b><!-- --><?pi?>t<c/></a>",
