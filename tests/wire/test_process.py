@@ -334,7 +334,7 @@ def test_the_trace_holds_bodies_and_nothing_else(start, tmp_path):
     assert stat.S_IMODE(file.stat().st_mode) == 0o600
 
 
-def test_a_million_instances_do_not_stay_in_memory(start, build_dir):
+def test_a_million_instances_or_bytes_do_not_stay_in_memory(start, build_dir):
     program = (build_dir / "bin" / "cimd").read_bytes()
     is_plain = b"__asan_init" not in program and b"__tsan_init" not in program  # sanitizers keep what was freed
     cimd = start("--no-supervisor", "--max-operation-seconds", "3600")
@@ -356,4 +356,10 @@ def test_a_million_instances_do_not_stay_in_memory(start, build_dir):
                 rest = rest.rpartition(tag)[2][1 - len(tag):]  # it may be parted between two pieces
         assert found == count
     assert not is_plain or peak_kib() < before + 8 * 1024
+
+    before = peak_kib()
+    image = "<PROPERTY.ARRAY NAME='Image' TYPE='uint8'><VALUE.ARRAY>" + "<VALUE>123</VALUE>" * 1_000_000
+    instance = f"<INSTANCE CLASSNAME='Test_Wild'>{image}</VALUE.ARRAY></PROPERTY.ARRAY></INSTANCE>"
+    assert "Image" in answer(cimd.send("CreateInstance", PARAMETER.format("NewInstance", instance)))
+    assert not is_plain or peak_kib() < before + 6 * 1024
     assert cimd.stop() == 0
