@@ -39,8 +39,8 @@ constexpr std::string_view kEnd = R"(
 PROCESSES
        Providers run inside the server, so a provider that crashes takes it along. Therefore cimd is two processes:
        one serves; the other, the one that was started, keeps the listening sockets and starts the serving process
-       again at once when it crashes. It logs how it ended and which operations it was answering, and gives up
-       after several crashes in a row (--max-crashes, --max-crash-seconds).
+       again when it crashes: after a tenth of a second, later when it happens again and again (--max-restart-seconds).
+       It logs how it ended and which operations it was answering. It gives up only if cimd could never start.
 
 SIGNALS
        SIGTERM, SIGINT and SIGHUP end cimd after the requests in flight are answered; a second one ends it at once.
@@ -48,8 +48,7 @@ SIGNALS
        standard error. Send signals to the process that was started.
 
 EXIT STATUS
-       0 after a signal, 1 if a request in flight did not finish in time, 2 if cimd could not start, 3 if it gave up
-       after repeated crashes.
+       0 after a signal, 1 if a request in flight did not finish in time, 2 if cimd could not start.
 )";
 
 struct Entry

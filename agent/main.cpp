@@ -2,6 +2,7 @@
 #include "agent/Limits.h"
 #include "agent/Options.h"
 #include "agent/http/HttpServer.h"
+#include "agent/http/SpoolArea.h"
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
 #include "agent/platform.h"
@@ -19,6 +20,7 @@
 #include <filesystem>
 #include <malloc.h>
 #include <optional>
+#include <system_error>
 #include <unistd.h>
 
 namespace
@@ -227,6 +229,26 @@ constexpr std::uint16_t kTlsPort = 5989; // wbem-https in the registry of ports
 // Each worker would otherwise have a heap of its own, which keeps what its largest answer took.
 constexpr int kHeaps = 2;
 
+void listenOn(std::vector<ListenSocket>& sockets,
+              const Options& options,
+              const char* portOption,
+              std::uint16_t port,
+              bool isTls)
+try
+{
+    sockets.emplace_back(options.address, port, options.limits.backlog, isTls);
+}
+catch (const std::system_error& error)
+{
+    const bool isPortToBlame = error.code() == std::errc::address_in_use ||
+                               error.code() == std::errc::permission_denied; // below 1024
+    throw StartError(std::string(isPortToBlame ? portOption : "--listen") + ": " + error.what());
+}
+catch (const std::exception& error)
+{
+    throw StartError(std::string("--listen: ") + error.what());
+}
+
 int start(const Options& options)
 {
     mallopt(M_ARENA_MAX, kHeaps);
@@ -234,14 +256,9 @@ int start(const Options& options)
     const Limits& limits = options.limits;
     std::vector<ListenSocket> sockets;
     if (options.isPlainServed)
-        starting("--listen",
-                 [&] { return &sockets.emplace_back(options.address, options.port, limits.backlog); });
+        listenOn(sockets, options, "--port", options.port, false);
     if (options.certificate)
-        starting("--listen",
-                 [&] {
-                     return &sockets.emplace_back(
-                         options.address, options.tlsPort.value_or(kTlsPort), limits.backlog, true);
-                 });
+        listenOn(sockets, options, "--tls-port", options.tlsPort.value_or(kTlsPort), true);
     if (!sockets.front().isLoopback() && !options.passwordFile && !options.isOpen)
         throw StartError("--listen: " + options.address +
                          " is not for this machine alone: --password-file is needed, or --no-authentication");
@@ -250,6 +267,7 @@ int start(const Options& options)
             "auth",
             "passwords come over HTTP, readable on the way; --no-http takes them over HTTPS only");
     handOnTrust(options);
+    starting("--spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
     const TlsIdentity tls = readTlsIdentity(options); // once: files may be half renewed when a crash comes
     std::optional<XmlTrace> trace;
     if (options.traceXml)

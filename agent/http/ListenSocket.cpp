@@ -24,8 +24,7 @@ struct FreeAddrinfo
 
 [[noreturn]] void fail(const std::string& url, const char* step)
 {
-    const std::string reason = std::generic_category().message(errno);
-    throw std::runtime_error("cannot listen on " + url + ": " + step + ": " + reason);
+    throw std::system_error(errno, std::generic_category(), "cannot listen on " + url + ": " + step);
 }
 
 bool isLoopbackAddress(const std::string& address)

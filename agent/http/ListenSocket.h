@@ -17,7 +17,7 @@ class ListenSocket
     // @param address  Numeric IPv4 or IPv6 address; an IPv6 address may stand in brackets.
     // @param port     0 takes any free port.
     // @param isTls    What clients should speak; nothing to the socket itself.
-    // Throws std::runtime_error naming address, port and reason.
+    // Throws std::runtime_error naming address, port and reason; std::system_error where the system has one.
     ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog, bool isTls = false);
 
     std::uint16_t port() const { return _port; }

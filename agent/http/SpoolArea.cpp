@@ -2,24 +2,35 @@
 #include "agent/http/SpoolArea.h"
 
 #include "agent/cim/CimError.h"
+#include "agent/log/log.h"
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace cimd
 {
 
-FileDescriptor SpoolArea::file() const
+FileDescriptor SpoolArea::fileIn(const std::string& directory)
 {
-    std::string path = _directory + "/cimd-XXXXXX";
+    std::string path = directory + "/cimd-XXXXXX";
     FileDescriptor file(::mkostemp(path.data(), O_CLOEXEC));
     if (file.get() < 0)
-        fail("create a file", errno);
+        throw std::system_error(errno, std::generic_category(), "cannot create a file in " + directory);
     ::unlink(path.c_str());
     return file;
+}
+
+FileDescriptor SpoolArea::file() const
+try
+{
+    return fileIn(_directory);
+}
+catch (const std::system_error& error)
+{
+    fail("create a file", error.code().value());
 }
 
 void SpoolArea::take(std::size_t bytes)
@@ -33,8 +44,11 @@ void SpoolArea::take(std::size_t bytes)
 
 void SpoolArea::fail(const std::string& what, int error) const
 {
+    const std::string text = "cannot " + what + " for results kept in " + _directory + ": " +
+                             std::generic_category().message(error);
+    log(LogLevel::Error, "spool", text);
     throw CimError(error == ENOSPC || error == EDQUOT ? CimStatus::ServerLimitsExceeded : CimStatus::Failed,
-                   "cannot " + what + " for results kept in " + _directory + ": " + std::strerror(error));
+                   text);
 }
 
 void SpoolArea::write(const FileDescriptor& file, std::string_view bytes, std::size_t offset) const

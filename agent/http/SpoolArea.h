@@ -17,7 +17,7 @@ namespace cimd
 class SpoolArea
 {
   public:
-    // @param directory     Where files are made; it need not exist before the first one is needed.
+    // @param directory     Where files are made.
     // @param memoryBytes   What one spool keeps in memory before it opens a file.
     // @param fileBytes     What all files together may hold.
     SpoolArea(std::string directory, std::size_t memoryBytes, std::size_t fileBytes)
@@ -25,8 +25,12 @@ class SpoolArea
     {
     }
 
+    // A file without a name. Throws std::system_error with the directory.
+    static FileDescriptor fileIn(const std::string& directory);
+
     std::size_t memoryBytes() const { return _memoryBytes; }
-    // A file for reading and writing that nobody else can open. CimError (failed) with path and reason.
+    // A file for reading and writing that nobody else can open. CimError (failed) with path and reason, which
+    // also go to the log.
     FileDescriptor file() const;
     // CimError (server limits exceeded) if the files would hold more than they may.
     void take(std::size_t bytes);

@@ -141,6 +141,8 @@ try
 
     const auto time =
         std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
+    if (stream.taken() == 0) // else the head has left
+        response.headers.emplace_back("WBEMServerResponseTime", std::to_string(time.count()));
     const Done done{context, wire, outcome, time, stream.taken() + response.body.size()};
     logOperation(done);
     if (outcome.change)

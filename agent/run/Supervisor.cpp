@@ -5,8 +5,10 @@
 #include "agent/run/exit_status.h"
 #include "agent/run/signals.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <system_error>
@@ -53,10 +55,12 @@ void becomeServingProcess(pid_t parent)
 
 } // namespace
 
-bool CrashStreak::add(milliseconds lived)
+milliseconds RestartPause::next(milliseconds lived)
 {
-    _length = lived <= _within ? _length + 1 : 1;
-    return _length >= _most;
+    constexpr milliseconds kFirst{100};
+    constexpr std::chrono::minutes kEnough{1}; // of life, to be taken for able to run
+    _pause = _pause == milliseconds(0) || lived >= kEnough ? kFirst : 2 * _pause;
+    return _pause = std::min(_pause, _most);
 }
 
 Supervisor::Supervisor(const Limits& limits, InFlight& inFlight)
@@ -71,7 +75,7 @@ bool Supervisor::isFirstReady()
 
 std::optional<int> Supervisor::run(const std::function<void()>& stopListening)
 {
-    CrashStreak streak(_limits.crashesInRow, _limits.crashSeconds);
+    RestartPause restart(_limits.restartSeconds);
     const pid_t self = getpid();
     for (;;)
     {
@@ -96,17 +100,21 @@ std::optional<int> Supervisor::run(const std::function<void()>& stopListening)
         report(child, end.status, lived);
         if (end.isAsked)
             return kExitUnfinished;
-        if (streak.add(lived))
-        {
-            complain(LogLevel::Error,
-                     "giving up after " + std::to_string(streak.length()) + " crashes in a row");
-            return kExitGaveUp;
-        }
-        complain(LogLevel::Warning,
-                 "starting again; crash " + std::to_string(streak.length()) + " in a row, giving up at " +
-                     std::to_string(_limits.crashesInRow));
+        const milliseconds time = restart.next(lived);
+        complain(LogLevel::Warning, "starting again in " + secondsText(time));
+        if (!pause(time))
+            return EXIT_SUCCESS;
         _inFlight.clear();
     }
+}
+
+bool Supervisor::pause(milliseconds time)
+{
+    const SignalSet stopping({SIGTERM, SIGINT, SIGHUP});
+    const int signal = stopping.wait(time);
+    if (signal != 0)
+        complain(LogLevel::Info, signalName(signal) + ": stopping");
+    return signal == 0;
 }
 
 Supervisor::End Supervisor::watch(pid_t child, const std::function<void()>& stopListening)

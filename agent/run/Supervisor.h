@@ -1,4 +1,4 @@
-// Keeps a serving process running: one that crashes is reported and replaced at once.
+// Keeps a serving process running: one that crashes is reported and replaced.
 #ifndef AGENT_RUN_SUPERVISOR_H
 #define AGENT_RUN_SUPERVISOR_H
 
@@ -17,20 +17,19 @@
 namespace cimd
 {
 
-// Tells bad luck from a program that cannot run.
-class CrashStreak
+// How long to wait before the next start: hardly at all after bad luck, longer and longer while a program
+// cannot run, so that trying costs little and what is wrong may be put right meanwhile.
+class RestartPause
 {
   public:
-    CrashStreak(unsigned most, std::chrono::seconds within) : _most(most), _within(within) {}
+    explicit RestartPause(std::chrono::seconds most) : _most(most) {}
 
-    // Counts a crash that came so long after the start; true when it was one too many.
-    bool add(std::chrono::milliseconds lived);
-    unsigned length() const { return _length; }
+    // After an end that came so long after the start.
+    std::chrono::milliseconds next(std::chrono::milliseconds lived);
 
   private:
-    const unsigned _most;
-    const std::chrono::seconds _within;
-    unsigned _length = 0;
+    const std::chrono::milliseconds _most;
+    std::chrono::milliseconds _pause{0};
 };
 
 // Forks the process that serves and watches it from a process that does nothing else: no threads, no
@@ -44,8 +43,8 @@ class Supervisor
 
     // Returns in each serving process, with nothing, and in the parent when all is over, with the status to
     // exit with. SIGTERM, SIGINT and SIGHUP stop the serving process (as SIGTERM; a second one kills it),
-    // SIGUSR1 is passed on. Ends of the serving process that nobody asked for are followed by a new one, but
-    // for kExitNotStarted before any was ready.
+    // SIGUSR1 is passed on. Ends of the serving process that nobody asked for are followed by a new one after
+    // a pause, but for kExitNotStarted before any was ready.
     // @param stopListening  Called in the parent when it is told to stop, so that clients are turned away.
     std::optional<int> run(const std::function<void()>& stopListening);
 
@@ -61,6 +60,8 @@ class Supervisor
         bool isAsked; // by a signal to the parent
     };
     End watch(pid_t child, const std::function<void()>& stopListening);
+    // False if a signal to stop comes first.
+    static bool pause(std::chrono::milliseconds time);
     void report(pid_t child, int status, std::chrono::milliseconds lived) const;
 
     const Limits& _limits;

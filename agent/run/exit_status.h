@@ -7,7 +7,6 @@ namespace cimd
 
 constexpr int kExitUnfinished = 1; ///< A request in flight did not finish within the grace at stop.
 constexpr int kExitNotStarted = 2; ///< Options, files or addresses are wrong: trying again does not help.
-constexpr int kExitGaveUp = 3;     ///< The serving process crashed too often in a row.
 constexpr int kExitHung = 4;       ///< Too many operations never came back from their providers.
 
 } // namespace cimd

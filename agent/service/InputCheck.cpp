@@ -17,6 +17,13 @@ namespace
     throw CimError(CimStatus::InvalidParameter, message);
 }
 
+bool isKnown(const std::vector<std::string>& nameSpaces, const std::string& name)
+{
+    return std::any_of(nameSpaces.begin(),
+                       nameSpaces.end(),
+                       [&](const std::string& known) { return equalNoCase(known, name); });
+}
+
 } // namespace
 
 const ClassInfo& InputCheck::classNamed(const CimName& name) const
@@ -52,7 +59,19 @@ ObjectPath InputCheck::instancePath(const ObjectPath& path, const ClassInfo& inf
     {
         refuse(error.what());
     }
+    checkNameSpaces(complete);
     return complete;
+}
+
+// Nothing else looks at them: providers compare references without their namespaces.
+void InputCheck::checkNameSpaces(const ObjectPath& path) const
+{
+    if (!isKnown(_nameSpaces, path.nameSpace()))
+        throw CimError(CimStatus::NotFound,
+                       "there is no " + path.text() + ": namespace " + path.nameSpace() + " does not exist");
+    for (const KeyBinding& key : path.keys())
+        if (key.value.type() == CimType::Reference && !key.value.isNull())
+            checkNameSpaces(key.value.asReference());
 }
 
 CimValue

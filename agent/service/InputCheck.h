@@ -17,8 +17,11 @@ namespace cimd
 class InputCheck
 {
   public:
-    InputCheck(const ClassRepository& repository, std::string nameSpace)
-        : _repository(repository), _nameSpace(std::move(nameSpace))
+    // @param nameSpaces  All that there are; outlives the object.
+    InputCheck(const ClassRepository& repository,
+               const std::vector<std::string>& nameSpaces,
+               std::string nameSpace)
+        : _repository(repository), _nameSpaces(nameSpaces), _nameSpace(std::move(nameSpace))
     {
     }
 
@@ -29,7 +32,7 @@ class InputCheck
     // The class of a filter such as AssocClass, null for an empty name.
     const ClassInfo* filterClass(const CimName& name, const char* parameter) const;
 
-    // The complete path of an instance.
+    // The complete path of an instance. NotFound if a key refers into a namespace that does not exist.
     ObjectPath instancePath(const ObjectPath& path, const ClassInfo& info) const;
     // The instance with its properties spelled and typed as declared, and without a path.
     Instance instance(const Instance& given, const ClassInfo& info) const;
@@ -42,7 +45,10 @@ class InputCheck
   private:
     CimValue scalar(const CimValue& given, const TypedElement& declared, const std::string& what) const;
 
+    void checkNameSpaces(const ObjectPath& path) const;
+
     const ClassRepository& _repository;
+    const std::vector<std::string>& _nameSpaces;
     std::string _nameSpace;
 };
 

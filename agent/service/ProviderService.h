@@ -92,6 +92,9 @@ class ProviderService : public CimService
         std::string nameSpace;
         ObjectPath path;
         std::vector<const ProviderEntry*> providers;
+
+        // Several associations may lead to the same object.
+        bool mayRepeat() const { return providers.size() > 1; }
     };
     template <class Request, class MakeFilter>
     Walk walkFrom(const Request& request, MakeFilter makeFilter) const;

@@ -112,9 +112,11 @@ void ProviderService::associators(const RequestContext& context,
                                   const AssociatorsRequest& request,
                                   Sink<Instance>& sink)
 {
-    InstanceShaper shaper(sink, request.properties, request.includeClassOrigin);
+    const Walk way = walk(request);
+    OnceEach<Instance> once(sink);
+    InstanceShaper shaper(way.mayRepeat() ? once : sink, request.properties, request.includeClassOrigin);
     follow(context,
-           walk(request),
+           way,
            "Associators",
            originFlag(request.includeClassOrigin),
            shaper,
@@ -136,9 +138,11 @@ void ProviderService::associatorNames(const RequestContext& context,
                                       const AssociatorNamesRequest& request,
                                       Sink<ObjectPath>& sink)
 {
-    PathForwarder forwarder(sink);
+    const Walk way = walk(request);
+    OnceEach<ObjectPath> once(sink);
+    PathForwarder forwarder(way.mayRepeat() ? once : sink);
     follow(context,
-           walk(request),
+           way,
            "AssociatorNames",
            0,
            forwarder,

@@ -55,7 +55,7 @@ InputCheck ProviderService::in(const std::string& nameSpace) const
 {
     for (const std::string& known : _providers.nameSpaces())
         if (equalNoCase(known, nameSpace))
-            return {_repository, known};
+            return {_repository, _providers.nameSpaces(), known};
     throw CimError(CimStatus::InvalidNamespace, "namespace " + nameSpace + " does not exist");
 }
 

@@ -5,6 +5,9 @@
 #include "agent/broker/result.h"
 #include "agent/service/CimService.h"
 
+#include <string>
+#include <unordered_set>
+
 namespace cimd
 {
 
@@ -43,6 +46,27 @@ class PathForwarder : public ResultReceiver
 
   private:
     Sink<ObjectPath>& _sink;
+};
+
+// Passes each object on once, by its path.
+template <class Item>
+class OnceEach : public Sink<Item>
+{
+  public:
+    explicit OnceEach(Sink<Item>& sink) : _sink(sink) {}
+
+    void put(const Item& item) override
+    {
+        if (_seen.insert(pathOf(item).text()).second)
+            _sink.put(item);
+    }
+
+  private:
+    static const ObjectPath& pathOf(const ObjectPath& path) { return path; }
+    static const ObjectPath& pathOf(const Instance& instance) { return instance.path(); }
+
+    Sink<Item>& _sink;
+    std::unordered_set<std::string> _seen;
 };
 
 // For operations that return nothing a client sees; a path returned by a modification is accepted.

@@ -165,6 +165,16 @@ def test_filters_narrow_what_belongs_to_the_manager(connection, filters, expecte
     assert {p.classname for p in connection.AssociatorNames(manager, **filters)} == expected
 
 
+def test_what_several_associations_lead_to_is_found_once(connection):
+    [switch] = [path for path in connection.EnumerateInstanceNames("VRAX_FCSwitch") if connection.AssociatorNames(
+        path, AssocClass="VRAX_FCSwitchUseOfLog")]
+    each = [found for name in association_classes(connection)
+            for found in plain_paths(connection.AssociatorNames(switch, AssocClass=name))]
+    assert len(set(each)) < len(each), "nothing is led to twice"
+    assert plain_paths(connection.AssociatorNames(switch)) == sorted(set(each))
+    assert plain_paths(connection.Associators(switch)) == sorted(set(each))
+
+
 def test_unknown_filter_class_is_an_error_and_unknown_source_is_empty(connection):
     [manager] = connection.EnumerateInstanceNames("VRAX_ObjectManager")
     with pytest.raises(pywbem.CIMError) as error:

@@ -55,6 +55,12 @@ def manager_path(connection):
     return path
 
 
+def elsewhere(path):
+    """An association's path whose ends are in a namespace that is not there."""
+    path.keybindings["Dependent"].namespace = "root/elsewhere"
+    return path
+
+
 def changed_key(path, name, value):
     other = path.copy()
     other.keybindings[name] = value
@@ -66,6 +72,8 @@ def changed_key(path, name, value):
     (lambda c: c.GetInstance(changed_key(manager_path(c), "Wrong", "x")), pywbem.CIM_ERR_INVALID_PARAMETER),
     (lambda c: c.GetInstance(pywbem.CIMInstanceName("VRAX_ObjectManager", {"Name": "x"}, namespace="root/interop")),
      pywbem.CIM_ERR_INVALID_PARAMETER),
+    (lambda c: c.GetInstance(elsewhere(c.EnumerateInstanceNames("VRAX_NamespaceInManager")[0])),
+     pywbem.CIM_ERR_NOT_FOUND),
     (lambda c: c.CreateInstance(pywbem.CIMInstance("VRAX_Namespace", {"Name": "root/other"})),
      pywbem.CIM_ERR_NOT_SUPPORTED),
     (lambda c: c.DeleteInstance(manager_path(c)), pywbem.CIM_ERR_NOT_SUPPORTED),
@@ -78,6 +86,7 @@ def changed_key(path, name, value):
 ])
 def test_mistakes_have_their_status(connection, mistake, expected):
     assert status_of(mistake, connection) == expected
+    assert connection.last_server_response_time > 0
 
 
 def test_classes_are_described(connection):

@@ -47,6 +47,31 @@ CMPIrc codeOf(int status)
     }
 }
 
+namespace
+{
+
+// What became of "VRAX_Fabric: delete instance".
+const char* sayingWhat(CMPIrc code)
+{
+    switch (code)
+    {
+    case CMPI_RC_ERR_NOT_FOUND:
+        return "found no such instance";
+    case CMPI_RC_ERR_NOT_SUPPORTED:
+        return "is not supported";
+    case CMPI_RC_ERR_ALREADY_EXISTS:
+        return "found an instance with these keys";
+    case CMPI_RC_ERR_INVALID_PARAMETER:
+        return "got an invalid value";
+    case CMPI_RC_ERR_ACCESS_DENIED:
+        return "is not allowed";
+    default:
+        return "failed";
+    }
+}
+
+} // namespace
+
 void checkBroker(const CMPIStatus& status, const char* what)
 {
     if (status.rc == CMPI_RC_OK)
@@ -61,10 +86,11 @@ void checkBroker(const CMPIStatus& status, const char* what)
 
 Failure Failure::ofProvider(int status)
 {
-    std::string text = "failed (status " + std::to_string(status) + ")";
+    const CMPIrc code = cimple_cmpi::codeOf(status);
+    std::string text = sayingWhat(code) + (" (status " + std::to_string(status) + ")");
     if (const char* reason = Error::get(); *reason)
         text += std::string(": ") + reason;
-    return Failure(cimple_cmpi::codeOf(status), " ", text);
+    return Failure(code, " ", text);
 }
 
 Failure Failure::current()

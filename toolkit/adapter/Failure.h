@@ -17,7 +17,8 @@ class Failure : public std::runtime_error
   public:
     Failure(CMPIrc code, const std::string& text) : Failure(code, ": ", text) {}
 
-    // "failed (status 70)", followed by what the provider left in cimple::Error.
+    // "failed (status 70)", "is not supported (status 91)" and the like, followed by what the provider left
+    // in cimple::Error.
     static Failure ofProvider(int status);
 
     // The exception that is being handled.

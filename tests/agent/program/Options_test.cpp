@@ -143,6 +143,12 @@ TEST(OptionsTest, TheManualKnowsWhatHelpKnows)
         EXPECT_TRUE(std::regex_search(manual, entry)) << option << " is missing in docs/cimd.8.in";
     }
     EXPECT_LT(20U, options);
+    for (const LimitRow& row : limitRows())
+    {
+        const std::string standard = " Default: " + limitText(row, row.standard) + ".\n";
+        const std::size_t entry = manual.find(std::string("--") + row.option + " \" NUMBER\"");
+        EXPECT_EQ(manual.find(" Default: ", entry), manual.find(standard, entry)) << row.option;
+    }
 }
 
 } // namespace

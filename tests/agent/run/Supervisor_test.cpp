@@ -1,4 +1,4 @@
-// When a supervisor gives up; what it does otherwise is tested with the program.
+// How long a supervisor waits; what it does otherwise is tested with the program.
 #include "agent/run/Supervisor.h"
 
 #include <gtest/gtest.h>
@@ -8,31 +8,35 @@ namespace cimd
 namespace
 {
 
-TEST(CrashStreakTest, CountsCrashesThatFollowEachOther)
+TEST(RestartPause, GrowsWhileNothingLivesLong)
 {
     using std::chrono::milliseconds;
-    using std::chrono::seconds;
     const struct
     {
-        milliseconds lived;
-        unsigned length;
-        bool tooMany;
-    } crashes[] = {
-        {milliseconds(1), 1, false},
-        {seconds(10), 2, false},
-        {milliseconds(10001), 1, false}, // it had worked
-        {seconds(3600), 1, false},
-        {seconds(1), 2, false},
-        {seconds(1), 3, true},
-    };
-    CrashStreak streak(3, seconds(10));
-    for (const auto& crash : crashes)
-    {
-        EXPECT_EQ(crash.tooMany, streak.add(crash.lived)) << crash.lived.count();
-        EXPECT_EQ(crash.length, streak.length()) << crash.lived.count();
-    }
-    CrashStreak strict(1, seconds(10));
-    EXPECT_TRUE(strict.add(seconds(3600)));
+        int lived;
+        int pause;
+    } ends[] = {{1, 100},
+                {59'999, 200},
+                {0, 400},
+                {0, 800},
+                {0, 1'600},
+                {0, 3'200},
+                {60'000, 100},
+                {0, 200},
+                {0, 400},
+                {0, 800},
+                {0, 1'600},
+                {0, 3'200},
+                {0, 6'400},
+                {0, 12'800},
+                {0, 15000},
+                {0, 15'000},
+                {3'600'000, 100}};
+    RestartPause restart(std::chrono::seconds(15));
+    for (const auto& end : ends)
+        EXPECT_EQ(milliseconds(end.pause), restart.next(milliseconds(end.lived))) << end.lived;
+    RestartPause atOnce(std::chrono::seconds(0));
+    EXPECT_EQ(milliseconds(0), atOnce.next(milliseconds(0)));
 }
 
 } // namespace

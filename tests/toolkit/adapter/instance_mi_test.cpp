@@ -155,7 +155,7 @@ TEST_F(InstanceMi, GetInstanceWantsExactlyTheKeysOfTheClass)
     elements.instances = shared(sensor(7));
     Client& provider = client(elementProvider);
     const std::pair<const char*, const char*> cases[] = {
-        {".Id=u32:9", "6: Demo_Element: get instance failed (status 60)"},
+        {".Id=u32:9", "6: Demo_Element: get instance found no such instance (status 60)"},
         {"", "4: Demo_Element: get instance: key Id is missing"},
         {".Id=u32:7,Name=u32:7", "4: Demo_Element: get instance: class Demo_Element has no key Name"},
         {".Id=u32:7,Label=\"x\"", "4: Demo_Element: get instance: class Demo_Element has no key Label"},
@@ -249,7 +249,7 @@ TEST_F(InstanceMi, ModifyChangesTheInstanceOfThePathAlone)
         {7, "Demo_Sensor{}", {{"Labell"}}, {failed + "class Demo_Sensor has no property Labell"}},
         {7, "Demo_Sensor{}", {{"NewerState"}}, {failed + "class Demo_Sensor has no property NewerState"}},
         {7, "Demo_Sensor{Labell=\"x\"}", {}, {failed + "class Demo_Sensor has no property Labell"}},
-        {9, "Demo_Sensor{}", {}, {"6: Demo_Sensor: modify instance failed (status 100)"}},
+        {9, "Demo_Sensor{}", {}, {"6: Demo_Sensor: modify instance found no such instance (status 100)"}},
     };
     for (const auto& c : cases)
         EXPECT_EQ(provider.modifyInstance(sensorPath(c.id), c.inst, c.list).texts(), c.texts);

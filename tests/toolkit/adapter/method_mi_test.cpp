@@ -100,7 +100,7 @@ TEST_F(MethodMi, StatusesAndFailuresLeaveNoHalfOfAnAnswer)
     script<Demo_Lab>().method = [](Instance*) {};
     script<Demo_Lab>().status = INVOKE_METHOD_UNSUPPORTED;
     EXPECT_EQ(labs.invokeMethod(kLab, "Measure").texts(),
-              Texts{"7: Demo_Lab: method Measure failed (status 131)"});
+              Texts{"7: Demo_Lab: method Measure is not supported (status 131)"});
     // A method of the class that the provider does not know.
     script<Demo_Lab>().method = nullptr;
     EXPECT_EQ(labs.invokeMethod(kLab, "Measure").texts(),
