@@ -53,10 +53,17 @@ std::size_t InstanceObject::indexOf(std::string_view name) const
 
 void InstanceObject::set(std::string_view name, CimValue value)
 {
-    const std::size_t index = indexOf(name);
+    auto& properties = _instance.properties();
+    // Most providers go through the properties in one direction and the class's own spelling, and leave some
+    // out.
+    constexpr std::size_t kAhead = 16;
+    const std::size_t end = std::min(_next + kAhead, properties.size());
+    while (_next < end && properties[_next].name.str() != name)
+        ++_next;
+    const std::size_t index = _next < end ? _next : indexOf(name);
+    _next = index + 1;
     if (!isKept(index))
         return;
-    auto& properties = _instance.properties();
     if (!info)
     {
         _instance.set(index < properties.size() ? properties[index].name : CimName(name), std::move(value));

@@ -54,6 +54,7 @@ struct InstanceObject : CMPIInstance, Tracked
 
     Instance _instance;
     std::vector<bool> _isSet;
+    std::size_t _next = 0;   // behind the property that was set last
     std::vector<bool> _kept; // what setPropertyFilter allows, by index; empty for everything
     std::string _fault;
 };

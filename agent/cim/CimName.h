@@ -31,6 +31,9 @@ class CimName
     const char* c_str() const { return str().c_str(); }
     std::size_t hash() const;
 
+    // Both are copies of one name, which makes them equal. Cheap, but equal names need not be copies.
+    bool shares(const CimName& other) const { return _text == other._text && _text; }
+
     // Both equal without regard to case and spelled alike.
     bool identical(const CimName& other) const { return _text == other._text || str() == other.str(); }
 

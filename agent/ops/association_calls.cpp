@@ -19,8 +19,9 @@ void objectOptions(Call& call, Request& request)
 
 auto objectSink(Call& call)
 {
-    return sinkFor<Instance>(
-        call, [&call](const Instance& item) { writeObjectWithPath(call.xml, call.host, item); });
+    return sinkFor<Instance>(call,
+                             [&call, tags = PropertyTags()](const Instance& item) mutable
+                             { writeObjectWithPath(call.xml, call.host, item, tags); });
 }
 
 auto objectPathSink(Call& call)

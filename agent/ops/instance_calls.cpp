@@ -16,7 +16,9 @@ void enumerateInstances(Call& call)
     request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
     instanceOptions(call, request);
     call.parameters.finish();
-    auto sink = sinkFor<Instance>(call, [&](const Instance& item) { writeNamedInstance(call.xml, item); });
+    auto sink = sinkFor<Instance>(call,
+                                  [&, tags = PropertyTags()](const Instance& item) mutable
+                                  { writeNamedInstance(call.xml, item, tags); });
     call.service.enumerateInstances(call.context, request, sink);
 }
 

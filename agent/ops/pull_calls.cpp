@@ -114,7 +114,7 @@ class SpoolingSink : public Sink<Item>
     void encode(const Instance& instance)
     {
         encode(instance.path());
-        writeInstance(_bodyXml, instance);
+        writeInstance(_bodyXml, instance, _tags);
     }
     void encode(const ObjectPath& path) { writeInstancePath(_headXml, _call.host, path); }
 
@@ -123,6 +123,7 @@ class SpoolingSink : public Sink<Item>
     std::string _head;
     std::string _body;
     XmlWriter _headXml{_head};
+    PropertyTags _tags;
     XmlWriter _bodyXml{_body, [this] { keep(true); }};
 };
 

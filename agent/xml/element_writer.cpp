@@ -78,29 +78,48 @@ void writeElements(XmlWriter& xml, const CimValue::Elements& elements)
             writeScalar(xml, element);
 }
 
-void writeProperty(XmlWriter& xml, const Property& property)
+PropertyTags::Tags tagsOf(const Property& property)
 {
     const CimType type = property.value.type();
-    const bool isArray = property.value.isArray();
-    if (type == CimType::Reference && isArray)
+    PropertyTags::Tags tags{property.name, type, property.value.isArray(), {}, {}};
+    if (type == CimType::Reference && tags.isArray)
         throw CimError(CimStatus::Failed,
                        "property " + property.name.str() +
                            ": CIM-XML has no arrays of references in instances");
-    const std::string_view tag = type == CimType::Reference ? "PROPERTY.REFERENCE"
-                                 : isArray                  ? "PROPERTY.ARRAY"
-                                                            : "PROPERTY";
-    xml.open(tag).attribute("NAME", property.name.str());
+    tags.end = type == CimType::Reference ? "</PROPERTY.REFERENCE>"
+               : tags.isArray             ? "</PROPERTY.ARRAY>"
+                                          : "</VALUE></PROPERTY>";
+    XmlWriter xml(tags.start);
+    xml.open(type == CimType::Reference ? "PROPERTY.REFERENCE"
+             : tags.isArray             ? "PROPERTY.ARRAY"
+                                        : "PROPERTY");
+    xml.attribute("NAME", property.name.str());
     if (type != CimType::Reference)
         xml.attribute("TYPE", typeName(type));
     if (!property.classOrigin.empty())
         xml.attribute("CLASSORIGIN", property.classOrigin.str());
     writeEmbeddedAttribute(xml, type);
-    // NULL takes two tags as well: sblim-wbemcli reads the one-tag form only of elements that never hold
-    // anything.
     xml.content();
-    if (!property.value.isNull())
-        writeValue(xml, property.value);
-    xml.close(tag);
+    if (tags.opensValue())
+        xml.start("VALUE");
+    return tags;
+}
+
+void writeProperty(XmlWriter& xml, const CimValue& value, const PropertyTags::Tags& tags)
+{
+    std::string_view start = tags.start;
+    std::string_view end = tags.end;
+    if (value.isNull() && tags.opensValue())
+    {
+        // NULL takes two tags as well: sblim-wbemcli reads the one-tag form only of elements that never hold
+        // anything.
+        start.remove_suffix(std::string_view("<VALUE>").size());
+        end.remove_prefix(std::string_view("</VALUE>").size());
+    }
+    xml.raw(start);
+    if (!value.isNull())
+        tags.opensValue() ? writeScalarText(xml, value) : writeValue(xml, value);
+    xml.raw(end);
 }
 
 } // namespace
@@ -192,27 +211,46 @@ void writeEmbeddedAttribute(XmlWriter& xml, CimType type)
         xml.attribute("EmbeddedObject", type == CimType::Instance ? "instance" : "object");
 }
 
-void writeInstance(XmlWriter& xml, const Instance& instance)
+const PropertyTags::Tags& PropertyTags::of(const Property& property, std::size_t index)
+{
+    const bool isRemembered = index < _tags.size() && property.classOrigin.empty() &&
+                              _tags[index].name.shares(property.name) &&
+                              property.value.hasType(_tags[index].type, _tags[index].isArray);
+    if (isRemembered)
+        return _tags[index];
+    Tags tags = tagsOf(property);
+    if (!property.classOrigin.empty())
+        tags.name = CimName(); // shared with no other property
+    if (index >= _tags.size())
+        _tags.resize(index + 1);
+    return _tags[index] = std::move(tags);
+}
+
+void writeInstance(XmlWriter& xml, const Instance& instance, PropertyTags& tags)
 {
     xml.open("INSTANCE").attribute("CLASSNAME", instance.className().str()).content();
-    for (const Property& property : instance.properties())
-        writeProperty(xml, property);
+    const std::vector<Property>& properties = instance.properties();
+    for (std::size_t i = 0; i < properties.size(); ++i)
+        writeProperty(xml, properties[i].value, tags.of(properties[i], i));
     xml.close("INSTANCE");
 }
 
-void writeNamedInstance(XmlWriter& xml, const Instance& instance)
+void writeNamedInstance(XmlWriter& xml, const Instance& instance, PropertyTags& tags)
 {
     xml.start("VALUE.NAMEDINSTANCE");
     writeInstanceName(xml, instance.path());
-    writeInstance(xml, instance);
+    writeInstance(xml, instance, tags);
     xml.close("VALUE.NAMEDINSTANCE");
 }
 
-void writeObjectWithPath(XmlWriter& xml, const std::string& host, const Instance& instance)
+void writeObjectWithPath(XmlWriter& xml,
+                         const std::string& host,
+                         const Instance& instance,
+                         PropertyTags& tags)
 {
     xml.start("VALUE.OBJECTWITHPATH");
     writeInstancePath(xml, host, instance.path());
-    writeInstance(xml, instance);
+    writeInstance(xml, instance, tags);
     xml.close("VALUE.OBJECTWITHPATH");
 }
 

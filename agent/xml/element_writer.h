@@ -7,7 +7,10 @@
 #include "agent/service/CimService.h"
 #include "agent/xml/xml_text.h"
 
+#include <cstddef>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace cimd
 {
@@ -26,11 +29,41 @@ void writeReference(XmlWriter& xml, const ObjectPath& path);
 void writeValue(XmlWriter& xml, const CimValue& value);
 // " EmbeddedObject=..." after the other attributes of an open tag, for the two embedded types.
 void writeEmbeddedAttribute(XmlWriter& xml, CimType type);
-void writeInstance(XmlWriter& xml, const Instance& instance);
+// Remembers the tags of one instance for the next, which is mostly of the same class.
+class PropertyTags
+{
+  public:
+    struct Tags
+    {
+        CimName name;
+        CimType type;
+        bool isArray;
+        std::string start; // with the start of a VALUE for a scalar
+        std::string_view end;
+
+        bool opensValue() const { return !isArray && type != CimType::Reference; }
+    };
+
+    // Of the property at this place of an instance. They live until the next call for the place.
+    const Tags& of(const Property& property, std::size_t index);
+
+  private:
+    std::vector<Tags> _tags;
+};
+
+void writeInstance(XmlWriter& xml, const Instance& instance, PropertyTags& tags);
+inline void writeInstance(XmlWriter& xml, const Instance& instance)
+{
+    PropertyTags tags;
+    writeInstance(xml, instance, tags);
+}
 // INSTANCENAME and INSTANCE.
-void writeNamedInstance(XmlWriter& xml, const Instance& instance);
+void writeNamedInstance(XmlWriter& xml, const Instance& instance, PropertyTags& tags);
 // VALUE.OBJECTWITHPATH: INSTANCEPATH and INSTANCE.
-void writeObjectWithPath(XmlWriter& xml, const std::string& host, const Instance& instance);
+void writeObjectWithPath(XmlWriter& xml,
+                         const std::string& host,
+                         const Instance& instance,
+                         PropertyTags& tags);
 // OBJECTPATH: INSTANCEPATH.
 void writeObjectPath(XmlWriter& xml, const std::string& host, const ObjectPath& path);
 // PARAMVALUE.

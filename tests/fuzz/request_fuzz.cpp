@@ -72,12 +72,19 @@ try
         checkRoundTrip(
             "path", child, [](XmlElement e) { return kReader.path(e); }, writeReference);
         checkRoundTrip(
-            "instance", child, [](XmlElement e) { return kReader.instance(e); }, writeInstance);
+            "instance",
+            child,
+            [](XmlElement e) { return kReader.instance(e); },
+            [](XmlWriter& xml, const Instance& instance) { writeInstance(xml, instance); });
         checkRoundTrip(
             "named instance",
             child,
             [](XmlElement e) { return kReader.namedInstance(e); },
-            writeNamedInstance);
+            [](XmlWriter& xml, const Instance& instance)
+            {
+                PropertyTags tags;
+                writeNamedInstance(xml, instance, tags);
+            });
     }
     return 0;
 }
