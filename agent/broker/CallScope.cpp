@@ -3,6 +3,7 @@
 
 #include "agent/broker/boundary.h"
 #include "agent/cim/CimError.h"
+#include "agent/repository/ClassInfo.h"
 
 namespace cimd
 {
@@ -64,6 +65,19 @@ void CallScope::freeLast()
     Tracked* object = _last;
     unlink(*object);
     delete object;
+}
+
+std::vector<Property> CallScope::blankOf(const ClassInfo& info)
+{
+    if (std::exchange(_blankClass, nullptr) == &info)
+        return std::move(_blank);
+    return info.blank();
+}
+
+void CallScope::keepBlank(const ClassInfo& info, std::vector<Property> properties)
+{
+    _blankClass = &info;
+    _blank = std::move(properties);
 }
 
 const void* CallScope::mark()

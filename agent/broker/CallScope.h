@@ -2,15 +2,19 @@
 #ifndef AGENT_BROKER_CALLSCOPE_H
 #define AGENT_BROKER_CALLSCOPE_H
 
+#include "agent/cim/Instance.h"
+
 #include <cstddef>
 #include <memory>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace cimd
 {
 
 class CallScope;
+class ClassInfo;
 class ClassRepository;
 
 // Base of everything the broker hands out. Either a call scope owns it, or (a clone) whoever calls release.
@@ -22,7 +26,7 @@ class Tracked
     Tracked& operator=(const Tracked&) = delete;
     virtual ~Tracked() = default;
 
-    const CallScope* owner() const { return _owner; }
+    CallScope* owner() const { return _owner; }
 
   private:
     friend class CallScope;
@@ -54,6 +58,12 @@ class CallScope
 
     void adopt(std::unique_ptr<Tracked> object);
 
+    // The properties of an instance of the class, all NULL: those of one that has gone, or new ones.
+    // Providers mostly make one instance after the other, and naming the properties of each anew takes time.
+    std::vector<Property> blankOf(const ClassInfo& info);
+    // Takes back what blankOf() gave, all NULL again.
+    void keepBlank(const ClassInfo& info, std::vector<Property> properties);
+
     // Levels within the scope: release frees what was adopted since, and ends levels opened since. False if
     // the mark is not one of this scope.
     const void* mark();
@@ -71,6 +81,8 @@ class CallScope
     std::size_t _depth;
     std::thread::id _thread;
     Tracked* _last = nullptr;
+    const ClassInfo* _blankClass = nullptr;
+    std::vector<Property> _blank;
 };
 
 // The innermost scope; CmpiError (invalid handle) on a thread that is not attached.

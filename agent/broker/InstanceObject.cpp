@@ -23,7 +23,10 @@ InstanceObject::InstanceObject(const ClassRepository& classes, const ObjectPath&
     _instance.setPath(path);
     if (!info)
         return;
-    _instance.properties() = info->blank();
+    if (CallScope* const scope = CallScope::current())
+        _instance.properties() = scope->blankOf(*info);
+    else
+        _instance.properties() = info->blank();
     _isSet.resize(info->properties().size());
 }
 
@@ -38,6 +41,17 @@ InstanceObject::InstanceObject(const InstanceObject& other)
     : CMPIInstance{this, kTable}, Tracked(other), repository(other.repository), info(other.info),
       _instance(other._instance), _isSet(other._isSet), _kept(other._kept), _fault(other._fault)
 {
+}
+
+InstanceObject::~InstanceObject()
+{
+    if (!info || !owner())
+        return;
+    std::vector<Property>& properties = _instance.properties();
+    for (std::size_t i = 0; i < properties.size(); ++i)
+        if (_isSet[i])
+            properties[i].value = CimValue::null(properties[i].value.type(), properties[i].value.isArray());
+    owner()->keepBlank(*info, std::move(properties));
 }
 
 std::size_t InstanceObject::indexOf(std::string_view name) const

@@ -20,6 +20,7 @@ struct InstanceObject : CMPIInstance, Tracked
     // One with the properties of a given instance; CmpiError if one does not fit the class.
     InstanceObject(const ClassRepository& classes, const Instance& source);
     InstanceObject(const InstanceObject& other);
+    ~InstanceObject() override;
 
     // CmpiError if the class lacks the property or the value is of another type.
     void set(std::string_view name, CimValue value);
