@@ -62,10 +62,10 @@ fuzz: setup
 	@scripts/build fuzz fuzz
 	@scripts/fuzz build/fuzz $(FUZZ_SECONDS)
 
-## make bench      performance figures of an optimised build, module and agent
+## make bench      performance figures of an optimised build, module and agent (AGAINST=other build: the two agents compared)
 bench: setup
 	@scripts/build release benches
-	@scripts/bench build/release
+	@scripts/bench build/release $(if $(AGAINST),--against $(AGAINST))
 
 ## make format     format the sources in place
 format: setup

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <fstream>
 #include <stdexcept>
 
@@ -77,6 +78,15 @@ Memory Agent::memory() const
         std::sscanf(line.c_str(), "RssAnon: %zu", &memory.own);
     }
     return memory;
+}
+
+double Agent::processorSeconds() const
+{
+    clockid_t clock = 0;
+    timespec time{};
+    if (clock_getcpuclockid(_pid, &clock) != 0 || clock_gettime(clock, &time) != 0)
+        throw std::runtime_error("the agent has ended");
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
 void Agent::forgetPeak() const

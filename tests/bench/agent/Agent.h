@@ -33,6 +33,8 @@ class Agent
 
     std::uint16_t port() const { return _port; }
     Memory memory() const; // of the process that was started
+    // Of all its threads since the start.
+    double processorSeconds() const;
     // Makes the next peak that of the time from now on.
     void forgetPeak() const;
 

@@ -1,7 +1,8 @@
-// What the agent costs a client and its switch: cimd_bench <build directory>.
+// What the agent costs a client and its switch.
 //
 // Times are of the wall clock and include this program, which shares the machine with the agent.
 #include "tests/bench/agent/Agent.h"
+#include "tests/bench/agent/against.h"
 #include "tests/bench/agent/http_load.h"
 
 #include <algorithm>
@@ -247,9 +248,12 @@ void benchLongAnswers(const Places& places, const std::vector<std::string>& fabr
 
 int main(int argc, char** argv)
 {
-    if (argc != 3)
+    if (argc != 3 && argc != 4)
     {
-        std::fprintf(stderr, "usage: %s <build directory> <scenario of a large fabric>\n", argv[0]);
+        std::fprintf(stderr,
+                     "usage: %s <build directory> <scenario of a large fabric> [<other build directory>]\n"
+                     "With another build the two are compared, and nothing else is measured.\n",
+                     argv[0]);
         return 2;
     }
     const std::string build = argv[1];
@@ -263,6 +267,11 @@ int main(int argc, char** argv)
                          BENCH_PROVIDERS}};
     try
     {
+        if (argc == 4)
+        {
+            benchAgainst(places.program, std::string(argv[3]) + "/bin/cimd", {"--scenario", argv[2]});
+            return 0;
+        }
         benchStart(places);
         benchSwitch(places);
         benchImage(places);
