@@ -190,8 +190,8 @@ const Instance& InstanceObject::complete(const std::string& nameSpace)
         }
         ObjectPath full = path();
         completePath(full, *info, *repository, nameSpace);
-        for (const KeyBinding& key : full.keys())
-            completeKey(key);
+        for (std::size_t i = 0; i < full.keys().size(); ++i)
+            completeKey(full.keys()[i], info->keyIndexes()[i]);
         _instance.setPath(std::move(full));
     }
     catch (const ShapeError& error)
@@ -202,9 +202,8 @@ const Instance& InstanceObject::complete(const std::string& nameSpace)
 }
 
 // A key may be set as a property, in the path, or in both alike.
-void InstanceObject::completeKey(const KeyBinding& key)
+void InstanceObject::completeKey(const KeyBinding& key, std::size_t index)
 {
-    const std::size_t index = indexOf(key.name.str());
     CimValue& value = _instance.properties()[index].value;
     if (!value.isNull())
     {

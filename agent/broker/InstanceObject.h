@@ -51,7 +51,7 @@ struct InstanceObject : CMPIInstance, Tracked
     std::size_t indexOf(std::string_view name) const; // of an existing property, or the number of properties
     bool isKept(std::size_t index) const { return _kept.empty() || (index < _kept.size() && _kept[index]); }
     void checkUsable() const;
-    void completeKey(const KeyBinding& key);
+    void completeKey(const KeyBinding& key, std::size_t index);
 
     Instance _instance;
     std::vector<bool> _isSet;

@@ -25,10 +25,15 @@ CMPIInstance* newInstance(const CMPIBroker* mb, const CMPIObjectPath* path, CMPI
 
 CMPIObjectPath* newObjectPath(const CMPIBroker*, const char* nameSpace, const char* className, CMPIStatus* rc)
 {
-    return answer(
-        rc,
-        [&]() -> CMPIObjectPath*
-        { return track<ObjectPathObject>(ObjectPath(orEmpty(nameSpace), CimName(orEmpty(className)))); });
+    return answer(rc,
+                  [&]() -> CMPIObjectPath*
+                  {
+                      CimName name(orEmpty(className));
+                      const ClassInfo* const info = currentScope().repository().find(name);
+                      ObjectPath path(orEmpty(nameSpace), std::move(name));
+                      path.keys().reserve(info ? info->keys().size() : 0);
+                      return track<ObjectPathObject>(std::move(path), info);
+                  });
 }
 
 CMPIArgs* newArgs(const CMPIBroker*, CMPIStatus* rc)

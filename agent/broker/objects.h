@@ -69,10 +69,14 @@ struct ObjectPathObject : CMPIObjectPath, Tracked
     using Handle = CMPIObjectPath;
     static constexpr const CMPIObjectPathFT* kTable = &kObjectPathTable;
 
-    explicit ObjectPathObject(ObjectPath value) : CMPIObjectPath{this, kTable}, path(std::move(value)) {}
-    ObjectPathObject(const ObjectPathObject& other) : ObjectPathObject(other.path) {}
+    explicit ObjectPathObject(ObjectPath value, const ClassInfo* known = nullptr)
+        : CMPIObjectPath{this, kTable}, path(std::move(value)), info(known)
+    {
+    }
+    ObjectPathObject(const ObjectPathObject& other) : ObjectPathObject(other.path, other.info) {}
 
     ObjectPath path;
+    const ClassInfo* info; // whose names the keys may share; null if not looked up
 };
 
 struct ArgsObject : CMPIArgs, Tracked

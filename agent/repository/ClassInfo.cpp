@@ -141,6 +141,8 @@ void ClassInfo::index()
     std::sort(_keys.begin(),
               _keys.end(),
               [](const PropertyDecl* a, const PropertyDecl* b) { return a->name < b->name; });
+    for (const PropertyDecl* key : _keys)
+        _keyIndexes.push_back(*findProperty(key->name.str()));
 }
 
 bool ClassInfo::isA(const CimName& className) const

@@ -44,6 +44,8 @@ class ClassInfo
     {
         return _keys;
     } // ordered by name, as keys of a path are
+    // Where keys() are in properties(), in the same order.
+    const std::vector<std::size_t>& keyIndexes() const { return _keyIndexes; }
     const std::vector<const PropertyDecl*>& references() const { return _references; }
     // Indexes of the properties whose values have a class of their own: references and embedded instances.
     const std::vector<std::size_t>& structured() const { return _structured; }
@@ -77,6 +79,7 @@ class ClassInfo
     std::vector<const PropertyDecl*> _properties;
     std::vector<std::size_t> _byName; // indexes of _properties ordered by property name
     std::vector<const PropertyDecl*> _keys;
+    std::vector<std::size_t> _keyIndexes;
     std::vector<const PropertyDecl*> _references;
     std::vector<std::size_t> _structured;
     std::vector<const MethodDecl*> _methods;

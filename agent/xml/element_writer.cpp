@@ -146,18 +146,23 @@ void writeInstanceName(XmlWriter& xml, const ObjectPath& path)
     xml.open("INSTANCENAME").attribute("CLASSNAME", path.className().str()).content();
     for (const KeyBinding& key : path.keys())
     {
-        xml.open("KEYBINDING").attribute("NAME", key.name.str()).content();
+        xml.raw("<KEYBINDING NAME=\"");
+        xml.text(key.name.str());
         const CimType type = key.value.type();
         if (type == CimType::Reference)
-            writeReference(xml, key.value.asReference());
-        else
         {
-            xml.open("KEYVALUE").attribute("VALUETYPE", keyKind(type)).attribute("TYPE", typeName(type));
-            xml.content();
-            writeScalarText(xml, key.value);
-            xml.close("KEYVALUE");
+            xml.raw("\">");
+            writeReference(xml, key.value.asReference());
+            xml.raw("</KEYBINDING>");
+            continue;
         }
-        xml.close("KEYBINDING");
+        xml.raw("\"><KEYVALUE VALUETYPE=\"");
+        xml.raw(keyKind(type));
+        xml.raw("\" TYPE=\"");
+        xml.raw(typeName(type));
+        xml.raw("\">");
+        writeScalarText(xml, key.value);
+        xml.raw("</KEYVALUE></KEYBINDING>");
     }
     xml.close("INSTANCENAME");
 }
