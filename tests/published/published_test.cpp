@@ -16,7 +16,10 @@
 #include <strings.h>
 #include <sys/stat.h>
 
+#include <cimple/Provider_Handle.h>
 #include <nlohmann/json.hpp>
+
+extern "C" cimple::Registration* cimple_module();
 
 namespace published
 {
@@ -38,25 +41,45 @@ struct Served_Class
     bool isAssociation;
     bool hasMap;
     const cimple::Meta_Class* metaClass;
-    Served (*serve)(const Visit& visit);
+
+    // Enumerates as a server does, through the module's registration.
+    Served serve(const Visit& visit) const;
 };
 std::ostream& operator<<(std::ostream& out, const Served_Class& one)
 {
     return out << one.name;
 }
 
-template <class PROVIDER>
-Served serveAny(const Visit& visit)
+struct Receiver
 {
-    return serve<PROVIDER>([&](const typename PROVIDER::Class& one) { visit(one); });
+    const Visit& visit;
+    Served served;
+};
+
+bool receive(Instance* instance, cimple::Enum_Instances_Status, void* data)
+{
+    if (instance == nullptr) // there is nothing more
+        return false;
+    Receiver& receiver = *static_cast<Receiver*>(data);
+    ++receiver.served.count;
+    receiver.visit(*instance);
+    cimple::unref(instance);
+    return true;
+}
+
+Served Served_Class::serve(const Visit& visit) const
+{
+    const cimple::Registration* registration = cimple_module();
+    while (registration->meta_class != metaClass)
+        registration = registration->next;
+    Receiver receiver{visit, {}};
+    receiver.served.status =
+        cimple::Provider_Handle(registration).enum_instances(nullptr, receive, &receiver);
+    return receiver.served;
 }
 
 #define SERVED(cls, isAssociation)                                                                           \
-    {#cls,                                                                                                   \
-     isAssociation,                                                                                          \
-     cimple::cls##_Provider::kHasMap,                                                                        \
-     &cimple::cls::static_meta_class,                                                                        \
-     &serveAny<cimple::cls##_Provider>},
+    {#cls, isAssociation, cimple::cls##_Provider::kHasMap, &cimple::cls::static_meta_class},
 #define SERVED_INSTANCE(cls) SERVED(cls, false)
 #define SERVED_ASSOCIATION(cls) SERVED(cls, true)
 #define SERVED_INDICATION(cls)
