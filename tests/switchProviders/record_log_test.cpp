@@ -14,9 +14,8 @@ namespace
 
 typedef std::vector<std::string> Texts;
 
-const std::string kWwn = "100002a5c0de0001";
-const std::string kUser = "VRAX:RecordLog:" + kWwn + ":User";
-const std::string kAlarm = "VRAX:RecordLog:" + kWwn + ":Alarm";
+const std::string kUser = "VRAX:RecordLog:" + kLocalWwn + ":User";
+const std::string kAlarm = "VRAX:RecordLog:" + kLocalWwn + ":Alarm";
 
 template <class CLASS>
 Owned<CLASS> keysOf(const std::string& id)
@@ -123,8 +122,8 @@ TEST_F(RecordLog, MethodsLeaveTheAdministrativeModeWhateverHappens)
     } rows[] = {
         {kUser, {}, "", "0 0", "", "ReqAdmin ClearSysLog RelAdmin"},
         {kAlarm, {}, "", "0 0", "", "ReqAdmin ClearAlarmLog RelAdmin"},
-        {"VRAX:RecordLog:" + kWwn + ":ALARM", {}, "other", "0 0", "", "ReqAdmin ClearAlarmLog RelAdmin"},
-        {"VRAX:RecordLog:" + kWwn + ":Third", {}, "other", "0 0", "", "ReqAdmin RelAdmin"},
+        {"VRAX:RecordLog:" + kLocalWwn + ":ALARM", {}, "other", "0 0", "", "ReqAdmin ClearAlarmLog RelAdmin"},
+        {"VRAX:RecordLog:" + kLocalWwn + ":Third", {}, "other", "0 0", "", "ReqAdmin RelAdmin"},
         {"VRAX:RecordLog:User", {}, "other", "0 5", "Invalid logID (user/alarm)", ""},
         {kUser + "s", {}, "", "0 5", "Invalid self VRAX_RecordLog reference parameter", ""},
         {kUser, {}, "held", "0 3", refused + "100", "ReqAdmin"},
@@ -200,7 +199,7 @@ TEST_F(RecordLog, MethodsShowAtOnce)
 // Times need not rise: the clock of a switch may be set back.
 TEST_F(RecordLog, AnEntryIsFoundOnTheSwitch)
 {
-    const std::string user = "VRAX:LogEntry:" + kWwn + ":User:";
+    const std::string user = "VRAX:LogEntry:" + kLocalWwn + ":User:";
     const auto named = [&](const std::string& second, const std::string& sum)
     { return user + "Tue Mar 04 10:22:" + second + ".000001 UTC 2008:" + sum; };
     const std::string notFound = std::to_string(GET_INSTANCE_NOT_FOUND) + " ";
@@ -219,9 +218,9 @@ TEST_F(RecordLog, AnEntryIsFoundOnTheSwitch)
         {named("15", "99"), {}, "12 c"},
         {named("15", "98"), {}, notFound + "log entry not found"},
         {named("16", "99"), {}, notFound + "log entry not found"},
-        {"VRAX:LogEntry:" + kWwn + ":Alarm:Tue Mar 04 10:22:10.000001 UTC 2008:97", {}, "2 a"},
+        {"VRAX:LogEntry:" + kLocalWwn + ":Alarm:Tue Mar 04 10:22:10.000001 UTC 2008:97", {}, "2 a"},
         {"VRAX:LogEntry:x:User:Tue Mar 04 10:22:10.000001 UTC 2008:97", {}, notFound + "log entry not found"},
-        {"VRAX:LogEntry:" + kWwn + ":Third:x:97",
+        {"VRAX:LogEntry:" + kLocalWwn + ":Third:x:97",
          {},
          notFound + "Badly formatted InstanceID, :User: or :Alarm: not specified"},
         {user + "x:97", {}, notFound + "bad time format (timespec)"},
@@ -282,7 +281,7 @@ TEST_F(RecordLog, AnEntryOfALongLogIsFoundInAFewSteps)
     {
         sim.mark();
         const std::string number = std::to_string(i < 500 ? i : 7 * i);
-        EXPECT_EQ(get("VRAX:LogEntry:" + kWwn + ":User:" + time(i) + (i % 2 == 0 ? ":97" : ":98")),
+        EXPECT_EQ(get("VRAX:LogEntry:" + kLocalWwn + ":User:" + time(i) + (i % 2 == 0 ? ":97" : ":98")),
                   number + (i % 2 == 0 ? " a" : " b"));
         EXPECT_LE(sim.calls("xpl_smlGetV"), 18u) << "two ends, a bisection of 7000 numbers, two entries";
     }
@@ -293,7 +292,7 @@ TEST_F(RecordLog, ASearchIsTraced)
     const auto traced = [](int second)
     {
         const Owned<VRAX_LogEntry> keys = keysOf<VRAX_LogEntry>(
-            "VRAX:LogEntry:" + kWwn + ":Alarm:Tue Mar 04 10:22:" + std::to_string(second) +
+            "VRAX:LogEntry:" + kLocalWwn + ":Alarm:Tue Mar 04 10:22:" + std::to_string(second) +
             ".000001 UTC 2008:97");
         VRAX_LogEntry* found = nullptr;
         const Log_Capture log(kLogTrace);
