@@ -38,13 +38,15 @@ std::vector<Cells> readRequests(const std::string& path, std::size_t cells, cons
         if (line.empty() || line[0] == '#')
             continue;
         const std::size_t equals = line.find(" = ");
-        if (line[0] == '$')
+        if (line[0] == '$' && equals != line.npos && line.find(' ') == equals)
         {
             names.emplace_back(line.substr(0, equals), line.substr(equals + 3));
             continue;
         }
         for (auto name = names.rbegin(); name != names.rend(); ++name) // texts before what they hold
             replace(line, name->first, name->second);
+        if (line.find('$') != line.npos)
+            throw std::runtime_error(path + ": an unknown name: " + line);
         Cells row;
         for (std::size_t from = 0, to = 0; to != line.npos; from = to + bar.size())
         {
