@@ -1,7 +1,7 @@
 // Zoning is read by many while it is changed by some: nobody waits for ever, and no answer is half of one.
 #include "fabricProviders/VRAX_FCSwitch_Provider.h"
 #include "providers_includes.h"
-#include "tests/fabricProviders/Zoning_Test.h"
+#include "tests/fabricProviders/Zoning.h"
 
 #include <atomic>
 #include <thread>

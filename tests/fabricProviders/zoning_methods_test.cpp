@@ -3,7 +3,7 @@
 #include "simulator/scenario/scenario_json.h"
 #include "switchaccess/Zoning_Edit.h"
 #include "tests/common/testing/requests.h"
-#include "tests/fabricProviders/Zoning_Test.h"
+#include "tests/fabricProviders/Zoning.h"
 
 namespace cimple
 {

@@ -1,9 +1,9 @@
 // Tests of what clients do to zoning: what arrives in the switch and shows in what is published.
-#include "tests/fabricProviders/Zoning_Test.h"
 #include "fabricProviders/VRAX_MemberOfZoneSet_Provider.h"
 #include "fabricProviders/VRAX_ZoneAliasElementSettingData_Provider.h"
 #include "switchaccess/Zoning_Edit.h"
 #include "switchaccess/zone_members.h"
+#include "tests/fabricProviders/Zoning.h"
 
 namespace cimple
 {

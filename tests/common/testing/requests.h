@@ -18,8 +18,8 @@ typedef std::vector<std::string> Cells;
 // no row.
 std::vector<Cells> readRequests(const std::string& path, std::size_t cells, const std::string& localWwn);
 
-// Sets properties of the types boolean, uint8, uint16 and uint64: "Name=value Name=value". Without a value: zero or
-// false.
+// Sets properties of the types boolean, uint8, uint16 and uint64: "Name=value Name=value". Without a value:
+// zero or false.
 void assign(cimple::Instance& instance, const std::string& properties);
 
 #endif

@@ -1,6 +1,6 @@
 // What tests do to zoning: the methods of the service as short functions, and the deletions.
-#ifndef TESTS_FABRICPROVIDERS_ZONING_SERVICE_H
-#define TESTS_FABRICPROVIDERS_ZONING_SERVICE_H
+#ifndef TESTS_FABRICPROVIDERS_ZONING_H
+#define TESTS_FABRICPROVIDERS_ZONING_H
 
 #include "fabricProviders/VRAX_ZoneMembership_Provider.h"
 #include "fabricProviders/VRAX_ZoneSet_Provider.h"
