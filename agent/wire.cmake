@@ -6,6 +6,7 @@ add_subdirectory(auth)
 
 file(GLOB sources CONFIGURE_DEPENDS http/*.cpp ops/*.cpp pull/*.cpp xml/*.cpp)
 add_library(cimd_wire STATIC ${sources})
+vrax_unity(cimd_wire ALONE http/HttpServer.cpp http/Reply.cpp http/cim_headers.cpp)
 target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd PkgConfig::gnutls)
 
 file(GLOB sources CONFIGURE_DEPENDS *.cpp)

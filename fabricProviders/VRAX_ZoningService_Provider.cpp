@@ -5,7 +5,7 @@
 #include "common/zoning_ids.h"
 #include "fabricProviders/VRAX_MemberOfZoneSet_Provider.h"
 #include "fabricProviders/VRAX_ZoneMembership_Provider.h"
-#include "fabricProviders/VRAX_Zone_Provider.h"
+#include "fabricProviders/zoning_method.h"
 #include "switchaccess/Zoning_Edit.h"
 #include "switchaccess/zone_members.h"
 
@@ -20,11 +20,12 @@
 namespace cimple
 {
 
+using namespace zoning_method;
+
 namespace
 {
 
 typedef VRAX_ZoningService_Provider Provider;
-typedef Operation<uint32> Method;
 
 // Values of CIM_Service and CIM_ZoneService.
 constexpr uint16 kOk = 2;                   // OperationalStatus
@@ -33,19 +34,6 @@ constexpr uint16 kNoChange = 5;             // RequestedSessionState
 constexpr uint16 kUnknown = 0;              // DefaultZoningState
 constexpr uint16 kAllow = 2;
 constexpr uint16 kDeny = 3;
-
-// What the methods return.
-enum Code : uint32
-{
-    kDone = 0,
-    kNoService = 1,
-    kNotLoaded = 3,
-    kFailed = 4,
-    kInvalid = 5,
-    kLocked = 6,
-    kNotFound = 7,
-    kExists = 8,
-};
 
 constexpr char kLockedLine[] = "Admin mode is locked\n";
 constexpr char kInvalidLine[] = "Invalid Parameter\n";
@@ -84,108 +72,9 @@ constexpr Method_Result kMemberAdditions[] = {{0, nullptr, kDone},
                                               {XPL_FZS_ALIAS_MEMBER_EXISTS, nullptr, kExists},
                                               {kAnyOther, nullptr, kFailed}};
 
-// Runs the body of a method under the write lock of the service's map; what it returns or fails with is the
-// method's return value.
-template <class BODY>
-Invoke_Method_Status
-perform(const char* method, Property<uint32>& returnValue, BODY body, int line = __builtin_LINE())
-{
-    trace(Provider::kSource, method, line);
-    const Write_Guard<VRAX_ZoningService> guard;
-    returnValue.set(Method(Provider::kSource, method, kFailed)
-                        .run([&](Method& op) -> uint32 { return body(op, guard.view()); }));
-    return INVOKE_METHOD_OK;
-}
-
-// Without a text nothing is logged.
-[[noreturn]] void end(Method& op, Code code, const char* logged = nullptr)
-{
-    op.failWith(code, logged != nullptr ? Failure_Text::plain(logged) : Failure_Text::silent());
-}
-
-template <class PROVIDER>
-void requireLoaded(Method& op, Code otherwise, const char* logged)
-{
-    if (PROVIDER().load() != LOAD_OK)
-        end(op, otherwise, logged);
-}
-
-// The zones and aliases, as the steps of a method need them.
-void requireZonesAndAliases(Method& op)
-{
-    requireLoaded<VRAX_Zone_Provider>(op, kFailed, "VRAX_Zone_Provider load failed\n");
-    requireLoaded<VRAX_ZoneAlias_Provider>(op, kFailed, "VRAX_ZoneAlias_Provider load failed\n");
-}
-
-const VRAX_ZoningService& requireService(Method& op,
-                                         const Map_View<VRAX_ZoningService>& services,
-                                         const VRAX_ZoningService* self,
-                                         Code otherwise,
-                                         const char* logged)
-{
-    const VRAX_ZoningService* found = services.findReferred(self);
-    if (found == nullptr)
-        end(op, otherwise, logged);
-    return *found;
-}
-
-// A counted copy of the instance that a reference names; null when there is none.
-template <class CLASS>
-Ref<const CLASS> referred(const Instance* reference)
-{
-    const Read_Guard<CLASS> guard;
-    const CLASS* found = guard.view().findReferred(reference);
-    if (found != nullptr)
-        ref(found);
-    return Ref<const CLASS>(found);
-}
-
-// The name that an instance's key ends with.
-template <class CLASS>
-std::string requireName(Method& op, const CLASS* instance, const char* logged = nullptr)
-{
-    const std::optional<String> name =
-        instance != nullptr ? VRAX_Maps::getNameFromInstanceID(instance->InstanceID.value) : std::nullopt;
-    if (!name)
-        end(op, kInvalid, logged);
-    return name->c_str();
-}
-
-// What members are added to: a zone, or an alias where no zone has the key.
-struct Holder
-{
-    Ref<const VRAX_Zone> zone;
-    Ref<const VRAX_ZoneAlias> alias;
-
-    bool isZone() const { return zone.ptr() != nullptr; }
-    std::string name(Method& op) const
-    {
-        return isZone() ? requireName(op, zone.ptr()) : requireName(op, alias.ptr());
-    }
-};
-
-Holder requireHolder(Method& op, const Instance* reference, Code otherwise, const char* logged = nullptr)
-{
-    Holder holder;
-    holder.zone = referred<VRAX_Zone>(reference);
-    if (!holder.isZone())
-        holder.alias = referred<VRAX_ZoneAlias>(reference);
-    if (!holder.isZone() && !holder.alias.ptr())
-        end(op, otherwise, logged);
-    return holder;
-}
-
 const char* idOf(const Property<String>* id)
 {
     return id != nullptr ? id->value.c_str() : "null";
-}
-
-// Puts what a method has created into its map, and a copy into the out parameter.
-template <class CLASS, class OUT>
-void handOut(Owned<CLASS>& created, OUT*& out)
-{
-    out = reinterpret_cast<OUT*>(clone(created.get()));
-    Write_Guard<CLASS>().insert(created);
 }
 
 } // namespace

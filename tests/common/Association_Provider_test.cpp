@@ -59,28 +59,6 @@ class AssociationProvider : public testing::Test
     Manual_Clock clock;
 };
 
-TEST_F(AssociationProvider, LoadsItsEndsAndSharesThem)
-{
-    std::size_t count = 0;
-    const Served served = serve<Pairs_Provider>(
-        [&](const VRAX_NamespaceInManager& pair)
-        {
-            ++count;
-            EXPECT_EQ(pair.Antecedent->Description.value, "manager") << "not only the keys";
-            EXPECT_EQ(pair.Dependent->Name.value, "root/interop");
-            EXPECT_EQ(pair.Antecedent, maps().map<VRAX_ObjectManager>().at(0));
-            EXPECT_EQ(pair.Dependent, maps().map<VRAX_Namespace>().at(0));
-        });
-    EXPECT_EQ(served.status, ENUM_INSTANCES_OK);
-    EXPECT_EQ(count, 1u);
-
-    serve<Pairs_Provider>();
-    serve<Manager_Provider>();
-    EXPECT_EQ(Managers::builds, 1);
-    EXPECT_EQ(Names::builds, 1);
-    EXPECT_EQ(Pairs::builds, 1) << "everything is fresh";
-}
-
 // What makes the pairs stale, and what is then built again.
 TEST_F(AssociationProvider, IsBuiltAgainWhenAnEndIs)
 {
@@ -116,40 +94,6 @@ TEST_F(AssociationProvider, IsBuiltAgainWhenAnEndIs)
         EXPECT_EQ(Managers::builds, 1 + row.managers) << row.what;
         EXPECT_EQ(Names::builds, 1 + row.names) << row.what;
         EXPECT_EQ(Pairs::builds, 1 + row.pairs) << row.what;
-    }
-}
-
-TEST_F(AssociationProvider, AFailingEndFailsTheLoadAndFreesTheLocks)
-{
-    struct Row
-    {
-        const char* what;
-        providerEnum_t map;
-        std::function<void(bool)> setFailing;
-    };
-    const auto fail = [](auto&) { failSilently(); };
-    const Row rows[] = {
-        {"first end",
-         Manager_Provider::kIndex,
-         [&](bool on) { Managers::instead = on ? decltype(Managers::instead)(fail) : nullptr; }},
-        {"second end",
-         Names_Provider::kIndex,
-         [&](bool on) { Names::instead = on ? decltype(Names::instead)(fail) : nullptr; }},
-    };
-    for (const Row& row : rows)
-    {
-        resetFakeProviders();
-        ASSERT_EQ(serve<Pairs_Provider>().count, 1u);
-        maps().InstMapForceUnload(row.map);
-        row.setFailing(true);
-        EXPECT_EQ(Pairs_Provider().load(), LOAD_FAILED) << row.what;
-        EXPECT_EQ(serve<Pairs_Provider>().status, ENUM_INSTANCES_FAILED) << row.what;
-        EXPECT_EQ(Pairs::builds, 1) << row.what;
-        EXPECT_FALSE(maps().InstMapIsFresh(Pairs_Provider::kIndex)) << row.what;
-        expectAllLocksAreFree();
-
-        row.setFailing(false);
-        EXPECT_EQ(serve<Pairs_Provider>().count, 1u) << row.what;
     }
 }
 

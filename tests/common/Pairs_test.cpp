@@ -13,6 +13,7 @@ namespace
 typedef std::vector<std::string> Texts;
 typedef VRAX_ObjectManager Manager;
 typedef VRAX_Namespace Name;
+typedef Pairs<Pairs_Provider> Joined;
 
 // Four endpoints, "A" to "D".
 class Endpoints_Provider : public Instance_Provider_Base<Endpoints_Provider, VRAX_ProtocolEndpoint>
@@ -118,7 +119,15 @@ TEST_F(PairsTest, JoinWhatTheVerbSays)
 {
     const auto isB = [](const Name& one) { return one.Name.value == "root/b"; };
     const auto nameOf = [](const Name& one) { return one.Name.value.c_str(); };
-    const auto empty = [](Map_Writer<Name>&) {};
+    const auto managers = [](auto text) { return [text](const Manager&) { return text; }; };
+    const auto equal = [](auto ofManager, auto ofName)
+    { return Build([=](Joined& p) { p.equal<Manager, Name>(ofManager, ofName); }); };
+    const auto equalTwo = [](auto ofName, Two_Texts ofManager)
+    {
+        return Build([=](Joined& p)
+                     { p.equal<Name, Manager>(ofName, [=](const Manager&) { return ofManager; }); });
+    };
+    const auto firstOfBoth = [](Joined& p) { p.first<Manager>().withFirst<Name>(); };
     const Texts all = {"root/a", "root/b", "root/B"};
     const struct
     {
@@ -126,84 +135,43 @@ TEST_F(PairsTest, JoinWhatTheVerbSays)
         Build build;
         Texts joined;
     } rows[] = {
-        {"first with first",
-         [](auto& p) { p.template first<Manager>().template withFirst<Name>(); },
-         {"root/a"}},
-        {"named backwards",
-         [](auto& p) { p.template first<Name>().template withFirst<Manager>(); },
-         {"root/a"}},
-        {"with each", [](auto& p) { p.template first<Manager>().template withEach<Name>(); }, all},
-        {"with some", [&](auto& p) { p.template first<Manager>().template withEach<Name>(isB); }, {"root/b"}},
-        {"the local one", [](auto& p) { p.template local<Manager>().template withEach<Name>(); }, all},
-        {"text keys in any case",
-         [&](auto& p) { p.template equal<Manager, Name>([](const Manager&) { return "ROOT/b"; }, nameOf); },
-         {"root/b", "root/B"}},
-        {"whole texts only",
-         [&](auto& p) { p.template equal<Manager, Name>([](const Manager&) { return "root/"; }, nameOf); },
-         {}},
-        {"no text key",
-         [&](auto& p)
-         {
-             p.template equal<Manager, Name>([](const Manager&) -> const char* { return nullptr; }, nameOf);
-         },
-         {}},
+        {"first with first", firstOfBoth, {"root/a"}},
+        {"named backwards", [](Joined& p) { p.first<Name>().withFirst<Manager>(); }, {"root/a"}},
+        {"with each", [](Joined& p) { p.first<Manager>().withEach<Name>(); }, all},
+        {"with some", [&](Joined& p) { p.first<Manager>().withEach<Name>(isB); }, {"root/b"}},
+        {"the local one", [](Joined& p) { p.local<Manager>().withEach<Name>(); }, all},
+        {"text keys in any case", equal(managers("ROOT/b"), nameOf), {"root/b", "root/B"}},
+        {"whole texts only", equal(managers("root/"), nameOf), {}},
+        {"no text key", equal(managers(static_cast<const char*>(nullptr)), nameOf), {}},
         {"left out by their text key",
-         [&](auto& p)
-         {
-             p.template equal<Manager, Name>([](const Manager&) { return "x"; },
-                                             [&](const Name& one) { return isB(one) ? "X" : nullptr; });
-         },
+         equal(managers("x"), [&](const Name& one) { return isB(one) ? "X" : nullptr; }),
          {"root/b"}},
         {"two texts",
-         [&](auto& p)
-         {
-             p.template equal<Name, Manager>(
-                 [&](const Name& one) {
-                     return Two_Texts{isB(one) ? "s" : "t", nameOf(one)};
-                 },
-                 [](const Manager&) {
-                     return Two_Texts{"S", "ROOT/B"};
-                 });
-         },
+         equalTwo(
+             [&](const Name& one) {
+                 return Two_Texts{isB(one) ? "s" : "t", nameOf(one)};
+             },
+             {"S", "ROOT/B"}),
          {"root/b"}},
         {"two texts without the first",
-         [&](auto& p)
-         {
-             p.template equal<Name, Manager>(
-                 [](const Name&) {
-                     return Two_Texts{nullptr, "k"};
-                 },
-                 [](const Manager&) {
-                     return Two_Texts{nullptr, "k"};
-                 });
-         },
+         equalTwo(
+             [](const Name&) {
+                 return Two_Texts{nullptr, "k"};
+             },
+             {nullptr, "k"}),
          {}},
         {"computed texts",
-         [&](auto& p)
-         {
-             p.template equal<Manager, Name>([](const Manager&) { return std::string("B"); },
-                                             [&](const Name& one) { return std::string(nameOf(one) + 5); });
-         },
+         equal(managers(std::string("B")), [&](const Name& one) { return std::string(nameOf(one) + 5); }),
          {"root/b", "root/B"}},
         {"empty computed texts",
-         [&](auto& p)
-         {
-             p.template equal<Manager, Name>([](const Manager&) { return std::string(); },
-                                             [](const Name&) { return std::string(); });
-         },
+         equal(managers(std::string()), [](const Name&) { return std::string(); }),
          {}},
-        {"a pair twice",
-         [](auto& p)
-         {
-             for (int i = 0; i < 2; ++i)
-                 p.template first<Manager>().template withFirst<Name>();
-         },
-         {"root/a"}},
+        {"a pair twice", [&](Joined& p) { firstOfBoth(p), firstOfBoth(p); }, {"root/a"}},
     };
     for (const auto& row : rows)
         EXPECT_EQ(joined(row.build), row.joined) << row.what;
 
-    Script<Name>::instead = empty;
+    Script<Name>::instead = [](Map_Writer<Name>&) {};
     EXPECT_EQ(joined(rows[0].build), Texts()) << "no first one to join with";
     EXPECT_EQ(joined(rows[1].build), Texts()) << "no first one";
 }

@@ -8,7 +8,7 @@ import stat
 import pywbem
 import pytest
 
-from agent_process import CHASSIS_SCENARIO, DEFAULT_SCENARIO, NAMESPACE, AgentProcess
+from agent_process import CHASSIS_SCENARIO, NAMESPACE, AgentProcess
 
 CLASS = "VRAX_ConfigurationData"
 RUNNING, INITIAL, UNKNOWN = (pywbem.Uint16(n) for n in (2, 3, 7))
@@ -151,20 +151,6 @@ def test_what_is_refused_changes_nothing(connection):
     newest = max((one["RecordData"] for one in connection.EnumerateInstances("VRAX_LogEntry")
                   if "restore refused" in one["RecordData"]), default="")
     assert newest, "the switch's log says why"
-
-
-def test_nothing_is_restored_while_somebody_else_has_the_administrative_mode(build_dir, tmp_path):
-    scenario = json.loads(DEFAULT_SCENARIO.read_text())
-    next(one for one in scenario["switches"] if one.get("local"))["adminModeHolder"] = "console"
-    path = tmp_path / "held.json"
-    path.write_text(json.dumps(scenario))
-    with AgentProcess(build_dir, path) as agent:
-        connection = connected(agent)
-        before = names(connection)
-        new = upload(connection, changed(text_of(images(connection)["DEFAULT"])))
-        for _ in range(2):
-            assert error_of(apply, connection, new)[0] == pywbem.CIM_ERR_FAILED
-        assert names(connection) == before
 
 
 def test_the_switch_keeps_its_files_to_itself(build_dir, tmp_path):

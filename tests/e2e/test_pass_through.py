@@ -80,14 +80,6 @@ def switch(build_dir, tmp_path):
         yield Switch(agent)
 
 
-def changed_scenario(tmp_path, change):
-    scenario = json.loads(TRANSPARENT_SCENARIO.read_text())
-    change(scenario["switches"][0])
-    path = tmp_path / "changed.json"
-    path.write_text(json.dumps(scenario))
-    return path
-
-
 def test_the_whole_story(switch):
     before = switch.entries()
     assert before == configured(json.loads(TRANSPARENT_SCENARIO.read_text()))
@@ -119,46 +111,6 @@ def test_the_whole_story(switch):
     switch.agent.restart()
     assert switch.has(removed)
     assert switch.last_events(2) == ["written: Config.UserPort.0.6.PrimaryTFPortMap.None", "activated"]
-
-
-def test_both_lists_are_followed(switch):
-    connection = switch.connection
-    host, fabric = switch.ports[4], switch.ports[12]  # which is in both lists of the host port
-    both = {(4, 12, True), (4, 12, False)}
-    for source, role, far in ((host, "Antecedent", fabric), (fabric, "Dependent", host)):
-        names = connection.ReferenceNames(source, ResultClass=ENTRY)
-        assert [one.path for one in connection.References(source, ResultClass=ENTRY)] == names
-        assert connection.ReferenceNames(source, ResultClass=ENTRY, Role=role) == names
-        assert len(set(names)) == len(names)
-        assert {switch.key(path) for path in names} == {
-            entry for entry in switch.entries() if switch.path(*entry)[role] == source}
-        assert both <= {switch.key(path) for path in names}
-
-        paths = connection.AssociatorNames(source, AssocClass=ENTRY)
-        assert [one.path for one in connection.Associators(source, AssocClass=ENTRY)] == paths
-        assert [path["DeviceID"] for path in paths].count(far["DeviceID"]) == 2  # once an entry
-        assert len(paths) == len(names)
-        other = "Dependent" if role == "Antecedent" else "Antecedent"
-        assert connection.AssociatorNames(source, AssocClass=ENTRY, Role=other) == []
-
-
-def test_somebody_else_has_the_administrative_mode(build_dir, tmp_path):
-    path = changed_scenario(tmp_path, lambda one: one.update(adminModeHolder="console"))
-    with KeptAgent(build_dir, tmp_path, path) as agent:
-        switch = Switch(agent)
-        before = switch.entries()
-        assert "Unable to Request Admin Lock" in refusal(switch.create, 8, 15, True)
-        assert "Unable to Request Admin Lock" in refusal(switch.delete, 6, 14, True)
-        assert switch.has(before)
-
-
-def test_another_switch_has_no_map(build_dir, tmp_path):
-    path = changed_scenario(tmp_path, lambda one: one.update(transparent=False))
-    with KeptAgent(build_dir, tmp_path, path) as agent:
-        switch = Switch(agent)
-        assert switch.entries() == []
-        assert "Not a transparent switch" in refusal(switch.create, 8, 15, True)
-        assert "Not a transparent switch" in refusal(switch.delete, 6, 14, True)
 
 
 def test_every_class_answers(switch):

@@ -54,23 +54,3 @@ def test_central_instances_of_profiles(connection, server, name):
     common = [first(connection, one) for one in ("VRAX_ObjectManager", "VRAX_Fabric", "VRAX_FCSwitch")]
     assert central[:3] == common
     assert {path.classname for path in central[3:]} == ({"VRAX_RecordLog"} if name == "Record Log" else set())
-
-
-@pytest.mark.parametrize("name", [name for names in SUB_PROFILES.values() for name in names])
-def test_central_instance_of_sub_profiles(connection, server, name):
-    central = server.get_central_instances(profile_named(server, name).path)
-    assert central == [first(connection, "VRAX_FCSwitch")]
-
-
-@pytest.mark.parametrize("name", SUB_PROFILES)
-def test_sub_profiles_of_a_profile(connection, server, name):
-    parts = connection.Associators(profile_named(server, name).path, AssocClass="CIM_SubProfileRequiresProfile",
-                                   Role="Antecedent", ResultRole="Dependent")
-    assert [part["RegisteredName"] for part in parts] == SUB_PROFILES[name]
-
-
-def test_every_profile_has_the_running_firmware(connection, server):
-    running = first(connection, "VRAX_SoftwareIdentity")
-    for profile in server.profiles:
-        assert connection.AssociatorNames(profile.path, AssocClass="CIM_ElementSoftwareIdentity",
-                                          ResultRole="Antecedent") == [running], profile["RegisteredName"]

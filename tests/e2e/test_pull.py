@@ -56,50 +56,10 @@ def test_iterators_use_pull_operations(agent):
         assert list(iterate(fabric, MaxObjectCount=5)) == at_once(fabric)
 
 
-def test_options_reach_the_provider(connection):
-    opened = connection.OpenEnumerateInstances(
-        "CIM_LogicalPort", DeepInheritance=False, IncludeClassOrigin=True,
-        PropertyList=["deviceid", "DeviceID", "PortType", "NoSuchProperty"], MaxObjectCount=1000)
-    assert opened.eos and opened.context is None
-    for port in opened.instances:
-        assert port.classname == PORTS
-        assert set(port.properties) == {"DeviceID", "PortType"}
-        assert port.properties["DeviceID"].class_origin == "CIM_LogicalDevice"
-    assert all(not i.properties for i in
-               connection.OpenEnumerateInstances(PORTS, PropertyList=[], MaxObjectCount=1000).instances)
-
-
 def status_of(call, *args, **kwargs):
     with pytest.raises(pywbem.CIMError) as error:
         call(*args, **kwargs)
     return error.value.status_code
-
-
-@pytest.mark.parametrize("arguments, expected", [
-    ({"ContinueOnError": True}, pywbem.CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED),
-    ({"FilterQueryLanguage": "DMTF:FQL", "FilterQuery": "PortNumber = 1"},
-     pywbem.CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED),
-    ({"OperationTimeout": 0}, pywbem.CIM_ERR_INVALID_OPERATION_TIMEOUT),
-    ({"OperationTimeout": 100000}, pywbem.CIM_ERR_INVALID_OPERATION_TIMEOUT),
-    ({"namespace": "root/cimv2"}, pywbem.CIM_ERR_INVALID_NAMESPACE),
-])
-def test_what_cannot_be_opened(connection, arguments, expected):
-    assert status_of(connection.OpenEnumerateInstances, PORTS, **arguments) == expected
-
-
-def test_what_cannot_be_pulled(connection):
-    opened = connection.OpenEnumerateInstances(PORTS, MaxObjectCount=2)
-    name, namespace = opened.context
-    assert status_of(connection.PullInstancePaths, opened.context, MaxObjectCount=1) == \
-        pywbem.CIM_ERR_INVALID_ENUMERATION_CONTEXT
-    assert status_of(connection.PullInstancesWithPath, (name, "root/cimv2"), MaxObjectCount=1) == \
-        pywbem.CIM_ERR_INVALID_NAMESPACE
-    assert status_of(connection.PullInstancesWithPath, (name[:-1], namespace), MaxObjectCount=1) == \
-        pywbem.CIM_ERR_INVALID_ENUMERATION_CONTEXT
-    assert len(connection.PullInstancesWithPath(opened.context, MaxObjectCount=3).instances) == 3
-    connection.CloseEnumeration(opened.context)
-    assert status_of(connection.PullInstancesWithPath, opened.context, MaxObjectCount=1) == \
-        pywbem.CIM_ERR_INVALID_ENUMERATION_CONTEXT
 
 
 def test_large_results_wait_in_a_file_and_their_number_is_bounded(build_dir, tmp_path):

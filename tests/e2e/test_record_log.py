@@ -8,7 +8,7 @@ import pytest
 from agent_process import DEFAULT_SCENARIO, NAMESPACE, AgentProcess
 
 START, STOP = 2, 6
-FAILED, INVALID = 3, 5
+INVALID = 5
 USER_LOG = [
     ("3", "Wed Dec 31 23:59:59.999999 UTC 2025", "[port]", "port 1 Offline"),
     ("4", "Thu Jan 01 00:00:00.000000 UTC 2026", "[port]", "port 1 Online"),
@@ -26,14 +26,14 @@ def texts(entries):
 
 @pytest.fixture
 def start(build_dir, tmp_path):
-    """Starts agents on switches with those logs, each another in what is given."""
+    """Starts agents on switches with those logs."""
     agents = []
 
-    def run(**facts):
+    def run():
         scenario = json.loads(DEFAULT_SCENARIO.read_text())
         local = next(switch for switch in scenario["switches"] if switch.get("local"))
         user = texts(USER_LOG)
-        local.update(userLog=user[:3] + [MALFORMED] + user[3:], alarmLog=texts(ALARM_LOG), **facts)
+        local.update(userLog=user[:3] + [MALFORMED] + user[3:], alarmLog=texts(ALARM_LOG))
         path = tmp_path / "scenario.json"
         path.write_text(json.dumps(scenario))
         agents.append(AgentProcess(build_dir, path))
@@ -132,13 +132,3 @@ def test_a_stopped_log_takes_no_entry(start):
     user.path["InstanceID"] += "s"
     assert call(connection, user, "ClearLog") == INVALID
     assert len(entries(connection, "User Log")) == 6
-
-
-def test_nothing_changes_while_somebody_holds_the_administrative_mode(start):
-    connection = start(adminModeHolder="console")
-    for log in logs(connection):
-        assert call(connection, log, "ClearLog") == FAILED
-        assert call(connection, log, "RequestStateChange", RequestedState=STOP) == FAILED
-    assert [log["EnabledState"] for log in logs(connection)] == [START, START]
-    assert [log["CurrentNumberOfRecords"] for log in logs(connection)] == [6, 1]
-    assert len(connection.EnumerateInstances("VRAX_LogEntry")) == 6

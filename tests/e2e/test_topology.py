@@ -49,14 +49,3 @@ def test_walk_from_the_fabric_to_a_node_and_back(connection, scenario):
     [owner] = connection.AssociatorNames(back.path, ResultClass="VRAX_Fabric")
     assert plain(owner) == plain(fabric.path)
     assert plain(fabric.path) in {plain(p) for p in connection.AssociatorNames(node.path, ResultClass="VRAX_Fabric")}
-
-
-def test_an_inter_switch_link_is_published_once(connection, scenario):
-    links = connection.EnumerateInstances("VRAX_ActiveConnection")
-    ends = [(link["Antecedent"]["Name"].upper(), link["Dependent"]["Name"].upper()) for link in links]
-    assert len(ends) == len(set(ends))
-    node_ports = {n["portWwn"].upper() for n in scenario["nodes"]}
-    between_switches = [pair for pair in ends if not node_ports & set(pair)]
-    assert len(between_switches) == len(scenario["isls"])
-    assert all(low < high for low, high in between_switches)
-    assert all(dependent in node_ports for antecedent, dependent in ends if (antecedent, dependent) not in between_switches)

@@ -3,7 +3,9 @@
 #include "serverProviders/VRAX_FCSwitchObjectManager_Provider.h"
 #include "simulator/scenario/scenario_json.h"
 #include "tests/common/testing/Switch_Test.h"
+#include "tests/common/testing/requests.h"
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -190,138 +192,52 @@ std::string joined(const Texts& texts, const char* separator)
     return all;
 }
 
-TEST_F(Operations, ByRequest)
+// What becomes of the request on the element of those keys.
+template <class CLASS>
+std::string run(const Owned<CLASS>& keys, const std::string& request)
 {
-    const auto rename2 = [](const char* name) { return [name] { return rename(port2(), name); }; };
-    const auto request2 = [](int state) { return [state] { return request(port2(), state); }; };
-    const auto renameLocal = [](const char* name) { return [name] { return rename(localSwitch(), name); }; };
-    const auto requestLocal = [](int state) { return [state] { return request(localSwitch(), state); }; };
-    const auto onPort = [](const std::string& system, const std::string& device, const char* systemClass)
-    { return [=] { return portNamed(system, device, systemClass); }; };
-    const auto remotePort = onPort(kRemoteWwn, kRemoteWwn + ":200202a5c0de1003", "VRAX_FCSwitch");
-    const auto noRemotePort = onPort(kRemoteWwn, kRemoteWwn + ":20ff02a5c0de1003", "VRAX_FCSwitch");
-    const auto node = onPort("100002A5C0DE00FF", kNodeWwn, "VRAX_Fabric");
-    const auto noPort = onPort(kWwn, kWwn + ":20ff02a5c0de00ff", "VRAX_FCSwitch");
-    const auto otherCase = onPort("100002A5C0DE00FF", kWwn + ":200202a5c0de00ff", "VRAX_FCSwitch");
-    // Of a request without the system: it does not show that the port is not local.
-    const auto renameWithoutSystem = [](const auto& keys)
-    {
-        const Owned<VRAX_FCPort> instance = keys();
-        instance->ElementName.set("after");
-        const Owned<VRAX_FCPort> model(static_cast<VRAX_FCPort*>(clone(instance.get())));
-        model->SystemName.clear();
-        return std::to_string(VRAX_FCPort_Provider().modify_instance(model.get(), instance.get()));
-    };
-    const std::string longer(33, 'n'), huge(100000, 'n');
-    struct Row
-    {
-        std::function<std::string()> run;
-        const char* failing; // a call that fails, or none
-        const char* outcome; // result, critical lines, writes
-    };
-    const Row rows[] = {
-        {rename2(nullptr), "", "0 |  | "},
-        {rename2("a"),
-         "get_Local_Switch_World_Wide_Name",
-         "100 | port.modify_instance Unable to retrieve localWWN | "},
-        {rename2("a"), "xpl_swPortGetConfig", "100 | port.modify_instance xpl_swPortGetConfig Failed | "},
-        {rename2("a"), "xpl_swPortSetConfig", "100 | port.modify_instance xpl_swPortSetConfig Failed | "},
-        {[&] { return rename(remotePort(), "a"); }, "", "102 |  | "},
-        {[&] { return rename(noRemotePort(), "a"); }, "", "102 |  | "},
-        // Its system bears the local name.
-        {[&] { return rename(node(), "a"); }, "", "102 |  | "},
-        {[&] { return rename(noPort(), "a"); },
-         "",
-         "100 | port.modify_instance Required instance not found in the map | "},
-        {[&] { return rename(otherCase(), "a"); },
-         "",
-         "100 | port.modify_instance Required instance not found in the map | "},
-        {[&] { return renameWithoutSystem(remotePort); }, "", "102 |  | "},
-        {[&] { return renameWithoutSystem(noRemotePort); },
-         "",
-         "100 | port.modify_instance Required instance not found in the map | "},
-        {renameLocal(nullptr), "", "0 |  | "},
-        {renameLocal("a"),
-         "get_Local_Switch_World_Wide_Name",
-         "100 | switch.modify_instance Unable to retrieve localWWN | "},
-        {renameLocal("a"),
-         "xpl_swSwitchGetConfig",
-         "100 | switch.modify_instance xpl_swSwitchGetConfig Failed | "},
-        {renameLocal("a"),
-         "xpl_swSwitchSetConfig",
-         "100 | switch.modify_instance xpl_swSwitchSetConfig Failed | "},
-        {renameLocal(longer.c_str()),
-         "",
-         "100 | switch.modify_instance ElementName is longer than the 32 characters of a switch's name | "},
-        {renameLocal(huge.c_str()),
-         "",
-         "100 | switch.modify_instance ElementName is longer than the 32 characters of a switch's name | "},
-        {[] { return rename(switchNamed("100002A5C0DE1003"), "a"); }, "", "102 |  | "},
-        {[] { return rename(switchNamed(""), "a"); }, "", "102 |  | "},
-        // Any letter case names the local switch, but the map is searched for the exact key.
-        {[] { return rename(switchNamed(kWwn.c_str()), "a"); },
-         "",
-         "100 | switch.modify_instance Required instance not found in the map | "},
-        {request2(2), "", "0 0 |  | port/2"},
-        {request2(3), "", "0 0 |  | port/2"},
-        {request2(7), "", "0 0 |  | port/2"},
-        {request2(11), "", "0 0 |  | port/2"},
-        {request2(3),
-         "DataCache::dcRdLock",
-         "0 4 | exception of port.load Unable to obtaion datacache rdlock | "},
-        {request2(3), "xpl_swPortGetConfig", "0 1 |  | "},
-        {request2(3),
-         "xpl_swPortSetConfig",
-         "0 1 | port.RequestStateChange Failed to  change the port state | "},
-        {[&] { return request(noPort(), 3); },
-         "",
-         "0 5 | port.RequestStateChange \n VRAX FCPort not found | "},
-        {[&] { return request(remotePort(), 3); },
-         "",
-         "0 1 | port.RequestStateChange Not a port of the local switch | "},
-        {[&] { return request(node(), 3); },
-         "",
-         "0 1 | port.RequestStateChange Not a port of the local switch | "},
-        // The state of the switch changes, whichever switch is asked.
-        {requestLocal(2),
-         "",
-         "0 0 | switch.RequestStateChange Querying for \"xpl_swSwitchSetConfig\" | switch"},
-        {[] { return request(switchNamed("100002A5C0DE1003"), 3); },
-         "",
-         "0 0 | switch.RequestStateChange Querying for \"xpl_swSwitchSetConfig\" | switch"},
-        {requestLocal(7),
-         "",
-         "0 0 | switch.RequestStateChange Querying for \"xpl_swSwitchSetConfig\" | switch"},
-        {requestLocal(11),
-         "",
-         "0 0 | switch.RequestStateChange Querying for \"xpl_swSwitchForceReset\" | reset"},
-        {requestLocal(2),
-         "xpl_swSwitchGetConfig",
-         "130 null | switch.RequestStateChange GetConfig Failed with error 5 | "},
-        {requestLocal(5),
-         "xpl_swSwitchGetConfig",
-         "130 null | switch.RequestStateChange GetConfig Failed with error 5 | "},
-        {requestLocal(7),
-         "xpl_swSwitchSetConfig",
-         "130 5 | switch.RequestStateChange Querying for \"xpl_swSwitchSetConfig\"; "
-         "switch.RequestStateChange SetConfig Failed with error 5 | "},
-        {requestLocal(11),
-         "xpl_swSwitchForceReset",
-         "130 5 | switch.RequestStateChange Querying for \"xpl_swSwitchForceReset\"; "
-         "switch.RequestStateChange Switch Reset failed | "},
-    };
-    for (const Row& row : rows)
+    std::string argument = request.substr(std::min(request.size(), request.find(' ') + 1));
+    if (request.compare(0, 6, "state ") == 0)
+        return cimple::request(keys, std::stoi(argument));
+    if (const std::size_t times = argument.find('*'); times != argument.npos)
+        argument = std::string(std::stoul(argument.substr(times + 1)), argument[0]);
+    return rename(keys, request == "rename" ? nullptr : argument.c_str());
+}
+
+// Of a request without the system: it does not show that the port is not local.
+std::string renameWithoutSystem(const Owned<VRAX_FCPort>& keys)
+{
+    keys->ElementName.set("after");
+    const Owned<VRAX_FCPort> model(static_cast<VRAX_FCPort*>(clone(keys.get())));
+    model->SystemName.clear();
+    return std::to_string(VRAX_FCPort_Provider().modify_instance(model.get(), keys.get()));
+}
+
+std::string run(const std::string& element, const std::string& request)
+{
+    const std::size_t first = element.find(' ') + 1, second = element.find(' ', first) + 1;
+    if (element.compare(0, 6, "switch") == 0)
+        return run(switchNamed(element.substr(first).c_str()), request);
+    const Owned<VRAX_FCPort> port = portNamed(element.substr(first, second - first - 1),
+                                              element.substr(second),
+                                              element[0] == 'n' ? "VRAX_Fabric" : "VRAX_FCSwitch");
+    return request == "rename-keys a" ? renameWithoutSystem(port) : run(port, request);
+}
+
+TEST_F(Operations, DoAsTheTableSays)
+{
+    for (const Cells& row : readRequests(OPERATIONS, 6, kWwn))
     {
         SetUp();
-        SCOPED_TRACE("row " + std::to_string(&row - rows));
-        if (*row.failing != '\0')
-            sim.failNext(row.failing);
-        if (std::string(row.failing).find("dcRdLock") != std::string::npos)
+        SCOPED_TRACE(row[0] + ", " + row[1] + ", " + row[2]);
+        if (!row[2].empty())
+            sim.failNext(row[2]);
+        if (row[2] == "DataCache::dcRdLock")
             clock.outlive();
         const Log_Capture log;
-        const std::string result = row.run();
-        EXPECT_EQ(result + " | " + joined(log.texts(), "; ") + " | " + joined(sim.writes(), " "),
-                  row.outcome);
+        EXPECT_EQ(run(row[0], row[1]), row[3]);
+        EXPECT_EQ(joined(log.texts(), "; "), row[4]);
+        EXPECT_EQ(joined(sim.writes(), " "), row[5]);
         EXPECT_EQ(served(port2())["ElementName"], "before");
         EXPECT_EQ(served(localSwitch())["ElementName"], "before");
         EXPECT_EQ(sim.scenario().switches[0].name + sim.port(2).name, "beforebefore");

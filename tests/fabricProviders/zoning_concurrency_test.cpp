@@ -1,7 +1,7 @@
 // Zoning is read by many while it is changed by some: nobody waits for ever, and no answer is half of one.
 #include "fabricProviders/VRAX_FCSwitch_Provider.h"
 #include "providers_includes.h"
-#include "tests/common/testing/Switch_Test.h"
+#include "tests/fabricProviders/Zoning.h"
 
 #include <atomic>
 #include <thread>
@@ -55,64 +55,24 @@ class Zoning_Concurrency : public Switch_Test
     // A client that builds zoning of its own, puts it in force, and takes it apart again.
     void change(const std::string& name)
     {
-        Property<uint32> result;
-        const auto text = [](const std::string& value)
-        {
-            Property<String> property;
-            property.set(value.c_str());
-            return property;
-        };
-        const auto number = [](uint16 value)
-        {
-            Property<uint16> property;
-            property.set(value);
-            return property;
-        };
-        Owned<VRAX_ZoningService> service = makeNull<VRAX_ZoningService>();
-        service->SystemCreationClassName.set("VRAX_Switch");
-        service->SystemName.set("100002a5c0de0001");
-        service->CreationClassName.set("VRAX_ZoningService");
-        service->Name.set("100002a5c0de0001");
-        VRAX_ZoningService_Provider provider;
+        Service service;
+        const std::string zoneSet = inactive(name + "_set"), zone = inactive(name + "_zone");
+        const std::string alias = kLocalWwn + ":" + name + "_alias";
         for (int round = 0; round < kRounds; ++round)
         {
-            CIM_ZoneSet* zoneSet = nullptr;
-            CIM_Zone* zone = nullptr;
-            CIM_NamedAddressCollection* alias = nullptr;
-            CIM_ZoneMembershipSettingData* member = nullptr;
-            provider.CreateZoneSet(service.get(), text(name + "_set"), zoneSet, result);
-            provider.CreateZone(service.get(), text(name + "_zone"), number(2), number(0), zone, result);
-            provider.CreateZoneAlias(service.get(), text(name + "_alias"), alias, result);
-            provider.CreateZoneMembershipSettingData(service.get(),
-                                                     number(3),
-                                                     text("01ab03"),
-                                                     reinterpret_cast<CIM_SystemSpecificCollection*>(zone),
-                                                     member,
-                                                     result);
-            provider.AddZoneMembershipSettingData(
-                service.get(), reinterpret_cast<CIM_SystemSpecificCollection*>(alias), member, result);
-            provider.AddZoneAlias(service.get(), zone, alias, result);
-            provider.AddZone(service.get(), zoneSet, zone, result);
-            Property<boolean> on;
-            on.set(true);
-            provider.ActivateZoneSet(service.get(), zoneSet, on, result);
-            _activated += result.value == 0;
-            on.set(false);
-            provider.ActivateZoneSet(service.get(), zoneSet, on, result);
-            if (member != nullptr)
-                VRAX_ZoneMembership_Provider().delete_instance(
-                    reinterpret_cast<VRAX_ZoneMembership*>(member));
-            if (zoneSet != nullptr)
-                VRAX_ZoneSet_Provider().delete_instance(reinterpret_cast<VRAX_ZoneSet*>(zoneSet));
-            if (zone != nullptr)
-                VRAX_Zone_Provider().delete_instance(reinterpret_cast<VRAX_Zone*>(zone));
-            if (alias != nullptr)
-                VRAX_ZoneAlias_Provider().delete_instance(reinterpret_cast<VRAX_ZoneAlias*>(alias));
-            for (Instance* made : {reinterpret_cast<Instance*>(zoneSet),
-                                   reinterpret_cast<Instance*>(zone),
-                                   reinterpret_cast<Instance*>(alias),
-                                   reinterpret_cast<Instance*>(member)})
-                unref(made);
+            service.createZoneSet(name + "_set");
+            service.createZone(name + "_zone", 2);
+            service.createAlias(name + "_alias");
+            service.createMember<VRAX_Zone>(3, "01ab03", zone);
+            service.addMember<VRAX_ZoneAlias>(alias, inactive("01AB03"));
+            service.addAlias(zone, alias);
+            service.addZone(zoneSet, zone);
+            _activated += service.activate(zoneSet, true) == "0 0";
+            service.activate(zoneSet, false);
+            remove<VRAX_ZoneMembership>(inactive("01AB03"));
+            remove<VRAX_ZoneSet>(zoneSet);
+            remove<VRAX_Zone>(zone);
+            remove<VRAX_ZoneAlias>(alias);
             clock.outlive();
         }
     }

@@ -63,14 +63,6 @@ class Module_Agent
         return intrinsic("GetInstance",
                          "<IPARAMVALUE NAME=\"InstanceName\">" + instanceName(path) + "</IPARAMVALUE>");
     }
-    // `properties` are PROPERTY elements.
-    std::string modify(const cimd::ObjectPath& path, const std::string& properties)
-    {
-        return intrinsic("ModifyInstance",
-                         "<IPARAMVALUE NAME=\"ModifiedInstance\"><VALUE.NAMEDINSTANCE>" + instanceName(path) +
-                             "<INSTANCE CLASSNAME=\"" + path.className().str() + "\">" + properties +
-                             "</INSTANCE></VALUE.NAMEDINSTANCE></IPARAMVALUE>");
-    }
 
   private:
     static std::vector<cimd::Registration> registrations(const char* library)

@@ -18,9 +18,8 @@ namespace
 namespace fs = std::filesystem;
 typedef std::vector<std::string> Texts;
 
-const std::string kWwn = "100002a5c0de0001";
-const std::string kDefault = "VRAX:ConfigurationData:" + kWwn + ":DEFAULT";
-const std::string kNew = "VRAX:ConfigurationData:" + kWwn + ":NEW";
+const std::string kDefault = "VRAX:ConfigurationData:" + kLocalWwn + ":DEFAULT";
+const std::string kNew = "VRAX:ConfigurationData:" + kLocalWwn + ":NEW";
 const std::string kSource = "Exception[CRIT]:switchProviders/VRAX_ConfigurationData_Provider:";
 
 std::string joined(const Texts& texts)
@@ -160,13 +159,13 @@ TEST_F(Configuration, AnInstanceIdIsParsedByPosition)
 {
     const std::pair<std::string, std::string> rows[] = {
         // With the WWN and the type found in it; none if it does not parse.
-        {kDefault, kWwn + " DEFAULT"},
-        {kNew, kWwn + " NEW"},
+        {kDefault, kLocalWwn + " DEFAULT"},
+        {kNew, kLocalWwn + " NEW"},
         {"xxxxxxxxxxxxxxxxxxxxxxx0123456789ABCDEFxNEW", "0123456789ABCDEF NEW"},
         {kNew.substr(0, 42), ""},
         {kNew.substr(0, 40), ""},
         {kDefault + "S", ""},
-        {"VRAX:ConfigurationData:" + kWwn + ":new", ""},
+        {"VRAX:ConfigurationData:" + kLocalWwn + ":new", ""},
         {"", ""},
     };
     for (const auto& [id, parts] : rows)

@@ -5,9 +5,14 @@
 #include "switchaccess/Admin_Mode.h"
 #include "switchaccess/tf_port_list.h"
 #include "tests/common/testing/Switch_Test.h"
+#include "tests/common/testing/requests.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
+#include <iterator>
+#include <set>
+#include <sstream>
 
 namespace cimple
 {
@@ -238,103 +243,31 @@ TEST_F(PassThrough, WithoutPrimaryMappingItIsABackup)
 
 TEST_F(PassThrough, WhatIsRefusedChangesNothing)
 {
-    const std::string begun = "ReqAdmin EditConfig.sum";
-    const std::string primary = begun + " " + kPrimary0;
-    const std::string backup = begun + " " + kBackup0;
-    const std::string takenBack = " CancelConfig RelAdmin";
-    const std::string notSaved = primary + "2,4 SaveConfig.sum" + takenBack;
-    const char* const save = "Cmd.Switch.SaveConfig.";
-    const char* const release = "Cmd.Switch.RelAdmin";
-    const std::string noLock = "CRIT Unable to obtaion datacache rdlock";
-    const std::string noLoad = "CRIT Failed to load VRAX_FCPort_Provider\n";
-    const std::string host = "CRIT Antecedent not passed in correctly\n";
-    const std::string dependent = "CRIT Dependent not passed in correctly\n";
-    const std::string notRead = "CRIT xpl_smlGetV failed";
-    const std::string notSet = "CRIT xpl_smlSetV failed";
-    const std::string notWritten = "CRIT xpl_smlSetV Failed\n";
-    const std::string noMode = notSet + ": Unable to Request Admin Lock";
-    const std::string noEdit = notSet + ": Unable to set Config Edit mode";
-    const std::string noCancel = "CRIT:xpl_smlSetV failed: Failed to Config Cancel|" + notSet;
-    const std::string noRelease = "CRIT:xpl_smlSetV failed: Failed to release Admin Lock|" + notSet;
-    const struct
+    for (const Cells& row : readRequests(PASS_THROUGH, 4, kLocalWwn))
     {
-        What what;
-        unsigned host, fabricPort;
-        bool isPrimary;
-        // Of keys and calls; "held": somebody else has the mode, "load": the ports are stale, "plain":
-        // another kind of switch, "null": no instance.
-        Texts failing;
-        std::string logged; // "CRIT" stands for the form of an exception
-        std::string writes;
-    } rows[] = {
-        {CREATE, 0, 4, true, {"null"}, "Received invalid instance", ""},
-        {DELETE, 0, 2, true, {"null"}, "Received invalid instance", ""},
-        {CREATE, 0, 4, true, {"DataCache::dcRdLock"}, noLock, ""},
-        {DELETE, 0, 2, true, {"DataCache::dcRdLock"}, noLock, ""},
-        {CREATE, 0, 4, true, {"plain"}, "Not a transparent switch", ""},
-        {CREATE, 0, 4, true, {"load"}, noLoad, ""},
-
-        {CREATE, 9, 4, true, {}, host, ""},
-        {CREATE, kNobody, 4, true, {}, host, ""},
-        {CREATE, kNode, 4, true, {}, host, ""},
-        {CREATE, 0, 9, true, {}, dependent, ""},
-        {CREATE, 0, kNobody, true, {}, dependent, ""},
-        {CREATE, 1, kRemote, true, {}, dependent, ""},
-        {DELETE, 0, kRemote, false, {}, dependent, ""},
-
-        {CREATE, 2, 4, true, {}, "CRIT Antecedent port type not TH", ""},
-        {CREATE, 0, 5, true, {}, "CRIT Dependent port type not TF", ""},
-        {DELETE, 2, 3, true, {}, "CRIT Antecedent port type not TH", ""},
-        {CREATE, 0, 4, true, {"Config.UserPort.0.0.Type"}, notRead, ""},
-        {CREATE, 0, 4, true, {"Config.UserPort.0.4.Type"}, notRead, ""},
-        {CREATE, 0, 4, true, {"Config.UserPort.0.0.PrimaryTFPortMap"}, notRead, ""},
-        {DELETE, 0, 2, false, {"Config.UserPort.0.0.BackupTFPortMap"}, notRead, ""},
-
-        {CREATE, 0, 2, true, {}, "CRIT Already contains the primary TF mapping", ""},
-        {CREATE, 0, 3, false, {}, "CRIT Already contains the backup TF mapping", ""},
-        {DELETE, 1, 2, true, {}, "CRIT No primary TF PortMap defined for this port", ""},
-        {DELETE, 1, 2, false, {}, "CRIT No backup TF PortMap defined for this port", ""},
-        {DELETE, 0, 3, true, {}, "CRIT Failed to find TF port in *primaryTFPortMap", ""},
-        {DELETE, 0, 4, false, {}, "CRIT Failed to find TF port in backupTFPortMap", ""},
-
-        {CREATE, 0, 4, true, {"held"}, noMode, "ReqAdmin"},
-        {DELETE, 0, 2, true, {"Cmd.Switch.ReqAdmin"}, noMode, "ReqAdmin"},
-        {CREATE, 0, 4, true, {"Cmd.Switch.EditConfig."}, noEdit, begun + " RelAdmin"},
-        {CREATE, 0, 4, true, {kPrimary0}, notWritten, primary + "2,4" + takenBack},
-        {DELETE, 0, 2, false, {kBackup0}, notWritten, backup + "3" + takenBack},
-        {CREATE, 0, 4, true, {save}, notSet, notSaved},
-        {DELETE,
-         0,
-         2,
-         true,
-         {"Cmd.Switch.ActConfig"},
-         notSet,
-         primary + "None SaveConfig.sum ActConfig" + takenBack},
-        // A way back that fails does not stop the next one.
-        {CREATE, 0, 4, true, {save, "Cmd.Switch.CancelConfig"}, noCancel, notSaved},
-        {CREATE, 0, 4, true, {save, release}, noRelease, notSaved},
-    };
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE("row " + std::to_string(&row - rows));
-        const auto fails = [&row](const char* what)
-        { return std::find(row.failing.begin(), row.failing.end(), what) != row.failing.end(); };
+        SCOPED_TRACE(row[0] + ", " + row[1]);
+        unsigned host = 0, fabricPort = 0;
+        const What what = row[0][0] == 'c' ? CREATE : DELETE;
+        ASSERT_EQ(std::sscanf(row[0].c_str() + std::strlen("create "), "%u-%u", &host, &fabricPort), 2);
+        std::istringstream words(row[1]);
+        const std::set<std::string> failing{std::istream_iterator<std::string>(words), {}};
+        const auto fails = [&failing](const char* one) { return failing.count(one) != 0; };
         start(!fails("plain"));
-        for (const std::string& what : row.failing)
-            if (what == "held")
+        for (const std::string& one : failing)
+            if (one == "held")
                 sim.holdAdminMode("console");
-            else if (what == "load")
+            else if (one == "load")
             {
                 makeMapStale("VRAX_FCPort");
                 sim.failNext("DataCache::dcRdLock", 1, XPL_UNREACHABLE, 1);
             }
-            else if (what != "plain" && what != "null")
-                sim.failNext(what);
-        const Owned<Entry> one = entry(row.host, row.fabricPort, row.isPrimary);
+            else if (one != "plain" && one != "null")
+                sim.failNext(one);
+        const Owned<Entry> one = entry(host, fabricPort, row[0].find("primary") != std::string::npos);
         const Log_Capture log(kLogInfo);
         const bool noLocks = fails("DataCache::dcRdLock");
-        const int status = row.what == CREATE ? (noLocks ? 84 : 81) : noLocks ? 93 : 91;
-        EXPECT_EQ(change(row.what, fails("null") ? nullptr : one.get()), status);
+        const int status = what == CREATE ? (noLocks ? 84 : 81) : noLocks ? 93 : 91;
+        EXPECT_EQ(change(what, fails("null") ? nullptr : one.get()), status);
         std::string logged;
         for (const auto& [level, line] : log.take())
         {
@@ -345,8 +278,8 @@ TEST_F(PassThrough, WhatIsRefusedChangesNothing)
             logged +=
                 (logged.empty() ? "" : "|") + (isCritical ? form + line.substr(line.find("] ") + 2) : line);
         }
-        EXPECT_EQ(logged, row.logged);
-        EXPECT_EQ(writes(), row.writes);
+        EXPECT_EQ(logged, row[2]);
+        EXPECT_EQ(writes(), row[3]);
         const bool stuck = fails("Cmd.Switch.RelAdmin");
         EXPECT_EQ(sim.adminModeHolder(), fails("held") ? "console" : stuck ? "admin command" : "");
         sim.restore();

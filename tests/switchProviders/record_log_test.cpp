@@ -4,6 +4,7 @@
 #include "switchProviders/VRAX_LogEntry_Provider.h"
 #include "switchProviders/VRAX_RecordLog_Provider.h"
 #include "tests/common/testing/Switch_Test.h"
+#include "tests/common/testing/requests.h"
 
 #include <algorithm>
 
@@ -14,9 +15,8 @@ namespace
 
 typedef std::vector<std::string> Texts;
 
-const std::string kWwn = "100002a5c0de0001";
-const std::string kUser = "VRAX:RecordLog:" + kWwn + ":User";
-const std::string kAlarm = "VRAX:RecordLog:" + kWwn + ":Alarm";
+const std::string kUser = "VRAX:RecordLog:" + kLocalWwn + ":User";
+const std::string kAlarm = "VRAX:RecordLog:" + kLocalWwn + ":Alarm";
 
 template <class CLASS>
 Owned<CLASS> keysOf(const std::string& id)
@@ -111,49 +111,12 @@ class RecordLog : public Switch_Test
 
 TEST_F(RecordLog, MethodsLeaveTheAdministrativeModeWhateverHappens)
 {
-    const std::string refused = "xpl_smlSetV failed with error ";
-    const struct
+    for (const Cells& row : readRequests(RECORD_LOG, 5, kLocalWwn))
     {
-        std::string id;
-        std::optional<uint16> state; // none: ClearLog
-        const char* failing; // a command; "held": somebody else has the mode, "load": the logs are stale
-        std::string result;
-        std::string logged;
-        std::string commands;
-    } rows[] = {
-        {kUser, {}, "", "0 0", "", "ReqAdmin ClearSysLog RelAdmin"},
-        {kAlarm, {}, "", "0 0", "", "ReqAdmin ClearAlarmLog RelAdmin"},
-        {"VRAX:RecordLog:" + kWwn + ":ALARM", {}, "other", "0 0", "", "ReqAdmin ClearAlarmLog RelAdmin"},
-        {"VRAX:RecordLog:" + kWwn + ":Third", {}, "other", "0 0", "", "ReqAdmin RelAdmin"},
-        {"VRAX:RecordLog:User", {}, "other", "0 5", "Invalid logID (user/alarm)", ""},
-        {kUser + "s", {}, "", "0 5", "Invalid self VRAX_RecordLog reference parameter", ""},
-        {kUser, {}, "held", "0 3", refused + "100", "ReqAdmin"},
-        {kUser, {}, "Cmd.Switch.ReqAdmin", "0 3", refused + "5", "ReqAdmin"},
-        {kUser, {}, "Cmd.Switch.ClearSysLog", "0 3", refused + "5", "ReqAdmin ClearSysLog RelAdmin"},
-        {kUser, {}, "load", "0 3", "Failed to load VRAX_RecordLog", ""},
-
-        {kUser, 2, "", "0 0", "", "ReqAdmin SysLogComp.All SysLogLevel.Warn StartSysLog RelAdmin"},
-        {kAlarm, 2, "", "0 0", "", "ReqAdmin SysLogComp.All SysLogLevel.Warn StartSysLog RelAdmin"},
-        {kUser, 6, "", "0 0", "", "ReqAdmin StopSysLog RelAdmin"},
-        {kUser, 3, "", "0 5", "Invalid RequestedState ", "ReqAdmin RelAdmin"},
-        {kUser, 0, "", "0 5", "Invalid RequestedState ", "ReqAdmin RelAdmin"}, // none given
-        {kUser, 2, "Cmd.Switch.SysLogComp.", "0 3", refused + "5", "ReqAdmin SysLogComp.All RelAdmin"},
-        {kUser,
-         2,
-         "Cmd.Switch.SysLogLevel.",
-         "0 3",
-         refused + "5",
-         "ReqAdmin SysLogComp.All SysLogLevel.Warn RelAdmin"},
-        {kUser, 6, "Cmd.Switch.StopSysLog", "0 3", refused + "5", "ReqAdmin StopSysLog RelAdmin"},
-        {kUser, 6, "held", "0 3", refused + "100", "ReqAdmin"},
-        {kUser + "s", 6, "", "0 5", "Invalid self VRAX_RecordLog reference parameter", ""},
-        {kUser, 6, "load", "0 3", "Failed to load VRAX_RecordLog", ""},
-    };
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE("row " + std::to_string(&row - rows));
+        SCOPED_TRACE(row[0] + ", " + row[1]);
         SetUp();
-        const std::string failing = row.failing;
+        const std::size_t blank = row[0].find(' ');
+        const std::string id = row[0].substr(0, blank), method = row[0].substr(blank + 1), failing = row[1];
         if (failing == "held")
             sim.holdAdminMode("console");
         else if (failing == "load")
@@ -163,25 +126,25 @@ TEST_F(RecordLog, MethodsLeaveTheAdministrativeModeWhateverHappens)
         }
         else if (failing == "other")
         {
-            Owned<VRAX_RecordLog> log = keysOf<VRAX_RecordLog>(row.id);
+            Owned<VRAX_RecordLog> log = keysOf<VRAX_RecordLog>(id);
             Write_Guard<VRAX_RecordLog>().insert(log);
         }
         else if (!failing.empty())
             sim.failNext(failing);
         const Log_Capture log(kLogInfo);
-        EXPECT_EQ(call(row.id, row.state), row.result);
+        std::optional<uint16> state;
+        if (method != "clear")
+            state = static_cast<uint16>(std::stoi(method));
+        EXPECT_EQ(call(id, state), row[2]);
         Texts lines = log.texts();
         if (failing == "load")
             lines.erase(lines.begin()); // the load's own
-        EXPECT_EQ(joined(lines), row.logged);
-        EXPECT_EQ(commands(), row.commands);
-        EXPECT_EQ(sim.adminModeHolder(), failing == "held" ? "console" : "");
+        EXPECT_EQ(joined(lines), row[3]);
+        EXPECT_EQ(commands(), row[4]);
+        if (failing != "Cmd.Switch.RelAdmin")
+            EXPECT_EQ(sim.adminModeHolder(), failing == "held" ? "console" : "");
+        sim.restore();
     }
-    SetUp();
-    sim.failNext("Cmd.Switch.RelAdmin");
-    const Log_Capture log(kLogInfo);
-    EXPECT_EQ(call(kUser, 6), "0 3") << "leaving the mode is a command, too";
-    EXPECT_EQ(joined(log.texts()), refused + "5");
 }
 
 TEST_F(RecordLog, MethodsShowAtOnce)
@@ -200,7 +163,7 @@ TEST_F(RecordLog, MethodsShowAtOnce)
 // Times need not rise: the clock of a switch may be set back.
 TEST_F(RecordLog, AnEntryIsFoundOnTheSwitch)
 {
-    const std::string user = "VRAX:LogEntry:" + kWwn + ":User:";
+    const std::string user = "VRAX:LogEntry:" + kLocalWwn + ":User:";
     const auto named = [&](const std::string& second, const std::string& sum)
     { return user + "Tue Mar 04 10:22:" + second + ".000001 UTC 2008:" + sum; };
     const std::string notFound = std::to_string(GET_INSTANCE_NOT_FOUND) + " ";
@@ -219,9 +182,9 @@ TEST_F(RecordLog, AnEntryIsFoundOnTheSwitch)
         {named("15", "99"), {}, "12 c"},
         {named("15", "98"), {}, notFound + "log entry not found"},
         {named("16", "99"), {}, notFound + "log entry not found"},
-        {"VRAX:LogEntry:" + kWwn + ":Alarm:Tue Mar 04 10:22:10.000001 UTC 2008:97", {}, "2 a"},
+        {"VRAX:LogEntry:" + kLocalWwn + ":Alarm:Tue Mar 04 10:22:10.000001 UTC 2008:97", {}, "2 a"},
         {"VRAX:LogEntry:x:User:Tue Mar 04 10:22:10.000001 UTC 2008:97", {}, notFound + "log entry not found"},
-        {"VRAX:LogEntry:" + kWwn + ":Third:x:97",
+        {"VRAX:LogEntry:" + kLocalWwn + ":Third:x:97",
          {},
          notFound + "Badly formatted InstanceID, :User: or :Alarm: not specified"},
         {user + "x:97", {}, notFound + "bad time format (timespec)"},
@@ -282,7 +245,7 @@ TEST_F(RecordLog, AnEntryOfALongLogIsFoundInAFewSteps)
     {
         sim.mark();
         const std::string number = std::to_string(i < 500 ? i : 7 * i);
-        EXPECT_EQ(get("VRAX:LogEntry:" + kWwn + ":User:" + time(i) + (i % 2 == 0 ? ":97" : ":98")),
+        EXPECT_EQ(get("VRAX:LogEntry:" + kLocalWwn + ":User:" + time(i) + (i % 2 == 0 ? ":97" : ":98")),
                   number + (i % 2 == 0 ? " a" : " b"));
         EXPECT_LE(sim.calls("xpl_smlGetV"), 18u) << "two ends, a bisection of 7000 numbers, two entries";
     }
@@ -293,7 +256,7 @@ TEST_F(RecordLog, ASearchIsTraced)
     const auto traced = [](int second)
     {
         const Owned<VRAX_LogEntry> keys = keysOf<VRAX_LogEntry>(
-            "VRAX:LogEntry:" + kWwn + ":Alarm:Tue Mar 04 10:22:" + std::to_string(second) +
+            "VRAX:LogEntry:" + kLocalWwn + ":Alarm:Tue Mar 04 10:22:" + std::to_string(second) +
             ".000001 UTC 2008:97");
         VRAX_LogEntry* found = nullptr;
         const Log_Capture log(kLogTrace);

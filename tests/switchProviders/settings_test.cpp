@@ -4,6 +4,10 @@
 #include "switchProviders/VRAX_FCPortSettings_Provider.h"
 #include "switchProviders/VRAX_FCSwitchSettings_Provider.h"
 #include "tests/common/testing/Switch_Test.h"
+#include "tests/common/testing/requests.h"
+
+#include <cstdio>
+#include <sstream>
 
 namespace cimple
 {
@@ -14,55 +18,29 @@ typedef std::vector<std::string> Texts;
 typedef VRAX_FCPortSettings Port_Settings;
 typedef VRAX_FCSwitchSettings Switch_Settings;
 
-const std::string kWwn = "100002a5c0de0001";
-const std::string kPort2 = "VRAX:FCPortSettings:" + kWwn + ":200202a5c0de0001";
+std::string idOf(int port)
+{
+    char name[17];
+    std::snprintf(name, sizeof(name), "2%03x02a5c0de0001", static_cast<unsigned>(port) & 0xFFF);
+    return "VRAX:FCPortSettings:" + kLocalWwn + ":" + name;
+}
+const std::string kPort2 = idOf(2);
 
 // What a client that asks for one thing may hand in besides; it is not to count.
-void fillUp(Port_Settings& one)
-{
-    one.RequestedSpeed.set(1062500000);
-    one.AutoSenseSpeed.set(true);
-    one.RequestedType.set(6);
-    one.RequestedIOStreamGuardState.set(1);
-    one.RequestedPerformanceTuningMode.set(3);
-    one.DeviceScanEnable.set(false);
-}
-void fillUp(Switch_Settings& one)
-{
-    one.PreferredDomainID.set(100);
-    one.DomainIDLocked.set(true);
-    one.PrincipalPriority.set(3);
-}
+constexpr char kBesidesOfPort[] =
+    "RequestedSpeed=1062500000 AutoSenseSpeed=true RequestedType=6 RequestedIOStreamGuardState=1 "
+    "RequestedPerformanceTuningMode=3 DeviceScanEnable=false";
+constexpr char kBesidesOfSwitch[] = "PreferredDomainID=100 DomainIDLocked=true PrincipalPriority=3";
 
-// Leaves what a model says: which properties are carried, without their values.
-template <class TYPE>
-void blank(Property<TYPE>& property)
+// "Name=value ..." without the values.
+std::string namesOf(const std::string& wish)
 {
-    property.value = TYPE();
+    std::istringstream words(wish);
+    std::string names;
+    for (std::string word; words >> word;)
+        names += word.substr(0, word.find('=') + 1) + " ";
+    return names;
 }
-void blank(Port_Settings& one)
-{
-    blank(one.RequestedSpeed);
-    blank(one.AutoSenseSpeed);
-    blank(one.RequestedType);
-    blank(one.RequestedIOStreamGuardState);
-    blank(one.RequestedPerformanceTuningMode);
-    blank(one.DeviceScanEnable);
-}
-void blank(Switch_Settings& one)
-{
-    blank(one.PreferredDomainID);
-    blank(one.DomainIDLocked);
-    blank(one.PrincipalPriority);
-}
-
-// What a request does: its result, what is told to the client, the critical lines and the writes.
-struct Outcome
-{
-    std::string text;
-    friend std::ostream& operator<<(std::ostream& out, const Outcome& one) { return out << one.text; }
-    bool operator==(const Outcome& other) const { return text == other.text; }
-};
 
 class Settings : public Switch_Test
 {
@@ -89,28 +67,25 @@ class Settings : public Switch_Test
         return keys;
     }
 
-    // Modifies to what `wish` sets, which is all that the model carries.
+    // Modifies to what `wish` says, which is all that the model carries.
     template <class CLASS>
-    Outcome modify(const std::string& id, const std::function<void(CLASS&)>& wish)
+    int modify(const std::string& id, const char* besides, const std::string& wish)
     {
         const Owned<CLASS> model = keysOf<CLASS>(id);
-        wish(*model);
-        blank(*model);
+        assign(*model, namesOf(wish));
         const Owned<CLASS> instance = keysOf<CLASS>(id);
-        fillUp(*instance);
-        wish(*instance);
+        assign(*instance, besides);
+        assign(*instance, wish);
         Error::clear();
-        const Log_Capture log;
-        const int status =
-            typename Registered<CLASS>::Provider().modify_instance(model.get(), instance.get());
-        Outcome outcome{std::to_string(status)};
-        for (const Texts& texts : {log.texts(), Texts{status != 0 ? Error::get() : ""}, sim.writes()})
-        {
-            outcome.text += " |";
-            for (const std::string& text : texts)
-                outcome.text += text.empty() ? "" : " " + text;
-        }
-        return outcome;
+        return typename Registered<CLASS>::Provider().modify_instance(model.get(), instance.get());
+    }
+    int modifyPort(const std::string& id, const std::string& wish)
+    {
+        return modify<Port_Settings>(id, kBesidesOfPort, wish);
+    }
+    int modifySwitch(const std::string& id, const std::string& wish)
+    {
+        return modify<Switch_Settings>(id, kBesidesOfSwitch, wish);
     }
 
     template <class CLASS>
@@ -122,110 +97,73 @@ class Settings : public Switch_Test
         const Owned<CLASS> owner(found);
         return found != nullptr ? described(*found) : Changes();
     }
-
-    // What differs from `before`.
-    static Changes since(const Changes& before, Changes now)
-    {
-        for (const auto& [name, value] : before)
-            if (const auto found = now.find(name); found != now.end() && found->second == value)
-                now.erase(found);
-        return now;
-    }
 };
 
-TEST_F(Settings, OfAPortAreWrittenInOrderAndReadBack)
+// The instance with what the wish sets.
+template <class CLASS>
+std::map<std::string, std::string> with(const std::string& id, const std::string& wish)
 {
-    const auto mode = [](uint16 value)
-    { return [value](Port_Settings& one) { one.RequestedPerformanceTuningMode.set(value); }; };
-    const auto flags = [](const char* automatic, const char* vi, const char* mfs, const char* lcf)
+    Owned<CLASS> keys = makeNull<CLASS>();
+    keys->InstanceID.set(id.c_str());
+    assign(*keys, wish);
+    return described(*keys);
+}
+
+std::string inARow(const Texts& texts, std::size_t from = 0)
+{
+    std::string all;
+    for (const std::string& text : texts)
+        all += (all.empty() ? "" : " ") + text.substr(from);
+    return all;
+}
+
+TEST_F(Settings, AreWrittenAsTheTableSays)
+{
+    const std::string switchId = "VRAX:FCSwitchSettings:" + kLocalWwn, commonPart = "Config.UserPort.0.2.";
+    for (const Cells& row : readRequests(SETTINGS, 8, kLocalWwn))
     {
-        return Texts{std::string("AutoPerfTuning.") + automatic,
-                     std::string("VIEnable.") + vi,
-                     std::string("MFSEnable.") + mfs,
-                     std::string("LCFEnable.") + lcf};
-    };
-    struct Row
-    {
-        std::function<void(Port_Settings&)> wish;
-        Texts writes;
-        Changes readBack;
-    };
-    const Row rows[] = {
-        {[](Port_Settings&) {}, {}, {}},
-        {[](Port_Settings& one) { one.RequestedSpeed.set(4250000000); },
-         {"LinkSpeed.4Gb/s"},
-         {{"RequestedSpeed", "4250000000"}, {"AutoSenseSpeed", "false"}}},
-        {[](Port_Settings& one)
-         {
-             one.RequestedSpeed.set(2125000000);
-             one.AutoSenseSpeed.set(false);
-         },
-         {"LinkSpeed.2Gb/s"},
-         {{"RequestedSpeed", "2125000000"}, {"AutoSenseSpeed", "false"}}},
-        {[](Port_Settings& one)
-         {
-             one.RequestedSpeed.set(0);
-             one.AutoSenseSpeed.set(true);
-         },
-         {"LinkSpeed.Auto"},
-         {}},
-        // By itself it asks for nothing.
-        {[](Port_Settings& one) { one.AutoSenseSpeed.set(false); }, {}, {}},
-        {[](Port_Settings& one) { one.RequestedType.set(5); }, {"Type.F"}, {{"RequestedType", "5"}}},
-        {[](Port_Settings& one) { one.RequestedIOStreamGuardState.set(2); },
-         {"RSCNEnable.False"},
-         {{"RequestedIOStreamGuardState", "2"}}},
-        {[](Port_Settings& one) { one.DeviceScanEnable.set(false); },
-         {"ScanEnable.False"},
-         {{"DeviceScanEnable", "false"}}},
-        {[](Port_Settings& one) { one.DeviceScanEnable.set(true); }, {"ScanEnable.True"}, {}},
-        {mode(0), {}, {}},
-        {mode(1), flags("True", "False", "False", "False"), {}},
-        {mode(2), flags("False", "False", "False", "False"), {{"RequestedPerformanceTuningMode", "2"}}},
-        {mode(3), flags("False", "False", "True", "False"), {{"RequestedPerformanceTuningMode", "3"}}},
-        {mode(4), flags("False", "True", "False", "False"), {{"RequestedPerformanceTuningMode", "4"}}},
-        {mode(5), flags("False", "False", "False", "True"), {{"RequestedPerformanceTuningMode", "5"}}},
-        {mode(6), flags("False", "True", "False", "True"), {{"RequestedPerformanceTuningMode", "6"}}},
-        {mode(7), {}, {}},
-        {[](Port_Settings& one)
-         {
-             one.DeviceScanEnable.set(false);
-             one.RequestedPerformanceTuningMode.set(6);
-             one.RequestedIOStreamGuardState.set(3);
-             one.RequestedType.set(2);
-             one.RequestedSpeed.set(8500000000);
-         },
-         {"LinkSpeed.8Gb/s",
-          "Type.G",
-          "RSCNEnable.True",
-          "AutoPerfTuning.False",
-          "VIEnable.True",
-          "MFSEnable.False",
-          "LCFEnable.True",
-          "ScanEnable.False"},
-         {{"AutoSenseSpeed", "false"},
-          {"RequestedType", "2"},
-          {"RequestedIOStreamGuardState", "3"},
-          {"RequestedPerformanceTuningMode", "6"},
-          {"DeviceScanEnable", "false"}}},
-    };
-    for (const Row& row : rows)
-    {
-        SCOPED_TRACE("row " + std::to_string(&row - rows));
+        const std::string &wish = row[1], which = row[0].substr(row[0].find(' ') + 1);
+        SCOPED_TRACE(row[0] + " " + wish + " " + row[2]);
         SetUp();
-        const Changes before = served<Port_Settings>(kPort2);
-        const Owned<Port_Settings> wish = keysOf<Port_Settings>(kPort2);
-        row.wish(*wish);
-        std::string writes;
-        for (const std::string& write : row.writes)
-            writes += " Config.UserPort.0.2." + write;
-        EXPECT_EQ(modify<Port_Settings>(kPort2, row.wish).text, "0 | | |" + writes);
-        EXPECT_EQ(sim.calls("xpl_smlBatchSet"), 1U) << "one batch, also of nothing";
-        Changes asked = described(*wish);
-        asked.insert(before.begin(), before.end());
-        EXPECT_EQ(served<Port_Settings>(kPort2), asked) << "at once";
+        const bool ofPort = row[0].compare(0, 4, "port") == 0;
+        const std::string scenario = formatScenario(sim.scenario());
+        const Changes portBefore = served<Port_Settings>(kPort2);
+        const Changes switchBefore = served<Switch_Settings>(switchId);
+        const auto reserved = sim.localSwitch().reserved;
+        const std::string failing = row[2].substr(0, row[2].find(' '));
+        if (!failing.empty())
+            sim.failNext(failing);
+        if (failing != row[2])
+            clock.outlive();
+
+        const Log_Capture log;
+        const int status = ofPort ? modifyPort(idOf(std::stoi(which)), wish)
+                                  : modifySwitch("VRAX:FCSwitchSettings:" + which, wish);
+        EXPECT_EQ(std::to_string(status), row[3]);
+        EXPECT_EQ(inARow(log.texts()), row[4]);
+        EXPECT_EQ(status == 0 ? "" : Error::get(), row[5]);
+        EXPECT_EQ(inARow(sim.writes(), ofPort ? commonPart.size() : 0), row[6]);
+
+        if (status != 0)
+            EXPECT_EQ(formatScenario(sim.scenario()), scenario) << "nothing of it";
+        else if (ofPort)
+            EXPECT_EQ(sim.calls("xpl_smlBatchSet"), 1U) << "one batch, also of nothing";
+        EXPECT_EQ(sim.localSwitch().reserved, reserved);
+        EXPECT_EQ(sim.localSwitch().name, "sim-switch");
+        Changes port = ofPort && status == 0 ? with<Port_Settings>(kPort2, wish) : Changes();
+        Changes ofSwitch = !ofPort && status == 0 ? with<Switch_Settings>(switchId, wish) : Changes();
+        port.insert(portBefore.begin(), portBefore.end());
+        ofSwitch.insert(switchBefore.begin(), switchBefore.end());
+        EXPECT_EQ(served<Port_Settings>(kPort2), port) << "at once";
+        EXPECT_EQ(served<Switch_Settings>(switchId), ofSwitch) << "at once";
         clock.outlive();
-        EXPECT_EQ(since(before, served<Port_Settings>(kPort2)), row.readBack) << "as the switch has it";
+        port = ofPort ? with<Port_Settings>(kPort2, row[7]) : Changes();
+        ofSwitch = ofPort ? Changes() : with<Switch_Settings>(switchId, row[7]);
+        port.insert(portBefore.begin(), portBefore.end());
+        ofSwitch.insert(switchBefore.begin(), switchBefore.end());
+        Changes now = served<Port_Settings>(kPort2);
+        EXPECT_EQ(now, port) << "as the switch has it";
+        EXPECT_EQ(served<Switch_Settings>(switchId), ofSwitch) << "as the switch has it";
     }
 }
 
@@ -233,197 +171,8 @@ TEST_F(Settings, OfAPortAreWrittenWhateverItsNumber)
 {
     sim.open(simulator::SimSwitch::make().ports(300).scenario());
     makeMapsStale();
-    EXPECT_EQ(modify<Port_Settings>("VRAX:FCPortSettings:" + kWwn + ":212b02a5c0de0001",
-                                    [](Port_Settings& one) { one.RequestedType.set(5); })
-                  .text,
-              "0 | | | Config.UserPort.0.299.Type.F");
-}
-
-TEST_F(Settings, OfTheSwitchAreWrittenInOneRecord)
-{
-    const std::string id = "VRAX:FCSwitchSettings:" + kWwn;
-    struct Row
-    {
-        std::function<void(Switch_Settings&)> wish;
-        Changes changes;
-    };
-    const Row rows[] = {
-        {[](Switch_Settings& one) { one.PreferredDomainID.set(239); }, {{"PreferredDomainID", "239"}}},
-        {[](Switch_Settings& one) { one.DomainIDLocked.set(true); }, {{"DomainIDLocked", "true"}}},
-        {[](Switch_Settings& one) { one.PrincipalPriority.set(2); }, {{"PrincipalPriority", "2"}}},
-        {[](Switch_Settings& one) { one.PrincipalPriority.set(3); }, {{"PrincipalPriority", "3"}}},
-        {[](Switch_Settings& one)
-         {
-             one.PreferredDomainID.set(8);
-             one.DomainIDLocked.set(true);
-             one.PrincipalPriority.set(4);
-         },
-         {{"PreferredDomainID", "8"}, {"DomainIDLocked", "true"}}},
-        // As it is already.
-        {[](Switch_Settings&) {}, {}},
-        {[](Switch_Settings& one)
-         {
-             one.PreferredDomainID.set(7);
-             one.DomainIDLocked.set(false);
-             one.PrincipalPriority.set(4);
-         },
-         {}},
-    };
-    for (const Row& row : rows)
-    {
-        SCOPED_TRACE("row " + std::to_string(&row - rows));
-        SetUp();
-        const Changes before = served<Switch_Settings>(id);
-        const auto reserved = sim.localSwitch().reserved;
-        EXPECT_EQ(modify<Switch_Settings>(id, row.wish).text,
-                  row.changes.empty() ? "0 | | |" : "0 | | | switch");
-        EXPECT_EQ(since(before, served<Switch_Settings>(id)), row.changes) << "at once";
-        clock.outlive();
-        EXPECT_EQ(since(before, served<Switch_Settings>(id)), row.changes) << "as the switch has it";
-        EXPECT_EQ(sim.localSwitch().reserved, reserved);
-        EXPECT_EQ(sim.localSwitch().name, "sim-switch");
-    }
-}
-
-TEST_F(Settings, ThatAreRefusedLeaveSwitchAndInstanceAsTheyWere)
-{
-    const std::string id = "VRAX:FCSwitchSettings:" + kWwn;
-    const auto port = [this](const std::string& of, const std::function<void(Port_Settings&)>& wish)
-    { return [=] { return modify<Port_Settings>(of, wish); }; };
-    const auto onSwitch = [this](const std::string& of, const std::function<void(Switch_Settings&)>& wish)
-    { return [=] { return modify<Switch_Settings>(of, wish); }; };
-    const auto typeF = [](Port_Settings& one) { one.RequestedType.set(5); };
-    const auto domain9 = [](Switch_Settings& one) { one.PreferredDomainID.set(9); };
-    const std::string ofPort = "Exception[CRIT]:switchProviders/VRAX_FCPortSettings_Provider:";
-    const std::string ofSwitch = "Exception[CRIT]:switchProviders/VRAX_FCSwitchSettings_Provider:";
-    struct Row
-    {
-        std::function<Outcome()> run;
-        const char* failing; // a call that fails, or none
-        bool stale;          // the map is
-        std::string outcome;
-    };
-    const Row rows[] = {
-        {port("VRAX:FCPortSettings:" + kWwn + ":20ff02a5c0de0001", typeF),
-         "",
-         false,
-         "100 | | Target instance not found |"},
-        {port(kPort2, typeF),
-         "xpl_smlGetBatch",
-         true,
-         "104 | " + ofPort + "load[] Unable to get port settings " + ofPort +
-             "modify_instance[] Load failed for VRAX_FCPortSettings | Load failed for VRAX_FCPortSettings |"},
-        {port(kPort2, typeF),
-         "DataCache::calcPortIndex",
-         false,
-         "104 | " + ofPort +
-             "modify_instance[] Unable to calculate port index | Unable to calculate port index |"},
-        {port(kPort2, typeF),
-         "xpl_smlBatchSet",
-         false,
-         "104 | " + ofPort +
-             "modify_instance[] Unable to set FCPortSetting data | Unable to set FCPortSetting data: status "
-             "5 |"},
-        // Faster than the port can be, a speed and a type that there are not.
-        {port(kPort2, [](Port_Settings& one) { one.RequestedSpeed.set(25500000000); }),
-         "",
-         false,
-         "104 | " + ofPort +
-             "modify_instance[] Unable to set FCPortSetting data | Unable to set FCPortSetting data: "
-             "RequestedSpeed, Config.UserPort.0.2.LinkSpeed.20Gb/s: status 9 | "
-             "Config.UserPort.0.2.LinkSpeed.20Gb/s"},
-        {port(kPort2, [](Port_Settings& one) { one.RequestedSpeed.set(0); }),
-         "",
-         false,
-         "104 | " + ofPort +
-             "modify_instance[] Unable to set FCPortSetting data | Unable to set FCPortSetting data: "
-             "RequestedSpeed, Config.UserPort.0.2.LinkSpeed.ERROR: status 9 | "
-             "Config.UserPort.0.2.LinkSpeed.ERROR"},
-        {port(kPort2, [](Port_Settings& one) { one.RequestedType.set(99); }),
-         "",
-         false,
-         "104 | " + ofPort +
-             "modify_instance[] Unable to set FCPortSetting data | Unable to set FCPortSetting data: "
-             "RequestedType, Config.UserPort.0.2.Type.ERROR: status 9 | Config.UserPort.0.2.Type.ERROR"},
-        // The property is named by which of several writes was refused.
-        {port(kPort2,
-              [](Port_Settings& one)
-              {
-                  one.RequestedPerformanceTuningMode.set(1);
-                  one.DeviceScanEnable.set(true);
-              }),
-         "Config.UserPort.0.2.ScanEnable.True",
-         false,
-         "104 | " + ofPort +
-             "modify_instance[] Unable to set FCPortSetting data | Unable to set FCPortSetting data: "
-             "DeviceScanEnable, Config.UserPort.0.2.ScanEnable.True: status 5 | "
-             "Config.UserPort.0.2.AutoPerfTuning.True Config.UserPort.0.2.VIEnable.False "
-             "Config.UserPort.0.2.MFSEnable.False Config.UserPort.0.2.LCFEnable.False "
-             "Config.UserPort.0.2.ScanEnable.True"},
-        {onSwitch("VRAX:FCSwitchSettings:100002a5c0de0002", domain9),
-         "",
-         false,
-         "104 | " + ofSwitch +
-             "modify_instance[] Required instance was not found in the map | Required instance was not found "
-             "in the map |"},
-        {onSwitch(id, domain9),
-         "get_Local_Switch_World_Wide_Name",
-         true,
-         "104 | " + ofSwitch + "load[] Unable to retrieve localWWN " + ofSwitch +
-             "modify_instance[] VRAX_FCSwitchSettings load failed | VRAX_FCSwitchSettings load failed |"},
-        {onSwitch(id, domain9),
-         "xpl_swSwitchGetConfig",
-         false,
-         "104 | " + ofSwitch +
-             "modify_instance[] xpl_swSwitchGetConfig failed | xpl_swSwitchGetConfig failed |"},
-        {onSwitch(id, domain9),
-         "xpl_swSwitchSetConfig",
-         false,
-         "104 | " + ofSwitch +
-             "modify_instance[] xpl_swSwitchSetConfig Failed | "
-             "xpl_swSwitchSetConfig Failed: PreferredDomainID = 9: status 5 |"},
-        {onSwitch(id,
-                  [](Switch_Settings& one)
-                  {
-                      one.PreferredDomainID.set(240);
-                      one.DomainIDLocked.set(true);
-                  }),
-         "",
-         false,
-         "104 | " + ofSwitch +
-             "modify_instance[] xpl_swSwitchSetConfig Failed | "
-             "xpl_swSwitchSetConfig Failed: PreferredDomainID = 240, DomainIDLocked = 1: status 9 | switch"},
-        // Not even what could have been changed.
-        {onSwitch(id,
-                  [](Switch_Settings& one)
-                  {
-                      one.PreferredDomainID.set(9);
-                      one.PrincipalPriority.set(5);
-                  }),
-         "",
-         false,
-         "102 | | PrincipalPriority is 2 (principal), 3 (subordinate) or 4 (any) |"},
-    };
-    for (const Row& row : rows)
-    {
-        SCOPED_TRACE("row " + std::to_string(&row - rows));
-        SetUp();
-        const std::string scenario = formatScenario(sim.scenario());
-        const Changes portBefore = served<Port_Settings>(kPort2);
-        const Changes switchBefore = served<Switch_Settings>(id);
-        if (*row.failing != '\0')
-            sim.failNext(row.failing);
-        if (row.stale)
-            clock.outlive();
-        EXPECT_EQ(row.run().text, row.outcome);
-        EXPECT_EQ(formatScenario(sim.scenario()), scenario);
-        for (int loads = 0; loads < 2; ++loads)
-        {
-            EXPECT_EQ(served<Port_Settings>(kPort2), portBefore);
-            EXPECT_EQ(served<Switch_Settings>(id), switchBefore);
-            clock.outlive();
-        }
-    }
+    EXPECT_EQ(modifyPort(idOf(299), "RequestedType=5"), 0);
+    EXPECT_EQ(sim.writes(), Texts{"Config.UserPort.0.299.Type.F"});
 }
 
 // Nobody sees the instance between what the switch has and what is served.
@@ -436,11 +185,10 @@ TEST_F(Settings, AreWrittenUnderTheLockOfTheirMap)
     Texts noted;
     noteCallsUnderLock(Port_Provider::kIndex, ofPort, noted);
     noteCallsUnderLock(Switch_Provider::kIndex, ofSwitch, noted);
-    modify<Port_Settings>(kPort2, [](Port_Settings& one) { one.RequestedType.set(5); });
+    modifyPort(kPort2, "RequestedType=5");
     EXPECT_EQ(noted, ofPort);
     noted.clear();
-    modify<Switch_Settings>("VRAX:FCSwitchSettings:" + kWwn,
-                            [](Switch_Settings& one) { one.PreferredDomainID.set(9); });
+    modifySwitch("VRAX:FCSwitchSettings:" + kLocalWwn, "PreferredDomainID=9");
     EXPECT_EQ(noted, ofSwitch);
 }
 
@@ -457,35 +205,17 @@ TEST_F(Settings, TellWhatTheyChange)
                 all += line.second + "\n";
         return all;
     };
-    const auto modifyPort = [this](const std::function<void(Port_Settings&)>& wish)
-    {
-        const Owned<Port_Settings> instance = keysOf<Port_Settings>(kPort2);
-        wish(*instance);
-        VRAX_FCPortSettings_Provider().modify_instance(instance.get(), instance.get());
-    };
-    EXPECT_EQ(lines(
-                  [&]
-                  {
-                      modifyPort(
-                          [](Port_Settings& one)
-                          {
-                              one.RequestedSpeed.set(4250000000);
-                              one.RequestedType.set(5);
-                              one.RequestedIOStreamGuardState.set(2);
-                              one.RequestedPerformanceTuningMode.set(2);
-                              one.DeviceScanEnable.set(true);
-                          });
-                  }),
+    const std::string wish = "RequestedSpeed=4250000000 RequestedType=5 RequestedIOStreamGuardState=2 "
+                             "RequestedPerformanceTuningMode=2 DeviceScanEnable=true";
+    EXPECT_EQ(lines([&] { modifyPort(kPort2, wish); }),
               "Changing RequestedSpeed\nChanging RequestedPort Type\nChanging RequestedIOStreamGuardState \n"
               "Changing DeviceScanEnable \n");
-    const Owned<Switch_Settings> same = keysOf<Switch_Settings>("VRAX:FCSwitchSettings:" + kWwn);
-    EXPECT_EQ(lines([&] { VRAX_FCSwitchSettings_Provider().modify_instance(same.get(), same.get()); }),
-              "Nothing to modify\n");
+    EXPECT_EQ(lines([&] { modifySwitch("VRAX:FCSwitchSettings:" + kLocalWwn, ""); }), "Nothing to modify\n");
 }
 
 TEST_F(Settings, AnInstanceIdIsTakenApartWhenItIsOne)
 {
-    const std::string prefix = "VRAX:FCPortSettings:", switchWwn = kWwn, portWwn = "200202a5c0de0001";
+    const std::string prefix = "VRAX:FCPortSettings:", switchWwn = kLocalWwn, portWwn = "200202a5c0de0001";
     struct Row
     {
         std::string id;
@@ -514,7 +244,7 @@ TEST_F(Settings, OfTheSwitchArePrintedWhenTheyAreLoaded)
     instances<VRAX_FCSwitchSettings_Provider>();
     instances<VRAX_FCSwitchSettings_Provider>();
     const std::string printed = testing::internal::GetCapturedStdout();
-    const std::size_t first = printed.find("VRAX:FCSwitchSettings:" + kWwn);
+    const std::size_t first = printed.find("VRAX:FCSwitchSettings:" + kLocalWwn);
     EXPECT_NE(first, printed.npos) << printed;
     EXPECT_EQ(printed.find("VRAX_FCSwitchSettings", first), printed.npos) << "once: " << printed;
 }
@@ -528,8 +258,8 @@ TEST_F(Settings, ThatAreEitherTrueOrFalseAreNotNull)
     EXPECT_EQ(VRAX_FCPortSettings_Provider().modify_instance(portModel.get(), port.get()),
               MODIFY_INSTANCE_INVALID_PARAMETER);
     EXPECT_STREQ(Error::get(), "DeviceScanEnable is true or false");
-    const Owned<Switch_Settings> settings = keysOf<Switch_Settings>("VRAX:FCSwitchSettings:" + kWwn);
-    const Owned<Switch_Settings> model = keysOf<Switch_Settings>("VRAX:FCSwitchSettings:" + kWwn);
+    const Owned<Switch_Settings> settings = keysOf<Switch_Settings>("VRAX:FCSwitchSettings:" + kLocalWwn);
+    const Owned<Switch_Settings> model = keysOf<Switch_Settings>("VRAX:FCSwitchSettings:" + kLocalWwn);
     model->DomainIDLocked.set(true);
     EXPECT_EQ(VRAX_FCSwitchSettings_Provider().modify_instance(model.get(), settings.get()),
               MODIFY_INSTANCE_INVALID_PARAMETER);

@@ -17,6 +17,9 @@
 
 #include <gtest/gtest.h>
 
+// The World Wide Name of the simulated switch as it comes.
+inline const std::string kLocalWwn = "100002a5c0de0001";
+
 // A switch of four ports; every map of the module is stale at the start.
 class Switch_Test : public testing::Test
 {

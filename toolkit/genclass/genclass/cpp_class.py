@@ -160,16 +160,17 @@ def _tables(model):
         rows.append(f"    (Meta_Feature*)(void*)&{what},\n")
     local = "".join(f"    {{{int(model.is_local(f))}}},\n" for f in model.features)
     return (f"static Meta_Feature* _{model.name}_MFA[] =\n{{\n{''.join(rows)}}};\n\n"
-            f"static const Meta_Feature_Local _locals[] =\n{{\n{local}}};\n\n")
+            f"static const Meta_Feature_Local _{model.name}_locals[] =\n{{\n{local}}};\n\n")
 
 
 def _class(model, repository):
     table = f"_{model.name}_MFA" if model.features else "0"
     size = f"CIMPLE_ARRAY_SIZE(_{model.name}_MFA)" if model.features else "0"
+    locals_ = f"_{model.name}_locals" if model.features else "0"
     superclass = f"&{model.superclass.name}::static_meta_class" if model.superclass else "0"
     kind = model.kind.upper()
     lines = ["CIMPLE_ATOMIC_INITIALIZER,", f"{flags(kind, model.qualifiers)},", f'"{model.name}",', "0,", "0,",
-             f"{table},", f"{size},", f"sizeof({model.name}),", f"{'_locals' if model.features else '0'},",
+             f"{table},", f"{size},", f"sizeof({model.name}),", f"{locals_},",
              f"{superclass},", f"{len(model.keys)},", f"&{repository},"]
     return (f"const Meta_Class {model.name}::static_meta_class =\n{{\n"
             + "".join(f"    {line}\n" for line in lines) + "};\n\n")
