@@ -86,6 +86,8 @@ def zoning_changed():
 # What is done, and what is told of it.
 EVENTS = [
     ("switch 2 principal", [alert("FC8", FABRIC, "added")]),
+    ("fabric remove", [alert("FC8", FABRIC, "removed")]),
+    ("switch 2 principal", [alert("FC8", FABRIC, "added")]),
     ("port 3 down", port_changed(LOCAL, "200302a5c41d02e0", STOPPED, OK)),
     ("port 3 up", port_changed(LOCAL, "200302a5c41d02e0", OK, STOPPED)),
     ("port 3 fail", port_changed(LOCAL, "200302a5c41d02e0", ERROR, OK)),
