@@ -5,6 +5,7 @@
 #include "tests/delivery/test_indications.h"
 #include "tests/support/Log_Capture.h"
 
+#include <algorithm>
 #include <atomic>
 #include <gtest/gtest.h>
 #include <new>
@@ -32,6 +33,7 @@ class SenderTest : public testing::Test
         settings.firstPause = settings.longestPause = milliseconds(1);
         settings.stopTime = settings.logPeriod = hours(1);
         settings.http.connectTime = settings.http.answerTime = hours(1);
+        setenv("http_proxy", "http://127.0.0.1:1", 1); // is of no interest
     }
 
     Sender::Hooks hooks()
@@ -169,6 +171,7 @@ TEST_F(SenderTest, TakesAnErrorForAnAnswer)
           Test_Listener::answer(429, "", "Retry-After: 3600\r\n")},
          ""},
         {{busy, busy, busy}, "1 refused (HTTP status 503)"},
+        {{{"HTTP/1.1 100 Continue\r\n\r\n", true}}, ""},
     };
     persistence = Persistence::Transient;
     for (const auto& row : rows)
@@ -225,6 +228,7 @@ TEST_F(SenderTest, ForgetsNoDestinationWhenMemoryRunsOut)
     waitUntil([&] { return sender.counts().of(Loss::Unheard) == 2; });
 }
 
+// It had answered before, once that it was busy.
 TEST_F(SenderTest, GivesUpTheQueueOfAListenerThatIsGone)
 {
     const struct
@@ -238,26 +242,54 @@ TEST_F(SenderTest, GivesUpTheQueueOfAListenerThatIsGone)
         {Persistence::Transient, 0, Loss::Unheard, 20, 20}, // the switch keeps it: each message has its tries
         {Persistence::Unknown, 1, Loss::Unheard, 0, 0},     // who is not subscribed any more needs no expiry
     };
-    settings.http.answerTime = milliseconds(1);
     for (const auto& row : rows)
     {
         expired = 0;
         persistence = row.persistence;
         Sender::Hooks gone = hooks();
-        gone.expire = [&](const String&)
-        {
-            ++expired;
-            return row.deleted;
-        };
-        Test_Listener hangs(silent);
+        gone.expire = [&](const String&) { return ++expired, row.deleted; };
+        Test_Listener closes(
+            [count = 0](const auto& request) mutable
+            {
+                ++count;
+                return count == 1   ? Test_Listener::answer(503)
+                       : count == 2 ? Test_Listener::accept(request)
+                                    : Test_Listener::Reply{"", true};
+            });
         Sender sender(settings, gone);
-        sendNumbered(sender, {hangs.url()}, 0, 20);
+        sendNumbered(sender, {closes.url()}, 0, 1);
+        waitUntil([&] { return sender.counts().delivered == 1; });
+        sendNumbered(sender, {closes.url()}, 1, 20);
         waitUntil([&] { return sender.queuedBytes() == 0; });
         sender.stop();
         EXPECT_EQ(sender.counts().of(row.lost), 20u);
         EXPECT_GE(expired, row.fewestExpiries);
         EXPECT_LE(expired, row.mostExpiries);
     }
+}
+
+TEST_F(SenderTest, PausesAfterAFailureAndTriesOnceMoreAtTheEnd)
+{
+    Test_Listener living, closes(deafFor(1000)), busy([](const auto&) { return Test_Listener::answer(503); }),
+        later([](const auto&) { return Test_Listener::answer(503, "", "Retry-After: 3600\r\n"); });
+    settings.longestPause = hours(1);
+    {
+        Sender sender(settings, hooks());
+        sendNumbered(sender, {later.url(), busy.url()}, 0, 1);
+        waitUntil([&] { return sender.counts().of(Loss::Refused) == 1; });
+        EXPECT_EQ(later.requests().size(), 1u) << "it asked for a long pause";
+    }
+    settings.firstPause = hours(1);
+    settings.tries = 1;
+    Sender sender(settings, hooks());
+    sendNumbered(sender, {closes.url()}, 0, 3);
+    waitUntil([&] { return sender.counts().of(Loss::Unheard) == 1; });
+    sendNumbered(sender, {living.url()}, 0, 1);
+    waitUntil([&] { return sender.counts().delivered == 1; });
+    EXPECT_EQ(numbers(closes.requests()), upTo(1));
+    sender.stop();
+    EXPECT_EQ(numbers(closes.requests()), upTo(2));
+    EXPECT_EQ(sender.counts().of(Loss::Stopped), 2u);
 }
 
 TEST_F(SenderTest, NeitherWaitsForTheDeadNorTriesTheImpossible)
@@ -326,6 +358,19 @@ TEST_F(SenderTest, BoundsItsQueues)
         const Sender::Counts counts = sender.counts();
         EXPECT_EQ(counts.delivered + counts.of(Loss::Queue_Full) + counts.of(Loss::Stopped), 42u) << row.what;
         EXPECT_LE(log.texts().size(), 2u) << "once, and the rest at the end";
+    }
+    {
+        // Who holds most makes room.
+        settings.bytesEach = size * 100;
+        Test_Listener few(silent);
+        Sender sender(settings, hooks());
+        sendNumbered(sender, {few.url()}, 100, 2);
+        few.waitFor(1);
+        sendNumbered(sender, {hangs.url()}, 100, 20);
+        sender.stop();
+        const Texts lines = log.texts();
+        const std::string expected = "Indications for " + few.url() + " lost: 2 left at the end";
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), expected), 1);
     }
     // One that is larger than a queue.
     settings.bytesEach = size / 2;

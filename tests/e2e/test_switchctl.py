@@ -1,6 +1,7 @@
 """switchctl: a person does things to the running switch, and clients see them."""
 
 import os
+import select
 import stat
 import subprocess
 
@@ -65,6 +66,19 @@ def test_what_is_done_is_seen(switch):
         assert seen in (line_of(text, *beginning) if beginning else text), command
     switch("switch remove 9")
     assert "100002a5c0de0099" not in switch("show fabric")
+
+
+def test_a_person_watches(switch):
+    with subprocess.Popen([*switch.program, "watch"], stdout=subprocess.PIPE, text=True) as watch:
+        # The first lines come once it watches; each event is one line, in order.
+        while not select.select([watch.stdout], [], [], 0.1)[0]:
+            switch("user refuse eva")
+        for user in ("one", "two"):
+            switch(f"user refuse {user}")
+        lines = [line.rstrip() for line in iter(watch.stdout.readline, "login failed switch=100002a5c41d02e0 subject=two\n")]
+        assert lines[-1] == "login failed switch=100002a5c41d02e0 subject=one"
+        assert set(lines[:-1]) == {"login failed switch=100002a5c41d02e0 subject=eva"}
+        watch.terminate()
 
 
 def test_clients_see_it_too(agent, switch):

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <mutex>
 #include <new>
+#include <thread>
 #include <utility>
 
 #include <pthread.h>
@@ -19,6 +20,7 @@ namespace
 std::mutex lock;
 std::map<std::uint16_t, std::string> subscribed;
 bool sendingFails = false;
+std::chrono::milliseconds pause{0};
 constexpr int kAnyNumber = -1;
 std::atomic<int> threadsLeft{kAnyNumber};
 std::vector<std::uint16_t> asked;
@@ -67,6 +69,7 @@ Fake_Delivery::Fake_Delivery()
     const std::lock_guard<std::mutex> guard(lock);
     subscribed.clear();
     sendingFails = false;
+    pause = {};
     asked.clear();
     sent.clear();
     calls.clear();
@@ -90,6 +93,12 @@ void Fake_Delivery::failSending(bool fails)
 {
     const std::lock_guard<std::mutex> guard(lock);
     sendingFails = fails;
+}
+
+void Fake_Delivery::answerAfter(std::chrono::milliseconds time)
+{
+    const std::lock_guard<std::mutex> guard(lock);
+    pause = time;
 }
 
 void Fake_Delivery::failThreads(int successes)
@@ -159,6 +168,7 @@ void subscriptionsChanged()
 void filterToDestinations(std::uint16_t filter, Destinations& list)
 {
     const std::lock_guard<std::mutex> guard(lock);
+    std::this_thread::sleep_for(pause);
     asked.push_back(filter);
     const auto found = subscribed.find(filter);
     if (found != subscribed.end())

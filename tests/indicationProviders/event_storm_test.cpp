@@ -2,15 +2,19 @@
 // begin anew: whoever is subscribed is told everything, in order, and nobody else is told anything.
 #include "common/indications.h"
 
+#include "delivery/delivery.h"
 #include "fabricProviders/VRAX_FCPort_Provider.h"
 #include "fabricProviders/VRAX_ZoneSet_Provider.h"
 #include "switchProviders/VRAX_PowerSupply_Provider.h"
 #include "tests/delivery/Test_Listener.h"
 #include "tests/indicationProviders/Subscription_Test.h"
 
+#include "CIM_AlertIndication.h"
+
 #include <atomic>
+#include <mutex>
+#include <numeric>
 #include <regex>
-#include <shared_mutex>
 #include <thread>
 
 namespace cimple
@@ -42,9 +46,8 @@ std::vector<int> numbers(const Test_Listener& listener, const std::string& word)
 
 std::vector<int> upTo(int count)
 {
-    std::vector<int> all;
-    while (static_cast<int>(all.size()) < count)
-        all.push_back(static_cast<int>(all.size()));
+    std::vector<int> all(static_cast<std::size_t>(count));
+    std::iota(all.begin(), all.end(), 0);
     return all;
 }
 
@@ -55,36 +58,34 @@ class Event_Storm : public Subscription_Test
     template <class WORK>
     void begin(WORK work)
     {
-        writers.emplace_back(
-            [work]
-            {
-                for (int round = 0; round < kRounds; ++round)
-                    work(round);
-            });
+        const auto repeat = [work]
+        {
+            for (int round = 0; round < kRounds; ++round)
+                work(round);
+        };
+        writers.emplace_back(repeat);
     }
 
-    void refuse(const std::string& word, int number) { sim.refuseLogin(word + "-" + std::to_string(number)); }
     // The indications do not end before it has come, which could lose it.
-    void refuseAndWait(const std::string& word, int number, const Test_Listener& hears)
+    void refuseAndWait(const std::string& user, const Test_Listener& hears)
     {
-        const std::shared_lock<std::shared_mutex> lock(running);
-        refuse(word, number);
-        hears.waitFor(word + "-" + std::to_string(number) + " ");
+        const std::lock_guard<std::mutex> lock(running);
+        sim.refuseLogin(user);
+        hears.waitFor(user + " ");
     }
 
     // The client is told of what happens while it is subscribed, and not of what happens afterwards.
-    void comeAndGo(const char* name, const char* filter, int round, const Test_Listener& hears)
+    void comeAndGo(const std::string& name, const char* filter, int round, const Test_Listener& hears)
     {
         auto own = listener(name);
         own->Destination.set(hears.url().c_str());
         auto request = subscription(filter, name);
-        request->SubscriptionState.set(2);
         EXPECT_EQ(Listeners().create_instance(own.get()), 0);
         EXPECT_EQ(Subscriptions().create_instance(request.get()), 0);
-        refuseAndWait(name + std::string("-here"), round, hears);
+        refuseAndWait(name + "-here-" + std::to_string(round), hears);
         EXPECT_EQ(Subscriptions().delete_instance(request.get()), 0);
         EXPECT_EQ(Listeners().delete_instance(own.get()), 0);
-        refuseAndWait(name + std::string("-late"), round, steady);
+        refuseAndWait(name + "-late-" + std::to_string(round), steady);
     }
 
     // Its listener expires at any moment.
@@ -106,12 +107,15 @@ class Event_Storm : public Subscription_Test
         serve<VRAX_ZoneSet_Provider>();
         serve<VRAX_PowerSupply_Provider>();
         Listeners::expire_listener_destination(kNobody);
+        Destinations list;
+        filterToDestinations(16, list);
+        sendIndication(makeNull<CIM_AlertIndication>().get(), list);
         clock.outlive();
     }
 
     Test_Listener everything, one, other;
     Test_Listener steady; // subscribed all the time
-    std::shared_mutex running;
+    std::mutex running;   // held by who needs that the indications do
     std::vector<std::thread> writers;
 };
 
@@ -152,13 +156,14 @@ TEST_F(Event_Storm, ReachesWhoeverIsSubscribed)
     std::thread reader(readUntilItIsOver), secondReader(readUntilItIsOver);
     for (int number = 0; number < kRefusals; ++number)
     {
+        const std::string user = "steady-" + std::to_string(number);
         if ((number + 1) % kRefusalsBetweenRestarts != 0)
         {
-            refuse("steady", number);
+            sim.refuseLogin(user);
             continue;
         }
-        refuseAndWait("steady", number, steady);
-        const std::lock_guard<std::shared_mutex> nobodyWaits(running);
+        refuseAndWait(user, steady);
+        const std::lock_guard<std::mutex> lock(running);
         stopIndications();
         EXPECT_TRUE(startIndications());
     }
