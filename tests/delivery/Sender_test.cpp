@@ -171,7 +171,6 @@ TEST_F(SenderTest, TakesAnErrorForAnAnswer)
           Test_Listener::answer(429, "", "Retry-After: 3600\r\n")},
          ""},
         {{busy, busy, busy}, "1 refused (HTTP status 503)"},
-        {{{"HTTP/1.1 100 Continue\r\n\r\n", true}}, ""},
     };
     persistence = Persistence::Transient;
     for (const auto& row : rows)
@@ -195,23 +194,6 @@ TEST_F(SenderTest, TakesAnErrorForAnAnswer)
     }
 }
 
-TEST_F(SenderTest, GivesUpOneMessageOfAPermanentListenerAfterItsTries)
-{
-    Test_Listener listener(deafFor(3 + 2)); // all tries of the first message, two of the second
-    Sender sender(settings, hooks());
-    sendNumbered(sender, {listener.url()}, 0, 2);
-    EXPECT_EQ(numbers(listener.waitFor(6)), upTo(2));
-    sender.stop();
-    EXPECT_EQ(listener.requests().size(), 6u);
-    EXPECT_EQ(sender.counts().delivered, 1u);
-    EXPECT_EQ(sender.counts().of(Loss::Unheard), 1u);
-    EXPECT_EQ(expired, 0u);
-    const Texts lines = log.texts();
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0].rfind("Indications for " + listener.url() + " lost: 1 without an answer (", 0), 0u)
-        << lines[0];
-}
-
 // Two destinations that refuse at once, so that both tries end in one look at the network.
 TEST_F(SenderTest, ForgetsNoDestinationWhenMemoryRunsOut)
 {
@@ -228,8 +210,8 @@ TEST_F(SenderTest, ForgetsNoDestinationWhenMemoryRunsOut)
     waitUntil([&] { return sender.counts().of(Loss::Unheard) == 2; });
 }
 
-// It had answered before, once that it was busy.
-TEST_F(SenderTest, GivesUpTheQueueOfAListenerThatIsGone)
+// It has answered before, once that it was busy.
+TEST_F(SenderTest, GivesUpWhatNobodyTakes)
 {
     const struct
     {
@@ -237,10 +219,12 @@ TEST_F(SenderTest, GivesUpTheQueueOfAListenerThatIsGone)
         std::uint32_t deleted;
         Loss lost;
         std::uint32_t fewestExpiries, mostExpiries;
+        bool isEachTried;
     } rows[] = {
-        {Persistence::Transient, 1, Loss::Expired, 1, 19},
-        {Persistence::Transient, 0, Loss::Unheard, 20, 20}, // the switch keeps it: each message has its tries
-        {Persistence::Unknown, 1, Loss::Unheard, 0, 0},     // who is not subscribed any more needs no expiry
+        {Persistence::Permanent, 1, Loss::Unheard, 0, 0, true},
+        {Persistence::Transient, 1, Loss::Expired, 1, 19, false},
+        {Persistence::Transient, 0, Loss::Unheard, 20, 20, true}, // the switch keeps it
+        {Persistence::Unknown, 1, Loss::Unheard, 0, 0, false},    // nobody is subscribed
     };
     for (const auto& row : rows)
     {
@@ -265,6 +249,8 @@ TEST_F(SenderTest, GivesUpTheQueueOfAListenerThatIsGone)
         EXPECT_EQ(sender.counts().of(row.lost), 20u);
         EXPECT_GE(expired, row.fewestExpiries);
         EXPECT_LE(expired, row.mostExpiries);
+        // That the kept connection breaks is no try.
+        EXPECT_EQ(closes.requests().size() == 2 + 1 + 20 * settings.tries, row.isEachTried);
     }
 }
 
@@ -276,20 +262,21 @@ TEST_F(SenderTest, PausesAfterAFailureAndTriesOnceMoreAtTheEnd)
     {
         Sender sender(settings, hooks());
         sendNumbered(sender, {later.url(), busy.url()}, 0, 1);
-        waitUntil([&] { return sender.counts().of(Loss::Refused) == 1; });
+        waitUntil([&] { return sender.counts().of(Loss::Refused) >= 1; });
         EXPECT_EQ(later.requests().size(), 1u) << "it asked for a long pause";
     }
     settings.firstPause = hours(1);
     settings.tries = 1;
     Sender sender(settings, hooks());
     sendNumbered(sender, {closes.url()}, 0, 3);
-    waitUntil([&] { return sender.counts().of(Loss::Unheard) == 1; });
+    waitUntil([&] { return sender.counts().of(Loss::Unheard) >= 1; });
     sendNumbered(sender, {living.url()}, 0, 1);
     waitUntil([&] { return sender.counts().delivered == 1; });
     EXPECT_EQ(numbers(closes.requests()), upTo(1));
     sender.stop();
     EXPECT_EQ(numbers(closes.requests()), upTo(2));
-    EXPECT_EQ(sender.counts().of(Loss::Stopped), 2u);
+    sendNumbered(sender, {living.url()}, 1, 1);
+    EXPECT_EQ(sender.counts().of(Loss::Stopped), 3u) << "what comes later is lost, too";
 }
 
 TEST_F(SenderTest, NeitherWaitsForTheDeadNorTriesTheImpossible)
@@ -396,33 +383,6 @@ TEST_F(SenderTest, TheOldestMakeRoomButNotTheOneThatIsTried)
     waitUntil([&] { return sender.queuedBytes() == 0; });
     sender.stop();
     EXPECT_EQ(numbers(listener.requests()), (std::vector<int>{0, 8, 9}));
-}
-
-TEST_F(SenderTest, StopsWhileEventsFlow)
-{
-    Test_Listener living;
-    const std::string dead = Test_Listener().url();
-    Sender sender(settings, hooks());
-    constexpr int kThreads = 3;
-    constexpr int kEach = 200;
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < kThreads; ++thread)
-        threads.emplace_back(
-            [&, thread] {
-                sendNumbered(sender, {living.url(), dead}, thread * kEach, kEach);
-            });
-    living.waitFor(10);
-    std::thread other([&] { sender.stop(); });
-    sender.stop();
-    other.join();
-    for (std::thread& thread : threads)
-        thread.join();
-    const Sender::Counts counts = sender.counts();
-    EXPECT_EQ(std::accumulate(counts.lost.begin(), counts.lost.end(), counts.delivered),
-              2u * kThreads * kEach)
-        << "each is delivered or counted as lost";
-    EXPECT_EQ(counts.delivered, living.requests().size());
-    EXPECT_EQ(sender.queuedBytes(), 0u);
 }
 
 TEST_F(SenderTest, ForgetsIdleListeners)

@@ -419,11 +419,7 @@ TEST(EventDelivery, EndsAndChangesItsReceiverWhileEventsFlow)
         {
             static std::atomic<bool> isInside;
             const auto dawdle = [](const xpl_SwitchEvent*, void*)
-            {
-                isInside = true;
-                std::this_thread::yield();
-                isInside = false;
-            };
+            { isInside = true, std::this_thread::yield(), isInside = false; };
             while (!stop)
             {
                 xpl_swReceiveEvents(dawdle, nullptr);
