@@ -27,6 +27,8 @@ std::vector<std::uint16_t> asked;
 std::vector<Fake_Delivery::Sent> sent;
 std::vector<std::string> calls;
 
+cimple::Expire_Listener expireListener = nullptr;
+
 std::mutex receiving; // as the firmware promises: the former receiver is not running when it is replaced
 xpl_SwitchEventReceiver receiver = nullptr;
 void* receiverContext = nullptr;
@@ -106,6 +108,11 @@ void Fake_Delivery::failThreads(int successes)
     threadsLeft = successes;
 }
 
+std::uint32_t Fake_Delivery::expire(const std::string& destination)
+{
+    return expireListener(destination.c_str());
+}
+
 std::vector<std::uint16_t> Fake_Delivery::takeAsked()
 {
     const std::lock_guard<std::mutex> guard(lock);
@@ -151,8 +158,9 @@ extern "C" void xpl_swReceiveEvents(xpl_SwitchEventReceiver to, void* context)
 namespace cimple
 {
 
-bool startDelivery(Expire_Listener)
+bool startDelivery(Expire_Listener expire)
 {
+    expireListener = expire;
     note("startDelivery");
     return hasThread();
 }

@@ -40,6 +40,9 @@ class Fake_Delivery
     // object's end.
     static void failThreads(int successes);
 
+    // Asks the module to delete a listener, as a delivery that was started does.
+    static std::uint32_t expire(const std::string& destination);
+
     // Since the last call.
     std::vector<std::uint16_t> takeAsked();
     std::vector<Sent> takeSent();

@@ -337,6 +337,8 @@ TEST_F(Indications, RunAsAWhole)
         EXPECT_EQ(delivery.takeCalls(), (Texts{"receive no more", "stopDelivery"}));
         EXPECT_EQ(delivery.takeSent().size(), 2U) << "an alert and a modification";
     }
+    sim.open(simulator::SimSwitch::make().listener("l", "http://l").scenario());
+    EXPECT_EQ(Fake_Delivery::expire("http://l"), 1U) << "though nobody has asked for the listeners yet";
 }
 
 TEST_F(Indications, DoNotBeginByHalf)
