@@ -5,7 +5,6 @@
 #include "delivery/delivery.h"
 #include "fabricProviders/VRAX_FCPort_Provider.h"
 #include "fabricProviders/VRAX_ZoneSet_Provider.h"
-#include "switchProviders/VRAX_PowerSupply_Provider.h"
 #include "tests/delivery/Test_Listener.h"
 #include "tests/indicationProviders/Subscription_Test.h"
 
@@ -96,7 +95,6 @@ class Event_Storm : public Subscription_Test
             EXPECT_TRUE(pair == "failed" || pair.find(' ') + 1 < pair.size()) << pair;
         serve<VRAX_FCPort_Provider>();
         serve<VRAX_ZoneSet_Provider>();
-        serve<VRAX_PowerSupply_Provider>();
         Listeners::expire_listener_destination(kNobody);
         Destinations list;
         filterToDestinations(16, list);
@@ -169,7 +167,6 @@ TEST_F(Event_Storm, ReachesWhoeverIsSubscribed)
     EXPECT_EQ(told(one, "one-late"), 0);
     EXPECT_EQ(told(other, "other-here"), kRounds);
     EXPECT_EQ(told(other, "other-late"), 0);
-    EXPECT_GT(everything.requests().size(), static_cast<std::size_t>(kRefusals));
     makeMapsStale();
     EXPECT_EQ(pairs().size(), 5u) << "the others are gone";
 }
