@@ -133,13 +133,33 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
     leave(setting, kExitHung);
 }
 
+constexpr std::chrono::milliseconds kLeastTimeToStop{1000};
+
 // What is left until the deadline; a little more when that is near, for a supervisor does not kill at once.
 std::chrono::milliseconds timeToStop(std::chrono::steady_clock::time_point deadline)
 {
-    constexpr std::chrono::milliseconds kLeast{1000};
     const auto left = deadline - std::chrono::steady_clock::now();
-    return std::max(kLeast, std::chrono::duration_cast<std::chrono::milliseconds>(left));
+    return std::max(kLeastTimeToStop, std::chrono::duration_cast<std::chrono::milliseconds>(left));
 }
+
+// The libraries' indications; they end here at the latest, should the start fail.
+class Indications
+{
+  public:
+    explicit Indications(ProviderManager& providers) : _providers(providers)
+    {
+        _providers.startIndications();
+    }
+    ~Indications() { _providers.stopIndications(kLeastTimeToStop); }
+    Indications(const Indications&) = delete;
+    Indications& operator=(const Indications&) = delete;
+
+    // False when they do not end in time. Once is enough.
+    bool stop(std::chrono::milliseconds atMost) { return _providers.stopIndications(atMost); }
+
+  private:
+    ProviderManager& _providers;
+};
 
 int serve(const Setting& setting)
 {
@@ -169,13 +189,14 @@ int serve(const Setting& setting)
                  [&] { return &authenticator.emplace(*options.passwordFile, limits, firstRead); });
         gate.emplace(frontEnd, *authenticator, limits);
     }
+    // Before the first client, whose changes may be worth an indication already.
+    Indications indications(core.providers());
     HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;
     const std::string urls = urlsOf(setting.sockets);
     HttpServer server(handler,
                       limits,
                       std::move(setting.sockets),
                       {setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }});
-    core.providers().startIndications();
     if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
     {
         std::printf("cimd: listening on %s\n", urls.c_str());
@@ -188,7 +209,7 @@ int serve(const Setting& setting)
     if (!isDone)
         log(LogLevel::Error, "cimd", "a request did not finish in time; leaving it behind");
     // After the requests, for what these do may be worth an indication.
-    if (!core.providers().stopIndications(timeToStop(deadline)))
+    if (!indications.stop(timeToStop(deadline)))
     {
         log(LogLevel::Error, "cimd", "indications did not stop in time; leaving them behind");
         isDone = false;

@@ -370,7 +370,7 @@ void Sender::retry(Target& target, const Http_Client::Outcome& outcome)
 void Sender::giveUp(Target& target, const std::string& reason)
 {
     // Who answers, be it to come later, is not dead.
-    const Persistence persistence =
+    Persistence persistence =
         target.wasAnswered ? Persistence::Permanent : _hooks.persistenceOf(target.destination);
     if (persistence == Persistence::Transient)
     {
@@ -380,6 +380,8 @@ void Sender::giveUp(Target& target, const std::string& reason)
                 loggable(target.url).c_str(),
                 target.tries,
                 expired);
+        if (expired == 0) // the switch keeps it, for now
+            persistence = Persistence::Permanent;
     }
     const std::lock_guard<std::mutex> lock(_lock);
     if (persistence == Persistence::Permanent)

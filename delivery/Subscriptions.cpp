@@ -5,7 +5,7 @@
 #include "support/VRAX_Except.h"
 #include "support/cim_log.h"
 #include "switchaccess/Sml_Batch.h"
-#include "switchaccess/Sml_Walk.h"
+#include "switchaccess/subscription_keys.h"
 #include "switchaccess/time_translation.h"
 
 #include <algorithm>
@@ -24,38 +24,44 @@ namespace cimple
 namespace
 {
 
-constexpr const char* kSource = "delivery/Subscriptions";
+namespace keys = subscription_keys;
 
-constexpr const char* kNoSubscription = "Unable to get subscription info";
-constexpr Walk_Keys kSubscriptions = {"Oper.Cim.FirstSubscription",
-                                      kNoSubscription,
-                                      "Oper.Cim.NextSubscription.%s",
-                                      kNoSubscription,
-                                      XPL_END_OF_WALK};
-constexpr Walk_Keys kListeners = {"Oper.Cim.Subscription.%s.FirstListener",
-                                  kNoSubscription,
-                                  "Oper.Cim.Subscription.%s.NextListener.%2$s",
-                                  kNoSubscription,
-                                  XPL_END_OF_WALK};
+constexpr const char* kSource = "delivery/Subscriptions";
 
 enum Subscription_Entry
 {
     kFilter,
     kState,
     kDuration,
-    kStart
+    kStart,
+    kFirstListener
 };
-constexpr const char* kSubscriptionKeys[] = {"Oper.Cim.Subscription.%s.FilterID",
-                                             "Oper.Cim.Subscription.%s.EnableState",
-                                             "Oper.Cim.Subscription.%s.Duration",
-                                             "Oper.Cim.Subscription.%s.StartTime"};
+constexpr const char* kSubscriptionKeys[] = {
+    keys::kFilterId, keys::kEnableState, keys::kDuration, keys::kStartTime, keys::kFirstListener};
 
 enum Listener_Entry
 {
     kType,
     kDestination
 };
-constexpr const char* kListenerKeys[] = {"Oper.Cim.Listener.%s.Type", "Oper.Cim.Listener.%s.Destination"};
+constexpr const char* kListenerKeys[] = {keys::kType, keys::kDestination};
+
+// A subscription that goes while its listeners are read has no more of them.
+bool readUnlessGone(xpl_smlEntry& entry)
+{
+    const bool answered = Walk_Keys::readInBatch(entry);
+    if (entry.status == XPL_UNKNOWN_KEY)
+        entry.status = XPL_END_OF_WALK;
+    return answered;
+}
+
+constexpr Walk_Keys listenersOfSubscription()
+{
+    Walk_Keys walk = keys::kListenersOfSubscription;
+    walk.read = readUnlessGone;
+    return walk;
+}
+constexpr Walk_Keys kListeners = listenersOfSubscription();
 
 constexpr std::int64_t kForEver = std::numeric_limits<std::int64_t>::max();
 
@@ -100,7 +106,7 @@ class Subscriptions::Reader
   public:
     std::shared_ptr<const Snapshot> read()
     {
-        for (const std::string& subscription : Sml_Walk(kSubscriptions, {kSource, __func__}))
+        for (const std::string& subscription : Sml_Walk(keys::kSubscriptions, {kSource, __func__}))
             add(subscription);
         return _result;
     }
@@ -109,8 +115,11 @@ class Subscriptions::Reader
     void add(const std::string& subscription)
     {
         const char* const name = subscription.c_str();
-        if (!_subscription.read({name}))
-            throw VRAX_Except(kSource, __func__, __LINE__, kNoSubscription);
+        const bool answered = _subscription.read({name});
+        if (_subscription.status(kFilter) == XPL_UNKNOWN_KEY)
+            return; // it has gone since the walk came by
+        if (!answered)
+            throw VRAX_Except(kSource, __func__, __LINE__, keys::kSubscriptionMissing);
         if (std::strcmp(_subscription.text(kState), "True") != 0)
             return;
         const std::optional<std::uint16_t> filter = filterNumber(_subscription.text(kFilter));
@@ -123,7 +132,8 @@ class Subscriptions::Reader
             return;
         }
         const std::int64_t end = endOf(_subscription.text(kDuration), _subscription.text(kStart));
-        for (const std::string& listener : Sml_Walk(kListeners, {kSource, __func__}, name))
+        const char* const first = _subscription.text(kFirstListener);
+        for (const std::string& listener : Sml_Walk::from(first, kListeners, {kSource, __func__}, name))
             if (const auto& known = find(listener))
                 _result->byFilter[*filter].push_back({known->destination, end});
             else
@@ -141,7 +151,7 @@ class Subscriptions::Reader
         const bool answered = _listener.read({name.c_str()});
         const bool isThere = _listener.status(kDestination) != XPL_UNKNOWN_KEY;
         if (!answered && isThere)
-            throw VRAX_Except(kSource, __func__, __LINE__, "Unable to get Listener Type and/or Destination");
+            throw VRAX_Except(kSource, __func__, __LINE__, keys::kListenerMissing);
         if (answered && *_listener.text(kDestination) != '\0')
             place->second = {_listener.text(kDestination),
                              std::strcmp(_listener.text(kType), "Permanent") == 0};

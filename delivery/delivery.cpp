@@ -49,13 +49,9 @@ Sender::Hooks hooks(Expire_Listener expire)
 {
     const auto persistenceOf = [](const String& destination)
     { return delivery().subscriptions.persistenceOf(destination); };
-    const auto expireAndNote = [expire](const String& destination) -> std::uint32_t
-    {
-        const std::uint32_t count = expire != nullptr ? expire(destination) : 0;
-        subscriptionsChanged();
-        return count;
-    };
-    return {persistenceOf, expireAndNote};
+    const auto expireIfKnown = [expire](const String& destination)
+    { return expire != nullptr ? expire(destination) : 0; };
+    return {persistenceOf, expireIfKnown};
 }
 
 // Runs what must not throw; false, with a line in the log, when it does.
@@ -83,7 +79,6 @@ bool startDelivery(Expire_Listener expire)
                    {
                        Delivery& all = delivery();
                        const std::lock_guard<std::mutex> one(all.starting);
-                       all.subscriptions.changed(); // whoever was to tell may not have run
                        const bool runs = [&all]
                        {
                            const std::lock_guard<std::mutex> lock(all.lock);

@@ -4,7 +4,7 @@
 #include "common/local_system.h"
 #include "indicationProviders/subscription_commands.h"
 #include "switchaccess/Attribute.h"
-#include "switchaccess/Sml_Walk.h"
+#include "switchaccess/subscription_keys.h"
 #include "switchaccess/time_translation.h"
 
 #include <cstdlib>
@@ -18,6 +18,8 @@ namespace cimple
 
 namespace
 {
+
+namespace keys = subscription_keys;
 
 // Values of SubscriptionState and OnFatalErrorPolicy.
 constexpr uint16 kEnabled = 2;
@@ -39,33 +41,16 @@ Datetime asTime(const char* text)
 }
 
 constexpr Attribute<CIM_IndicationSubscription> kAttributes[] = {
-    {"Oper.Cim.Subscription.%s.FilterID"},
-    {"Oper.Cim.Subscription.%s.EnableState", put<&CIM_IndicationSubscription::SubscriptionState, asState>},
+    {keys::kFilterId},
+    {keys::kEnableState, put<&CIM_IndicationSubscription::SubscriptionState, asState>},
     {"Oper.Cim.Subscription.%s.EnableStateChange"},
-    {"Oper.Cim.Subscription.%s.Duration", put<&CIM_IndicationSubscription::SubscriptionDuration, decimal>},
-    {"Oper.Cim.Subscription.%s.StartTime", put<&CIM_IndicationSubscription::SubscriptionStartTime, asTime>},
-    {"Oper.Cim.Subscription.%s.FirstListener"},
+    {keys::kDuration, put<&CIM_IndicationSubscription::SubscriptionDuration, decimal>},
+    {keys::kStartTime, put<&CIM_IndicationSubscription::SubscriptionStartTime, asTime>},
+    {keys::kFirstListener},
 };
 constexpr std::size_t kFilterId = entryOf(kAttributes, ".FilterID");
 constexpr std::size_t kFirstListener = entryOf(kAttributes, ".FirstListener");
 
-// Operators know both failures by this text.
-constexpr Failure_Text kSubscriptionMissing = "Unable to get first subscription info";
-constexpr Walk_Keys kSubscriptions = {
-    "Oper.Cim.FirstSubscription",
-    kSubscriptionMissing,
-    "Oper.Cim.NextSubscription.%s",
-    kSubscriptionMissing,
-    XPL_END_OF_WALK,
-};
-// Behind the first, which comes with the subscription's attributes.
-constexpr Walk_Keys kListeners = {
-    kAttributes[kFirstListener].key,
-    CIM_IndicationSubscription_Provider::kReadFailed,
-    "Oper.Cim.Subscription.%s.NextListener.%s",
-    "Unable to get next listener info",
-    XPL_END_OF_WALK,
-};
 constexpr Failure_Text kNameMissing = "Failed to get subscription name";
 constexpr Walk_Keys kSubscriptionsOfListener = {
     "Oper.Cim.Listener.%s.FirstSub",
@@ -152,7 +137,7 @@ void CIM_IndicationSubscription_Provider::build(Pairs& pairs)
     const auto filters = byName(pairs.all<CIM_IndicationFilter>());
     const auto listeners = byName(pairs.all<CIM_ListenerDestinationCIMXML>());
     Attribute_Reader<CIM_IndicationSubscription> attributes(kAttributes);
-    for (const std::string& name : Sml_Walk(kSubscriptions, {kSource, "load"}))
+    for (const std::string& name : Sml_Walk(keys::kSubscriptions, {kSource, "load"}))
     {
         if (!attributes.read({name.c_str()}))
             fail(kReadFailed);
@@ -160,7 +145,8 @@ void CIM_IndicationSubscription_Provider::build(Pairs& pairs)
         if (filter == nullptr)
             fail("Bad filter mapping");
         const char* const first = attributes.text(kFirstListener);
-        for (const std::string& each : Sml_Walk::from(first, kListeners, {kSource, "load"}, name.c_str()))
+        for (const std::string& each :
+             Sml_Walk::from(first, keys::kListenersOfSubscription, {kSource, "load"}, name.c_str()))
         {
             const CIM_ListenerDestinationCIMXML* listener = find(listeners, each);
             if (listener == nullptr)
@@ -260,7 +246,7 @@ CIM_IndicationSubscription_Provider::delete_instance(const CIM_IndicationSubscri
         if (!hasEnds(request.get()) || (isLoaded && guard.view().find(*request) == nullptr))
             op.fail("Instance not found");
         const char* const listener = request->Handler->Name.value.c_str();
-        constexpr const char* kFilterKeys[] = {kAttributes[kFilterId].key};
+        constexpr const char* kFilterKeys[] = {keys::kFilterId};
         Sml_Batch filter(kFilterKeys);
         bool isFound = isLoaded;
         for (const std::string& each :

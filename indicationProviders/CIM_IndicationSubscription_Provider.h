@@ -5,6 +5,7 @@
 #include "common/Association_Provider.h"
 #include "indicationProviders/CIM_IndicationFilter_Provider.h"
 #include "indicationProviders/CIM_ListenerDestinationCIMXML_Provider.h"
+#include "switchaccess/subscription_keys.h"
 
 #include "CIM_IndicationSubscription_Methods.h"
 
@@ -20,7 +21,7 @@ class CIM_IndicationSubscription_Provider
                                   Ends<CIM_IndicationFilter, CIM_ListenerDestinationCIMXML>>
 {
   public:
-    static constexpr Failure_Text kReadFailed = "Unable to get subscription info";
+    static constexpr Failure_Text kReadFailed = subscription_keys::kSubscriptionMissing;
     static constexpr Failure_Text kCreationFailed = "Failed to create CIM_IndicationSubscription instance";
     static constexpr Failure_Text kInsertionFailed = "Failed to insert into CIM_IndicationSubscription_map";
 

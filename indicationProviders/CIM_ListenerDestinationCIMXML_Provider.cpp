@@ -4,7 +4,6 @@
 #include "common/local_system.h"
 #include "indicationProviders/subscription_commands.h"
 #include "switchaccess/Attribute.h"
-#include "switchaccess/Sml_Walk.h"
 #include "switchaccess/local_switch.h"
 
 #include <cstring>
@@ -30,8 +29,8 @@ bool isPermanent(const CIM_ListenerDestinationCIMXML& listener)
 }
 
 constexpr Attribute<CIM_ListenerDestinationCIMXML> kAttributes[] = {
-    {"Oper.Cim.Listener.%s.Type", put<&CIM_ListenerDestinationCIMXML::PersistenceType, asPersistence>},
-    {"Oper.Cim.Listener.%s.Destination", put<&CIM_ListenerDestinationCIMXML::Destination>},
+    {subscription_keys::kType, put<&CIM_ListenerDestinationCIMXML::PersistenceType, asPersistence>},
+    {subscription_keys::kDestination, put<&CIM_ListenerDestinationCIMXML::Destination>},
 };
 constexpr Walk_Keys kListeners = {
     "Oper.Cim.FirstListener",

@@ -3,6 +3,7 @@
 #define INDICATIONPROVIDERS_CIM_LISTENERDESTINATIONCIMXML_PROVIDER_H
 
 #include "common/Map_Provider.h"
+#include "switchaccess/subscription_keys.h"
 
 #include "CIM_ListenerDestinationCIMXML_Methods.h"
 
@@ -12,7 +13,7 @@ namespace cimple
 class CIM_ListenerDestinationCIMXML_Provider : public Instance_Provider<CIM_ListenerDestinationCIMXML>
 {
   public:
-    static constexpr Failure_Text kReadFailed = "Unable to get Listener Type and/or Destination";
+    static constexpr Failure_Text kReadFailed = subscription_keys::kListenerMissing;
     static constexpr Failure_Text kCreationFailed = "Failes to create CIM_ListenerDestinationCIMXML instance";
     static constexpr Failure_Text kInsertionFailed = "Failed to insert instance in map";
 

@@ -84,6 +84,11 @@ std::string setPrincipal(const Words& values)
         });
 }
 
+std::string removeFabric(const Words&)
+{
+    return change([](FabricModel& model, std::uint64_t now) { model.setPrincipal(0, now); });
+}
+
 IslScenario linkOf(const Words& values)
 {
     IslScenario link;
@@ -113,6 +118,7 @@ std::vector<Verb> fabricVerbs()
         {"switch DOMAIN online", "any switch is switched on", setSwitchState<AdminState::online>},
         {"switch DOMAIN offline", "any switch is switched off", setSwitchState<AdminState::offline>},
         {"switch DOMAIN principal", "it becomes the principal switch", setPrincipal},
+        {"fabric remove", "no switch is the principal one, until one becomes it", removeFabric},
         {"link add DOMAIN PORT DOMAIN PORT", "a cable between two switches is plugged in", addLink},
     };
 }

@@ -166,10 +166,15 @@ TEST_F(SubscriptionsTest, LeavesOutWhatItDoesNotKnow)
               .listener("gone", "http://gone/")
               .subscription("s0", "Alert:Nothing", {"one"})
               .subscription("s1", "CQL:Alert:All", {"gone", "empty", "one"})
-              .subscription("s2", "CQL:Alert:SNIA:Core1", {"two"}));
+              .subscription("s2", "CQL:Alert:SNIA:Core1", {"two"})
+              .subscription("s3", "CQL:Alert:SNIA:Core1", {"one"})
+              .subscription("s4", "CQL:Alert:SNIA:Core2", {"one", "two"}));
     sim.failKey("Oper.Cim.Listener.gone.Type", XPL_UNKNOWN_KEY);
     sim.failKey("Oper.Cim.Listener.gone.Destination", XPL_UNKNOWN_KEY);
     sim.answer("Oper.Cim.Listener.empty.Destination", "");
+    // Subscriptions that go while they are read.
+    sim.failKey("Oper.Cim.Subscription.s3.FilterID", XPL_UNKNOWN_KEY);
+    sim.failKey("Oper.Cim.Subscription.s4.NextListener.one", XPL_UNKNOWN_KEY);
     const Log_Capture log;
     EXPECT_EQ(destinations(16), Texts{"http://one/"});
     EXPECT_EQ(log.texts(),
@@ -177,6 +182,7 @@ TEST_F(SubscriptionsTest, LeavesOutWhatItDoesNotKnow)
                      "Subscription s1 is left out: there is no listener \"empty\" with a destination",
                      "Subscription s1 is left out: there is no listener \"gone\" with a destination"}));
     EXPECT_EQ(destinations(17), Texts{"http://two/"});
+    EXPECT_EQ(destinations(18), Texts{"http://one/"});
 }
 
 TEST_F(SubscriptionsTest, KnowsWhichListenersAreTransient)
@@ -187,7 +193,7 @@ TEST_F(SubscriptionsTest, KnowsWhichListenersAreTransient)
     EXPECT_EQ(subscriptions.persistenceOf("http://one/"), Persistence::Permanent);
     EXPECT_EQ(subscriptions.persistenceOf("http://two/"), Persistence::Transient);
     EXPECT_EQ(subscriptions.persistenceOf("http://three/"), Persistence::Unknown);
-    begin(with.listener("three", "http://two/", true).subscription("s2", "CQL:Alert:SNIA:Core1", {"three"}));
+    begin(with.listener("z", "http://two/", true).subscription("s2", "CQL:Alert:SNIA:Core1", {"z"}));
     destinations(16);
     EXPECT_EQ(subscriptions.persistenceOf("http://two/"), Persistence::Permanent) << "one of two";
 }

@@ -67,6 +67,21 @@ std::vector<Test_Listener::Request> Test_Listener::waitFor(std::size_t count) co
     return _requests;
 }
 
+void Test_Listener::waitFor(const std::string& text) const
+{
+    std::size_t seen = 0;
+    const auto isThere = [&]
+    {
+        for (; seen < _requests.size(); ++seen)
+            if (_requests[seen].body.find(text) != text.npos)
+                return true;
+        return false;
+    };
+    std::unique_lock<std::mutex> lock(_lock);
+    if (!_changed.wait_for(lock, kPatience, isThere))
+        throw std::runtime_error("no request came with " + text);
+}
+
 void Test_Listener::run()
 {
     for (int taken = 0;;)

@@ -45,6 +45,8 @@ class Test_Listener
     // The requests so far, once there are so many; throws when they do not come.
     std::vector<Request> waitFor(std::size_t count) const;
     std::vector<Request> requests() const { return waitFor(0); }
+    // Returns when the body of a request holds the text; throws when none comes.
+    void waitFor(const std::string& text) const;
 
   private:
     struct Connection

@@ -6,10 +6,8 @@
 #include "tests/delivery/test_indications.h"
 #include "tests/support/Log_Capture.h"
 
-#include <atomic>
 #include <gtest/gtest.h>
 #include <string>
-#include <thread>
 
 namespace cimple
 {
@@ -57,33 +55,6 @@ TEST_F(DeliveryTest, StartsAndStopsAnyNumberOfTimes)
     sendIndication(nullptr, {listener.url().c_str()});
     stopDelivery();
     EXPECT_EQ(listener.requests().size(), 2u);
-}
-
-TEST_F(DeliveryTest, StopsAndStartsWhileEventsFlow)
-{
-    std::atomic<bool> over{false};
-    std::thread events(
-        [&]
-        {
-            while (!over)
-                raise("event");
-        });
-    std::thread changes(
-        [&]
-        {
-            while (!over)
-                subscriptionsChanged();
-        });
-    for (int round = 0; round < 5; ++round)
-    {
-        const std::size_t before = listener.requests().size();
-        startDelivery(nullptr);
-        listener.waitFor(before + 1);
-        stopDelivery();
-    }
-    over = true;
-    events.join();
-    changes.join();
 }
 
 } // namespace

@@ -15,8 +15,8 @@ from indications import (
 from kept_agent import KeptAgent
 from test_listeners import listening
 
-LOCAL, FABRIC, OTHER = "100002a5c41d02e0", "100002A5C41D0477", "100002A5C0DE0099"
-SWITCH_OF_FABRIC, OTHER_PORT, JOINED_PORT = FABRIC, "200002A5C0DE0099", "201402A5C41D0477"
+LOCAL, FABRIC, OTHER = "100002a5c41d02e0", "100002A5C41D0477", "100002a5c0de0099"
+SWITCH_OF_FABRIC, OTHER_PORT, JOINED_PORT = FABRIC, "200002a5c0de0099", "201402A5C41D0477"
 OK, ERROR, STOPPED = 2, 6, 10
 ALL_ALERTS = 16
 
@@ -85,6 +85,8 @@ def zoning_changed():
 
 # What is done, and what is told of it.
 EVENTS = [
+    ("switch 2 principal", [alert("FC8", FABRIC, "added")]),
+    ("fabric remove", [alert("FC8", FABRIC, "removed")]),
     ("switch 2 principal", [alert("FC8", FABRIC, "added")]),
     ("port 3 down", port_changed(LOCAL, "200302a5c41d02e0", STOPPED, OK)),
     ("port 3 up", port_changed(LOCAL, "200302a5c41d02e0", OK, STOPPED)),
@@ -288,15 +290,15 @@ def test_a_restart_and_a_crash_forget_nobody(build_dir, tmp_path, socket, listen
         Subscriber(agent.connection)(listeners.url("close-b"), "Create:ComputerSystem")
         agent.restart()
         switch(f"switch add 9 {OTHER} 1")
-        assert listeners.next("close-b")["SourceInstance"]["Name"] == OTHER
+        assert listeners.next("close-b")["SourceInstance"]["Name"] == OTHER.upper()
         assert listeners.next("keep-a")["MessageID"] == "FC7"
         agent.crash()
         assert len(agent.connection.EnumerateInstances(SUBSCRIPTION)) == 3
         # What happens while the next process starts is told to nobody.
         wait_until(lambda: listeners.has("keep-a") or switch("user refuse eva"))
         assert listeners.next("keep-a")["MessageID"] == "Core9"
-        switch(f"switch add 10 {OTHER[:-1]}A 1")
-        assert listeners.next("close-b")["SourceInstance"]["Name"] == OTHER[:-1] + "A"
+        switch(f"switch add 10 {OTHER[:-1]}a 1")
+        assert listeners.next("close-b")["SourceInstance"]["Name"] == OTHER[:-1].upper() + "A"
 
 
 def test_pywbem_manages_its_subscriptions_and_listens(switch, connection):

@@ -1,6 +1,7 @@
 """switchctl: a person does things to the running switch, and clients see them."""
 
 import os
+import select
 import stat
 import subprocess
 
@@ -8,6 +9,8 @@ import pywbem
 import pytest
 
 from agent_process import NAMESPACE, AgentProcess
+
+LOCAL = "100002a5c41d02e0"
 
 
 class Switch:
@@ -65,6 +68,21 @@ def test_what_is_done_is_seen(switch):
         assert seen in (line_of(text, *beginning) if beginning else text), command
     switch("switch remove 9")
     assert "100002a5c0de0099" not in switch("show fabric")
+
+
+def test_a_person_watches(switch):
+    with subprocess.Popen([*switch.program, "watch"], stdout=subprocess.PIPE, text=True) as watch:
+        before = 0  # events until one is seen
+        while not select.select([watch.stdout], [], [], 0.1)[0]:
+            switch("user refuse eva")
+            before += 1
+        for user in ("one", "two"):
+            switch(f"user refuse {user}")
+        line = f"login failed switch={LOCAL} subject="
+        seen = [text.strip() for text in iter(watch.stdout.readline, f"{line}two\n")]
+        assert 1 < len(seen) <= before + 1
+        assert seen == [f"{line}eva"] * (len(seen) - 1) + [f"{line}one"]
+        watch.terminate()
 
 
 def test_clients_see_it_too(agent, switch):

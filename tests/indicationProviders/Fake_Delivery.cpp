@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <mutex>
 #include <new>
+#include <thread>
 #include <utility>
 
 #include <pthread.h>
@@ -19,11 +20,14 @@ namespace
 std::mutex lock;
 std::map<std::uint16_t, std::string> subscribed;
 bool sendingFails = false;
+std::chrono::milliseconds pause{0};
 constexpr int kAnyNumber = -1;
 std::atomic<int> threadsLeft{kAnyNumber};
 std::vector<std::uint16_t> asked;
 std::vector<Fake_Delivery::Sent> sent;
 std::vector<std::string> calls;
+
+cimple::Expire_Listener expireListener = nullptr;
 
 std::mutex receiving; // as the firmware promises: the former receiver is not running when it is replaced
 xpl_SwitchEventReceiver receiver = nullptr;
@@ -67,6 +71,7 @@ Fake_Delivery::Fake_Delivery()
     const std::lock_guard<std::mutex> guard(lock);
     subscribed.clear();
     sendingFails = false;
+    pause = {};
     asked.clear();
     sent.clear();
     calls.clear();
@@ -92,9 +97,20 @@ void Fake_Delivery::failSending(bool fails)
     sendingFails = fails;
 }
 
+void Fake_Delivery::answerAfter(std::chrono::milliseconds time)
+{
+    const std::lock_guard<std::mutex> guard(lock);
+    pause = time;
+}
+
 void Fake_Delivery::failThreads(int successes)
 {
     threadsLeft = successes;
+}
+
+std::uint32_t Fake_Delivery::expire(const std::string& destination)
+{
+    return expireListener(destination.c_str());
 }
 
 std::vector<std::uint16_t> Fake_Delivery::takeAsked()
@@ -142,8 +158,9 @@ extern "C" void xpl_swReceiveEvents(xpl_SwitchEventReceiver to, void* context)
 namespace cimple
 {
 
-bool startDelivery(Expire_Listener)
+bool startDelivery(Expire_Listener expire)
 {
+    expireListener = expire;
     note("startDelivery");
     return hasThread();
 }
@@ -159,6 +176,7 @@ void subscriptionsChanged()
 void filterToDestinations(std::uint16_t filter, Destinations& list)
 {
     const std::lock_guard<std::mutex> guard(lock);
+    std::this_thread::sleep_for(pause);
     asked.push_back(filter);
     const auto found = subscribed.find(filter);
     if (found != subscribed.end())

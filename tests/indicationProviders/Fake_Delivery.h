@@ -6,6 +6,7 @@
 #include "platform/switch_events.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -34,9 +35,13 @@ class Fake_Delivery
     void subscribe(std::uint16_t filter, const std::string& destination);
     void subscribeToAll(); // each filter has one named by its number
     void failSending(bool fails);
+    void answerAfter(std::chrono::milliseconds time); // whoever asks for destinations waits
     // After so many more the module's threads, of which the delivery's is one, cannot be created, until this
     // object's end.
     static void failThreads(int successes);
+
+    // Asks the module to delete a listener, as a delivery that was started does.
+    static std::uint32_t expire(const std::string& destination);
 
     // Since the last call.
     std::vector<std::uint16_t> takeAsked();

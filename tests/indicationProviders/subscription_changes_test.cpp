@@ -279,6 +279,7 @@ TEST_F(Changes, ASubscriptionIsMadeOfSixCommands)
                          "Listener.b.AddSubscription." + kNewName}));
         EXPECT_TRUE(key_eq(request.get(), subscription("Create:FCPort", "b").get()))
             << "told as it is published";
+        EXPECT_EQ(request->SubscriptionDuration.value, std::stoull(row.seconds));
         EXPECT_EQ(pairs().size(), 4u);
 
         for (const bool fresh : {true, false})
