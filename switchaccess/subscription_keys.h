@@ -25,15 +25,15 @@ constexpr const char* kSubscriptionMissing = "Unable to get subscription info";
 
 // All subscriptions. Operators know both failures by this text.
 constexpr const char* kWalkFailed = "Unable to get first subscription info";
-constexpr Walk_Keys kSubscriptions = {
+inline constexpr Walk_Keys kSubscriptions = {
     "Oper.Cim.FirstSubscription", kWalkFailed, "Oper.Cim.NextSubscription.%s", kWalkFailed, XPL_END_OF_WALK};
 
 // The listeners of a subscription, which owns the walk. The first one comes with the attributes.
-constexpr Walk_Keys kListenersOfSubscription = {kFirstListener,
-                                                kSubscriptionMissing,
-                                                "Oper.Cim.Subscription.%s.NextListener.%s",
-                                                "Unable to get next listener info",
-                                                XPL_END_OF_WALK};
+inline constexpr Walk_Keys kListenersOfSubscription = {kFirstListener,
+                                                       kSubscriptionMissing,
+                                                       "Oper.Cim.Subscription.%s.NextListener.%s",
+                                                       "Unable to get next listener info",
+                                                       XPL_END_OF_WALK};
 
 } // namespace cimple::subscription_keys
 

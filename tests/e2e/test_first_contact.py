@@ -3,6 +3,7 @@
 import socket
 from urllib.parse import urlsplit
 
+import pytest
 import pywbem
 
 
@@ -33,7 +34,9 @@ def test_superclasses_reach_every_subclass(connection):
 def test_a_key_in_a_namespace_that_is_not_there_answers_6(connection):
     path = connection.EnumerateInstanceNames("VRAX_NamespaceInManager")[0]
     path.keybindings["Dependent"].namespace = "root/elsewhere"
-    assert status_of(connection.GetInstance, path) == pywbem.CIM_ERR_NOT_FOUND
+    with pytest.raises(pywbem.CIMError) as error:
+        connection.GetInstance(path)
+    assert error.value.status_code == pywbem.CIM_ERR_NOT_FOUND
     assert connection.last_server_response_time > 0
 
 
