@@ -13,7 +13,7 @@ namespace
 typedef std::vector<std::string> Texts;
 typedef VRAX_ObjectManager Manager;
 typedef VRAX_Namespace Name;
-typedef Pairs<Pairs_Provider> Joined;
+typedef cimple::Pairs<Pairs_Provider> Joined;
 
 // Four endpoints, "A" to "D".
 class Endpoints_Provider : public Instance_Provider_Base<Endpoints_Provider, VRAX_ProtocolEndpoint>

@@ -4,6 +4,7 @@
 #include "switchProviders/VRAX_ConfigurationData_Provider.h"
 #include "switchProviders/VRAX_FCSwitchConfigurationData_Provider.h"
 #include "tests/common/testing/Switch_Test.h"
+#include "tests/common/testing/requests.h"
 #include "tests/support/Full_Disk.h"
 
 #include <filesystem>
@@ -21,14 +22,6 @@ typedef std::vector<std::string> Texts;
 const std::string kDefault = "VRAX:ConfigurationData:" + kLocalWwn + ":DEFAULT";
 const std::string kNew = "VRAX:ConfigurationData:" + kLocalWwn + ":NEW";
 const std::string kSource = "Exception[CRIT]:switchProviders/VRAX_ConfigurationData_Provider:";
-
-std::string joined(const Texts& texts)
-{
-    std::string all;
-    for (const std::string& text : texts)
-        all += (all.empty() ? "" : " | ") + text;
-    return all;
-}
 
 fs::path place(const char* switchPath)
 {

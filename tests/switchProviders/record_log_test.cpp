@@ -26,14 +26,6 @@ Owned<CLASS> keysOf(const std::string& id)
     return keys;
 }
 
-std::string joined(const Texts& texts)
-{
-    std::string all;
-    for (const std::string& text : texts)
-        all += (all.empty() ? "" : " | ") + text;
-    return all;
-}
-
 std::string entry(int number, const std::string& second, const std::string& message)
 {
     return "[" + std::to_string(number) + "][Tue Mar 04 10:22:" + second + ".000001 UTC 2008][" + message +

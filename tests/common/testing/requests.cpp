@@ -65,6 +65,14 @@ std::vector<Cells> readRequests(const std::string& path, std::size_t cells, cons
     return rows;
 }
 
+std::string joined(const std::vector<std::string>& texts)
+{
+    std::string all;
+    for (const std::string& text : texts)
+        all += (all.empty() ? "" : " | ") + text;
+    return all;
+}
+
 void assign(Instance& instance, const std::string& properties)
 {
     std::istringstream words(properties);

@@ -18,6 +18,9 @@ typedef std::vector<std::string> Cells;
 // no row.
 std::vector<Cells> readRequests(const std::string& path, std::size_t cells, const std::string& localWwn);
 
+// The texts in a row, separated as cells are.
+std::string joined(const std::vector<std::string>& texts);
+
 // Sets properties of the types boolean, uint8, uint16 and uint64: "Name=value Name=value". Without a value:
 // zero or false.
 void assign(cimple::Instance& instance, const std::string& properties);
