@@ -1,12 +1,11 @@
 # CIM-XML over HTTP, and the program.
 pkg_check_modules(crypt REQUIRED IMPORTED_TARGET libcrypt)
 pkg_check_modules(gnutls REQUIRED IMPORTED_TARGET gnutls)
-pkg_check_modules(microhttpd REQUIRED IMPORTED_TARGET libmicrohttpd)
 add_subdirectory(auth)
 
 file(GLOB sources CONFIGURE_DEPENDS http/*.cpp ops/*.cpp pull/*.cpp xml/*.cpp)
 add_library(cimd_wire STATIC ${sources})
-target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd PkgConfig::gnutls)
+target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::gnutls)
 
 file(GLOB sources CONFIGURE_DEPENDS *.cpp)
 list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")

@@ -175,8 +175,10 @@ def test_explains_itself(build_dir):
 
 def test_lets_as_many_clients_wait_as_the_backlog_holds(start):
     cimd = start("--max-connections", "1", "--max-backlog", "3")
-    served = cimd.send_get("good")
-    assert is_instance(served.getresponse().read().decode())
+    served = cimd.send_get("waits")
+    cimd.process.send_signal(signal.SIGUSR1)  # shown in turn: once the request is there, it stays
+    while "1 answer" not in cimd.read_until("notice counters: 127.0.0.1: 1"):
+        cimd.process.send_signal(signal.SIGUSR1)
     # A connection is made as soon as the kernel has a place for it, accepted or not; it grants one more.
     waiting = [socket.create_connection(("127.0.0.1", cimd.port), TIMEOUT_SECONDS) for _ in range(4)]
     with pytest.raises(TimeoutError):
