@@ -461,8 +461,8 @@ class HttpServer::Impl : public Station
     {
         refusals.add({LogLevel::Warning,
                       "http",
-                      "there are " + std::to_string(limit) + " connections, --" + option,
-                      ", most from " + admission.most()},
+                      std::string("--") + option + " is reached",
+                      ": " + std::to_string(limit) + " connections, most from " + admission.most()},
                      peer,
                      now);
     }

@@ -176,7 +176,7 @@ void RequestReader::readLine()
 
 void RequestReader::readStart()
 {
-    constexpr const char* kNoStart = "This is not a request of HTTP/1.1.";
+    constexpr const char* kNoStart = "This is no request of HTTP 1.";
     const std::string_view line = _line;
     const std::size_t first = std::min(line.find(' '), line.size());
     const std::size_t last = line.rfind(' ');
