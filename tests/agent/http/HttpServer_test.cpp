@@ -126,7 +126,7 @@ TEST_F(HttpServerTest, RefusesWhatItWillNotRead)
         {kHead + "CIMMethod : a\r\nContent-Length: 4\r\n\r\nbody", 400, false},
         {kHead + "X: a\rb\r\nContent-Length: 4\r\n\r\nbody", 400, false},
         {kHead + "X: a\r\r\nContent-Length: 4\r\n\r\nbody", 400, false},
-        {kHead + std::string("X: a\0b\r\nContent-Length: 4\r\n\r\nbody", 35), 400, false},
+        {kHead + "X: a" + '\0' + "b\r\nContent-Length: 4\r\n\r\nbody", 400, false},
         {kHead + "X: a\r\n b\r\nContent-Length: 4\r\n\r\nbody", 400, false},
         {kHead + "host: t\r\nContent-Length: 4\r\n\r\nbody", 400, false},
         {kHead + "CIMMethod: a\r\nCIMMETHOD: a\r\nContent-Length: 4\r\n\r\nbody", 400, false},
