@@ -487,10 +487,11 @@ void Connection::breakOff()
 
 void Connection::endAnswer()
 {
+    const bool closes = _form.closes;
     endRequest("the answer was sent");
     if (_out.capacity() > kKept)
         _out.shrink_to_fit();
-    if (_form.closes)
+    if (closes)
         startDrain();
     else
         enter(Phase::Idle);
@@ -501,6 +502,7 @@ void Connection::endRequest(const std::string& reason)
     _place->isBusy = false;
     _isFresh = false;
     _begun = kNever;
+    _form = {};
     if (!_exchange)
         return;
     _exchange->reply.close(reason);

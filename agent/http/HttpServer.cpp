@@ -459,12 +459,10 @@ class HttpServer::Impl : public Station
 
     void noteFull(const char* option, std::size_t limit, const std::string& peer)
     {
-        refusals.add({LogLevel::Warning,
-                      "http",
-                      std::string("--") + option + " is reached",
-                      ": " + std::to_string(limit) + " connections, most from " + admission.most()},
-                     peer,
-                     now);
+        RefusalLog::Refusal refusal{LogLevel::Warning, "http", std::string("--") + option + " is reached"};
+        if (refusals.isNews(refusal.reason))
+            refusal.detail = ": " + std::to_string(limit) + " connections, most from " + admission.most();
+        refusals.add(refusal, peer, now);
     }
 
     void writeOff(WorkerPool::Worker& worker)

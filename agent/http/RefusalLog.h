@@ -32,6 +32,9 @@ class RefusalLog
     // `peer` is "address:port".
     void add(const Refusal& refusal, const std::string& peer, Time now);
 
+    // Whether such a refusal would be told, not counted.
+    bool isNews(const std::string& reason) const { return _minutes.count(reason) == 0; }
+
     // Tells what is due. @return when to call it again.
     Time tellAll(Time now);
 
