@@ -159,6 +159,15 @@ def test_a_client_may_take_its_time_after_the_handshake(build_dir, files):
             assert waiting.recv(100).startswith(b"HTTP/1.1 408")
 
 
+def test_a_handshake_has_its_time(build_dir, files):
+    with TlsAgent(build_dir, files, "--max-handshake-seconds", "1") as agent:
+        with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60) as held:
+            held.sendall(b"\x16\x03\x01\x01\x00")
+            assert held.recv(100) == b""
+        agent.stop()
+        assert re.search(r"warning tls: 127\.0\.0\.1:\d+: no TLS connection: the client took too long", agent.log())
+
+
 def start(build_dir, *words):
     program = [f"{build_dir}/bin/cimd", "--port", "0", "--scenario", str(DEFAULT_SCENARIO),
                *map(str, words)]
