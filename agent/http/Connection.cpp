@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <sys/epoll.h>
 #include <utility>
 
@@ -21,7 +22,6 @@ constexpr unsigned kContentTooLarge = 413;
 constexpr unsigned kUnavailable = 503;
 constexpr int kStepsInTurn = 64;
 constexpr std::size_t kBelief = 8;
-constexpr std::size_t kPiece = 64 * 1024;  // of an answer that comes in chunks
 constexpr std::size_t kCopied = 64 * 1024; // a body that follows its head in the same buffer
 constexpr std::size_t kKept = 4 * 1024;    // of a buffer between two answers
 constexpr std::chrono::seconds kDrainTime{2};
@@ -433,38 +433,34 @@ void Connection::served(unsigned status)
 
 bool Connection::fetchPiece()
 {
-    constexpr std::size_t kSizeLine = 10; // eight digits and an end
-    const std::size_t before = _out.size();
-    const std::size_t start = before + (_form.isOld ? 0 : kSizeLine);
-    _out.resize(start + kPiece);
-    std::size_t size = kPiece;
-    const Reply::Piece piece = _exchange->reply.read(&_out[start], size);
-    _out.resize(piece == Reply::Piece::Text ? start + size : before);
-    if (before == 0)
-        _progress = _station.now;
-    switch (piece)
+    std::vector<char>& buffer = _station.buffer;
+    std::size_t size = buffer.size();
+    switch (_exchange->reply.read(buffer.data(), size))
     {
     case Reply::Piece::Nothing:
-        return before != 0;
+        return !_out.empty();
     case Reply::Piece::Broken:
         breakOff();
         return true;
     case Reply::Piece::End:
         _isAnswered = true;
         if (!_form.isOld)
-            _out += "0\r\n\r\n";
+            send("0\r\n\r\n");
         return true;
     case Reply::Piece::Text:
         break;
     }
+    const std::string_view piece(buffer.data(), size);
     if (_form.isOld)
+    {
+        send(piece);
         return true;
-    char line[kSizeLine];
-    char* end = std::to_chars(line, line + kSizeLine - 2, size, 16).ptr;
-    *end++ = '\r';
-    *end++ = '\n';
-    _out.replace(before, kSizeLine, line, static_cast<std::size_t>(end - line));
-    _out += "\r\n";
+    }
+    char line[2 * sizeof size];
+    send({line, static_cast<std::size_t>(std::to_chars(line, std::end(line), size, 16).ptr - line)});
+    send("\r\n");
+    send(piece);
+    send("\r\n");
     return true;
 }
 
@@ -478,10 +474,10 @@ void Connection::breakOff()
         _peer + ": the answer broke off" + (trailers.empty() ? "" : ": " + trailers.back().second));
     if (!_form.takesTrailers || trailers.empty())
         return close(kGone);
-    _out += "0\r\n";
+    send("0\r\n");
     for (const auto& [name, value] : trailers)
-        _out.append(name).append(": ").append(value).append("\r\n");
-    _out += "\r\n";
+        send(name + ": " + value + "\r\n");
+    send("\r\n");
     _isAnswered = true;
 }
 
