@@ -153,14 +153,15 @@ class HttpServer::Impl : public Station
     // The same, and waits until it is done.
     void onIoThread(const std::function<void()>& task)
     {
-        std::promise<void> done;
+        const auto done = std::make_shared<std::promise<void>>(); // set_value() may outlast the wait
+        std::future<void> isDone = done->get_future();
         post(
-            [&]
+            [task, done]
             {
                 task();
-                done.set_value();
+                done->set_value();
             });
-        done.get_future().wait();
+        isDone.wait();
     }
 
     void wake(std::uint64_t id) override
