@@ -44,8 +44,8 @@ PROCESSES
 
 SIGNALS
        SIGTERM, SIGINT and SIGHUP end cimd after the requests in flight are answered; a second one ends it at once.
-       SIGUSR1 prints what was asked for since the start, per class and operation, and the requests in flight to
-       standard error. Send signals to the process that was started.
+       SIGUSR1 prints what was asked for since the start, per class and operation, the requests in flight and the
+       connections to standard error. Send signals to the process that was started.
 
 EXIT STATUS
        0 after a signal, 1 if a request in flight did not finish in time, 2 if cimd could not start.

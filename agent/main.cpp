@@ -7,6 +7,7 @@
 #include "agent/ops/LogInGate.h"
 #include "agent/platform.h"
 #include "agent/run/Supervisor.h"
+#include "agent/run/descriptors.h"
 #include "agent/run/exit_status.h"
 #include "agent/run/signals.h"
 #include "agent/service/AgentCore.h"
@@ -93,8 +94,8 @@ std::string urlsOf(const std::vector<ListenSocket>& sockets)
     return urls;
 }
 
-// Waits for a signal to stop; shows the requests when asked to.
-void waitForStop(SignalSet& signals, const Setting& setting, const Counters& counters)
+// Waits for a signal to stop; shows requests and connections when asked to.
+void waitForStop(SignalSet& signals, const Setting& setting, const Counters& counters, HttpServer& server)
 {
     int signal = nextSignal(signals);
     for (; signal == SIGUSR1; signal = nextSignal(signals))
@@ -105,6 +106,8 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
         logAlways("notice", "counters", "requests in flight: " + std::to_string(requests.size()));
         for (const InFlight::Request& request : requests)
             logAlways("notice", "counters", request.text());
+        for (const std::string& line : server.connectionTable())
+            logAlways("notice", "counters", line);
     }
     log(LogLevel::Info, "cimd", signalName(signal) + ": stopping");
     // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
@@ -203,7 +206,7 @@ int serve(const Setting& setting)
         std::fflush(stdout);
     }
 
-    waitForStop(signals, setting, counters);
+    waitForStop(signals, setting, counters, server);
     const auto deadline = std::chrono::steady_clock::now() + limits.stopGrace;
     bool isDone = server.stop(limits.stopGrace);
     if (!isDone)
@@ -247,6 +250,22 @@ void handOnTrust(const Options& options)
 
 constexpr std::uint16_t kTlsPort = 5989; // wbem-https in the registry of ports
 
+// The server, its providers and the C library have some descriptors of their own.
+constexpr std::size_t kOtherDescriptors = 64;
+
+// A connection is a socket and, with a slow client, a file; so is an enumeration that waits to be pulled.
+void makeRoomForFiles(const Limits& limits)
+{
+    const std::size_t needed = 2 * std::size_t{limits.connections} + limits.enumerations + kOtherDescriptors;
+    const std::size_t allowed = allowDescriptors(needed);
+    if (allowed < needed)
+        log(LogLevel::Warning,
+            "cimd",
+            "--max-connections " + std::to_string(limits.connections) + " and --max-enumerations " +
+                std::to_string(limits.enumerations) + " may need " + std::to_string(needed) +
+                " open files; the system allows " + std::to_string(allowed) + " (RLIMIT_NOFILE)");
+}
+
 // Each worker would otherwise have a heap of its own, which keeps what its largest answer took.
 constexpr int kHeaps = 2;
 
@@ -275,6 +294,7 @@ int start(const Options& options)
     mallopt(M_ARENA_MAX, kHeaps);
     std::signal(SIGPIPE, SIG_IGN);
     const Limits& limits = options.limits;
+    makeRoomForFiles(limits);
     std::vector<ListenSocket> sockets;
     if (options.isPlainServed)
         listenOn(sockets, options, "--port", options.port, false);

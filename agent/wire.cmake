@@ -1,13 +1,14 @@
 # CIM-XML over HTTP, and the program.
 pkg_check_modules(crypt REQUIRED IMPORTED_TARGET libcrypt)
 pkg_check_modules(gnutls REQUIRED IMPORTED_TARGET gnutls)
-pkg_check_modules(microhttpd REQUIRED IMPORTED_TARGET libmicrohttpd)
 add_subdirectory(auth)
 
 file(GLOB sources CONFIGURE_DEPENDS http/*.cpp ops/*.cpp pull/*.cpp xml/*.cpp)
 add_library(cimd_wire STATIC ${sources})
-vrax_unity(cimd_wire ALONE http/HttpServer.cpp http/Reply.cpp http/cim_headers.cpp)
-target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::microhttpd PkgConfig::gnutls)
+vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.cpp http/Reply.cpp
+                           http/RequestReader.cpp http/answer_head.cpp http/cim_headers.cpp)
+target_compile_definitions(cimd_wire PUBLIC CIMD_VERSION="${PROJECT_VERSION}")
+target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::gnutls)
 
 file(GLOB sources CONFIGURE_DEPENDS *.cpp)
 list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
@@ -15,7 +16,6 @@ add_library(cimd_start STATIC ${sources})
 target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
 
 add_executable(cimd main.cpp)
-target_compile_definitions(cimd PRIVATE CIMD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(cimd PRIVATE cimd_wire cimd_start vrax_warnings)
 install(TARGETS cimd cimd-passwd)
 

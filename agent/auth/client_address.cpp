@@ -1,6 +1,7 @@
 // Reading the names of peers.
 #include "agent/auth/client_address.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cstddef>
 #include <iterator>
@@ -24,7 +25,9 @@ std::string clientAddress(std::string_view peer)
     in6_addr address{};
     if (inet_pton(AF_INET6, text.c_str(), &address) != 1)
         return std::string(host);
-    return {std::begin(address.s6_addr), std::begin(address.s6_addr) + kNetworkBytes};
+    std::fill(std::begin(address.s6_addr) + kNetworkBytes, std::end(address.s6_addr), '\0');
+    char network[INET6_ADDRSTRLEN];
+    return std::string(inet_ntop(AF_INET6, &address, network, sizeof network)) + "/64";
 }
 
 } // namespace cimd

@@ -3,109 +3,179 @@
 #define AGENT_HTTP_CONNECTION_H
 
 #include "agent/Limits.h"
+#include "agent/http/Admission.h"
 #include "agent/http/BodyBudget.h"
+#include "agent/http/Channel.h"
+#include "agent/http/RefusalLog.h"
 #include "agent/http/Reply.h"
-#include "agent/http/TlsHandshake.h"
-#include "agent/http/message.h"
+#include "agent/http/RequestReader.h"
+#include "agent/http/answer_head.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <microhttpd.h>
-#include <mutex>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace cimd
 {
 
-class Connection;
-
-// One request on its way through the server.
+// One request on its way through the server; shared with the worker that answers it.
 struct Exchange
 {
-    Exchange(const Limits& limits, BodyBudget& bodies, SpoolArea& area, Outlet& outlet)
-        : share(bodies), reply(limits, area, outlet)
+    Exchange(const Limits& limits, BodyBudget& bodies, SpoolArea& area, std::function<void()> wake)
+        : share(bodies), reply(limits, area, std::move(wake))
     {
     }
 
     HttpRequest request;
     BodyShare share; ///< of the memory for bodies: what this one takes
-    std::function<void(std::string&, std::string_view)> collect; ///< see Verdict
-    std::optional<HttpResponse> refusal; ///< what the head or the size of the body earned it
-    std::size_t received = 0;            ///< body bytes, dropped ones included
-    std::size_t bodyLimit = 0;
-    bool closes = false;      ///< the body is not read, so the connection ends with the refusal
-    bool isAnswering = false; ///< complete and on its way to an answer
     Reply reply;
 };
+using ExchangePtr = std::shared_ptr<Exchange>;
 
-// Lives from the acceptance of a connection to its end, at the hand of the I/O thread. What can be called
-// from elsewhere says so.
-class Connection : public Outlet
+// What connections need of their server. For its I/O thread, but for wake().
+class Station
 {
   public:
-    using Time = Alarm::Time;
+    Station(HttpHandler& theHandler, const Limits& theLimits, std::string spoolDirectory)
+        : handler(theHandler), limits(theLimits),
+          bodies(std::max(theLimits.allBodiesBytes, theLimits.bodyBytes)),
+          area(std::move(spoolDirectory), theLimits.unsentBytes, theLimits.answerFileBytes),
+          admission(theLimits.connections, theLimits.connectionsPerAddress)
+    {
+    }
+    virtual ~Station() = default;
 
-    // What is given outlives the connection.
-    Connection(MHD_Connection* connection, const Limits& limits, BodyBudget& bodies, SpoolArea& area);
+    // Has a worker answer the request; false if too many wait.
+    virtual bool answer(const ExchangePtr& exchange) = 0;
+    // Has a worker ask the handler to vouch for the client, and tells the connection; false if too many wait.
+    virtual bool vouch(std::uint64_t connection, const ExchangePtr& exchange) = 0;
+    // A request's head has come, or what began with it is over.
+    virtual void began() = 0;
+    virtual void ended() = 0;
+    // Any thread: has the connection run.
+    virtual void wake(std::uint64_t connection) = 0;
 
-    // "192.0.2.7:49152"
-    const std::string& peer() const { return _peer; }
+    HttpHandler& handler;
+    const Limits limits;
+    BodyBudget bodies;
+    SpoolArea area;
+    Admission admission;
+    RefusalLog refusals;
+    bool isStopping = false;
+    Time now = timeNow();
+    std::vector<char> buffer = std::vector<char>(64 * 1024); ///< for what is read
+};
 
-    // --- the life of a request
+// Used on the I/O thread.
+class Connection
+{
+  public:
+    // Station and context, which is null for a connection without TLS, outlive the object.
+    Connection(
+        Station& station, std::uint64_t id, FileDescriptor socket, const TlsContext* tls, std::string peer);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
 
-    Exchange& begin();
-    // The body is there. False if the request was cut off before.
-    bool complete();
-    std::shared_ptr<Exchange> exchange() const { return _exchange; }
-    // An answer of head and chunks is about to be sent.
-    void beginStream();
-    // The answer has been sent, or never will be.
-    void end(const std::string& reason);
-    // The connection is about to be closed.
-    void closed();
+    // The system says that something can be done, in the bits of epoll.
+    void ready(std::uint32_t events);
+    // Does what can be done at once. @return whether to call it again after the others had their turn.
+    bool run();
+    // Ends what takes too long. @return when to look again.
+    Time check();
+    // Nothing more is to be done: to be destroyed.
+    bool isOver() const { return _isOver; }
 
-    // Any thread: ends requests that take too long. @return when to look again.
-    Time check(Time now);
-    // Any thread: nobody is interested in requests that have not arrived whole; the others get their
+    // The handler has vouched for the client, or refuses the request.
+    void vouched(std::optional<HttpResponse> refusal);
+    // The server stops: nobody is interested in requests that have not arrived whole; the others get their
     // answers.
     void stop();
-    // Any thread: ends whatever is going on.
-    void abandon();
+    // Ends whatever is going on; `reason` is what the maker of an answer hears.
+    void close(const std::string& reason);
 
-    void pause() override;
-    void goOn() override;
-    void drop() override;
+    int fd() const { return _channel.fd(); }
+    const Admission::Guest& guest() const { return *_place; }
+    // "idle": what it is doing, for people.
+    const char* stateName() const;
 
   private:
     enum class Phase
     {
-        Head, // nothing or part of a head has arrived
+        Handshake,
+        Idle, // between requests
+        Head,
         Body,
+        Check, // a worker looks at the credentials
         Answer,
-        Cut // no longer used, or closed
+        Drain // all is said, and the client is given time to read it
     };
 
-    std::uint64_t received() const;
-    Time lookAgain(Time now) const;
-    void refuse(unsigned status, const char* reason);
-    void cut();
+    bool step();
+    bool shakeHands();
+    bool read();
+    bool write();
+    bool fetch();
+    void startDrain();
+    bool drain();
+    void take(std::string_view bytes);
+    void beginRequest();
+    void takeBody(std::string_view piece);
+    void keepBody(std::string_view piece);
+    void completeRequest();
+    void refuse(unsigned status, const std::string& reason);
+    HttpResponse refusal(unsigned status, const std::string& reason);
+    HttpResponse tooLarge();
+    void respond(HttpResponse&& answer, bool closes);
+    void beginStream(const HttpResponse& head);
+    bool fetchPiece();
+    void breakOff();
+    void send(std::string_view bytes);
+    void endAnswer();
+    void endRequest(const std::string& reason);
+    void served(unsigned status);
+    void enter(Phase phase);
+    Time deadline() const;
+    void expire();
+    void note(LogLevel level, const char* area, const std::string& reason);
 
-    MHD_Connection* const _connection;
-    const Limits& _limits;
-    BodyBudget& _bodies;
-    SpoolArea& _area;
-    int _fd = -1;
-    bool _isPlain = true; // not TLS
-    std::optional<TlsHandshake> _handshake;
-    std::string _peer;
+    Station& _station;
+    const std::uint64_t _id;
+    Channel _channel;
+    const std::string _peer;
+    const Admission::Place _place;
+    bool _isOver = false;
+    bool _canRead = true;
+    bool _canWrite = true;
+    bool _hasEnded = false; // the client sends nothing more
 
-    mutable std::mutex _mutex; // never taken before a reply's
-    Phase _phase = Phase::Head;
-    std::shared_ptr<Exchange> _exchange;
-    bool _isOpen = false;        // requests can come: past the handshake, should there be one
-    std::uint64_t _before = 0;   // bytes received before the present request
-    Time _begun = Alarm::kNever; // when the present request was first noticed
+    Phase _phase;
+    Time _since;          // when the phase began
+    Time _begun = kNever; // when the first byte of the request came
+    bool _isFresh = true; // no request has begun yet
+    std::string _input;   // read, but not looked at: it follows a request that is being answered
+    RequestReader _reader;
+    std::size_t _drained = 0;
+
+    // Of the request.
+    ExchangePtr _exchange;
+    std::optional<HttpResponse> _refusal; // what the head or the size of the body earned it
+    std::uint64_t _announced = 0;
+    std::uint64_t _received = 0; // body bytes, dropped ones included
+    std::size_t _bodyLimit = 0;
+    std::function<void(std::string&, std::string_view)> _collect; // see Verdict
+    AnswerForm _form;
+    bool _isStreaming = false; // the head of an answer has been written that comes piece by piece
+    bool _isAnswered = false;  // all of the answer has been written, or is in _out and _rest
+
+    // To be sent.
+    std::string _out;
+    std::size_t _sent = 0; // of _out
+    std::string _rest;     // follows it
+    Time _progress;        // when the client last took something, or should have begun to
 };
 
 } // namespace cimd

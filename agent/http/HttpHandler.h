@@ -20,11 +20,13 @@ struct Verdict
 {
     // Set: the request is refused. This is final: the body is read and dropped.
     std::optional<HttpResponse> response = std::nullopt;
-    // Bytes of body taken from this client, where that is less than from others; more are answered 413.
+    // Bytes of body taken from this client, where that is less than from others; for more vouch() is asked.
     std::size_t bodyLimit = std::numeric_limits<std::size_t>::max();
-    // Appends what arrives to the body, in a shorter form if it knows one, at most as many bytes. Runs on an
+    // Appends what arrives to the body, in a shorter form if it knows one, at most as many bytes. Runs on the
     // I/O thread. Empty: the body is kept as it comes.
     std::function<void(std::string& body, std::string_view part)> collect = nullptr;
+    // The client has proved lately who it is.
+    bool isKnown = false;
 };
 
 // Nobody waits for the rest of an answer: the client left or took too long, or time for it has run out.
@@ -53,7 +55,7 @@ class AnswerStream
     virtual void whenLate(std::function<HttpResponse()> late) = 0;
 };
 
-// Both members are called from several threads at once.
+// The members are called from several threads at once.
 class HttpHandler
 {
   public:
@@ -62,6 +64,10 @@ class HttpHandler
     // Looks at a request whose head has arrived and whose body has not. Runs on an I/O thread: must not
     // wait.
     virtual Verdict refuse(const HttpRequest& head) = 0;
+
+    // Looks at a client whose body exceeds the limit of its verdict; runs on a worker.
+    // @return nothing if the body may have the size that anybody's may, or how the request is refused.
+    virtual std::optional<HttpResponse> vouch(const HttpRequest&) { return std::nullopt; }
 
     // Answers a complete request; runs on a worker. May take the body out of it.
     // @return the answer or, of one that has begun, the rest.

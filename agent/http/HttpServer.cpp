@@ -1,29 +1,36 @@
-// libmicrohttpd behind the server's interface.
+// The I/O thread: accepting, waiting for what can be done, and looking at the time.
 //
 // A request passes these stations: head complete (I/O thread: refuse() may end it), body read up to the limit
-// (I/O thread), connection suspended and request handed to a worker, answer or its first chunk made (worker),
-// connection resumed, answer queued and its body fetched piece by piece (I/O thread). An alarm thread ends
-// what takes too long. Reply is where the threads meet.
+// (I/O thread; a worker may be asked who the client is), request handed to a worker, answer or its first
+// chunk made (worker), answer written as it is made (I/O thread). Reply is where the two threads meet.
 #include "agent/http/HttpServer.h"
 
+#include "agent/auth/client_address.h"
 #include "agent/cim/CimError.h"
-#include "agent/cim/CimName.h"
 #include "agent/http/Connection.h"
-#include "agent/http/Daemon.h"
 #include "agent/http/WorkerPool.h"
 #include "agent/http/cim_headers.h"
-#include "agent/http/queue_response.h"
 #include "agent/log/log.h"
 
 #include <algorithm>
-#include <atomic>
-#include <charconv>
+#include <array>
+#include <cerrno>
 #include <condition_variable>
 #include <exception>
+#include <future>
 #include <list>
-#include <microhttpd.h>
+#include <map>
 #include <mutex>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <stdexcept>
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <system_error>
+#include <thread>
+#include <unordered_map>
 
 namespace cimd
 {
@@ -31,390 +38,135 @@ namespace cimd
 namespace
 {
 
-constexpr unsigned kBadRequest = 400;
-constexpr unsigned kContentTooLarge = 413;
 constexpr unsigned kInternalError = 500;
-constexpr unsigned kNotImplemented = 501;
-constexpr unsigned kUnavailable = 503;
-constexpr std::size_t kBelief = 8;
+constexpr std::size_t kEvents = 64;
+constexpr int kAcceptedInTurn =
+    16; // so that those who have sent something are read before others take their place
+constexpr std::chrono::milliseconds kLookAgain{10}; // looking at all connections costs something
+constexpr std::chrono::milliseconds kAcceptAgain{100};
+constexpr std::size_t kShownAddresses = 32;
+constexpr std::uint64_t kWakeUp = 0; // identities in epoll: this, the listeners, the connections
+constexpr std::uint64_t kFirstListener = 1;
 
-HttpResponse plain(unsigned status, const std::string& text)
+std::string systemError()
 {
-    return {status, {{"Content-Type", "text/plain; charset=\"utf-8\""}}, text + "\n"};
+    return std::generic_category().message(errno);
 }
 
-// What the server itself will not take. Whoever watches the log learns which limit keeps whom out.
-HttpResponse refused(const HttpRequest& request, unsigned status, const std::string& reason)
+std::string peerName(const sockaddr* address, socklen_t size)
 {
-    log(LogLevel::Warning, "http", request.peer + ": HTTP " + std::to_string(status) + ": " + reason);
-    return plain(status, reason);
-}
-
-HttpResponse tooLarge(const HttpRequest& request, std::size_t limit)
-{
-    return refused(request,
-                   kContentTooLarge,
-                   "The request is too large: more than " + std::to_string(limit) + " bytes.");
-}
-
-MHD_Result addHeader(void* to, MHD_ValueKind, const char* name, const char* value)
-{
-    static_cast<HttpRequest*>(to)->headers.emplace_back(name, value != nullptr ? value : "");
-    return MHD_YES;
-}
-
-// Bytes of body that the head announces; 0 when it does not say.
-std::size_t announcedBytes(const HttpRequest& request)
-{
-    const std::string* text = request.header(MHD_HTTP_HEADER_CONTENT_LENGTH);
-    std::size_t bytes = 0;
-    if (text != nullptr)
-        std::from_chars(text->data(), text->data() + text->size(), bytes);
-    return bytes;
-}
-
-// Whoever announces the length of a body in two ways may mean one thing to us and another to a proxy.
-bool isAmbiguous(const HttpRequest& request)
-{
-    const auto saysLength = [](const HttpHeader& header)
-    {
-        return equalNoCase(header.first, MHD_HTTP_HEADER_CONTENT_LENGTH) ||
-               equalNoCase(header.first, MHD_HTTP_HEADER_TRANSFER_ENCODING);
-    };
-    return std::count_if(request.headers.begin(), request.headers.end(), saysLength) > 1;
-}
-
-// Whether the end of the body cannot be told: it would be waited for until time is up.
-bool isUnknownCoding(const HttpRequest& request)
-{
-    const std::string* coding = request.header(MHD_HTTP_HEADER_TRANSFER_ENCODING);
-    return coding != nullptr && !equalNoCase(*coding, "chunked");
+    char host[NI_MAXHOST];
+    char port[NI_MAXSERV];
+    if (getnameinfo(address, size, host, sizeof host, port, sizeof port, NI_NUMERICHOST | NI_NUMERICSERV) !=
+        0)
+        return "unknown";
+    return (address->sa_family == AF_INET6 ? "[" + std::string(host) + "]" : host) + ":" + port;
 }
 
 } // namespace
 
-class HttpServer::Impl
+class HttpServer::Impl : public Station
 {
   public:
-    Impl(HttpHandler& handler, const Limits& limits, std::vector<ListenSocket> sockets, ServerOptions options)
-        : _handler(handler), _limits(limits), _tls(std::move(options.tls)),
-          _onHungWorkers(std::move(options.onHungWorkers)),
-          _bodies(std::max(limits.allBodiesBytes, limits.bodyBytes)),
-          _area(std::move(options.spoolDirectory), limits.unsentBytes, limits.answerFileBytes),
-          _pool(limits.workers, limits.queuedRequests), _alarm([this](Time now) { return check(now); })
+    Impl(HttpHandler& theHandler,
+         const Limits& theLimits,
+         std::vector<ListenSocket> sockets,
+         ServerOptions options)
+        : Station(theHandler, theLimits, std::move(options.spoolDirectory)),
+          _onHungWorkers(std::move(options.onHungWorkers)), _epoll(epoll_create1(EPOLL_CLOEXEC)),
+          _wakeUp(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), _pool(limits.workers, limits.queuedRequests)
     {
-        try
+        if (_epoll.get() < 0 || _wakeUp.get() < 0)
+            throw std::runtime_error("cannot serve: " + systemError());
+        watch(_wakeUp.get(), kWakeUp, EPOLLIN);
+        for (ListenSocket& socket : sockets)
         {
-            for (ListenSocket& socket : sockets)
-                _daemons.emplace_back(std::move(socket),
-                                      _tls,
-                                      _limits,
-                                      DaemonCallbacks{&onRequest, &onConnection, &onCompleted, this});
+            if (socket.isTls() && !_tls)
+                _tls = std::make_unique<TlsContext>(options.tls);
+            Listener& listener = _listeners.emplace_back(std::move(socket));
+            watch(listener.socket.get(), kFirstListener + _listeners.size() - 1, EPOLLIN | EPOLLET);
         }
-        catch (...)
-        {
-            end(); // the first port may be serving when the second fails
-            throw;
-        }
+        _nextId = kFirstListener + _listeners.size();
+        _thread = std::thread([this] { serve(); });
     }
 
-    ~Impl() { end(); }
+    ~Impl() override
+    {
+        stop(std::chrono::milliseconds(0));
+        onIoThread([this] { _isEnding = true; });
+        _thread.join(); // with all connections, which the makers of answers hear
+        _pool.join();
+    }
 
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
     bool stop(std::chrono::milliseconds grace)
     {
-        if (!_stopping.exchange(true))
-            for (Daemon& daemon : _daemons)
-                daemon.quiesce();
-        for (const ConnectionPtr& connection : connections())
-            connection->stop();
+        onIoThread(
+            [this]
+            {
+                isStopping = true;
+                for (const Listener& listener : _listeners) // a supervisor may have them open, too
+                    epoll_ctl(_epoll.get(), EPOLL_CTL_DEL, listener.socket.get(), nullptr);
+                _listeners.clear();
+                for (const std::uint64_t id : identities())
+                {
+                    _connections.at(id)->stop();
+                    runConnection(id);
+                }
+            });
         std::unique_lock<std::mutex> lock(_mutex);
         _changed.wait_for(lock, grace, [this] { return _exchanges == 0 && _running.empty(); });
         return _running.empty();
     }
 
+    std::vector<std::string> connectionTable()
+    {
+        std::vector<std::string> lines;
+        onIoThread([&] { lines = tableOfConnections(); });
+        return lines;
+    }
+
   private:
-    using Time = Alarm::Time;
-    using ConnectionPtr = std::shared_ptr<Connection>;
-    using ExchangePtr = std::shared_ptr<Exchange>;
+    using ConnectionPtr = std::unique_ptr<Connection>;
 
-    void end()
+    struct Listener
     {
-        stop(std::chrono::milliseconds(0));
-        _alarm.stop();
-        for (const ConnectionPtr& connection : connections())
-            connection->abandon(); // MHD_stop_daemon demands that none is suspended
-        _pool.join();              // its tasks resume connections
-        _daemons.clear();
+        explicit Listener(ListenSocket&& theSocket) : socket(std::move(theSocket)) {}
+        ListenSocket socket;
+        bool isReady = true; // somebody may be waiting
+    };
+
+    // --- other threads
+
+    // Has the I/O thread do something.
+    void post(std::function<void()> task)
+    {
+        std::lock_guard<std::mutex> lock(_postMutex);
+        _posted.push_back(std::move(task));
+        const std::uint64_t one = 1;
+        if (_posted.size() == 1 && ::write(_wakeUp.get(), &one, sizeof one) < 0)
+            log(LogLevel::Error, "http", "cannot wake the I/O thread: " + systemError());
     }
 
-    static Connection& connectionOf(MHD_Connection* connection)
+    // The same, and waits until it is done.
+    void onIoThread(const std::function<void()>& task)
     {
-        const auto* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
-        return **static_cast<ConnectionPtr*>(info->socket_context);
+        const auto done = std::make_shared<std::promise<void>>(); // set_value() may outlast the wait
+        std::future<void> isDone = done->get_future();
+        post(
+            [task, done]
+            {
+                task();
+                done->set_value();
+            });
+        isDone.wait();
     }
 
-    static void
-    onConnection(void* self, MHD_Connection* connection, void** context, MHD_ConnectionNotificationCode event)
+    void wake(std::uint64_t id) override
     {
-        auto& server = *static_cast<Impl*>(self);
-        if (event == MHD_CONNECTION_NOTIFY_STARTED)
-        {
-            auto* holder = new ConnectionPtr(
-                std::make_shared<Connection>(connection, server._limits, server._bodies, server._area));
-            *context = holder;
-            std::lock_guard<std::mutex> lock(server._mutex);
-            server._connections.push_back(*holder);
-            server._alarm.ringBy(Alarm::Clock::now() + server._limits.requestSeconds / 4);
-            return;
-        }
-        std::unique_ptr<ConnectionPtr> holder(static_cast<ConnectionPtr*>(*context));
-        (*holder)->closed();
-        std::lock_guard<std::mutex> lock(server._mutex);
-        server._connections.remove(*holder);
-    }
-
-    static MHD_Result onRequest(void* self,
-                                MHD_Connection* handle,
-                                const char* url,
-                                const char* method,
-                                const char*,
-                                const char* data,
-                                size_t* size,
-                                void** state)
-    try
-    {
-        auto& server = *static_cast<Impl*>(self);
-        Connection& connection = connectionOf(handle);
-        if (*state == nullptr)
-        {
-            *state = &connection;
-            return server.head(handle, connection, url, method);
-        }
-        Exchange& exchange = *connection.exchange();
-        if (*size != 0)
-        {
-            const bool goesOn = server.body(exchange, data, *size);
-            *size = 0;
-            return goesOn ? MHD_YES : MHD_NO;
-        }
-        return exchange.isAnswering ? server.reply(handle, connection) : server.complete(handle, connection);
-    }
-    catch (...)
-    {
-        return MHD_NO; // closes the connection; nothing but lack of memory gets here
-    }
-
-    static void onCompleted(void* self, MHD_Connection* handle, void** state, MHD_RequestTerminationCode)
-    {
-        if (*state == nullptr)
-            return;
-        *state = nullptr;
-        auto& server = *static_cast<Impl*>(self);
-        setTimeout(handle, server._limits.idleSeconds);
-        connectionOf(handle).end("the client has gone");
-        server._alarm.ringBy(Alarm::Clock::now() + server._limits.requestSeconds / 4); // for the next one
-        server.changed([&server] { --server._exchanges; });
-    }
-
-    static void setTimeout(MHD_Connection* handle, unsigned seconds)
-    {
-        MHD_set_connection_option(handle, MHD_CONNECTION_OPTION_TIMEOUT, seconds);
-    }
-
-    MHD_Result head(MHD_Connection* handle, Connection& connection, const char* url, const char* method)
-    {
-        changed([this] { ++_exchanges; }); // until the library says that it is over, however it ends
-        Exchange& exchange = connection.begin();
-        HttpRequest& request = exchange.request;
-        request.method = method;
-        request.target = url;
-        request.peer = connection.peer();
-        MHD_get_connection_values(handle, MHD_HEADER_KIND, &addHeader, &request);
-        std::optional<HttpResponse>& refusal = exchange.refusal;
-        if (_stopping)
-            refusal = refused(request, kUnavailable, "The server is stopping.");
-        else
-        {
-            Verdict verdict = _handler.refuse(request);
-            refusal = std::move(verdict.response);
-            exchange.bodyLimit = std::min(_limits.bodyBytes, verdict.bodyLimit);
-            exchange.collect = std::move(verdict.collect);
-        }
-        const bool isEndless = isUnknownCoding(request);
-        const bool ambiguous = isAmbiguous(request);
-        if (ambiguous)
-            refusal = refused(request, kBadRequest, "The length of the body is given more than once.");
-        else if (isEndless)
-            refusal = refused(request, kNotImplemented, "The only transfer coding is chunked.");
-        const std::size_t announced = announcedBytes(request);
-        if (!refusal && announced > exchange.bodyLimit)
-            refusal = tooLarge(request, exchange.bodyLimit);
-        // Whoever asks before sending the body, or would send more than we care or know to read, is answered
-        // now.
-        const bool asks = request.header(MHD_HTTP_HEADER_EXPECT) != nullptr;
-        exchange.closes =
-            refusal && (_stopping || asks || ambiguous || isEndless || announced > _limits.discardBytes);
-        if (exchange.closes)
-            return complete(handle, connection);
-        _alarm.ringBy(Alarm::Clock::now() + _limits.requestSeconds);
-        return MHD_YES;
-    }
-
-    bool body(Exchange& exchange, const char* data, std::size_t size)
-    {
-        exchange.received += size;
-        if (!exchange.refusal)
-            take(exchange, data, size);
-        // A refused client is heard out, so that it reads the answer instead of a reset connection; up to a
-        // point.
-        return !exchange.refusal || exchange.received <= _limits.discardBytes;
-    }
-
-    // Adds to a body, or refuses the request.
-    void take(Exchange& exchange, const char* data, std::size_t size)
-    {
-        std::string& body = exchange.request.body;
-        if (exchange.received > exchange.bodyLimit)
-            exchange.refusal = tooLarge(exchange.request, exchange.bodyLimit);
-        else if (!exchange.share.take(size))
-            exchange.refusal =
-                refused(exchange.request,
-                        kUnavailable,
-                        "The requests under way hold " + std::to_string(_bodies.bytes()) + " bytes already.");
-        if (exchange.refusal)
-        {
-            body = std::string();
-            exchange.share.giveBack();
-            return;
-        }
-        // Growing in steps takes up to three times a large body. The announced length is believed once a part
-        // of it is there: announcing alone must not cost memory. What became shorter so far will go on so.
-        const std::size_t announced = std::min(announcedBytes(exchange.request), exchange.bodyLimit);
-        const std::size_t before = body.size();
-        const std::size_t needed = before + size;
-        if (needed > body.capacity() && exchange.received <= announced &&
-            announced / kBelief <= exchange.received)
-            body.reserve(std::min(announced, (announced / exchange.received + 1) * needed));
-        if (exchange.collect)
-            exchange.collect(body, {data, size});
-        else
-            body.append(data, size);
-        exchange.share.giveBack(size - (body.size() - before));
-    }
-
-    MHD_Result complete(MHD_Connection* handle, Connection& connection)
-    {
-        if (!connection.complete())
-            return MHD_NO;
-        const ExchangePtr exchange = connection.exchange();
-        std::optional<HttpResponse>& refusal = exchange->refusal;
-        if (!refusal && !_pool.reserve())
-            refusal = refused(exchange->request, kUnavailable, "Too many requests are waiting.");
-        if (refusal && refusal->holdFor.count() == 0)
-            return queueWhole(handle, std::move(*refusal), exchange->closes || _stopping);
-        exchange->isAnswering = true;
-        exchange->reply.await();
-        if (refusal)
-            finish(*exchange, std::move(*refusal));
-        else
-        {
-            changed([&] { _running.push_back(exchange); });
-            _pool.submit([this, exchange](WorkerPool::Worker& worker) { work(exchange, worker); });
-        }
-        return MHD_YES;
-    }
-
-    void work(const ExchangePtr& running, WorkerPool::Worker& worker)
-    {
-        Exchange& exchange = *running;
-        const Time now = Alarm::Clock::now();
-        exchange.reply.start(now, [this, &worker] { writeOff(worker); });
-        _alarm.ringBy(now + _limits.operationSeconds);
-        HttpResponse response;
-        try
-        {
-            response = _handler.answer(exchange.request, exchange.reply);
-        }
-        catch (const std::exception& error)
-        {
-            log(LogLevel::Error, "http", exchange.request.peer + ": " + error.what());
-            response = plain(kInternalError, "The server failed to answer.");
-            response.trailers = failureTrailers(CimError(CimStatus::Failed, "the server failed to answer"));
-        }
-        exchange.request.body = std::string();
-        exchange.share.giveBack();
-        _pool.giveBack(worker); // before the client can ask again
-        finish(exchange, std::move(response));
-        changed([&] { _running.remove(running); });
-    }
-
-    void finish(Exchange& exchange, HttpResponse&& response)
-    {
-        const Time now = Alarm::Clock::now();
-        const Time due = now + response.holdFor;
-        exchange.reply.finish(std::move(response), now);
-        if (due == now)
-            return;
-        _alarm.ringBy(due);
-        if (_stopping) // perhaps too late for stop() to see it
-            exchange.reply.release();
-    }
-
-    // The answer has been made, or its first chunk.
-    MHD_Result reply(MHD_Connection* handle, Connection& connection)
-    {
-        const ExchangePtr exchange = connection.exchange();
-        HttpResponse head;
-        switch (exchange->reply.takeHead(head))
-        {
-        case Reply::Start::None:
-            return MHD_NO;
-        case Reply::Start::Whole:
-            if (head.body.size() > _limits.chunkBytes)
-                setTimeout(handle, static_cast<unsigned>(_limits.slowClientSeconds.count()));
-            return queueWhole(handle, std::move(head), exchange->closes || _stopping);
-        case Reply::Start::Stream:
-            break;
-        }
-        setTimeout(handle, static_cast<unsigned>(_limits.slowClientSeconds.count()));
-        connection.beginStream();
-        return queueStream(handle, std::move(head), exchange, _stopping);
-    }
-
-    Time check(Time now)
-    {
-        Time next = Alarm::kNever;
-        for (const ConnectionPtr& connection : connections())
-            next = std::min(next, connection->check(now));
-        for (const ExchangePtr& exchange : running()) // a client that has gone leaves its provider behind
-            next = std::min(next, exchange->reply.check(now));
-        return next;
-    }
-
-    void writeOff(WorkerPool::Worker& worker)
-    {
-        const unsigned hung = _pool.writeOff(worker);
-        log(LogLevel::Error,
-            "http",
-            "an operation hangs; its thread was replaced, " + std::to_string(hung) + " of at most " +
-                std::to_string(_limits.hungWorkers) + " such threads");
-        if (hung > _limits.hungWorkers && _onHungWorkers)
-            _onHungWorkers();
-    }
-
-    std::list<ConnectionPtr> connections()
-    {
-        std::lock_guard<std::mutex> lock(_mutex);
-        return _connections;
-    }
-
-    std::list<ExchangePtr> running()
-    {
-        std::lock_guard<std::mutex> lock(_mutex);
-        return _running;
+        post([this, id] { runConnection(id); });
     }
 
     // Changes what stop() waits for.
@@ -426,21 +178,356 @@ class HttpServer::Impl
         _changed.notify_all();
     }
 
-    HttpHandler& _handler;
-    const Limits _limits;
-    const TlsIdentity _tls;
+    void work(const ExchangePtr& running, WorkerPool::Worker& worker)
+    {
+        Exchange& exchange = *running;
+        exchange.reply.start(timeNow(), [this, &worker] { writeOff(worker); });
+        HttpResponse response;
+        try
+        {
+            response = handler.answer(exchange.request, exchange.reply);
+        }
+        catch (const std::exception& error)
+        {
+            log(LogLevel::Error, "http", exchange.request.peer + ": " + error.what());
+            response = {kInternalError, {{"Content-Type", "text/plain"}}, "The server failed to answer.\n"};
+            response.trailers = failureTrailers(CimError(CimStatus::Failed, "the server failed to answer"));
+        }
+        exchange.request.body = std::string();
+        exchange.share.giveBack();
+        _pool.giveBack(worker); // before the client can ask again
+        exchange.reply.finish(std::move(response), timeNow());
+        changed([&] { _running.remove(running); });
+    }
+
+    // --- the I/O thread, from here on
+
+    void began() override
+    {
+        changed([this] { ++_exchanges; });
+    }
+    void ended() override
+    {
+        changed([this] { --_exchanges; });
+    }
+
+    bool answer(const ExchangePtr& exchange) override
+    {
+        if (!_pool.reserve())
+            return false;
+        changed([&] { _running.push_back(exchange); });
+        _pool.submit([this, exchange](WorkerPool::Worker& worker) { work(exchange, worker); });
+        _due = std::min(_due, now + limits.operationSeconds);
+        return true;
+    }
+
+    bool vouch(std::uint64_t id, const ExchangePtr& exchange) override
+    {
+        if (!_pool.reserve())
+            return false;
+        _pool.submit(
+            [this, id, exchange](WorkerPool::Worker& worker)
+            {
+                std::optional<HttpResponse> refusal;
+                try
+                {
+                    refusal = handler.vouch(exchange->request);
+                }
+                catch (const std::exception& error)
+                {
+                    log(LogLevel::Error, "http", exchange->request.peer + ": " + error.what());
+                    refusal = HttpResponse{kInternalError, {}, "The server failed to answer.\n"};
+                }
+                _pool.giveBack(worker);
+                post(
+                    [this, id, refusal]
+                    {
+                        const auto entry = _connections.find(id);
+                        if (entry == _connections.end())
+                            return;
+                        entry->second->vouched(refusal);
+                        runConnection(id);
+                    });
+            });
+        return true;
+    }
+
+    void watch(int fd, std::uint64_t id, std::uint32_t events)
+    {
+        epoll_event event{};
+        event.events = events;
+        event.data.u64 = id;
+        if (epoll_ctl(_epoll.get(), EPOLL_CTL_ADD, fd, &event) != 0)
+            throw std::runtime_error("cannot watch a socket: " + systemError());
+    }
+
+    void serve()
+    {
+        std::array<epoll_event, kEvents> events;
+        while (!_isEnding)
+        {
+            const int count = epoll_wait(_epoll.get(), events.data(), kEvents, patience());
+            now = timeNow();
+            for (int i = 0; i < count; ++i)
+                take(events[static_cast<std::size_t>(i)]);
+            std::vector<std::uint64_t> again;
+            again.swap(_again);
+            for (const std::uint64_t id : again)
+                runConnection(id);
+            accept();
+            if (now >= _due)
+                checkAll();
+        }
+        for (const auto& entry : _connections)
+            entry.second->close("the server is stopping");
+        _connections.clear();
+        refusals.tellAll(kNever);
+    }
+
+    // Milliseconds that epoll may wait.
+    int patience() const
+    {
+        if (!_again.empty() || _acceptsMore)
+            return 0;
+        if (_due == kNever)
+            return -1;
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(_due - timeNow()).count() + 1;
+        return static_cast<int>(std::clamp<long long>(left, 0, 3'600'000));
+    }
+
+    void take(const epoll_event& event)
+    {
+        const std::uint64_t id = event.data.u64;
+        if (id == kWakeUp)
+            return runPosted();
+        if (id < kFirstListener + _listeners.size())
+        {
+            _listeners[id - kFirstListener].isReady = true;
+            return;
+        }
+        const auto entry = _connections.find(id);
+        if (entry == _connections.end())
+            return;
+        entry->second->ready(event.events);
+        runConnection(id);
+    }
+
+    void runPosted()
+    {
+        std::vector<std::function<void()>> tasks;
+        {
+            std::lock_guard<std::mutex> lock(_postMutex);
+            std::uint64_t count = 0;
+            if (::read(_wakeUp.get(), &count, sizeof count) < 0 && errno != EAGAIN)
+                log(LogLevel::Error, "http", "cannot read the wake-up: " + systemError());
+            tasks.swap(_posted);
+        }
+        for (const auto& task : tasks)
+            task();
+    }
+
+    void runConnection(std::uint64_t id)
+    try
+    {
+        const auto entry = _connections.find(id);
+        if (entry == _connections.end())
+            return;
+        Connection& connection = *entry->second;
+        if (connection.run())
+            _again.push_back(id);
+        _due = std::min(_due, connection.check());
+        if (connection.isOver())
+            _connections.erase(entry);
+    }
+    catch (const std::exception& error) // of memory mostly
+    {
+        log(LogLevel::Error, "http", std::string("a connection had to be given up: ") + error.what());
+        _connections.erase(id);
+    }
+
+    std::vector<std::uint64_t> identities() const
+    {
+        std::vector<std::uint64_t> all;
+        for (const auto& entry : _connections)
+            all.push_back(entry.first);
+        return all;
+    }
+
+    void checkAll()
+    {
+        _due = kNever;
+        for (const std::uint64_t id : identities())
+            runConnection(id);
+        std::list<ExchangePtr> running;
+        {
+            std::lock_guard<std::mutex> lock(_mutex);
+            running = _running;
+        }
+        // A client that has gone leaves its provider behind; and a request may wait for its worker.
+        for (const ExchangePtr& exchange : running)
+            _due = std::min({_due, exchange->reply.check(now), now + limits.operationSeconds});
+        _due = std::min(_due, refusals.tellAll(now));
+        _due = std::max(_due, now + kLookAgain);
+    }
+
+    // --- accepting
+
+    void accept()
+    {
+        _acceptsMore = false;
+        for (Listener& listener : _listeners)
+        {
+            int accepted = 0;
+            while (listener.isReady && accepted < kAcceptedInTurn && acceptOne(listener))
+                ++accepted;
+            _acceptsMore = _acceptsMore || accepted == kAcceptedInTurn;
+        }
+    }
+
+    // False when there is nobody, or no place.
+    bool acceptOne(Listener& listener)
+    try
+    {
+        if (admission.isFull() && admission.next() == nullptr)
+        {
+            noteFull("max-connections", limits.connections, "new clients");
+            return false;
+        }
+        sockaddr_storage storage{};
+        auto* const address = reinterpret_cast<sockaddr*>(&storage);
+        socklen_t size = sizeof storage;
+        FileDescriptor socket(accept4(listener.socket.get(), address, &size, SOCK_CLOEXEC | SOCK_NONBLOCK));
+        if (socket.get() < 0)
+            return acceptFailed(listener);
+        const std::string peer = peerName(address, size);
+        const std::string origin = clientAddress(peer);
+        if (admission.isFullFor(origin))
+        {
+            noteFull("max-connections-per-address", limits.connectionsPerAddress, peer);
+            const Admission::Guest* guest = admission.next(origin);
+            if (guest == nullptr)
+                return true;
+            drop(*guest);
+        }
+        if (admission.isFull())
+        {
+            noteFull("max-connections", limits.connections, peer);
+            drop(*admission.next());
+        }
+        const int on = 1;
+        setsockopt(socket.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+        const std::uint64_t id = _nextId++;
+        auto connection = std::make_unique<Connection>(
+            *this, id, std::move(socket), listener.socket.isTls() ? _tls.get() : nullptr, peer);
+        watch(connection->fd(), id, EPOLLIN | EPOLLOUT | EPOLLRDHUP | EPOLLET);
+        _connections.emplace(id, std::move(connection));
+        runConnection(id);
+        return true;
+    }
+    catch (const std::exception& error)
+    {
+        log(LogLevel::Error, "http", std::string("a client cannot be served: ") + error.what());
+        return true;
+    }
+
+    void drop(const Admission::Guest& guest)
+    {
+        const std::uint64_t id = guest.id; // the guest ends with the connection
+        _connections.erase(id);
+    }
+
+    bool acceptFailed(Listener& listener)
+    {
+        switch (errno)
+        {
+        case EAGAIN:
+            listener.isReady = false;
+            return false;
+        case EMFILE:
+        case ENFILE:
+        case ENOBUFS:
+        case ENOMEM:
+            refusals.add(
+                {LogLevel::Warning, "http", "cannot take connections: " + systemError()}, "new clients", now);
+            _due = std::min(_due, now + kAcceptAgain);
+            if (const Admission::Guest* guest = admission.next())
+                drop(*guest);
+            return false;
+        default: // the client has left meanwhile
+            return true;
+        }
+    }
+
+    void noteFull(const char* option, std::size_t limit, const std::string& peer)
+    {
+        RefusalLog::Refusal refusal{LogLevel::Warning, "http", std::string("--") + option + " is reached"};
+        if (refusals.isNews(refusal.reason))
+            refusal.detail = ": " + std::to_string(limit) + " connections, most from " + admission.most();
+        refusals.add(refusal, peer, now);
+    }
+
+    void writeOff(WorkerPool::Worker& worker)
+    {
+        const unsigned hung = _pool.writeOff(worker);
+        log(LogLevel::Error,
+            "http",
+            "an operation hangs; its thread was replaced, " + std::to_string(hung) + " of at most " +
+                std::to_string(limits.hungWorkers) + " such threads");
+        if (hung > limits.hungWorkers && _onHungWorkers)
+            _onHungWorkers();
+    }
+
+    // The addresses with the most connections first.
+    std::vector<std::string> tableOfConnections() const
+    {
+        std::map<std::string, std::map<std::string, std::size_t>> states; // by address
+        std::map<std::string, std::size_t> counts;
+        for (const auto& entry : _connections)
+        {
+            const std::string& address = entry.second->guest().address;
+            ++states[address][entry.second->stateName()];
+            ++counts[address];
+        }
+        std::vector<std::string> order;
+        for (const auto& entry : counts)
+            order.push_back(entry.first);
+        std::stable_sort(
+            order.begin(), order.end(), [&](const auto& a, const auto& b) { return counts[a] > counts[b]; });
+        std::vector<std::string> lines{"connections: " + std::to_string(_connections.size()) + " of " +
+                                       std::to_string(limits.connections) + " from " +
+                                       std::to_string(order.size()) + " addresses"};
+        order.resize(std::min(order.size(), kShownAddresses));
+        for (const std::string& address : order)
+        {
+            std::string line = address + ": " + std::to_string(counts[address]);
+            const char* separator = ": ";
+            for (const auto& [state, count] : states[address])
+                line += std::exchange(separator, ", ") + std::to_string(count) + ' ' + state;
+            lines.push_back(std::move(line));
+        }
+        return lines;
+    }
+
     const OnHungWorkers _onHungWorkers;
-    BodyBudget _bodies;
-    SpoolArea _area;
-    std::atomic<bool> _stopping{false};
+    std::unique_ptr<TlsContext> _tls;
+    const FileDescriptor _epoll;
+    const FileDescriptor _wakeUp;
+    std::vector<Listener> _listeners;
+    std::unordered_map<std::uint64_t, ConnectionPtr> _connections;
+    std::uint64_t _nextId = 0;
+    std::vector<std::uint64_t> _again; // those with more to do
+    bool _acceptsMore = false;
+    bool _isEnding = false;
+    Time _due = kNever; // when to look at all connections
+
+    std::mutex _postMutex;
+    std::vector<std::function<void()>> _posted;
     std::mutex _mutex;
     std::condition_variable _changed;
-    std::list<ConnectionPtr> _connections;
     unsigned _exchanges = 0;         // from a complete head to the end of the answer
     std::list<ExchangePtr> _running; // handed to a worker and not yet returned from
     WorkerPool _pool;
-    Alarm _alarm;               // after all that it looks at
-    std::list<Daemon> _daemons; // one for each port
+    std::thread _thread; // last: it uses the others
 };
 
 HttpServer::HttpServer(HttpHandler& handler,
@@ -456,6 +543,11 @@ HttpServer::~HttpServer() = default;
 bool HttpServer::stop(std::chrono::milliseconds grace)
 {
     return _impl->stop(grace);
+}
+
+std::vector<std::string> HttpServer::connectionTable()
+{
+    return _impl->connectionTable();
 }
 
 } // namespace cimd

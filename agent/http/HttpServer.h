@@ -1,5 +1,4 @@
-// The HTTP/1.1 server: connections on an I/O thread of libmicrohttpd, requests answered on a bounded worker
-// pool.
+// The HTTP/1.1 server: connections on an I/O thread, requests answered on a bounded worker pool.
 #ifndef AGENT_HTTP_HTTPSERVER_H
 #define AGENT_HTTP_HTTPSERVER_H
 
@@ -46,6 +45,10 @@ class HttpServer
     // @return false when a handler was still running after `grace`; the server is then still usable for that
     // handler and can only be destroyed once it returns.
     bool stop(std::chrono::milliseconds grace);
+
+    // The connections by address and state, in lines for people; "192.0.2.7: 12: 10 idle, 2 head". From any
+    // thread but the server's.
+    std::vector<std::string> connectionTable();
 
   private:
     class Impl;

@@ -27,8 +27,7 @@ class ListenSocket
     bool isLoopback() const { return _isLoopback; }
     // "http://127.0.0.1:5988" or "https://...", with brackets around an IPv6 address.
     std::string url() const;
-    // Gives the descriptor away; the caller closes it.
-    int release() { return _fd.release(); }
+    int get() const { return _fd.get(); }
 
   private:
     FileDescriptor _fd;

@@ -28,9 +28,9 @@ HttpResponse plainLateAnswer()
 
 } // namespace
 
-Reply::Reply(const Limits& limits, SpoolArea& area, Outlet& outlet)
+Reply::Reply(const Limits& limits, SpoolArea& area, std::function<void()> wake)
     : _chunk(limits.chunkBytes), _mostUnsent(limits.unsentBytes), _timeLimit(limits.operationSeconds),
-      _patience(limits.slowClientSeconds), _outlet(outlet), _overflow(area)
+      _wake(std::move(wake)), _overflow(area)
 {
 }
 
@@ -41,11 +41,10 @@ void Reply::start(Time now, std::function<void()> writeOff)
     _writeOff = std::move(writeOff);
 }
 
-void Reply::goOn()
+void Reply::wakeSender()
 {
-    if (_isPaused && !_isClosed)
-        _outlet.goOn();
-    _isPaused = false;
+    if (std::exchange(_isAwaited, false) && !_isClosed)
+        _wake();
 }
 
 void Reply::throwClosed() const
@@ -77,7 +76,7 @@ void Reply::flush(HttpResponse& response)
             throwClosed();
         push(std::move(chunk));
     }
-    goOn();
+    wakeSender();
 }
 
 void Reply::push(std::string&& chunk)
@@ -101,24 +100,15 @@ catch (const CimError& error)
 // False when the answer is closed.
 bool Reply::waitForRoom(std::unique_lock<std::mutex>& lock)
 {
-    // The time that the client takes is not the provider's.
-    const Time asked = Alarm::Clock::now();
+    // The time that the client takes is not the provider's. The sender closes the answer of one that takes
+    // nothing.
+    const Time asked = timeNow();
     _isWaitingForRoom = true;
-    const auto isDone = [this] { return hasRoom() || _isClosed; };
-    std::uint64_t sent = _sent;
-    bool isOver = _room.wait_for(lock, _patience, isDone);
-    for (; !isOver && sent != _sent; isOver = _room.wait_for(lock, _patience, isDone))
-        sent = _sent; // slow, but alive
+    _room.wait(lock, [this] { return hasRoom() || _isClosed; });
     _isWaitingForRoom = false;
-    if (_due != Alarm::kNever)
-        _due += Alarm::Clock::now() - asked;
-    if (!isOver)
-    {
-        _reason = "the client took nothing for " + std::to_string(_patience.count()) + " s";
-        _isComplete = _isBroken = true;
-        _outlet.drop();
-    }
-    return isOver && !_isClosed;
+    if (_due != kNever)
+        _due += timeNow() - asked;
+    return !_isClosed;
 }
 
 std::size_t Reply::taken() const
@@ -153,7 +143,7 @@ void Reply::hasReturned()
 {
     _late = nullptr;
     _writeOff = nullptr;
-    _due = Alarm::kNever;
+    _due = kNever;
 }
 
 void Reply::finish(HttpResponse&& response, Time now)
@@ -164,21 +154,24 @@ void Reply::finish(HttpResponse&& response, Time now)
         return;
     const auto hold = response.holdFor;
     end(std::move(response));
-    if (hold.count() > 0 && !_isStreaming)
+    if (hold.count() > 0 && !_isStreaming && !_isClosed)
+    {
         _heldUntil = now + hold;
+        _wake(); // to look at the time
+    }
     else
-        goOn();
+        wakeSender();
 }
 
-Reply::Time Reply::check(Time now)
+Time Reply::check(Time now)
 {
     std::lock_guard<std::mutex> lock(_mutex);
     if (_heldUntil <= now)
     {
-        _heldUntil = Alarm::kNever;
-        goOn();
+        _heldUntil = kNever;
+        wakeSender();
     }
-    if (_due == Alarm::kNever)
+    if (_due == kNever)
         return _heldUntil;
     if (now < _due)
         return _due;
@@ -192,26 +185,17 @@ Reply::Time Reply::check(Time now)
     const std::function<void()> writeOff = std::move(_writeOff);
     hasReturned();
     writeOff();
-    goOn();
-    return Alarm::kNever;
+    wakeSender();
+    return kNever;
 }
 
 void Reply::release()
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    if (_heldUntil == Alarm::kNever)
+    if (_heldUntil == kNever)
         return;
-    _heldUntil = Alarm::kNever;
-    goOn();
-}
-
-void Reply::await()
-{
-    std::lock_guard<std::mutex> lock(_mutex);
-    if (_isClosed) // nobody would let it go on
-        return;
-    _isPaused = true;
-    _outlet.pause();
+    _heldUntil = kNever;
+    wakeSender();
 }
 
 Reply::Start Reply::takeHead(HttpResponse& head)
@@ -219,6 +203,9 @@ Reply::Start Reply::takeHead(HttpResponse& head)
     std::lock_guard<std::mutex> lock(_mutex);
     if (_isClosed)
         return Start::None;
+    _isAwaited = !_isStreaming && (!_isComplete || _heldUntil != kNever);
+    if (_isAwaited)
+        return Start::Later;
     head = std::move(_response);
     return _isStreaming ? Start::Stream : Start::Whole;
 }
@@ -267,8 +254,7 @@ Reply::Piece Reply::read(char* to, std::size_t& size)
         return Piece::Text;
     if (_isComplete || _isClosed)
         return _isBroken || _isClosed ? Piece::Broken : Piece::End;
-    _isPaused = true;
-    _outlet.pause();
+    _isAwaited = true;
     return Piece::Nothing;
 }
 
@@ -281,7 +267,6 @@ std::vector<HttpHeader> Reply::takeTrailers()
 void Reply::close(const std::string& reason)
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    goOn();
     _isClosed = true;
     if (_reason.empty())
         _reason = reason;

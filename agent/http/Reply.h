@@ -3,9 +3,9 @@
 #define AGENT_HTTP_REPLY_H
 
 #include "agent/Limits.h"
-#include "agent/http/Alarm.h"
 #include "agent/http/HttpHandler.h"
 #include "agent/http/Overflow.h"
+#include "agent/http/deadline.h"
 
 #include <condition_variable>
 #include <cstddef>
@@ -19,31 +19,17 @@
 namespace cimd
 {
 
-// The connection that an answer leaves through, as its reply moves it. Called with the reply locked.
-class Outlet
-{
-  public:
-    virtual ~Outlet() = default;
-    // There is nothing to send at present.
-    virtual void pause() = 0;
-    // There is again. Called once for each pause().
-    virtual void goOn() = 0;
-    // The client is to be left alone with what it got.
-    virtual void drop() = 0;
-};
-
 // Holds what the maker has passed on and the sender has not sent: some of it in memory, more in a file, for a
-// provider that waits for a client may be holding locks that others wait for. Only when there is no room in
-// the file either the maker waits. Three threads meet here: the maker, who may be late or never come back;
-// the sender, whose client may leave; and the alarm, which ends what takes too long. Whoever is told that the
-// answer is closed owes it nothing more, so all of them share the object.
+// provider that waited for its client could hold locks that others wait for. Only when there is no room in
+// the file either the maker waits. Two threads meet here: the maker, who may be late or never come back, and
+// the I/O thread, which sends, sees the client leave and looks at the time. Whoever is told that the answer
+// is closed owes it nothing more, so both share the object.
 class Reply : public AnswerStream
 {
   public:
-    using Time = Alarm::Time;
-
-    // `area` outlives the reply; `outlet` is not used after close().
-    Reply(const Limits& limits, SpoolArea& area, Outlet& outlet);
+    // `area` outlives the reply. `wake` tells the sender that something it waits for has changed; it is
+    // called with the reply locked, from any thread, and not after close().
+    Reply(const Limits& limits, SpoolArea& area, std::function<void()> wake);
 
     // --- the maker
 
@@ -55,31 +41,27 @@ class Reply : public AnswerStream
     // The last word; nothing may follow. Ignored when the answer is closed.
     void finish(HttpResponse&& response, Time now);
 
-    // --- the alarm
+    // --- the I/O thread
 
     // Does what is due. @return when to be called again.
     Time check(Time now);
     // Lets an answer go that is kept back.
     void release();
 
-    // --- the sender
-
-    // Pauses the outlet until there is something to send; not if the answer is closed.
-    void await();
-
     enum class Start
     {
+        Later,  ///< There will be a call of `wake`.
         Whole,  ///< an answer as it is
         Stream, ///< the head of one whose body is to be read
         None    ///< the answer was closed before it was made
     };
-    // What is to be sent first, once the outlet went on.
+    // What is to be sent first.
     Start takeHead(HttpResponse& head);
 
     enum class Piece
     {
         Text,    ///< bytes were copied
-        Nothing, ///< the outlet was paused
+        Nothing, ///< there will be a call of `wake`
         End,
         Broken ///< the answer is incomplete and will stay so
     };
@@ -91,7 +73,7 @@ class Reply : public AnswerStream
     void close(const std::string& reason);
 
   private:
-    void goOn();
+    void wakeSender();
     bool hasRoom() const { return _overflow.empty() && _unsentBytes <= _mostUnsent; }
     bool overflows(std::string_view chunk);
     std::size_t readUnsent(char* to, std::size_t most);
@@ -104,12 +86,11 @@ class Reply : public AnswerStream
     const std::size_t _chunk;
     const std::size_t _mostUnsent;
     const std::chrono::seconds _timeLimit;
-    const std::chrono::seconds _patience;
+    const std::function<void()> _wake;
 
     mutable std::mutex _mutex;
     std::condition_variable _room;
-    Outlet& _outlet;
-    bool _isPaused = false;
+    bool _isAwaited = false; // by the sender
 
     HttpResponse _response; // the head once the answer streams, everything if it never does
     std::deque<std::string> _unsent;
@@ -128,8 +109,8 @@ class Reply : public AnswerStream
 
     std::function<HttpResponse()> _late;
     std::function<void()> _writeOff;
-    Time _due = Alarm::kNever;
-    Time _heldUntil = Alarm::kNever; // set while a complete answer is kept back
+    Time _due = kNever;
+    Time _heldUntil = kNever; // set while a complete answer is kept back
     bool _isWaitingForRoom = false;
 };
 

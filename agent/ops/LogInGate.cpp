@@ -41,16 +41,31 @@ Verdict LogInGate::refuse(const HttpRequest& head)
     const std::string* authorization = head.header(kAuthorization);
     if (authorization == nullptr)
         verdict.response = refused(_authenticator.withoutCredentials(head.peer));
-    else if (!_authenticator.isKnown(*authorization))
+    else if (_authenticator.isKnown(*authorization))
+        verdict.isKnown = true;
+    else
         verdict.bodyLimit = std::min(verdict.bodyLimit, _limits.unauthenticatedBodyBytes);
     return verdict;
 }
 
-HttpResponse LogInGate::answer(HttpRequest& request, AnswerStream& stream)
+LogIn LogInGate::logIn(const HttpRequest& request)
 {
     const std::string* authorization = request.header(kAuthorization);
-    LogIn logIn = authorization != nullptr ? _authenticator.check(*authorization, request.peer)
-                                           : _authenticator.withoutCredentials(request.peer);
+    return authorization != nullptr ? _authenticator.check(*authorization, request.peer)
+                                    : _authenticator.withoutCredentials(request.peer);
+}
+
+std::optional<HttpResponse> LogInGate::vouch(const HttpRequest& head)
+{
+    const LogIn logIn = this->logIn(head);
+    if (logIn.user.empty())
+        return refused(logIn);
+    return std::nullopt;
+}
+
+HttpResponse LogInGate::answer(HttpRequest& request, AnswerStream& stream)
+{
+    LogIn logIn = this->logIn(request);
     if (logIn.user.empty())
         return refused(logIn);
     const auto isSecret = [](const HttpHeader& header) { return equalNoCase(header.first, kAuthorization); };

@@ -23,9 +23,12 @@ class LogInGate : public HttpHandler
     }
 
     Verdict refuse(const HttpRequest& head) override;
+    std::optional<HttpResponse> vouch(const HttpRequest& head) override;
     HttpResponse answer(HttpRequest& request, AnswerStream& stream) override;
 
   private:
+    LogIn logIn(const HttpRequest& request);
+
     HttpHandler& _inside;
     Authenticator& _authenticator;
     const Limits _limits;

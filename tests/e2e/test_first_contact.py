@@ -1,5 +1,7 @@
 """What a management client does first: find the namespace, the object manager and what is behind it."""
 
+import http.client
+import re
 import socket
 from urllib.parse import urlsplit
 
@@ -38,6 +40,14 @@ def test_a_key_in_a_namespace_that_is_not_there_answers_6(connection):
         connection.GetInstance(path)
     assert error.value.status_code == pywbem.CIM_ERR_NOT_FOUND
     assert connection.last_server_response_time > 0
+
+
+def test_answers_say_who_made_them(agent):
+    address = urlsplit(agent.url)
+    client = http.client.HTTPConnection(address.hostname, address.port, timeout=60)
+    client.request("OPTIONS", "/cimom")
+    assert re.fullmatch(r"cimd/\d+\.\d+(\.\d+)?", client.getresponse().getheader("Server"))
+    client.close()
 
 
 def test_client_that_names_no_host_is_answered_with_paths_of_localhost(agent):

@@ -18,7 +18,7 @@ CONTEXT = re.compile('(NAME="EnumerationContext" PARAMTYPE="string">\n<VALUE>)([
 SEPARATOR = "\n=====\n"
 REQUEST_LINE = re.compile(r"([A-Z-]+) (\S+) HTTP/1\.1")
 USUAL_HEADERS = {"Host": "switch:5988", "Content-Type": "application/xml", "CIMOperation": "MethodCall"}
-SERVERS_OWN = {"date", "content-length", "transfer-encoding", "connection", "wbemserverresponsetime"}
+SERVERS_OWN = {"date", "content-length", "transfer-encoding", "connection", "server", "wbemserverresponsetime"}
 MARKS = {"utf-8": codecs.BOM_UTF8, "utf-16-le": codecs.BOM_UTF16_LE, "utf-16-be": codecs.BOM_UTF16_BE}
 TIMEOUT_SECONDS = 60
 

@@ -168,6 +168,16 @@ def test_says_why_it_does_not_start(build_dir, tmp_path):
             cimd.__exit__()
 
 
+def test_says_when_it_may_not_open_enough_files(build_dir):
+    def warnings(*options):
+        run = subprocess.run(["prlimit", "--nofile=100:200", build_dir / "bin" / "cimd", "--registration", "none", *options],
+                             capture_output=True, text=True)
+        return [line for line in run.stderr.splitlines() if "RLIMIT_NOFILE" in line]
+    assert "--max-connections 1000 and --max-enumerations 32 may need 2096 open files; the system allows 200" in warnings(
+        "--max-connections", "1000")[0]
+    assert not warnings("--max-connections", "50"), "the limit was raised"
+
+
 def test_explains_itself(build_dir):
     for option, first in [("--help", "NAME"), ("--version", "cimd ")]:
         run = subprocess.run([build_dir / "bin" / "cimd", option], capture_output=True, text=True, check=True)
@@ -175,9 +185,12 @@ def test_explains_itself(build_dir):
 
 
 def test_lets_as_many_clients_wait_as_the_backlog_holds(start):
-    cimd = start("--max-connections", "1", "--max-backlog", "3")
-    served = cimd.send_get("good")
-    assert is_instance(served.getresponse().read().decode())
+    cimd = start("--max-connections", "1", "--max-backlog", "3", "--max-operation-seconds", "5")
+    served = cimd.send_get("waits")
+    state = ""
+    while "1 answer" not in state:  # from then on it keeps its place
+        cimd.process.send_signal(signal.SIGUSR1)
+        state = cimd.read_line() if "connections: 1 of 1 from" in cimd.read_until("connections: ") else ""
     # A connection is made as soon as the kernel has a place for it, accepted or not; it grants one more.
     waiting = [socket.create_connection(("127.0.0.1", cimd.port), TIMEOUT_SECONDS) for _ in range(4)]
     with pytest.raises(TimeoutError):

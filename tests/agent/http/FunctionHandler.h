@@ -15,12 +15,17 @@ class FunctionHandler : public HttpHandler
     using Answer = std::function<HttpResponse(HttpRequest&, AnswerStream&)>;
 
     Verdict refuse(const HttpRequest& head) override { return verdict ? verdict(head) : Verdict(); }
+    std::optional<HttpResponse> vouch(const HttpRequest& head) override
+    {
+        return voucher ? voucher(head) : std::nullopt;
+    }
     HttpResponse answer(HttpRequest& request, AnswerStream& stream) override
     {
         return onRequest(request, stream);
     }
 
     std::function<Verdict(const HttpRequest&)> verdict;
+    std::function<std::optional<HttpResponse>(const HttpRequest&)> voucher;
     Answer onRequest;
 };
 

@@ -77,6 +77,11 @@ void RawClient::send(std::string_view bytes)
     }
 }
 
+void RawClient::endSending()
+{
+    shutdown(_fd.get(), SHUT_WR);
+}
+
 bool RawClient::fill()
 {
     char bytes[65536];

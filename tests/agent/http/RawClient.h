@@ -32,6 +32,8 @@ class RawClient
     explicit RawClient(std::uint16_t port, bool ipv6 = false);
 
     void send(std::string_view bytes);
+    // Half of a close: answers can still come.
+    void endSending();
     RawResponse receive();
     RawResponse ask(std::string_view bytes)
     {

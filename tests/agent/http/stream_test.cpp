@@ -97,7 +97,7 @@ TEST_F(StreamTest, SendsHeadAndFirstChunkInOneWrite)
     RawClient client(port);
     client.send(post(""));
     const std::string first = client.receiveOnce();
-    EXPECT_NE(std::string::npos, first.find("\r\n\r\nFA0\r\n" + pieces(4) + "\r\n")) << first.substr(0, 300);
+    EXPECT_NE(std::string::npos, first.find("\r\n\r\nfa0\r\n" + pieces(4) + "\r\n")) << first.substr(0, 300);
 }
 
 TEST_F(StreamTest, EndsTheConnectionAfterAnAnswerToAnOldClient)

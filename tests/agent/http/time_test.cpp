@@ -205,6 +205,17 @@ TEST_F(TimeTest, ClosesIdleConnections)
     EXPECT_NO_THROW(used->awaitClose());
 }
 
+TEST_F(TimeTest, ClosesNewConnectionsOnWhichNothingComes)
+{
+    limits.firstByteSeconds = kSecond;
+    start(hanging());
+    RawClient silent(port);
+    RawClient used(port);
+    EXPECT_EQ("once", used.ask(post("once")).body);
+    EXPECT_NO_THROW(silent.awaitClose());
+    EXPECT_EQ("twice", used.ask(post("twice")).body);
+}
+
 TEST_F(TimeTest, LetsFurtherConnectionsWaitAndThoseOfOneAddressGo)
 {
     limits.connections = 3;

@@ -20,6 +20,15 @@ namespace bench
 namespace
 {
 
+// The port of the first URL of a scheme in a line; 0 if there is none.
+std::uint16_t portOf(const std::string& line, const std::string& scheme)
+{
+    const std::size_t url = line.find(scheme + "127.0.0.1:");
+    if (url == std::string::npos)
+        return 0;
+    return static_cast<std::uint16_t>(std::stoul(line.substr(line.find(':', url + scheme.size()) + 1)));
+}
+
 // The line that cimd prints when it is ready; empty when it ends before.
 std::string firstLine(int output)
 {
@@ -55,10 +64,10 @@ Agent::Agent(const std::string& program, std::vector<std::string> arguments, boo
     close(ends[0]);
     if (failure != 0)
         throw std::runtime_error(program + ": " + std::strerror(failure));
-    const std::size_t colon = line.rfind(':');
-    if (colon == std::string::npos)
+    _port = portOf(line, "http://");
+    _tlsPort = portOf(line, "https://");
+    if (_port == 0)
         throw std::runtime_error(program + " did not start");
-    _port = static_cast<std::uint16_t>(std::stoul(line.substr(colon + 1)));
 }
 
 Agent::~Agent()

@@ -32,7 +32,8 @@ class Agent
     Agent& operator=(const Agent&) = delete;
 
     std::uint16_t port() const { return _port; }
-    Memory memory() const; // of the process that was started
+    std::uint16_t tlsPort() const { return _tlsPort; } // 0: none
+    Memory memory() const;                             // of the process that was started
     // Of all its threads since the start.
     double processorSeconds() const;
     // Makes the next peak that of the time from now on.
@@ -41,6 +42,7 @@ class Agent
   private:
     pid_t _pid = -1;
     std::uint16_t _port = 0;
+    std::uint16_t _tlsPort = 0;
 };
 
 } // namespace bench

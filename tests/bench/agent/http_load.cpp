@@ -199,6 +199,21 @@ std::string ask(std::uint16_t port, const std::string& request)
     return connection.answer().body();
 }
 
+LoadResult newClients(std::uint16_t port, const std::string& request, double seconds)
+{
+    LoadResult result;
+    const Clock::time_point start = Clock::now();
+    while (result.seconds < seconds)
+    {
+        const double before = result.seconds;
+        result.bytes += ask(port, request).size();
+        result.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+        result.answerSeconds.push_back(result.seconds - before);
+    }
+    std::sort(result.answerSeconds.begin(), result.answerSeconds.end());
+    return result;
+}
+
 LoadResult load(std::uint16_t port, unsigned connections, const std::string& request, double seconds)
 {
     std::vector<char> buffer(kReadBytes);

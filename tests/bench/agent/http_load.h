@@ -65,6 +65,10 @@ struct LoadResult
 // One connection, one request; the body of the answer.
 std::string ask(std::uint16_t port, const std::string& request);
 
+// Sends the request over a connection of its own, again and again for that long; the times include
+// connecting.
+LoadResult newClients(std::uint16_t port, const std::string& request, double seconds);
+
 // Sends the request over so many connections at once, each time anew when the answer is there, until at
 // least `seconds` have passed and every connection has had an answer.
 LoadResult load(std::uint16_t port, unsigned connections, const std::string& request, double seconds);

@@ -2,6 +2,7 @@
 //
 // Times are of the wall clock and include this program, which shares the machine with the agent.
 #include "tests/bench/agent/Agent.h"
+#include "tests/bench/agent/Flood.h"
 #include "tests/bench/agent/against.h"
 #include "tests/bench/agent/http_load.h"
 
@@ -30,6 +31,7 @@ struct Places
 {
     std::string program;
     std::vector<std::string> scenario;
+    std::vector<std::string> tls;  // serves HTTPS, too
     std::vector<std::string> rows; // the classes of rows_provider.cpp in place of the switch's
 };
 
@@ -191,6 +193,40 @@ void benchImage(const Places& places)
     row("read", getInstance(name), 0);
 }
 
+// What clients notice of others that take all connections: one with a connection of its own, and ones that
+// come.
+void benchFlood(const Places& places)
+{
+    constexpr double kSeconds = 5.0;
+    std::vector<std::string> arguments = places.scenario;
+    arguments.insert(arguments.end(), places.tls.begin(), places.tls.end());
+    const Agent agent(places.program, arguments);
+    const std::string request = getInstance(firstName(agent, "VRAX_FCPortStatistics"));
+    std::printf("\n3,500 connections that are taken and not used, from 30 addresses\n"
+                "  %-12s  %10s  %10s  %10s  %10s\n",
+                "clients",
+                "answers",
+                "p50 ms",
+                "p99 ms",
+                "max ms");
+    const auto row = [](const char* title, const LoadResult& result)
+    {
+        std::printf("  %-12s  %10zu  %10.3f  %10.3f  %10.3f\n",
+                    title,
+                    result.answerSeconds.size(),
+                    result.quantile(0.5) * kMilli,
+                    result.quantile(0.99) * kMilli,
+                    result.quantile(1) * kMilli);
+        std::fflush(stdout);
+    };
+    ask(agent.port(), request);
+    const Flood flood(agent.port(), agent.tlsPort());
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    row("new", newClients(agent.port(), request, kSeconds));
+    row("kept", load(agent.port(), 1, request, kSeconds));
+    std::printf("  %zu connections were opened meanwhile\n", flood.opened());
+}
+
 struct Enumeration
 {
     const std::vector<std::string>& arguments;
@@ -248,17 +284,21 @@ void benchLongAnswers(const Places& places, const std::vector<std::string>& fabr
 
 int main(int argc, char** argv)
 {
-    if (argc != 3 && argc != 4)
+    const bool isComparison = argc == 5 && std::string(argv[1]) == "--against";
+    if (argc != 5)
     {
-        std::fprintf(stderr,
-                     "usage: %s <build directory> <scenario of a large fabric> [<other build directory>]\n"
-                     "With another build the two are compared, and nothing else is measured.\n",
-                     argv[0]);
+        std::fprintf(
+            stderr,
+            "usage: %s <build directory> <scenario of a large fabric> <certificate> <key>\n"
+            "       %s --against <other build directory> <build directory> <scenario of a large fabric>\n",
+            argv[0],
+            argv[0]);
         return 2;
     }
     const std::string build = argv[1];
     const Places places{build + "/bin/cimd",
                         {"--scenario", BENCH_DEFAULT_SCENARIO},
+                        {"--certificate", argv[3], "--private-key", argv[4], "--tls-port", "0"},
                         {"--repository",
                          BENCH_FILES "/repository.xml",
                          "--registration",
@@ -267,13 +307,15 @@ int main(int argc, char** argv)
                          BENCH_PROVIDERS}};
     try
     {
-        if (argc == 4)
+        if (isComparison)
         {
-            benchAgainst(places.program, std::string(argv[3]) + "/bin/cimd", {"--scenario", argv[2]});
+            const std::string other = argv[2];
+            benchAgainst(argv[3] + std::string("/bin/cimd"), other + "/bin/cimd", {"--scenario", argv[4]});
             return 0;
         }
         benchStart(places);
         benchSwitch(places);
+        benchFlood(places);
         benchImage(places);
         benchLongAnswers(places, {"--scenario", argv[2]});
     }

@@ -1,0 +1,97 @@
+// A connected socket, and what is said through it: bytes as they are, or TLS.
+#ifndef AGENT_HTTP_CHANNEL_H
+#define AGENT_HTTP_CHANNEL_H
+
+#include "agent/auth/TlsIdentity.h"
+#include "agent/run/FileDescriptor.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <gnutls/gnutls.h>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace cimd
+{
+
+template <class Handle, void (*Free)(Handle)>
+struct TlsFree
+{
+    void operator()(Handle handle) const { Free(handle); }
+};
+template <class Handle, void (*Free)(Handle)>
+using TlsHandle = std::unique_ptr<std::remove_pointer_t<Handle>, TlsFree<Handle, Free>>;
+
+// What all TLS connections of a server share.
+class TlsContext
+{
+  public:
+    // Throws std::runtime_error for an identity that cannot be used.
+    explicit TlsContext(const TlsIdentity& identity);
+
+    gnutls_certificate_credentials_t credentials() const { return _credentials.get(); }
+    gnutls_priority_t priorities() const { return _priorities.get(); }
+
+  private:
+    TlsHandle<gnutls_certificate_credentials_t, gnutls_certificate_free_credentials> _credentials;
+    TlsHandle<gnutls_priority_t, gnutls_priority_deinit> _priorities;
+};
+
+// Nothing here waits. Used on one thread.
+class Channel
+{
+  public:
+    enum class State
+    {
+        Done,  ///< `bytes` were read or written, or the handshake is over.
+        Again, ///< There is nothing to read, or no room, at present.
+        End,   ///< The other side sends no more.
+        Broken ///< The connection is of no more use.
+    };
+    struct Result
+    {
+        State state;
+        std::size_t bytes = 0;
+    };
+
+    // A null context means no TLS; it outlives the channel. Throws std::bad_alloc.
+    Channel(FileDescriptor socket, const TlsContext* tls);
+    Channel(const Channel&) = delete; // GnuTLS knows its address
+    Channel& operator=(const Channel&) = delete;
+
+    int fd() const { return _socket.get(); }
+    bool isTls() const { return _session != nullptr; }
+
+    // To be called until it is Done or Broken; without TLS it is Done at once. After Broken the bytes of the
+    // socket are read as they are.
+    Result shakeHands();
+    // Why the handshake failed, or what it waits for.
+    std::string handshakeFault() const;
+    // Whether the client has sent anything at all; for TLS alone.
+    bool hasReceived() const { return _hasReceived; }
+
+    Result read(char* to, std::size_t size);
+    // After Again the same bytes have to be given again, and may be followed by more.
+    Result write(std::string_view bytes);
+    // Says that nothing more will be written.
+    void endWriting();
+
+  private:
+    static ssize_t pull(gnutls_transport_ptr_t self, void* to, size_t size);
+    static int onMessage(
+        gnutls_session_t session, unsigned type, unsigned, unsigned incoming, const gnutls_datum_t* message);
+
+    FileDescriptor _socket;
+    TlsHandle<gnutls_session_t, gnutls_deinit> _session;
+    bool _hasReceived = false;
+    bool _isGreeted = false; // a ClientHello came
+    bool _isAgreed = false;  // on version and cipher
+    unsigned _version = 0;   // of the ClientHello, 0x0303 for TLS 1.2 and up
+    int _alert = 0;          // from the client; 0: none
+};
+
+} // namespace cimd
+
+#endif
