@@ -42,12 +42,15 @@ bool takesTrailers(const HttpRequest& request)
 
 } // namespace
 
-Connection::Connection(
-    Station& station, std::uint64_t id, FileDescriptor socket, const TlsContext* tls, std::string peer)
-    : _station(station), _id(id), _channel(std::move(socket), tls), _peer(std::move(peer)),
-      _place(station.admission.enter(id, clientAddress(_peer))),
-      _phase(tls != nullptr ? Phase::Handshake : Phase::Idle), _since(station.now),
-      _reader(station.limits.headBytes), _progress(station.now)
+Connection::Connection(Station& station,
+                       std::uint64_t id,
+                       FileDescriptor socket,
+                       std::shared_ptr<const TlsContext> tls,
+                       std::string peer)
+    : _station(station), _id(id), _tls(std::move(tls)), _channel(std::move(socket), _tls.get()),
+      _peer(std::move(peer)), _place(station.admission.enter(id, clientAddress(_peer))),
+      _phase(_tls ? Phase::Handshake : Phase::Idle), _since(station.now), _reader(station.limits.headBytes),
+      _progress(station.now)
 {
 }
 

@@ -73,9 +73,12 @@ class Station
 class Connection
 {
   public:
-    // Station and context, which is null for a connection without TLS, outlive the object.
-    Connection(
-        Station& station, std::uint64_t id, FileDescriptor socket, const TlsContext* tls, std::string peer);
+    // The station outlives the object. Without a context there is no TLS.
+    Connection(Station& station,
+               std::uint64_t id,
+               FileDescriptor socket,
+               std::shared_ptr<const TlsContext> tls,
+               std::string peer);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -144,6 +147,7 @@ class Connection
 
     Station& _station;
     const std::uint64_t _id;
+    const std::shared_ptr<const TlsContext> _tls; // the channel's
     Channel _channel;
     const std::string _peer;
     const Admission::Place _place;

@@ -82,7 +82,7 @@ class HttpServer::Impl : public Station
         for (ListenSocket& socket : sockets)
         {
             if (socket.isTls() && !_tls)
-                _tls = std::make_unique<TlsContext>(options.tls);
+                _tls = std::make_shared<TlsContext>(options.tls);
             Listener& listener = _listeners.emplace_back(std::move(socket));
             watch(listener.socket.get(), kFirstListener + _listeners.size() - 1, EPOLLIN | EPOLLET);
         }
@@ -119,6 +119,12 @@ class HttpServer::Impl : public Station
         std::unique_lock<std::mutex> lock(_mutex);
         _changed.wait_for(lock, grace, [this] { return _exchanges == 0 && _running.empty(); });
         return _running.empty();
+    }
+
+    void setTls(const TlsIdentity& identity)
+    {
+        const auto context = std::make_shared<const TlsContext>(identity);
+        onIoThread([&] { _tls = context; });
     }
 
     std::vector<std::string> connectionTable()
@@ -418,7 +424,7 @@ class HttpServer::Impl : public Station
         setsockopt(socket.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
         const std::uint64_t id = _nextId++;
         auto connection = std::make_unique<Connection>(
-            *this, id, std::move(socket), listener.socket.isTls() ? _tls.get() : nullptr, peer);
+            *this, id, std::move(socket), listener.socket.isTls() ? _tls : nullptr, peer);
         watch(connection->fd(), id, EPOLLIN | EPOLLOUT | EPOLLRDHUP | EPOLLET);
         _connections.emplace(id, std::move(connection));
         runConnection(id);
@@ -509,7 +515,7 @@ class HttpServer::Impl : public Station
     }
 
     const OnHungWorkers _onHungWorkers;
-    std::unique_ptr<TlsContext> _tls;
+    std::shared_ptr<const TlsContext> _tls;
     const FileDescriptor _epoll;
     const FileDescriptor _wakeUp;
     std::vector<Listener> _listeners;
@@ -543,6 +549,11 @@ HttpServer::~HttpServer() = default;
 bool HttpServer::stop(std::chrono::milliseconds grace)
 {
     return _impl->stop(grace);
+}
+
+void HttpServer::setTls(const TlsIdentity& identity)
+{
+    _impl->setTls(identity);
 }
 
 std::vector<std::string> HttpServer::connectionTable()
