@@ -106,6 +106,8 @@ class Connection
     const char* stateName() const;
 
   private:
+    static constexpr const char* kGone = "the client has gone"; // why requests end
+
     enum class Phase
     {
         Handshake,
@@ -133,7 +135,6 @@ class Connection
     HttpResponse refusal(unsigned status, const std::string& reason);
     HttpResponse tooLarge();
     void respond(HttpResponse&& answer, bool closes);
-    void beginStream(const HttpResponse& head);
     bool fetchPiece();
     void breakOff();
     void send(std::string_view bytes);
