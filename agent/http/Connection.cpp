@@ -3,6 +3,7 @@
 
 #include "agent/auth/client_address.h"
 #include "agent/cim/CimName.h"
+#include "agent/http/cim_headers.h"
 
 #include <algorithm>
 #include <sys/epoll.h>
@@ -14,17 +15,9 @@ namespace cimd
 namespace
 {
 
-constexpr unsigned kRequestTimeout = 408;
-constexpr unsigned kContentTooLarge = 413;
-constexpr unsigned kUnavailable = 503;
 constexpr int kStepsInTurn = 64;
 constexpr std::size_t kBelief = 8;
 constexpr std::chrono::seconds kDrainTime{2};
-
-HttpResponse plain(unsigned status, const std::string& text)
-{
-    return {status, {{"Content-Type", "text/plain; charset=\"utf-8\""}}, text + "\n"};
-}
 
 bool takesTrailers(const HttpRequest& request)
 {
@@ -213,7 +206,7 @@ void Connection::take(std::string_view bytes)
 HttpResponse Connection::refusal(unsigned status, const std::string& reason)
 {
     note(LogLevel::Warning, "http", "HTTP " + std::to_string(status) + ": " + reason);
-    return plain(status, reason);
+    return cimd::refusal(status, {}, reason);
 }
 
 // Ends a request that cannot be read to its end.

@@ -33,7 +33,6 @@ namespace cimd
 namespace
 {
 
-constexpr unsigned kInternalError = 500;
 constexpr std::size_t kEvents = 64;
 constexpr int kAcceptedInTurn =
     16; // so that those who have sent something are read before others take their place
