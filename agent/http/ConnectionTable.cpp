@@ -24,6 +24,7 @@ void ConnectionTable::add(const std::string& address, const char* state)
 std::vector<std::string> ConnectionTable::lines() const
 {
     std::vector<const std::pair<const std::string, Row>*> order;
+    order.reserve(_rows.size());
     std::size_t all = 0;
     for (const auto& row : _rows)
     {
