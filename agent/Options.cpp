@@ -43,7 +43,8 @@ PROCESSES
        It logs how it ended and which operations it was answering. It gives up only if cimd could never start.
 
 SIGNALS
-       SIGTERM, SIGINT and SIGHUP end cimd after the requests in flight are answered; a second one ends it at once.
+       SIGTERM and SIGINT end cimd after the requests in flight are answered; a second one ends it at once. SIGHUP has
+       it read certificate and key again; when the terminal of cimd has gone it ends cimd, too.
        SIGUSR1 prints what was asked for since the start, per class and operation, the requests in flight and the
        connections to standard error. Send signals to the process that was started.
 

@@ -59,6 +59,7 @@ struct Setting
     std::vector<ListenSocket>& sockets;
     const TlsIdentity& tls;
     InFlight& inFlight;
+    const Terminal& terminal;
     XmlTrace* trace;        // null: none is wanted
     Supervisor* supervisor; // null: nobody watches
 };
@@ -94,21 +95,51 @@ std::string urlsOf(const std::vector<ListenSocket>& sockets)
     return urls;
 }
 
-// Waits for a signal to stop; shows requests and connections when asked to.
+TlsIdentity readTlsIdentity(const Options& options)
+{
+    TlsIdentity tls;
+    if (options.certificate)
+    {
+        tls.certificate = starting("--certificate", [&] { return readCertificate(*options.certificate); });
+        tls.key =
+            starting("--private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
+    }
+    return tls;
+}
+
+// The certificate may have been renewed. Faulty files change nothing.
+void reload(const Options& options, HttpServer& server)
+try
+{
+    if (!options.certificate)
+        return;
+    server.setTls(readTlsIdentity(options));
+    log(LogLevel::Info, "cimd", "SIGHUP: certificate and key were read again");
+}
+catch (const std::exception& error)
+{
+    log(LogLevel::Error, "cimd", std::string(error.what()) + "; certificate and key stay as they were");
+}
+
+void showWork(const Setting& setting, const Counters& counters, HttpServer& server)
+{
+    for (const std::string& line : counters.table())
+        logAlways("notice", "counters", line);
+    for (const std::string& line : server.connectionTable())
+        logAlways("notice", "counters", line);
+    const auto requests = setting.inFlight.list();
+    logAlways("notice", "counters", "requests in flight: " + std::to_string(requests.size()));
+    for (const InFlight::Request& request : requests)
+        logAlways("notice", "counters", request.text());
+}
+
+// Waits for a signal to stop; does what others ask for.
 void waitForStop(SignalSet& signals, const Setting& setting, const Counters& counters, HttpServer& server)
 {
     int signal = nextSignal(signals);
-    for (; signal == SIGUSR1; signal = nextSignal(signals))
-    {
-        for (const std::string& line : counters.table())
-            logAlways("notice", "counters", line);
-        const auto requests = setting.inFlight.list();
-        logAlways("notice", "counters", "requests in flight: " + std::to_string(requests.size()));
-        for (const InFlight::Request& request : requests)
-            logAlways("notice", "counters", request.text());
-        for (const std::string& line : server.connectionTable())
-            logAlways("notice", "counters", line);
-    }
+    for (; signal == SIGUSR1 || (signal == SIGHUP && !setting.terminal.hasGone());
+         signal = nextSignal(signals))
+        signal == SIGUSR1 ? showWork(setting, counters, server) : reload(setting.options, server);
     log(LogLevel::Info, "cimd", signalName(signal) + ": stopping");
     // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
     // of a service may have been sent the first.
@@ -224,18 +255,6 @@ int serve(const Setting& setting)
     leave(setting, kExitUnfinished);
 }
 
-TlsIdentity readTlsIdentity(const Options& options)
-{
-    TlsIdentity tls;
-    if (options.certificate)
-    {
-        tls.certificate = starting("--certificate", [&] { return readCertificate(*options.certificate); });
-        tls.key =
-            starting("--private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
-    }
-    return tls;
-}
-
 // The modules that send indications read from the environment whom they trust.
 void handOnTrust(const Options& options)
 {
@@ -309,18 +328,30 @@ int start(const Options& options)
             "passwords come over HTTP, readable on the way; --no-http takes them over HTTPS only");
     handOnTrust(options);
     starting("--spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
-    const TlsIdentity tls = readTlsIdentity(options); // once: files may be half renewed when a crash comes
+    TlsIdentity tls = readTlsIdentity(options); // not after a crash: then files may be half renewed
     std::optional<XmlTrace> trace;
     if (options.traceXml)
         starting("--trace-xml", [&] { return &trace.emplace(*options.traceXml); });
     // All that can run at once: one more that hangs than may is what ends the process.
     InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1);
-    Setting setting{options, sockets, tls, inFlight, trace ? &*trace : nullptr, nullptr};
+    const Terminal terminal;
+    Setting setting{options, sockets, tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);
-    Supervisor supervisor(limits, inFlight);
+    const auto readAgain = [&]
+    {
+        try
+        {
+            tls = readTlsIdentity(options);
+        }
+        catch (const std::exception&)
+        {
+            // The serving process says so.
+        }
+    };
+    Supervisor supervisor(limits, inFlight, {[&] { sockets.clear(); }, readAgain});
     setting.supervisor = &supervisor;
-    if (const std::optional<int> status = supervisor.run([&] { sockets.clear(); }))
+    if (const std::optional<int> status = supervisor.run())
         return *status;
     return serve(setting);
 }

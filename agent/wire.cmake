@@ -5,7 +5,7 @@ add_subdirectory(auth)
 
 file(GLOB sources CONFIGURE_DEPENDS http/*.cpp ops/*.cpp pull/*.cpp xml/*.cpp)
 add_library(cimd_wire STATIC ${sources})
-vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.cpp http/Reply.cpp
+vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.cpp http/connection_answers.cpp http/Reply.cpp
                            http/RequestReader.cpp http/answer_head.cpp http/cim_headers.cpp)
 target_compile_definitions(cimd_wire PUBLIC CIMD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::gnutls)

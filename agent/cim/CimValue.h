@@ -72,7 +72,6 @@ class CimValue
     const CimDateTime& asDateTime() const { return std::get<CimDateTime>(_data); }
     const ObjectPath& asReference() const { return *std::get<ReferencePtr>(_data); }
     const Instance& asInstance() const { return *std::get<InstancePtr>(_data); }
-    const std::shared_ptr<const ObjectPath>& sharedReference() const { return std::get<ReferencePtr>(_data); }
     const std::shared_ptr<const Instance>& sharedInstance() const { return std::get<InstancePtr>(_data); }
     const Elements& elements() const { return *std::get<ElementsPtr>(_data); }
     bool holdsBytes() const { return std::holds_alternative<BytesPtr>(_data); }

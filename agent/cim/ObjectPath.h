@@ -42,7 +42,6 @@ class ObjectPath
 
     // Adds the key or replaces its value (the name keeps its first spelling then); true if it was added.
     bool setKey(const CimName& name, CimValue value);
-    void clearKeys() { _keys.clear(); }
     // Null pointer if there is no such key.
     const CimValue* findKey(const CimName& name) const;
 

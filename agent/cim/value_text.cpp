@@ -18,15 +18,6 @@ using cimxml::appendChar16;
 using cimxml::appendNumber;
 using cimxml::appendReal;
 
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view kWhiteSpace = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kWhiteSpace);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
-}
-
 struct Magnitude
 {
     bool negative = false;
@@ -107,6 +98,15 @@ std::optional<char16_t> parseChar16(std::string_view text)
 }
 
 } // namespace
+
+std::string_view trimmed(std::string_view text)
+{
+    constexpr std::string_view kWhiteSpace = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(kWhiteSpace);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
+}
 
 std::optional<CimValue> parseScalar(CimType type, std::string_view text)
 {

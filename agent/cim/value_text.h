@@ -21,6 +21,9 @@ std::optional<CimValue> parseScalar(CimType type, std::string_view text);
 // the same number.
 void appendText(std::string& out, const CimValue& scalar);
 
+// Without the white space around it.
+std::string_view trimmed(std::string_view text);
+
 // A text in quotation marks for messages, cut after 200 bytes: clients may send long ones.
 std::string quoted(std::string_view text);
 

@@ -3,10 +3,9 @@
 
 #include "agent/auth/client_address.h"
 #include "agent/cim/CimName.h"
+#include "agent/http/cim_headers.h"
 
 #include <algorithm>
-#include <charconv>
-#include <iterator>
 #include <sys/epoll.h>
 #include <utility>
 
@@ -16,21 +15,9 @@ namespace cimd
 namespace
 {
 
-constexpr unsigned kErrors = 400; // and up
-constexpr unsigned kRequestTimeout = 408;
-constexpr unsigned kContentTooLarge = 413;
-constexpr unsigned kUnavailable = 503;
 constexpr int kStepsInTurn = 64;
 constexpr std::size_t kBelief = 8;
-constexpr std::size_t kCopied = 64 * 1024; // a body that follows its head in the same buffer
-constexpr std::size_t kKept = 4 * 1024;    // of a buffer between two answers
 constexpr std::chrono::seconds kDrainTime{2};
-constexpr const char* kGone = "the client has gone";
-
-HttpResponse plain(unsigned status, const std::string& text)
-{
-    return {status, {{"Content-Type", "text/plain; charset=\"utf-8\""}}, text + "\n"};
-}
 
 bool takesTrailers(const HttpRequest& request)
 {
@@ -42,12 +29,15 @@ bool takesTrailers(const HttpRequest& request)
 
 } // namespace
 
-Connection::Connection(
-    Station& station, std::uint64_t id, FileDescriptor socket, const TlsContext* tls, std::string peer)
-    : _station(station), _id(id), _channel(std::move(socket), tls), _peer(std::move(peer)),
-      _place(station.admission.enter(id, clientAddress(_peer))),
-      _phase(tls != nullptr ? Phase::Handshake : Phase::Idle), _since(station.now),
-      _reader(station.limits.headBytes), _progress(station.now)
+Connection::Connection(Station& station,
+                       std::uint64_t id,
+                       FileDescriptor socket,
+                       std::shared_ptr<const TlsContext> tls,
+                       std::string peer)
+    : _station(station), _id(id), _tls(std::move(tls)), _channel(std::move(socket), _tls.get()),
+      _peer(std::move(peer)), _place(station.admission.enter(id, clientAddress(_peer))),
+      _phase(_tls ? Phase::Handshake : Phase::Idle), _since(station.now), _reader(station.limits.headBytes),
+      _progress(station.now)
 {
 }
 
@@ -156,37 +146,6 @@ bool Connection::read()
     }
 }
 
-bool Connection::write()
-{
-    if (!_canWrite)
-        return false;
-    const Channel::Result put = _channel.write(std::string_view(_out).substr(_sent));
-    switch (put.state)
-    {
-    case Channel::State::Done:
-        _progress = _station.now;
-        _sent += put.bytes;
-        if (_sent < _out.size())
-            return true;
-        _out = std::exchange(_rest, {});
-        _sent = 0;
-        return true;
-    case Channel::State::Again:
-        _canWrite = false;
-        return false;
-    default:
-        close(kGone);
-        return false;
-    }
-}
-
-void Connection::send(std::string_view bytes)
-{
-    if (_out.empty())
-        _progress = _station.now;
-    _out.append(bytes);
-}
-
 void Connection::startDrain()
 {
     _channel.endWriting();
@@ -247,7 +206,7 @@ void Connection::take(std::string_view bytes)
 HttpResponse Connection::refusal(unsigned status, const std::string& reason)
 {
     note(LogLevel::Warning, "http", "HTTP " + std::to_string(status) + ": " + reason);
-    return plain(status, reason);
+    return cimd::refusal(status, {}, reason);
 }
 
 // Ends a request that cannot be read to its end.
@@ -381,122 +340,6 @@ void Connection::completeRequest()
     if (answer.holdFor.count() == 0)
         return respond(std::move(answer), _form.closes);
     _exchange->reply.finish(std::move(answer), _station.now);
-}
-
-void Connection::respond(HttpResponse&& answer, bool closes)
-{
-    _form.closes = closes || _station.isStopping;
-    enter(Phase::Answer);
-    _isAnswered = true;
-    send(answerHead(answer, answer.body.size(), _form));
-    if (!_form.hasBody)
-        return;
-    if (answer.body.size() <= kCopied)
-        send(answer.body);
-    else
-        _rest = std::move(answer.body);
-}
-
-// Brings the next part of an answer into _out.
-bool Connection::fetch()
-{
-    if (_isAnswered)
-    {
-        endAnswer();
-        return true;
-    }
-    if (_isStreaming)
-        return fetchPiece();
-    if (_station.isStopping)
-        _exchange->reply.release();
-    HttpResponse head;
-    switch (_exchange->reply.takeHead(head))
-    {
-    case Reply::Start::Later:
-        return false;
-    case Reply::Start::None:
-        close(kGone);
-        return false;
-    case Reply::Start::Whole:
-        served(head.status);
-        respond(std::move(head), _form.closes);
-        return true;
-    case Reply::Start::Stream:
-        break;
-    }
-    served(head.status);
-    _isStreaming = true;
-    _form.closes = _form.closes || _form.isOld || _station.isStopping;
-    send(answerHead(head, std::nullopt, _form));
-    return fetchPiece();
-}
-
-void Connection::served(unsigned status)
-{
-    if (_place->isBusy && status < kErrors)
-        _station.admission.served(_place);
-}
-
-bool Connection::fetchPiece()
-{
-    std::vector<char>& buffer = _station.buffer;
-    std::size_t size = buffer.size();
-    switch (_exchange->reply.read(buffer.data(), size))
-    {
-    case Reply::Piece::Nothing:
-        return !_out.empty();
-    case Reply::Piece::Broken:
-        breakOff();
-        return true;
-    case Reply::Piece::End:
-        _isAnswered = true;
-        if (!_form.isOld)
-            send("0\r\n\r\n");
-        return true;
-    case Reply::Piece::Text:
-        break;
-    }
-    const std::string_view piece(buffer.data(), size);
-    if (_form.isOld)
-    {
-        send(piece);
-        return true;
-    }
-    char line[2 * sizeof size];
-    send({line, static_cast<std::size_t>(std::to_chars(line, std::end(line), size, 16).ptr - line)});
-    send("\r\n");
-    send(piece);
-    send("\r\n");
-    return true;
-}
-
-// A client that wants trailers gets those of the reply; any other finds the connection closed without a last
-// chunk.
-void Connection::breakOff()
-{
-    const std::vector<HttpHeader> trailers = _exchange->reply.takeTrailers();
-    log(LogLevel::Warning,
-        "http",
-        _peer + ": the answer broke off" + (trailers.empty() ? "" : ": " + trailers.back().second));
-    if (!_form.takesTrailers || trailers.empty())
-        return close(kGone);
-    send("0\r\n");
-    for (const auto& [name, value] : trailers)
-        send(name + ": " + value + "\r\n");
-    send("\r\n");
-    _isAnswered = true;
-}
-
-void Connection::endAnswer()
-{
-    const bool closes = _form.closes;
-    endRequest("the answer was sent");
-    if (_out.capacity() > kKept)
-        _out.shrink_to_fit();
-    if (closes)
-        startDrain();
-    else
-        enter(Phase::Idle);
 }
 
 void Connection::endRequest(const std::string& reason)

@@ -73,9 +73,12 @@ class Station
 class Connection
 {
   public:
-    // Station and context, which is null for a connection without TLS, outlive the object.
-    Connection(
-        Station& station, std::uint64_t id, FileDescriptor socket, const TlsContext* tls, std::string peer);
+    // The station outlives the object. Without a context there is no TLS.
+    Connection(Station& station,
+               std::uint64_t id,
+               FileDescriptor socket,
+               std::shared_ptr<const TlsContext> tls,
+               std::string peer);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -103,6 +106,8 @@ class Connection
     const char* stateName() const;
 
   private:
+    static constexpr const char* kGone = "the client has gone"; // why requests end
+
     enum class Phase
     {
         Handshake,
@@ -130,7 +135,6 @@ class Connection
     HttpResponse refusal(unsigned status, const std::string& reason);
     HttpResponse tooLarge();
     void respond(HttpResponse&& answer, bool closes);
-    void beginStream(const HttpResponse& head);
     bool fetchPiece();
     void breakOff();
     void send(std::string_view bytes);
@@ -144,6 +148,7 @@ class Connection
 
     Station& _station;
     const std::uint64_t _id;
+    const std::shared_ptr<const TlsContext> _tls; // the channel's
     Channel _channel;
     const std::string _peer;
     const Admission::Place _place;

@@ -8,6 +8,8 @@
 #include "agent/auth/client_address.h"
 #include "agent/cim/CimError.h"
 #include "agent/http/Connection.h"
+#include "agent/http/ConnectionTable.h"
+#include "agent/http/TaskQueue.h"
 #include "agent/http/WorkerPool.h"
 #include "agent/http/cim_headers.h"
 #include "agent/log/log.h"
@@ -17,17 +19,10 @@
 #include <cerrno>
 #include <condition_variable>
 #include <exception>
-#include <future>
 #include <list>
-#include <map>
 #include <mutex>
-#include <netdb.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <stdexcept>
 #include <sys/epoll.h>
-#include <sys/eventfd.h>
-#include <sys/socket.h>
 #include <system_error>
 #include <thread>
 #include <unordered_map>
@@ -38,29 +33,17 @@ namespace cimd
 namespace
 {
 
-constexpr unsigned kInternalError = 500;
 constexpr std::size_t kEvents = 64;
 constexpr int kAcceptedInTurn =
     16; // so that those who have sent something are read before others take their place
 constexpr std::chrono::milliseconds kLookAgain{10}; // looking at all connections costs something
 constexpr std::chrono::milliseconds kAcceptAgain{100};
-constexpr std::size_t kShownAddresses = 32;
-constexpr std::uint64_t kWakeUp = 0; // identities in epoll: this, the listeners, the connections
+constexpr std::uint64_t kTasks = 0; // identities in epoll: this, the listeners, the connections
 constexpr std::uint64_t kFirstListener = 1;
 
 std::string systemError()
 {
     return std::generic_category().message(errno);
-}
-
-std::string peerName(const sockaddr* address, socklen_t size)
-{
-    char host[NI_MAXHOST];
-    char port[NI_MAXSERV];
-    if (getnameinfo(address, size, host, sizeof host, port, sizeof port, NI_NUMERICHOST | NI_NUMERICSERV) !=
-        0)
-        return "unknown";
-    return (address->sa_family == AF_INET6 ? "[" + std::string(host) + "]" : host) + ":" + port;
 }
 
 } // namespace
@@ -74,15 +57,15 @@ class HttpServer::Impl : public Station
          ServerOptions options)
         : Station(theHandler, theLimits, std::move(options.spoolDirectory)),
           _onHungWorkers(std::move(options.onHungWorkers)), _epoll(epoll_create1(EPOLL_CLOEXEC)),
-          _wakeUp(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), _pool(limits.workers, limits.queuedRequests)
+          _pool(limits.workers, limits.queuedRequests)
     {
-        if (_epoll.get() < 0 || _wakeUp.get() < 0)
+        if (_epoll.get() < 0)
             throw std::runtime_error("cannot serve: " + systemError());
-        watch(_wakeUp.get(), kWakeUp, EPOLLIN);
+        watch(_tasks.fd(), kTasks, EPOLLIN);
         for (ListenSocket& socket : sockets)
         {
             if (socket.isTls() && !_tls)
-                _tls = std::make_unique<TlsContext>(options.tls);
+                _tls = std::make_shared<TlsContext>(options.tls);
             Listener& listener = _listeners.emplace_back(std::move(socket));
             watch(listener.socket.get(), kFirstListener + _listeners.size() - 1, EPOLLIN | EPOLLET);
         }
@@ -93,7 +76,7 @@ class HttpServer::Impl : public Station
     ~Impl() override
     {
         stop(std::chrono::milliseconds(0));
-        onIoThread([this] { _isEnding = true; });
+        _tasks.postAndWait([this] { _isEnding = true; });
         _thread.join(); // with all connections, which the makers of answers hear
         _pool.join();
     }
@@ -103,7 +86,7 @@ class HttpServer::Impl : public Station
 
     bool stop(std::chrono::milliseconds grace)
     {
-        onIoThread(
+        _tasks.postAndWait(
             [this]
             {
                 isStopping = true;
@@ -121,11 +104,22 @@ class HttpServer::Impl : public Station
         return _running.empty();
     }
 
+    void setTls(const TlsIdentity& identity)
+    {
+        const auto context = std::make_shared<const TlsContext>(identity);
+        _tasks.postAndWait([&] { _tls = context; });
+    }
+
     std::vector<std::string> connectionTable()
     {
-        std::vector<std::string> lines;
-        onIoThread([&] { lines = tableOfConnections(); });
-        return lines;
+        ConnectionTable table(limits.connections);
+        _tasks.postAndWait(
+            [&]
+            {
+                for (const auto& [id, connection] : _connections)
+                    table.add(connection->guest().address, connection->stateName());
+            });
+        return table.lines();
     }
 
   private:
@@ -140,33 +134,9 @@ class HttpServer::Impl : public Station
 
     // --- other threads
 
-    // Has the I/O thread do something.
-    void post(std::function<void()> task)
-    {
-        std::lock_guard<std::mutex> lock(_postMutex);
-        _posted.push_back(std::move(task));
-        const std::uint64_t one = 1;
-        if (_posted.size() == 1 && ::write(_wakeUp.get(), &one, sizeof one) < 0)
-            log(LogLevel::Error, "http", "cannot wake the I/O thread: " + systemError());
-    }
-
-    // The same, and waits until it is done.
-    void onIoThread(const std::function<void()>& task)
-    {
-        const auto done = std::make_shared<std::promise<void>>(); // set_value() may outlast the wait
-        std::future<void> isDone = done->get_future();
-        post(
-            [task, done]
-            {
-                task();
-                done->set_value();
-            });
-        isDone.wait();
-    }
-
     void wake(std::uint64_t id) override
     {
-        post([this, id] { runConnection(id); });
+        _tasks.post([this, id] { runConnection(id); });
     }
 
     // Changes what stop() waits for.
@@ -239,7 +209,7 @@ class HttpServer::Impl : public Station
                     refusal = HttpResponse{kInternalError, {}, "The server failed to answer.\n"};
                 }
                 _pool.giveBack(worker);
-                post(
+                _tasks.post(
                     [this, id, refusal]
                     {
                         const auto entry = _connections.find(id);
@@ -298,8 +268,8 @@ class HttpServer::Impl : public Station
     void take(const epoll_event& event)
     {
         const std::uint64_t id = event.data.u64;
-        if (id == kWakeUp)
-            return runPosted();
+        if (id == kTasks)
+            return _tasks.run();
         if (id < kFirstListener + _listeners.size())
         {
             _listeners[id - kFirstListener].isReady = true;
@@ -310,20 +280,6 @@ class HttpServer::Impl : public Station
             return;
         entry->second->ready(event.events);
         runConnection(id);
-    }
-
-    void runPosted()
-    {
-        std::vector<std::function<void()>> tasks;
-        {
-            std::lock_guard<std::mutex> lock(_postMutex);
-            std::uint64_t count = 0;
-            if (::read(_wakeUp.get(), &count, sizeof count) < 0 && errno != EAGAIN)
-                log(LogLevel::Error, "http", "cannot read the wake-up: " + systemError());
-            tasks.swap(_posted);
-        }
-        for (const auto& task : tasks)
-            task();
     }
 
     void runConnection(std::uint64_t id)
@@ -393,13 +349,10 @@ class HttpServer::Impl : public Station
             noteFull("max-connections", limits.connections, "new clients");
             return false;
         }
-        sockaddr_storage storage{};
-        auto* const address = reinterpret_cast<sockaddr*>(&storage);
-        socklen_t size = sizeof storage;
-        FileDescriptor socket(accept4(listener.socket.get(), address, &size, SOCK_CLOEXEC | SOCK_NONBLOCK));
+        std::string peer;
+        FileDescriptor socket = listener.socket.accept(peer);
         if (socket.get() < 0)
             return acceptFailed(listener);
-        const std::string peer = peerName(address, size);
         const std::string origin = clientAddress(peer);
         if (admission.isFullFor(origin))
         {
@@ -414,11 +367,9 @@ class HttpServer::Impl : public Station
             noteFull("max-connections", limits.connections, peer);
             drop(*admission.next());
         }
-        const int on = 1;
-        setsockopt(socket.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
         const std::uint64_t id = _nextId++;
         auto connection = std::make_unique<Connection>(
-            *this, id, std::move(socket), listener.socket.isTls() ? _tls.get() : nullptr, peer);
+            *this, id, std::move(socket), listener.socket.isTls() ? _tls : nullptr, peer);
         watch(connection->fd(), id, EPOLLIN | EPOLLOUT | EPOLLRDHUP | EPOLLET);
         _connections.emplace(id, std::move(connection));
         runConnection(id);
@@ -477,51 +428,18 @@ class HttpServer::Impl : public Station
             _onHungWorkers();
     }
 
-    // The addresses with the most connections first.
-    std::vector<std::string> tableOfConnections() const
-    {
-        std::map<std::string, std::map<std::string, std::size_t>> states; // by address
-        std::map<std::string, std::size_t> counts;
-        for (const auto& entry : _connections)
-        {
-            const std::string& address = entry.second->guest().address;
-            ++states[address][entry.second->stateName()];
-            ++counts[address];
-        }
-        std::vector<std::string> order;
-        for (const auto& entry : counts)
-            order.push_back(entry.first);
-        std::stable_sort(
-            order.begin(), order.end(), [&](const auto& a, const auto& b) { return counts[a] > counts[b]; });
-        std::vector<std::string> lines{"connections: " + std::to_string(_connections.size()) + " of " +
-                                       std::to_string(limits.connections) + " from " +
-                                       std::to_string(order.size()) + " addresses"};
-        order.resize(std::min(order.size(), kShownAddresses));
-        for (const std::string& address : order)
-        {
-            std::string line = address + ": " + std::to_string(counts[address]);
-            const char* separator = ": ";
-            for (const auto& [state, count] : states[address])
-                line += std::exchange(separator, ", ") + std::to_string(count) + ' ' + state;
-            lines.push_back(std::move(line));
-        }
-        return lines;
-    }
-
     const OnHungWorkers _onHungWorkers;
-    std::unique_ptr<TlsContext> _tls;
+    std::shared_ptr<const TlsContext> _tls;
     const FileDescriptor _epoll;
-    const FileDescriptor _wakeUp;
     std::vector<Listener> _listeners;
     std::unordered_map<std::uint64_t, ConnectionPtr> _connections;
     std::uint64_t _nextId = 0;
     std::vector<std::uint64_t> _again; // those with more to do
     bool _acceptsMore = false;
     bool _isEnding = false;
+    TaskQueue _tasks;   // of other threads
     Time _due = kNever; // when to look at all connections
 
-    std::mutex _postMutex;
-    std::vector<std::function<void()>> _posted;
     std::mutex _mutex;
     std::condition_variable _changed;
     unsigned _exchanges = 0;         // from a complete head to the end of the answer
@@ -543,6 +461,11 @@ HttpServer::~HttpServer() = default;
 bool HttpServer::stop(std::chrono::milliseconds grace)
 {
     return _impl->stop(grace);
+}
+
+void HttpServer::setTls(const TlsIdentity& identity)
+{
+    _impl->setTls(identity);
 }
 
 std::vector<std::string> HttpServer::connectionTable()

@@ -46,6 +46,10 @@ class HttpServer
     // handler and can only be destroyed once it returns.
     bool stop(std::chrono::milliseconds grace);
 
+    // Connections from now on have this identity; those that there are keep theirs. Throws std::runtime_error
+    // for one that cannot be used. From any thread but the server's.
+    void setTls(const TlsIdentity& identity);
+
     // The connections by address and state, in lines for people; "192.0.2.7: 12: 10 idle, 2 head". From any
     // thread but the server's.
     std::vector<std::string> connectionTable();

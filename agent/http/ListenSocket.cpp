@@ -6,6 +6,7 @@
 #include <memory>
 #include <netdb.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <stdexcept>
 #include <string_view>
 #include <sys/socket.h>
@@ -25,6 +26,16 @@ struct FreeAddrinfo
 [[noreturn]] void fail(const std::string& url, const char* step)
 {
     throw std::system_error(errno, std::generic_category(), "cannot listen on " + url + ": " + step);
+}
+
+std::string peerName(const sockaddr* address, socklen_t size)
+{
+    char host[NI_MAXHOST];
+    char port[NI_MAXSERV];
+    if (getnameinfo(address, size, host, sizeof host, port, sizeof port, NI_NUMERICHOST | NI_NUMERICSERV) !=
+        0)
+        return "unknown";
+    return (address->sa_family == AF_INET6 ? "[" + std::string(host) + "]" : host) + ":" + port;
 }
 
 bool isLoopbackAddress(const std::string& address)
@@ -87,6 +98,20 @@ ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsig
         fail(url(), "listen");
     _isLoopback = isLoopbackAddress(_address);
     _port = boundPort(_fd.get());
+}
+
+FileDescriptor ListenSocket::accept(std::string& peer) const
+{
+    sockaddr_storage storage{};
+    auto* const address = reinterpret_cast<sockaddr*>(&storage);
+    socklen_t size = sizeof storage;
+    FileDescriptor client(accept4(_fd.get(), address, &size, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (client.get() < 0)
+        return client;
+    const int on = 1;
+    setsockopt(client.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    peer = peerName(address, size);
+    return client;
 }
 
 std::string ListenSocket::url() const

@@ -21,12 +21,14 @@ class ListenSocket
     ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog, bool isTls = false);
 
     std::uint16_t port() const { return _port; }
-    bool ipv6() const { return _ipv6; }
     bool isTls() const { return _isTls; }
     // Whether only this machine can connect.
     bool isLoopback() const { return _isLoopback; }
     // "http://127.0.0.1:5988" or "https://...", with brackets around an IPv6 address.
     std::string url() const;
+    // The next client, and its address, "192.0.2.7:49152". Does not wait: the descriptor is negative, and
+    // errno says why, if there is none.
+    FileDescriptor accept(std::string& peer) const;
     int get() const { return _fd.get(); }
 
   private:

@@ -20,7 +20,6 @@ const char* const kLate = "it did not finish in time";
 // For a handler that has not said how to answer.
 HttpResponse plainLateAnswer()
 {
-    constexpr unsigned kInternalError = 500;
     HttpResponse response{kInternalError, {{"Content-Type", "text/plain"}}, "The request took too long.\n"};
     response.trailers.emplace_back("CIMStatusCode", "1");
     return response;

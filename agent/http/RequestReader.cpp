@@ -15,11 +15,6 @@ namespace cimd
 namespace
 {
 
-constexpr unsigned kBadRequest = 400;
-constexpr unsigned kTargetTooLong = 414;
-constexpr unsigned kHeadTooLarge = 431;
-constexpr unsigned kNotImplemented = 501;
-constexpr unsigned kUnknownVersion = 505;
 constexpr std::size_t kChunkLine = 1024; // size and extensions, which nobody here knows
 
 constexpr const char* kTwice = "A header that may be there once is there twice.";
@@ -52,12 +47,6 @@ bool isText(std::string_view text)
                         text.end(),
                         [](char c)
                         { return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f'; });
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
-    return text.substr(0, text.find_last_not_of(" \t") + 1);
 }
 
 bool listed(const HttpRequest& request, const char* name, std::string_view word)
@@ -202,7 +191,7 @@ void RequestReader::readHeader()
     const std::size_t colon = std::min(line.find(':'), line.size());
     if (colon == line.size() || !isToken(line.substr(0, colon)))
         return fail(kBadRequest, "A header does not begin with a name and a colon.");
-    _head.request.headers.emplace_back(line.substr(0, colon), trimmed(line.substr(colon + 1)));
+    _head.request.headers.emplace_back(line.substr(0, colon), withoutBlanks(line.substr(colon + 1)));
     _room -= std::min(_room, sizeof(HttpHeader));
 }
 
@@ -255,7 +244,7 @@ void RequestReader::readChunkSize()
 {
     const char* const end = _line.data() + _line.size();
     const auto [stop, error] = std::from_chars(_line.data(), end, _left, 16);
-    const std::string_view rest = trimmed({stop, static_cast<std::size_t>(end - stop)});
+    const std::string_view rest = withoutBlanks({stop, static_cast<std::size_t>(end - stop)});
     if (error != std::errc() || (!rest.empty() && rest.front() != ';'))
         return fail(kBadRequest, "A chunk does not begin with its size.");
     if (_left == 0)

@@ -16,30 +16,13 @@ namespace
 constexpr std::string_view kTarget = "/cimom";
 constexpr const char* kAllow = "OPTIONS, POST";
 
-constexpr unsigned kOk = 200;
-constexpr unsigned kBadRequest = 400;
-constexpr unsigned kNotFound = 404;
-constexpr unsigned kMethodNotAllowed = 405;
-constexpr unsigned kNotAcceptable = 406;
-constexpr unsigned kUnsupportedMediaType = 415;
-constexpr unsigned kNotImplemented = 501;
-constexpr unsigned kNotExtended = 510;
-
-std::string_view trimmed(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
 std::vector<std::string_view> split(std::string_view text, char separator)
 {
     std::vector<std::string_view> parts;
     for (;;)
     {
         const std::size_t end = text.find(separator);
-        parts.push_back(trimmed(text.substr(0, end)));
+        parts.push_back(withoutBlanks(text.substr(0, end)));
         if (end == std::string_view::npos)
             return parts;
         text.remove_prefix(end + 1);
@@ -69,9 +52,10 @@ bool isCimXml(std::string_view contentType)
     for (const std::string_view parameter : parts)
     {
         const std::size_t equals = parameter.find('=');
-        if (equals == std::string_view::npos || !equalNoCase(trimmed(parameter.substr(0, equals)), "charset"))
+        if (equals == std::string_view::npos ||
+            !equalNoCase(withoutBlanks(parameter.substr(0, equals)), "charset"))
             continue;
-        std::string_view value = trimmed(parameter.substr(equals + 1));
+        std::string_view value = withoutBlanks(parameter.substr(equals + 1));
         if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
             value = value.substr(1, value.size() - 2);
         if (!isKnownCharset(value))
@@ -127,7 +111,7 @@ std::optional<HttpResponse> refuseCimHeaders(const HttpRequest& head)
     const std::string* operation = head.header("CIMOperation");
     if (operation == nullptr && head.header("CIMExport") != nullptr)
         return refusal(kNotImplemented, "unsupported-operation", "exports are not received here");
-    if (operation != nullptr && !equalNoCase(trimmed(*operation), "MethodCall"))
+    if (operation != nullptr && !equalNoCase(withoutBlanks(*operation), "MethodCall"))
         return refusal(kNotImplemented, "unsupported-operation", "CIMOperation must be MethodCall");
     for (const char* name : {"CIMOperation", "CIMMethod", "CIMObject"})
         if (head.header(name) == nullptr)
@@ -295,12 +279,12 @@ std::optional<HttpResponse> refuseHead(const HttpRequest& head)
 
 bool namesNameSpace(std::string_view cimObject, std::string_view nameSpace)
 {
-    return equalNoCase(withoutSlashes(percentDecoded(trimmed(cimObject))), withoutSlashes(nameSpace));
+    return equalNoCase(withoutSlashes(percentDecoded(withoutBlanks(cimObject))), withoutSlashes(nameSpace));
 }
 
 bool namesObject(std::string_view cimObject, const ObjectPath& path)
 {
-    const std::string decoded = percentDecoded(trimmed(cimObject));
+    const std::string decoded = percentDecoded(withoutBlanks(cimObject));
     std::string_view text = decoded;
     const std::size_t colon = text.find(':');
     if (colon == std::string_view::npos ||

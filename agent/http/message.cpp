@@ -16,15 +16,19 @@ const std::string* HttpRequest::header(std::string_view name) const
     return nullptr;
 }
 
+std::string_view withoutBlanks(std::string_view text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    return text.substr(0, text.find_last_not_of(" \t") + 1);
+}
+
 bool listsWord(std::string_view list, std::string_view word)
 {
     for (;;)
     {
         const std::size_t comma = list.find(',');
         std::string_view item = list.substr(0, comma);
-        item = item.substr(0, item.find(';'));
-        item.remove_prefix(std::min(item.find_first_not_of(" \t"), item.size()));
-        item = item.substr(0, item.find_last_not_of(" \t") + 1);
+        item = withoutBlanks(item.substr(0, item.find(';')));
         if (equalNoCase(item, word))
             return true;
         if (comma == std::string_view::npos)

@@ -2,6 +2,8 @@
 #ifndef AGENT_HTTP_MESSAGE_H
 #define AGENT_HTTP_MESSAGE_H
 
+#include "agent/http/status.h"
+
 #include <chrono>
 #include <string>
 #include <string_view>
@@ -25,6 +27,9 @@ struct HttpRequest
     // Value of a header, its name compared without regard to case; null when the request lacks it.
     const std::string* header(std::string_view name) const;
 };
+
+// Without the blanks and tabs around it, which count for nothing in headers.
+std::string_view withoutBlanks(std::string_view text);
 
 // Whether a header's value is a list ("chunked, trailers;q=1") with this word, in any letter case.
 bool listsWord(std::string_view list, std::string_view word);

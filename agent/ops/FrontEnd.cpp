@@ -16,7 +16,6 @@ namespace cimd
 namespace
 {
 
-constexpr unsigned kBadRequest = 400;
 constexpr std::size_t kMaxReason = 500; // bytes of an error text in the log
 
 std::string headerText(const HttpRequest& request, const char* name)

@@ -12,8 +12,6 @@ namespace cimd
 namespace
 {
 
-constexpr unsigned kUnauthorized = 401;
-constexpr unsigned kUnavailable = 503;
 constexpr const char* kAuthorization = "Authorization";
 
 HttpResponse refused(const LogIn& logIn)

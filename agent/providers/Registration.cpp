@@ -1,6 +1,8 @@
 // Reading the registration file.
 #include "agent/providers/Registration.h"
 
+#include "agent/cim/value_text.h"
+
 #include <algorithm>
 #include <array>
 #include <fstream>
@@ -11,16 +13,6 @@ namespace cimd
 {
 namespace
 {
-
-constexpr std::string_view kWhiteSpace = " \t\r";
-
-std::string_view trimmed(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(kWhiteSpace);
-    return first == std::string_view::npos
-               ? std::string_view()
-               : text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
-}
 
 std::vector<std::string> words(std::string_view text)
 {

@@ -46,10 +46,9 @@ void becomeServingProcess(pid_t parent)
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     if (getppid() != parent)
         _exit(kExitUnfinished);
-    // A terminal sends these to both processes; the parent's word is enough.
+    // A terminal sends it to both processes; the parent's word is enough.
     std::signal(SIGINT, SIG_IGN);
-    std::signal(SIGHUP, SIG_IGN);
-    SignalSet({SIGINT, SIGHUP, SIGCHLD}).unblock();
+    SignalSet({SIGINT, SIGCHLD}).unblock();
     markCrashes();
 }
 
@@ -63,8 +62,8 @@ milliseconds RestartPause::next(milliseconds lived)
     return _pause = std::min(_pause, _most);
 }
 
-Supervisor::Supervisor(const Limits& limits, InFlight& inFlight)
-    : _limits(limits), _inFlight(inFlight), _ready(1)
+Supervisor::Supervisor(const Limits& limits, InFlight& inFlight, Hooks hooks)
+    : _limits(limits), _inFlight(inFlight), _hooks(std::move(hooks)), _ready(1)
 {
 }
 
@@ -73,7 +72,7 @@ bool Supervisor::isFirstReady()
     return _ready[0].exchange(1) == 0;
 }
 
-std::optional<int> Supervisor::run(const std::function<void()>& stopListening)
+std::optional<int> Supervisor::run()
 {
     RestartPause restart(_limits.restartSeconds);
     const pid_t self = getpid();
@@ -90,7 +89,7 @@ std::optional<int> Supervisor::run(const std::function<void()>& stopListening)
             becomeServingProcess(self);
             return std::nullopt;
         }
-        const End end = watch(child, stopListening);
+        const End end = watch(child);
         const auto lived = duration_cast<milliseconds>(Clock::now() - start);
         // What kept the first process from serving will keep the next one; later ones may have bad luck.
         const bool isHopeless =
@@ -110,14 +109,26 @@ std::optional<int> Supervisor::run(const std::function<void()>& stopListening)
 
 bool Supervisor::pause(milliseconds time)
 {
-    const SignalSet stopping({SIGTERM, SIGINT, SIGHUP});
-    const int signal = stopping.wait(time);
-    if (signal != 0)
-        complain(LogLevel::Info, signalName(signal) + ": stopping");
-    return signal == 0;
+    const SignalSet signals({SIGTERM, SIGINT, SIGHUP});
+    const auto end = Clock::now() + time;
+    for (auto left = time; left.count() > 0; left = duration_cast<milliseconds>(end - Clock::now()))
+        if (const int signal = signals.wait(left); signal != 0 && isStop(signal))
+        {
+            complain(LogLevel::Info, signalName(signal) + ": stopping");
+            return false;
+        }
+    return true;
 }
 
-Supervisor::End Supervisor::watch(pid_t child, const std::function<void()>& stopListening)
+bool Supervisor::isStop(int signal)
+{
+    if (signal != SIGHUP || _terminal.hasGone())
+        return true;
+    _hooks.reload();
+    return false;
+}
+
+Supervisor::End Supervisor::watch(pid_t child)
 {
     const SignalSet signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGCHLD});
     End end{0, false};
@@ -144,15 +155,21 @@ Supervisor::End Supervisor::watch(pid_t child, const std::function<void()>& stop
         case SIGUSR1:
             kill(child, SIGUSR1);
             break;
+        case SIGHUP:
+            if (!isStop(signal))
+            {
+                kill(child, SIGHUP);
+                break;
+            }
+            [[fallthrough]];
         case SIGTERM:
         case SIGINT:
-        case SIGHUP:
             // Whoever sends a second one does not want to wait.
             kill(child, end.isAsked ? SIGKILL : SIGTERM);
             if (!end.isAsked)
             {
                 complain(LogLevel::Info, signalName(signal) + ": stopping");
-                stopListening();
+                _hooks.stopListening();
                 deadline = Clock::now() + _limits.stopGrace + kKillMargin;
             }
             end.isAsked = true;

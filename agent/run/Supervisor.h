@@ -5,6 +5,7 @@
 #include "agent/Limits.h"
 #include "agent/run/InFlight.h"
 #include "agent/run/SharedArray.h"
+#include "agent/run/signals.h"
 
 #include <atomic>
 #include <chrono>
@@ -38,15 +39,21 @@ class RestartPause
 class Supervisor
 {
   public:
+    struct Hooks
+    {
+        std::function<void()> stopListening; ///< The parent is told to stop: clients are to be turned away.
+        std::function<void()> reload; ///< What serving processes get from the parent is to be read again.
+    };
+
     // `inFlight` outlives the object. The calling process has no threads.
-    Supervisor(const Limits& limits, InFlight& inFlight);
+    Supervisor(const Limits& limits, InFlight& inFlight, Hooks hooks);
 
     // Returns in each serving process, with nothing, and in the parent when all is over, with the status to
-    // exit with. SIGTERM, SIGINT and SIGHUP stop the serving process (as SIGTERM; a second one kills it),
-    // SIGUSR1 is passed on. Ends of the serving process that nobody asked for are followed by a new one after
-    // a pause, but for kExitNotStarted before any was ready.
-    // @param stopListening  Called in the parent when it is told to stop, so that clients are turned away.
-    std::optional<int> run(const std::function<void()>& stopListening);
+    // exit with. SIGTERM and SIGINT stop the serving process (as SIGTERM; a second one kills it), and so does
+    // SIGHUP when the terminal has gone. SIGHUP otherwise and SIGUSR1 are passed on. Ends of the serving
+    // process that nobody asked for are followed by a new one after a pause, but for kExitNotStarted before
+    // any was ready.
+    std::optional<int> run();
 
     // For a serving process that is ready: true if none was before.
     bool isFirstReady();
@@ -59,13 +66,17 @@ class Supervisor
         int status;   // as waitpid() gives it
         bool isAsked; // by a signal to the parent
     };
-    End watch(pid_t child, const std::function<void()>& stopListening);
+    End watch(pid_t child);
     // False if a signal to stop comes first.
-    static bool pause(std::chrono::milliseconds time);
+    bool pause(std::chrono::milliseconds time);
+    // Whether a signal means to stop; does what it means otherwise.
+    bool isStop(int signal);
     void report(pid_t child, int status, std::chrono::milliseconds lived) const;
 
     const Limits& _limits;
     InFlight& _inFlight;
+    const Hooks _hooks;
+    const Terminal _terminal;
     const SharedArray<std::atomic<std::uint32_t>> _ready;
 };
 

@@ -1,11 +1,13 @@
 // Waiting for signals, and the last moment of a crash.
 #include "agent/run/signals.h"
 
+#include "agent/run/FileDescriptor.h"
 #include "agent/run/InFlight.h"
 
 #include <array>
 #include <cstring>
 #include <ctime>
+#include <fcntl.h>
 
 namespace cimd
 {
@@ -68,6 +70,11 @@ int SignalSet::wait(std::chrono::milliseconds time) const
     left.tv_nsec = static_cast<long>(std::chrono::nanoseconds(time - seconds).count());
     const int signal = sigtimedwait(&_set, nullptr, &left);
     return signal > 0 ? signal : 0;
+}
+
+bool Terminal::canBeOpened()
+{
+    return FileDescriptor(open("/dev/tty", O_RDONLY | O_NOCTTY | O_CLOEXEC)).get() >= 0;
 }
 
 std::string signalName(int signal)

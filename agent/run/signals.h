@@ -29,6 +29,21 @@ class SignalSet
     sigset_t _set;
 };
 
+// The terminal that the program was started at, if there is one. When it goes the system sends SIGHUP, and
+// nobody can stop the program by hand any more; other SIGHUPs are an operator's.
+class Terminal
+{
+  public:
+    Terminal() : _isThere(canBeOpened()) {}
+
+    bool hasGone() const { return _isThere && !canBeOpened(); }
+
+  private:
+    static bool canBeOpened();
+
+    const bool _isThere;
+};
+
 // "SIGSEGV"
 std::string signalName(int signal);
 

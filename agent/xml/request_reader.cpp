@@ -1,6 +1,7 @@
 // The envelope of a request.
 #include "agent/xml/request_reader.h"
 
+#include "agent/http/status.h"
 #include "agent/xml/xml_check.h"
 
 namespace cimd
@@ -8,9 +9,6 @@ namespace cimd
 
 namespace
 {
-
-constexpr unsigned kBadRequest = 400;
-constexpr unsigned kNotImplemented = 501;
 
 [[noreturn]] void notValid(const std::string& what)
 {

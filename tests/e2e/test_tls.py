@@ -1,9 +1,12 @@
 """TLS as clients of different ages, and plain mistakes, meet it."""
 
+import os
 import re
+import signal
 import socket
 import ssl
 import subprocess
+import time
 
 import pytest
 import pywbem
@@ -201,6 +204,39 @@ def test_says_why_it_does_not_start(build_dir, files, tmp_path):
     for words, complaint in rows:
         done = start(build_dir, *words)
         assert done.returncode == 2 and re.match("cimd: " + complaint, done.stderr), (words, done.stderr)
+
+
+def test_a_renewed_certificate_counts_after_sighup(build_dir, files, tmp_path):
+    def put(name):
+        for suffix in ("pem", "key"):
+            (tmp_path / f"switch.{suffix}").write_text((files / f"{name}.{suffix}").read_text() if name else "")
+        (tmp_path / "switch.key").chmod(0o600)
+
+    def reload(agent, said):
+        before = agent.log().count(said)
+        agent.process.send_signal(signal.SIGHUP)
+        deadline = time.monotonic() + 60
+        while agent.log().count(said) == before:
+            assert time.monotonic() < deadline, agent.log()
+            time.sleep(0.01)
+
+    put("switch")
+    with TlsAgent(build_dir, tmp_path) as agent:
+        with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60) as below, \
+                context(files).wrap_socket(below, server_hostname="127.0.0.1") as kept:
+            put(None)
+            reload(agent, "certificate and key stay as they were")
+            assert say_hello(agent, context(files))[1] == b"HTTP/1.1 200 OK"
+            put("other")
+            reload(agent, "certificate and key were read again")
+            assert say_hello(agent, context(files, authority="other"))[1] == b"HTTP/1.1 200 OK"
+            with pytest.raises(ssl.SSLCertVerificationError):
+                say_hello(agent, context(files))
+            kept.sendall(b"OPTIONS /cimom HTTP/1.1\r\nHost: switch\r\n\r\n")
+            assert kept.recv(100).startswith(b"HTTP/1.1 200 OK"), "who was there before is not disturbed"
+        put(None)
+        os.kill(agent.serving_pid, signal.SIGKILL)
+        assert say_hello(agent, context(files, authority="other"))[1] == b"HTTP/1.1 200 OK"
 
 
 def test_warns_of_an_expired_certificate(build_dir, files, tmp_path):

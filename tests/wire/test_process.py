@@ -6,6 +6,7 @@ Test_Wild of the test providers does what its key Mode says: it crashes, waits, 
 import contextlib
 import http.client
 import os
+import pty
 import re
 import resource
 import select
@@ -131,6 +132,27 @@ def test_answers_and_stops_on_signals(start, number):
     assert is_instance(cimd.ask("good"))
     assert cimd.stop(number) == 0
     assert not cimd.is_listening()
+
+
+@pytest.mark.parametrize("more", [(), ("--no-supervisor",)])
+def test_ends_with_its_terminal_but_not_with_other_hangups(build_dir, more):
+    words = [str(word) for word in (build_dir / "bin" / "cimd", "--port", "0", *STORE, *more)]
+    pid, terminal = pty.fork()
+    if pid == 0:
+        os.execv(words[0], words)
+    watchdog = threading.Timer(TIMEOUT_SECONDS, os.kill, (pid, signal.SIGKILL))
+    watchdog.start()
+    said = b""
+    while not (found := re.search(rb"listening on http://127\.0\.0\.1:(\d+)\r", said)):
+        said += os.read(terminal, 1000)
+    for _ in range(10):
+        os.kill(pid, signal.SIGHUP)
+        with contextlib.closing(http.client.HTTPConnection("127.0.0.1", int(found[1]), timeout=60)) as client:
+            client.request("OPTIONS", "/cimom")
+            assert client.getresponse().status == 200
+    os.close(terminal)
+    assert os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]) == 0
+    watchdog.cancel()
 
 
 def test_says_why_it_does_not_start(build_dir, tmp_path):

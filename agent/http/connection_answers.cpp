@@ -1,0 +1,167 @@
+// The answers of a connection, on their way from their makers to the socket.
+#include "agent/http/Connection.h"
+
+#include <charconv>
+#include <iterator>
+#include <utility>
+
+namespace cimd
+{
+
+namespace
+{
+
+constexpr unsigned kErrors = 400;          // and up
+constexpr std::size_t kCopied = 64 * 1024; // a body that follows its head in the same buffer
+constexpr std::size_t kKept = 4 * 1024;    // of a buffer between two answers
+
+} // namespace
+
+void Connection::respond(HttpResponse&& answer, bool closes)
+{
+    _form.closes = closes || _station.isStopping;
+    enter(Phase::Answer);
+    _isAnswered = true;
+    send(answerHead(answer, answer.body.size(), _form));
+    if (!_form.hasBody)
+        return;
+    if (answer.body.size() <= kCopied)
+        send(answer.body);
+    else
+        _rest = std::move(answer.body);
+}
+
+// Brings the next part of an answer into _out.
+bool Connection::fetch()
+{
+    if (_isAnswered)
+    {
+        endAnswer();
+        return true;
+    }
+    if (_isStreaming)
+        return fetchPiece();
+    if (_station.isStopping)
+        _exchange->reply.release();
+    HttpResponse head;
+    switch (_exchange->reply.takeHead(head))
+    {
+    case Reply::Start::Later:
+        return false;
+    case Reply::Start::None:
+        close(kGone);
+        return false;
+    case Reply::Start::Whole:
+        served(head.status);
+        respond(std::move(head), _form.closes);
+        return true;
+    case Reply::Start::Stream:
+        break;
+    }
+    served(head.status);
+    _isStreaming = true;
+    _form.closes = _form.closes || _form.isOld || _station.isStopping;
+    send(answerHead(head, std::nullopt, _form));
+    return fetchPiece();
+}
+
+void Connection::served(unsigned status)
+{
+    if (_place->isBusy && status < kErrors)
+        _station.admission.served(_place);
+}
+
+bool Connection::fetchPiece()
+{
+    std::vector<char>& buffer = _station.buffer;
+    std::size_t size = buffer.size();
+    switch (_exchange->reply.read(buffer.data(), size))
+    {
+    case Reply::Piece::Nothing:
+        return !_out.empty();
+    case Reply::Piece::Broken:
+        breakOff();
+        return true;
+    case Reply::Piece::End:
+        _isAnswered = true;
+        if (!_form.isOld)
+            send("0\r\n\r\n");
+        return true;
+    case Reply::Piece::Text:
+        break;
+    }
+    const std::string_view piece(buffer.data(), size);
+    if (_form.isOld)
+    {
+        send(piece);
+        return true;
+    }
+    char line[2 * sizeof size];
+    send({line, static_cast<std::size_t>(std::to_chars(line, std::end(line), size, 16).ptr - line)});
+    send("\r\n");
+    send(piece);
+    send("\r\n");
+    return true;
+}
+
+// A client that wants trailers gets those of the reply; any other finds the connection closed without a last
+// chunk.
+void Connection::breakOff()
+{
+    const std::vector<HttpHeader> trailers = _exchange->reply.takeTrailers();
+    log(LogLevel::Warning,
+        "http",
+        _peer + ": the answer broke off" + (trailers.empty() ? "" : ": " + trailers.back().second));
+    if (!_form.takesTrailers || trailers.empty())
+        return close(kGone);
+    send("0\r\n");
+    for (const auto& [name, value] : trailers)
+        send(name + ": " + value + "\r\n");
+    send("\r\n");
+    _isAnswered = true;
+}
+
+void Connection::endAnswer()
+{
+    const bool closes = _form.closes;
+    endRequest("the answer was sent");
+    if (_out.capacity() > kKept)
+        _out.shrink_to_fit();
+    if (closes)
+        startDrain();
+    else
+        enter(Phase::Idle);
+}
+
+void Connection::send(std::string_view bytes)
+{
+    if (_out.empty())
+        _progress = _station.now;
+    _out.append(bytes);
+}
+
+bool Connection::write()
+{
+    if (!_canWrite)
+        return false;
+    const Channel::Result put = _channel.write(std::string_view(_out).substr(_sent));
+    switch (put.state)
+    {
+    case Channel::State::Done:
+        _progress = _station.now;
+        _sent += put.bytes;
+        if (_sent < _out.size())
+            return true;
+        _out = std::exchange(_rest, {});
+        _sent = 0;
+        return true;
+    case Channel::State::Again:
+        _canWrite = false;
+        return false;
+    default:
+        close(kGone);
+        return false;
+    }
+}
+
+} // namespace cimd
