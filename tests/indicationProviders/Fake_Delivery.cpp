@@ -20,7 +20,7 @@ namespace
 std::mutex lock;
 std::map<std::uint16_t, std::string> subscribed;
 bool sendingFails = false;
-std::chrono::milliseconds pause{0};
+std::chrono::milliseconds pauseOfSend{0};
 constexpr int kAnyNumber = -1;
 std::atomic<int> threadsLeft{kAnyNumber};
 std::vector<std::uint16_t> asked;
@@ -71,7 +71,7 @@ Fake_Delivery::Fake_Delivery()
     const std::lock_guard<std::mutex> guard(lock);
     subscribed.clear();
     sendingFails = false;
-    pause = {};
+    pauseOfSend = {};
     asked.clear();
     sent.clear();
     calls.clear();
@@ -100,7 +100,7 @@ void Fake_Delivery::failSending(bool fails)
 void Fake_Delivery::answerAfter(std::chrono::milliseconds time)
 {
     const std::lock_guard<std::mutex> guard(lock);
-    pause = time;
+    pauseOfSend = time;
 }
 
 void Fake_Delivery::failThreads(int successes)
@@ -176,7 +176,7 @@ void subscriptionsChanged()
 void filterToDestinations(std::uint16_t filter, Destinations& list)
 {
     const std::lock_guard<std::mutex> guard(lock);
-    std::this_thread::sleep_for(pause);
+    std::this_thread::sleep_for(pauseOfSend);
     asked.push_back(filter);
     const auto found = subscribed.find(filter);
     if (found != subscribed.end())
