@@ -2,6 +2,7 @@
 #include "simulator/open.h"
 
 #include "simulator/control/ControlSocket.h"
+#include "simulator/control/Verb.h"
 #include "simulator/engine/Engine.h"
 #include "simulator/scenario/scenario_json.h"
 
@@ -43,10 +44,11 @@ int report(const char* path, char* message, size_t messageSize, Run run)
 
 std::mutex socketMutex;
 
-// Made after the engine, and so gone before it when the process ends.
+// Made after the engine and the table of commands, and so gone before them when the process ends.
 std::unique_ptr<ControlSocket>& controlSocket()
 {
     Engine::instance();
+    verbs();
     static std::unique_ptr<ControlSocket> socket;
     return socket;
 }
