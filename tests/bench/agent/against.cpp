@@ -17,14 +17,6 @@ namespace
 constexpr int kRounds = 15;
 constexpr double kMicro = 1e6;
 
-std::size_t countOf(const std::string& text, const std::string& part)
-{
-    std::size_t count = 0;
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size()))
-        ++count;
-    return count;
-}
-
 // One of the two, and the least time that the request took it.
 struct Side
 {

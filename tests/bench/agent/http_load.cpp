@@ -188,6 +188,14 @@ double LoadResult::quantile(double share) const
     return answerSeconds.at(std::min(place, answerSeconds.size() - 1));
 }
 
+std::size_t countOf(const std::string& text, const std::string& part)
+{
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size()))
+        ++count;
+    return count;
+}
+
 std::string ask(std::uint16_t port, const std::string& request)
 {
     std::vector<char> buffer(kReadBytes);

@@ -64,6 +64,8 @@ struct LoadResult
 
 // One connection, one request; the body of the answer.
 std::string ask(std::uint16_t port, const std::string& request);
+// How often a part occurs in an answer.
+std::size_t countOf(const std::string& text, const std::string& part);
 
 // Sends the request over a connection of its own, again and again for that long; the times include
 // connecting.

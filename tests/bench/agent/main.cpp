@@ -35,14 +35,6 @@ struct Places
     std::vector<std::string> rows; // the classes of rows_provider.cpp in place of the switch's
 };
 
-std::size_t countOf(const std::string& text, const std::string& part)
-{
-    std::size_t count = 0;
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size()))
-        ++count;
-    return count;
-}
-
 std::string enumerate(const std::string& className)
 {
     return cimRequest("EnumerateInstances", classParameter(className));
