@@ -2,7 +2,7 @@
 #ifndef AGENT_OPTIONS_H
 #define AGENT_OPTIONS_H
 
-#include "agent/Limits.h"
+#include "agent/limits/Limits.h"
 #include "agent/log/log.h"
 
 #include <cstdint>

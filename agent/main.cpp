@@ -1,8 +1,8 @@
 // cimd: reads its command line, starts, serves until it is told to stop.
-#include "agent/Limits.h"
 #include "agent/Options.h"
 #include "agent/http/HttpServer.h"
 #include "agent/http/SpoolArea.h"
+#include "agent/limits/Limits.h"
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
 #include "agent/platform.h"

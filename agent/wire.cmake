@@ -22,14 +22,14 @@ install(TARGETS cimd cimd-passwd)
 # The manual pages; that of cimd has an entry for each row LIMIT(member, type, default, least, most, "unit",
 # "option",\n"meaning") of the limits.
 set(cimd_page "${CMAKE_BINARY_DIR}/share/man/man8/cimd.8")
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/limits.def")
-file(READ limits.def limit_text)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/limits/limits.def")
+file(READ limits/limits.def limit_text)
 string(REPLACE ";" "<semicolon>" limit_text "${limit_text}") # would separate list elements
 string(REGEX MATCHALL "\nLIMIT\\([^\n]*\n[^\n]*\"\\)" limit_rows "${limit_text}")
 set(LIMITS)
 foreach(row IN LISTS limit_rows)
     if(NOT row MATCHES "^\nLIMIT\\([^,]+,[^,]+,([^,]+),[^,]+,[^,]+, \"([^\"]*)\", \"([a-z-]+)\",[ \n]*\"([^\n]*)\"\\)$")
-        message(FATAL_ERROR "agent/limits.def: a row is not as the head of the file says: ${row}")
+        message(FATAL_ERROR "agent/limits/limits.def: a row is not as the head of the file says: ${row}")
     endif()
     string(REPLACE "-" "\\-" option "--${CMAKE_MATCH_3}")
     set(unit "${CMAKE_MATCH_2}")

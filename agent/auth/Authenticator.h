@@ -2,11 +2,11 @@
 #ifndef AGENT_AUTH_AUTHENTICATOR_H
 #define AGENT_AUTH_AUTHENTICATOR_H
 
-#include "agent/Limits.h"
 #include "agent/auth/Credentials.h"
 #include "agent/auth/GuessDelay.h"
 #include "agent/auth/PasswordStore.h"
 #include "agent/auth/RecentMap.h"
+#include "agent/limits/Limits.h"
 
 #include <chrono>
 #include <condition_variable>

@@ -2,7 +2,7 @@
 #ifndef AGENT_HTTP_ADMISSION_H
 #define AGENT_HTTP_ADMISSION_H
 
-#include "agent/Limits.h"
+#include "agent/limits/Limits.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,7 +2,6 @@
 #ifndef AGENT_HTTP_CONNECTION_H
 #define AGENT_HTTP_CONNECTION_H
 
-#include "agent/Limits.h"
 #include "agent/http/Admission.h"
 #include "agent/http/BodyBudget.h"
 #include "agent/http/Channel.h"
@@ -10,6 +9,7 @@
 #include "agent/http/Reply.h"
 #include "agent/http/RequestReader.h"
 #include "agent/http/answer_head.h"
+#include "agent/limits/Limits.h"
 
 #include <cstdint>
 #include <functional>

@@ -2,10 +2,10 @@
 #ifndef AGENT_HTTP_HTTPSERVER_H
 #define AGENT_HTTP_HTTPSERVER_H
 
-#include "agent/Limits.h"
 #include "agent/auth/TlsIdentity.h"
 #include "agent/http/HttpHandler.h"
 #include "agent/http/ListenSocket.h"
+#include "agent/limits/Limits.h"
 
 #include <chrono>
 #include <functional>

@@ -2,10 +2,10 @@
 #ifndef AGENT_HTTP_REPLY_H
 #define AGENT_HTTP_REPLY_H
 
-#include "agent/Limits.h"
 #include "agent/http/HttpHandler.h"
 #include "agent/http/Overflow.h"
 #include "agent/http/deadline.h"
+#include "agent/limits/Limits.h"
 
 #include <condition_variable>
 #include <cstddef>

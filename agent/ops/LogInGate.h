@@ -2,9 +2,9 @@
 #ifndef AGENT_OPS_LOGINGATE_H
 #define AGENT_OPS_LOGINGATE_H
 
-#include "agent/Limits.h"
 #include "agent/auth/Authenticator.h"
 #include "agent/http/HttpHandler.h"
+#include "agent/limits/Limits.h"
 
 namespace cimd
 {

@@ -2,8 +2,8 @@
 #ifndef AGENT_OPS_OPERATIONS_H
 #define AGENT_OPS_OPERATIONS_H
 
-#include "agent/Limits.h"
 #include "agent/http/HttpHandler.h"
+#include "agent/limits/Limits.h"
 #include "agent/ops/audit.h"
 #include "agent/pull/Enumerations.h"
 #include "agent/run/InFlight.h"

@@ -2,8 +2,8 @@
 #ifndef AGENT_PULL_ENUMERATIONS_H
 #define AGENT_PULL_ENUMERATIONS_H
 
-#include "agent/Limits.h"
 #include "agent/cim/CimName.h"
+#include "agent/limits/Limits.h"
 #include "agent/pull/Spool.h"
 
 #include <atomic>

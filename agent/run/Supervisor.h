@@ -2,7 +2,7 @@
 #ifndef AGENT_RUN_SUPERVISOR_H
 #define AGENT_RUN_SUPERVISOR_H
 
-#include "agent/Limits.h"
+#include "agent/limits/Limits.h"
 #include "agent/run/InFlight.h"
 #include "agent/run/SharedArray.h"
 #include "agent/run/signals.h"

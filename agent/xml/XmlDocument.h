@@ -2,7 +2,7 @@
 #ifndef AGENT_XML_XMLDOCUMENT_H
 #define AGENT_XML_XMLDOCUMENT_H
 
-#include "agent/Limits.h"
+#include "agent/limits/Limits.h"
 
 #include <pugixml.hpp>
 

@@ -2,7 +2,7 @@
 #ifndef AGENT_XML_XML_CHECK_H
 #define AGENT_XML_XML_CHECK_H
 
-#include "agent/Limits.h"
+#include "agent/limits/Limits.h"
 #include "agent/xml/encoding.h"
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 // The bounds on everything a client or a provider can make the agent hold or do; limits.def is their table.
-#ifndef AGENT_LIMITS_H
-#define AGENT_LIMITS_H
+#ifndef AGENT_LIMITS_LIMITS_H
+#define AGENT_LIMITS_LIMITS_H
 
 #include <chrono>
 #include <cstddef>
@@ -15,7 +15,7 @@ namespace cimd
 struct Limits
 {
 #define LIMIT(member, type, standard, least, most, unit, option, meaning) type member{standard};
-#include "agent/limits.def"
+#include "agent/limits/limits.def"
 #undef LIMIT
 };
 

@@ -1,5 +1,5 @@
 // The rows of the limits, how one is set and how they are shown.
-#include "agent/Limits.h"
+#include "agent/limits/Limits.h"
 
 #include "agent/log/TextTable.h"
 
@@ -49,7 +49,7 @@ const std::vector<LimitRow>& limitRows()
      most,                                                                                                   \
      accessors<&Limits::member>.first,                                                                       \
      accessors<&Limits::member>.second},
-#include "agent/limits.def"
+#include "agent/limits/limits.def"
 #undef LIMIT
     };
     return rows;
