@@ -5,6 +5,7 @@ import pywbem
 import pytest
 
 from agent_process import NAMESPACE
+from indications import Hand
 from kept_agent import KeptAgent, six_ways
 
 DONE, INVALID, LOCKED, EXISTS = 0, 5, 6, 8
@@ -98,8 +99,13 @@ class Zoning:
 
 
 @pytest.fixture
-def zoning(build_dir, tmp_path):
-    with KeptAgent(build_dir, tmp_path) as agent:
+def socket(tmp_path):
+    return tmp_path / "switch.sock"
+
+
+@pytest.fixture
+def zoning(build_dir, tmp_path, socket):
+    with KeptAgent(build_dir, tmp_path, extra_args=["--switch-socket", str(socket)]) as agent:
         yield Zoning(agent)
 
 
@@ -177,6 +183,43 @@ def test_the_whole_story(zoning):
     zoning.agent.restart()
     for name, ids in before.items():
         assert zoning.ids(name) == {one for one in ids if not one.startswith("Active")}, name
+
+
+def test_somebody_else_has_the_administrative_mode(zoning, socket):
+    """Each step of the story answers that it is locked, and leaves the switch and what is published as they were."""
+    zone_set, zone = zoning.create_set("story")[1], zoning.create_zone("story_a")[1]
+    other_zone, alias = zoning.create_zone("story_b")[1], zoning.create_alias("story_alias")[1]
+    for result, _ in (zoning.create_member(2, WWN, zone), zoning.add_zone(zone, zone_set)):
+        assert result == DONE
+    zoning.agent.restart()
+    in_force, member = zoning.path("VRAX_ZoneSet", zoning.inactive(IN_FORCE)), zoning.path("VRAX_ZoneMembership",
+                                                                                          zoning.inactive(WWN))
+    connection = zoning.agent.connection
+    names = ("VRAX_ZoneSet", "VRAX_Zone", "VRAX_ZoneAlias", "VRAX_ZoneMembership", "VRAX_MemberOfZoneSet",
+             "VRAX_MemberOfZone", "VRAX_ZoneElementSettingData")
+
+    def held():
+        return zoning.agent.state()["zoning"], {name: set(zoning.paths(name)) for name in names}
+
+    before = held()
+    steps = [lambda: zoning.create_set("other"), lambda: zoning.create_zone("other"), lambda: zoning.create_alias("other"),
+             *(lambda holder=holder, one=one: zoning.create_member(*one, holder)
+               for holder in (zone, alias) for one in ((2, "2100026e1a40b7d9"), (3, "01ab03"), (4, "1:10"))),
+             lambda: zoning.add_member(member, other_zone), lambda: zoning.add_alias(alias, zone),
+             lambda: zoning.add_zone(other_zone, zone_set), lambda: zoning.activate(zone_set),
+             lambda: zoning.activate(in_force, on=False)]
+    hand = Hand(socket)
+    hand("zoning hold console")
+    for number, step in enumerate(steps):
+        assert step() == (LOCKED, None), number
+        assert zoning.agent.state()["zoning"] == before[0], number
+    for path in (zone_set, zone, alias):
+        with pytest.raises(pywbem.CIMError):
+            connection.DeleteInstance(path)
+    assert held() == before
+    hand("zoning release")
+    for number, step in enumerate(steps):
+        assert step()[0] == DONE, number
 
 
 def the_copies_are_published(zoning, before, zone_set, zones, alias):
