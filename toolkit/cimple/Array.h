@@ -134,22 +134,26 @@ class Array : public Array_Base
     void prepend(const T& x) { insert(0, std::addressof(x), 1); }
 
     // The order of the rest stays. The shorter side closes the gap, so that removal at either end does not
-    // depend on the size.
+    // depend on the size. What is not there is not removed.
     void remove(size_t pos, size_t n)
     {
-        if (n == 0)
+        if (pos >= size() || n == 0)
             return;
+        n = std::min(n, size() - pos);
+        const size_t behind = size() - pos - n;
         T* const first = data();
-        T* const last = first + size();
         T* const removed = first + pos;
-        if (removed - first < last - (removed + n))
+        if (pos < behind)
         {
             std::move_backward(first, removed, removed + n);
             std::destroy_n(first, n);
             _rep->gap += n;
         }
         else
-            std::destroy(std::move(removed + n, last, removed), last);
+        {
+            std::move(removed + n, removed + n + behind, removed);
+            std::destroy_n(removed + behind, n);
+        }
         _rep->size -= n;
         if (_rep->size == 0)
             _rep->gap = 0;
