@@ -33,10 +33,19 @@ class TlsContext
 
     gnutls_certificate_credentials_t credentials() const { return _credentials.get(); }
     gnutls_priority_t priorities() const { return _priorities.get(); }
+    // Of the tickets with which clients come back without a whole handshake. The library draws keys that
+    // change with time from it.
+    const gnutls_datum_t& ticketKey() const { return *_ticketKey; }
 
   private:
+    struct WipeKey
+    {
+        void operator()(gnutls_datum_t* key) const;
+    };
+
     TlsHandle<gnutls_certificate_credentials_t, gnutls_certificate_free_credentials> _credentials;
     TlsHandle<gnutls_priority_t, gnutls_priority_deinit> _priorities;
+    std::unique_ptr<gnutls_datum_t, WipeKey> _ticketKey;
 };
 
 // Nothing here waits. Used on one thread.

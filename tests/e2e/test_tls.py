@@ -62,11 +62,16 @@ def rsa_key_exchange(files):
 
 
 def say_hello(agent, made):
-    """The TLS version that was agreed on and what the server answers to OPTIONS."""
-    with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60) as plain:
-        with made.wrap_socket(plain, server_hostname="127.0.0.1") as connection:
-            connection.sendall(b"OPTIONS /cimom HTTP/1.1\r\nHost: switch\r\nConnection: close\r\n\r\n")
-            return connection.version(), connection.recv(100).split(b"\r\n")[0]
+    """The TLS version that was agreed on, what the server answers to OPTIONS, and whether a client that comes back is
+    spared the whole handshake."""
+    session = None
+    for _ in range(2):
+        with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60) as plain:
+            with made.wrap_socket(plain, server_hostname="127.0.0.1", session=session) as connection:
+                connection.sendall(b"OPTIONS /cimom HTTP/1.1\r\nHost: switch\r\nConnection: close\r\n\r\n")
+                answer = connection.version(), connection.recv(100).split(b"\r\n")[0], connection.session_reused
+                session = connection.session
+    return answer
 
 
 def test_serves_clients_on_both_ports(agent, files, monkeypatch):
@@ -81,7 +86,7 @@ def test_serves_clients_on_both_ports(agent, files, monkeypatch):
 @pytest.mark.filterwarnings("ignore::DeprecationWarning")
 def test_speaks_tls_1_2_and_up(agent, files):
     for version, name in ((ssl.TLSVersion.TLSv1_2, "TLSv1.2"), (ssl.TLSVersion.TLSv1_3, "TLSv1.3")):
-        assert say_hello(agent, context(files, version)) == (name, b"HTTP/1.1 200 OK")
+        assert say_hello(agent, context(files, version)) == (name, b"HTTP/1.1 200 OK", True)
     for version in (ssl.TLSVersion.TLSv1, ssl.TLSVersion.TLSv1_1):
         with pytest.raises((ssl.SSLError, ConnectionError)):
             say_hello(agent, context(files, version))
