@@ -21,11 +21,19 @@ const Admission::Guest* first(const std::list<Admission::Guest>& guests, Accept 
 
 } // namespace
 
-const Admission::Guest* Admission::next() const
+const Admission::Guest* Admission::next(Time now) const
 {
     const auto anybody = [](const Guest&) { return true; };
-    const Guest* stranger = first(_strangers, anybody);
-    return stranger != nullptr ? stranger : first(_known, anybody);
+    for (const auto* guests : {&_strangers, &_known})
+        if (const Guest* guest = first(*guests, anybody))
+            return guest;
+    const Guest* slowest = nullptr;
+    for (const auto* guests : {&_strangers, &_known})
+        for (const Guest& guest : *guests)
+            if (guest.behindSince <= now - _patience &&
+                (slowest == nullptr || guest.behindSince < slowest->behindSince))
+                slowest = &guest;
+    return slowest;
 }
 
 const Admission::Guest* Admission::next(const std::string& address) const

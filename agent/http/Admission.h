@@ -2,8 +2,9 @@
 #ifndef AGENT_HTTP_ADMISSION_H
 #define AGENT_HTTP_ADMISSION_H
 
-#include "agent/limits/Limits.h"
+#include "agent/http/deadline.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <list>
@@ -16,7 +17,8 @@ namespace cimd
 
 // A client is a stranger until a request of its connection was answered well or carried right credentials.
 // The stranger that came first goes first; when there is none, the client that was last served longest ago.
-// Nobody goes while a thread works on its answer. Used on one thread.
+// Nobody goes while its answer is made or on its way, unless it has been behind with taking it for longer
+// than `patience`: then the one that has been so longest goes, after all others. Used on one thread.
 class Admission
 {
   public:
@@ -25,17 +27,21 @@ class Admission
         std::uint64_t id;
         std::string address; ///< IPv6 clients count by network.
         bool isKnown = false;
-        bool isBusy = false; ///< It cannot go.
+        bool isBusy = false;       ///< Its answer is made or on its way.
+        Time behindSince = kNever; ///< It has not taken all that there is of its answer.
     };
     using Place = std::list<Guest>::iterator;
 
     // For so many guests, and so many of one address.
-    Admission(std::size_t most, std::size_t mostOfOne) : _most(most), _mostOfOne(mostOfOne) {}
+    Admission(std::size_t most, std::size_t mostOfOne, std::chrono::seconds patience)
+        : _most(most), _mostOfOne(mostOfOne), _patience(patience)
+    {
+    }
 
     bool isFull() const { return size() >= _most; }
     bool isFullFor(const std::string& address) const { return countOf(address) >= _mostOfOne; }
     // Who goes for somebody new; null if nobody can.
-    const Guest* next() const;
+    const Guest* next(Time now) const;
     // Which stranger of this address goes for another client there; null if none can.
     const Guest* next(const std::string& address) const;
 
@@ -54,6 +60,7 @@ class Admission
 
     const std::size_t _most;
     const std::size_t _mostOfOne;
+    const std::chrono::seconds _patience;
     std::list<Guest> _strangers; // the one that waits longest first
     std::list<Guest> _known;     // the one served longest ago first
     std::unordered_map<std::string, std::size_t> _byAddress;

@@ -345,6 +345,7 @@ void Connection::completeRequest()
 void Connection::endRequest(const std::string& reason)
 {
     _place->isBusy = false;
+    _place->behindSince = kNever;
     _isFresh = false;
     _begun = kNever;
     _form = {};

@@ -43,7 +43,7 @@ class Station
         : handler(theHandler), limits(theLimits),
           bodies(std::max(theLimits.allBodiesBytes, theLimits.bodyBytes)),
           area(std::move(spoolDirectory), theLimits.unsentBytes, theLimits.answerFileBytes),
-          admission(theLimits.connections, theLimits.connectionsPerAddress)
+          admission(theLimits.connections, theLimits.connectionsPerAddress, theLimits.slowClientSeconds)
     {
     }
     virtual ~Station() = default;

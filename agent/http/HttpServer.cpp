@@ -26,6 +26,7 @@
 #include <system_error>
 #include <thread>
 #include <unordered_map>
+#include <utility>
 
 namespace cimd
 {
@@ -259,9 +260,10 @@ class HttpServer::Impl : public Station
     {
         if (!_again.empty() || _acceptsMore)
             return 0;
-        if (_due == kNever)
+        const Time due = std::min(_due, _acceptAgain);
+        if (due == kNever)
             return -1;
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(_due - timeNow()).count() + 1;
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(due - timeNow()).count() + 1;
         return static_cast<int>(std::clamp<long long>(left, 0, 3'600'000));
     }
 
@@ -331,6 +333,7 @@ class HttpServer::Impl : public Station
     void accept()
     {
         _acceptsMore = false;
+        _acceptAgain = kNever;
         for (Listener& listener : _listeners)
         {
             int accepted = 0;
@@ -344,11 +347,14 @@ class HttpServer::Impl : public Station
     bool acceptOne(Listener& listener)
     try
     {
-        if (admission.isFull() && admission.next() == nullptr)
+        if (admission.isFull() && admission.next(now) == nullptr)
         {
-            noteFull("max-connections", limits.connections, "new clients");
+            if (!std::exchange(_isTurningAway, true))
+                noteFull("max-connections", limits.connections, "new clients");
+            _acceptAgain = now + kAcceptAgain;
             return false;
         }
+        _isTurningAway = false;
         std::string peer;
         FileDescriptor socket = listener.socket.accept(peer);
         if (socket.get() < 0)
@@ -365,7 +371,7 @@ class HttpServer::Impl : public Station
         if (admission.isFull())
         {
             noteFull("max-connections", limits.connections, peer);
-            drop(*admission.next());
+            drop(*admission.next(now));
         }
         const std::uint64_t id = _nextId++;
         auto connection = std::make_unique<Connection>(
@@ -400,8 +406,8 @@ class HttpServer::Impl : public Station
         case ENOMEM:
             refusals.add(
                 {LogLevel::Warning, "http", "cannot take connections: " + systemError()}, "new clients", now);
-            _due = std::min(_due, now + kAcceptAgain);
-            if (const Admission::Guest* guest = admission.next())
+            _acceptAgain = now + kAcceptAgain;
+            if (const Admission::Guest* guest = admission.next(now))
                 drop(*guest);
             return false;
         default: // the client has left meanwhile
@@ -436,6 +442,8 @@ class HttpServer::Impl : public Station
     std::uint64_t _nextId = 0;
     std::vector<std::uint64_t> _again; // those with more to do
     bool _acceptsMore = false;
+    bool _isTurningAway = false;
+    Time _acceptAgain = kNever; // there was no place, or no descriptor
     bool _isEnding = false;
     TaskQueue _tasks;   // of other threads
     Time _due = kNever; // when to look at all connections

@@ -1,6 +1,7 @@
 // The answers of a connection, on their way from their makers to the socket.
 #include "agent/http/Connection.h"
 
+#include <algorithm>
 #include <charconv>
 #include <iterator>
 #include <utility>
@@ -78,6 +79,8 @@ bool Connection::fetchPiece()
     switch (_exchange->reply.read(buffer.data(), size))
     {
     case Reply::Piece::Nothing:
+        if (_out.empty())
+            _place->behindSince = kNever;
         return !_out.empty();
     case Reply::Piece::Broken:
         breakOff();
@@ -157,6 +160,7 @@ bool Connection::write()
         return true;
     case Channel::State::Again:
         _canWrite = false;
+        _place->behindSince = std::min(_place->behindSince, _station.now);
         return false;
     default:
         close(kGone);

@@ -174,6 +174,23 @@ TEST_F(StreamTest, BearsWithAClientThatTakesLittleAtATime)
     EXPECT_EQ("the client has gone", ended.get());
 }
 
+TEST_F(StreamTest, GivesThePlaceOfAClientThatIsLongBehindToANewOne)
+{
+    limits.connections = 1;
+    limits.answerFileBytes = 64 * 1024 * 1024;
+    limits.slowClientSeconds = std::chrono::seconds(1);
+    startEndless();
+    RawClient behind(port);
+    behind.send(post(""));
+    RawClient fresh(port);
+    fresh.send("no request\r\n");
+    for (std::size_t piece = 1; piece != 0 && !fresh.hears(std::chrono::milliseconds(100));)
+        for (std::size_t got = 0; piece != 0 && got < 6'000'000; got += piece)
+            piece = behind.receiveOnce().size();
+    EXPECT_EQ(400, fresh.receive().status);
+    EXPECT_EQ("the client has gone", reason.get_future().get());
+}
+
 TEST_F(StreamTest, HangsUpOnAClientThatTakesNothing)
 {
     limits.slowClientSeconds = std::chrono::seconds(0);
