@@ -86,7 +86,7 @@ class LateScope
 
 } // namespace
 
-Operations::Operations(CimService& service, const Limits& limits, std::string spoolDirectory)
+Operations::Operations(const CimService& service, const Limits& limits, std::string spoolDirectory)
     : _service(service), _limits(limits), _reader(limits), _enumerations(limits, std::move(spoolDirectory))
 {
 }

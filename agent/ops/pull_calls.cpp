@@ -133,7 +133,7 @@ template <class Item, class Request>
 void open(Call& call,
           const Request& request,
           Form form,
-          void (CimService::*operation)(const RequestContext&, const Request&, Sink<Item>&))
+          void (CimService::*operation)(const RequestContext&, const Request&, Sink<Item>&) const)
 {
     const OpenOptions options = openOptions(call);
     Spool spool = call.enumerations.spool();
