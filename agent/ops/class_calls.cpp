@@ -6,6 +6,9 @@
 namespace cimd
 {
 
+namespace
+{
+
 void getClass(Call& call)
 {
     GetClassRequest request;
@@ -62,5 +65,15 @@ void enumerateQualifiers(Call& call)
         call, [&](const QualifierDecl& item) { writeQualifierDeclaration(call.xml, item); });
     call.service.enumerateQualifiers(call.nameSpace(), sink);
 }
+
+} // namespace
+
+const OperationList kClassCalls = {
+    {"GetClass", getClass, true},
+    {"EnumerateClasses", enumerateClasses, true},
+    {"EnumerateClassNames", enumerateClassNames, true},
+    {"GetQualifier", getQualifier, true},
+    {"EnumerateQualifiers", enumerateQualifiers, true},
+};
 
 } // namespace cimd

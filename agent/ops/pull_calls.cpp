@@ -166,8 +166,6 @@ void pull(Call& call, Form form)
     use.keep();
 }
 
-} // namespace
-
 void openEnumerateInstances(Call& call)
 {
     EnumerateInstancesRequest request;
@@ -235,5 +233,26 @@ void closeEnumeration(Call& call)
     call.parameters.finish();
     call.enumerations.close(name, owner(call));
 }
+
+} // namespace
+
+// They write their IRETURNVALUE themselves: output parameters follow it.
+const OperationList kPullCalls = {
+    {"OpenEnumerateInstances", openEnumerateInstances, false},
+    {"OpenEnumerateInstancePaths", openEnumerateInstancePaths, false},
+    {"OpenAssociatorInstances", openAssociatorInstances, false},
+    {"OpenAssociatorInstancePaths", openAssociatorInstancePaths, false},
+    {"OpenReferenceInstances", openReferenceInstances, false},
+    {"OpenReferenceInstancePaths", openReferenceInstancePaths, false},
+    {"PullInstancesWithPath", pullInstancesWithPath, false},
+    {"PullInstances", pullInstances, false},
+    {"PullInstancePaths", pullInstancePaths, false},
+    {"CloseEnumeration", closeEnumeration, false},
+    // DSP0200 has longer names for these four; both are in use.
+    {"OpenAssociators", openAssociatorInstances, false},
+    {"OpenAssociatorPaths", openAssociatorInstancePaths, false},
+    {"OpenReferences", openReferenceInstances, false},
+    {"OpenReferencePaths", openReferenceInstancePaths, false},
+};
 
 } // namespace cimd

@@ -21,16 +21,19 @@ struct RequestContext
     std::string acceptLanguage; // HTTP Accept-Language, may be empty
 };
 
+// What is wanted of each instance in an answer.
+struct InstanceOptions
+{
+    bool includeClassOrigin = false;
+    PropertyList properties;
+};
+
 // Namespaces are given without a leading slash. Defaults are those of DSP0200.
-struct EnumerateInstancesRequest
+struct EnumerateInstancesRequest : InstanceOptions
 {
     std::string nameSpace;
     CimName className;
-    bool localOnly = true; // accepted and ignored: servers never agreed on what it hides
     bool deepInheritance = true;
-    bool includeQualifiers = false; // deprecated for instances; none are returned
-    bool includeClassOrigin = false;
-    PropertyList properties;
 };
 
 struct EnumerateInstanceNamesRequest
@@ -41,14 +44,10 @@ struct EnumerateInstanceNamesRequest
 
 // Keys of a path from a client may be typed more loosely than declared (string for a date-time, any integer
 // for an integer); the service makes them the declared type or answers InvalidParameter.
-struct GetInstanceRequest
+struct GetInstanceRequest : InstanceOptions
 {
     std::string nameSpace;
     ObjectPath path;
-    bool localOnly = true; // as above
-    bool includeQualifiers = false;
-    bool includeClassOrigin = false;
-    PropertyList properties;
 };
 
 struct CreateInstanceRequest
@@ -61,7 +60,6 @@ struct ModifyInstanceRequest
 {
     std::string nameSpace;
     Instance instance; // with its path
-    bool includeQualifiers = true;
     PropertyList properties;
 };
 
@@ -82,11 +80,8 @@ struct AssociatorNamesRequest
     CimName resultRole;
 };
 
-struct AssociatorsRequest : AssociatorNamesRequest
+struct AssociatorsRequest : AssociatorNamesRequest, InstanceOptions
 {
-    bool includeQualifiers = false; // as above
-    bool includeClassOrigin = false;
-    PropertyList properties;
 };
 
 struct ReferenceNamesRequest
@@ -97,11 +92,8 @@ struct ReferenceNamesRequest
     CimName role;
 };
 
-struct ReferencesRequest : ReferenceNamesRequest
+struct ReferencesRequest : ReferenceNamesRequest, InstanceOptions
 {
-    bool includeQualifiers = false; // as above
-    bool includeClassOrigin = false;
-    PropertyList properties;
 };
 
 struct GetPropertyRequest
