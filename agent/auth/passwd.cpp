@@ -2,7 +2,7 @@
 #include "agent/auth/PasswordTable.h"
 #include "agent/auth/password_hash.h"
 #include "agent/auth/private_file.h"
-#include "agent/run/FileDescriptor.h"
+#include "agent/base/FileDescriptor.h"
 
 #include <cerrno>
 #include <csignal>

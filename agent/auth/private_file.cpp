@@ -1,7 +1,7 @@
 // Files with secrets: permissions, stamps, atomic replacement.
 #include "agent/auth/private_file.h"
 
-#include "agent/run/FileDescriptor.h"
+#include "agent/base/FileDescriptor.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -6,23 +6,16 @@
 namespace cimd
 {
 
-Broker::Broker(const ClassRepository& repository)
-    : _repository(repository), _handle{this, &kServiceTable, &kFactoryTable, &kSystemTable, &kMemoryTable}
+Broker::Broker(const ClassRepository& repository, const CMPIBrokerFT& upCalls)
+    : _repository(repository), _handle{this, &upCalls, &kFactoryTable, &kSystemTable, &kMemoryTable}
 {
 }
 
 Broker& Broker::of(const CMPIBroker* handle)
 {
-    if (!handle || handle->bft != &kServiceTable)
+    if (!handle || handle->eft != &kFactoryTable)
         throw CmpiError(CMPI_RC_ERR_INVALID_HANDLE, "not this broker");
     return *static_cast<Broker*>(const_cast<void*>(handle->hdl));
-}
-
-CimService& Broker::service() const
-{
-    if (!_service)
-        throw CmpiError(CMPI_RC_ERR_NOT_SUPPORTED, "the server takes no requests from providers yet");
-    return *_service;
 }
 
 void Broker::deliver(const RequestContext& context,

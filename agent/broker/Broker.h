@@ -4,7 +4,6 @@
 
 #include "agent/broker/objects.h"
 #include "agent/repository/ClassRepository.h"
-#include "agent/service/CimService.h"
 
 #include <cmpift.h>
 #include <functional>
@@ -24,16 +23,13 @@ class Broker
     using IndicationHandler = std::function<void(
         const RequestContext& context, const std::string& nameSpace, const Instance& indication)>;
 
-    explicit Broker(const ClassRepository& repository);
+    // @param upCalls  What providers may ask of the server.
+    Broker(const ClassRepository& repository, const CMPIBrokerFT& upCalls);
     Broker(const Broker&) = delete;
     Broker& operator=(const Broker&) = delete;
 
     const CMPIBroker* handle() const { return &_handle; }
     const ClassRepository& repository() const { return _repository; }
-
-    // Who answers the providers' own requests; not supported before it is set. Set it before providers run.
-    void connect(CimService& service) { _service = &service; }
-    CimService& service() const;
 
     // Without a handler indications are dropped, which is no error: nobody subscribed. Set it before
     // providers run.
@@ -56,7 +52,6 @@ class Broker
     };
 
     const ClassRepository& _repository;
-    CimService* _service = nullptr;
     IndicationHandler _indicationHandler;
     CMPIBroker _handle;
     std::mutex _mutex; // guards _threads

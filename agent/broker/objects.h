@@ -7,7 +7,7 @@
 #include "agent/cim/CimArray.h"
 #include "agent/cim/Instance.h"
 #include "agent/repository/ClassRepository.h"
-#include "agent/service/CimService.h"
+#include "agent/requests/requests.h"
 
 #include <cmpift.h>
 #include <string>

@@ -7,7 +7,6 @@
 namespace cimd
 {
 
-extern const CMPIBrokerFT kServiceTable;    // up_calls.cpp
 extern const CMPIBrokerEncFT kFactoryTable; // factories.cpp
 extern const CMPIBrokerExtFT kSystemTable;  // system_services.cpp
 extern const CMPIBrokerMemFT kMemoryTable;  // memory_services.cpp

@@ -3,7 +3,7 @@
 #define AGENT_HTTP_CHANNEL_H
 
 #include "agent/auth/TlsIdentity.h"
-#include "agent/run/FileDescriptor.h"
+#include "agent/base/FileDescriptor.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,7 +2,7 @@
 #ifndef AGENT_HTTP_LISTENSOCKET_H
 #define AGENT_HTTP_LISTENSOCKET_H
 
-#include "agent/run/FileDescriptor.h"
+#include "agent/base/FileDescriptor.h"
 
 #include <cstdint>
 #include <string>

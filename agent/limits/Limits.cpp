@@ -1,7 +1,7 @@
 // The rows of the limits, how one is set and how they are shown.
 #include "agent/limits/Limits.h"
 
-#include "agent/log/TextTable.h"
+#include "agent/base/TextTable.h"
 
 #include <algorithm>
 #include <charconv>

@@ -72,7 +72,7 @@ ObjectPath Call::withKeyName(const ObjectPath& path, const CimValue& value) cons
     request.nameSpace = path.nameSpace();
     request.className = path.className();
     request.localOnly = false;
-    const ClassDecl decl = service.getClass(context, request);
+    const ClassDecl decl = service.getClass(request);
     CimName key;
     for (const PropertyDecl& property : decl.properties)
     {

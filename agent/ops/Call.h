@@ -24,7 +24,7 @@ namespace cimd
 struct Call
 {
     std::string_view operation; ///< its name in the table of operations
-    CimService& service;
+    const CimService& service;
     const RequestContext& context;
     const std::string& host; ///< for the INSTANCEPATHs of the answer
     const WireRequest& wire;

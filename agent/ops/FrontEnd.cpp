@@ -26,7 +26,7 @@ std::string headerText(const HttpRequest& request, const char* name)
 
 [[noreturn]] void mismatch(const HttpRequest& request, const char* header, const std::string& inMessage)
 {
-    throw RequestError(kBadRequest,
+    throw RequestError(RequestError::Faulty,
                        "header-mismatch",
                        std::string(header) + " is " + quoted(percentDecoded(headerText(request, header))) +
                            " but the message says " + quoted(inMessage));
@@ -163,7 +163,8 @@ catch (const RequestError& error)
     log(LogLevel::Warning,
         "http",
         request.peer + ": " + error.cimError() + ": " + clipped(error.what(), kMaxReason));
-    return refusal(error.httpStatus(), error.cimError(), error.what());
+    const unsigned status = error.kind() == RequestError::Faulty ? kBadRequest : kNotImplemented;
+    return refusal(status, error.cimError(), error.what());
 }
 
 } // namespace cimd

@@ -23,7 +23,7 @@ class FrontEnd : public HttpHandler
   public:
     // `service` and what `watch` points to outlive the object. Large results that wait to be pulled go to
     // files in `spoolDirectory`.
-    FrontEnd(CimService& service,
+    FrontEnd(const CimService& service,
              const Limits& limits,
              const Watch& watch = {},
              std::string spoolDirectory = "/tmp")

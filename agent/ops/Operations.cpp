@@ -1,4 +1,4 @@
-// The table of operations, and what all of them have in common.
+// What all operations have in common.
 #include "agent/ops/Operations.h"
 
 #include "agent/ops/calls.h"
@@ -14,60 +14,15 @@ namespace cimd
 namespace
 {
 
-struct Operation
-{
-    std::string_view name;
-    void (*run)(Call& call);
-    bool returnsValue;    // IRETURNVALUE in the answer
-    bool changes = false; // is audited
-};
-
-// Every other intrinsic operation is answered with "not supported".
-constexpr Operation kOperations[] = {
-    {"GetInstance", getInstance, true},
-    {"EnumerateInstances", enumerateInstances, true},
-    {"EnumerateInstanceNames", enumerateInstanceNames, true},
-    {"Associators", associators, true},
-    {"AssociatorNames", associatorNames, true},
-    {"References", references, true},
-    {"ReferenceNames", referenceNames, true},
-    {"CreateInstance", createInstance, true, true},
-    {"ModifyInstance", modifyInstance, false, true},
-    {"DeleteInstance", deleteInstance, false, true},
-    {"GetClass", getClass, true},
-    {"EnumerateClasses", enumerateClasses, true},
-    {"EnumerateClassNames", enumerateClassNames, true},
-    {"GetQualifier", getQualifier, true},
-    {"EnumerateQualifiers", enumerateQualifiers, true},
-    {"GetProperty", getProperty, true},
-    {"SetProperty", setProperty, false, true},
-    // These write their IRETURNVALUE themselves: output parameters follow it.
-    {"OpenEnumerateInstances", openEnumerateInstances, false},
-    {"OpenEnumerateInstancePaths", openEnumerateInstancePaths, false},
-    {"OpenAssociatorInstances", openAssociatorInstances, false},
-    {"OpenAssociatorInstancePaths", openAssociatorInstancePaths, false},
-    {"OpenReferenceInstances", openReferenceInstances, false},
-    {"OpenReferenceInstancePaths", openReferenceInstancePaths, false},
-    {"PullInstancesWithPath", pullInstancesWithPath, false},
-    {"PullInstances", pullInstances, false},
-    {"PullInstancePaths", pullInstancePaths, false},
-    {"CloseEnumeration", closeEnumeration, false},
-    // DSP0200 has longer names for these four; both are in use.
-    {"OpenAssociators", openAssociatorInstances, false},
-    {"OpenAssociatorPaths", openAssociatorInstancePaths, false},
-    {"OpenReferences", openReferenceInstances, false},
-    {"OpenReferencePaths", openReferenceInstancePaths, false},
-};
-
-constexpr Operation kInvokeMethod{"InvokeMethod", invokeMethod, false, true};
-
 const Operation& operationFor(const WireRequest& request)
 {
     if (request.extrinsic)
         return kInvokeMethod;
-    for (const Operation& operation : kOperations)
-        if (equalNoCase(operation.name, request.method))
-            return operation;
+    for (const OperationList* list :
+         {&kInstanceCalls, &kAssociationCalls, &kClassCalls, &kPropertyCalls, &kPullCalls})
+        for (const Operation& operation : *list)
+            if (equalNoCase(operation.name, request.method))
+                return operation;
     throw CimError(CimStatus::NotSupported, "operation " + request.method + " is not supported");
 }
 
@@ -86,7 +41,7 @@ class LateScope
 
 } // namespace
 
-Operations::Operations(CimService& service, const Limits& limits, std::string spoolDirectory)
+Operations::Operations(const CimService& service, const Limits& limits, std::string spoolDirectory)
     : _service(service), _limits(limits), _reader(limits), _enumerations(limits, std::move(spoolDirectory))
 {
 }

@@ -33,7 +33,7 @@ class Operations
 {
   public:
     // `service` outlives the object.
-    Operations(CimService& service, const Limits& limits, std::string spoolDirectory);
+    Operations(const CimService& service, const Limits& limits, std::string spoolDirectory);
 
     // Runs the request and writes the response message, errors included, to the body of `response`, whose
     // pieces leave through `stream`: nothing is thrown but lack of memory. When an operation fails after it
@@ -48,7 +48,7 @@ class Operations
                 AnswerStream& stream);
 
   private:
-    CimService& _service;
+    const CimService& _service;
     const Limits _limits;
     ElementReader _reader;
     Enumerations _enumerations;

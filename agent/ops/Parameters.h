@@ -2,8 +2,8 @@
 #ifndef AGENT_OPS_PARAMETERS_H
 #define AGENT_OPS_PARAMETERS_H
 
+#include "agent/cim/Argument.h"
 #include "agent/cim/Instance.h"
-#include "agent/service/CimService.h"
 #include "agent/xml/ElementReader.h"
 
 #include <cstdint>

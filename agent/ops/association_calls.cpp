@@ -10,11 +10,10 @@ namespace
 {
 
 // What Associators and References have in common.
-template <class Request>
-void objectOptions(Call& call, Request& request)
+void objectOptions(Call& call, InstanceOptions& options)
 {
-    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
-    instanceOptions(call, request);
+    call.parameters.boolean("IncludeQualifiers", false); // instances have none
+    instanceOptions(call, options);
 }
 
 auto objectSink(Call& call)
@@ -29,8 +28,6 @@ auto objectPathSink(Call& call)
     return sinkFor<ObjectPath>(
         call, [&call](const ObjectPath& item) { writeObjectPath(call.xml, call.host, item); });
 }
-
-} // namespace
 
 void associators(Call& call)
 {
@@ -67,5 +64,14 @@ void referenceNames(Call& call)
     auto sink = objectPathSink(call);
     call.service.referenceNames(call.context, request, sink);
 }
+
+} // namespace
+
+const OperationList kAssociationCalls = {
+    {"Associators", associators, true},
+    {"AssociatorNames", associatorNames, true},
+    {"References", references, true},
+    {"ReferenceNames", referenceNames, true},
+};
 
 } // namespace cimd

@@ -3,7 +3,7 @@
 #define AGENT_OPS_AUDIT_H
 
 #include "agent/cim/ObjectPath.h"
-#include "agent/service/CimService.h"
+#include "agent/requests/requests.h"
 
 #include <string>
 #include <string_view>

@@ -4,39 +4,30 @@
 
 #include "agent/ops/Call.h"
 
+#include <initializer_list>
+#include <string_view>
+
 namespace cimd
 {
 
-// Each throws CimError when it fails; what it wrote until then is no answer.
+struct Operation
+{
+    std::string_view name;
+    void (*run)(Call& call); ///< throws CimError when it fails; what it wrote until then is no answer
+    bool returnsValue;       ///< IRETURNVALUE in the answer
+    bool changes = false;    ///< is audited
+};
 
-void enumerateInstances(Call& call);
-void enumerateInstanceNames(Call& call);
-void getInstance(Call& call);
-void createInstance(Call& call);
-void modifyInstance(Call& call);
-void deleteInstance(Call& call);
-void associators(Call& call);
-void associatorNames(Call& call);
-void references(Call& call);
-void referenceNames(Call& call);
-void getClass(Call& call);
-void enumerateClasses(Call& call);
-void enumerateClassNames(Call& call);
-void getQualifier(Call& call);
-void enumerateQualifiers(Call& call);
-void getProperty(Call& call);
-void setProperty(Call& call);
-void openEnumerateInstances(Call& call);
-void openEnumerateInstancePaths(Call& call);
-void openAssociatorInstances(Call& call);
-void openAssociatorInstancePaths(Call& call);
-void openReferenceInstances(Call& call);
-void openReferenceInstancePaths(Call& call);
-void pullInstancesWithPath(Call& call);
-void pullInstances(Call& call);
-void pullInstancePaths(Call& call);
-void closeEnumeration(Call& call);
-void invokeMethod(Call& call);
+// The intrinsic operations, each list behind its functions in the file of its name. A new operation is a
+// function and a row there, and a function of CimService if none has its results yet.
+using OperationList = std::initializer_list<Operation>;
+extern const OperationList kInstanceCalls;
+extern const OperationList kAssociationCalls;
+extern const OperationList kClassCalls;
+extern const OperationList kPropertyCalls;
+extern const OperationList kPullCalls;
+
+extern const Operation kInvokeMethod; // of every extrinsic method
 
 } // namespace cimd
 

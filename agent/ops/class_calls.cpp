@@ -6,6 +6,9 @@
 namespace cimd
 {
 
+namespace
+{
+
 void getClass(Call& call)
 {
     GetClassRequest request;
@@ -16,7 +19,7 @@ void getClass(Call& call)
     request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
     request.properties = call.parameters.propertyList("PropertyList");
     call.parameters.finish();
-    writeClass(call.xml, call.service.getClass(call.context, request));
+    writeClass(call.xml, call.service.getClass(request));
     ++call.results;
 }
 
@@ -31,7 +34,7 @@ void enumerateClasses(Call& call)
     request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
     call.parameters.finish();
     auto sink = sinkFor<ClassDecl>(call, [&](const ClassDecl& item) { writeClass(call.xml, item); });
-    call.service.enumerateClasses(call.context, request, sink);
+    call.service.enumerateClasses(request, sink);
 }
 
 void enumerateClassNames(Call& call)
@@ -42,7 +45,7 @@ void enumerateClassNames(Call& call)
     request.deepInheritance = call.parameters.boolean("DeepInheritance", request.deepInheritance);
     call.parameters.finish();
     auto sink = sinkFor<CimName>(call, [&](const CimName& item) { writeClassName(call.xml, item); });
-    call.service.enumerateClassNames(call.context, request, sink);
+    call.service.enumerateClassNames(request, sink);
 }
 
 void getQualifier(Call& call)
@@ -51,7 +54,7 @@ void getQualifier(Call& call)
     request.nameSpace = call.nameSpace();
     request.name = call.about(CimName(call.parameters.requiredText("QualifierName")));
     call.parameters.finish();
-    writeQualifierDeclaration(call.xml, call.service.getQualifier(call.context, request));
+    writeQualifierDeclaration(call.xml, call.service.getQualifier(request));
     ++call.results;
 }
 
@@ -60,7 +63,17 @@ void enumerateQualifiers(Call& call)
     call.parameters.finish();
     auto sink = sinkFor<QualifierDecl>(
         call, [&](const QualifierDecl& item) { writeQualifierDeclaration(call.xml, item); });
-    call.service.enumerateQualifiers(call.context, call.nameSpace(), sink);
+    call.service.enumerateQualifiers(call.nameSpace(), sink);
 }
+
+} // namespace
+
+const OperationList kClassCalls = {
+    {"GetClass", getClass, true},
+    {"EnumerateClasses", enumerateClasses, true},
+    {"EnumerateClassNames", enumerateClassNames, true},
+    {"GetQualifier", getQualifier, true},
+    {"EnumerateQualifiers", enumerateQualifiers, true},
+};
 
 } // namespace cimd

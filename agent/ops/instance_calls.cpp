@@ -6,15 +6,24 @@
 namespace cimd
 {
 
+namespace
+{
+
+// Servers never agreed on what LocalOnly hides, and instances have no qualifiers.
+void ignoreOldOptions(Call& call)
+{
+    call.parameters.boolean("LocalOnly", true);
+    call.parameters.boolean("IncludeQualifiers", false);
+}
+
 void enumerateInstances(Call& call)
 {
     EnumerateInstancesRequest request;
     request.nameSpace = call.nameSpace();
     request.className = call.about(call.parameters.requiredClassName("ClassName"));
-    request.localOnly = call.parameters.boolean("LocalOnly", request.localOnly);
     request.deepInheritance = call.parameters.boolean("DeepInheritance", request.deepInheritance);
-    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
     instanceOptions(call, request);
+    ignoreOldOptions(call);
     call.parameters.finish();
     auto sink = sinkFor<Instance>(call,
                                   [&, tags = PropertyTags()](const Instance& item) mutable
@@ -37,15 +46,14 @@ void getInstance(Call& call)
     GetInstanceRequest request;
     request.nameSpace = call.nameSpace();
     request.path = call.about(call.parameters.instanceName("InstanceName"));
-    request.localOnly = call.parameters.boolean("LocalOnly", request.localOnly);
-    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
     instanceOptions(call, request);
+    ignoreOldOptions(call);
     call.parameters.finish();
     writeInstance(call.xml, call.service.getInstance(call.context, request));
     ++call.results;
 }
 
-static std::vector<CimName> namesOf(const Instance& instance)
+std::vector<CimName> namesOf(const Instance& instance)
 {
     std::vector<CimName> names;
     for (const Property& property : instance.properties())
@@ -73,7 +81,7 @@ void modifyInstance(Call& call)
     request.nameSpace = call.nameSpace();
     request.instance = call.about(call.parameters.namedInstance("ModifiedInstance"));
     call.willChange({request.instance.path().text(), {}, namesOf(request.instance), {}});
-    request.includeQualifiers = call.parameters.boolean("IncludeQualifiers", request.includeQualifiers);
+    call.parameters.boolean("IncludeQualifiers", true); // instances have none
     request.properties = call.parameters.propertyList("PropertyList");
     call.parameters.finish();
     call.service.modifyInstance(call.context, request);
@@ -88,5 +96,16 @@ void deleteInstance(Call& call)
     call.parameters.finish();
     call.service.deleteInstance(call.context, request);
 }
+
+} // namespace
+
+const OperationList kInstanceCalls = {
+    {"EnumerateInstances", enumerateInstances, true},
+    {"EnumerateInstanceNames", enumerateInstanceNames, true},
+    {"GetInstance", getInstance, true},
+    {"CreateInstance", createInstance, true, true},
+    {"ModifyInstance", modifyInstance, false, true},
+    {"DeleteInstance", deleteInstance, false, true},
+};
 
 } // namespace cimd

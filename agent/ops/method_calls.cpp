@@ -6,6 +6,9 @@
 namespace cimd
 {
 
+namespace
+{
+
 void invokeMethod(Call& call)
 {
     InvokeMethodRequest request;
@@ -31,5 +34,9 @@ void invokeMethod(Call& call)
         if (!argument.value.isNull())
             writeArgument(call.xml, argument);
 }
+
+} // namespace
+
+constexpr Operation kInvokeMethod{"InvokeMethod", invokeMethod, false, true};
 
 } // namespace cimd

@@ -5,6 +5,9 @@
 namespace cimd
 {
 
+namespace
+{
+
 void getProperty(Call& call)
 {
     GetPropertyRequest request;
@@ -28,5 +31,12 @@ void setProperty(Call& call)
     call.parameters.finish();
     call.service.setProperty(call.context, request);
 }
+
+} // namespace
+
+const OperationList kPropertyCalls = {
+    {"GetProperty", getProperty, true},
+    {"SetProperty", setProperty, false, true},
+};
 
 } // namespace cimd

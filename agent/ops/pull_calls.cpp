@@ -133,7 +133,7 @@ template <class Item, class Request>
 void open(Call& call,
           const Request& request,
           Form form,
-          void (CimService::*operation)(const RequestContext&, const Request&, Sink<Item>&))
+          void (CimService::*operation)(const RequestContext&, const Request&, Sink<Item>&) const)
 {
     const OpenOptions options = openOptions(call);
     Spool spool = call.enumerations.spool();
@@ -165,8 +165,6 @@ void pull(Call& call, Form form)
     writeState(call, use.name());
     use.keep();
 }
-
-} // namespace
 
 void openEnumerateInstances(Call& call)
 {
@@ -235,5 +233,26 @@ void closeEnumeration(Call& call)
     call.parameters.finish();
     call.enumerations.close(name, owner(call));
 }
+
+} // namespace
+
+// They write their IRETURNVALUE themselves: output parameters follow it.
+const OperationList kPullCalls = {
+    {"OpenEnumerateInstances", openEnumerateInstances, false},
+    {"OpenEnumerateInstancePaths", openEnumerateInstancePaths, false},
+    {"OpenAssociatorInstances", openAssociatorInstances, false},
+    {"OpenAssociatorInstancePaths", openAssociatorInstancePaths, false},
+    {"OpenReferenceInstances", openReferenceInstances, false},
+    {"OpenReferenceInstancePaths", openReferenceInstancePaths, false},
+    {"PullInstancesWithPath", pullInstancesWithPath, false},
+    {"PullInstances", pullInstances, false},
+    {"PullInstancePaths", pullInstancePaths, false},
+    {"CloseEnumeration", closeEnumeration, false},
+    // DSP0200 has longer names for these four; both are in use.
+    {"OpenAssociators", openAssociatorInstances, false},
+    {"OpenAssociatorPaths", openAssociatorInstancePaths, false},
+    {"OpenReferences", openReferenceInstances, false},
+    {"OpenReferencePaths", openReferenceInstancePaths, false},
+};
 
 } // namespace cimd

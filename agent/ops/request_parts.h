@@ -36,11 +36,10 @@ Request referencesRequest(Call& call, ObjectPath from)
 }
 
 // What is wanted of each instance, for every operation that returns some.
-template <class Request>
-void instanceOptions(Call& call, Request& request)
+inline void instanceOptions(Call& call, InstanceOptions& options)
 {
-    request.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", request.includeClassOrigin);
-    request.properties = call.parameters.propertyList("PropertyList");
+    options.includeClassOrigin = call.parameters.boolean("IncludeClassOrigin", options.includeClassOrigin);
+    options.properties = call.parameters.propertyList("PropertyList");
 }
 
 } // namespace cimd

@@ -1,7 +1,7 @@
 // Counting, and showing what was counted.
 #include "agent/run/Counters.h"
 
-#include "agent/log/TextTable.h"
+#include "agent/base/TextTable.h"
 
 #include <algorithm>
 #include <mutex>

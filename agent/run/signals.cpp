@@ -1,7 +1,7 @@
 // Waiting for signals, and the last moment of a crash.
 #include "agent/run/signals.h"
 
-#include "agent/run/FileDescriptor.h"
+#include "agent/base/FileDescriptor.h"
 #include "agent/run/InFlight.h"
 
 #include <array>

@@ -2,10 +2,9 @@
 #ifndef AGENT_SERVICE_AGENTCORE_H
 #define AGENT_SERVICE_AGENTCORE_H
 
-#include "agent/broker/Broker.h"
 #include "agent/providers/ProviderManager.h"
 #include "agent/repository/ClassRepository.h"
-#include "agent/service/ProviderService.h"
+#include "agent/service/ServiceBroker.h"
 
 #include <string>
 
@@ -39,7 +38,7 @@ class AgentCore
     AgentCore& operator=(const AgentCore&) = delete;
 
     // Safe to use from any number of threads.
-    CimService& service() { return _service; }
+    const CimService& service() const { return _service; }
 
     const ClassRepository& repository() const { return _repository; }
     Broker& broker() { return _broker; }
@@ -47,9 +46,9 @@ class AgentCore
 
   private:
     const ClassRepository _repository;
-    Broker _broker;
+    ServiceBroker _broker;
     ProviderManager _providers;
-    ProviderService _service;
+    CimService _service;
 };
 
 } // namespace cimd

@@ -1,205 +1,24 @@
-// The operations of a CIM server, as the wire side asks for them and the provider side answers them.
+// The CIM operations, answered by providers and the class repository.
 #ifndef AGENT_SERVICE_CIMSERVICE_H
 #define AGENT_SERVICE_CIMSERVICE_H
 
-#include "agent/cim/CimError.h"
-#include "agent/cim/CimName.h"
-#include "agent/cim/CimValue.h"
+#include "agent/broker/Broker.h"
+#include "agent/broker/ProviderCall.h"
 #include "agent/cim/ClassDecl.h"
-#include "agent/cim/Instance.h"
-#include "agent/cim/ObjectPath.h"
+#include "agent/providers/ProviderManager.h"
+#include "agent/requests/Sink.h"
+#include "agent/requests/requests.h"
+#include "agent/service/InputCheck.h"
 
-#include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace cimd
 {
 
-// Takes results one at a time, on the thread that runs the operation, while the provider produces them. An
-// exception ends the operation and reaches its caller. An operation may still fail after it delivered
-// results; what was delivered is then not an answer.
-template <class Item>
-class Sink
-{
-  public:
-    virtual ~Sink() = default;
-    // The item lives only during the call: copy what must outlive it.
-    virtual void put(const Item& item) = 0;
-};
-
-// Keeps what it is given.
-template <class Item>
-class Collector : public Sink<Item>
-{
-  public:
-    void put(const Item& item) override { items.push_back(item); }
-
-    std::vector<Item> items;
-};
-
-// Who asks, and from where: passed to providers and written to the log.
-struct RequestContext
-{
-    std::string principal;      // empty if the client did not say
-    std::string clientAddress;  // "address:port"
-    std::string acceptLanguage; // HTTP Accept-Language, may be empty
-};
-
-// Namespaces are given without a leading slash. Defaults are those of DSP0200.
-struct EnumerateInstancesRequest
-{
-    std::string nameSpace;
-    CimName className;
-    bool localOnly = true; // accepted and ignored: servers never agreed on what it hides
-    bool deepInheritance = true;
-    bool includeQualifiers = false; // deprecated for instances; none are returned
-    bool includeClassOrigin = false;
-    PropertyList properties;
-};
-
-struct EnumerateInstanceNamesRequest
-{
-    std::string nameSpace;
-    CimName className;
-};
-
-// Keys of a path from a client may be typed more loosely than declared (string for a date-time, any integer
-// for an integer); the service makes them the declared type or answers InvalidParameter.
-struct GetInstanceRequest
-{
-    std::string nameSpace;
-    ObjectPath path;
-    bool localOnly = true; // as above
-    bool includeQualifiers = false;
-    bool includeClassOrigin = false;
-    PropertyList properties;
-};
-
-struct CreateInstanceRequest
-{
-    std::string nameSpace;
-    Instance instance;
-};
-
-struct ModifyInstanceRequest
-{
-    std::string nameSpace;
-    Instance instance; // with its path
-    bool includeQualifiers = true;
-    PropertyList properties;
-};
-
-struct DeleteInstanceRequest
-{
-    std::string nameSpace;
-    ObjectPath path;
-};
-
-// Empty names do not filter.
-struct AssociatorNamesRequest
-{
-    std::string nameSpace;
-    ObjectPath path;
-    CimName assocClass;
-    CimName resultClass;
-    CimName role;
-    CimName resultRole;
-};
-
-struct AssociatorsRequest : AssociatorNamesRequest
-{
-    bool includeQualifiers = false; // as above
-    bool includeClassOrigin = false;
-    PropertyList properties;
-};
-
-struct ReferenceNamesRequest
-{
-    std::string nameSpace;
-    ObjectPath path;
-    CimName resultClass;
-    CimName role;
-};
-
-struct ReferencesRequest : ReferenceNamesRequest
-{
-    bool includeQualifiers = false; // as above
-    bool includeClassOrigin = false;
-    PropertyList properties;
-};
-
-struct Argument
-{
-    CimName name;
-    CimValue value;
-    // False if the client did not say the type (no PARAMTYPE): the value is then a string, an array of
-    // strings or NULL, and the service reads it as the type the parameter is declared with.
-    bool typed = true;
-};
-
-struct GetPropertyRequest
-{
-    std::string nameSpace;
-    ObjectPath path;
-    CimName property;
-};
-
-struct SetPropertyRequest
-{
-    std::string nameSpace;
-    ObjectPath path;
-    Argument value; // under the property's name
-};
-
-struct InvokeMethodRequest
-{
-    std::string nameSpace;
-    ObjectPath path; // without keys for a method called on the class
-    CimName method;
-    std::vector<Argument> arguments;
-};
-
-struct MethodResult
-{
-    CimValue returnValue;
-    std::vector<Argument> out; // in order of declaration; parameters the provider left unset are NULL
-};
-
-struct GetClassRequest
-{
-    std::string nameSpace;
-    CimName className;
-    bool localOnly = true;
-    bool includeQualifiers = true;
-    bool includeClassOrigin = false;
-    PropertyList properties;
-};
-
-struct EnumerateClassesRequest
-{
-    std::string nameSpace;
-    CimName className; // empty: start at the root classes
-    bool deepInheritance = false;
-    bool localOnly = true;
-    bool includeQualifiers = true;
-    bool includeClassOrigin = false;
-};
-
-struct EnumerateClassNamesRequest
-{
-    std::string nameSpace;
-    CimName className;
-    bool deepInheritance = false;
-};
-
-struct GetQualifierRequest
-{
-    std::string nameSpace;
-    CimName name;
-};
-
+// Requests on a class go to the providers of the class and its subclasses, requests on an instance to the
+// provider of exactly its class, association requests to every association that can lead somewhere; always in
+// order of registration. If one provider fails, the operation fails: an answer is complete or an error.
+//
 // Every operation may be called from several threads at once and throws CimError when it fails. Paths and
 // instances that come out are complete: class, property and key names in declared letter case, properties in
 // class order with NULL for those the provider left out, namespace set, host empty (only the front end knows
@@ -207,50 +26,154 @@ struct GetQualifierRequest
 class CimService
 {
   public:
-    virtual ~CimService() = default;
+    // Serves the namespaces that providers are registered for. All three must outlive the service.
+    CimService(const ClassRepository& repository, const Broker& broker, const ProviderManager& providers)
+        : _repository(repository), _broker(broker), _providers(providers)
+    {
+    }
 
-    virtual void enumerateInstances(const RequestContext& context,
-                                    const EnumerateInstancesRequest& request,
-                                    Sink<Instance>& sink) = 0;
-    virtual void enumerateInstanceNames(const RequestContext& context,
-                                        const EnumerateInstanceNamesRequest& request,
-                                        Sink<ObjectPath>& sink) = 0;
-    virtual Instance getInstance(const RequestContext& context, const GetInstanceRequest& request) = 0;
-    virtual ObjectPath createInstance(const RequestContext& context,
-                                      const CreateInstanceRequest& request) = 0;
-    virtual void modifyInstance(const RequestContext& context, const ModifyInstanceRequest& request) = 0;
-    virtual void deleteInstance(const RequestContext& context, const DeleteInstanceRequest& request) = 0;
-
+    void enumerateInstances(const RequestContext& context,
+                            const EnumerateInstancesRequest& request,
+                            Sink<Instance>& sink) const;
+    void enumerateInstanceNames(const RequestContext& context,
+                                const EnumerateInstanceNamesRequest& request,
+                                Sink<ObjectPath>& sink) const;
+    Instance getInstance(const RequestContext& context, const GetInstanceRequest& request) const;
+    ObjectPath createInstance(const RequestContext& context, const CreateInstanceRequest& request) const;
+    void modifyInstance(const RequestContext& context, const ModifyInstanceRequest& request) const;
+    void deleteInstance(const RequestContext& context, const DeleteInstanceRequest& request) const;
     // NoSuchProperty if the class lacks the property.
-    virtual CimValue getProperty(const RequestContext& context, const GetPropertyRequest& request) = 0;
+    CimValue getProperty(const RequestContext& context, const GetPropertyRequest& request) const;
     // Also TypeMismatch if the value is none for the property, and InvalidParameter for a key.
-    virtual void setProperty(const RequestContext& context, const SetPropertyRequest& request) = 0;
+    void setProperty(const RequestContext& context, const SetPropertyRequest& request) const;
 
     // A path that names an existing class but no known instance gives an empty result.
-    virtual void
-    associators(const RequestContext& context, const AssociatorsRequest& request, Sink<Instance>& sink) = 0;
-    virtual void associatorNames(const RequestContext& context,
-                                 const AssociatorNamesRequest& request,
-                                 Sink<ObjectPath>& sink) = 0;
-    virtual void
-    references(const RequestContext& context, const ReferencesRequest& request, Sink<Instance>& sink) = 0;
-    virtual void referenceNames(const RequestContext& context,
-                                const ReferenceNamesRequest& request,
-                                Sink<ObjectPath>& sink) = 0;
+    void
+    associators(const RequestContext& context, const AssociatorsRequest& request, Sink<Instance>& sink) const;
+    void associatorNames(const RequestContext& context,
+                         const AssociatorNamesRequest& request,
+                         Sink<ObjectPath>& sink) const;
+    void
+    references(const RequestContext& context, const ReferencesRequest& request, Sink<Instance>& sink) const;
+    void referenceNames(const RequestContext& context,
+                        const ReferenceNamesRequest& request,
+                        Sink<ObjectPath>& sink) const;
 
-    virtual MethodResult invokeMethod(const RequestContext& context, const InvokeMethodRequest& request) = 0;
+    MethodResult invokeMethod(const RequestContext& context, const InvokeMethodRequest& request) const;
 
-    virtual ClassDecl getClass(const RequestContext& context, const GetClassRequest& request) = 0;
-    virtual void enumerateClasses(const RequestContext& context,
-                                  const EnumerateClassesRequest& request,
-                                  Sink<ClassDecl>& sink) = 0;
-    virtual void enumerateClassNames(const RequestContext& context,
-                                     const EnumerateClassNamesRequest& request,
-                                     Sink<CimName>& sink) = 0;
-    virtual QualifierDecl getQualifier(const RequestContext& context, const GetQualifierRequest& request) = 0;
-    virtual void enumerateQualifiers(const RequestContext& context,
-                                     const std::string& nameSpace,
-                                     Sink<QualifierDecl>& sink) = 0;
+    // These are answered from the repository.
+    ClassDecl getClass(const GetClassRequest& request) const;
+    void enumerateClasses(const EnumerateClassesRequest& request, Sink<ClassDecl>& sink) const;
+    void enumerateClassNames(const EnumerateClassNamesRequest& request, Sink<CimName>& sink) const;
+    QualifierDecl getQualifier(const GetQualifierRequest& request) const;
+    void enumerateQualifiers(const std::string& nameSpace, Sink<QualifierDecl>& sink) const;
+
+  private:
+    // The checks of a request in its namespace; CimError (invalid namespace) if there is none of the name.
+    InputCheck in(const std::string& nameSpace) const;
+
+    // CimError (not supported) if nobody serves the class.
+    std::vector<const ProviderEntry*>
+    instanceProviders(const ClassInfo& info, const std::string& nameSpace, const char* operation) const;
+    const ProviderEntry& providerOf(const ClassInfo& info,
+                                    ProviderKind kind,
+                                    const std::string& nameSpace,
+                                    const char* operation) const;
+
+    // The classes of interest to an association request from an instance.
+    struct AssociationFilter
+    {
+        const ClassInfo& source;
+        const ClassInfo* association; // null: any
+        const ClassInfo* result;      // null: any; of the far end
+        CimName role;
+        CimName resultRole;
+    };
+    // An association request that was found to be in order: where it starts and whom it is for.
+    struct Walk
+    {
+        std::string nameSpace;
+        ObjectPath path;
+        std::vector<const ProviderEntry*> providers;
+
+        // Several associations may lead to the same object.
+        bool mayRepeat() const { return providers.size() > 1; }
+    };
+    template <class Request, class MakeFilter>
+    Walk walkFrom(const Request& request, MakeFilter makeFilter) const;
+    Walk walk(const AssociatorNamesRequest& request) const;
+    Walk walk(const ReferenceNamesRequest& request) const;
+    std::vector<const ProviderEntry*> associationProviders(const AssociationFilter& filter,
+                                                           const std::string& nameSpace) const;
+    bool leadsSomewhere(const ClassInfo& association, const AssociationFilter& filter) const;
+
+    // Calls the providers of a walk: `function(call, interface, path)` returns a status.
+    template <class Function>
+    void follow(const RequestContext& context,
+                const Walk& walk,
+                const char* operation,
+                CMPIFlags flags,
+                ResultReceiver& receiver,
+                Function function) const
+    {
+        callAll(context,
+                walk.providers,
+                walk.nameSpace,
+                operation,
+                flags,
+                receiver,
+                &Provider::association,
+                [&](ProviderCall& each, CMPIAssociationMI* mi, const ClassInfo&)
+                { return function(each, mi, each.path(walk.path)); });
+    }
+
+    // Calls one function of one of a provider's interfaces: `function(call, interface)` returns its status.
+    template <class Interface, class Function>
+    void call(const RequestContext& context,
+              const ProviderEntry& entry,
+              const std::string& nameSpace,
+              const char* operation,
+              CMPIFlags flags,
+              ResultReceiver& receiver,
+              Interface* (Provider::*interfaceOf)(),
+              Function function) const
+    {
+        Interface* mi = (entry.provider->*interfaceOf)();
+        ProviderCall call(
+            _broker,
+            {context, nameSpace, flags, {}, std::string(operation) + ' ' + entry.info->name().str()},
+            receiver);
+        call.run([&] { return function(call, mi); });
+        if (!call.isDone() && entry.provider->isFirstFault())
+            reportNotDone(entry, operation);
+    }
+    static void reportNotDone(const ProviderEntry& entry, const char* operation);
+
+    // The same for several; the function also gets the class each provider is called for.
+    template <class Interface, class Function>
+    void callAll(const RequestContext& context,
+                 const std::vector<const ProviderEntry*>& entries,
+                 const std::string& nameSpace,
+                 const char* operation,
+                 CMPIFlags flags,
+                 ResultReceiver& receiver,
+                 Interface* (Provider::*interfaceOf)(),
+                 Function function) const
+    {
+        for (const ProviderEntry* entry : entries)
+            call(context,
+                 *entry,
+                 nameSpace,
+                 operation,
+                 flags,
+                 receiver,
+                 interfaceOf,
+                 [&](ProviderCall& each, Interface* mi) { return function(each, mi, *entry->info); });
+    }
+
+    const ClassRepository& _repository;
+    const Broker& _broker;
+    const ProviderManager& _providers;
 };
 
 } // namespace cimd

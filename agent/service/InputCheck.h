@@ -2,10 +2,10 @@
 #ifndef AGENT_SERVICE_INPUTCHECK_H
 #define AGENT_SERVICE_INPUTCHECK_H
 
+#include "agent/cim/Argument.h"
 #include "agent/cim/CimError.h"
 #include "agent/cim/Instance.h"
 #include "agent/repository/ClassRepository.h"
-#include "agent/service/CimService.h"
 
 #include <string>
 #include <vector>

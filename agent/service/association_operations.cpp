@@ -1,5 +1,5 @@
 // Operations that follow associations.
-#include "agent/service/ProviderService.h"
+#include "agent/service/CimService.h"
 #include "agent/service/result_shaping.h"
 
 #include <algorithm>
@@ -24,7 +24,7 @@ CMPIFlags originFlag(bool includeClassOrigin)
 
 // True if one reference can hold the source and, where a far end is asked for, another one the result. A
 // class that the repository does not know may be anything.
-bool ProviderService::leadsSomewhere(const ClassInfo& association, const AssociationFilter& filter) const
+bool CimService::leadsSomewhere(const ClassInfo& association, const AssociationFilter& filter) const
 {
     const auto canHold = [&](const PropertyDecl& reference, const ClassInfo& end)
     {
@@ -53,8 +53,8 @@ bool ProviderService::leadsSomewhere(const ClassInfo& association, const Associa
     return false;
 }
 
-std::vector<const ProviderEntry*> ProviderService::associationProviders(const AssociationFilter& filter,
-                                                                        const std::string& nameSpace) const
+std::vector<const ProviderEntry*> CimService::associationProviders(const AssociationFilter& filter,
+                                                                   const std::string& nameSpace) const
 {
     // An association provider is not told for which class it is called: one that serves several is called
     // once.
@@ -74,7 +74,7 @@ std::vector<const ProviderEntry*> ProviderService::associationProviders(const As
 }
 
 template <class Request, class MakeFilter>
-ProviderService::Walk ProviderService::walkFrom(const Request& request, MakeFilter makeFilter) const
+CimService::Walk CimService::walkFrom(const Request& request, MakeFilter makeFilter) const
 {
     const InputCheck check = in(request.nameSpace);
     const ClassInfo& source = check.classNamed(request.path.className());
@@ -83,7 +83,7 @@ ProviderService::Walk ProviderService::walkFrom(const Request& request, MakeFilt
     return {check.nameSpace(), std::move(path), associationProviders(filter, check.nameSpace())};
 }
 
-ProviderService::Walk ProviderService::walk(const AssociatorNamesRequest& request) const
+CimService::Walk CimService::walk(const AssociatorNamesRequest& request) const
 {
     return walkFrom(request,
                     [&](const InputCheck& check, const ClassInfo& source)
@@ -96,7 +96,7 @@ ProviderService::Walk ProviderService::walk(const AssociatorNamesRequest& reques
                     });
 }
 
-ProviderService::Walk ProviderService::walk(const ReferenceNamesRequest& request) const
+CimService::Walk CimService::walk(const ReferenceNamesRequest& request) const
 {
     // The result of a reference request is the association itself.
     return walkFrom(
@@ -108,9 +108,9 @@ ProviderService::Walk ProviderService::walk(const ReferenceNamesRequest& request
         });
 }
 
-void ProviderService::associators(const RequestContext& context,
-                                  const AssociatorsRequest& request,
-                                  Sink<Instance>& sink)
+void CimService::associators(const RequestContext& context,
+                             const AssociatorsRequest& request,
+                             Sink<Instance>& sink) const
 {
     const Walk way = walk(request);
     OnceEach<Instance> once(sink);
@@ -134,9 +134,9 @@ void ProviderService::associators(const RequestContext& context,
            });
 }
 
-void ProviderService::associatorNames(const RequestContext& context,
-                                      const AssociatorNamesRequest& request,
-                                      Sink<ObjectPath>& sink)
+void CimService::associatorNames(const RequestContext& context,
+                                 const AssociatorNamesRequest& request,
+                                 Sink<ObjectPath>& sink) const
 {
     const Walk way = walk(request);
     OnceEach<ObjectPath> once(sink);
@@ -159,9 +159,9 @@ void ProviderService::associatorNames(const RequestContext& context,
            });
 }
 
-void ProviderService::references(const RequestContext& context,
-                                 const ReferencesRequest& request,
-                                 Sink<Instance>& sink)
+void CimService::references(const RequestContext& context,
+                            const ReferencesRequest& request,
+                            Sink<Instance>& sink) const
 {
     InstanceShaper shaper(sink, request.properties, request.includeClassOrigin);
     follow(context,
@@ -181,9 +181,9 @@ void ProviderService::references(const RequestContext& context,
            });
 }
 
-void ProviderService::referenceNames(const RequestContext& context,
-                                     const ReferenceNamesRequest& request,
-                                     Sink<ObjectPath>& sink)
+void CimService::referenceNames(const RequestContext& context,
+                                const ReferenceNamesRequest& request,
+                                Sink<ObjectPath>& sink) const
 {
     PathForwarder forwarder(sink);
     follow(context,

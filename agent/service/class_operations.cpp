@@ -1,6 +1,6 @@
 // Operations on classes and qualifier declarations, answered from the repository.
 #include "agent/cim/CimError.h"
-#include "agent/service/ProviderService.h"
+#include "agent/service/CimService.h"
 
 namespace cimd
 {
@@ -29,7 +29,7 @@ classesBelow(const ClassRepository& repository, const InputCheck& check, const C
 
 } // namespace
 
-ClassDecl ProviderService::getClass(const RequestContext&, const GetClassRequest& request)
+ClassDecl CimService::getClass(const GetClassRequest& request) const
 {
     return in(request.nameSpace)
         .classNamed(request.className)
@@ -37,9 +37,7 @@ ClassDecl ProviderService::getClass(const RequestContext&, const GetClassRequest
                   request.properties);
 }
 
-void ProviderService::enumerateClasses(const RequestContext&,
-                                       const EnumerateClassesRequest& request,
-                                       Sink<ClassDecl>& sink)
+void CimService::enumerateClasses(const EnumerateClassesRequest& request, Sink<ClassDecl>& sink) const
 {
     const InputCheck check = in(request.nameSpace);
     for (const ClassInfo* info : classesBelow(_repository, check, request.className, request.deepInheritance))
@@ -47,16 +45,14 @@ void ProviderService::enumerateClasses(const RequestContext&,
             info->describe({request.localOnly, request.includeQualifiers, request.includeClassOrigin}, {}));
 }
 
-void ProviderService::enumerateClassNames(const RequestContext&,
-                                          const EnumerateClassNamesRequest& request,
-                                          Sink<CimName>& sink)
+void CimService::enumerateClassNames(const EnumerateClassNamesRequest& request, Sink<CimName>& sink) const
 {
     const InputCheck check = in(request.nameSpace);
     for (const ClassInfo* info : classesBelow(_repository, check, request.className, request.deepInheritance))
         sink.put(info->name());
 }
 
-QualifierDecl ProviderService::getQualifier(const RequestContext&, const GetQualifierRequest& request)
+QualifierDecl CimService::getQualifier(const GetQualifierRequest& request) const
 {
     in(request.nameSpace);
     const QualifierDecl* decl = _repository.findQualifier(request.name);
@@ -65,9 +61,7 @@ QualifierDecl ProviderService::getQualifier(const RequestContext&, const GetQual
     return *decl;
 }
 
-void ProviderService::enumerateQualifiers(const RequestContext&,
-                                          const std::string& nameSpace,
-                                          Sink<QualifierDecl>& sink)
+void CimService::enumerateQualifiers(const std::string& nameSpace, Sink<QualifierDecl>& sink) const
 {
     in(nameSpace);
     for (const QualifierDecl& decl : _repository.qualifiers())

@@ -1,7 +1,7 @@
 // Operations on instances.
 #include "agent/cim/CimError.h"
 #include "agent/log/log.h"
-#include "agent/service/ProviderService.h"
+#include "agent/service/CimService.h"
 #include "agent/service/result_shaping.h"
 
 #include <algorithm>
@@ -51,7 +51,7 @@ void checkListed(const PropertyList& list, const ClassInfo& info)
 
 } // namespace
 
-InputCheck ProviderService::in(const std::string& nameSpace) const
+InputCheck CimService::in(const std::string& nameSpace) const
 {
     for (const std::string& known : _providers.nameSpaces())
         if (equalNoCase(known, nameSpace))
@@ -59,9 +59,9 @@ InputCheck ProviderService::in(const std::string& nameSpace) const
     throw CimError(CimStatus::InvalidNamespace, "namespace " + nameSpace + " does not exist");
 }
 
-std::vector<const ProviderEntry*> ProviderService::instanceProviders(const ClassInfo& info,
-                                                                     const std::string& nameSpace,
-                                                                     const char* operation) const
+std::vector<const ProviderEntry*> CimService::instanceProviders(const ClassInfo& info,
+                                                                const std::string& nameSpace,
+                                                                const char* operation) const
 {
     auto entries = _providers.family(info, ProviderKind::Instance, nameSpace);
     if (entries.empty())
@@ -71,10 +71,10 @@ std::vector<const ProviderEntry*> ProviderService::instanceProviders(const Class
     return entries;
 }
 
-const ProviderEntry& ProviderService::providerOf(const ClassInfo& info,
-                                                 ProviderKind kind,
-                                                 const std::string& nameSpace,
-                                                 const char* operation) const
+const ProviderEntry& CimService::providerOf(const ClassInfo& info,
+                                            ProviderKind kind,
+                                            const std::string& nameSpace,
+                                            const char* operation) const
 {
     const ProviderEntry* entry = _providers.find(info, kind, nameSpace);
     if (!entry)
@@ -83,7 +83,7 @@ const ProviderEntry& ProviderService::providerOf(const ClassInfo& info,
     return *entry;
 }
 
-void ProviderService::reportNotDone(const ProviderEntry& entry, const char* operation)
+void CimService::reportNotDone(const ProviderEntry& entry, const char* operation)
 {
     log(LogLevel::Warning,
         "providers",
@@ -91,9 +91,9 @@ void ProviderService::reportNotDone(const ProviderEntry& entry, const char* oper
             " succeeded without saying that it was done; said once for this provider");
 }
 
-void ProviderService::enumerateInstances(const RequestContext& context,
-                                         const EnumerateInstancesRequest& request,
-                                         Sink<Instance>& sink)
+void CimService::enumerateInstances(const RequestContext& context,
+                                    const EnumerateInstancesRequest& request,
+                                    Sink<Instance>& sink) const
 {
     constexpr const char* kOperation = "EnumerateInstances";
     const InputCheck check = in(request.nameSpace);
@@ -118,9 +118,9 @@ void ProviderService::enumerateInstances(const RequestContext& context,
             });
 }
 
-void ProviderService::enumerateInstanceNames(const RequestContext& context,
-                                             const EnumerateInstanceNamesRequest& request,
-                                             Sink<ObjectPath>& sink)
+void CimService::enumerateInstanceNames(const RequestContext& context,
+                                        const EnumerateInstanceNamesRequest& request,
+                                        Sink<ObjectPath>& sink) const
 {
     constexpr const char* kOperation = "EnumerateInstanceNames";
     const InputCheck check = in(request.nameSpace);
@@ -141,7 +141,7 @@ void ProviderService::enumerateInstanceNames(const RequestContext& context,
             });
 }
 
-Instance ProviderService::getInstance(const RequestContext& context, const GetInstanceRequest& request)
+Instance CimService::getInstance(const RequestContext& context, const GetInstanceRequest& request) const
 {
     constexpr const char* kOperation = "GetInstance";
     const InputCheck check = in(request.nameSpace);
@@ -173,8 +173,8 @@ Instance ProviderService::getInstance(const RequestContext& context, const GetIn
     return std::move(instance);
 }
 
-ObjectPath ProviderService::createInstance(const RequestContext& context,
-                                           const CreateInstanceRequest& request)
+ObjectPath CimService::createInstance(const RequestContext& context,
+                                      const CreateInstanceRequest& request) const
 {
     constexpr const char* kOperation = "CreateInstance";
     const InputCheck check = in(request.nameSpace);
@@ -203,7 +203,7 @@ ObjectPath ProviderService::createInstance(const RequestContext& context,
     return std::move(created.items.front());
 }
 
-void ProviderService::modifyInstance(const RequestContext& context, const ModifyInstanceRequest& request)
+void CimService::modifyInstance(const RequestContext& context, const ModifyInstanceRequest& request) const
 {
     constexpr const char* kOperation = "ModifyInstance";
     const InputCheck check = in(request.nameSpace);
@@ -237,7 +237,7 @@ void ProviderService::modifyInstance(const RequestContext& context, const Modify
          });
 }
 
-void ProviderService::deleteInstance(const RequestContext& context, const DeleteInstanceRequest& request)
+void CimService::deleteInstance(const RequestContext& context, const DeleteInstanceRequest& request) const
 {
     constexpr const char* kOperation = "DeleteInstance";
     const InputCheck check = in(request.nameSpace);

@@ -3,7 +3,7 @@
 #include "agent/cim/CimError.h"
 #include "agent/cim/coercion.h"
 #include "agent/repository/completion.h"
-#include "agent/service/ProviderService.h"
+#include "agent/service/CimService.h"
 
 #include <algorithm>
 
@@ -107,7 +107,7 @@ class OutArguments
 
 } // namespace
 
-MethodResult ProviderService::invokeMethod(const RequestContext& context, const InvokeMethodRequest& request)
+MethodResult CimService::invokeMethod(const RequestContext& context, const InvokeMethodRequest& request) const
 {
     const InputCheck check = in(request.nameSpace);
     const ClassInfo& info = check.classNamed(request.path.className());

@@ -1,7 +1,7 @@
 // Operations on single properties, done as reads and changes of their instance.
 #include "agent/cim/CimError.h"
 #include "agent/cim/coercion.h"
-#include "agent/service/ProviderService.h"
+#include "agent/service/CimService.h"
 
 namespace cimd
 {
@@ -38,7 +38,7 @@ CimValue newValue(const Argument& given, const PropertyDecl& declared, const Inp
 
 } // namespace
 
-CimValue ProviderService::getProperty(const RequestContext& context, const GetPropertyRequest& request)
+CimValue CimService::getProperty(const RequestContext& context, const GetPropertyRequest& request) const
 {
     const InputCheck check = in(request.nameSpace);
     const PropertyDecl& declared =
@@ -51,7 +51,7 @@ CimValue ProviderService::getProperty(const RequestContext& context, const GetPr
     return *instance.find(declared.name); // the service returns every property that is listed
 }
 
-void ProviderService::setProperty(const RequestContext& context, const SetPropertyRequest& request)
+void CimService::setProperty(const RequestContext& context, const SetPropertyRequest& request) const
 {
     const InputCheck check = in(request.nameSpace);
     const ClassInfo& info = check.classNamed(request.path.className());

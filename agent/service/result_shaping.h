@@ -3,7 +3,7 @@
 #define AGENT_SERVICE_RESULT_SHAPING_H
 
 #include "agent/broker/result.h"
-#include "agent/service/CimService.h"
+#include "agent/requests/Sink.h"
 
 #include <string>
 #include <unordered_set>

@@ -2,11 +2,11 @@
 #ifndef AGENT_XML_ELEMENTREADER_H
 #define AGENT_XML_ELEMENTREADER_H
 
+#include "agent/cim/Argument.h"
 #include "agent/cim/CimError.h"
 #include "agent/cim/Instance.h"
 #include "agent/cim/ObjectPath.h"
 #include "agent/limits/Limits.h"
-#include "agent/service/CimService.h"
 #include "agent/xml/XmlDocument.h"
 
 #include <optional>

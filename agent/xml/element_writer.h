@@ -2,9 +2,10 @@
 #ifndef AGENT_XML_ELEMENT_WRITER_H
 #define AGENT_XML_ELEMENT_WRITER_H
 
+#include "agent/cim/Argument.h"
+#include "agent/cim/ClassDecl.h"
 #include "agent/cim/Instance.h"
 #include "agent/cim/ObjectPath.h"
-#include "agent/service/CimService.h"
 #include "agent/xml/xml_text.h"
 
 #include <cstddef>

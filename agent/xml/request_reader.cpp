@@ -1,7 +1,6 @@
 // The envelope of a request.
 #include "agent/xml/request_reader.h"
 
-#include "agent/http/status.h"
 #include "agent/xml/xml_check.h"
 
 namespace cimd
@@ -12,7 +11,7 @@ namespace
 
 [[noreturn]] void notValid(const std::string& what)
 {
-    throw RequestError(kBadRequest, "request-not-valid", what);
+    throw RequestError(RequestError::Faulty, "request-not-valid", what);
 }
 
 // "2.3.1" is of major version "2".
@@ -20,7 +19,7 @@ void checkVersion(XmlElement element, const char* attribute, std::string_view ma
 {
     const std::string_view version = requiredAttribute(element, attribute);
     if (version.substr(0, version.find('.')) != major)
-        throw RequestError(kNotImplemented,
+        throw RequestError(RequestError::Unsupported,
                            cimError,
                            std::string(attribute) + " " + std::string(version) + " is not supported, only " +
                                std::string(major) + ".x");
@@ -71,9 +70,10 @@ void readEnvelope(XmlElement root, const Limits& limits, WireRequest& request)
     request.messageId = requiredAttribute(message, "ID");
     if (isTag(firstChild(message), "MULTIREQ"))
         throw RequestError(
-            kNotImplemented, "multiple-requests-unsupported", "several operations in one message");
+            RequestError::Unsupported, "multiple-requests-unsupported", "several operations in one message");
     if (isTag(firstChild(message), "SIMPLEEXPREQ") || isTag(firstChild(message), "MULTIEXPREQ"))
-        throw RequestError(kNotImplemented, "unsupported-operation", "exports are not received here");
+        throw RequestError(
+            RequestError::Unsupported, "unsupported-operation", "exports are not received here");
     XmlElement first = firstChild(childOf(message, "SIMPLEREQ"));
     while (isTag(first, "CORRELATOR"))
         first = nextElement(first);
@@ -94,7 +94,7 @@ try
 }
 catch (const XmlError& error)
 {
-    throw RequestError(kBadRequest, "request-not-well-formed", error.what());
+    throw RequestError(RequestError::Faulty, "request-not-well-formed", error.what());
 }
 catch (const CimError& error)
 {

@@ -14,21 +14,27 @@
 namespace cimd
 {
 
-// A message that cannot be answered as a CIM operation: an HTTP status and DSP0200's CIMError header.
+// A message that cannot be answered as a CIM operation: why, and DSP0200's CIMError header.
 class RequestError : public std::runtime_error
 {
   public:
-    RequestError(unsigned httpStatus, const char* cimError, const std::string& what)
-        : std::runtime_error(what), _httpStatus(httpStatus), _cimError(cimError)
+    enum Kind
+    {
+        Faulty,     ///< the client made a mistake
+        Unsupported ///< the message may be in order, but this server does not do that
+    };
+
+    RequestError(Kind kind, const char* cimError, const std::string& what)
+        : std::runtime_error(what), _kind(kind), _cimError(cimError)
     {
     }
 
-    unsigned httpStatus() const { return _httpStatus; }
+    Kind kind() const { return _kind; }
     // "request-not-well-formed" ...; empty where the standard has no word for it.
     const std::string& cimError() const { return _cimError; }
 
   private:
-    unsigned _httpStatus;
+    Kind _kind;
     std::string _cimError;
 };
 

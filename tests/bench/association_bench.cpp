@@ -163,7 +163,7 @@ void benchAssociations(const std::string& buildDir)
         pairs.resultClass = cimd::CimName("VRAX_MemberOfFCNode");
         inRole.role = cimd::CimName("Member");
 
-        cimd::CimService& service = agent.service();
+        const cimd::CimService& service = agent.service();
         measure(names, paths, [&] { service.associatorNames(client, overOne, paths); });
         measure(all, paths, [&] { service.associatorNames(client, anywhere, paths); });
         measure(associators, instances, [&] { service.associators(client, whole, instances); });

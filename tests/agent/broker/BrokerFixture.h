@@ -28,7 +28,7 @@ class Results : public ResultReceiver
 class BrokerFixture : public testing::Test
 {
   protected:
-    Broker broker{repository()};
+    ServiceBroker broker{repository()};
     const CMPIBroker* mb = broker.handle();
     RequestContext request{"alice", "192.0.2.1:40000", "de"};
     Results results;

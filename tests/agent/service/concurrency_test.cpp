@@ -17,7 +17,7 @@ TEST(Concurrency, ReadsWritesAndUpCallsRunSideBySide)
     test::TestCore core;
     const auto work = [&core](const std::string& name)
     {
-        CimService& service = core.service();
+        const CimService& service = core.service();
         Instance instance("Test_Gadget");
         instance.set("Name", CimValue::string(name));
         GetInstanceRequest fromThread;

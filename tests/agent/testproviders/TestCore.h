@@ -23,7 +23,7 @@ class TestCore
     // With other registrations than those of the test providers' file, as from the file x.reg.
     explicit TestCore(const std::string& registrations);
 
-    CimService& service() { return _core.service(); }
+    const CimService& service() { return _core.service(); }
     std::size_t countOf(const std::string& className);
 
     RequestContext context{"alice", "192.0.2.1:40000", "en"};

@@ -1,6 +1,6 @@
 // Tables for people: columns as wide as their widest cell.
-#ifndef AGENT_LOG_TEXTTABLE_H
-#define AGENT_LOG_TEXTTABLE_H
+#ifndef AGENT_BASE_TEXTTABLE_H
+#define AGENT_BASE_TEXTTABLE_H
 
 #include <cstddef>
 #include <string>

@@ -1,8 +1,7 @@
 // Requests that providers make of the server: threads, indications and the client services.
-#include "agent/broker/Broker.h"
 #include "agent/broker/InstanceObject.h"
 #include "agent/broker/conversion.h"
-#include "agent/broker/tables.h"
+#include "agent/service/ServiceBroker.h"
 
 namespace cimd
 {
@@ -28,7 +27,7 @@ CimName filterName(const char* name)
 struct UpCall
 {
     UpCall(const CMPIBroker* mb, const CMPIContext* ctx, const CMPIObjectPath* target)
-        : service(Broker::of(mb).service()), context(objectOf<ContextObject>(ctx)),
+        : service(ServiceBroker::of(mb).service()), context(objectOf<ContextObject>(ctx)),
           path(objectOf<ObjectPathObject>(target).path), nameSpace(path.nameSpace())
     {
         if (!nameSpace.empty())
@@ -43,7 +42,7 @@ struct UpCall
         return flags && flags->hasType(CimType::Uint32, false) && (flags->asUnsigned() & flag) != 0;
     }
 
-    CimService& service;
+    const CimService& service;
     const ContextObject& context;
     const ObjectPath& path;
     std::string nameSpace;
@@ -387,30 +386,46 @@ CMPIData getProperty(const CMPIBroker* mb,
                   });
 }
 
+constexpr CMPIBrokerFT kUpCallTable{CMPI_MB_InstanceManipulation | CMPI_MB_AssociationTraversal |
+                                        CMPI_MB_Indications | CMPI_MB_OSEncapsulationSupport |
+                                        CMPI_MB_Supports_MemEnhancements,
+                                    CMPIVersion200,
+                                    "cimd",
+                                    prepareAttachThread,
+                                    attachThread,
+                                    detachThread,
+                                    deliverIndication,
+                                    enumerateInstanceNames,
+                                    getInstance,
+                                    createInstance,
+                                    modifyInstance,
+                                    deleteInstance,
+                                    execQuery,
+                                    enumerateInstances,
+                                    associators,
+                                    associatorNames,
+                                    references,
+                                    referenceNames,
+                                    invokeMethod,
+                                    setProperty,
+                                    getProperty};
+
 } // namespace
 
-const CMPIBrokerFT kServiceTable{CMPI_MB_InstanceManipulation | CMPI_MB_AssociationTraversal |
-                                     CMPI_MB_Indications | CMPI_MB_OSEncapsulationSupport |
-                                     CMPI_MB_Supports_MemEnhancements,
-                                 CMPIVersion200,
-                                 "cimd",
-                                 prepareAttachThread,
-                                 attachThread,
-                                 detachThread,
-                                 deliverIndication,
-                                 enumerateInstanceNames,
-                                 getInstance,
-                                 createInstance,
-                                 modifyInstance,
-                                 deleteInstance,
-                                 execQuery,
-                                 enumerateInstances,
-                                 associators,
-                                 associatorNames,
-                                 references,
-                                 referenceNames,
-                                 invokeMethod,
-                                 setProperty,
-                                 getProperty};
+ServiceBroker::ServiceBroker(const ClassRepository& repository) : Broker(repository, kUpCallTable) {}
+
+const ServiceBroker& ServiceBroker::of(const CMPIBroker* handle)
+{
+    if (!handle || handle->bft != &kUpCallTable)
+        throw CmpiError(CMPI_RC_ERR_INVALID_HANDLE, "not a broker that takes requests");
+    return static_cast<const ServiceBroker&>(Broker::of(handle));
+}
+
+const CimService& ServiceBroker::service() const
+{
+    if (!_service)
+        throw CmpiError(CMPI_RC_ERR_NOT_SUPPORTED, "the server takes no requests from providers yet");
+    return *_service;
+}
 
 } // namespace cimd

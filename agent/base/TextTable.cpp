@@ -1,5 +1,5 @@
 // Aligning the columns of a table.
-#include "agent/log/TextTable.h"
+#include "agent/base/TextTable.h"
 
 #include <algorithm>
 

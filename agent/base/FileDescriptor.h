@@ -1,6 +1,6 @@
 // An open file, socket or pipe with an owner.
-#ifndef AGENT_RUN_FILEDESCRIPTOR_H
-#define AGENT_RUN_FILEDESCRIPTOR_H
+#ifndef AGENT_BASE_FILEDESCRIPTOR_H
+#define AGENT_BASE_FILEDESCRIPTOR_H
 
 #include <unistd.h>
 #include <utility>
