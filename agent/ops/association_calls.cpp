@@ -20,14 +20,15 @@ void objectOptions(Call& call, Request& request)
 auto objectSink(Call& call)
 {
     return sinkFor<Instance>(call,
-                             [&call, tags = PropertyTags()](const Instance& item) mutable
-                             { writeObjectWithPath(call.xml, call.host, item, tags); });
+                             [&call, markup = ClassMarkup()](const Instance& item) mutable
+                             { writeObjectWithPath(call.xml, call.host, item, markup); });
 }
 
 auto objectPathSink(Call& call)
 {
-    return sinkFor<ObjectPath>(
-        call, [&call](const ObjectPath& item) { writeObjectPath(call.xml, call.host, item); });
+    return sinkFor<ObjectPath>(call,
+                               [&call, markup = ClassMarkup()](const ObjectPath& item) mutable
+                               { writeObjectPath(call.xml, call.host, item, markup); });
 }
 
 } // namespace

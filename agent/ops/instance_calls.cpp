@@ -17,8 +17,8 @@ void enumerateInstances(Call& call)
     instanceOptions(call, request);
     call.parameters.finish();
     auto sink = sinkFor<Instance>(call,
-                                  [&, tags = PropertyTags()](const Instance& item) mutable
-                                  { writeNamedInstance(call.xml, item, tags); });
+                                  [&, markup = ClassMarkup()](const Instance& item) mutable
+                                  { writeNamedInstance(call.xml, item, markup); });
     call.service.enumerateInstances(call.context, request, sink);
 }
 
@@ -28,7 +28,9 @@ void enumerateInstanceNames(Call& call)
     request.nameSpace = call.nameSpace();
     request.className = call.about(call.parameters.requiredClassName("ClassName"));
     call.parameters.finish();
-    auto sink = sinkFor<ObjectPath>(call, [&](const ObjectPath& item) { writeInstanceName(call.xml, item); });
+    auto sink = sinkFor<ObjectPath>(call,
+                                    [&, markup = ClassMarkup()](const ObjectPath& item) mutable
+                                    { markup.writeName(call.xml, item); });
     call.service.enumerateInstanceNames(call.context, request, sink);
 }
 
