@@ -29,7 +29,7 @@ struct UpCall
 {
     UpCall(const CMPIBroker* mb, const CMPIContext* ctx, const CMPIObjectPath* target)
         : service(Broker::of(mb).service()), context(objectOf<ContextObject>(ctx)),
-          path(objectOf<ObjectPathObject>(target).path), nameSpace(path.nameSpace())
+          path(objectOf<ObjectPathObject>(target).path()), nameSpace(path.nameSpace())
     {
         if (!nameSpace.empty())
             return;
