@@ -4,6 +4,8 @@
 #include "xml/utf8.h"
 
 #include <array>
+#include <cstdint>
+#include <cstring>
 
 namespace cimxml
 {
@@ -23,6 +25,21 @@ constexpr std::array<bool, 256> plainBytes()
 }
 
 constexpr std::array<bool, 256> kPlain = plainBytes();
+
+// Whether that is so of eight bytes in a row. Subtracting from a byte that is too small sets its highest bit;
+// the borrow may reach the byte above, but then the answer is no already.
+bool arePlain(const char* bytes)
+{
+    constexpr std::uint64_t kEach = 0x0101010101010101;
+    constexpr std::uint64_t kHighest = 0x80 * kEach;
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    const auto equal = [](std::uint64_t each, unsigned char c) { return (each ^ c * kEach) - kEach; };
+    const std::uint64_t special = word | (word - 0x20 * kEach) | equal(word, 0x7F) |
+                                  equal(word | 0x02 * kEach, '>') | // and '<', which lacks the bit
+                                  equal(word | 0x04 * kEach, '&');  // and '"'
+    return (special & kHighest) == 0;
+}
 
 std::string_view entity(char32_t c)
 {
@@ -54,6 +71,11 @@ void appendEscaped(std::string& out, std::string_view text)
     std::size_t run = 0; // start of what can be copied as it stands
     for (std::size_t at = 0; at < text.size();)
     {
+        if (text.size() - at >= sizeof(std::uint64_t) && arePlain(text.data() + at))
+        {
+            at += sizeof(std::uint64_t);
+            continue;
+        }
         if (kPlain[static_cast<unsigned char>(text[at])])
         {
             ++at;

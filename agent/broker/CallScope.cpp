@@ -3,7 +3,7 @@
 
 #include "agent/broker/boundary.h"
 #include "agent/cim/CimError.h"
-#include "agent/repository/ClassInfo.h"
+#include "agent/repository/ClassRepository.h"
 
 namespace cimd
 {
@@ -14,6 +14,8 @@ thread_local CallScope* innermost = nullptr;
 
 class Mark : public Tracked
 {
+  public:
+    bool isMark() const override { return true; }
 };
 
 } // namespace
@@ -67,17 +69,39 @@ void CallScope::freeLast()
     delete object;
 }
 
-std::vector<Property> CallScope::blankOf(const ClassInfo& info)
+const ClassInfo* CallScope::findClass(std::string_view name)
 {
-    if (std::exchange(_blankClass, nullptr) == &info)
-        return std::move(_blank);
-    return info.blank();
+    if (!_found || _found->name().str() != name)
+        _found = _repository.find(CimName(name));
+    return _found;
 }
 
-void CallScope::keepBlank(const ClassInfo& info, std::vector<Property> properties)
+Instance CallScope::blankInstance(const ClassInfo& info)
 {
-    _blankClass = &info;
-    _blank = std::move(properties);
+    if (std::exchange(_instanceClass, nullptr) == &info)
+        return std::move(_instance);
+    Instance instance(info.name());
+    instance.properties() = info.blank();
+    return instance;
+}
+
+void CallScope::keepBlank(const ClassInfo& info, Instance instance)
+{
+    _instanceClass = &info;
+    _instance = std::move(instance);
+}
+
+std::vector<KeyBinding> CallScope::blankKeys(const ClassInfo& info)
+{
+    if (std::exchange(_keysClass, nullptr) == &info)
+        return std::move(_keys);
+    return info.blankKeys();
+}
+
+void CallScope::keepBlank(const ClassInfo& info, std::vector<KeyBinding> keys)
+{
+    _keysClass = &info;
+    _keys = std::move(keys);
 }
 
 const void* CallScope::mark()
@@ -91,7 +115,7 @@ bool CallScope::release(const void* mark)
     const Tracked* object = _last;
     while (object && object != mark)
         object = object->_previous;
-    if (!object || !dynamic_cast<const Mark*>(object))
+    if (!object || !object->isMark())
         return false;
     while (_last != mark)
         freeLast();

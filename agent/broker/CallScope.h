@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -27,6 +28,7 @@ class Tracked
     virtual ~Tracked() = default;
 
     CallScope* owner() const { return _owner; }
+    virtual bool isMark() const { return false; }
 
   private:
     friend class CallScope;
@@ -58,11 +60,17 @@ class CallScope
 
     void adopt(std::unique_ptr<Tracked> object);
 
-    // The properties of an instance of the class, all NULL: those of one that has gone, or new ones.
-    // Providers mostly make one instance after the other, and naming the properties of each anew takes time.
-    std::vector<Property> blankOf(const ClassInfo& info);
-    // Takes back what blankOf() gave, all NULL again.
-    void keepBlank(const ClassInfo& info, std::vector<Property> properties);
+    // The class of that name, or null; the one that was asked for last is found at once.
+    const ClassInfo* findClass(std::string_view name);
+
+    // An instance of the class with all properties NULL and any path, and the keys of a path without values:
+    // those of one that has gone, or new ones. Providers mostly make one after the other of a class, and
+    // naming the properties and keys of each anew takes time.
+    Instance blankInstance(const ClassInfo& info);
+    std::vector<KeyBinding> blankKeys(const ClassInfo& info);
+    // Take back what these gave, all NULL again.
+    void keepBlank(const ClassInfo& info, Instance instance);
+    void keepBlank(const ClassInfo& info, std::vector<KeyBinding> keys);
 
     // Levels within the scope: release frees what was adopted since, and ends levels opened since. False if
     // the mark is not one of this scope.
@@ -81,8 +89,11 @@ class CallScope
     std::size_t _depth;
     std::thread::id _thread;
     Tracked* _last = nullptr;
-    const ClassInfo* _blankClass = nullptr;
-    std::vector<Property> _blank;
+    const ClassInfo* _found = nullptr;
+    const ClassInfo* _instanceClass = nullptr; // null if there is no blank one
+    Instance _instance;
+    const ClassInfo* _keysClass = nullptr; // likewise
+    std::vector<KeyBinding> _keys;
 };
 
 // The innermost scope; CmpiError (invalid handle) on a thread that is not attached.

@@ -17,17 +17,12 @@ const std::string kWrong = "the provider's instance is wrong: ";
 } // namespace
 
 InstanceObject::InstanceObject(const ClassRepository& classes, const ObjectPath& path)
-    : CMPIInstance{this, kTable}, repository(&classes), info(classes.find(path.className())),
-      _instance(info ? info->name() : path.className())
+    : CMPIInstance{this, kTable}, repository(&classes),
+      info(currentScope().findClass(path.className().str())),
+      _instance(info ? currentScope().blankInstance(*info) : Instance(path.className())),
+      _isSet(_instance.properties().size())
 {
-    _instance.setPath(path);
-    if (!info)
-        return;
-    if (CallScope* const scope = CallScope::current())
-        _instance.properties() = scope->blankOf(*info);
-    else
-        _instance.properties() = info->blank();
-    _isSet.resize(info->properties().size());
+    _instance.path() = path;
 }
 
 InstanceObject::InstanceObject(const ClassRepository& classes, const Instance& source)
@@ -51,7 +46,7 @@ InstanceObject::~InstanceObject()
     for (std::size_t i = 0; i < properties.size(); ++i)
         if (_isSet[i])
             properties[i].value = CimValue::null(properties[i].value.type(), properties[i].value.isArray());
-    owner()->keepBlank(*info, std::move(properties));
+    owner()->keepBlank(*info, std::move(_instance));
 }
 
 std::size_t InstanceObject::indexOf(std::string_view name) const
@@ -87,19 +82,23 @@ void InstanceObject::set(std::string_view name, CimValue value)
     if (index == properties.size())
         throw CmpiError(CMPI_RC_ERR_NO_SUCH_PROPERTY,
                         "class " + info->name().str() + " has no property " + std::string(name));
-    const PropertyDecl& declared = *info->properties()[index];
+    if (!value.hasType(properties[index].value.type(), properties[index].value.isArray()))
+        value = converted(std::move(value), *info->properties()[index]);
+    properties[index].value = std::move(value);
+    _isSet[index] = true;
+}
+
+CimValue InstanceObject::converted(CimValue value, const PropertyDecl& declared)
+{
     const CimType givenType = value.type();
     const bool givenArray = value.isArray();
     auto fitting = conform(std::move(value), declared.type, declared.isArray);
-    if (!fitting)
-    {
-        fail(declared.name.str(),
-             "was set as " + typeText(givenType, givenArray) + " but is " +
-                 typeText(declared.type, declared.isArray));
-        throw CmpiError(CMPI_RC_ERR_TYPE_MISMATCH, _fault);
-    }
-    properties[index].value = std::move(*fitting);
-    _isSet[index] = true;
+    if (fitting)
+        return std::move(*fitting);
+    fail(declared.name.str(),
+         "was set as " + typeText(givenType, givenArray) + " but is " +
+             typeText(declared.type, declared.isArray));
+    throw CmpiError(CMPI_RC_ERR_TYPE_MISMATCH, _fault);
 }
 
 void InstanceObject::fail(std::string_view name, const std::string& reason)
@@ -159,13 +158,18 @@ void InstanceObject::setPath(ObjectPath path)
 ObjectPath InstanceObject::path() const
 {
     ObjectPath result = _instance.path();
-    if (!info || result.keys().size() == info->keys().size())
-        return result;
-    for (const PropertyDecl* key : info->keys())
-        if (!result.findKey(key->name))
-            if (const Property* property = find(key->name.str()); property && !property->value.isNull())
-                result.setKey(key->name, property->value);
+    addKeys(result);
     return result;
+}
+
+void InstanceObject::addKeys(ObjectPath& path) const
+{
+    if (!info || path.keys().size() == info->keys().size())
+        return;
+    for (const PropertyDecl* key : info->keys())
+        if (!path.findKey(key->name))
+            if (const Property* property = find(key->name.str()); property && !property->value.isNull())
+                path.setKey(key->name, property->value);
 }
 
 void InstanceObject::checkUsable() const
@@ -188,11 +192,11 @@ const Instance& InstanceObject::complete(const std::string& nameSpace)
             CimValue& value = _instance.properties()[index].value;
             value = completeValue(value, *info->properties()[index], *repository, nameSpace);
         }
-        ObjectPath full = path();
-        completePath(full, *info, *repository, nameSpace);
-        for (std::size_t i = 0; i < full.keys().size(); ++i)
-            completeKey(full.keys()[i], info->keyIndexes()[i]);
-        _instance.setPath(std::move(full));
+        ObjectPath& path = _instance.path();
+        addKeys(path);
+        completePath(path, *info, *repository, nameSpace);
+        for (std::size_t i = 0; i < path.keys().size(); ++i)
+            completeKey(path.keys()[i], info->keyIndexes()[i]);
     }
     catch (const ShapeError& error)
     {

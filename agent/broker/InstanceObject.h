@@ -50,7 +50,10 @@ struct InstanceObject : CMPIInstance, Tracked
   private:
     std::size_t indexOf(std::string_view name) const; // of an existing property, or the number of properties
     bool isKept(std::size_t index) const { return _kept.empty() || (index < _kept.size() && _kept[index]); }
+    // The value as the declaration has it; CmpiError if it does not fit.
+    CimValue converted(CimValue value, const PropertyDecl& declared);
     void checkUsable() const;
+    void addKeys(ObjectPath& path) const;
     void completeKey(const KeyBinding& key, std::size_t index);
 
     Instance _instance;

@@ -54,7 +54,7 @@ CimValue fromObject(const CMPIValue* value, CMPIType type)
     case CMPI_ref:
     {
         const auto* path = read<const CMPIObjectPath*>(value);
-        return path ? CimValue::reference(objectOf<ObjectPathObject>(path).path)
+        return path ? CimValue::reference(objectOf<ObjectPathObject>(path).path())
                     : CimValue::null(CimType::Reference);
     }
     default: // CMPI_instance

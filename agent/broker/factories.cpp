@@ -19,7 +19,7 @@ CMPIInstance* newInstance(const CMPIBroker* mb, const CMPIObjectPath* path, CMPI
     return answer(rc,
                   [&]() -> CMPIInstance* {
                       return track<InstanceObject>(Broker::of(mb).repository(),
-                                                   objectOf<ObjectPathObject>(path).path);
+                                                   objectOf<ObjectPathObject>(path).path());
                   });
 }
 
@@ -27,13 +27,7 @@ CMPIObjectPath* newObjectPath(const CMPIBroker*, const char* nameSpace, const ch
 {
     return answer(rc,
                   [&]() -> CMPIObjectPath*
-                  {
-                      CimName name(orEmpty(className));
-                      const ClassInfo* const info = currentScope().repository().find(name);
-                      ObjectPath path(orEmpty(nameSpace), std::move(name));
-                      path.keys().reserve(info ? info->keys().size() : 0);
-                      return track<ObjectPathObject>(std::move(path), info);
-                  });
+                  { return track<ObjectPathObject>(orEmpty(nameSpace), orEmpty(className)); });
 }
 
 CMPIArgs* newArgs(const CMPIBroker*, CMPIStatus* rc)
@@ -96,7 +90,7 @@ classPathIsA(const CMPIBroker* mb, const CMPIObjectPath* path, const char* class
     return answer(rc,
                   [&]() -> CMPIBoolean
                   {
-                      const ObjectPath& target = objectOf<ObjectPathObject>(path).path;
+                      const ObjectPath& target = objectOf<ObjectPathObject>(path).path();
                       const CimName wanted(required(className, "the class name"));
                       const ClassInfo* info = Broker::of(mb).repository().find(target.className());
                       if (!info && target.className() != wanted)
@@ -142,7 +136,7 @@ std::string describe(const void* object)
     if (type == "CMPIDateTime")
         return std::string(objectOf<DateTimeObject>(static_cast<const CMPIDateTime*>(object)).value.text());
     if (type == "CMPIObjectPath")
-        return objectOf<ObjectPathObject>(static_cast<const CMPIObjectPath*>(object)).path.text();
+        return objectOf<ObjectPathObject>(static_cast<const CMPIObjectPath*>(object)).path().text();
     if (type == "CMPIInstance")
         return "instance of " +
                objectOf<InstanceObject>(static_cast<const CMPIInstance*>(object)).path().text();

@@ -120,7 +120,8 @@ CMPIStatus setPropertyFilter(const CMPIInstance* instance, const char** properti
 
 CMPIStatus setObjectPath(const CMPIInstance* instance, const CMPIObjectPath* path)
 {
-    return answer([&] { objectOf<InstanceObject>(instance).setPath(objectOf<ObjectPathObject>(path).path); });
+    return answer([&]
+                  { objectOf<InstanceObject>(instance).setPath(objectOf<ObjectPathObject>(path).path()); });
 }
 
 } // namespace

@@ -9,7 +9,7 @@ namespace
 
 ObjectPath& pathOf(const CMPIObjectPath* path)
 {
-    return objectOf<ObjectPathObject>(path).path;
+    return objectOf<ObjectPathObject>(path).path();
 }
 
 CMPIStatus setNameSpace(const CMPIObjectPath* path, const char* nameSpace)
@@ -42,16 +42,6 @@ CMPIString* getClassName(const CMPIObjectPath* path, CMPIStatus* rc)
     return answer(rc, [&] { return trackString(pathOf(path).className().str()); });
 }
 
-// As the class declares it, if it is spelled so: a name of its own for each key of many paths takes time.
-CimName keyName(const ObjectPathObject& path, std::string_view name)
-{
-    if (path.info)
-        for (const PropertyDecl* key : path.info->keys())
-            if (key->name.str() == name)
-                return key->name;
-    return CimName(name);
-}
-
 CMPIStatus addKey(const CMPIObjectPath* path, const char* name, const CMPIValue* value, CMPIType type)
 {
     return answer(
@@ -63,7 +53,7 @@ CMPIStatus addKey(const CMPIObjectPath* path, const char* name, const CMPIValue*
                 throw CmpiError(CMPI_RC_ERR_INVALID_PARAMETER,
                                 "key " + std::string(orEmpty(name)) + " is " +
                                     (key.isArray() ? "an array" : "NULL"));
-            target.path.setKey(keyName(target, required(name, "the name of a key")), std::move(key));
+            target.setKey(required(name, "the name of a key"), std::move(key));
         });
 }
 

@@ -69,14 +69,22 @@ struct ObjectPathObject : CMPIObjectPath, Tracked
     using Handle = CMPIObjectPath;
     static constexpr const CMPIObjectPathFT* kTable = &kObjectPathTable;
 
-    explicit ObjectPathObject(ObjectPath value, const ClassInfo* known = nullptr)
-        : CMPIObjectPath{this, kTable}, path(std::move(value)), info(known)
-    {
-    }
-    ObjectPathObject(const ObjectPathObject& other) : ObjectPathObject(other.path, other.info) {}
+    explicit ObjectPathObject(ObjectPath value) : CMPIObjectPath{this, kTable}, _path(std::move(value)) {}
+    // One without keys so far.
+    ObjectPathObject(const char* nameSpace, std::string_view className);
+    ObjectPathObject(const ObjectPathObject& other);
+    ~ObjectPathObject() override;
 
-    ObjectPath path;
-    const ClassInfo* info; // whose names the keys may share; null if not looked up
+    // With those keys that were set.
+    ObjectPath& path();
+    void setKey(std::string_view name, CimValue value);
+
+  private:
+    ObjectPath _path;
+    // A class whose keys stand in the path from the start, in order, so that they need no names and no
+    // sorting; null if they do not.
+    const ClassInfo* _keysOf = nullptr;
+    std::size_t _unset = 0; // of these
 };
 
 struct ArgsObject : CMPIArgs, Tracked

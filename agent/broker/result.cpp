@@ -82,27 +82,36 @@ CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* instance
         result, [&](ResultObject& object) { deliverInstance(object, objectOf<InstanceObject>(instance)); });
 }
 
+void deliverPath(ResultObject& object, ObjectPath& path)
+{
+    CallScope* const scope = CallScope::current(); // none on a thread of the provider's own
+    const ClassInfo* const info =
+        scope ? scope->findClass(path.className().str()) : object.repository.find(path.className());
+    if (!info)
+        throw CimError(CimStatus::Failed,
+                       "the provider returned a path of the unknown class " + path.className().str());
+    try
+    {
+        completePath(path, *info, object.repository, object.requestNameSpace);
+    }
+    catch (const ShapeError& error)
+    {
+        throw CimError(CimStatus::Failed, std::string("the provider's path is wrong: ") + error.what());
+    }
+    object.receiver.path(path, *info);
+}
+
+// Clones are not touched, as with instances.
 CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path)
 {
     return deliver(result,
                    [&](ResultObject& object)
                    {
-                       ObjectPath complete = objectOf<ObjectPathObject>(path).path;
-                       const ClassInfo* info = object.repository.find(complete.className());
-                       if (!info)
-                           throw CimError(CimStatus::Failed,
-                                          "the provider returned a path of the unknown class " +
-                                              complete.className().str());
-                       try
-                       {
-                           completePath(complete, *info, object.repository, object.requestNameSpace);
-                       }
-                       catch (const ShapeError& error)
-                       {
-                           throw CimError(CimStatus::Failed,
-                                          std::string("the provider's path is wrong: ") + error.what());
-                       }
-                       object.receiver.path(complete, *info);
+                       auto& returned = objectOf<ObjectPathObject>(path);
+                       if (returned.owner())
+                           return deliverPath(object, returned.path());
+                       ObjectPathObject copy(returned);
+                       deliverPath(object, copy.path());
                    });
 }
 

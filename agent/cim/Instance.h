@@ -31,6 +31,7 @@ class Instance
     void setClassName(CimName className) { _className = std::move(className); }
 
     const ObjectPath& path() const { return _path; }
+    ObjectPath& path() { return _path; }
     bool hasPath() const { return !_path.className().empty(); }
     void setPath(ObjectPath path) { _path = std::move(path); }
 

@@ -190,11 +190,12 @@ Channel::Result Channel::read(char* to, std::size_t size)
     return code > 0 ? Result{State::Done, static_cast<std::size_t>(code)} : Result{State::Broken};
 }
 
-Channel::Result Channel::write(std::string_view bytes)
+Channel::Result Channel::write(std::string_view bytes, bool isMoreToCome)
 {
     bytes = bytes.substr(0, kMostAtOnce);
     if (!_session)
-        return resultOf(send(_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL));
+        return resultOf(
+            send(_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL | (isMoreToCome ? MSG_MORE : 0)));
     ssize_t code = 0;
     do
         code = gnutls_record_send(_session.get(), bytes.data(), bytes.size());

@@ -83,7 +83,8 @@ class Channel
 
     Result read(char* to, std::size_t size);
     // After Again the same bytes have to be given again, and may be followed by more.
-    Result write(std::string_view bytes);
+    // @param isMoreToCome  Others follow at once, so that these need not leave alone.
+    Result write(std::string_view bytes, bool isMoreToCome = false);
     // Says that nothing more will be written.
     void endWriting();
 

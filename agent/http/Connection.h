@@ -138,6 +138,7 @@ class Connection
     bool fetchPiece();
     void breakOff();
     void send(std::string_view bytes);
+    void sendAfter(std::string&& bytes); // what was given to send(), and once
     void endAnswer();
     void endRequest(const std::string& reason);
     void served(unsigned status);

@@ -25,16 +25,17 @@ void Overflow::add(std::string_view bytes)
     _written += bytes.size();
 }
 
-std::size_t Overflow::read(char* to, std::size_t size)
+std::string Overflow::read(std::size_t most)
 {
-    const std::size_t most = std::min(size, _written - _read);
-    if (most == 0)
-        return 0;
-    const std::size_t got = _area.read(*_file, to, most, _read);
-    _read += got;
+    constexpr std::size_t kLineEnd = 2; // which HTTP puts behind a chunk
+    std::string bytes;
+    bytes.reserve(most + kLineEnd);
+    bytes.resize(std::min(most, _written - _read));
+    bytes.resize(_area.read(*_file, bytes.data(), bytes.size(), _read));
+    _read += bytes.size();
     if (empty())
         clear();
-    return got;
+    return bytes;
 }
 
 void Overflow::clear()

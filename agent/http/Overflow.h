@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace cimd
@@ -24,8 +25,8 @@ class Overflow
     bool empty() const { return _read == _written; }
     // CimError, and nothing added, if the area is full or the file fails.
     void add(std::string_view bytes);
-    // Copies at most `size` bytes and gives their number, which is 0 when empty. CimError if the file fails.
-    std::size_t read(char* to, std::size_t size);
+    // Takes out at most so many bytes, none when empty. CimError if the file fails.
+    std::string read(std::size_t most);
     void clear();
 
   private:

@@ -5,7 +5,6 @@
 #include "agent/log/log.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace cimd
@@ -15,6 +14,9 @@ namespace
 {
 
 constexpr std::chrono::seconds kWaitStep{1};
+constexpr std::chrono::milliseconds kMoment{20};
+constexpr std::chrono::milliseconds kPatience{200};
+constexpr std::size_t kBeyond = 8 * 1024; // by which a chunk exceeds its size, mostly
 const char* const kLate = "it did not finish in time";
 
 // For a handler that has not said how to answer.
@@ -29,7 +31,7 @@ HttpResponse plainLateAnswer()
 
 Reply::Reply(const Limits& limits, SpoolArea& area, std::function<void()> wake)
     : _chunk(limits.chunkBytes), _mostUnsent(limits.unsentBytes), _timeLimit(limits.operationSeconds),
-      _wake(std::move(wake)), _overflow(area)
+      _wake(std::move(wake)), _overflow(area), _patience(kPatience)
 {
 }
 
@@ -53,14 +55,16 @@ void Reply::throwClosed() const
 
 void Reply::flush(HttpResponse& response)
 {
-    if (response.body.size() < _chunk)
+    if (response.body.size() < _chunk && !_isUnwanted)
         return;
     std::unique_lock<std::mutex> lock(_mutex);
+    if (!hasRoom())
+        waitForQuickClient(lock);
     if (_isClosed || _isComplete)
         throwClosed();
     std::string chunk = std::move(response.body);
     response.body.clear();
-    response.body.reserve(chunk.capacity());
+    response.body.reserve(_chunk + kBeyond);
     if (!_isStreaming)
     {
         _response = response;
@@ -71,7 +75,8 @@ void Reply::flush(HttpResponse& response)
         push(std::move(chunk));
     else if (!overflows(chunk))
     {
-        if (!waitForRoom(lock))
+        waitUntilTaken(lock, kNever); // or until the sender closes the answer
+        if (_isClosed || _isComplete)
             throwClosed();
         push(std::move(chunk));
     }
@@ -96,18 +101,25 @@ catch (const CimError& error)
     return false;
 }
 
-// False when the answer is closed.
-bool Reply::waitForRoom(std::unique_lock<std::mutex>& lock)
+// The time that the client takes is not the provider's.
+void Reply::waitUntilTaken(std::unique_lock<std::mutex>& lock, Time end)
 {
-    // The time that the client takes is not the provider's. The sender closes the answer of one that takes
-    // nothing.
     const Time asked = timeNow();
-    _isWaitingForRoom = true;
-    _room.wait(lock, [this] { return hasRoom() || _isClosed; });
-    _isWaitingForRoom = false;
+    const auto isOver = [this] { return isTaken() || _isClosed || _isComplete; };
+    _isWaiting = true;
+    _room.wait_until(lock, end, isOver);
+    _isWaiting = false;
     if (_due != kNever)
         _due += timeNow() - asked;
-    return !_isClosed;
+}
+
+void Reply::waitForQuickClient(std::unique_lock<std::mutex>& lock)
+{
+    if (_patience <= Time::duration::zero() || !_overflow.empty())
+        return;
+    const Time asked = timeNow();
+    waitUntilTaken(lock, asked + kMoment);
+    _patience = hasRoom() ? _patience - (timeNow() - asked) : Time::duration::zero();
 }
 
 std::size_t Reply::taken() const
@@ -174,10 +186,11 @@ Time Reply::check(Time now)
         return _heldUntil;
     if (now < _due)
         return _due;
-    if (_isWaitingForRoom)
+    if (_isWaiting)
         return now + kWaitStep; // by how much it is due later shows when the client has taken something
     if (!_isComplete)
     {
+        _isUnwanted = true;
         _reason = kLate;
         end(_late ? _late() : plainLateAnswer());
     }
@@ -209,35 +222,25 @@ Reply::Start Reply::takeHead(HttpResponse& head)
     return _isStreaming ? Start::Stream : Start::Whole;
 }
 
-std::size_t Reply::readUnsent(char* to, std::size_t most)
+// Empty if there is nothing to send now.
+std::string Reply::nextPiece()
 {
-    std::size_t size = 0;
-    while (size < most && !_unsent.empty())
-    {
-        const std::string& first = _unsent.front();
-        const std::size_t part = std::min(most - size, first.size() - _sentOfFirst);
-        std::memcpy(to + size, first.data() + _sentOfFirst, part);
-        size += part;
-        _sentOfFirst += part;
-        if (_sentOfFirst == first.size())
-        {
-            _unsent.pop_front();
-            _sentOfFirst = 0;
-        }
-    }
-    _unsentBytes -= size;
-    return size;
+    if (_unsent.empty() && !_overflow.empty())
+        return _overflow.read(_chunk);
+    if (_unsent.empty())
+        return std::exchange(_last, {});
+    std::string piece = std::move(_unsent.front());
+    _unsent.pop_front();
+    _unsentBytes -= piece.size();
+    return piece;
 }
 
-Reply::Piece Reply::read(char* to, std::size_t& size)
+Reply::Piece Reply::read(std::string& piece)
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    const std::size_t most = std::exchange(size, 0);
-    if (_unsent.empty() && _overflow.empty() && !_last.empty())
-        push(std::move(_last));
     try
     {
-        size = _unsent.empty() ? _overflow.read(to, most) : readUnsent(to, most);
+        piece = nextPiece();
     }
     catch (const CimError& error)
     {
@@ -246,10 +249,10 @@ Reply::Piece Reply::read(char* to, std::size_t& size)
         _isComplete = _isBroken = true;
         _overflow.clear();
     }
-    _sent += size;
-    if (hasRoom())
+    _sent += piece.size();
+    if (isTaken())
         _room.notify_all();
-    if (size != 0)
+    if (!piece.empty())
         return Piece::Text;
     if (_isComplete || _isClosed)
         return _isBroken || _isClosed ? Piece::Broken : Piece::End;
@@ -266,11 +269,11 @@ std::vector<HttpHeader> Reply::takeTrailers()
 void Reply::close(const std::string& reason)
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    _isClosed = true;
+    _isClosed = _isUnwanted = true;
     if (_reason.empty())
         _reason = reason;
     _unsent.clear();
-    _unsentBytes = _sentOfFirst = 0;
+    _unsentBytes = 0;
     _overflow.clear();
     _last.clear();
     _room.notify_all();

@@ -7,6 +7,7 @@
 #include "agent/http/deadline.h"
 #include "agent/limits/Limits.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -20,10 +21,11 @@ namespace cimd
 {
 
 // Holds what the maker has passed on and the sender has not sent: some of it in memory, more in a file, for a
-// provider that waited for its client could hold locks that others wait for. Only when there is no room in
-// the file either the maker waits. Two threads meet here: the maker, who may be late or never come back, and
-// the I/O thread, which sends, sees the client leave and looks at the time. Whoever is told that the answer
-// is closed owes it nothing more, so both share the object.
+// provider that waited for its client could hold locks that others wait for. A client that keeps up is waited
+// for a moment all the same, a fraction of a second in all, since a file costs more than sending. Only when
+// there is no room in the file either the maker waits for long. Two threads meet here: the maker, who may be
+// late or never come back, and the I/O thread, which sends, sees the client leave and looks at the time.
+// Whoever is told that the answer is closed owes it nothing more, so both share the object.
 class Reply : public AnswerStream
 {
   public:
@@ -60,13 +62,13 @@ class Reply : public AnswerStream
 
     enum class Piece
     {
-        Text,    ///< bytes were copied
+        Text,    ///< there are bytes
         Nothing, ///< there will be a call of `wake`
         End,
         Broken ///< the answer is incomplete and will stay so
     };
-    // Copies at most `size` bytes of a streaming answer's body to `to` and sets `size` to their number.
-    Piece read(char* to, std::size_t& size);
+    // Gives the next bytes of a streaming answer's body.
+    Piece read(std::string& piece);
     // What to send after the body; of a broken answer only.
     std::vector<HttpHeader> takeTrailers();
     // Nobody takes the rest: `reason` is what the maker hears.
@@ -76,8 +78,10 @@ class Reply : public AnswerStream
     void wakeSender();
     bool hasRoom() const { return _overflow.empty() && _unsentBytes <= _mostUnsent; }
     bool overflows(std::string_view chunk);
-    std::size_t readUnsent(char* to, std::size_t most);
-    bool waitForRoom(std::unique_lock<std::mutex>& lock);
+    std::string nextPiece();
+    bool isTaken() const { return _overflow.empty() && _unsentBytes <= _mostUnsent / 2; }
+    void waitUntilTaken(std::unique_lock<std::mutex>& lock, Time end);
+    void waitForQuickClient(std::unique_lock<std::mutex>& lock);
     void push(std::string&& chunk);
     void end(HttpResponse&& response);
     void hasReturned();
@@ -95,9 +99,8 @@ class Reply : public AnswerStream
     HttpResponse _response; // the head once the answer streams, everything if it never does
     std::deque<std::string> _unsent;
     std::size_t _unsentBytes = 0; // of _unsent
-    std::size_t _sentOfFirst = 0;
-    Overflow _overflow; // comes after _unsent
-    std::string _last;  // comes after the overflow
+    Overflow _overflow;           // comes after _unsent
+    std::string _last;            // comes after the overflow
     std::size_t _taken = 0;
     std::uint64_t _sent = 0; // bytes that the sender has read
     std::vector<HttpHeader> _trailers;
@@ -106,12 +109,15 @@ class Reply : public AnswerStream
     bool _isBroken = false;
     bool _isClosed = false; // the sender has nothing to take
     std::string _reason;
+    // Closed, or complete without its maker, who looks at this for each result and at the rest for a chunk.
+    std::atomic<bool> _isUnwanted{false};
 
     std::function<HttpResponse()> _late;
     std::function<void()> _writeOff;
     Time _due = kNever;
     Time _heldUntil = kNever; // set while a complete answer is kept back
-    bool _isWaitingForRoom = false;
+    bool _isWaiting = false;  // for the client
+    Time::duration _patience; // for a client that keeps up
 };
 
 } // namespace cimd

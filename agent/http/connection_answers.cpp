@@ -29,7 +29,7 @@ void Connection::respond(HttpResponse&& answer, bool closes)
     if (answer.body.size() <= kCopied)
         send(answer.body);
     else
-        _rest = std::move(answer.body);
+        sendAfter(std::move(answer.body));
 }
 
 // Brings the next part of an answer into _out.
@@ -74,9 +74,8 @@ void Connection::served(unsigned status)
 
 bool Connection::fetchPiece()
 {
-    std::vector<char>& buffer = _station.buffer;
-    std::size_t size = buffer.size();
-    switch (_exchange->reply.read(buffer.data(), size))
+    std::string piece;
+    switch (_exchange->reply.read(piece))
     {
     case Reply::Piece::Nothing:
         if (_out.empty())
@@ -93,17 +92,15 @@ bool Connection::fetchPiece()
     case Reply::Piece::Text:
         break;
     }
-    const std::string_view piece(buffer.data(), size);
-    if (_form.isOld)
+    if (!_form.isOld)
     {
-        send(piece);
-        return true;
+        char size[2 * sizeof piece.size()];
+        const auto sizeEnd = std::to_chars(size, std::end(size), piece.size(), 16).ptr;
+        send({size, static_cast<std::size_t>(sizeEnd - size)});
+        send("\r\n");
+        piece += "\r\n";
     }
-    char line[2 * sizeof size];
-    send({line, static_cast<std::size_t>(std::to_chars(line, std::end(line), size, 16).ptr - line)});
-    send("\r\n");
-    send(piece);
-    send("\r\n");
+    sendAfter(std::move(piece));
     return true;
 }
 
@@ -143,11 +140,22 @@ void Connection::send(std::string_view bytes)
     _out.append(bytes);
 }
 
+void Connection::sendAfter(std::string&& bytes)
+{
+    if (!_out.empty())
+    {
+        _rest = std::move(bytes);
+        return;
+    }
+    _progress = _station.now;
+    _out = std::move(bytes);
+}
+
 bool Connection::write()
 {
     if (!_canWrite)
         return false;
-    const Channel::Result put = _channel.write(std::string_view(_out).substr(_sent));
+    const Channel::Result put = _channel.write(std::string_view(_out).substr(_sent), !_rest.empty());
     switch (put.state)
     {
     case Channel::State::Done:

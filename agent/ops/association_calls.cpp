@@ -19,14 +19,15 @@ void objectOptions(Call& call, InstanceOptions& options)
 auto objectSink(Call& call)
 {
     return sinkFor<Instance>(call,
-                             [&call, tags = PropertyTags()](const Instance& item) mutable
-                             { writeObjectWithPath(call.xml, call.host, item, tags); });
+                             [&call, markup = ClassMarkup()](const Instance& item) mutable
+                             { writeObjectWithPath(call.xml, call.host, item, markup); });
 }
 
 auto objectPathSink(Call& call)
 {
-    return sinkFor<ObjectPath>(
-        call, [&call](const ObjectPath& item) { writeObjectPath(call.xml, call.host, item); });
+    return sinkFor<ObjectPath>(call,
+                               [&call, markup = ClassMarkup()](const ObjectPath& item) mutable
+                               { writeObjectPath(call.xml, call.host, item, markup); });
 }
 
 void associators(Call& call)

@@ -26,8 +26,8 @@ void enumerateInstances(Call& call)
     ignoreOldOptions(call);
     call.parameters.finish();
     auto sink = sinkFor<Instance>(call,
-                                  [&, tags = PropertyTags()](const Instance& item) mutable
-                                  { writeNamedInstance(call.xml, item, tags); });
+                                  [&, markup = ClassMarkup()](const Instance& item) mutable
+                                  { writeNamedInstance(call.xml, item, markup); });
     call.service.enumerateInstances(call.context, request, sink);
 }
 
@@ -37,7 +37,9 @@ void enumerateInstanceNames(Call& call)
     request.nameSpace = call.nameSpace();
     request.className = call.about(call.parameters.requiredClassName("ClassName"));
     call.parameters.finish();
-    auto sink = sinkFor<ObjectPath>(call, [&](const ObjectPath& item) { writeInstanceName(call.xml, item); });
+    auto sink = sinkFor<ObjectPath>(call,
+                                    [&, markup = ClassMarkup()](const ObjectPath& item) mutable
+                                    { markup.writeName(call.xml, item); });
     call.service.enumerateInstanceNames(call.context, request, sink);
 }
 

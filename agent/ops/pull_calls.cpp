@@ -114,16 +114,16 @@ class SpoolingSink : public Sink<Item>
     void encode(const Instance& instance)
     {
         encode(instance.path());
-        writeInstance(_bodyXml, instance, _tags);
+        _markup.writeInstance(_bodyXml, instance);
     }
-    void encode(const ObjectPath& path) { writeInstancePath(_headXml, _call.host, path); }
+    void encode(const ObjectPath& path) { writeInstancePath(_headXml, _call.host, path, _markup); }
 
     Call& _call;
     Spool& _spool;
     std::string _head;
     std::string _body;
     XmlWriter _headXml{_head};
-    PropertyTags _tags;
+    ClassMarkup _markup;
     XmlWriter _bodyXml{_body, [this] { keep(true); }};
 };
 

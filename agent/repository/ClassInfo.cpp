@@ -142,7 +142,10 @@ void ClassInfo::index()
               _keys.end(),
               [](const PropertyDecl* a, const PropertyDecl* b) { return a->name < b->name; });
     for (const PropertyDecl* key : _keys)
+    {
         _keyIndexes.push_back(*findProperty(key->name.str()));
+        _blankKeys.push_back({key->name, CimValue::null(key->type)});
+    }
 }
 
 bool ClassInfo::isA(const CimName& className) const

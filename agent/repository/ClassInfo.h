@@ -55,6 +55,8 @@ class ClassInfo
 
     // Every property in class order, NULL: where the properties of an instance are filled in.
     const std::vector<Property>& blank() const { return _blank; }
+    // The same for the keys of a path.
+    const std::vector<KeyBinding>& blankKeys() const { return _blankKeys; }
 
     // What a client sees of the class: its own and, unless `localOnly`, its inherited features with the
     // qualifiers that reach it.
@@ -84,6 +86,7 @@ class ClassInfo
     std::vector<std::size_t> _structured;
     std::vector<const MethodDecl*> _methods;
     std::vector<Property> _blank;
+    std::vector<KeyBinding> _blankKeys;
     bool _isAssociation = false;
     bool _isIndication = false;
 };

@@ -88,8 +88,10 @@ void completePath(ObjectPath& path,
                   const ClassRepository& repository,
                   const std::string& nameSpace)
 {
-    path.setHost({});
-    path.setClassName(info.name());
+    if (!path.host().empty())
+        path.setHost({});
+    if (!path.className().shares(info.name()))
+        path.setClassName(info.name());
     if (path.nameSpace().empty())
         path.setNameSpace(nameSpace);
     if (path.keys().size() != info.keys().size())

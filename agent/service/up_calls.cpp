@@ -28,7 +28,7 @@ struct UpCall
 {
     UpCall(const CMPIBroker* mb, const CMPIContext* ctx, const CMPIObjectPath* target)
         : service(ServiceBroker::of(mb).service()), context(objectOf<ContextObject>(ctx)),
-          path(objectOf<ObjectPathObject>(target).path), nameSpace(path.nameSpace())
+          path(objectOf<ObjectPathObject>(target).path()), nameSpace(path.nameSpace())
     {
         if (!nameSpace.empty())
             return;

@@ -5,6 +5,9 @@
 #include "agent/cim/value_text.h"
 #include "xml/scalar_text.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace cimd
 {
 
@@ -78,20 +81,22 @@ void writeElements(XmlWriter& xml, const CimValue::Elements& elements)
             writeScalar(xml, element);
 }
 
-PropertyTags::Tags tagsOf(const Property& property)
+// Scalars stand in a VALUE, references and arrays bring elements of their own.
+bool opensValue(const CimValue& value)
+{
+    return !value.isArray() && value.type() != CimType::Reference;
+}
+
+// The start of a property's element, without that of its value.
+void openProperty(XmlWriter& xml, const Property& property)
 {
     const CimType type = property.value.type();
-    PropertyTags::Tags tags{property.name, type, property.value.isArray(), {}, {}};
-    if (type == CimType::Reference && tags.isArray)
+    if (type == CimType::Reference && property.value.isArray())
         throw CimError(CimStatus::Failed,
                        "property " + property.name.str() +
                            ": CIM-XML has no arrays of references in instances");
-    tags.end = type == CimType::Reference ? "</PROPERTY.REFERENCE>"
-               : tags.isArray             ? "</PROPERTY.ARRAY>"
-                                          : "</VALUE></PROPERTY>";
-    XmlWriter xml(tags.start);
     xml.open(type == CimType::Reference ? "PROPERTY.REFERENCE"
-             : tags.isArray             ? "PROPERTY.ARRAY"
+             : property.value.isArray() ? "PROPERTY.ARRAY"
                                         : "PROPERTY");
     xml.attribute("NAME", property.name.str());
     if (type != CimType::Reference)
@@ -100,26 +105,50 @@ PropertyTags::Tags tagsOf(const Property& property)
         xml.attribute("CLASSORIGIN", property.classOrigin.str());
     writeEmbeddedAttribute(xml, type);
     xml.content();
-    if (tags.opensValue())
-        xml.start("VALUE");
-    return tags;
 }
 
-void writeProperty(XmlWriter& xml, const CimValue& value, const PropertyTags::Tags& tags)
+std::string_view propertyEnd(const CimValue& value)
 {
-    std::string_view start = tags.start;
-    std::string_view end = tags.end;
-    if (value.isNull() && tags.opensValue())
-    {
-        // NULL takes two tags as well: sblim-wbemcli reads the one-tag form only of elements that never hold
-        // anything.
-        start.remove_suffix(std::string_view("<VALUE>").size());
-        end.remove_prefix(std::string_view("</VALUE>").size());
-    }
-    xml.raw(start);
-    if (!value.isNull())
-        tags.opensValue() ? writeScalarText(xml, value) : writeValue(xml, value);
-    xml.raw(end);
+    return value.type() == CimType::Reference ? "</PROPERTY.REFERENCE>"
+           : value.isArray()                  ? "</PROPERTY.ARRAY>"
+                                              : "</PROPERTY>";
+}
+
+void openInstanceName(XmlWriter& xml, const ObjectPath& path)
+{
+    xml.open("INSTANCENAME").attribute("CLASSNAME", path.className().str()).content();
+}
+
+void openKey(XmlWriter& xml, const KeyBinding& key)
+{
+    const CimType type = key.value.type();
+    xml.open("KEYBINDING").attribute("NAME", key.name.str()).content();
+    if (type != CimType::Reference)
+        xml.open("KEYVALUE")
+            .attribute("VALUETYPE", keyKind(type))
+            .attribute("TYPE", typeName(type))
+            .content();
+}
+
+void writeKeyValue(XmlWriter& xml, const CimValue& value)
+{
+    if (value.type() == CimType::Reference)
+        writeReference(xml, value.asReference());
+    else
+        writeScalarText(xml, value);
+}
+
+std::string_view keyEnd(CimType type)
+{
+    return type == CimType::Reference ? "</KEYBINDING>" : "</KEYVALUE></KEYBINDING>";
+}
+
+void writeNameSpacePath(XmlWriter& xml, const std::string& host, const std::string& nameSpace)
+{
+    xml.start("NAMESPACEPATH");
+    xml.element("HOST", host);
+    writeLocalNameSpacePath(xml, nameSpace);
+    xml.close("NAMESPACEPATH");
 }
 
 } // namespace
@@ -143,38 +172,21 @@ void writeClassName(XmlWriter& xml, const CimName& name)
 
 void writeInstanceName(XmlWriter& xml, const ObjectPath& path)
 {
-    xml.open("INSTANCENAME").attribute("CLASSNAME", path.className().str()).content();
+    openInstanceName(xml, path);
     for (const KeyBinding& key : path.keys())
     {
-        xml.raw("<KEYBINDING NAME=\"");
-        xml.text(key.name.str());
-        const CimType type = key.value.type();
-        if (type == CimType::Reference)
-        {
-            xml.raw("\">");
-            writeReference(xml, key.value.asReference());
-            xml.raw("</KEYBINDING>");
-            continue;
-        }
-        xml.raw("\"><KEYVALUE VALUETYPE=\"");
-        xml.raw(keyKind(type));
-        xml.raw("\" TYPE=\"");
-        xml.raw(typeName(type));
-        xml.raw("\">");
-        writeScalarText(xml, key.value);
-        xml.raw("</KEYVALUE></KEYBINDING>");
+        openKey(xml, key);
+        writeKeyValue(xml, key.value);
+        xml.raw(keyEnd(key.value.type()));
     }
     xml.close("INSTANCENAME");
 }
 
-void writeInstancePath(XmlWriter& xml, const std::string& host, const ObjectPath& path)
+void writeInstancePath(XmlWriter& xml, const std::string& host, const ObjectPath& path, ClassMarkup& markup)
 {
     xml.start("INSTANCEPATH");
-    xml.start("NAMESPACEPATH");
-    xml.element("HOST", host);
-    writeLocalNameSpacePath(xml, path.nameSpace());
-    xml.close("NAMESPACEPATH");
-    writeInstanceName(xml, path);
+    writeNameSpacePath(xml, host, path.nameSpace());
+    markup.writeName(xml, path);
     xml.close("INSTANCEPATH");
 }
 
@@ -184,7 +196,12 @@ void writeReference(XmlWriter& xml, const ObjectPath& path)
     if (path.nameSpace().empty())
         writeInstanceName(xml, path);
     else if (!path.host().empty())
-        writeInstancePath(xml, path.host(), path);
+    {
+        xml.start("INSTANCEPATH");
+        writeNameSpacePath(xml, path.host(), path.nameSpace());
+        writeInstanceName(xml, path);
+        xml.close("INSTANCEPATH");
+    }
     else
     {
         xml.start("LOCALINSTANCEPATH");
@@ -216,53 +233,140 @@ void writeEmbeddedAttribute(XmlWriter& xml, CimType type)
         xml.attribute("EmbeddedObject", type == CimType::Instance ? "instance" : "object");
 }
 
-const PropertyTags::Tags& PropertyTags::of(const Property& property, std::size_t index)
+bool ClassMarkup::fits(const ObjectPath& path) const
 {
-    const bool isRemembered = index < _tags.size() && property.classOrigin.empty() &&
-                              _tags[index].name.shares(property.name) &&
-                              property.value.hasType(_tags[index].type, _tags[index].isArray);
-    if (isRemembered)
-        return _tags[index];
-    Tags tags = tagsOf(property);
-    if (!property.classOrigin.empty())
-        tags.name = CimName(); // shared with no other property
-    if (index >= _tags.size())
-        _tags.resize(index + 1);
-    return _tags[index] = std::move(tags);
+    return _pathClass.shares(path.className()) &&
+           std::equal(_keys.begin(),
+                      _keys.end(),
+                      path.keys().begin(),
+                      path.keys().end(),
+                      [](const Key& known, const KeyBinding& key)
+                      { return known.name.shares(key.name) && known.type == key.value.type(); });
 }
 
-void writeInstance(XmlWriter& xml, const Instance& instance, PropertyTags& tags)
+void ClassMarkup::remember(const ObjectPath& path)
 {
-    xml.open("INSTANCE").attribute("CLASSNAME", instance.className().str()).content();
+    _pathClass = path.className();
+    _keys.clear();
+    std::string markup;
+    XmlWriter xml(markup);
+    openInstanceName(xml, path);
+    for (const KeyBinding& key : path.keys())
+    {
+        openKey(xml, key);
+        _keys.push_back({key.name, key.value.type(), std::exchange(markup, {})});
+        xml.raw(keyEnd(key.value.type()));
+    }
+    xml.close("INSTANCENAME");
+    _pathEnd = std::move(markup);
+}
+
+void ClassMarkup::writeName(XmlWriter& xml, const ObjectPath& path)
+{
+    if (!fits(path))
+        remember(path);
+    for (std::size_t i = 0; i < _keys.size(); ++i)
+    {
+        xml.raw(_keys[i].before);
+        writeKeyValue(xml, path.keys()[i].value);
+    }
+    xml.raw(_pathEnd);
+}
+
+bool ClassMarkup::fits(const Instance& instance) const
+{
+    return _class.shares(instance.className()) &&
+           std::equal(_elements.begin(),
+                      _elements.end(),
+                      instance.properties().begin(),
+                      instance.properties().end(),
+                      [](const Element& known, const Property& property)
+                      {
+                          return known.name.shares(property.name) &&
+                                 known.classOrigin.identical(property.classOrigin) &&
+                                 property.value.hasType(known.type, known.isArray);
+                      });
+}
+
+void ClassMarkup::remember(const Instance& instance)
+{
+    _class = CimName(); // nothing fits until all is there
+    _elements.clear();
+    _open.clear();
+    _nulls.clear();
+    XmlWriter(_open).open("INSTANCE").attribute("CLASSNAME", instance.className().str()).content();
+    for (const Property& property : instance.properties())
+    {
+        std::string start;
+        XmlWriter xml(start);
+        openProperty(xml, property);
+        // NULL takes two tags as well: sblim-wbemcli reads the one-tag form only of elements that never hold
+        // anything.
+        _nulls.append(start).append(propertyEnd(property.value));
+        std::string_view end = propertyEnd(property.value);
+        if (opensValue(property.value))
+        {
+            xml.start("VALUE");
+            end = "</VALUE></PROPERTY>";
+        }
+        _elements.push_back({property.name,
+                             property.classOrigin,
+                             property.value.type(),
+                             property.value.isArray(),
+                             std::move(start),
+                             end,
+                             _nulls.size()});
+    }
+    _class = instance.className();
+}
+
+void ClassMarkup::writeInstance(XmlWriter& xml, const Instance& instance)
+{
+    if (!fits(instance))
+        remember(instance);
+    xml.raw(_open);
     const std::vector<Property>& properties = instance.properties();
+    std::size_t written = 0; // of _nulls, or passed over
     for (std::size_t i = 0; i < properties.size(); ++i)
-        writeProperty(xml, properties[i].value, tags.of(properties[i], i));
+    {
+        const CimValue& value = properties[i].value;
+        if (value.isNull())
+            continue; // with those that follow
+        const Element& element = _elements[i];
+        const std::size_t nullsEnd = i == 0 ? 0 : _elements[i - 1].nullEnd;
+        xml.raw(std::string_view(_nulls).substr(written, nullsEnd - written));
+        written = element.nullEnd;
+        xml.raw(element.start);
+        opensValue(value) ? writeScalarText(xml, value) : writeValue(xml, value);
+        xml.raw(element.end);
+    }
+    xml.raw(std::string_view(_nulls).substr(written));
     xml.close("INSTANCE");
 }
 
-void writeNamedInstance(XmlWriter& xml, const Instance& instance, PropertyTags& tags)
+void writeNamedInstance(XmlWriter& xml, const Instance& instance, ClassMarkup& markup)
 {
-    xml.start("VALUE.NAMEDINSTANCE");
-    writeInstanceName(xml, instance.path());
-    writeInstance(xml, instance, tags);
-    xml.close("VALUE.NAMEDINSTANCE");
+    xml.raw("<VALUE.NAMEDINSTANCE>");
+    markup.writeName(xml, instance.path());
+    markup.writeInstance(xml, instance);
+    xml.raw("</VALUE.NAMEDINSTANCE>");
 }
 
 void writeObjectWithPath(XmlWriter& xml,
                          const std::string& host,
                          const Instance& instance,
-                         PropertyTags& tags)
+                         ClassMarkup& markup)
 {
     xml.start("VALUE.OBJECTWITHPATH");
-    writeInstancePath(xml, host, instance.path());
-    writeInstance(xml, instance, tags);
+    writeInstancePath(xml, host, instance.path(), markup);
+    markup.writeInstance(xml, instance);
     xml.close("VALUE.OBJECTWITHPATH");
 }
 
-void writeObjectPath(XmlWriter& xml, const std::string& host, const ObjectPath& path)
+void writeObjectPath(XmlWriter& xml, const std::string& host, const ObjectPath& path, ClassMarkup& markup)
 {
     xml.start("OBJECTPATH");
-    writeInstancePath(xml, host, path);
+    writeInstancePath(xml, host, path, markup);
     xml.close("OBJECTPATH");
 }
 

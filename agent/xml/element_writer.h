@@ -21,8 +21,6 @@ namespace cimd
 void writeLocalNameSpacePath(XmlWriter& xml, const std::string& nameSpace);
 void writeClassName(XmlWriter& xml, const CimName& name);
 void writeInstanceName(XmlWriter& xml, const ObjectPath& path);
-// INSTANCEPATH; the path's own host does not matter.
-void writeInstancePath(XmlWriter& xml, const std::string& host, const ObjectPath& path);
 // VALUE.REFERENCE around as full a path as host and namespace allow.
 void writeReference(XmlWriter& xml, const ObjectPath& path);
 
@@ -30,43 +28,64 @@ void writeReference(XmlWriter& xml, const ObjectPath& path);
 void writeValue(XmlWriter& xml, const CimValue& value);
 // " EmbeddedObject=..." after the other attributes of an open tag, for the two embedded types.
 void writeEmbeddedAttribute(XmlWriter& xml, CimType type);
-// Remembers the tags of one instance for the next, which is mostly of the same class.
-class PropertyTags
+// What is the same for all instances of a class, put together once: the markup of the path and of the
+// instance that were written last is kept for the next ones, which are mostly of the same class.
+class ClassMarkup
 {
   public:
-    struct Tags
+    // INSTANCENAME
+    void writeName(XmlWriter& xml, const ObjectPath& path);
+    // INSTANCE; CimError if a property is an array of references, which CIM-XML does not have.
+    void writeInstance(XmlWriter& xml, const Instance& instance);
+
+  private:
+    struct Key
     {
         CimName name;
+        CimType type;
+        std::string before; // what stands between the value of the key before and this one's
+    };
+    struct Element
+    {
+        CimName name;
+        CimName classOrigin;
         CimType type;
         bool isArray;
         std::string start; // with the start of a VALUE for a scalar
         std::string_view end;
-
-        bool opensValue() const { return !isArray && type != CimType::Reference; }
+        std::size_t nullEnd; // in _nulls
     };
 
-    // Of the property at this place of an instance. They live until the next call for the place.
-    const Tags& of(const Property& property, std::size_t index);
+    bool fits(const ObjectPath& path) const;
+    void remember(const ObjectPath& path);
+    bool fits(const Instance& instance) const;
+    void remember(const Instance& instance);
 
-  private:
-    std::vector<Tags> _tags;
+    CimName _pathClass;
+    std::vector<Key> _keys;
+    std::string _pathEnd;
+
+    CimName _class;
+    std::vector<Element> _elements;
+    std::string _open;  // the start of the INSTANCE
+    std::string _nulls; // every property as it is written when it is NULL, one behind the other
 };
 
-void writeInstance(XmlWriter& xml, const Instance& instance, PropertyTags& tags);
 inline void writeInstance(XmlWriter& xml, const Instance& instance)
 {
-    PropertyTags tags;
-    writeInstance(xml, instance, tags);
+    ClassMarkup().writeInstance(xml, instance);
 }
 // INSTANCENAME and INSTANCE.
-void writeNamedInstance(XmlWriter& xml, const Instance& instance, PropertyTags& tags);
+void writeNamedInstance(XmlWriter& xml, const Instance& instance, ClassMarkup& markup);
 // VALUE.OBJECTWITHPATH: INSTANCEPATH and INSTANCE.
 void writeObjectWithPath(XmlWriter& xml,
                          const std::string& host,
                          const Instance& instance,
-                         PropertyTags& tags);
+                         ClassMarkup& markup);
+// INSTANCEPATH; the path's own host does not matter.
+void writeInstancePath(XmlWriter& xml, const std::string& host, const ObjectPath& path, ClassMarkup& markup);
 // OBJECTPATH: INSTANCEPATH.
-void writeObjectPath(XmlWriter& xml, const std::string& host, const ObjectPath& path);
+void writeObjectPath(XmlWriter& xml, const std::string& host, const ObjectPath& path, ClassMarkup& markup);
 // PARAMVALUE.
 void writeArgument(XmlWriter& xml, const Argument& argument);
 // RETURNVALUE; nothing for NULL.

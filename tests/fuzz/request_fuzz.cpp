@@ -82,8 +82,8 @@ try
             [](XmlElement e) { return kReader.namedInstance(e); },
             [](XmlWriter& xml, const Instance& instance)
             {
-                PropertyTags tags;
-                writeNamedInstance(xml, instance, tags);
+                ClassMarkup markup;
+                writeNamedInstance(xml, instance, markup);
             });
     }
     return 0;

@@ -192,6 +192,38 @@ TEST_F(CmpiObjects, KeepPathsAndTheirKeys)
     EXPECT_EQ(text(CMGetKey(CMGetObjectPath(widget, nullptr), "Name", nullptr)), "again");
 }
 
+// The names of a path's keys come from its class, and those of a path that has gone are used again.
+TEST_F(CmpiObjects, FillPathsOfOneClassOneAfterTheOther)
+{
+    const struct
+    {
+        std::vector<const char*> keys; // as they are added
+        const char* text;
+    } rows[] = {{{"Id", "Active"}, "Active=TRUE,Id=7"},
+                {{}, "root/test:Test_Compound"},
+                {{"Active", "Id", "Id"}, "Active=TRUE,Id=7"},
+                {{"id"}, "id=7"},
+                {{"Id", "ID"}, "Id=7"},
+                {{"Id", "Zeal", "Active"}, "Active=TRUE,Id=7,Zeal=7"}};
+    for (const auto& row : rows)
+    {
+        CMPIObjectPath* path = newPath("Test_Compound");
+        for (const char* name : row.keys)
+        {
+            CMPIValue value{};
+            const bool isActive = std::string(name) == "Active";
+            isActive ? value.boolean = 1 : value.uint32 = 7;
+            path->ft->addKey(path, name, &value, isActive ? CMPI_boolean : CMPI_uint32);
+        }
+        CMPIObjectPath* clone = CMClone(path, nullptr);
+        CMRelease(path);
+        std::string told = text(clone->ft->toString(clone, nullptr));
+        CMRelease(clone);
+        told.erase(0, told.find('.') + 1);
+        EXPECT_EQ(row.text, told);
+    }
+}
+
 TEST_F(CmpiObjects, CarryInstancesWithinInstances)
 {
     CMPIInstance* part = CMNewInstance(mb, newPath("Test_Part"), nullptr);

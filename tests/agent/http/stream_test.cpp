@@ -152,6 +152,33 @@ TEST_F(StreamTest, WaitsForASlowClientAndStopsForOneThatLeaves)
     EXPECT_LT(taken, 64U * 1024 * 1024) << "what buffers hold, not what an endless handler makes";
 }
 
+TEST_F(StreamTest, StopsWithinAChunkForAClientThatHasLeft)
+{
+    start(
+        [this](HttpRequest&, AnswerStream& stream)
+        {
+            HttpResponse response{200, {}, pieces(4)};
+            const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+            try
+            {
+                for (stream.flush(response); std::chrono::steady_clock::now() < end;)
+                    stream.flush(response);
+                reason.set_value("it went on");
+            }
+            catch (const AnswerClosed& closed)
+            {
+                reason.set_value(closed.what());
+            }
+            return response;
+        });
+    {
+        RawClient client(port);
+        client.send(post(""));
+        client.hears(std::chrono::seconds(10)); // and does not read
+    }
+    EXPECT_EQ("the client has gone", reason.get_future().get());
+}
+
 TEST_F(StreamTest, BearsWithAClientThatTakesLittleAtATime)
 {
     limits.answerFileBytes = 64 * 1024 * 1024;          // never read to its end

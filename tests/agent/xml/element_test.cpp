@@ -93,6 +93,18 @@ TEST(Element, EscapesWhatReadersWouldChange)
         appendEscaped(out, row.text);
         EXPECT_EQ("x" + std::string(row.escaped), out);
     }
+    // Wherever a byte stands, it is written as it is alone.
+    for (int c = 0; c < 0x80; ++c)
+        for (std::size_t at = 0; at < 12; ++at)
+        {
+            std::string text(12, 'a');
+            text[at] = static_cast<char>(c);
+            std::string alone(at, 'a');
+            appendEscaped(alone, text.substr(at, 1));
+            std::string out;
+            appendEscaped(out, text);
+            EXPECT_EQ(alone.append(11 - at, 'a'), out);
+        }
 }
 
 TEST(Element, InstancesAndPathsSurviveTheWire)
@@ -201,8 +213,54 @@ TEST(Element, PathsAreWrittenAlikeEverywhere)
     XmlWriter nameXml(name);
     XmlWriter fullXml(full);
     writeInstanceName(nameXml, path);
-    writeInstancePath(fullXml, "h", other);
+    ClassMarkup markup;
+    writeInstancePath(fullXml, "h", other, markup);
     EXPECT_NE(std::string::npos, full.find(name));
+}
+
+// What is remembered of one instance must not show in the next.
+TEST(Element, RememberedMarkupIsUsedWhereItFits)
+{
+    const CimName key("K");
+    const CimName property("P");
+    const auto made = [&](const CimName& className, const CimValue& id, const CimValue& value, CimName origin)
+    {
+        ObjectPath path("root/interop", className);
+        path.setKey(key, id);
+        Instance instance(className);
+        instance.setPath(path);
+        instance.properties() = {{"First", CimValue::null(CimType::Uint8), {}},
+                                 {property, value, std::move(origin)},
+                                 {"Last", CimValue::null(CimType::DateTime), {}}};
+        return instance;
+    };
+    const CimName one("Test_One");
+    const CimName other("Test_Other");
+    const CimValue text = CimValue::string("a");
+    const CimValue path = CimValue::reference(ObjectPath("n", "Test_Far"));
+    const Instance instances[] = {made(one, text, text, {}),
+                                  made(one, text, CimValue::null(CimType::String), {}),
+                                  made(one, CimValue::uint8(1), CimValue::uint8(1), {}),
+                                  made(one, path, path, {}),
+                                  made(one, text, CimValue::array(CimType::String, {text}), {}),
+                                  made(other, text, text, "Test_Base"),
+                                  made(other, text, text, {}),
+                                  made(other, text, text, "Test_Other")};
+    const auto written = [](const Instance& instance, ClassMarkup& markup)
+    {
+        std::string out;
+        XmlWriter xml(out);
+        writeNamedInstance(xml, instance, markup);
+        return out;
+    };
+    ClassMarkup kept;
+    for (const Instance& instance : instances)
+        for (const Instance& before : instances)
+        {
+            written(before, kept);
+            ClassMarkup fresh;
+            EXPECT_EQ(written(instance, fresh), written(instance, kept));
+        }
 }
 
 } // namespace
