@@ -1,5 +1,4 @@
 // cimd: reads its command line, starts, serves until it is told to stop.
-#include "agent/Options.h"
 #include "agent/http/HttpServer.h"
 #include "agent/http/SpoolArea.h"
 #include "agent/limits/Limits.h"
@@ -11,6 +10,9 @@
 #include "agent/run/exit_status.h"
 #include "agent/run/signals.h"
 #include "agent/service/AgentCore.h"
+#include "agent/settings/Settings.h"
+#include "agent/settings/StartError.h"
+#include "agent/settings/help.h"
 
 #include <algorithm>
 #include <chrono>
@@ -36,7 +38,7 @@ std::string programDirectory()
 
 // Runs a step of the start and puts the option that is to blame before its complaint.
 template <class Step>
-auto starting(const char* option, Step step)
+auto starting(const Settings& settings, const char* option, Step step)
 {
     try
     {
@@ -48,14 +50,14 @@ auto starting(const char* option, Step step)
     }
     catch (const std::exception& error)
     {
-        throw StartError(std::string(option) + ": " + error.what());
+        throw StartError(settings.place(option) + ": " + error.what());
     }
 }
 
 // Everything that outlives a serving process, and how the one that reads this is told to behave.
 struct Setting
 {
-    const Options& options;
+    const Settings& settings;
     std::vector<ListenSocket>& sockets;
     const TlsIdentity& tls;
     InFlight& inFlight;
@@ -95,25 +97,27 @@ std::string urlsOf(const std::vector<ListenSocket>& sockets)
     return urls;
 }
 
-TlsIdentity readTlsIdentity(const Options& options)
+TlsIdentity readTlsIdentity(const Settings& settings)
 {
+    const Options& options = settings.options();
     TlsIdentity tls;
     if (options.certificate)
     {
-        tls.certificate = starting("--certificate", [&] { return readCertificate(*options.certificate); });
-        tls.key =
-            starting("--private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
+        tls.certificate =
+            starting(settings, "certificate", [&] { return readCertificate(*options.certificate); });
+        tls.key = starting(
+            settings, "private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
     }
     return tls;
 }
 
 // The certificate may have been renewed. Faulty files change nothing.
-void reload(const Options& options, HttpServer& server)
+void reload(const Settings& settings, HttpServer& server)
 try
 {
-    if (!options.certificate)
+    if (!settings.options().certificate)
         return;
-    server.setTls(readTlsIdentity(options));
+    server.setTls(readTlsIdentity(settings));
     log(LogLevel::Info, "cimd", "SIGHUP: certificate and key were read again");
 }
 catch (const std::exception& error)
@@ -139,7 +143,7 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
     int signal = nextSignal(signals);
     for (; signal == SIGUSR1 || (signal == SIGHUP && !setting.terminal.hasGone());
          signal = nextSignal(signals))
-        signal == SIGUSR1 ? showWork(setting, counters, server) : reload(setting.options, server);
+        signal == SIGUSR1 ? showWork(setting, counters, server) : reload(setting.settings, server);
     log(LogLevel::Info, "cimd", signalName(signal) + ": stopping");
     // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
     // of a service may have been sent the first.
@@ -162,7 +166,7 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
 {
     log(LogLevel::Error,
         "cimd",
-        "more than " + std::to_string(setting.options.limits.hungWorkers) +
+        "more than " + std::to_string(setting.settings.options().limits.hungWorkers) +
             " operations hang in their providers; ending the process");
     leave(setting, kExitHung);
 }
@@ -195,21 +199,32 @@ class Indications
     ProviderManager& _providers;
 };
 
+// The simulated switch, if the options ask something of it.
+void startSwitch(const Settings& settings)
+{
+    const Options& options = settings.options();
+    if (options.scenario)
+        starting(settings, "scenario", [&] { openScenario(options.providerDir, *options.scenario); });
+    if (options.state)
+        starting(settings, "state", [&] { keepState(options.providerDir, *options.state); });
+    if (options.switchSocket)
+        starting(settings,
+                 "switch-socket",
+                 [&] { takeSwitchCommands(options.providerDir, *options.switchSocket); });
+}
+
 int serve(const Setting& setting)
 {
     // Before the first thread, so that signals are taken here alone.
     SignalSet signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1});
-    const Options& options = setting.options;
+    const Settings& settings = setting.settings;
+    const Options& options = settings.options();
     const Limits& limits = options.limits;
-    if (options.scenario)
-        openScenario(options.providerDir, *options.scenario);
-    if (options.state)
-        keepState(options.providerDir, *options.state);
-    if (options.switchSocket)
-        takeSwitchCommands(options.providerDir, *options.switchSocket);
-    AgentCore core(starting("--repository", [&] { return ClassRepository::load(options.repository); }),
-                   starting("--registration", [&] { return loadRegistrations(options.registration); }),
-                   options.providerDir);
+    startSwitch(settings);
+    AgentCore core(
+        starting(settings, "repository", [&] { return ClassRepository::load(options.repository); }),
+        starting(settings, "registration", [&] { return loadRegistrations(options.registration); }),
+        options.providerDir);
     Counters counters(classNames(core.repository()));
     const Watch watch{&setting.inFlight, &counters, setting.trace};
     FrontEnd frontEnd(core.service(), limits, watch, options.spoolDirectory);
@@ -219,7 +234,8 @@ int serve(const Setting& setting)
     {
         const bool isReplacement = setting.supervisor != nullptr && setting.supervisor->hasBeenReady();
         const FirstRead firstRead = isReplacement ? FirstRead::MayFail : FirstRead::MustSucceed;
-        starting("--password-file",
+        starting(settings,
+                 "password-file",
                  [&] { return &authenticator.emplace(*options.passwordFile, limits, firstRead); });
         gate.emplace(frontEnd, *authenticator, limits);
     }
@@ -256,18 +272,17 @@ int serve(const Setting& setting)
 }
 
 // The modules that send indications read from the environment whom they trust.
-void handOnTrust(const Options& options)
+void handOnTrust(const Settings& settings)
 {
+    const Options& options = settings.options();
     if (options.indicationCa)
     {
-        starting("--indication-ca", [&] { return readCertificate(*options.indicationCa); });
+        starting(settings, "indication-ca", [&] { return readCertificate(*options.indicationCa); });
         setenv("VRAX_INDICATION_CA", options.indicationCa->c_str(), 1);
     }
     if (options.isIndicationInsecure)
         setenv("VRAX_INDICATION_INSECURE", "1", 1);
 }
-
-constexpr std::uint16_t kTlsPort = 5989; // wbem-https in the registry of ports
 
 // The server, its providers and the C library have some descriptors of their own.
 constexpr std::size_t kOtherDescriptors = 64;
@@ -289,60 +304,61 @@ void makeRoomForFiles(const Limits& limits)
 constexpr int kHeaps = 2;
 
 void listenOn(std::vector<ListenSocket>& sockets,
-              const Options& options,
+              const Settings& settings,
               const char* portOption,
               std::uint16_t port,
               bool isTls)
 try
 {
-    sockets.emplace_back(options.address, port, options.limits.backlog, isTls);
+    sockets.emplace_back(settings.options().address, port, settings.options().limits.backlog, isTls);
 }
 catch (const std::system_error& error)
 {
     const bool isPortToBlame = error.code() == std::errc::address_in_use ||
                                error.code() == std::errc::permission_denied; // below 1024
-    throw StartError(std::string(isPortToBlame ? portOption : "--listen") + ": " + error.what());
+    throw StartError(settings.place(isPortToBlame ? portOption : "listen") + ": " + error.what());
 }
 catch (const std::exception& error)
 {
-    throw StartError(std::string("--listen: ") + error.what());
+    throw StartError(settings.place("listen") + ": " + error.what());
 }
 
-int start(const Options& options)
+int start(const Settings& settings)
 {
+    const Options& options = settings.options();
     mallopt(M_ARENA_MAX, kHeaps);
     std::signal(SIGPIPE, SIG_IGN);
     const Limits& limits = options.limits;
     makeRoomForFiles(limits);
     std::vector<ListenSocket> sockets;
     if (options.isPlainServed)
-        listenOn(sockets, options, "--port", options.port, false);
+        listenOn(sockets, settings, "port", options.port, false);
     if (options.certificate)
-        listenOn(sockets, options, "--tls-port", options.tlsPort.value_or(kTlsPort), true);
+        listenOn(sockets, settings, "tls-port", options.tlsPort, true);
     if (!sockets.front().isLoopback() && !options.passwordFile && !options.isOpen)
-        throw StartError("--listen: " + options.address +
+        throw StartError(settings.place("listen") + ": " + options.address +
                          " is not for this machine alone: --password-file is needed, or --no-authentication");
     if (options.passwordFile && options.isPlainServed && !sockets.front().isLoopback())
         log(LogLevel::Warning,
             "auth",
             "passwords come over HTTP, readable on the way; --no-http takes them over HTTPS only");
-    handOnTrust(options);
-    starting("--spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
-    TlsIdentity tls = readTlsIdentity(options); // not after a crash: then files may be half renewed
+    handOnTrust(settings);
+    starting(settings, "spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
+    TlsIdentity tls = readTlsIdentity(settings); // not after a crash: then files may be half renewed
     std::optional<XmlTrace> trace;
     if (options.traceXml)
-        starting("--trace-xml", [&] { return &trace.emplace(*options.traceXml); });
+        starting(settings, "trace-xml", [&] { return &trace.emplace(*options.traceXml); });
     // All that can run at once: one more that hangs than may is what ends the process.
     InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1);
     const Terminal terminal;
-    Setting setting{options, sockets, tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
+    Setting setting{settings, sockets, tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);
     const auto readAgain = [&]
     {
         try
         {
-            tls = readTlsIdentity(options);
+            tls = readTlsIdentity(settings);
         }
         catch (const std::exception&)
         {
@@ -361,23 +377,22 @@ int start(const Options& options)
 int main(int argc, char* argv[])
 try
 {
-    Options options;
-    switch (readCommandLine(argc, argv, programDirectory(), options))
-    {
-    case CommandLine::Help:
-        std::fputs(helpText().c_str(), stdout);
-        return EXIT_SUCCESS;
-    case CommandLine::Version:
-        std::puts("cimd " CIMD_VERSION);
-        return EXIT_SUCCESS;
-    case CommandLine::ShowLimits:
-        std::fputs(limitsTable(options.limits).c_str(), stdout);
-        return EXIT_SUCCESS;
-    case CommandLine::Run:
-        break;
-    }
-    setLogLevel(options.logLevel);
-    return start(options);
+    const CommandLine line = readCommandLine(argc, argv);
+    if (line.action == Action::Help)
+        return std::fputs(helpText().c_str(), stdout) < 0;
+    if (line.action == Action::Version)
+        return std::puts("cimd " CIMD_VERSION) < 0;
+    const Settings settings(line, programDirectory());
+    if (line.action == Action::ShowLimits)
+        return std::fputs(limitsTable(settings.options().limits).c_str(), stdout) < 0;
+    setLogLevel(settings.options().logLevel);
+    return start(settings);
+}
+catch (const StartError& error)
+{
+    for (const std::string& fault : error.faults())
+        std::fprintf(stderr, "cimd: %s\n", fault.c_str());
+    return kExitNotStarted;
 }
 catch (const std::exception& error)
 {
