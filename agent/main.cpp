@@ -2,6 +2,7 @@
 #include "agent/http/HttpServer.h"
 #include "agent/http/SpoolArea.h"
 #include "agent/limits/Limits.h"
+#include "agent/named_files.h"
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
 #include "agent/platform.h"
@@ -13,6 +14,7 @@
 #include "agent/settings/Settings.h"
 #include "agent/settings/StartError.h"
 #include "agent/settings/help.h"
+#include "agent/settings/show.h"
 
 #include <algorithm>
 #include <chrono>
@@ -34,24 +36,6 @@ using namespace cimd;
 std::string programDirectory()
 {
     return std::filesystem::read_symlink("/proc/self/exe").parent_path();
-}
-
-// Runs a step of the start and puts the option that is to blame before its complaint.
-template <class Step>
-auto starting(const Settings& settings, const char* option, Step step)
-{
-    try
-    {
-        return step();
-    }
-    catch (const StartError&)
-    {
-        throw;
-    }
-    catch (const std::exception& error)
-    {
-        throw StartError(settings.place(option) + ": " + error.what());
-    }
 }
 
 // Everything that outlives a serving process, and how the one that reads this is told to behave.
@@ -97,22 +81,8 @@ std::string urlsOf(const std::vector<ListenSocket>& sockets)
     return urls;
 }
 
-TlsIdentity readTlsIdentity(const Settings& settings)
-{
-    const Options& options = settings.options();
-    TlsIdentity tls;
-    if (options.certificate)
-    {
-        tls.certificate =
-            starting(settings, "certificate", [&] { return readCertificate(*options.certificate); });
-        tls.key = starting(
-            settings, "private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
-    }
-    return tls;
-}
-
 // The certificate may have been renewed. Faulty files change nothing.
-void reload(const Settings& settings, HttpServer& server)
+void renewTls(const Settings& settings, HttpServer& server)
 try
 {
     if (!settings.options().certificate)
@@ -123,6 +93,28 @@ try
 catch (const std::exception& error)
 {
     log(LogLevel::Error, "cimd", std::string(error.what()) + "; certificate and key stay as they were");
+}
+
+// The configuration file may say another log level. A faulty file changes nothing.
+void renewLogLevel(const Settings& settings, ProviderManager& providers)
+try
+{
+    const Settings now = settings.readAgain();
+    const LogLevel level = now.options().logLevel;
+    if (level != logLevel())
+        logAlways("notice", "cimd", "SIGHUP: the log level is " + std::string(levelName(level)));
+    setLogLevel(level);
+    providers.followLogLevel();
+    for (const OptionRow* row : settings.differences(now))
+        if (row != findOption("log-level"))
+            log(LogLevel::Warning,
+                "cimd",
+                now.place(row->name) + ": another value than at the start; it counts from the next start on");
+}
+catch (const StartError& error)
+{
+    for (const std::string& fault : error.faults())
+        log(LogLevel::Error, "cimd", fault + "; the log level stays as it was");
 }
 
 void showWork(const Setting& setting, const Counters& counters, HttpServer& server)
@@ -138,12 +130,24 @@ void showWork(const Setting& setting, const Counters& counters, HttpServer& serv
 }
 
 // Waits for a signal to stop; does what others ask for.
-void waitForStop(SignalSet& signals, const Setting& setting, const Counters& counters, HttpServer& server)
+void waitForStop(SignalSet& signals,
+                 const Setting& setting,
+                 const Counters& counters,
+                 HttpServer& server,
+                 ProviderManager& providers)
 {
     int signal = nextSignal(signals);
     for (; signal == SIGUSR1 || (signal == SIGHUP && !setting.terminal.hasGone());
          signal = nextSignal(signals))
-        signal == SIGUSR1 ? showWork(setting, counters, server) : reload(setting.settings, server);
+    {
+        if (signal == SIGUSR1)
+        {
+            showWork(setting, counters, server);
+            continue;
+        }
+        renewTls(setting.settings, server);
+        renewLogLevel(setting.settings, providers);
+    }
     log(LogLevel::Info, "cimd", signalName(signal) + ": stopping");
     // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
     // of a service may have been sent the first.
@@ -253,7 +257,7 @@ int serve(const Setting& setting)
         std::fflush(stdout);
     }
 
-    waitForStop(signals, setting, counters, server);
+    waitForStop(signals, setting, counters, server, core.providers());
     const auto deadline = std::chrono::steady_clock::now() + limits.stopGrace;
     bool isDone = server.stop(limits.stopGrace);
     if (!isDone)
@@ -335,9 +339,7 @@ int start(const Settings& settings)
         listenOn(sockets, settings, "port", options.port, false);
     if (options.certificate)
         listenOn(sockets, settings, "tls-port", options.tlsPort, true);
-    if (!sockets.front().isLoopback() && !options.passwordFile && !options.isOpen)
-        throw StartError(settings.place("listen") + ": " + options.address +
-                         " is not for this machine alone: --password-file is needed, or --no-authentication");
+    checkUsersAreKnown(settings, sockets.front().isLoopback());
     if (options.passwordFile && options.isPlainServed && !sockets.front().isLoopback())
         log(LogLevel::Warning,
             "auth",
@@ -354,15 +356,22 @@ int start(const Settings& settings)
     Setting setting{settings, sockets, tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);
+    // For serving processes to come. The one that is there says what is wrong.
     const auto readAgain = [&]
     {
         try
         {
             tls = readTlsIdentity(settings);
         }
-        catch (const std::exception&)
+        catch (const StartError&)
         {
-            // The serving process says so.
+        }
+        try
+        {
+            setLogLevel(settings.readAgain().options().logLevel);
+        }
+        catch (const StartError&)
+        {
         }
     };
     Supervisor supervisor(limits, inFlight, {[&] { sockets.clear(); }, readAgain});
@@ -382,9 +391,20 @@ try
         return std::fputs(helpText().c_str(), stdout) < 0;
     if (line.action == Action::Version)
         return std::puts("cimd " CIMD_VERSION) < 0;
-    const Settings settings(line, programDirectory());
+    if (line.action == Action::SampleConfig)
+        return std::fputs(sampleConfig().c_str(), stdout) < 0;
+    const Settings settings(line, {programDirectory()});
     if (line.action == Action::ShowLimits)
         return std::fputs(limitsTable(settings.options().limits).c_str(), stdout) < 0;
+    if (line.action == Action::ShowConfig)
+        return std::fputs(configTable(settings).c_str(), stdout) < 0;
+    if (line.action == Action::CheckConfig)
+    {
+        checkNamedFiles(settings);
+        const std::string& file = settings.configFile();
+        const std::string& what = file.empty() ? "no configuration file; the command line" : file;
+        return std::printf("cimd: %s is in order\n", what.c_str()) < 0;
+    }
     setLogLevel(settings.options().logLevel);
     return start(settings);
 }

@@ -4,6 +4,7 @@
 
 #include "agent/settings/option_table.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,13 +17,17 @@ enum class Action
     Serve,
     Help,
     Version,
-    ShowLimits
+    ShowLimits,
+    ShowConfig,
+    CheckConfig,
+    SampleConfig
 };
 
-// The options that say so.
+// The options that say so, and --config; none of them is a key of the configuration file.
 struct ActionRow
 {
     const char* name;
+    const char* argument; ///< Null: none.
     const char* meaning;
     Action action;
 };
@@ -38,7 +43,8 @@ struct CommandLine
     };
 
     Action action = Action::Serve;
-    std::vector<Word> words; ///< In the order given.
+    std::vector<Word> words;               ///< In the order given.
+    std::optional<std::string> configFile; ///< Empty: none is to be read.
 };
 
 // Throws StartError naming an option that there is not, or that lacks its argument. What follows --help or

@@ -2,16 +2,17 @@
 #include "agent/settings/Settings.h"
 
 #include "agent/settings/StartError.h"
+#include "agent/settings/config_file.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <system_error>
 
 namespace cimd
 {
 
 namespace
 {
-
-const std::string kCommandLine = "command line";
 
 std::size_t indexOf(const OptionRow& row)
 {
@@ -20,39 +21,84 @@ std::size_t indexOf(const OptionRow& row)
 
 } // namespace
 
-Settings::Settings(const CommandLine& line, const std::string& programDir) : _sources(optionRows().size())
+Settings::Settings(CommandLine line, Places places)
+    : _line(std::move(line)), _places(std::move(places)), _sources(optionRows().size())
 {
-    _options.repository = programDir + "/../share/cimd/repository.xml";
-    _options.registration = programDir + "/../share/cimd/providers.reg";
-    _options.providerDir = programDir + "/../lib";
-    const char* const temporary = std::getenv("TMPDIR");
-    _options.spoolDirectory = temporary != nullptr && *temporary != '\0' ? temporary : "/tmp";
-    for (const CommandLine::Word& word : line.words)
-        take(*word.row, word.value, kCommandLine);
+    setDefaults();
+    takeFile();
+    takeCommandLine();
     checkTogether();
 }
 
-std::string Settings::place(const char* option) const
+void Settings::setDefaults()
 {
-    return std::string("--") + option;
+    _options.repository = _places.programDir + "/../share/cimd/repository.xml";
+    _options.registration = _places.programDir + "/../share/cimd/providers.reg";
+    _options.providerDir = _places.programDir + "/../lib";
+    const char* const temporary = std::getenv("TMPDIR");
+    _options.spoolDirectory = temporary != nullptr && *temporary != '\0' ? temporary : "/tmp";
 }
 
-void Settings::take(const OptionRow& row, const std::string& value, const std::string& source)
+void Settings::takeFile()
 {
-    _sources[indexOf(row)] = source;
-    try
+    const std::string& path = _line.configFile.value_or(_places.configFile);
+    if (path.empty())
+        return;
+    const auto values = readConfigFile(path);
+    if (!values && _line.configFile)
+        throw StartError("--config: cannot read " + path + ": " + std::generic_category().message(ENOENT));
+    if (!values)
+        return;
+    _configFile = path;
+    for (const FileValue& given : *values)
     {
-        row.access.set(_options, value);
-    }
-    catch (const std::invalid_argument& error)
-    {
-        throw StartError(place(row.name) + ": " + error.what());
+        given.row->access.set(_options, given.value);
+        _sources[indexOf(*given.row)] = {Source::File, given.line};
     }
 }
 
-bool Settings::isGiven(const char* option) const
+void Settings::takeCommandLine()
 {
-    return !_sources[indexOf(*findOption(option))].empty();
+    for (const CommandLine::Word& given : _line.words)
+    {
+        _sources[indexOf(*given.row)] = {Source::CommandLine};
+        try
+        {
+            given.row->access.set(_options, given.value);
+        }
+        catch (const std::invalid_argument& error)
+        {
+            throw StartError(place(given.row->name) + ": " + error.what());
+        }
+    }
+}
+
+std::string Settings::place(const std::string& option) const
+{
+    const OptionRow& row = *findOption(option);
+    return _sources[indexOf(row)].kind == Source::File ? source(row) + ": " + option : "--" + option;
+}
+
+std::string Settings::source(const OptionRow& row) const
+{
+    const Source& source = _sources[indexOf(row)];
+    if (source.kind == Source::File)
+        return _configFile + ":" + std::to_string(source.line);
+    return source.kind == Source::Default ? "default" : "command line";
+}
+
+std::vector<const OptionRow*> Settings::differences(const Settings& other) const
+{
+    std::vector<const OptionRow*> rows;
+    for (const OptionRow& row : optionRows())
+        if (row.access.get(_options) != row.access.get(other._options))
+            rows.push_back(&row);
+    return rows;
+}
+
+bool Settings::isGiven(const std::string& option) const
+{
+    return _sources[indexOf(*findOption(option))].kind != Source::Default;
 }
 
 // What no option can say alone.

@@ -3,10 +3,9 @@
 
 #include "agent/settings/CommandLine.h"
 #include "agent/settings/option_table.h"
+#include "agent/settings/paragraph.h"
 
-#include <sstream>
 #include <string_view>
-#include <utility>
 
 namespace cimd
 {
@@ -29,6 +28,11 @@ OPTIONS
 )";
 
 constexpr std::string_view kLimits = R"(
+CONFIGURATION FILE
+       /etc/cimd/cimd.conf, in TOML. Each option above is a key of the same name, but for --config and those that print
+       something and exit: port = 5988, listen = "192.0.2.7", no-http = true. Names of files are relative to the
+       directory of the file.
+
 LIMITS
        Bounds on what clients and providers can make cimd hold or do; cimd --show-limits prints them as a table.
 
@@ -43,30 +47,14 @@ PROCESSES
 
 SIGNALS
        SIGTERM and SIGINT end cimd after the requests in flight are answered; a second one ends it at once. SIGHUP has
-       it read certificate and key again; when the terminal of cimd has gone it ends cimd, too.
+       it read certificate and key again, and the log level of the configuration file; when the terminal of cimd has
+       gone it ends cimd, too.
        SIGUSR1 prints what was asked for since the start, per class and operation, the requests in flight and the
        connections to standard error. Send signals to the process that was started.
 
 EXIT STATUS
        0 after a signal, 1 if a request in flight did not finish in time, 2 if cimd could not start.
 )";
-
-// A paragraph below the name of an option.
-std::string indented(const std::string& words)
-{
-    constexpr std::size_t kIndent = 14;
-    constexpr std::size_t kWidth = 110;
-    std::string text;
-    std::string line;
-    std::istringstream rest(words);
-    for (std::string word; rest >> word;)
-    {
-        if (kIndent + line.size() + 1 + word.size() > kWidth)
-            text += std::string(kIndent, ' ') + std::exchange(line, "") + '\n';
-        line += (line.empty() ? "" : " ") + word;
-    }
-    return text + std::string(kIndent, ' ') + line + '\n';
-}
 
 } // namespace
 
@@ -78,14 +66,14 @@ std::string helpText()
         text += std::string("       --") + name;
         if (argument != nullptr)
             text += std::string(" ") + argument;
-        text += '\n' + indented(meaning);
+        text += '\n' + paragraph(std::string(14, ' '), meaning);
     };
     const auto& rows = optionRows();
     const std::size_t limits = rows.size() - limitRows().size(); // where they begin
     for (std::size_t i = 0; i < limits; ++i)
         add(rows[i].name, rows[i].argument, rows[i].meaning);
     for (const ActionRow& row : actionRows())
-        add(row.name, nullptr, row.meaning);
+        add(row.name, row.argument, row.meaning);
     text += kLimits;
     for (std::size_t i = limits; i < rows.size(); ++i)
         add(rows[i].name, rows[i].argument, rows[i].meaning);

@@ -21,6 +21,7 @@ import pytest
 from test_wire import STORE
 
 TIMEOUT_SECONDS = 300
+START = ["--config", "", "--port", "0", *STORE]
 MESSAGE = ("<CIM CIMVERSION='2.0' DTDVERSION='2.0'><MESSAGE ID='1' PROTOCOLVERSION='1.0'><SIMPLEREQ>"
            "<IMETHODCALL NAME='{0}'><LOCALNAMESPACEPATH><NAMESPACE NAME='root'/><NAMESPACE NAME='test'/>"
            "</LOCALNAMESPACEPATH>{1}</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>")
@@ -123,7 +124,7 @@ def no_core_files():
 def start(build_dir):
     """Starts cimd on the test providers with options."""
     with contextlib.ExitStack() as running:
-        yield lambda *options: running.enter_context(Cimd(build_dir, "--port", "0", *STORE, *options))
+        yield lambda *options: running.enter_context(Cimd(build_dir, *START, *options))
 
 
 @pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT])
@@ -136,7 +137,7 @@ def test_answers_and_stops_on_signals(start, number):
 
 @pytest.mark.parametrize("more", [(), ("--no-supervisor",)])
 def test_ends_with_its_terminal_but_not_with_other_hangups(build_dir, more):
-    words = [str(word) for word in (build_dir / "bin" / "cimd", "--port", "0", *STORE, *more)]
+    words = [str(word) for word in (build_dir / "bin" / "cimd", *START, *more)]
     pid, terminal = pty.fork()
     if pid == 0:
         os.execv(words[0], words)
@@ -184,7 +185,7 @@ def test_says_why_it_does_not_start(build_dir, tmp_path):
                  f"--scenario: {bad}: {bad}:3: ports: a number was expected"),
                 (["--provider-dir", platforms / "with", "--state", bad],
                  f"--state: {bad}: {platforms}/with/libvraxplatform.so is not a simulated switch: it lacks vraxsim_keep")]:
-            cimd = Cimd(build_dir, "--port", "0", *STORE, *options)
+            cimd = Cimd(build_dir, *START, *options)
             assert cimd.read_line().startswith("cimd: " + fault)
             assert cimd.process.wait() == 2, fault
             cimd.__exit__()
@@ -192,7 +193,7 @@ def test_says_why_it_does_not_start(build_dir, tmp_path):
 
 def test_says_when_it_may_not_open_enough_files(build_dir):
     def warnings(*options):
-        run = subprocess.run(["prlimit", "--nofile=100:200", build_dir / "bin" / "cimd", "--registration", "none", *options],
+        run = subprocess.run(["prlimit", "--nofile=100:200", build_dir / "bin" / "cimd", "--config", "", "--registration", "none", *options],
                              capture_output=True, text=True)
         return [line for line in run.stderr.splitlines() if "RLIMIT_NOFILE" in line]
     assert "--max-connections 1000 and --max-enumerations 32 may need 2096 open files; the system allows 200" in warnings(
@@ -201,9 +202,44 @@ def test_says_when_it_may_not_open_enough_files(build_dir):
 
 
 def test_explains_itself(build_dir):
-    for option, first in [("--help", "NAME"), ("--version", "cimd ")]:
-        run = subprocess.run([build_dir / "bin" / "cimd", option], capture_output=True, text=True, check=True)
+    shipped = build_dir / "etc" / "cimd" / "cimd.conf"
+    for options, first in [(["--help"], "NAME"), (["--version"], "cimd "), (["--sample-config"], shipped.read_text()),
+                           (["--config", shipped, "--check-config", *STORE], f"cimd: {shipped} is in order")]:
+        run = subprocess.run([build_dir / "bin" / "cimd", *options], capture_output=True, text=True, check=True)
         assert run.stdout.startswith(first)
+
+
+def test_checks_the_files_that_the_configuration_names(build_dir, tmp_path):
+    conf = tmp_path / "cimd.conf"
+    conf.write_text('password-file = "users"\ncertificate = "cert.pem"\nprivate-key = "key.pem"\nregistration = "reg"\n')
+    run = subprocess.run([build_dir / "bin" / "cimd", "--check-config", "--config", conf, *STORE[:2], "--indication-ca", conf],
+                         capture_output=True, text=True)
+    faults = [f"{conf}:2: certificate: {tmp_path}/cert.pem: ", f"{conf}:1: password-file: {tmp_path}/users: ",
+              f"--indication-ca: {conf}: holds no cert", f"{conf}:4: registration: {tmp_path}/reg: "]
+    lines = run.stderr.splitlines()
+    assert run.returncode == 2 and len(lines) == len(faults)
+    assert all(line.startswith("cimd: " + fault) for line, fault in zip(lines, faults)), lines
+
+
+def test_a_hangup_takes_the_log_level_of_the_file_and_nothing_else(start, tmp_path):
+    conf = tmp_path / "cimd.conf"
+    conf.touch()
+    cimd = start("--config", conf)
+    for text, said in [
+            ('log-level = "info"\n', ["SIGHUP: the log level is info"]),
+            ('log-level = "loud"\nprot = 1\n', [f'{conf}:1: log-level: "loud" is not', f"{conf}:2: prot: there is no such key"]),
+            ('max-workers = 3\nlog-level = "info"\n', [f"{conf}:1: max-workers: another value than at the start"])]:
+        conf.write_text(text)
+        cimd.process.send_signal(signal.SIGHUP)
+        for line in said:
+            cimd.read_until(line)
+        assert is_instance(cimd.ask("good"))
+        cimd.read_until("info cim: GetInstance Test_Wild")
+    assert cimd.ask("segv") == ""
+    cimd.read_until("starting again")
+    assert is_instance(cimd.ask("good"))
+    cimd.read_until("info cim: GetInstance Test_Wild")  # the next process has the level, too
+    assert cimd.stop() == 0
 
 
 def test_lets_as_many_clients_wait_as_the_backlog_holds(start):
