@@ -9,6 +9,7 @@
 #include "agent/run/Supervisor.h"
 #include "agent/run/descriptors.h"
 #include "agent/run/exit_status.h"
+#include "agent/run/readiness.h"
 #include "agent/run/signals.h"
 #include "agent/service/AgentCore.h"
 #include "agent/settings/Settings.h"
@@ -43,6 +44,7 @@ struct Setting
 {
     const Settings& settings;
     std::vector<ListenSocket>& sockets;
+    const std::string urls; // of the sockets
     const TlsIdentity& tls;
     InFlight& inFlight;
     const Terminal& terminal;
@@ -129,6 +131,15 @@ void showWork(const Setting& setting, const Counters& counters, HttpServer& serv
         logAlways("notice", "counters", request.text());
 }
 
+// After the start and after a reload. True for the first time, among all serving processes.
+bool sayReady(const Setting& setting)
+{
+    if (setting.supervisor != nullptr)
+        return setting.supervisor->becomeReady();
+    tellReady("listening on " + setting.urls);
+    return true;
+}
+
 // Waits for a signal to stop; does what others ask for.
 void waitForStop(SignalSet& signals,
                  const Setting& setting,
@@ -145,14 +156,18 @@ void waitForStop(SignalSet& signals,
             showWork(setting, counters, server);
             continue;
         }
+        if (setting.supervisor == nullptr)
+            tellReloading();
         renewTls(setting.settings, server);
         renewLogLevel(setting.settings, providers);
+        sayReady(setting);
     }
     log(LogLevel::Info, "cimd", signalName(signal) + ": stopping");
     // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
     // of a service may have been sent the first.
     if (setting.supervisor == nullptr)
     {
+        tellStopping();
         std::signal(SIGUSR1, SIG_IGN); // its default is to kill
         signals.unblock();
     }
@@ -246,14 +261,13 @@ int serve(const Setting& setting)
     // Before the first client, whose changes may be worth an indication already.
     Indications indications(core.providers());
     HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;
-    const std::string urls = urlsOf(setting.sockets);
     HttpServer server(handler,
                       limits,
                       std::move(setting.sockets),
                       {setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }});
-    if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
+    if (sayReady(setting))
     {
-        std::printf("cimd: listening on %s\n", urls.c_str());
+        std::printf("cimd: listening on %s\n", setting.urls.c_str());
         std::fflush(stdout);
     }
 
@@ -353,12 +367,14 @@ int start(const Settings& settings)
     // All that can run at once: one more that hangs than may is what ends the process.
     InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1);
     const Terminal terminal;
-    Setting setting{settings, sockets, tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
+    Setting setting{
+        settings, sockets, urlsOf(sockets), tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);
     // For serving processes to come. The one that is there says what is wrong.
     const auto readAgain = [&]
     {
+        tellReloading();
         try
         {
             tls = readTlsIdentity(settings);
@@ -374,7 +390,14 @@ int start(const Settings& settings)
         {
         }
     };
-    Supervisor supervisor(limits, inFlight, {[&] { sockets.clear(); }, readAgain});
+    const auto stop = [&]
+    {
+        tellStopping();
+        sockets.clear();
+    };
+    const auto ready = [&] { tellReady("listening on " + setting.urls); };
+    const Supervisor::Hooks hooks{stop, readAgain, ready};
+    Supervisor supervisor(limits, inFlight, hooks);
     setting.supervisor = &supervisor;
     if (const std::optional<int> status = supervisor.run())
         return *status;

@@ -13,8 +13,10 @@ import select
 import signal
 import socket
 import stat
+import struct
 import subprocess
 import threading
+import time
 
 import pytest
 
@@ -316,6 +318,32 @@ def test_libraries_start_and_stop_their_indications(start, tmp_path, monkeypatch
     found = [line for line in lines if "indications" in line or "ca.pem" in line]
     assert len(found) == len(said)
     assert all(text in line for text, line in zip(said, found)), found
+
+
+@pytest.mark.parametrize("more", [(), ("--no-supervisor",)])
+def test_tells_the_service_manager_how_it_is(start, tmp_path, monkeypatch, more):
+    monkeypatch.setenv("NOTIFY_SOCKET", str(tmp_path / "notify"))
+    with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as manager:
+        manager.bind(str(tmp_path / "notify"))
+        manager.setsockopt(socket.SOL_SOCKET, socket.SO_PASSCRED, 1)
+        manager.settimeout(TIMEOUT_SECONDS)
+
+        def told():
+            message, credentials, _, _ = manager.recvmsg(4096, socket.CMSG_SPACE(12))
+            assert struct.unpack("3i", credentials[0][2])[0] == cimd.process.pid, "the process that was started says it"
+            return dict(line.split("=", 1) for line in message.decode().splitlines())
+        cimd = start(*more)
+        ready = {"READY": "1", "STATUS": f"listening on http://127.0.0.1:{cimd.port}"}
+        assert told() == ready
+        cimd.process.send_signal(signal.SIGHUP)
+        reloading = told()
+        assert reloading["RELOADING"] == "1" and 0 < int(reloading["MONOTONIC_USEC"]) <= time.monotonic_ns() // 1000
+        assert told() == ready
+        if not more:
+            assert cimd.ask("segv") == ""
+            assert told() == ready, "again, by the next serving process"
+        assert cimd.stop() == 0
+        assert told()["STOPPING"] == "1"
 
 
 # The grace ends by itself, or the second signal ends it.
