@@ -19,7 +19,7 @@ setup:
 run: setup
 	@scripts/build release bundle
 	@scripts/show-how-to-query $(PORT) $(SWITCH_SOCKET)
-	@exec build/release/bin/cimd --port $(PORT) --scenario $(SCENARIO) --switch-socket $(SWITCH_SOCKET)
+	@exec build/release/bin/cimd --config "" --port $(PORT) --scenario $(SCENARIO) --switch-socket $(SWITCH_SOCKET)
 
 ## make demo       start the agent on a free port, walk it with a real client, stop
 demo: setup

@@ -1,16 +1,21 @@
 // cimd: reads its command line, starts, serves until it is told to stop.
-#include "agent/Options.h"
 #include "agent/http/HttpServer.h"
 #include "agent/http/SpoolArea.h"
 #include "agent/limits/Limits.h"
+#include "agent/named_files.h"
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
 #include "agent/platform.h"
 #include "agent/run/Supervisor.h"
 #include "agent/run/descriptors.h"
 #include "agent/run/exit_status.h"
+#include "agent/run/readiness.h"
 #include "agent/run/signals.h"
 #include "agent/service/AgentCore.h"
+#include "agent/settings/Settings.h"
+#include "agent/settings/StartError.h"
+#include "agent/settings/help.h"
+#include "agent/settings/show.h"
 
 #include <algorithm>
 #include <chrono>
@@ -34,29 +39,12 @@ std::string programDirectory()
     return std::filesystem::read_symlink("/proc/self/exe").parent_path();
 }
 
-// Runs a step of the start and puts the option that is to blame before its complaint.
-template <class Step>
-auto starting(const char* option, Step step)
-{
-    try
-    {
-        return step();
-    }
-    catch (const StartError&)
-    {
-        throw;
-    }
-    catch (const std::exception& error)
-    {
-        throw StartError(std::string(option) + ": " + error.what());
-    }
-}
-
 // Everything that outlives a serving process, and how the one that reads this is told to behave.
 struct Setting
 {
-    const Options& options;
+    const Settings& settings;
     std::vector<ListenSocket>& sockets;
+    const std::string urls; // of the sockets
     const TlsIdentity& tls;
     InFlight& inFlight;
     const Terminal& terminal;
@@ -95,30 +83,40 @@ std::string urlsOf(const std::vector<ListenSocket>& sockets)
     return urls;
 }
 
-TlsIdentity readTlsIdentity(const Options& options)
-{
-    TlsIdentity tls;
-    if (options.certificate)
-    {
-        tls.certificate = starting("--certificate", [&] { return readCertificate(*options.certificate); });
-        tls.key =
-            starting("--private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
-    }
-    return tls;
-}
-
 // The certificate may have been renewed. Faulty files change nothing.
-void reload(const Options& options, HttpServer& server)
+void renewTls(const Settings& settings, HttpServer& server)
 try
 {
-    if (!options.certificate)
+    if (!settings.options().certificate)
         return;
-    server.setTls(readTlsIdentity(options));
+    server.setTls(readTlsIdentity(settings));
     log(LogLevel::Info, "cimd", "SIGHUP: certificate and key were read again");
 }
 catch (const std::exception& error)
 {
     log(LogLevel::Error, "cimd", std::string(error.what()) + "; certificate and key stay as they were");
+}
+
+// The configuration file may say another log level. A faulty file changes nothing.
+void renewLogLevel(const Settings& settings, ProviderManager& providers)
+try
+{
+    const Settings now = settings.readAgain();
+    const LogLevel level = now.options().logLevel;
+    if (level != logLevel())
+        logAlways("notice", "cimd", "SIGHUP: the log level is " + std::string(levelName(level)));
+    setLogLevel(level);
+    providers.followLogLevel();
+    for (const OptionRow* row : settings.differences(now))
+        if (row != findOption("log-level"))
+            log(LogLevel::Warning,
+                "cimd",
+                now.place(row->name) + ": another value than at the start; it counts from the next start on");
+}
+catch (const StartError& error)
+{
+    for (const std::string& fault : error.faults())
+        log(LogLevel::Error, "cimd", fault + "; the log level stays as it was");
 }
 
 void showWork(const Setting& setting, const Counters& counters, HttpServer& server)
@@ -133,18 +131,43 @@ void showWork(const Setting& setting, const Counters& counters, HttpServer& serv
         logAlways("notice", "counters", request.text());
 }
 
+// After the start and after a reload. True for the first time, among all serving processes.
+bool sayReady(const Setting& setting)
+{
+    if (setting.supervisor != nullptr)
+        return setting.supervisor->becomeReady();
+    tellReady("listening on " + setting.urls);
+    return true;
+}
+
 // Waits for a signal to stop; does what others ask for.
-void waitForStop(SignalSet& signals, const Setting& setting, const Counters& counters, HttpServer& server)
+void waitForStop(SignalSet& signals,
+                 const Setting& setting,
+                 const Counters& counters,
+                 HttpServer& server,
+                 ProviderManager& providers)
 {
     int signal = nextSignal(signals);
     for (; signal == SIGUSR1 || (signal == SIGHUP && !setting.terminal.hasGone());
          signal = nextSignal(signals))
-        signal == SIGUSR1 ? showWork(setting, counters, server) : reload(setting.options, server);
+    {
+        if (signal == SIGUSR1)
+        {
+            showWork(setting, counters, server);
+            continue;
+        }
+        if (setting.supervisor == nullptr)
+            tellReloading();
+        renewTls(setting.settings, server);
+        renewLogLevel(setting.settings, providers);
+        sayReady(setting);
+    }
     log(LogLevel::Info, "cimd", signalName(signal) + ": stopping");
     // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
     // of a service may have been sent the first.
     if (setting.supervisor == nullptr)
     {
+        tellStopping();
         std::signal(SIGUSR1, SIG_IGN); // its default is to kill
         signals.unblock();
     }
@@ -162,7 +185,7 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
 {
     log(LogLevel::Error,
         "cimd",
-        "more than " + std::to_string(setting.options.limits.hungWorkers) +
+        "more than " + std::to_string(setting.settings.options().limits.hungWorkers) +
             " operations hang in their providers; ending the process");
     leave(setting, kExitHung);
 }
@@ -195,21 +218,32 @@ class Indications
     ProviderManager& _providers;
 };
 
+// The simulated switch, if the options ask something of it.
+void startSwitch(const Settings& settings)
+{
+    const Options& options = settings.options();
+    if (options.scenario)
+        starting(settings, "scenario", [&] { openScenario(options.providerDir, *options.scenario); });
+    if (options.state)
+        starting(settings, "state", [&] { keepState(options.providerDir, *options.state); });
+    if (options.switchSocket)
+        starting(settings,
+                 "switch-socket",
+                 [&] { takeSwitchCommands(options.providerDir, *options.switchSocket); });
+}
+
 int serve(const Setting& setting)
 {
     // Before the first thread, so that signals are taken here alone.
     SignalSet signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1});
-    const Options& options = setting.options;
+    const Settings& settings = setting.settings;
+    const Options& options = settings.options();
     const Limits& limits = options.limits;
-    if (options.scenario)
-        openScenario(options.providerDir, *options.scenario);
-    if (options.state)
-        keepState(options.providerDir, *options.state);
-    if (options.switchSocket)
-        takeSwitchCommands(options.providerDir, *options.switchSocket);
-    AgentCore core(starting("--repository", [&] { return ClassRepository::load(options.repository); }),
-                   starting("--registration", [&] { return loadRegistrations(options.registration); }),
-                   options.providerDir);
+    startSwitch(settings);
+    AgentCore core(
+        starting(settings, "repository", [&] { return ClassRepository::load(options.repository); }),
+        starting(settings, "registration", [&] { return loadRegistrations(options.registration); }),
+        options.providerDir);
     Counters counters(classNames(core.repository()));
     const Watch watch{&setting.inFlight, &counters, setting.trace};
     FrontEnd frontEnd(core.service(), limits, watch, options.spoolDirectory);
@@ -219,25 +253,25 @@ int serve(const Setting& setting)
     {
         const bool isReplacement = setting.supervisor != nullptr && setting.supervisor->hasBeenReady();
         const FirstRead firstRead = isReplacement ? FirstRead::MayFail : FirstRead::MustSucceed;
-        starting("--password-file",
+        starting(settings,
+                 "password-file",
                  [&] { return &authenticator.emplace(*options.passwordFile, limits, firstRead); });
         gate.emplace(frontEnd, *authenticator, limits);
     }
     // Before the first client, whose changes may be worth an indication already.
     Indications indications(core.providers());
     HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;
-    const std::string urls = urlsOf(setting.sockets);
     HttpServer server(handler,
                       limits,
                       std::move(setting.sockets),
                       {setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }});
-    if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
+    if (sayReady(setting))
     {
-        std::printf("cimd: listening on %s\n", urls.c_str());
+        std::printf("cimd: listening on %s\n", setting.urls.c_str());
         std::fflush(stdout);
     }
 
-    waitForStop(signals, setting, counters, server);
+    waitForStop(signals, setting, counters, server, core.providers());
     const auto deadline = std::chrono::steady_clock::now() + limits.stopGrace;
     bool isDone = server.stop(limits.stopGrace);
     if (!isDone)
@@ -256,18 +290,17 @@ int serve(const Setting& setting)
 }
 
 // The modules that send indications read from the environment whom they trust.
-void handOnTrust(const Options& options)
+void handOnTrust(const Settings& settings)
 {
+    const Options& options = settings.options();
     if (options.indicationCa)
     {
-        starting("--indication-ca", [&] { return readCertificate(*options.indicationCa); });
+        starting(settings, "indication-ca", [&] { return readCertificate(*options.indicationCa); });
         setenv("VRAX_INDICATION_CA", options.indicationCa->c_str(), 1);
     }
     if (options.isIndicationInsecure)
         setenv("VRAX_INDICATION_INSECURE", "1", 1);
 }
-
-constexpr std::uint16_t kTlsPort = 5989; // wbem-https in the registry of ports
 
 // The server, its providers and the C library have some descriptors of their own.
 constexpr std::size_t kOtherDescriptors = 64;
@@ -289,67 +322,82 @@ void makeRoomForFiles(const Limits& limits)
 constexpr int kHeaps = 2;
 
 void listenOn(std::vector<ListenSocket>& sockets,
-              const Options& options,
+              const Settings& settings,
               const char* portOption,
               std::uint16_t port,
               bool isTls)
 try
 {
-    sockets.emplace_back(options.address, port, options.limits.backlog, isTls);
+    sockets.emplace_back(settings.options().address, port, settings.options().limits.backlog, isTls);
 }
 catch (const std::system_error& error)
 {
     const bool isPortToBlame = error.code() == std::errc::address_in_use ||
                                error.code() == std::errc::permission_denied; // below 1024
-    throw StartError(std::string(isPortToBlame ? portOption : "--listen") + ": " + error.what());
+    throw StartError(settings.place(isPortToBlame ? portOption : "listen") + ": " + error.what());
 }
 catch (const std::exception& error)
 {
-    throw StartError(std::string("--listen: ") + error.what());
+    throw StartError(settings.place("listen") + ": " + error.what());
 }
 
-int start(const Options& options)
+int start(const Settings& settings)
 {
+    const Options& options = settings.options();
     mallopt(M_ARENA_MAX, kHeaps);
     std::signal(SIGPIPE, SIG_IGN);
     const Limits& limits = options.limits;
     makeRoomForFiles(limits);
     std::vector<ListenSocket> sockets;
     if (options.isPlainServed)
-        listenOn(sockets, options, "--port", options.port, false);
+        listenOn(sockets, settings, "port", options.port, false);
     if (options.certificate)
-        listenOn(sockets, options, "--tls-port", options.tlsPort.value_or(kTlsPort), true);
-    if (!sockets.front().isLoopback() && !options.passwordFile && !options.isOpen)
-        throw StartError("--listen: " + options.address +
-                         " is not for this machine alone: --password-file is needed, or --no-authentication");
+        listenOn(sockets, settings, "tls-port", options.tlsPort, true);
+    checkUsersAreKnown(settings, sockets.front().isLoopback());
     if (options.passwordFile && options.isPlainServed && !sockets.front().isLoopback())
         log(LogLevel::Warning,
             "auth",
             "passwords come over HTTP, readable on the way; --no-http takes them over HTTPS only");
-    handOnTrust(options);
-    starting("--spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
-    TlsIdentity tls = readTlsIdentity(options); // not after a crash: then files may be half renewed
+    handOnTrust(settings);
+    starting(settings, "spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
+    TlsIdentity tls = readTlsIdentity(settings); // not after a crash: then files may be half renewed
     std::optional<XmlTrace> trace;
     if (options.traceXml)
-        starting("--trace-xml", [&] { return &trace.emplace(*options.traceXml); });
+        starting(settings, "trace-xml", [&] { return &trace.emplace(*options.traceXml); });
     // All that can run at once: one more that hangs than may is what ends the process.
     InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1);
     const Terminal terminal;
-    Setting setting{options, sockets, tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
+    Setting setting{
+        settings, sockets, urlsOf(sockets), tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);
+    // For serving processes to come. The one that is there says what is wrong.
     const auto readAgain = [&]
     {
+        tellReloading();
         try
         {
-            tls = readTlsIdentity(options);
+            tls = readTlsIdentity(settings);
         }
-        catch (const std::exception&)
+        catch (const StartError&)
         {
-            // The serving process says so.
+        }
+        try
+        {
+            setLogLevel(settings.readAgain().options().logLevel);
+        }
+        catch (const StartError&)
+        {
         }
     };
-    Supervisor supervisor(limits, inFlight, {[&] { sockets.clear(); }, readAgain});
+    const auto stop = [&]
+    {
+        tellStopping();
+        sockets.clear();
+    };
+    const auto ready = [&] { tellReady("listening on " + setting.urls); };
+    const Supervisor::Hooks hooks{stop, readAgain, ready};
+    Supervisor supervisor(limits, inFlight, hooks);
     setting.supervisor = &supervisor;
     if (const std::optional<int> status = supervisor.run())
         return *status;
@@ -361,23 +409,33 @@ int start(const Options& options)
 int main(int argc, char* argv[])
 try
 {
-    Options options;
-    switch (readCommandLine(argc, argv, programDirectory(), options))
+    const CommandLine line = readCommandLine(argc, argv);
+    if (line.action == Action::Help)
+        return std::fputs(helpText().c_str(), stdout) < 0;
+    if (line.action == Action::Version)
+        return std::puts("cimd " CIMD_VERSION) < 0;
+    if (line.action == Action::SampleConfig)
+        return std::fputs(sampleConfig().c_str(), stdout) < 0;
+    const Settings settings(line, {programDirectory()});
+    if (line.action == Action::ShowLimits)
+        return std::fputs(limitsTable(settings.options().limits).c_str(), stdout) < 0;
+    if (line.action == Action::ShowConfig)
+        return std::fputs(configTable(settings).c_str(), stdout) < 0;
+    if (line.action == Action::CheckConfig)
     {
-    case CommandLine::Help:
-        std::fputs(helpText().c_str(), stdout);
-        return EXIT_SUCCESS;
-    case CommandLine::Version:
-        std::puts("cimd " CIMD_VERSION);
-        return EXIT_SUCCESS;
-    case CommandLine::ShowLimits:
-        std::fputs(limitsTable(options.limits).c_str(), stdout);
-        return EXIT_SUCCESS;
-    case CommandLine::Run:
-        break;
+        checkNamedFiles(settings);
+        const std::string& file = settings.configFile();
+        const std::string& what = file.empty() ? "no configuration file; the command line" : file;
+        return std::printf("cimd: %s is in order\n", what.c_str()) < 0;
     }
-    setLogLevel(options.logLevel);
-    return start(options);
+    setLogLevel(settings.options().logLevel);
+    return start(settings);
+}
+catch (const StartError& error)
+{
+    for (const std::string& fault : error.faults())
+        std::fprintf(stderr, "cimd: %s\n", fault.c_str());
+    return kExitNotStarted;
 }
 catch (const std::exception& error)
 {

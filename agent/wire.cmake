@@ -10,10 +10,10 @@ vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.
 target_compile_definitions(cimd_wire PUBLIC CIMD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::gnutls)
 
-file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+file(GLOB sources CONFIGURE_DEPENDS *.cpp settings/*.cpp)
 list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
 add_library(cimd_start STATIC ${sources})
-target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
+target_link_libraries(cimd_start PUBLIC cimd_wire PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
 
 add_executable(cimd main.cpp)
 target_link_libraries(cimd PRIVATE cimd_wire cimd_start vrax_warnings)
@@ -41,3 +41,12 @@ endforeach()
 string(REPLACE "<semicolon>" ";" LIMITS "${LIMITS}")
 configure_file("${CMAKE_SOURCE_DIR}/docs/cimd.8.in" "${cimd_page}" @ONLY)
 install(FILES "${cimd_page}" "${CMAKE_SOURCE_DIR}/docs/cimd-passwd.8" DESTINATION share/man/man8)
+configure_file("${CMAKE_SOURCE_DIR}/docs/cimd.conf.5.in" "${CMAKE_BINARY_DIR}/share/man/man5/cimd.conf.5" @ONLY)
+install(FILES "${CMAKE_BINARY_DIR}/share/man/man5/cimd.conf.5" DESTINATION share/man/man5)
+
+# The configuration file, in which everything is commented out.
+include(GNUInstallDirs)
+set(cimd_conf "${CMAKE_BINARY_DIR}/etc/cimd/cimd.conf")
+add_custom_command(TARGET cimd POST_BUILD COMMAND "${CMAKE_COMMAND}" -E make_directory "${CMAKE_BINARY_DIR}/etc/cimd"
+                   COMMAND cimd --sample-config > "${cimd_conf}" BYPRODUCTS "${cimd_conf}" VERBATIM)
+install(FILES "${cimd_conf}" DESTINATION "${CMAKE_INSTALL_SYSCONFDIR}/cimd")

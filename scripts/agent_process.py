@@ -23,7 +23,7 @@ class AgentProcess:
     """
 
     def __init__(self, build_dir, scenario=DEFAULT_SCENARIO, extra_args=(), environment=None):
-        self.command = [str(pathlib.Path(build_dir) / "bin" / "cimd"), "--port", "0"]
+        self.command = [str(pathlib.Path(build_dir) / "bin" / "cimd"), "--config", "", "--port", "0"]
         if scenario is not None:
             self.command += ["--scenario", str(scenario)]
         self.command += list(extra_args)

@@ -22,10 +22,10 @@ class ProviderLibrary
     const std::string& file() const { return _file; }
     // Null pointer if the library does not export the symbol.
     void* symbol(const std::string& name) const;
-
-  private:
+    // Tells the library the agent's present level; safe while others log.
     void connectLog() const;
 
+  private:
     std::string _file;
     void* _handle;
 };

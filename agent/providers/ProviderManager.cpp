@@ -134,6 +134,12 @@ ProviderManager::family(const ClassInfo& info, ProviderKind kind, const std::str
     return found;
 }
 
+void ProviderManager::followLogLevel() const
+{
+    for (const NamedLibrary& named : _libraries)
+        named.library->connectLog();
+}
+
 void ProviderManager::startIndications()
 {
     for (const NamedLibrary& named : _libraries)

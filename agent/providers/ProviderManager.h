@@ -50,6 +50,9 @@ class ProviderManager
     // Every namespace an entry serves, in order of registration.
     const std::vector<std::string>& nameSpaces() const { return _nameSpaces; }
 
+    // Has the libraries log from the agent's present level up.
+    void followLogLevel() const;
+
     // Lets the libraries send indications: calls, in each that exports it,
     //     extern "C" int vrax_start_indications(void);
     // A library that returns other than 0 has started nothing, which is logged.

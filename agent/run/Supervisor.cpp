@@ -48,7 +48,7 @@ void becomeServingProcess(pid_t parent)
         _exit(kExitUnfinished);
     // A terminal sends it to both processes; the parent's word is enough.
     std::signal(SIGINT, SIG_IGN);
-    SignalSet({SIGINT, SIGCHLD}).unblock();
+    SignalSet({SIGINT, SIGUSR2, SIGCHLD}).unblock();
     markCrashes();
 }
 
@@ -63,30 +63,32 @@ milliseconds RestartPause::next(milliseconds lived)
 }
 
 Supervisor::Supervisor(const Limits& limits, InFlight& inFlight, Hooks hooks)
-    : _limits(limits), _inFlight(inFlight), _hooks(std::move(hooks)), _ready(1)
+    : _limits(limits), _inFlight(inFlight), _hooks(std::move(hooks)), _parent(getpid()), _ready(1)
 {
 }
 
-bool Supervisor::isFirstReady()
+bool Supervisor::becomeReady()
 {
-    return _ready[0].exchange(1) == 0;
+    const bool isFirst = _ready[0].exchange(1) == 0;
+    if (getppid() == _parent)
+        kill(_parent, SIGUSR2);
+    return isFirst;
 }
 
 std::optional<int> Supervisor::run()
 {
     RestartPause restart(_limits.restartSeconds);
-    const pid_t self = getpid();
     for (;;)
     {
         std::signal(SIGCHLD, SIG_DFL); // if it is ignored, nobody learns how a child ended
-        const SignalSet early({SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGCHLD});
+        const SignalSet early({SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGUSR2, SIGCHLD});
         const auto start = Clock::now();
         const pid_t child = fork();
         if (child < 0)
             throw std::system_error(errno, std::generic_category(), "cannot start the serving process");
         if (child == 0)
         {
-            becomeServingProcess(self);
+            becomeServingProcess(_parent);
             return std::nullopt;
         }
         const End end = watch(child);
@@ -115,6 +117,7 @@ bool Supervisor::pause(milliseconds time)
         if (const int signal = signals.wait(left); signal != 0 && isStop(signal))
         {
             complain(LogLevel::Info, signalName(signal) + ": stopping");
+            _hooks.stop();
             return false;
         }
     return true;
@@ -130,7 +133,7 @@ bool Supervisor::isStop(int signal)
 
 Supervisor::End Supervisor::watch(pid_t child)
 {
-    const SignalSet signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGCHLD});
+    const SignalSet signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGUSR2, SIGCHLD});
     End end{0, false};
     std::optional<Clock::time_point> deadline;
     for (;;)
@@ -155,6 +158,10 @@ Supervisor::End Supervisor::watch(pid_t child)
         case SIGUSR1:
             kill(child, SIGUSR1);
             break;
+        case SIGUSR2:
+            if (hasBeenReady())
+                _hooks.ready();
+            break;
         case SIGHUP:
             if (!isStop(signal))
             {
@@ -169,7 +176,7 @@ Supervisor::End Supervisor::watch(pid_t child)
             if (!end.isAsked)
             {
                 complain(LogLevel::Info, signalName(signal) + ": stopping");
-                _hooks.stopListening();
+                _hooks.stop();
                 deadline = Clock::now() + _limits.stopGrace + kKillMargin;
             }
             end.isAsked = true;

@@ -41,8 +41,9 @@ class Supervisor
   public:
     struct Hooks
     {
-        std::function<void()> stopListening; ///< The parent is told to stop: clients are to be turned away.
+        std::function<void()> stop;   ///< The parent is told to stop: clients are to be turned away.
         std::function<void()> reload; ///< What serving processes get from the parent is to be read again.
+        std::function<void()> ready;  ///< A serving process is ready, after its start or a reload.
     };
 
     // `inFlight` outlives the object. The calling process has no threads.
@@ -55,8 +56,9 @@ class Supervisor
     // any was ready.
     std::optional<int> run();
 
-    // For a serving process that is ready: true if none was before.
-    bool isFirstReady();
+    // For a serving process that is ready, or ready again after a reload: lets the parent know, by SIGUSR2.
+    // True if none was before.
+    bool becomeReady();
     // Whether any serving process has become ready.
     bool hasBeenReady() const { return _ready[0] != 0; }
 
@@ -77,6 +79,7 @@ class Supervisor
     InFlight& _inFlight;
     const Hooks _hooks;
     const Terminal _terminal;
+    const pid_t _parent;
     const SharedArray<std::atomic<std::uint32_t>> _ready;
 };
 

@@ -177,7 +177,7 @@ def test_a_handshake_has_its_time(build_dir, files):
 
 
 def start(build_dir, *words):
-    program = [f"{build_dir}/bin/cimd", "--port", "0", "--scenario", str(DEFAULT_SCENARIO),
+    program = [f"{build_dir}/bin/cimd", "--config", "", "--port", "0", "--scenario", str(DEFAULT_SCENARIO),
                *map(str, words)]
     return subprocess.run(program, capture_output=True, text=True, timeout=60)
 

@@ -13,14 +13,17 @@ import select
 import signal
 import socket
 import stat
+import struct
 import subprocess
 import threading
+import time
 
 import pytest
 
 from test_wire import STORE
 
 TIMEOUT_SECONDS = 300
+START = ["--config", "", "--port", "0", *STORE]
 MESSAGE = ("<CIM CIMVERSION='2.0' DTDVERSION='2.0'><MESSAGE ID='1' PROTOCOLVERSION='1.0'><SIMPLEREQ>"
            "<IMETHODCALL NAME='{0}'><LOCALNAMESPACEPATH><NAMESPACE NAME='root'/><NAMESPACE NAME='test'/>"
            "</LOCALNAMESPACEPATH>{1}</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>")
@@ -123,7 +126,7 @@ def no_core_files():
 def start(build_dir):
     """Starts cimd on the test providers with options."""
     with contextlib.ExitStack() as running:
-        yield lambda *options: running.enter_context(Cimd(build_dir, "--port", "0", *STORE, *options))
+        yield lambda *options: running.enter_context(Cimd(build_dir, *START, *options))
 
 
 @pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT])
@@ -136,7 +139,7 @@ def test_answers_and_stops_on_signals(start, number):
 
 @pytest.mark.parametrize("more", [(), ("--no-supervisor",)])
 def test_ends_with_its_terminal_but_not_with_other_hangups(build_dir, more):
-    words = [str(word) for word in (build_dir / "bin" / "cimd", "--port", "0", *STORE, *more)]
+    words = [str(word) for word in (build_dir / "bin" / "cimd", *START, *more)]
     pid, terminal = pty.fork()
     if pid == 0:
         os.execv(words[0], words)
@@ -177,14 +180,14 @@ def test_says_why_it_does_not_start(build_dir, tmp_path):
                 (["--spool-directory", none], f"--spool-directory: cannot create a file in {none}: No such file"),
                 (["--trace-xml", tmp_path], f"--trace-xml: cannot open {tmp_path}: Is a directory"),
                 (["--provider-dir", tmp_path, "--scenario", bad],
-                 f"--scenario {bad}: cannot load {tmp_path}/libvraxplatform.so: "),
+                 f"--scenario: {bad}: cannot load {tmp_path}/libvraxplatform.so: "),
                 (["--provider-dir", platforms / "without", "--scenario", bad],
-                 f"--scenario {bad}: {platforms}/without/libvraxplatform.so is not a simulated switch"),
+                 f"--scenario: {bad}: {platforms}/without/libvraxplatform.so is not a simulated switch"),
                 (["--provider-dir", platforms / "with", "--scenario", bad],
-                 f"--scenario {bad}: {bad}:3: ports: a number was expected"),
+                 f"--scenario: {bad}: {bad}:3: ports: a number was expected"),
                 (["--provider-dir", platforms / "with", "--state", bad],
-                 f"--state {bad}: {platforms}/with/libvraxplatform.so is not a simulated switch: it lacks vraxsim_keep")]:
-            cimd = Cimd(build_dir, "--port", "0", *STORE, *options)
+                 f"--state: {bad}: {platforms}/with/libvraxplatform.so is not a simulated switch: it lacks vraxsim_keep")]:
+            cimd = Cimd(build_dir, *START, *options)
             assert cimd.read_line().startswith("cimd: " + fault)
             assert cimd.process.wait() == 2, fault
             cimd.__exit__()
@@ -192,7 +195,7 @@ def test_says_why_it_does_not_start(build_dir, tmp_path):
 
 def test_says_when_it_may_not_open_enough_files(build_dir):
     def warnings(*options):
-        run = subprocess.run(["prlimit", "--nofile=100:200", build_dir / "bin" / "cimd", "--registration", "none", *options],
+        run = subprocess.run(["prlimit", "--nofile=100:200", build_dir / "bin" / "cimd", "--config", "", "--registration", "none", *options],
                              capture_output=True, text=True)
         return [line for line in run.stderr.splitlines() if "RLIMIT_NOFILE" in line]
     assert "--max-connections 1000 and --max-enumerations 32 may need 2096 open files; the system allows 200" in warnings(
@@ -201,9 +204,44 @@ def test_says_when_it_may_not_open_enough_files(build_dir):
 
 
 def test_explains_itself(build_dir):
-    for option, first in [("--help", "NAME"), ("--version", "cimd ")]:
-        run = subprocess.run([build_dir / "bin" / "cimd", option], capture_output=True, text=True, check=True)
+    shipped = build_dir / "etc" / "cimd" / "cimd.conf"
+    for options, first in [(["--help"], "NAME"), (["--version"], "cimd "), (["--sample-config"], shipped.read_text()),
+                           (["--config", shipped, "--check-config", *STORE], f"cimd: {shipped} is in order")]:
+        run = subprocess.run([build_dir / "bin" / "cimd", *options], capture_output=True, text=True, check=True)
         assert run.stdout.startswith(first)
+
+
+def test_checks_the_files_that_the_configuration_names(build_dir, tmp_path):
+    conf = tmp_path / "cimd.conf"
+    conf.write_text('password-file = "users"\ncertificate = "cert.pem"\nprivate-key = "key.pem"\nregistration = "reg"\n')
+    run = subprocess.run([build_dir / "bin" / "cimd", "--check-config", "--config", conf, *STORE[:2], "--indication-ca", conf],
+                         capture_output=True, text=True)
+    faults = [f"{conf}:2: certificate: {tmp_path}/cert.pem: ", f"{conf}:1: password-file: {tmp_path}/users: ",
+              f"--indication-ca: {conf}: holds no cert", f"{conf}:4: registration: {tmp_path}/reg: "]
+    lines = run.stderr.splitlines()
+    assert run.returncode == 2 and len(lines) == len(faults)
+    assert all(line.startswith("cimd: " + fault) for line, fault in zip(lines, faults)), lines
+
+
+def test_a_hangup_takes_the_log_level_of_the_file_and_nothing_else(start, tmp_path):
+    conf = tmp_path / "cimd.conf"
+    conf.touch()
+    cimd = start("--config", conf)
+    for text, said in [
+            ('log-level = "info"\n', ["SIGHUP: the log level is info"]),
+            ('log-level = "loud"\nprot = 1\n', [f'{conf}:1: log-level: "loud" is not', f"{conf}:2: prot: there is no such key"]),
+            ('max-workers = 3\nlog-level = "info"\n', [f"{conf}:1: max-workers: another value than at the start"])]:
+        conf.write_text(text)
+        cimd.process.send_signal(signal.SIGHUP)
+        for line in said:
+            cimd.read_until(line)
+        assert is_instance(cimd.ask("good"))
+        cimd.read_until("info cim: GetInstance Test_Wild")
+    assert cimd.ask("segv") == ""
+    cimd.read_until("starting again")
+    assert is_instance(cimd.ask("good"))
+    cimd.read_until("info cim: GetInstance Test_Wild")  # the next process has the level, too
+    assert cimd.stop() == 0
 
 
 def test_lets_as_many_clients_wait_as_the_backlog_holds(start):
@@ -280,6 +318,32 @@ def test_libraries_start_and_stop_their_indications(start, tmp_path, monkeypatch
     found = [line for line in lines if "indications" in line or "ca.pem" in line]
     assert len(found) == len(said)
     assert all(text in line for text, line in zip(said, found)), found
+
+
+@pytest.mark.parametrize("more", [(), ("--no-supervisor",)])
+def test_tells_the_service_manager_how_it_is(start, tmp_path, monkeypatch, more):
+    monkeypatch.setenv("NOTIFY_SOCKET", str(tmp_path / "notify"))
+    with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as manager:
+        manager.bind(str(tmp_path / "notify"))
+        manager.setsockopt(socket.SOL_SOCKET, socket.SO_PASSCRED, 1)
+        manager.settimeout(TIMEOUT_SECONDS)
+
+        def told():
+            message, credentials, _, _ = manager.recvmsg(4096, socket.CMSG_SPACE(12))
+            assert struct.unpack("3i", credentials[0][2])[0] == cimd.process.pid, "the process that was started says it"
+            return dict(line.split("=", 1) for line in message.decode().splitlines())
+        cimd = start(*more)
+        ready = {"READY": "1", "STATUS": f"listening on http://127.0.0.1:{cimd.port}"}
+        assert told() == ready
+        cimd.process.send_signal(signal.SIGHUP)
+        reloading = told()
+        assert reloading["RELOADING"] == "1" and 0 < int(reloading["MONOTONIC_USEC"]) <= time.monotonic_ns() // 1000
+        assert told() == ready
+        if not more:
+            assert cimd.ask("segv") == ""
+            assert told() == ready, "again, by the next serving process"
+        assert cimd.stop() == 0
+        assert told()["STOPPING"] == "1"
 
 
 # The grace ends by itself, or the second signal ends it.

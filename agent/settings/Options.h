@@ -1,13 +1,12 @@
-// The command line of cimd.
-#ifndef AGENT_OPTIONS_H
-#define AGENT_OPTIONS_H
+// Everything that an operator can set, in the command line or in the configuration file.
+#ifndef AGENT_SETTINGS_OPTIONS_H
+#define AGENT_SETTINGS_OPTIONS_H
 
 #include "agent/limits/Limits.h"
 #include "agent/log/log.h"
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace cimd
@@ -16,9 +15,9 @@ namespace cimd
 struct Options
 {
     std::string address = "127.0.0.1";
-    std::uint16_t port = 5988;            ///< 0: any free port
-    std::optional<std::uint16_t> tlsPort; ///< 0: any free port; of HTTPS
-    bool isPlainServed = true;            ///< HTTP on `port`
+    std::uint16_t port = 5988;    ///< 0: any free port
+    std::uint16_t tlsPort = 5989; ///< 0: any free port; of HTTPS
+    bool isPlainServed = true;    ///< HTTP on `port`
     std::optional<std::string> certificate;
     std::optional<std::string> privateKey;
     LogLevel logLevel = LogLevel::Warning;
@@ -37,29 +36,6 @@ struct Options
     std::optional<std::string> traceXml;     ///< "-": standard output
     Limits limits;
 };
-
-// A start that failed: "--port: \"x\" is not a port number".
-class StartError : public std::runtime_error
-{
-  public:
-    using std::runtime_error::runtime_error;
-};
-
-// What to do after the command line was read.
-enum class CommandLine
-{
-    Run,
-    Help,
-    Version,
-    ShowLimits
-};
-
-// Reads the command line into `options`, whose files default to places beside the program:
-// `programDir`/../share/cimd and `programDir`/../lib. Throws StartError naming the option.
-CommandLine readCommandLine(int argc, char* const argv[], const std::string& programDir, Options& options);
-
-// The text of --help.
-std::string helpText();
 
 } // namespace cimd
 

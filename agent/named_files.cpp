@@ -1,0 +1,67 @@
+// Reading what the options name.
+#include "agent/named_files.h"
+
+#include "agent/auth/PasswordStore.h"
+#include "agent/http/ListenSocket.h"
+#include "agent/http/SpoolArea.h"
+#include "agent/providers/Registration.h"
+#include "agent/repository/ClassRepository.h"
+
+#include <string>
+#include <vector>
+
+namespace cimd
+{
+
+TlsIdentity readTlsIdentity(const Settings& settings)
+{
+    const Options& options = settings.options();
+    TlsIdentity tls;
+    if (options.certificate)
+    {
+        tls.certificate =
+            starting(settings, "certificate", [&] { return readCertificate(*options.certificate); });
+        tls.key = starting(
+            settings, "private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
+    }
+    return tls;
+}
+
+void checkUsersAreKnown(const Settings& settings, bool isThisMachineOnly)
+{
+    const Options& options = settings.options();
+    if (!isThisMachineOnly && !options.passwordFile && !options.isOpen)
+        throw StartError(settings.place("listen") + ": " + options.address +
+                         " is not for this machine alone: --password-file is needed, or --no-authentication");
+}
+
+void checkNamedFiles(const Settings& settings)
+{
+    const Options& options = settings.options();
+    std::vector<std::string> faults;
+    const auto check = [&](const char* option, auto step)
+    {
+        try
+        {
+            starting(settings, option, step);
+        }
+        catch (const StartError& error)
+        {
+            faults.insert(faults.end(), error.faults().begin(), error.faults().end());
+        }
+    };
+    // Any free port: the one of the options may be that of a running cimd.
+    check("listen", [&] { checkUsersAreKnown(settings, ListenSocket(options.address, 0, 1).isLoopback()); });
+    check("certificate", [&] { readTlsIdentity(settings); });
+    if (options.passwordFile)
+        check("password-file", [&] { PasswordStore(*options.passwordFile, FirstRead::MustSucceed); });
+    if (options.indicationCa)
+        check("indication-ca", [&] { readCertificate(*options.indicationCa); });
+    check("repository", [&] { ClassRepository::load(options.repository); });
+    check("registration", [&] { loadRegistrations(options.registration); });
+    check("spool-directory", [&] { SpoolArea::fileIn(options.spoolDirectory); });
+    if (!faults.empty())
+        throw StartError(std::move(faults));
+}
+
+} // namespace cimd

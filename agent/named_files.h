@@ -1,0 +1,44 @@
+// The files that options name, read at start and checked without one.
+#ifndef AGENT_NAMED_FILES_H
+#define AGENT_NAMED_FILES_H
+
+#include "agent/auth/TlsIdentity.h"
+#include "agent/settings/Settings.h"
+#include "agent/settings/StartError.h"
+
+#include <exception>
+
+namespace cimd
+{
+
+// Runs a step of the start and puts the option that is to blame before its complaint.
+template <class Step>
+auto starting(const Settings& settings, const char* option, Step step)
+{
+    try
+    {
+        return step();
+    }
+    catch (const StartError&)
+    {
+        throw;
+    }
+    catch (const std::exception& error)
+    {
+        throw StartError(settings.place(option) + ": " + error.what());
+    }
+}
+
+// Certificate and key; both empty if the options name none. Throws StartError.
+TlsIdentity readTlsIdentity(const Settings& settings);
+
+// Throws StartError if other machines can reach cimd and it was not said who may use it.
+void checkUsersAreKnown(const Settings& settings, bool isThisMachineOnly);
+
+// Reads each file that an option names, and tries the address; writes nothing and loads no library. Throws
+// StartError with everything that is wrong.
+void checkNamedFiles(const Settings& settings);
+
+} // namespace cimd
+
+#endif
