@@ -69,7 +69,7 @@ Supervisor::Supervisor(const Limits& limits, InFlight& inFlight, Hooks hooks)
 
 bool Supervisor::isFirstReady()
 {
-    return _ready[0].exchange(1) == 0;
+    return _ready[0]++ == 0;
 }
 
 std::optional<int> Supervisor::run()
