@@ -87,6 +87,12 @@ CommandLine applyTlsPort(Options& options, const std::string& value)
     return CommandLine::Run;
 }
 
+CommandLine applyMetricsPort(Options& options, const std::string& value)
+{
+    options.metricsPort = portOf("metrics-port", value);
+    return CommandLine::Run;
+}
+
 CommandLine applyLogLevel(Options& options, const std::string& value)
 {
     const std::optional<LogLevel> level = levelFromName(value);
@@ -153,6 +159,18 @@ constexpr Entry kEntries[] = {
      "elsewhere "
      "cimd starts with --password-file or with this option only.",
      applyFlag<&Options::isOpen, true>},
+    {"metrics-port",
+     "PORT",
+     "Serve metrics, too: OpenMetrics text for Prometheus and its kin, over HTTP at /metrics on this TCP "
+     "port; "
+     "0 takes any free one. docs/metrics.md lists them.",
+     applyMetricsPort},
+    {"metrics-listen",
+     "ADDRESS",
+     "IPv4 or IPv6 address to serve metrics on. Default: 127.0.0.1, this machine only. Elsewhere they need "
+     "what "
+     "operations need: a log-in with --password-file, HTTPS with --certificate.",
+     applyText<&Options::metricsAddress>},
     {"scenario",
      "FILE",
      "Start the simulated switch from this scenario file. Default: its built-in one.",
@@ -225,6 +243,8 @@ void checkTogether(const Options& options)
         fail("private-key", "--certificate is needed, too");
     if (options.tlsPort && !options.certificate)
         fail("tls-port", "--certificate and --private-key are needed, too");
+    if (options.metricsAddress && !options.metricsPort)
+        fail("metrics-listen", "--metrics-port is needed, too");
     if (options.indicationCa && options.isIndicationInsecure)
         fail("indication-insecure", "--indication-ca says the opposite");
     if (!options.isPlainServed && !options.certificate)

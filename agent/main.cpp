@@ -3,6 +3,7 @@
 #include "agent/http/HttpServer.h"
 #include "agent/http/SpoolArea.h"
 #include "agent/limits/Limits.h"
+#include "agent/metrics/MetricsServer.h"
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
 #include "agent/platform.h"
@@ -57,6 +58,7 @@ struct Setting
 {
     const Options& options;
     std::vector<ListenSocket>& sockets;
+    std::vector<ListenSocket>& metricsSockets; // one, or none
     const TlsIdentity& tls;
     InFlight& inFlight;
     const Terminal& terminal;
@@ -107,13 +109,22 @@ TlsIdentity readTlsIdentity(const Options& options)
     return tls;
 }
 
+struct Servers
+{
+    HttpServer& operations;
+    std::optional<MetricsServer>& metrics;
+};
+
 // The certificate may have been renewed. Faulty files change nothing.
-void reload(const Options& options, HttpServer& server)
+void reload(const Options& options, Servers servers)
 try
 {
     if (!options.certificate)
         return;
-    server.setTls(readTlsIdentity(options));
+    const TlsIdentity tls = readTlsIdentity(options);
+    servers.operations.setTls(tls);
+    if (servers.metrics)
+        servers.metrics->setTls(tls);
     log(LogLevel::Info, "cimd", "SIGHUP: certificate and key were read again");
 }
 catch (const std::exception& error)
@@ -134,12 +145,13 @@ void showWork(const Setting& setting, const Counters& counters, HttpServer& serv
 }
 
 // Waits for a signal to stop; does what others ask for.
-void waitForStop(SignalSet& signals, const Setting& setting, const Counters& counters, HttpServer& server)
+void waitForStop(SignalSet& signals, const Setting& setting, const Counters& counters, Servers servers)
 {
     int signal = nextSignal(signals);
     for (; signal == SIGUSR1 || (signal == SIGHUP && !setting.terminal.hasGone());
          signal = nextSignal(signals))
-        signal == SIGUSR1 ? showWork(setting, counters, server) : reload(setting.options, server);
+        signal == SIGUSR1 ? showWork(setting, counters, servers.operations)
+                          : reload(setting.options, servers);
     log(LogLevel::Info, "cimd", signalName(signal) + ": stopping");
     // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
     // of a service may have been sent the first.
@@ -227,19 +239,40 @@ int serve(const Setting& setting)
     Indications indications(core.providers());
     HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;
     const std::string urls = urlsOf(setting.sockets);
+    const bool areMetricsGuarded =
+        !setting.metricsSockets.empty() && !setting.metricsSockets.front().isLoopback();
+    const std::string metricsUrl = setting.metricsSockets.empty()
+                                       ? ""
+                                       : ", metrics on " + setting.metricsSockets.front().url() + "/metrics";
     HttpServer server(handler,
                       limits,
                       std::move(setting.sockets),
                       {setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }});
-    if (setting.supervisor == nullptr || setting.supervisor->isFirstReady())
+    const bool isFirst = setting.supervisor == nullptr || setting.supervisor->isFirstReady();
+    std::optional<MetricsServer> metrics;
+    if (!setting.metricsSockets.empty())
+        metrics.emplace(AgentParts{core.service(),
+                                   core.providers(),
+                                   counters,
+                                   setting.inFlight,
+                                   frontEnd.enumerations(),
+                                   server,
+                                   limits,
+                                   setting.supervisor != nullptr ? setting.supervisor->restarts() : 0},
+                        std::move(setting.metricsSockets),
+                        ServerOptions{setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }},
+                        areMetricsGuarded && authenticator ? &*authenticator : nullptr);
+    if (isFirst)
     {
-        std::printf("cimd: listening on %s\n", urls.c_str());
+        std::printf("cimd: listening on %s%s\n", urls.c_str(), metricsUrl.c_str());
         std::fflush(stdout);
     }
 
-    waitForStop(signals, setting, counters, server);
+    waitForStop(signals, setting, counters, {server, metrics});
     const auto deadline = std::chrono::steady_clock::now() + limits.stopGrace;
     bool isDone = server.stop(limits.stopGrace);
+    if (metrics)
+        isDone = metrics->stop(timeToStop(deadline)) && isDone;
     if (!isDone)
         log(LogLevel::Error, "cimd", "a request did not finish in time; leaving it behind");
     // After the requests, for what these do may be worth an indication.
@@ -269,8 +302,8 @@ void handOnTrust(const Options& options)
 
 constexpr std::uint16_t kTlsPort = 5989; // wbem-https in the registry of ports
 
-// The server, its providers and the C library have some descriptors of their own.
-constexpr std::size_t kOtherDescriptors = 64;
+// The server, that of the metrics, providers and the C library have some descriptors of their own.
+constexpr std::size_t kOtherDescriptors = 96;
 
 // A connection is a socket and, with a slow client, a file; so is an enumeration that waits to be pulled.
 void makeRoomForFiles(const Limits& limits)
@@ -285,27 +318,61 @@ void makeRoomForFiles(const Limits& limits)
                 " open files; the system allows " + std::to_string(allowed) + " (RLIMIT_NOFILE)");
 }
 
+constexpr std::size_t kScrapes = 2; // one of them hangs
+
 // Each worker would otherwise have a heap of its own, which keeps what its largest answer took.
 constexpr int kHeaps = 2;
 
-void listenOn(std::vector<ListenSocket>& sockets,
-              const Options& options,
-              const char* portOption,
-              std::uint16_t port,
-              bool isTls)
+// Nobody opens a switch by accident, or sends a password unaware that it can be read.
+void checkAccess(const ListenSocket& socket, const char* option, const Options& options)
+{
+    if (socket.isLoopback())
+        return;
+    if (!options.passwordFile && !options.isOpen)
+        throw StartError(std::string(option) + ": " + socket.address() +
+                         " is not for this machine alone: --password-file is needed, or --no-authentication");
+    if (options.passwordFile && !socket.isTls())
+        log(LogLevel::Warning,
+            "auth",
+            std::string(option) + " " + socket.address() +
+                ": passwords come over HTTP, readable on the way; HTTPS alone hides them");
+}
+
+// Where a socket listens, and the options that say so.
+struct Place
+{
+    const char* addressOption;
+    const std::string& address;
+    const char* portOption;
+    std::uint16_t port;
+};
+
+void listenOn(std::vector<ListenSocket>& sockets, const Options& options, const Place& place, bool isTls)
 try
 {
-    sockets.emplace_back(options.address, port, options.limits.backlog, isTls);
+    sockets.emplace_back(place.address, place.port, options.limits.backlog, isTls);
 }
 catch (const std::system_error& error)
 {
     const bool isPortToBlame = error.code() == std::errc::address_in_use ||
                                error.code() == std::errc::permission_denied; // below 1024
-    throw StartError(std::string(isPortToBlame ? portOption : "--listen") + ": " + error.what());
+    throw StartError(std::string(isPortToBlame ? place.portOption : place.addressOption) + ": " +
+                     error.what());
 }
 catch (const std::exception& error)
 {
-    throw StartError(std::string("--listen: ") + error.what());
+    throw StartError(std::string(place.addressOption) + ": " + error.what());
+}
+
+// Metrics elsewhere than on loopback are as private as operations are.
+void listenForMetrics(std::vector<ListenSocket>& sockets, const Options& options)
+{
+    const std::string loopback = "127.0.0.1";
+    const std::string& address = options.metricsAddress ? *options.metricsAddress : loopback;
+    const Place place{"--metrics-listen", address, "--metrics-port", *options.metricsPort};
+    const bool isTls = options.certificate && !ListenSocket::isLoopbackAddress(address);
+    listenOn(sockets, options, place, isTls);
+    checkAccess(sockets.front(), place.addressOption, options);
 }
 
 int start(const Options& options)
@@ -316,16 +383,16 @@ int start(const Options& options)
     makeRoomForFiles(limits);
     std::vector<ListenSocket> sockets;
     if (options.isPlainServed)
-        listenOn(sockets, options, "--port", options.port, false);
+        listenOn(sockets, options, {"--listen", options.address, "--port", options.port}, false);
     if (options.certificate)
-        listenOn(sockets, options, "--tls-port", options.tlsPort.value_or(kTlsPort), true);
-    if (!sockets.front().isLoopback() && !options.passwordFile && !options.isOpen)
-        throw StartError("--listen: " + options.address +
-                         " is not for this machine alone: --password-file is needed, or --no-authentication");
-    if (options.passwordFile && options.isPlainServed && !sockets.front().isLoopback())
-        log(LogLevel::Warning,
-            "auth",
-            "passwords come over HTTP, readable on the way; --no-http takes them over HTTPS only");
+        listenOn(sockets,
+                 options,
+                 {"--listen", options.address, "--tls-port", options.tlsPort.value_or(kTlsPort)},
+                 true);
+    checkAccess(sockets.front(), "--listen", options);
+    std::vector<ListenSocket> metricsSockets;
+    if (options.metricsPort)
+        listenForMetrics(metricsSockets, options);
     handOnTrust(options);
     starting("--spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
     TlsIdentity tls = readTlsIdentity(options); // not after a crash: then files may be half renewed
@@ -333,11 +400,17 @@ int start(const Options& options)
     if (options.traceXml)
         starting("--trace-xml", [&] { return &trace.emplace(*options.traceXml); });
     // All that can run at once: one more that hangs than may is what ends the process.
-    InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1);
+    InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1 + kScrapes);
     const Terminal terminal;
-    Setting setting{options, sockets, tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
+    Setting setting{
+        options, sockets, metricsSockets, tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);
+    const auto stopListening = [&]
+    {
+        sockets.clear();
+        metricsSockets.clear();
+    };
     const auto readAgain = [&]
     {
         try
@@ -349,7 +422,7 @@ int start(const Options& options)
             // The serving process says so.
         }
     };
-    Supervisor supervisor(limits, inFlight, {[&] { sockets.clear(); }, readAgain});
+    Supervisor supervisor(limits, inFlight, {stopListening, readAgain});
     setting.supervisor = &supervisor;
     if (const std::optional<int> status = supervisor.run())
         return *status;

@@ -3,7 +3,7 @@ pkg_check_modules(crypt REQUIRED IMPORTED_TARGET libcrypt)
 pkg_check_modules(gnutls REQUIRED IMPORTED_TARGET gnutls)
 add_subdirectory(auth)
 
-file(GLOB sources CONFIGURE_DEPENDS http/*.cpp ops/*.cpp pull/*.cpp xml/*.cpp)
+file(GLOB sources CONFIGURE_DEPENDS http/*.cpp metrics/*.cpp ops/*.cpp pull/*.cpp xml/*.cpp)
 add_library(cimd_wire STATIC ${sources})
 vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.cpp http/connection_answers.cpp http/Reply.cpp
                            http/RequestReader.cpp http/answer_head.cpp http/cim_headers.cpp)

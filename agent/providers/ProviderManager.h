@@ -62,7 +62,8 @@ class ProviderManager
     bool stopIndications(std::chrono::milliseconds atMost);
 
     // Gets a counter of a library: what it counts, and of which kind ("" if there is one only).
-    using CounterSink = std::function<void(const std::string& name, const std::string& label, std::uint64_t value)>;
+    using CounterSink =
+        std::function<void(const std::string& name, const std::string& label, std::uint64_t value)>;
     // What the libraries count of the indications that they send. Calls, in each that exports it,
     //     extern "C" void vrax_indication_counters(
     //         void (*sink)(void* context, const char* name, const char* label, unsigned long long value),
