@@ -1,8 +1,8 @@
 // cimd: reads its command line, starts, serves until it is told to stop.
-#include "agent/Options.h"
 #include "agent/http/HttpServer.h"
 #include "agent/http/SpoolArea.h"
 #include "agent/limits/Limits.h"
+#include "agent/listening.h"
 #include "agent/metrics/MetricsServer.h"
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
@@ -12,6 +12,9 @@
 #include "agent/run/exit_status.h"
 #include "agent/run/signals.h"
 #include "agent/service/AgentCore.h"
+#include "agent/settings/Settings.h"
+#include "agent/settings/StartError.h"
+#include "agent/settings/help.h"
 
 #include <algorithm>
 #include <chrono>
@@ -37,7 +40,7 @@ std::string programDirectory()
 
 // Runs a step of the start and puts the option that is to blame before its complaint.
 template <class Step>
-auto starting(const char* option, Step step)
+auto starting(const Settings& settings, const char* option, Step step)
 {
     try
     {
@@ -49,16 +52,15 @@ auto starting(const char* option, Step step)
     }
     catch (const std::exception& error)
     {
-        throw StartError(std::string(option) + ": " + error.what());
+        throw StartError(settings.place(option) + ": " + error.what());
     }
 }
 
 // Everything that outlives a serving process, and how the one that reads this is told to behave.
 struct Setting
 {
-    const Options& options;
-    std::vector<ListenSocket>& sockets;
-    std::vector<ListenSocket>& metricsSockets; // one, or none
+    const Settings& settings;
+    Sockets& sockets;
     const TlsIdentity& tls;
     InFlight& inFlight;
     const Terminal& terminal;
@@ -88,23 +90,16 @@ int nextSignal(const SignalSet& signals)
     }
 }
 
-// "http://127.0.0.1:5988, https://127.0.0.1:5989"
-std::string urlsOf(const std::vector<ListenSocket>& sockets)
+TlsIdentity readTlsIdentity(const Settings& settings)
 {
-    std::string urls;
-    for (const ListenSocket& socket : sockets)
-        urls += (urls.empty() ? "" : ", ") + socket.url();
-    return urls;
-}
-
-TlsIdentity readTlsIdentity(const Options& options)
-{
+    const Options& options = settings.options();
     TlsIdentity tls;
     if (options.certificate)
     {
-        tls.certificate = starting("--certificate", [&] { return readCertificate(*options.certificate); });
-        tls.key =
-            starting("--private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
+        tls.certificate =
+            starting(settings, "certificate", [&] { return readCertificate(*options.certificate); });
+        tls.key = starting(
+            settings, "private-key", [&] { return readPrivateKey(*options.privateKey, tls.certificate); });
     }
     return tls;
 }
@@ -116,12 +111,12 @@ struct Servers
 };
 
 // The certificate may have been renewed. Faulty files change nothing.
-void reload(const Options& options, Servers servers)
+void reload(const Settings& settings, Servers servers)
 try
 {
-    if (!options.certificate)
+    if (!settings.options().certificate)
         return;
-    const TlsIdentity tls = readTlsIdentity(options);
+    const TlsIdentity tls = readTlsIdentity(settings);
     servers.operations.setTls(tls);
     if (servers.metrics)
         servers.metrics->setTls(tls);
@@ -151,7 +146,7 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
     for (; signal == SIGUSR1 || (signal == SIGHUP && !setting.terminal.hasGone());
          signal = nextSignal(signals))
         signal == SIGUSR1 ? showWork(setting, counters, servers.operations)
-                          : reload(setting.options, servers);
+                          : reload(setting.settings, servers);
     log(LogLevel::Info, "cimd", signalName(signal) + ": stopping");
     // Whoever sends a second one does not want to wait. A supervisor sees to that itself, and all processes
     // of a service may have been sent the first.
@@ -174,7 +169,7 @@ void waitForStop(SignalSet& signals, const Setting& setting, const Counters& cou
 {
     log(LogLevel::Error,
         "cimd",
-        "more than " + std::to_string(setting.options.limits.hungWorkers) +
+        "more than " + std::to_string(setting.settings.options().limits.hungWorkers) +
             " operations hang in their providers; ending the process");
     leave(setting, kExitHung);
 }
@@ -207,21 +202,32 @@ class Indications
     ProviderManager& _providers;
 };
 
+// The simulated switch, if the options ask something of it.
+void startSwitch(const Settings& settings)
+{
+    const Options& options = settings.options();
+    if (options.scenario)
+        starting(settings, "scenario", [&] { openScenario(options.providerDir, *options.scenario); });
+    if (options.state)
+        starting(settings, "state", [&] { keepState(options.providerDir, *options.state); });
+    if (options.switchSocket)
+        starting(settings,
+                 "switch-socket",
+                 [&] { takeSwitchCommands(options.providerDir, *options.switchSocket); });
+}
+
 int serve(const Setting& setting)
 {
     // Before the first thread, so that signals are taken here alone.
     SignalSet signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1});
-    const Options& options = setting.options;
+    const Settings& settings = setting.settings;
+    const Options& options = settings.options();
     const Limits& limits = options.limits;
-    if (options.scenario)
-        openScenario(options.providerDir, *options.scenario);
-    if (options.state)
-        keepState(options.providerDir, *options.state);
-    if (options.switchSocket)
-        takeSwitchCommands(options.providerDir, *options.switchSocket);
-    AgentCore core(starting("--repository", [&] { return ClassRepository::load(options.repository); }),
-                   starting("--registration", [&] { return loadRegistrations(options.registration); }),
-                   options.providerDir);
+    startSwitch(settings);
+    AgentCore core(
+        starting(settings, "repository", [&] { return ClassRepository::load(options.repository); }),
+        starting(settings, "registration", [&] { return loadRegistrations(options.registration); }),
+        options.providerDir);
     Counters counters(classNames(core.repository()));
     const Watch watch{&setting.inFlight, &counters, setting.trace};
     FrontEnd frontEnd(core.service(), limits, watch, options.spoolDirectory);
@@ -231,26 +237,22 @@ int serve(const Setting& setting)
     {
         const bool isReplacement = setting.supervisor != nullptr && setting.supervisor->hasBeenReady();
         const FirstRead firstRead = isReplacement ? FirstRead::MayFail : FirstRead::MustSucceed;
-        starting("--password-file",
+        starting(settings,
+                 "password-file",
                  [&] { return &authenticator.emplace(*options.passwordFile, limits, firstRead); });
         gate.emplace(frontEnd, *authenticator, limits);
     }
     // Before the first client, whose changes may be worth an indication already.
     Indications indications(core.providers());
     HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;
-    const std::string urls = urlsOf(setting.sockets);
-    const bool areMetricsGuarded =
-        !setting.metricsSockets.empty() && !setting.metricsSockets.front().isLoopback();
-    const std::string metricsUrl = setting.metricsSockets.empty()
-                                       ? ""
-                                       : ", metrics on " + setting.metricsSockets.front().url() + "/metrics";
+    const std::string urls = setting.sockets.urls();
     HttpServer server(handler,
                       limits,
-                      std::move(setting.sockets),
+                      std::move(setting.sockets.operations),
                       {setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }});
     const bool isFirst = setting.supervisor == nullptr || setting.supervisor->isFirstReady();
     std::optional<MetricsServer> metrics;
-    if (!setting.metricsSockets.empty())
+    if (setting.sockets.metrics)
         metrics.emplace(AgentParts{core.service(),
                                    core.providers(),
                                    counters,
@@ -259,12 +261,12 @@ int serve(const Setting& setting)
                                    server,
                                    limits,
                                    setting.supervisor != nullptr ? setting.supervisor->restarts() : 0},
-                        std::move(setting.metricsSockets),
+                        std::move(*setting.sockets.metrics),
                         ServerOptions{setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }},
-                        areMetricsGuarded && authenticator ? &*authenticator : nullptr);
+                        authenticator ? &*authenticator : nullptr);
     if (isFirst)
     {
-        std::printf("cimd: listening on %s%s\n", urls.c_str(), metricsUrl.c_str());
+        std::printf("cimd: listening on %s\n", urls.c_str());
         std::fflush(stdout);
     }
 
@@ -289,18 +291,17 @@ int serve(const Setting& setting)
 }
 
 // The modules that send indications read from the environment whom they trust.
-void handOnTrust(const Options& options)
+void handOnTrust(const Settings& settings)
 {
+    const Options& options = settings.options();
     if (options.indicationCa)
     {
-        starting("--indication-ca", [&] { return readCertificate(*options.indicationCa); });
+        starting(settings, "indication-ca", [&] { return readCertificate(*options.indicationCa); });
         setenv("VRAX_INDICATION_CA", options.indicationCa->c_str(), 1);
     }
     if (options.isIndicationInsecure)
         setenv("VRAX_INDICATION_INSECURE", "1", 1);
 }
-
-constexpr std::uint16_t kTlsPort = 5989; // wbem-https in the registry of ports
 
 // The server, that of the metrics, providers and the C library have some descriptors of their own.
 constexpr std::size_t kOtherDescriptors = 96;
@@ -323,106 +324,38 @@ constexpr std::size_t kScrapes = 2; // one of them hangs
 // Each worker would otherwise have a heap of its own, which keeps what its largest answer took.
 constexpr int kHeaps = 2;
 
-// Nobody opens a switch by accident, or sends a password unaware that it can be read.
-void checkAccess(const ListenSocket& socket, const char* option, const Options& options)
+int start(const Settings& settings)
 {
-    if (socket.isLoopback())
-        return;
-    if (!options.passwordFile && !options.isOpen)
-        throw StartError(std::string(option) + ": " + socket.address() +
-                         " is not for this machine alone: --password-file is needed, or --no-authentication");
-    if (options.passwordFile && !socket.isTls())
-        log(LogLevel::Warning,
-            "auth",
-            std::string(option) + " " + socket.address() +
-                ": passwords come over HTTP, readable on the way; HTTPS alone hides them");
-}
-
-// Where a socket listens, and the options that say so.
-struct Place
-{
-    const char* addressOption;
-    const std::string& address;
-    const char* portOption;
-    std::uint16_t port;
-};
-
-void listenOn(std::vector<ListenSocket>& sockets, const Options& options, const Place& place, bool isTls)
-try
-{
-    sockets.emplace_back(place.address, place.port, options.limits.backlog, isTls);
-}
-catch (const std::system_error& error)
-{
-    const bool isPortToBlame = error.code() == std::errc::address_in_use ||
-                               error.code() == std::errc::permission_denied; // below 1024
-    throw StartError(std::string(isPortToBlame ? place.portOption : place.addressOption) + ": " +
-                     error.what());
-}
-catch (const std::exception& error)
-{
-    throw StartError(std::string(place.addressOption) + ": " + error.what());
-}
-
-// Metrics elsewhere than on loopback are as private as operations are.
-void listenForMetrics(std::vector<ListenSocket>& sockets, const Options& options)
-{
-    const std::string loopback = "127.0.0.1";
-    const std::string& address = options.metricsAddress ? *options.metricsAddress : loopback;
-    const Place place{"--metrics-listen", address, "--metrics-port", *options.metricsPort};
-    const bool isTls = options.certificate && !ListenSocket::isLoopbackAddress(address);
-    listenOn(sockets, options, place, isTls);
-    checkAccess(sockets.front(), place.addressOption, options);
-}
-
-int start(const Options& options)
-{
+    const Options& options = settings.options();
     mallopt(M_ARENA_MAX, kHeaps);
     std::signal(SIGPIPE, SIG_IGN);
     const Limits& limits = options.limits;
     makeRoomForFiles(limits);
-    std::vector<ListenSocket> sockets;
-    if (options.isPlainServed)
-        listenOn(sockets, options, {"--listen", options.address, "--port", options.port}, false);
-    if (options.certificate)
-        listenOn(sockets,
-                 options,
-                 {"--listen", options.address, "--tls-port", options.tlsPort.value_or(kTlsPort)},
-                 true);
-    checkAccess(sockets.front(), "--listen", options);
-    std::vector<ListenSocket> metricsSockets;
-    if (options.metricsPort)
-        listenForMetrics(metricsSockets, options);
-    handOnTrust(options);
-    starting("--spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
-    TlsIdentity tls = readTlsIdentity(options); // not after a crash: then files may be half renewed
+    Sockets sockets = openSockets(settings);
+    handOnTrust(settings);
+    starting(settings, "spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
+    TlsIdentity tls = readTlsIdentity(settings); // not after a crash: then files may be half renewed
     std::optional<XmlTrace> trace;
     if (options.traceXml)
-        starting("--trace-xml", [&] { return &trace.emplace(*options.traceXml); });
+        starting(settings, "trace-xml", [&] { return &trace.emplace(*options.traceXml); });
     // All that can run at once: one more that hangs than may is what ends the process.
     InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1 + kScrapes);
     const Terminal terminal;
-    Setting setting{
-        options, sockets, metricsSockets, tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
+    Setting setting{settings, sockets, tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);
-    const auto stopListening = [&]
-    {
-        sockets.clear();
-        metricsSockets.clear();
-    };
     const auto readAgain = [&]
     {
         try
         {
-            tls = readTlsIdentity(options);
+            tls = readTlsIdentity(settings);
         }
         catch (const std::exception&)
         {
             // The serving process says so.
         }
     };
-    Supervisor supervisor(limits, inFlight, {stopListening, readAgain});
+    Supervisor supervisor(limits, inFlight, {[&] { sockets = {}; }, readAgain});
     setting.supervisor = &supervisor;
     if (const std::optional<int> status = supervisor.run())
         return *status;
@@ -434,23 +367,22 @@ int start(const Options& options)
 int main(int argc, char* argv[])
 try
 {
-    Options options;
-    switch (readCommandLine(argc, argv, programDirectory(), options))
-    {
-    case CommandLine::Help:
-        std::fputs(helpText().c_str(), stdout);
-        return EXIT_SUCCESS;
-    case CommandLine::Version:
-        std::puts("cimd " CIMD_VERSION);
-        return EXIT_SUCCESS;
-    case CommandLine::ShowLimits:
-        std::fputs(limitsTable(options.limits).c_str(), stdout);
-        return EXIT_SUCCESS;
-    case CommandLine::Run:
-        break;
-    }
-    setLogLevel(options.logLevel);
-    return start(options);
+    const CommandLine line = readCommandLine(argc, argv);
+    if (line.action == Action::Help)
+        return std::fputs(helpText().c_str(), stdout) < 0;
+    if (line.action == Action::Version)
+        return std::puts("cimd " CIMD_VERSION) < 0;
+    const Settings settings(line, programDirectory());
+    if (line.action == Action::ShowLimits)
+        return std::fputs(limitsTable(settings.options().limits).c_str(), stdout) < 0;
+    setLogLevel(settings.options().logLevel);
+    return start(settings);
+}
+catch (const StartError& error)
+{
+    for (const std::string& fault : error.faults())
+        std::fprintf(stderr, "cimd: %s\n", fault.c_str());
+    return kExitNotStarted;
 }
 catch (const std::exception& error)
 {

@@ -1,10 +1,9 @@
 // The one thing the agent knows of the simulator: the names of its start functions.
 #include "agent/platform.h"
 
-#include "agent/Options.h"
-
 #include <cstddef>
 #include <dlfcn.h>
+#include <stdexcept>
 
 namespace cimd
 {
@@ -17,40 +16,41 @@ using StartFunction = int (*)(const char* path, char* message, std::size_t size)
 
 constexpr std::size_t kMessageBytes = 1024;
 
-void callStart(const char* option, const char* name, const std::string& directory, const std::string& file)
+void callStart(const char* name, const std::string& directory, const std::string& file)
 {
     const std::string library = directory + "/libvraxplatform.so";
-    const std::string about = std::string(option) + " " + file + ": ";
+    const std::string about = file + ": ";
     void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle == nullptr)
     {
         const char* reason = dlerror();
-        throw StartError(about + "cannot load " + library + ": " +
-                         (reason != nullptr ? reason : "unknown reason"));
+        throw std::runtime_error(about + "cannot load " + library + ": " +
+                                 (reason != nullptr ? reason : "unknown reason"));
     }
     const auto start = reinterpret_cast<StartFunction>(dlsym(handle, name));
     if (start == nullptr)
-        throw StartError(about + library + " is not a simulated switch: it lacks " + name);
+        throw std::runtime_error(about + library + " is not a simulated switch: it lacks " + name);
     char message[kMessageBytes] = "";
     if (start(file.c_str(), message, sizeof message) != 0)
-        throw StartError(about + (message[0] != '\0' ? message : "the simulated switch did not start"));
+        throw std::runtime_error(about +
+                                 (message[0] != '\0' ? message : "the simulated switch did not start"));
 }
 
 } // namespace
 
 void openScenario(const std::string& directory, const std::string& scenario)
 {
-    callStart("--scenario", "vraxsim_open", directory, scenario);
+    callStart("vraxsim_open", directory, scenario);
 }
 
 void keepState(const std::string& directory, const std::string& file)
 {
-    callStart("--state", "vraxsim_keep", directory, file);
+    callStart("vraxsim_keep", directory, file);
 }
 
 void takeSwitchCommands(const std::string& directory, const std::string& socket)
 {
-    callStart("--switch-socket", "vraxsim_listen", directory, socket);
+    callStart("vraxsim_listen", directory, socket);
 }
 
 } // namespace cimd

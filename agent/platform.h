@@ -8,7 +8,7 @@ namespace cimd
 {
 
 // Loads `directory`/libvraxplatform.so and lets it start from a scenario file; must happen before the first
-// provider is loaded. The library stays loaded. Throws StartError naming the option, the file and the reason;
+// provider is loaded. The library stays loaded. Throws std::runtime_error naming the file and the reason;
 // a switch's own platform library has no scenarios and is refused.
 void openScenario(const std::string& directory, const std::string& scenario);
 

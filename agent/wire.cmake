@@ -10,13 +10,13 @@ vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.
 target_compile_definitions(cimd_wire PUBLIC CIMD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::gnutls)
 
-file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+file(GLOB sources CONFIGURE_DEPENDS *.cpp settings/*.cpp)
 list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
 add_library(cimd_start STATIC ${sources})
-target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
+target_link_libraries(cimd_start PUBLIC cimd_wire PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
 
 add_executable(cimd main.cpp)
-target_link_libraries(cimd PRIVATE cimd_wire cimd_start vrax_warnings)
+target_link_libraries(cimd PRIVATE cimd_start vrax_warnings)
 install(TARGETS cimd cimd-passwd)
 
 # The manual pages; that of cimd has an entry for each row LIMIT(member, type, default, least, most, "unit",

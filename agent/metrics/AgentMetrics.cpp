@@ -12,10 +12,6 @@ namespace cimd
 namespace
 {
 
-constexpr MetricType kCounter = MetricType::Counter;
-constexpr MetricType kGauge = MetricType::Gauge;
-constexpr std::int32_t kMicro = -6;
-
 Decimal seconds(std::chrono::microseconds time)
 {
     return {static_cast<std::uint64_t>(time.count()), kMicro};

@@ -29,15 +29,17 @@ Limits limitsOf(const Limits& agent)
 } // namespace
 
 MetricsServer::MetricsServer(const AgentParts& parts,
-                             std::vector<ListenSocket> sockets,
+                             ListenSocket socket,
                              ServerOptions options,
                              Authenticator* authenticator)
     : _handler(parts)
 {
     const Limits limits = limitsOf(parts.limits);
-    if (authenticator != nullptr)
+    if (authenticator != nullptr && !socket.isLoopback())
         _gate.emplace(_handler, *authenticator, limits);
     HttpHandler& outer = _gate ? static_cast<HttpHandler&>(*_gate) : _handler;
+    std::vector<ListenSocket> sockets;
+    sockets.push_back(std::move(socket));
     _server.emplace(outer, limits, std::move(sockets), std::move(options));
 }
 

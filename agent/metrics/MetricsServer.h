@@ -18,9 +18,9 @@ class MetricsServer
 {
   public:
     // Throws std::runtime_error when the server cannot start. `authenticator` and what `parts` names outlive
-    // the object; null: nobody has to log in.
+    // the object. Nobody has to log in on loopback, nor where there is no authenticator.
     MetricsServer(const AgentParts& parts,
-                  std::vector<ListenSocket> sockets,
+                  ListenSocket socket,
                   ServerOptions options,
                   Authenticator* authenticator);
 

@@ -23,6 +23,9 @@ enum class MetricType
     StateSet ///< a sample for each state: 1 for the present one, else 0
 };
 
+inline constexpr MetricType kCounter = MetricType::Counter;
+inline constexpr MetricType kGauge = MetricType::Gauge;
+
 // Samples of one name. The texts live on.
 struct MetricFamily
 {
@@ -40,6 +43,9 @@ struct Decimal
     bool isNegative = false;
     bool isNull = false; ///< There is no number.
 };
+
+inline constexpr std::int32_t kMilli = -3; // exponents of prefixes
+inline constexpr std::int32_t kMicro = -6;
 
 // "28.47" for 2847 * 10^-2.
 void appendDecimal(std::string& text, const Decimal& number);

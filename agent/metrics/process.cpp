@@ -14,10 +14,8 @@ namespace cimd
 namespace
 {
 
-constexpr MetricType kGauge = MetricType::Gauge;
 constexpr std::uint64_t kMicrosPerSecond = 1000000;
 constexpr std::uint64_t kNanosPerMicro = 1000;
-constexpr std::int32_t kMicro = -6;
 
 // Time of all threads; a null if the system does not tell.
 Decimal processorTime()

@@ -7,10 +7,6 @@ namespace cimd
 namespace
 {
 
-constexpr MetricType kCounter = MetricType::Counter;
-constexpr MetricType kGauge = MetricType::Gauge;
-constexpr std::int32_t kMilli = -3;
-
 // The numbers of CIM_ManagedSystemElement and CIM_EnabledLogicalElement, CIM Schema 2.14.
 #define OPERATIONAL_STATUS                                                                                   \
     ": 0 unknown, 2 OK, 3 degraded, 4 stressed, 5 predictive failure, 6 error, 7 non-recoverable error, "    \

@@ -177,13 +177,13 @@ def test_says_why_it_does_not_start(build_dir, tmp_path):
                 (["--spool-directory", none], f"--spool-directory: cannot create a file in {none}: No such file"),
                 (["--trace-xml", tmp_path], f"--trace-xml: cannot open {tmp_path}: Is a directory"),
                 (["--provider-dir", tmp_path, "--scenario", bad],
-                 f"--scenario {bad}: cannot load {tmp_path}/libvraxplatform.so: "),
+                 f"--scenario: {bad}: cannot load {tmp_path}/libvraxplatform.so: "),
                 (["--provider-dir", platforms / "without", "--scenario", bad],
-                 f"--scenario {bad}: {platforms}/without/libvraxplatform.so is not a simulated switch"),
+                 f"--scenario: {bad}: {platforms}/without/libvraxplatform.so is not a simulated switch"),
                 (["--provider-dir", platforms / "with", "--scenario", bad],
-                 f"--scenario {bad}: {bad}:3: ports: a number was expected"),
+                 f"--scenario: {bad}: {bad}:3: ports: a number was expected"),
                 (["--provider-dir", platforms / "with", "--state", bad],
-                 f"--state {bad}: {platforms}/with/libvraxplatform.so is not a simulated switch: it lacks vraxsim_keep")]:
+                 f"--state: {bad}: {platforms}/with/libvraxplatform.so is not a simulated switch: it lacks vraxsim_keep")]:
             cimd = Cimd(build_dir, "--port", "0", *STORE, *options)
             assert cimd.read_line().startswith("cimd: " + fault)
             assert cimd.process.wait() == 2, fault

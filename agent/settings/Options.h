@@ -1,13 +1,12 @@
-// The command line of cimd.
-#ifndef AGENT_OPTIONS_H
-#define AGENT_OPTIONS_H
+// Everything that an operator can set, in the command line or in the configuration file.
+#ifndef AGENT_SETTINGS_OPTIONS_H
+#define AGENT_SETTINGS_OPTIONS_H
 
 #include "agent/limits/Limits.h"
 #include "agent/log/log.h"
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace cimd
@@ -16,13 +15,13 @@ namespace cimd
 struct Options
 {
     std::string address = "127.0.0.1";
-    std::uint16_t port = 5988;            ///< 0: any free port
-    std::optional<std::uint16_t> tlsPort; ///< 0: any free port; of HTTPS
-    bool isPlainServed = true;            ///< HTTP on `port`
+    std::uint16_t port = 5988;    ///< 0: any free port
+    std::uint16_t tlsPort = 5989; ///< 0: any free port; of HTTPS
+    bool isPlainServed = true;    ///< HTTP on `port`
     std::optional<std::string> certificate;
     std::optional<std::string> privateKey;
-    std::optional<std::uint16_t> metricsPort;  ///< 0: any free port; none: no metrics
-    std::optional<std::string> metricsAddress; ///< none: loopback
+    std::optional<std::uint16_t> metricsPort; ///< 0: any free port; none: no metrics
+    std::string metricsAddress = "127.0.0.1";
     LogLevel logLevel = LogLevel::Warning;
     std::optional<std::string> scenario;
     std::optional<std::string> state; ///< of the simulated switch, across restarts
@@ -39,29 +38,6 @@ struct Options
     std::optional<std::string> traceXml;     ///< "-": standard output
     Limits limits;
 };
-
-// A start that failed: "--port: \"x\" is not a port number".
-class StartError : public std::runtime_error
-{
-  public:
-    using std::runtime_error::runtime_error;
-};
-
-// What to do after the command line was read.
-enum class CommandLine
-{
-    Run,
-    Help,
-    Version,
-    ShowLimits
-};
-
-// Reads the command line into `options`, whose files default to places beside the program:
-// `programDir`/../share/cimd and `programDir`/../lib. Throws StartError naming the option.
-CommandLine readCommandLine(int argc, char* const argv[], const std::string& programDir, Options& options);
-
-// The text of --help.
-std::string helpText();
 
 } // namespace cimd
 

@@ -1,5 +1,7 @@
 // Command lines: what they set and what is said about the wrong ones.
-#include "agent/Options.h"
+#include "agent/settings/Settings.h"
+#include "agent/settings/StartError.h"
+#include "agent/settings/help.h"
 
 #include <algorithm>
 #include <fstream>
@@ -15,7 +17,7 @@ namespace
 {
 
 // A command line whose words are parted by spaces.
-CommandLine read(const std::string& line, Options& options)
+CommandLine readLine(const std::string& line)
 {
     std::istringstream stream(line);
     std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
@@ -24,23 +26,25 @@ CommandLine read(const std::string& line, Options& options)
     for (std::string& word : words)
         argv.push_back(word.data());
     argv.push_back(nullptr);
-    return readCommandLine(static_cast<int>(words.size()), argv.data(), "/opt/bin", options);
+    return readCommandLine(static_cast<int>(words.size()), argv.data());
 }
 
-TEST(OptionsTest, EveryOptionIsTaken)
+Options read(const std::string& line)
 {
-    Options options;
-    EXPECT_EQ(CommandLine::Run, read("", options));
+    return Settings(readLine(line), "/opt/bin").options();
+}
+
+TEST(SettingsTest, EveryOptionIsTaken)
+{
+    Options options = read("");
     EXPECT_EQ("/opt/bin/../share/cimd/repository.xml", options.repository);
     EXPECT_EQ("/opt/bin/../share/cimd/providers.reg", options.registration);
     EXPECT_EQ("/opt/bin/../lib", options.providerDir);
     EXPECT_EQ("127.0.0.1:5988", options.address + ":" + std::to_string(options.port));
 
-    EXPECT_EQ(CommandLine::Run,
-              read("--port 0 --listen=::1 --scenario s.json --state now.json --switch-socket s.sock "
+    options = read("--port 0 --listen=::1 --scenario s.json --state now.json --switch-socket s.sock "
                    "--log-level debug --repository r.xml "
-                   "--registration p.reg --provider-dir lib --spool-directory /var/spool",
-                   options));
+                   "--registration p.reg --provider-dir lib --spool-directory /var/spool");
     EXPECT_EQ("::1:0", options.address + ":" + std::to_string(options.port));
     EXPECT_EQ("s.json", options.scenario);
     EXPECT_EQ("now.json", options.state);
@@ -50,11 +54,11 @@ TEST(OptionsTest, EveryOptionIsTaken)
     EXPECT_EQ("p.reg", options.registration);
     EXPECT_EQ("lib", options.providerDir);
     EXPECT_EQ("/var/spool", options.spoolDirectory);
-    EXPECT_EQ(CommandLine::Help, read("--help --nonsense", options));
-    EXPECT_EQ(CommandLine::Version, read("--version", options));
+    EXPECT_EQ(Action::Help, readLine("--help --nonsense").action);
+    EXPECT_EQ(Action::Version, readLine("--version").action);
 }
 
-TEST(OptionsTest, EveryLimitHasAnOptionOfItsOwn)
+TEST(SettingsTest, EveryLimitHasAnOptionOfItsOwn)
 {
     const Limits standard;
     for (const LimitRow& row : limitRows())
@@ -64,9 +68,8 @@ TEST(OptionsTest, EveryLimitHasAnOptionOfItsOwn)
         EXPECT_LE(row.standard, row.most) << row.option;
         for (const std::uint64_t value : {row.least, row.most})
         {
-            Options options;
             const std::string word = std::string("--") + row.option + "=" + std::to_string(value);
-            EXPECT_EQ(CommandLine::ShowLimits, read("--show-limits " + word, options));
+            const Options options = read(word);
             for (const LimitRow& other : limitRows())
                 EXPECT_EQ(other.option == row.option ? value : other.standard, other.get(options.limits))
                     << word << " sets --" << other.option;
@@ -74,7 +77,7 @@ TEST(OptionsTest, EveryLimitHasAnOptionOfItsOwn)
     }
 }
 
-TEST(OptionsTest, TheTableShowsWhatTheCommandLineChanged)
+TEST(SettingsTest, TheTableShowsWhatTheCommandLineChanged)
 {
     const auto has = [](const Limits& limits, const std::string& pattern)
     { return std::regex_search(limitsTable(limits), std::regex(pattern)); };
@@ -85,7 +88,7 @@ TEST(OptionsTest, TheTableShowsWhatTheCommandLineChanged)
     EXPECT_TRUE(has(limits, "--max-workers +8 +3 +Threads"));
 }
 
-TEST(OptionsTest, FaultsNameTheOption)
+TEST(SettingsTest, FaultsNameTheOption)
 {
     const struct
     {
@@ -112,8 +115,7 @@ TEST(OptionsTest, FaultsNameTheOption)
         std::string fault = "none";
         try
         {
-            Options options;
-            read(row.line, options);
+            read(row.line);
         }
         catch (const StartError& error)
         {
@@ -123,7 +125,7 @@ TEST(OptionsTest, FaultsNameTheOption)
     }
 }
 
-TEST(OptionsTest, TheManualKnowsWhatHelpKnows)
+TEST(SettingsTest, TheManualKnowsWhatHelpKnows)
 {
     std::ostringstream page;
     page << std::ifstream(CIMD_PAGE).rdbuf();
