@@ -2,6 +2,8 @@
 #include "agent/http/HttpServer.h"
 #include "agent/http/SpoolArea.h"
 #include "agent/limits/Limits.h"
+#include "agent/listening.h"
+#include "agent/metrics/MetricsServer.h"
 #include "agent/named_files.h"
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
@@ -43,7 +45,7 @@ std::string programDirectory()
 struct Setting
 {
     const Settings& settings;
-    std::vector<ListenSocket>& sockets;
+    Sockets& sockets;
     const std::string urls; // of the sockets
     const TlsIdentity& tls;
     InFlight& inFlight;
@@ -74,22 +76,22 @@ int nextSignal(const SignalSet& signals)
     }
 }
 
-// "http://127.0.0.1:5988, https://127.0.0.1:5989"
-std::string urlsOf(const std::vector<ListenSocket>& sockets)
+struct Servers
 {
-    std::string urls;
-    for (const ListenSocket& socket : sockets)
-        urls += (urls.empty() ? "" : ", ") + socket.url();
-    return urls;
-}
+    HttpServer& operations;
+    std::optional<MetricsServer>& metrics;
+};
 
 // The certificate may have been renewed. Faulty files change nothing.
-void renewTls(const Settings& settings, HttpServer& server)
+void renewTls(const Settings& settings, Servers servers)
 try
 {
     if (!settings.options().certificate)
         return;
-    server.setTls(readTlsIdentity(settings));
+    const TlsIdentity tls = readTlsIdentity(settings);
+    servers.operations.setTls(tls);
+    if (servers.metrics)
+        servers.metrics->setTls(tls);
     log(LogLevel::Info, "cimd", "SIGHUP: certificate and key were read again");
 }
 catch (const std::exception& error)
@@ -144,7 +146,7 @@ bool sayReady(const Setting& setting)
 void waitForStop(SignalSet& signals,
                  const Setting& setting,
                  const Counters& counters,
-                 HttpServer& server,
+                 Servers servers,
                  ProviderManager& providers)
 {
     int signal = nextSignal(signals);
@@ -153,12 +155,12 @@ void waitForStop(SignalSet& signals,
     {
         if (signal == SIGUSR1)
         {
-            showWork(setting, counters, server);
+            showWork(setting, counters, servers.operations);
             continue;
         }
         if (setting.supervisor == nullptr)
             tellReloading();
-        renewTls(setting.settings, server);
+        renewTls(setting.settings, servers);
         renewLogLevel(setting.settings, providers);
         sayReady(setting);
     }
@@ -263,17 +265,32 @@ int serve(const Setting& setting)
     HttpHandler& handler = gate ? static_cast<HttpHandler&>(*gate) : frontEnd;
     HttpServer server(handler,
                       limits,
-                      std::move(setting.sockets),
+                      std::move(setting.sockets.operations),
                       {setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }});
+    std::optional<MetricsServer> metrics;
+    if (setting.sockets.metrics)
+        metrics.emplace(AgentParts{core.service(),
+                                   core.providers(),
+                                   counters,
+                                   setting.inFlight,
+                                   frontEnd.enumerations(),
+                                   server,
+                                   limits,
+                                   setting.supervisor != nullptr ? setting.supervisor->restarts() : 0},
+                        std::move(*setting.sockets.metrics),
+                        ServerOptions{setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }},
+                        authenticator ? &*authenticator : nullptr);
     if (sayReady(setting))
     {
         std::printf("cimd: listening on %s\n", setting.urls.c_str());
         std::fflush(stdout);
     }
 
-    waitForStop(signals, setting, counters, server, core.providers());
+    waitForStop(signals, setting, counters, {server, metrics}, core.providers());
     const auto deadline = std::chrono::steady_clock::now() + limits.stopGrace;
     bool isDone = server.stop(limits.stopGrace);
+    if (metrics)
+        isDone = metrics->stop(timeToStop(deadline)) && isDone;
     if (!isDone)
         log(LogLevel::Error, "cimd", "a request did not finish in time; leaving it behind");
     // After the requests, for what these do may be worth an indication.
@@ -302,8 +319,8 @@ void handOnTrust(const Settings& settings)
         setenv("VRAX_INDICATION_INSECURE", "1", 1);
 }
 
-// The server, its providers and the C library have some descriptors of their own.
-constexpr std::size_t kOtherDescriptors = 64;
+// The server, that of the metrics, providers and the C library have some descriptors of their own.
+constexpr std::size_t kOtherDescriptors = 96;
 
 // A connection is a socket and, with a slow client, a file; so is an enumeration that waits to be pulled.
 void makeRoomForFiles(const Limits& limits)
@@ -318,28 +335,10 @@ void makeRoomForFiles(const Limits& limits)
                 " open files; the system allows " + std::to_string(allowed) + " (RLIMIT_NOFILE)");
 }
 
+constexpr std::size_t kScrapes = 2; // one of them hangs
+
 // Each worker would otherwise have a heap of its own, which keeps what its largest answer took.
 constexpr int kHeaps = 2;
-
-void listenOn(std::vector<ListenSocket>& sockets,
-              const Settings& settings,
-              const char* portOption,
-              std::uint16_t port,
-              bool isTls)
-try
-{
-    sockets.emplace_back(settings.options().address, port, settings.options().limits.backlog, isTls);
-}
-catch (const std::system_error& error)
-{
-    const bool isPortToBlame = error.code() == std::errc::address_in_use ||
-                               error.code() == std::errc::permission_denied; // below 1024
-    throw StartError(settings.place(isPortToBlame ? portOption : "listen") + ": " + error.what());
-}
-catch (const std::exception& error)
-{
-    throw StartError(settings.place("listen") + ": " + error.what());
-}
 
 int start(const Settings& settings)
 {
@@ -348,16 +347,7 @@ int start(const Settings& settings)
     std::signal(SIGPIPE, SIG_IGN);
     const Limits& limits = options.limits;
     makeRoomForFiles(limits);
-    std::vector<ListenSocket> sockets;
-    if (options.isPlainServed)
-        listenOn(sockets, settings, "port", options.port, false);
-    if (options.certificate)
-        listenOn(sockets, settings, "tls-port", options.tlsPort, true);
-    checkUsersAreKnown(settings, sockets.front().isLoopback());
-    if (options.passwordFile && options.isPlainServed && !sockets.front().isLoopback())
-        log(LogLevel::Warning,
-            "auth",
-            "passwords come over HTTP, readable on the way; --no-http takes them over HTTPS only");
+    Sockets sockets = openSockets(settings);
     handOnTrust(settings);
     starting(settings, "spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
     TlsIdentity tls = readTlsIdentity(settings); // not after a crash: then files may be half renewed
@@ -365,10 +355,10 @@ int start(const Settings& settings)
     if (options.traceXml)
         starting(settings, "trace-xml", [&] { return &trace.emplace(*options.traceXml); });
     // All that can run at once: one more that hangs than may is what ends the process.
-    InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1);
+    InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1 + kScrapes);
     const Terminal terminal;
     Setting setting{
-        settings, sockets, urlsOf(sockets), tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
+        settings, sockets, sockets.urls(), tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
     if (!options.supervised)
         return serve(setting);
     // For serving processes to come. The one that is there says what is wrong.
@@ -393,7 +383,7 @@ int start(const Settings& settings)
     const auto stop = [&]
     {
         tellStopping();
-        sockets.clear();
+        sockets = {};
     };
     const auto ready = [&] { tellReady("listening on " + setting.urls); };
     const Supervisor::Hooks hooks{stop, readAgain, ready};

@@ -27,11 +27,11 @@ TlsIdentity readTlsIdentity(const Settings& settings)
     return tls;
 }
 
-void checkUsersAreKnown(const Settings& settings, bool isThisMachineOnly)
+void checkUsersAreKnown(const Settings& settings, const char* option, const std::string& address)
 {
     const Options& options = settings.options();
-    if (!isThisMachineOnly && !options.passwordFile && !options.isOpen)
-        throw StartError(settings.place("listen") + ": " + options.address +
+    if (!ListenSocket::isLoopbackAddress(address) && !options.passwordFile && !options.isOpen)
+        throw StartError(settings.place(option) + ": " + address +
                          " is not for this machine alone: --password-file is needed, or --no-authentication");
 }
 
@@ -51,7 +51,18 @@ void checkNamedFiles(const Settings& settings)
         }
     };
     // Any free port: the one of the options may be that of a running cimd.
-    check("listen", [&] { checkUsersAreKnown(settings, ListenSocket(options.address, 0, 1).isLoopback()); });
+    const auto checkAddress = [&](const char* option, const std::string& address)
+    {
+        check(option,
+              [&]
+              {
+                  const ListenSocket socket(address, 0, 1);
+                  checkUsersAreKnown(settings, option, address);
+              });
+    };
+    checkAddress("listen", options.address);
+    if (options.metricsPort)
+        checkAddress("metrics-listen", options.metricsAddress);
     check("certificate", [&] { readTlsIdentity(settings); });
     if (options.passwordFile)
         check("password-file", [&] { PasswordStore(*options.passwordFile, FirstRead::MustSucceed); });

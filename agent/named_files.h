@@ -7,6 +7,7 @@
 #include "agent/settings/StartError.h"
 
 #include <exception>
+#include <string>
 
 namespace cimd
 {
@@ -32,8 +33,9 @@ auto starting(const Settings& settings, const char* option, Step step)
 // Certificate and key; both empty if the options name none. Throws StartError.
 TlsIdentity readTlsIdentity(const Settings& settings);
 
-// Throws StartError if other machines can reach cimd and it was not said who may use it.
-void checkUsersAreKnown(const Settings& settings, bool isThisMachineOnly);
+// Throws StartError if other machines can reach the address, which this option has, and it was not said who
+// may use cimd.
+void checkUsersAreKnown(const Settings& settings, const char* option, const std::string& address);
 
 // Reads each file that an option names, and tries the address; writes nothing and loads no library. Throws
 // StartError with everything that is wrong.

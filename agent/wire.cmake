@@ -3,7 +3,7 @@ pkg_check_modules(crypt REQUIRED IMPORTED_TARGET libcrypt)
 pkg_check_modules(gnutls REQUIRED IMPORTED_TARGET gnutls)
 add_subdirectory(auth)
 
-file(GLOB sources CONFIGURE_DEPENDS http/*.cpp ops/*.cpp pull/*.cpp xml/*.cpp)
+file(GLOB sources CONFIGURE_DEPENDS http/*.cpp metrics/*.cpp ops/*.cpp pull/*.cpp xml/*.cpp)
 add_library(cimd_wire STATIC ${sources})
 vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.cpp http/connection_answers.cpp http/Reply.cpp
                            http/RequestReader.cpp http/answer_head.cpp http/cim_headers.cpp)
@@ -16,7 +16,7 @@ add_library(cimd_start STATIC ${sources})
 target_link_libraries(cimd_start PUBLIC cimd_wire PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
 
 add_executable(cimd main.cpp)
-target_link_libraries(cimd PRIVATE cimd_wire cimd_start vrax_warnings)
+target_link_libraries(cimd PRIVATE cimd_start vrax_warnings)
 install(TARGETS cimd cimd-passwd)
 
 # The manual pages; that of cimd has an entry for each row LIMIT(member, type, default, least, most, "unit",

@@ -14,6 +14,15 @@ bool startIndications() noexcept;
 // with a lock of the module held.
 void stopIndications() noexcept;
 
+// Calls `sink` once for each counter of indications, on the calling thread:
+//   delivered                  messages that their listener took; an indication is one for each listener
+//   lost, by reason            messages given up (lossName() has the reasons)
+//   queued, queued_bytes       messages that wait at present
+//   events_waiting, events_lost, by kind of indication ("alert", "creation", "deletion", "modification")
+// `label` is the reason or kind, else empty. The first two and the last count since the start.
+typedef void (*Counter_Sink)(void* context, const char* name, const char* label, unsigned long long value);
+void indicationCounters(Counter_Sink sink, void* context) noexcept;
+
 } // namespace cimple
 
 #endif

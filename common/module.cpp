@@ -66,4 +66,10 @@ extern "C"
         stopIndications();
         return 0;
     }
+
+    // What became of indications, counter by counter (common/indications.h). At any moment, from any thread.
+    CIMPLE_EXPORT void vrax_indication_counters(cimple::Counter_Sink sink, void* context)
+    {
+        indicationCounters(sink, context);
+    }
 }

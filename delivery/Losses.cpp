@@ -16,9 +16,17 @@ constexpr const char* kWords[kLossReasons] = {"for which there was no room",
                                               "without a URL that can be used",
                                               "left at the end"};
 
+constexpr const char* kNames[kLossReasons] = {
+    "queue_full", "unheard", "refused", "expired", "unusable", "stopped"};
+
 constexpr std::size_t kShown = 200; // bytes of a text from elsewhere
 
 } // namespace
+
+const char* lossName(Loss reason)
+{
+    return kNames[static_cast<std::size_t>(reason)];
+}
 
 void Losses::add(Loss reason, std::size_t count, const std::string& detail)
 {

@@ -24,6 +24,9 @@ enum class Loss : std::size_t
 };
 constexpr std::size_t kLossReasons = 6;
 
+// "queue_full": one word for a program that counts.
+const char* lossName(Loss reason);
+
 // The losses of one destination since its last line in the log.
 class Losses
 {

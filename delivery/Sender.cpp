@@ -168,16 +168,14 @@ void Sender::countLoss(Target& target, Loss reason, std::size_t count, const std
     _counts.lost[static_cast<std::size_t>(reason)] += count;
 }
 
-Sender::Counts Sender::counts() const
+Delivery_Counts Sender::counts() const
 {
     const std::lock_guard<std::mutex> lock(_lock);
-    return _counts;
-}
-
-std::size_t Sender::queuedBytes() const
-{
-    const std::lock_guard<std::mutex> lock(_lock);
-    return _bytes;
+    Delivery_Counts all = _counts;
+    for (const auto& [url, target] : _targets)
+        all.queued += target.queue.size();
+    all.queuedBytes = _bytes;
+    return all;
 }
 
 void Sender::stop()

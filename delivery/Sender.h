@@ -3,11 +3,9 @@
 #define DELIVERY_SENDER_H
 
 #include "delivery/Http_Client.h"
-#include "delivery/Losses.h"
 #include "delivery/Subscriptions.h"
 #include "delivery/delivery.h"
 
-#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -54,14 +52,6 @@ class Sender
         std::function<std::uint32_t(const String& destination)> expire;
     };
 
-    struct Counts
-    {
-        std::uint64_t delivered = 0;
-        std::array<std::uint64_t, kLossReasons> lost{};
-
-        std::uint64_t of(Loss reason) const { return lost[static_cast<std::size_t>(reason)]; }
-    };
-
     // Starts the thread. Throws std::bad_alloc or std::system_error.
     Sender(const Sender_Settings& settings, Hooks hooks);
     ~Sender() { stop(); }
@@ -74,10 +64,7 @@ class Sender
     // Ends the thread; once is enough. What comes later is lost.
     void stop();
 
-    // In messages times destinations, since the start.
-    Counts counts() const;
-    // Bytes queued at present.
-    std::size_t queuedBytes() const;
+    Delivery_Counts counts() const;
 
   private:
     typedef std::chrono::steady_clock Clock;
@@ -143,7 +130,7 @@ class Sender
     std::map<std::string, Target> _targets; // by URL; only the thread removes any
     std::size_t _bytes = 0;
     std::uint64_t _lastId = 0;
-    Counts _counts;
+    Delivery_Counts _counts; // but for what is queued
     bool _isStopping = false;
     Clock::time_point _stopDeadline{};
 

@@ -144,4 +144,13 @@ void sendIndication(const Instance* indication, const Destinations& list)
             });
 }
 
+Delivery_Counts deliveryCounts()
+{
+    Delivery& all = delivery();
+    std::unique_lock<std::mutex> lock(all.lock);
+    const std::shared_ptr<Sender> sender = all.sender;
+    lock.unlock();
+    return sender ? sender->counts() : Delivery_Counts();
+}
+
 } // namespace cimple

@@ -5,8 +5,12 @@
 #ifndef DELIVERY_DELIVERY_H
 #define DELIVERY_DELIVERY_H
 
+#include "delivery/Losses.h"
+
 #include <cimple/cimple.h>
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -19,6 +23,17 @@ typedef std::vector<String> Destinations;
 // Deletes the transient listeners with this destination, which do not answer; the number of them. Called on
 // the delivery's thread, which holds no lock then.
 typedef std::uint32_t (*Expire_Listener)(const String& destination);
+
+// In messages times destinations.
+struct Delivery_Counts
+{
+    std::uint64_t delivered = 0; // since the start
+    std::array<std::uint64_t, kLossReasons> lost{};
+    std::size_t queued = 0; // at present
+    std::size_t queuedBytes = 0;
+
+    std::uint64_t of(Loss reason) const { return lost[static_cast<std::size_t>(reason)]; }
+};
 
 // Starts the delivery's thread; nothing when it runs. False, with a line in the log, when it cannot be
 // started. What it trusts of HTTPS listeners comes from the environment:
@@ -45,6 +60,9 @@ void filterToDestinations(std::uint16_t filter, Destinations& list);
 // stays the caller's. The indications of one destination arrive in the order of these calls. What cannot be
 // delivered is counted and logged.
 void sendIndication(const Instance* indication, const Destinations& list);
+
+// Of the delivery that runs; zeros when none does.
+Delivery_Counts deliveryCounts();
 
 } // namespace cimple
 

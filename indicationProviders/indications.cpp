@@ -7,6 +7,7 @@
 #include "indicationProviders/CIM_InstDeletion_Provider.h"
 #include "indicationProviders/CIM_InstModification_Provider.h"
 #include "indicationProviders/CIM_ListenerDestinationCIMXML_Provider.h"
+#include "support/VRAX_Maps.h"
 #include "support/receiveSwitchEvent.h"
 
 #include <exception>
@@ -121,6 +122,24 @@ void stopIndications() noexcept
     State& now = state();
     const std::lock_guard<std::mutex> lock(now.mutex);
     now.running.reset();
+}
+
+void indicationCounters(Counter_Sink sink, void* context) noexcept
+{
+    const Delivery_Counts counts = deliveryCounts();
+    sink(context, "delivered", "", counts.delivered);
+    for (std::size_t reason = 0; reason < kLossReasons; ++reason)
+        sink(context, "lost", lossName(static_cast<Loss>(reason)), counts.lost[reason]);
+    sink(context, "queued", "", counts.queued);
+    sink(context, "queued_bytes", "", counts.queuedBytes);
+    static constexpr const char* kKinds[kIndicationKinds] = {"alert", "creation", "deletion", "modification"};
+    for (std::size_t kind = 0; kind < kIndicationKinds; ++kind)
+    {
+        const Event_List::Counts events =
+            VRAX_Maps::getInstance()->eventList(static_cast<Indication_Kind>(kind)).counts();
+        sink(context, "events_waiting", kKinds[kind], events.waiting);
+        sink(context, "events_lost", kKinds[kind], events.lost);
+    }
 }
 
 } // namespace cimple

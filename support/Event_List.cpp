@@ -66,7 +66,10 @@ void Event_List::put(const xpl_SwitchEvent& event)
         if (copy != nullptr && _count < kCapacity)
             _events[(_first + _count++) % kCapacity] = std::move(copy);
         else
+        {
             ++_lost;
+            ++_allLost;
+        }
         due = dueLosses();
     }
     _changed.notify_one();
@@ -104,6 +107,12 @@ void Event_List::wake()
         const Guard guard(*this);
     }
     _changed.notify_all();
+}
+
+Event_List::Counts Event_List::counts()
+{
+    const Guard guard(*this);
+    return {_count, _allLost};
 }
 
 std::size_t Event_List::clear()

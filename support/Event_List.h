@@ -58,6 +58,12 @@ class Event_List
     void wait(std::chrono::milliseconds longest, const std::atomic<std::uint32_t>& users);
     // To be called after a change of any `users`.
     void wake();
+    struct Counts
+    {
+        std::size_t waiting;
+        std::uint64_t lost; // since the start
+    };
+    Counts counts();
     // Forgets what waits; how many these were.
     std::size_t clear();
 
@@ -83,7 +89,8 @@ class Event_List
     std::array<std::unique_ptr<Switch_Event>, kCapacity> _events;
     std::size_t _first = 0;
     std::size_t _count = 0;
-    std::uint32_t _lost = 0;
+    std::uint32_t _lost = 0;    // and not logged yet
+    std::uint64_t _allLost = 0; // since the start
     bool _hasReported = false;
     std::uint64_t _reportedAt = 0;
 };

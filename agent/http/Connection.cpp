@@ -49,8 +49,7 @@ Connection::~Connection()
 
 const char* Connection::stateName() const
 {
-    static constexpr const char* kNames[] = {"handshake", "idle", "head", "body", "log-in", "answer", "end"};
-    return kNames[static_cast<std::size_t>(_phase)];
+    return kStateNames[static_cast<std::size_t>(_phase)];
 }
 
 void Connection::note(LogLevel level, const char* area, const std::string& reason)

@@ -13,6 +13,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -64,6 +65,7 @@ class Station
     SpoolArea area;
     Admission admission;
     RefusalLog refusals;
+    std::map<unsigned, std::uint64_t> answers; ///< by their HTTP status, since the start
     bool isStopping = false;
     Time now = timeNow();
     std::vector<char> buffer = std::vector<char>(64 * 1024); ///< for what is read
@@ -102,7 +104,10 @@ class Connection
 
     int fd() const { return _channel.fd(); }
     const Admission::Guest& guest() const { return *_place; }
-    // "idle": what it is doing, for people.
+    // What connections may be doing, for people.
+    static constexpr const char* kStateNames[] = {
+        "handshake", "idle", "head", "body", "log-in", "answer", "end"};
+    // One of these.
     const char* stateName() const;
 
   private:
@@ -135,6 +140,7 @@ class Connection
     HttpResponse refusal(unsigned status, const std::string& reason);
     HttpResponse tooLarge();
     void respond(HttpResponse&& answer, bool closes);
+    void sendHead(const HttpResponse& answer, std::optional<std::size_t> length);
     bool fetchPiece();
     void breakOff();
     void send(std::string_view bytes);

@@ -10,7 +10,6 @@
 #include "agent/http/Connection.h"
 #include "agent/http/ConnectionTable.h"
 #include "agent/http/TaskQueue.h"
-#include "agent/http/WorkerPool.h"
 #include "agent/http/cim_headers.h"
 #include "agent/log/log.h"
 
@@ -121,6 +120,23 @@ class HttpServer::Impl : public Station
                     table.add(connection->guest().address, connection->stateName());
             });
         return table.lines();
+    }
+
+    ServerState state()
+    {
+        ServerState all;
+        for (const char* name : Connection::kStateNames)
+            all.connections[name] = 0;
+        _tasks.postAndWait(
+            [&]
+            {
+                for (const auto& entry : _connections)
+                    ++all.connections[entry.second->stateName()];
+                all.answers = answers;
+                all.refusals = refusals.totals();
+            });
+        all.workers = _pool.load();
+        return all;
     }
 
   private:
@@ -479,6 +495,11 @@ void HttpServer::setTls(const TlsIdentity& identity)
 std::vector<std::string> HttpServer::connectionTable()
 {
     return _impl->connectionTable();
+}
+
+ServerState HttpServer::state()
+{
+    return _impl->state();
 }
 
 } // namespace cimd

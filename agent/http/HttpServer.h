@@ -5,11 +5,16 @@
 #include "agent/auth/TlsIdentity.h"
 #include "agent/http/HttpHandler.h"
 #include "agent/http/ListenSocket.h"
+#include "agent/http/WorkerPool.h"
 #include "agent/limits/Limits.h"
 
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace cimd
@@ -24,6 +29,15 @@ struct ServerOptions
     TlsIdentity tls = {};                ///< counts for TLS sockets
     std::string spoolDirectory = "/tmp"; ///< for what slow clients have not taken
     OnHungWorkers onHungWorkers = {};
+};
+
+// What a server is doing at a moment, and what it did since the start.
+struct ServerState
+{
+    std::map<std::string, std::size_t> connections; ///< by what they are doing; all that there is to do
+    std::map<unsigned, std::uint64_t> answers;      ///< by HTTP status
+    std::map<std::string, std::uint64_t> refusals;  ///< connections and requests, by reason
+    WorkerPool::Load workers;
 };
 
 // Listens from construction to stop(). Connections are kept alive and may be pipelined.
@@ -53,6 +67,9 @@ class HttpServer
     // The connections by address and state, in lines for people; "192.0.2.7: 12: 10 idle, 2 head". From any
     // thread but the server's.
     std::vector<std::string> connectionTable();
+
+    // From any thread but the server's.
+    ServerState state();
 
   private:
     class Impl;

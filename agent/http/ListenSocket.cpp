@@ -38,13 +38,10 @@ std::string peerName(const sockaddr* address, socklen_t size)
     return (address->sa_family == AF_INET6 ? "[" + std::string(host) + "]" : host) + ":" + port;
 }
 
-bool isLoopbackAddress(const std::string& address)
+std::string withoutBrackets(const std::string& address)
 {
-    in_addr v4{};
-    in6_addr v6{};
-    if (inet_pton(AF_INET, address.c_str(), &v4) == 1)
-        return ntohl(v4.s_addr) >> IN_CLASSA_NSHIFT == IN_LOOPBACKNET;
-    return inet_pton(AF_INET6, address.c_str(), &v6) == 1 && IN6_IS_ADDR_LOOPBACK(&v6);
+    const bool hasBrackets = address.size() > 2 && address.front() == '[' && address.back() == ']';
+    return hasBrackets ? address.substr(1, address.size() - 2) : address;
 }
 
 std::uint16_t boundPort(int fd)
@@ -67,11 +64,8 @@ std::uint16_t boundPort(int fd)
 } // namespace
 
 ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsigned backlog, bool isTls)
-    : _port(port), _isTls(isTls), _address(address)
+    : _port(port), _isTls(isTls), _address(withoutBrackets(address))
 {
-    if (_address.size() > 2 && _address.front() == '[' && _address.back() == ']')
-        _address = _address.substr(1, _address.size() - 2);
-
     addrinfo hints{};
     hints.ai_family = AF_UNSPEC;
     hints.ai_socktype = SOCK_STREAM;
@@ -112,6 +106,16 @@ FileDescriptor ListenSocket::accept(std::string& peer) const
     setsockopt(client.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     peer = peerName(address, size);
     return client;
+}
+
+bool ListenSocket::isLoopbackAddress(const std::string& address)
+{
+    const std::string bare = withoutBrackets(address);
+    in_addr v4{};
+    in6_addr v6{};
+    if (inet_pton(AF_INET, bare.c_str(), &v4) == 1)
+        return ntohl(v4.s_addr) >> IN_CLASSA_NSHIFT == IN_LOOPBACKNET;
+    return inet_pton(AF_INET6, bare.c_str(), &v6) == 1 && IN6_IS_ADDR_LOOPBACK(&v6);
 }
 
 std::string ListenSocket::url() const

@@ -22,6 +22,10 @@ class ListenSocket
 
     std::uint16_t port() const { return _port; }
     bool isTls() const { return _isTls; }
+    // As it was given, without brackets.
+    const std::string& address() const { return _address; }
+    // Whether a numeric address is for this machine alone.
+    static bool isLoopbackAddress(const std::string& address);
     // Whether only this machine can connect.
     bool isLoopback() const { return _isLoopback; }
     // "http://127.0.0.1:5988" or "https://...", with brackets around an IPv6 address.

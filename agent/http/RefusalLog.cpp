@@ -13,11 +13,14 @@ namespace
 
 constexpr std::chrono::minutes kFold{1};
 constexpr std::size_t kAddresses = 256;
+constexpr std::size_t kReasons = 64; // counted each
 
 } // namespace
 
 void RefusalLog::add(const Refusal& refusal, const std::string& peer, Time now)
 {
+    const bool isCounted = _totals.size() < kReasons || _totals.count(refusal.reason) != 0;
+    ++_totals[isCounted ? refusal.reason : "other"];
     const auto [place, isNew] = _minutes.try_emplace(refusal.reason);
     Minute& minute = place->second;
     if (isNew)

@@ -6,6 +6,7 @@
 #include "agent/log/log.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -26,11 +27,14 @@ class RefusalLog
     {
         LogLevel level;
         const char* area;
-        std::string reason;      ///< One of a limited set of texts: each is remembered for a minute.
+        std::string reason;      ///< One of a limited set of texts: each is remembered.
         std::string detail = {}; ///< Follows the reason in its line.
     };
     // `peer` is "address:port".
     void add(const Refusal& refusal, const std::string& peer, Time now);
+
+    // How many there were since the start, told or not, by reason; reasons beyond the first 64 are "other".
+    const std::map<std::string, std::uint64_t>& totals() const { return _totals; }
 
     // Whether such a refusal would be told, not counted.
     bool isNews(const std::string& reason) const { return _minutes.count(reason) == 0; }
@@ -47,7 +51,8 @@ class RefusalLog
         std::size_t more = 0;
         std::map<std::string, std::size_t> addresses; // bounded; of `more`
     };
-    std::map<std::string, Minute> _minutes; // by reason
+    std::map<std::string, Minute> _minutes;       // by reason
+    std::map<std::string, std::uint64_t> _totals; // by reason
 };
 
 } // namespace cimd

@@ -114,6 +114,12 @@ unsigned WorkerPool::writeOff(Worker& worker)
     return _writtenOff;
 }
 
+WorkerPool::Load WorkerPool::load()
+{
+    std::lock_guard<std::mutex> lock(_mutex);
+    return {_tasks.size(), _taken - _reserved - _tasks.size(), _writtenOff};
+}
+
 void WorkerPool::run(Worker& self)
 {
     std::unique_lock<std::mutex> lock(_mutex);

@@ -49,6 +49,14 @@ class WorkerPool
     // @return how many are written off and have not ended.
     unsigned writeOff(Worker& worker);
 
+    struct Load
+    {
+        std::size_t waiting = 0; ///< tasks without a thread
+        std::size_t running = 0; ///< tasks with one, but for the next
+        unsigned hung = 0;       ///< written off and not ended
+    };
+    Load load();
+
     // Runs what was reserved, then waits for all threads to end, written off or not. Tasks may go on to use
     // the pool meanwhile.
     void join();

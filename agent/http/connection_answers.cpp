@@ -23,7 +23,7 @@ void Connection::respond(HttpResponse&& answer, bool closes)
     _form.closes = closes || _station.isStopping;
     enter(Phase::Answer);
     _isAnswered = true;
-    send(answerHead(answer, answer.body.size(), _form));
+    sendHead(answer, answer.body.size());
     if (!_form.hasBody)
         return;
     if (answer.body.size() <= kCopied)
@@ -62,8 +62,14 @@ bool Connection::fetch()
     served(head.status);
     _isStreaming = true;
     _form.closes = _form.closes || _form.isOld || _station.isStopping;
-    send(answerHead(head, std::nullopt, _form));
+    sendHead(head, std::nullopt);
     return fetchPiece();
+}
+
+void Connection::sendHead(const HttpResponse& answer, std::optional<std::size_t> length)
+{
+    ++_station.answers[answer.status];
+    send(answerHead(answer, length, _form));
 }
 
 void Connection::served(unsigned status)

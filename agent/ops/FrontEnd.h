@@ -34,6 +34,9 @@ class FrontEnd : public HttpHandler
     Verdict refuse(const HttpRequest& head) override;
     HttpResponse answer(HttpRequest& request, AnswerStream& stream) override;
 
+    // Those that clients have open.
+    const Enumerations& enumerations() const { return _operations.enumerations(); }
+
   private:
     HttpResponse operate(HttpRequest& request, AnswerStream& stream);
 

@@ -47,6 +47,8 @@ class Operations
                 HttpResponse& response,
                 AnswerStream& stream);
 
+    const Enumerations& enumerations() const { return _enumerations; }
+
   private:
     const CimService& _service;
     const Limits _limits;

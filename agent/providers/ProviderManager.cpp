@@ -5,6 +5,7 @@
 #include "agent/log/log.h"
 
 #include <algorithm>
+#include <exception>
 #include <future>
 #include <thread>
 
@@ -162,6 +163,46 @@ bool ProviderManager::stopIndications(std::chrono::milliseconds atMost)
     const std::future<void> stopped = stops.get_future();
     std::thread(std::move(stops)).detach(); // nobody can join what hangs
     return stopped.wait_for(atMost) == std::future_status::ready;
+}
+
+void ProviderManager::indicationCounters(const CounterSink& sink) const
+{
+    using Put = void (*)(void* context, const char* name, const char* label, unsigned long long value);
+    using Tell = void (*)(Put put, void* context);
+    struct Counter
+    {
+        std::string name;
+        std::string label;
+        std::uint64_t value;
+    };
+    // No exception may pass through the library: it comes after the call.
+    struct Heard
+    {
+        std::vector<Counter> counters;
+        std::exception_ptr problem;
+    };
+    const Put put = [](void* context, const char* name, const char* label, unsigned long long value)
+    {
+        Heard& heard = *static_cast<Heard*>(context);
+        try
+        {
+            heard.counters.push_back({name, label, value});
+        }
+        catch (...)
+        {
+            heard.problem = std::current_exception();
+        }
+    };
+    for (const NamedLibrary& named : _libraries)
+    {
+        Heard heard;
+        if (const auto tell = reinterpret_cast<Tell>(named.library->symbol("vrax_indication_counters")))
+            tell(put, &heard);
+        if (heard.problem)
+            std::rethrow_exception(heard.problem);
+        for (const Counter& counter : heard.counters)
+            sink(counter.name, counter.label, counter.value);
+    }
 }
 
 void ProviderManager::cleanUp()

@@ -8,6 +8,8 @@
 #include "agent/repository/ClassRepository.h"
 
 #include <chrono>
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -61,6 +63,15 @@ class ProviderManager
     //     extern "C" int vrax_stop_indications(void);
     // False when they do not come back in time; they are then still running.
     bool stopIndications(std::chrono::milliseconds atMost);
+
+    // Gets a counter of a library: what it counts, and of which kind ("" if there is one only).
+    using CounterSink =
+        std::function<void(const std::string& name, const std::string& label, std::uint64_t value)>;
+    // What the libraries count of the indications that they send. Calls, in each that exports it,
+    //     extern "C" void vrax_indication_counters(
+    //         void (*sink)(void* context, const char* name, const char* label, unsigned long long value),
+    //         void* context);
+    void indicationCounters(const CounterSink& sink) const;
 
     // Ends all providers. No operation may be in progress, and none may follow.
     void cleanUp();

@@ -4,6 +4,7 @@
 #include "agent/base/TextTable.h"
 
 #include <algorithm>
+#include <functional>
 #include <mutex>
 
 namespace cimd
@@ -12,28 +13,7 @@ namespace cimd
 namespace
 {
 
-struct Row
-{
-    std::string_view operation;
-    std::uint64_t calls = 0;
-    std::uint64_t errors = 0;
-    std::chrono::microseconds total{0};
-    std::chrono::microseconds longest{0};
-    std::uint64_t results = 0;
-    std::uint64_t bytes = 0;
-
-    void add(const Row& other)
-    {
-        calls += other.calls;
-        errors += other.errors;
-        total += other.total;
-        longest = std::max(longest, other.longest);
-        results += other.results;
-        bytes += other.bytes;
-    }
-};
-
-void show(TextTable& table, const std::string& className, const Row& row)
+void show(TextTable& table, const std::string& className, const Counters::Row& row)
 {
     table.add({className,
                std::string(row.operation),
@@ -46,6 +26,17 @@ void show(TextTable& table, const std::string& className, const Row& row)
 }
 
 } // namespace
+
+void Counters::Row::add(const Row& other)
+{
+    calls += other.calls;
+    errors += other.errors;
+    total += other.total;
+    longest = std::max(longest, other.longest);
+    results += other.results;
+    bytes += other.bytes;
+    std::transform(steps.begin(), steps.end(), other.steps.begin(), steps.begin(), std::plus<>());
+}
 
 struct Counters::ClassRows
 {
@@ -82,8 +73,27 @@ void Counters::add(const Call& call)
     auto row = std::find_if(
         of.rows.begin(), of.rows.end(), [&](const Row& known) { return known.operation == operation; });
     if (row == of.rows.end())
-        row = of.rows.insert(row, Row{operation});
-    row->add({operation, 1, call.hasFailed ? 1U : 0U, call.time, call.time, call.results, call.bytes});
+    {
+        row = of.rows.insert(row, Row());
+        row->operation = operation;
+    }
+    Row one{operation, 1, call.hasFailed ? 1U : 0U, call.time, call.time, call.results, call.bytes, {}};
+    const auto step = std::lower_bound(kTimeSteps.begin(), kTimeSteps.end(), call.time);
+    if (step != kTimeSteps.end())
+        one.steps[static_cast<std::size_t>(step - kTimeSteps.begin())] = 1;
+    row->add(one);
+}
+
+std::vector<Counters::ClassRow> Counters::rows() const
+{
+    std::vector<ClassRow> all;
+    for (const auto& of : _all)
+    {
+        const std::lock_guard<std::mutex> lock(of->mutex);
+        for (const Row& row : of->rows)
+            all.push_back({of->className, row});
+    }
+    return all;
 }
 
 std::vector<std::string> Counters::table() const
@@ -91,14 +101,10 @@ std::vector<std::string> Counters::table() const
     TextTable table(
         {"CLASS", "OPERATION", ">CALLS", ">ERRORS", ">TOTAL us", ">LONGEST us", ">RESULTS", ">BYTES"});
     Row sum;
-    for (const auto& of : _all)
+    for (const auto& [className, row] : rows())
     {
-        const std::lock_guard<std::mutex> lock(of->mutex);
-        for (const Row& row : of->rows)
-        {
-            show(table, of->className, row);
-            sum.add(row);
-        }
+        show(table, className, row);
+        sum.add(row);
     }
     show(table, "all", sum);
     return table.lines();

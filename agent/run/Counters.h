@@ -4,7 +4,9 @@
 
 #include "agent/cim/CimName.h"
 
+#include <array>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -37,7 +39,39 @@ class Counters
     };
     void add(const Call& call);
 
-    // Lines of a table: classes in the order given, their operations in order of first use, and a sum.
+    // Steps of a histogram of times, in ascending order.
+    static constexpr std::array<std::chrono::microseconds, 7> kTimeSteps{std::chrono::milliseconds(1),
+                                                                         std::chrono::milliseconds(5),
+                                                                         std::chrono::milliseconds(25),
+                                                                         std::chrono::milliseconds(100),
+                                                                         std::chrono::milliseconds(500),
+                                                                         std::chrono::milliseconds(2500),
+                                                                         std::chrono::milliseconds(10000)};
+
+    // The calls of one operation.
+    struct Row
+    {
+        std::string_view operation;
+        std::uint64_t calls = 0;
+        std::uint64_t errors = 0;
+        std::chrono::microseconds total{0};
+        std::chrono::microseconds longest{0};
+        std::uint64_t results = 0;
+        std::uint64_t bytes = 0;
+        // Calls that took at most that long, and longer than the step before allows.
+        std::array<std::uint64_t, kTimeSteps.size()> steps{};
+
+        void add(const Row& other);
+    };
+    struct ClassRow
+    {
+        std::string className;
+        Row row;
+    };
+    // Classes in the order given, their operations in order of first use; none that were not used.
+    std::vector<ClassRow> rows() const;
+
+    // Lines of a table of the rows, and a sum.
     std::vector<std::string> table() const;
 
   private:

@@ -13,6 +13,7 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace cimd
 {
@@ -69,7 +70,7 @@ Supervisor::Supervisor(const Limits& limits, InFlight& inFlight, Hooks hooks)
 
 bool Supervisor::becomeReady()
 {
-    const bool isFirst = _ready[0].exchange(1) == 0;
+    const bool isFirst = !std::exchange(_isReady, true) && _ready[0]++ == 0;
     if (getppid() == _parent)
         kill(_parent, SIGUSR2);
     return isFirst;

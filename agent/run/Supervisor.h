@@ -7,6 +7,7 @@
 #include "agent/run/SharedArray.h"
 #include "agent/run/signals.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -61,6 +62,8 @@ class Supervisor
     bool becomeReady();
     // Whether any serving process has become ready.
     bool hasBeenReady() const { return _ready[0] != 0; }
+    // How many were ready before this one that is.
+    std::uint32_t restarts() const { return std::max(_ready[0].load(), 1U) - 1; }
 
   private:
     struct End
@@ -80,7 +83,8 @@ class Supervisor
     const Hooks _hooks;
     const Terminal _terminal;
     const pid_t _parent;
-    const SharedArray<std::atomic<std::uint32_t>> _ready;
+    const SharedArray<std::atomic<std::uint32_t>> _ready; // serving processes that became so
+    bool _isReady = false;                                // this process
 };
 
 } // namespace cimd

@@ -20,6 +20,8 @@ struct Options
     bool isPlainServed = true;    ///< HTTP on `port`
     std::optional<std::string> certificate;
     std::optional<std::string> privateKey;
+    std::optional<std::uint16_t> metricsPort; ///< 0: any free port; none: no metrics
+    std::string metricsAddress = "127.0.0.1";
     LogLevel logLevel = LogLevel::Warning;
     std::optional<std::string> scenario;
     std::optional<std::string> state; ///< of the simulated switch, across restarts

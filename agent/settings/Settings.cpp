@@ -114,6 +114,8 @@ void Settings::checkTogether() const
         fail("private-key", "--certificate is needed, too");
     if (isGiven("tls-port") && !_options.certificate)
         fail("tls-port", "--certificate and --private-key are needed, too");
+    if (isGiven("metrics-listen") && !_options.metricsPort)
+        fail("metrics-listen", "--metrics-port is needed, too");
     if (_options.indicationCa && _options.isIndicationInsecure)
         fail("indication-insecure", "--indication-ca says the opposite");
     if (!_options.isPlainServed && !_options.certificate)

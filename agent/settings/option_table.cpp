@@ -29,20 +29,33 @@ OptionAccess flag()
             [](const Options& options) { return options.*Member == WhenSet ? "true" : "false"; }};
 }
 
+std::uint16_t portOf(const std::string& value)
+{
+    std::uint16_t port = 0;
+    const char* const end = value.data() + value.size();
+    const auto [stop, error] = std::from_chars(value.data(), end, port);
+    if (error != std::errc() || stop != end)
+        refuse(value, "a port number (0 to 65535)");
+    return port;
+}
+
 template <auto Member>
 OptionAccess portNumber()
 {
     return {OptionKind::Number,
-            [](Options& options, const std::string& value)
-            {
-                std::uint16_t port = 0;
-                const char* const end = value.data() + value.size();
-                const auto [stop, error] = std::from_chars(value.data(), end, port);
-                if (error != std::errc() || stop != end)
-                    refuse(value, "a port number (0 to 65535)");
-                options.*Member = port;
-            },
+            [](Options& options, const std::string& value) { options.*Member = portOf(value); },
             [](const Options& options) { return std::to_string(options.*Member); }};
+}
+
+// Of a port that is served only when it is named.
+template <auto Member>
+OptionAccess optionalPort()
+{
+    return {OptionKind::Number,
+            [](Options& options, const std::string& value)
+            { options.*Member = value.empty() ? std::nullopt : std::optional(portOf(value)); },
+            [](const Options& options)
+            { return options.*Member ? std::to_string(*(options.*Member)) : std::string(); }};
 }
 
 void keep(std::string& member, const std::string& value)
@@ -134,6 +147,14 @@ std::vector<OptionRow> allRows()
          "Everybody may send operations. That is the default as long as only this machine can reach cimd; "
          "elsewhere cimd starts with --password-file or with this option only.",
          flag<&Options::isOpen, true>()},
+        {"metrics-port", "PORT",
+         "Serve metrics, too: OpenMetrics text for Prometheus and its kin, over HTTP at /metrics on this TCP "
+         "port; 0 takes any free one. Default: none are served.",
+         optionalPort<&Options::metricsPort>()},
+        {"metrics-listen", "ADDRESS",
+         "IPv4 or IPv6 address to serve metrics on. Default: 127.0.0.1, this machine only, where nobody has to "
+         "log in. Elsewhere they need what operations need, and come over HTTPS if there is a certificate.",
+         text<&Options::metricsAddress>()},
         {"scenario", "FILE",
          "Start the simulated switch from this scenario file. Default: its built-in one.",
          file<&Options::scenario>()},

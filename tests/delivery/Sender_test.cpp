@@ -110,7 +110,7 @@ TEST_F(SenderTest, PostsOneExportRequestToEachDestination)
     sender.send(*alert("nobody"), {});
     sender.stop();
     EXPECT_EQ(sender.counts().delivered, 3u);
-    EXPECT_EQ(sender.queuedBytes(), 0u);
+    EXPECT_EQ(sender.counts().queuedBytes, 0u);
     const auto first = one.requests(), second = two.requests();
     ASSERT_EQ(first.size(), 2u) << "a destination named twice gets it once";
     ASSERT_EQ(second.size(), 1u);
@@ -239,7 +239,7 @@ TEST_F(SenderTest, GivesUpWhatNobodyTakes)
         sendNumbered(sender, {closes.url()}, 0, 1);
         waitUntil([&] { return sender.counts().delivered == 1; });
         sendNumbered(sender, {closes.url()}, 1, 20);
-        waitUntil([&] { return sender.queuedBytes() == 0; });
+        waitUntil([&] { return sender.counts().queuedBytes == 0; });
         sender.stop();
         EXPECT_EQ(sender.counts().of(row.lost), 20u);
         EXPECT_GE(expired, row.fewestExpiries);
@@ -330,14 +330,14 @@ TEST_F(SenderTest, BoundsItsQueues)
         sendNumbered(sender, {hangs.url()}, 100, 1);
         hangs.waitFor(before + 1); // this one is under way
         sendNumbered(sender, {hangs.url()}, 101, 40);
-        EXPECT_LT(sender.queuedBytes(), (row.kept + 1) * size) << row.what;
+        EXPECT_LT(sender.counts().queuedBytes, (row.kept + 1) * size) << row.what;
         EXPECT_EQ(sender.counts().of(Loss::Queue_Full), 41 - row.kept) << row.what;
         sendNumbered(sender, {living.url()}, 200, 1);
         EXPECT_EQ(numbers(living.waitFor(heard + 1)).back(), 200)
             << "the living are not displaced: " << row.what;
         waitUntil([&] { return sender.counts().delivered == 1; });
         sender.stop();
-        const Sender::Counts counts = sender.counts();
+        const Delivery_Counts counts = sender.counts();
         EXPECT_EQ(counts.delivered + counts.of(Loss::Queue_Full) + counts.of(Loss::Stopped), 42u) << row.what;
         EXPECT_LE(log.texts().size(), 2u) << "once, and the rest at the end";
     }
@@ -375,7 +375,7 @@ TEST_F(SenderTest, TheOldestMakeRoomButNotTheOneThatIsTried)
     listener.waitFor(2);
     sendNumbered(sender, {listener.url()}, 1, 9);
     hears = true;
-    waitUntil([&] { return sender.queuedBytes() == 0; });
+    waitUntil([&] { return sender.counts().queuedBytes == 0; });
     sender.stop();
     EXPECT_EQ(numbers(listener.requests()), (std::vector<int>{0, 8, 9}));
 }
@@ -389,7 +389,7 @@ TEST_F(SenderTest, ForgetsIdleListeners)
     {
         sendNumbered(sender, {listener.url()}, number, 1);
         listener.waitFor(static_cast<std::size_t>(number) + 1);
-        waitUntil([&] { return sender.queuedBytes() == 0; });
+        waitUntil([&] { return sender.counts().queuedBytes == 0; });
     }
     sender.stop();
     EXPECT_EQ(sender.counts().delivered, 3u);

@@ -1,0 +1,54 @@
+// Reads the switch's instances for a scrape, as a client's enumeration would.
+#ifndef AGENT_METRICS_SWITCHREADER_H
+#define AGENT_METRICS_SWITCHREADER_H
+
+#include "agent/metrics/OpenMetrics.h"
+#include "agent/service/CimService.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cimd
+{
+
+class SwitchReader
+{
+  public:
+    // `service` outlives the object. `context` says who scrapes.
+    SwitchReader(CimService& service, std::string nameSpace, RequestContext context)
+        : _service(service), _nameSpace(std::move(nameSpace)), _context(std::move(context))
+    {
+    }
+
+    // Hands over each instance of a class and its subclasses, with its path and these properties. Throws
+    // CimError when they cannot be read, then perhaps after some of them.
+    void read(const CimName& className,
+              std::vector<CimName> properties,
+              const std::function<void(const Instance&)>& take) const;
+
+  private:
+    CimService& _service;
+    const std::string _nameSpace;
+    const RequestContext _context;
+};
+
+// A property's value or, if the instance lacks it, a key's of its path; null if there is none, or NULL.
+const CimValue* valueOf(const Instance& instance, const CimName& name);
+
+// The first element of an array, any other value as it is; null for none.
+const CimValue* firstOf(const CimValue* value);
+
+// Strings as they are, integers as decimals; empty for anything else.
+std::string textOf(const CimValue* value);
+
+// Integers and booleans, with the exponent added; a null for anything else.
+Decimal numberOf(const CimValue* value, std::int32_t exponent = 0);
+
+// A reference's key as text; empty if there is none.
+std::string keyOf(const CimValue* reference, const CimName& name);
+
+} // namespace cimd
+
+#endif
