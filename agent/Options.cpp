@@ -190,7 +190,7 @@ constexpr Entry kEntries[] = {
      applyText<&Options::registration>},
     {"provider-dir",
      "DIRECTORY",
-     "Where provider libraries are. Default: ../lib beside the program.",
+     "Where provider libraries are. Default: ../lib/cimd beside the program.",
      applyText<&Options::providerDir>},
     {"spool-directory",
      "DIRECTORY",
@@ -254,7 +254,7 @@ CommandLine readCommandLine(int argc, char* const argv[], const std::string& pro
 {
     options.repository = programDir + "/../share/cimd/repository.xml";
     options.registration = programDir + "/../share/cimd/providers.reg";
-    options.providerDir = programDir + "/../lib";
+    options.providerDir = programDir + "/../lib/cimd";
     const char* const temporary = std::getenv("TMPDIR");
     options.spoolDirectory = temporary != nullptr && *temporary != '\0' ? temporary : "/tmp";
 

@@ -55,7 +55,7 @@ enum class CommandLine
 };
 
 // Reads the command line into `options`, whose files default to places beside the program:
-// `programDir`/../share/cimd and `programDir`/../lib. Throws StartError naming the option.
+// `programDir`/../share/cimd and `programDir`/../lib/cimd. Throws StartError naming the option.
 CommandLine readCommandLine(int argc, char* const argv[], const std::string& programDir, Options& options);
 
 // The text of --help.

@@ -33,7 +33,7 @@ TEST(OptionsTest, EveryOptionIsTaken)
     EXPECT_EQ(CommandLine::Run, read("", options));
     EXPECT_EQ("/opt/bin/../share/cimd/repository.xml", options.repository);
     EXPECT_EQ("/opt/bin/../share/cimd/providers.reg", options.registration);
-    EXPECT_EQ("/opt/bin/../lib", options.providerDir);
+    EXPECT_EQ("/opt/bin/../lib/cimd", options.providerDir);
     EXPECT_EQ("127.0.0.1:5988", options.address + ":" + std::to_string(options.port));
 
     EXPECT_EQ(CommandLine::Run,
