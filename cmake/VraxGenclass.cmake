@@ -1,5 +1,5 @@
 # vrax_genclass(<target> SCHEMA <folders> OUTPUT <folder> [PROVIDERS <file>] [CLASSES <names>] [ALSO <names>]
-#               [REPOSITORY <file>] [REGISTRATION <file>])
+#               [REPOSITORY <file>] [REGISTRATION <file>] [MOF <folder>])
 #   A static library of C++ class descriptions generated from MOF, with its include directory. The generator rewrites
 #   only files whose content changes, so an edited MOF file recompiles only what depends on it. Which files it writes
 #   follows from the MOF and is asked for when the build is configured, so an edited MOF file also configures again.
@@ -7,7 +7,7 @@
 set(VRAX_GENCLASS_DIR "${CMAKE_SOURCE_DIR}/toolkit/genclass")
 
 function(vrax_genclass target)
-    cmake_parse_arguments(arg "" "OUTPUT;PROVIDERS;REPOSITORY;REGISTRATION" "SCHEMA;CLASSES;ALSO" ${ARGN})
+    cmake_parse_arguments(arg "" "OUTPUT;PROVIDERS;REPOSITORY;REGISTRATION;MOF" "SCHEMA;CLASSES;ALSO" ${ARGN})
     set(options --name ${target} --output "${arg_OUTPUT}")
     foreach(folder IN LISTS arg_SCHEMA)
         list(APPEND options --schema "${folder}")
@@ -18,7 +18,7 @@ function(vrax_genclass target)
     foreach(name IN LISTS arg_ALSO)
         list(APPEND options --also ${name})
     endforeach()
-    foreach(option PROVIDERS REPOSITORY REGISTRATION)
+    foreach(option PROVIDERS REPOSITORY REGISTRATION MOF)
         if(arg_${option})
             string(TOLOWER ${option} flag)
             list(APPEND options --${flag} "${arg_${option}}")

@@ -6,7 +6,7 @@ import sys
 import pytest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-sys.path[:0] = [str(ROOT / "scripts"), str(ROOT / "tests" / "wire")]
+sys.path[:0] = [str(ROOT / folder) for folder in ("scripts", "tests/wire", "toolkit/genclass")]
 
 
 def pytest_addoption(parser):

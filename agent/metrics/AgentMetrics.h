@@ -18,7 +18,7 @@ namespace cimd
 // Where the numbers are. All of it outlives whoever has this.
 struct AgentParts
 {
-    CimService& service;
+    const CimService& service;
     ProviderManager& providers;
     const Counters& counters;
     InFlight& inFlight;

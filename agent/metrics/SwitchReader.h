@@ -17,7 +17,7 @@ class SwitchReader
 {
   public:
     // `service` outlives the object. `context` says who scrapes.
-    SwitchReader(CimService& service, std::string nameSpace, RequestContext context)
+    SwitchReader(const CimService& service, std::string nameSpace, RequestContext context)
         : _service(service), _nameSpace(std::move(nameSpace)), _context(std::move(context))
     {
     }
@@ -29,7 +29,7 @@ class SwitchReader
               const std::function<void(const Instance&)>& take) const;
 
   private:
-    CimService& _service;
+    const CimService& _service;
     const std::string _nameSpace;
     const RequestContext _context;
 };

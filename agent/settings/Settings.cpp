@@ -34,7 +34,7 @@ void Settings::setDefaults()
 {
     _options.repository = _places.programDir + "/../share/cimd/repository.xml";
     _options.registration = _places.programDir + "/../share/cimd/providers.reg";
-    _options.providerDir = _places.programDir + "/../lib";
+    _options.providerDir = _places.programDir + "/../lib/cimd";
     const char* const temporary = std::getenv("TMPDIR");
     _options.spoolDirectory = temporary != nullptr && *temporary != '\0' ? temporary : "/tmp";
 }

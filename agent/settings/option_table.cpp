@@ -183,7 +183,7 @@ std::vector<OptionRow> allRows()
          "Provider registration. Default: ../share/cimd/providers.reg beside the program.",
          file<&Options::registration>()},
         {"provider-dir", "DIRECTORY",
-         "Where provider libraries are. Default: ../lib beside the program.",
+         "Where provider libraries are. Default: ../lib/cimd beside the program.",
          file<&Options::providerDir>()},
         {"spool-directory", "DIRECTORY",
          "Where large results wait for pull operations, in files without a name. Default: $TMPDIR or /tmp.",

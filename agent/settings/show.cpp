@@ -1,7 +1,7 @@
 // Keys and values as the configuration file has them.
 #include "agent/settings/show.h"
 
-#include "agent/log/TextTable.h"
+#include "agent/base/TextTable.h"
 #include "agent/settings/paragraph.h"
 
 #include <cstdio>

@@ -127,7 +127,7 @@ void benchAssociations(const std::string& buildDir)
         const simulator::SimSwitch sim(simulator::generateFabric(size));
         cimd::AgentCore agent(buildDir + "/share/cimd/repository.xml",
                               buildDir + "/share/cimd/providers.reg",
-                              buildDir + "/lib");
+                              buildDir + "/lib/cimd");
         const cimd::RequestContext client;
 
         cimd::EnumerateInstanceNamesRequest everyPair;

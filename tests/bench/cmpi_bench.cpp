@@ -46,7 +46,7 @@ void benchCmpi(const std::string& buildDir)
         // Its end unloads the providers, so that each size starts with empty maps.
         cimd::AgentCore agent(buildDir + "/share/cimd/repository.xml",
                               buildDir + "/share/cimd/providers.reg",
-                              buildDir + "/lib");
+                              buildDir + "/lib/cimd");
         const cimd::RequestContext client;
 
         cimd::EnumerateInstancesRequest all;

@@ -19,7 +19,7 @@ class Module_Agent
     explicit Module_Agent(const char* library = "vraxproviders")
         : _core(cimd::ClassRepository::load(std::string(VRAX_BUILD_DIR) + "/share/cimd/repository.xml"),
                 registrations(library),
-                std::string(VRAX_BUILD_DIR) + "/lib")
+                std::string(VRAX_BUILD_DIR) + "/lib/cimd")
     {
     }
     ~Module_Agent()

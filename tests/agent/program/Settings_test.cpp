@@ -77,7 +77,7 @@ TEST(SettingsTest, DefaultsAndActions)
     const Options options = settingsOf("").options();
     EXPECT_EQ("/opt/bin/../share/cimd/repository.xml", options.repository);
     EXPECT_EQ("/opt/bin/../share/cimd/providers.reg", options.registration);
-    EXPECT_EQ("/opt/bin/../lib", options.providerDir);
+    EXPECT_EQ("/opt/bin/../lib/cimd", options.providerDir);
     EXPECT_EQ("127.0.0.1:5988", options.address + ":" + std::to_string(options.port));
     EXPECT_EQ(Action::Help, readLine("--help --nonsense").action);
     EXPECT_EQ(Action::CheckConfig, readLine("--check-config --port 1 --config x").action);

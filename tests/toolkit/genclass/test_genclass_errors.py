@@ -122,3 +122,18 @@ def test_an_error_leaves_earlier_output_as_it_was(scratch):
     scratch.write(BASE.replace("uint16 Level", "uint61 Level"))
     assert scratch.run("--class", "Test_Base").returncode == 1
     assert {name: path.read_bytes() for name, path in scratch.generated().items()} == before
+
+
+@pytest.mark.parametrize("mof, message", [
+    ("class Test_X\n{\n    uint8 Do([In] Test_Y REF A);\n};\nclass Test_Y : Test_X\n{\n};\n",
+     "mof/test.mof:1: class Test_X: names Test_Y, which cannot stand before it in one MOF file"),
+    ("class Test_Y\n{\n};\nclass Test_X : Test_Y\n{\n};\n",
+     "mof/test.mof:1: more than one class in a file: which goes where is unknown"),
+    ("class Test_Y\n{\n};\nclass CIM_X : Test_Y\n{\n};\nclass Test_X : CIM_X\n{\n};\n",
+     "mof/test.mof:4: class CIM_X: a class of the CIM Schema names Test_Y"),
+], ids=["circle", "shared file", "against the schema"])
+def test_mof_that_has_no_order_is_refused_with_its_place(scratch, mof, message):
+    scratch.write(mof)
+    result = scratch.run("--class", "Test_X", "--mof", "ordered")
+    assert (result.returncode, result.stderr.strip()) == (1, message)
+    assert not scratch.generated()

@@ -5,7 +5,7 @@ import hashlib
 import os
 import sys
 
-from . import checks, cpp_class, cpp_methods, model, mof, output, registration, repository_xml
+from . import checks, cpp_class, cpp_methods, model, mof, ordered_mof, output, registration, repository_xml
 from .errors import GenclassError, Place
 
 
@@ -21,6 +21,9 @@ def _arguments():
     parser.add_argument("--output", metavar="DIR", help="folder of the generated C++")
     parser.add_argument("--repository", metavar="FILE", help="the agent's class repository (XML)")
     parser.add_argument("--registration", metavar="FILE", help="the agent's registration file")
+    parser.add_argument("--mof", metavar="DIR",
+                        help="folder for the MOF in an order that any CIM server reads: "
+                             f"{ordered_mof.SUPERCLASSES} and {ordered_mof.VENDOR}")
     parser.add_argument("--location", default="vraxproviders", help="library name in the registration file")
     parser.add_argument("--namespace", default="root/interop", help="namespace in the registration file")
     parser.add_argument("--name", default="vrax_classes", help="tells this set of classes from others in a program")
@@ -60,6 +63,9 @@ def _generate(arguments):
             files[os.path.join(folder, "providers_includes.h")] = registration.provider_includes(entries)
     if arguments.repository:
         files[arguments.repository] = repository_xml.repository(models, reader.qualifiers)
+    if arguments.mof:
+        for name, text in ordered_mof.files(models, reader).items():
+            files[os.path.join(arguments.mof, name)] = text
     if arguments.registration:
         files[arguments.registration] = registration.registration_file(entries, arguments.location,
                                                                        arguments.namespace)

@@ -78,6 +78,11 @@ class ClassModel:
     def keys(self):
         return [f.item.name for f in self.features if not f.is_method and f.item.has("key")]
 
+    @property
+    def targets(self):
+        """Names of the classes that its own declarations name, other than its superclass."""
+        return [part.target for _, part in _targets(self)]
+
     def is_a(self, name):
         return self.name.lower() == name.lower() or (self.superclass is not None and self.superclass.is_a(name))
 

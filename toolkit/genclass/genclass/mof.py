@@ -111,6 +111,9 @@ class MofReader:
         """Names of all classes on the search path, in file and declaration order."""
         return [text.name for path in self._all_files() for text in self._text(path)]
 
+    def declares_classes(self, path):
+        return bool(self._text(path))
+
     def _all_files(self):
         for root in self._search_path:
             for folder, folders, files in os.walk(root):
