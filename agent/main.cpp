@@ -1,4 +1,5 @@
 // cimd: reads its command line, starts, serves until it is told to stop.
+#include "agent/control/ControlServer.h"
 #include "agent/http/HttpServer.h"
 #include "agent/http/SpoolArea.h"
 #include "agent/limits/Limits.h"
@@ -6,6 +7,7 @@
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
 #include "agent/platform.h"
+#include "agent/providers/provider_table.h"
 #include "agent/run/Supervisor.h"
 #include "agent/run/descriptors.h"
 #include "agent/run/exit_status.h"
@@ -48,8 +50,9 @@ struct Setting
     const TlsIdentity& tls;
     InFlight& inFlight;
     const Terminal& terminal;
-    XmlTrace* trace;        // null: none is wanted
-    Supervisor* supervisor; // null: nobody watches
+    const ControlSocket* control; // null: none is wanted
+    XmlTrace* trace;              // null: none is wanted
+    Supervisor* supervisor;       // null: nobody watches
 };
 
 std::vector<CimName> classNames(const ClassRepository& repository)
@@ -59,6 +62,9 @@ std::vector<CimName> classNames(const ClassRepository& repository)
         names.push_back(info->name());
     return names;
 }
+
+// What --list-providers asks for at the control socket.
+constexpr const char* kListProviders = "list-providers";
 
 // How often memory that answers have left behind goes back to the system.
 constexpr std::chrono::seconds kTidyPeriod{10};
@@ -265,6 +271,11 @@ int serve(const Setting& setting)
                       limits,
                       std::move(setting.sockets),
                       {setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }});
+    std::optional<ControlServer> control;
+    if (setting.control != nullptr)
+        control.emplace(*setting.control,
+                        std::vector<ControlCommand>{
+                            {kListProviders, [&core] { return providerTable(core.providers()); }}});
     if (sayReady(setting))
     {
         std::printf("cimd: listening on %s\n", setting.urls.c_str());
@@ -364,11 +375,21 @@ int start(const Settings& settings)
     std::optional<XmlTrace> trace;
     if (options.traceXml)
         starting(settings, "trace-xml", [&] { return &trace.emplace(*options.traceXml); });
+    std::optional<ControlSocket> control;
+    if (options.controlSocket)
+        starting(settings, "control-socket", [&] { return &control.emplace(*options.controlSocket); });
     // All that can run at once: one more that hangs than may is what ends the process.
     InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1);
     const Terminal terminal;
-    Setting setting{
-        settings, sockets, urlsOf(sockets), tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
+    Setting setting{settings,
+                    sockets,
+                    urlsOf(sockets),
+                    tls,
+                    inFlight,
+                    terminal,
+                    control ? &*control : nullptr,
+                    trace ? &*trace : nullptr,
+                    nullptr};
     if (!options.supervised)
         return serve(setting);
     // For serving processes to come. The one that is there says what is wrong.
@@ -404,6 +425,16 @@ int start(const Settings& settings)
     return serve(setting);
 }
 
+// What a running cimd answers.
+std::string ask(const Settings& settings, const std::string& command)
+{
+    const auto& path = settings.options().controlSocket;
+    if (!path)
+        throw StartError("--" + command +
+                         ": --control-socket is needed, or the key in the configuration file");
+    return starting(settings, "control-socket", [&] { return askControl(*path, command); });
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -421,6 +452,8 @@ try
         return std::fputs(limitsTable(settings.options().limits).c_str(), stdout) < 0;
     if (line.action == Action::ShowConfig)
         return std::fputs(configTable(settings).c_str(), stdout) < 0;
+    if (line.action == Action::ListProviders)
+        return std::fputs(ask(settings, kListProviders).c_str(), stdout) < 0;
     if (line.action == Action::CheckConfig)
     {
         checkNamedFiles(settings);

@@ -10,7 +10,7 @@ vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.
 target_compile_definitions(cimd_wire PUBLIC CIMD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::gnutls)
 
-file(GLOB sources CONFIGURE_DEPENDS *.cpp settings/*.cpp)
+file(GLOB sources CONFIGURE_DEPENDS *.cpp control/*.cpp settings/*.cpp)
 list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
 add_library(cimd_start STATIC ${sources})
 target_link_libraries(cimd_start PUBLIC cimd_wire PRIVATE vrax_warnings ${CMAKE_DL_LIBS})

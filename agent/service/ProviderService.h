@@ -135,6 +135,7 @@ class ProviderService : public CimService
               Interface* (Provider::*interfaceOf)(),
               Function function) const
     {
+        const CallCount::Call counted(*entry.calls);
         Interface* mi = (entry.provider->*interfaceOf)();
         ProviderCall call(
             _broker,
