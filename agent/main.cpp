@@ -1,4 +1,5 @@
 // cimd: reads its command line, starts, serves until it is told to stop.
+#include "agent/control/ControlServer.h"
 #include "agent/http/HttpServer.h"
 #include "agent/http/SpoolArea.h"
 #include "agent/limits/Limits.h"
@@ -8,6 +9,7 @@
 #include "agent/ops/FrontEnd.h"
 #include "agent/ops/LogInGate.h"
 #include "agent/platform.h"
+#include "agent/providers/provider_table.h"
 #include "agent/run/Supervisor.h"
 #include "agent/run/descriptors.h"
 #include "agent/run/exit_status.h"
@@ -50,8 +52,9 @@ struct Setting
     const TlsIdentity& tls;
     InFlight& inFlight;
     const Terminal& terminal;
-    XmlTrace* trace;        // null: none is wanted
-    Supervisor* supervisor; // null: nobody watches
+    const ControlSocket* control; // null: none is wanted
+    XmlTrace* trace;              // null: none is wanted
+    Supervisor* supervisor;       // null: nobody watches
 };
 
 std::vector<CimName> classNames(const ClassRepository& repository)
@@ -61,6 +64,9 @@ std::vector<CimName> classNames(const ClassRepository& repository)
         names.push_back(info->name());
     return names;
 }
+
+// What --list-providers asks for at the control socket.
+constexpr const char* kListProviders = "list-providers";
 
 // How often memory that answers have left behind goes back to the system.
 constexpr std::chrono::seconds kTidyPeriod{10};
@@ -280,6 +286,11 @@ int serve(const Setting& setting)
                         std::move(*setting.sockets.metrics),
                         ServerOptions{setting.tls, options.spoolDirectory, [&setting] { endHung(setting); }},
                         authenticator ? &*authenticator : nullptr);
+    std::optional<ControlServer> control;
+    if (setting.control != nullptr)
+        control.emplace(*setting.control,
+                        std::vector<ControlCommand>{
+                            {kListProviders, [&core] { return providerTable(core.providers()); }}});
     if (sayReady(setting))
     {
         std::printf("cimd: listening on %s\n", setting.urls.c_str());
@@ -354,11 +365,21 @@ int start(const Settings& settings)
     std::optional<XmlTrace> trace;
     if (options.traceXml)
         starting(settings, "trace-xml", [&] { return &trace.emplace(*options.traceXml); });
+    std::optional<ControlSocket> control;
+    if (options.controlSocket)
+        starting(settings, "control-socket", [&] { return &control.emplace(*options.controlSocket); });
     // All that can run at once: one more that hangs than may is what ends the process.
     InFlight inFlight(std::size_t{limits.workers} + limits.hungWorkers + 1 + kScrapes);
     const Terminal terminal;
-    Setting setting{
-        settings, sockets, sockets.urls(), tls, inFlight, terminal, trace ? &*trace : nullptr, nullptr};
+    Setting setting{settings,
+                    sockets,
+                    sockets.urls(),
+                    tls,
+                    inFlight,
+                    terminal,
+                    control ? &*control : nullptr,
+                    trace ? &*trace : nullptr,
+                    nullptr};
     if (!options.supervised)
         return serve(setting);
     // For serving processes to come. The one that is there says what is wrong.
@@ -394,6 +415,16 @@ int start(const Settings& settings)
     return serve(setting);
 }
 
+// What a running cimd answers.
+std::string ask(const Settings& settings, const std::string& command)
+{
+    const auto& path = settings.options().controlSocket;
+    if (!path)
+        throw StartError("--" + command +
+                         ": --control-socket is needed, or the key in the configuration file");
+    return starting(settings, "control-socket", [&] { return askControl(*path, command); });
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -411,6 +442,8 @@ try
         return std::fputs(limitsTable(settings.options().limits).c_str(), stdout) < 0;
     if (line.action == Action::ShowConfig)
         return std::fputs(configTable(settings).c_str(), stdout) < 0;
+    if (line.action == Action::ListProviders)
+        return std::fputs(ask(settings, kListProviders).c_str(), stdout) < 0;
     if (line.action == Action::CheckConfig)
     {
         checkNamedFiles(settings);

@@ -10,7 +10,7 @@ vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.
 target_compile_definitions(cimd_wire PUBLIC CIMD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::gnutls)
 
-file(GLOB sources CONFIGURE_DEPENDS *.cpp settings/*.cpp)
+file(GLOB sources CONFIGURE_DEPENDS *.cpp control/*.cpp settings/*.cpp)
 list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
 add_library(cimd_start STATIC ${sources})
 target_link_libraries(cimd_start PUBLIC cimd_wire PRIVATE vrax_warnings ${CMAKE_DL_LIBS})
@@ -43,6 +43,10 @@ configure_file("${CMAKE_SOURCE_DIR}/docs/cimd.8.in" "${cimd_page}" @ONLY)
 install(FILES "${cimd_page}" "${CMAKE_SOURCE_DIR}/docs/cimd-passwd.8" DESTINATION share/man/man8)
 configure_file("${CMAKE_SOURCE_DIR}/docs/cimd.conf.5.in" "${CMAKE_BINARY_DIR}/share/man/man5/cimd.conf.5" @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/share/man/man5/cimd.conf.5" DESTINATION share/man/man5)
+
+foreach(program IN ITEMS cimd cimd-passwd)
+    install(FILES cimd.bash DESTINATION share/bash-completion/completions RENAME ${program})
+endforeach()
 
 # The configuration file, in which everything is commented out.
 include(GNUInstallDirs)

@@ -73,6 +73,34 @@ Interface* Provider::create(const char* kind)
     return created;
 }
 
+// What came of it is the provider's state.
+template <class Interface>
+Interface* Provider::createWatched(const char* kind)
+{
+    const auto become = [this](std::string state)
+    {
+        const std::lock_guard lock(_stateMutex);
+        _state = std::move(state);
+    };
+    try
+    {
+        Interface* const created = create<Interface>(kind);
+        become("loaded");
+        return created;
+    }
+    catch (const std::exception& error)
+    {
+        become(std::string("failed: ") + error.what());
+        throw;
+    }
+}
+
+std::string Provider::state() const
+{
+    const std::lock_guard lock(_stateMutex);
+    return _state;
+}
+
 template <class Interface>
 void Provider::cleanUp(InterfaceSlot<Interface>& slot, const char* kind)
 {
@@ -101,22 +129,22 @@ void Provider::cleanUp(InterfaceSlot<Interface>& slot, const char* kind)
 
 CMPIInstanceMI* Provider::instance()
 {
-    return _instance.getOrCreate([this] { return create<CMPIInstanceMI>("Instance"); });
+    return _instance.getOrCreate([this] { return createWatched<CMPIInstanceMI>("Instance"); });
 }
 
 CMPIAssociationMI* Provider::association()
 {
-    return _association.getOrCreate([this] { return create<CMPIAssociationMI>("Association"); });
+    return _association.getOrCreate([this] { return createWatched<CMPIAssociationMI>("Association"); });
 }
 
 CMPIMethodMI* Provider::method()
 {
-    return _method.getOrCreate([this] { return create<CMPIMethodMI>("Method"); });
+    return _method.getOrCreate([this] { return createWatched<CMPIMethodMI>("Method"); });
 }
 
 CMPIIndicationMI* Provider::indication()
 {
-    return _indication.getOrCreate([this] { return create<CMPIIndicationMI>("Indication"); });
+    return _indication.getOrCreate([this] { return createWatched<CMPIIndicationMI>("Indication"); });
 }
 
 void Provider::cleanUp()

@@ -48,6 +48,10 @@ class Provider
     Provider(const Broker& broker, const ProviderLibrary& library, std::string name, std::string nameSpace);
 
     const std::string& name() const { return _name; }
+    const ProviderLibrary& library() const { return _library; }
+    // "not loaded" until the first interface is created, then "loaded", or "failed: " and why the latest
+    // could not be.
+    std::string state() const;
 
     // CimError (failed) with the library's reason if the interface cannot be had.
     CMPIInstanceMI* instance();
@@ -65,6 +69,8 @@ class Provider
     template <class Interface>
     Interface* create(const char* kind);
     template <class Interface>
+    Interface* createWatched(const char* kind);
+    template <class Interface>
     void cleanUp(InterfaceSlot<Interface>& slot, const char* kind);
 
     const Broker& _broker;
@@ -76,6 +82,8 @@ class Provider
     InterfaceSlot<CMPIMethodMI> _method;
     InterfaceSlot<CMPIIndicationMI> _indication;
     std::atomic<bool> _hadFault{false};
+    mutable std::mutex _stateMutex;
+    std::string _state = "not loaded";
 };
 
 } // namespace cimd

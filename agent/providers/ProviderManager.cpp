@@ -54,7 +54,7 @@ ProviderManager::ProviderManager(const Broker& broker,
                                     " is not in the class repository");
         Provider& served = provider(broker, directory, registration);
         addNameSpaces(registration);
-        _entries.push_back({info, &served, std::move(registration)});
+        _entries.push_back({info, &served, std::move(registration), std::make_unique<CallCount>()});
     }
 }
 

@@ -3,6 +3,7 @@
 #define AGENT_PROVIDERS_PROVIDERMANAGER_H
 
 #include "agent/broker/Broker.h"
+#include "agent/providers/CallCount.h"
 #include "agent/providers/Provider.h"
 #include "agent/providers/Registration.h"
 #include "agent/repository/ClassRepository.h"
@@ -23,6 +24,7 @@ struct ProviderEntry
     const ClassInfo* info;
     Provider* provider;
     Registration registration;
+    std::unique_ptr<CallCount> calls; ///< Never null.
 
     bool serves(const std::string& nameSpace) const;
 };

@@ -138,6 +138,7 @@ class CimService
               Interface* (Provider::*interfaceOf)(),
               Function function) const
     {
+        const CallCount::Call counted(*entry.calls);
         Interface* mi = (entry.provider->*interfaceOf)();
         ProviderCall call(
             _broker,

@@ -26,6 +26,10 @@ const std::vector<ActionRow>& actionRows()
         {"sample-config", nullptr,
          "Print a configuration file that explains each key and sets none, and exit.",
          Action::SampleConfig},
+        {"list-providers", nullptr,
+         "Ask the cimd that runs with the same --control-socket for a table of its providers and exit: class, kind, "
+         "calls and failed ones since the serving process started, library, and state.",
+         Action::ListProviders},
         {"show-limits", nullptr,
          "Print the limits with their defaults and what file and command line made of them, and exit.",
          Action::ShowLimits},

@@ -20,7 +20,8 @@ enum class Action
     ShowLimits,
     ShowConfig,
     CheckConfig,
-    SampleConfig
+    SampleConfig,
+    ListProviders
 };
 
 // The options that say so, and --config; none of them is a key of the configuration file.

@@ -26,6 +26,7 @@ struct Options
     std::optional<std::string> scenario;
     std::optional<std::string> state; ///< of the simulated switch, across restarts
     std::optional<std::string> switchSocket;
+    std::optional<std::string> controlSocket;
     std::string repository;
     std::string registration;
     std::string providerDir;

@@ -166,6 +166,9 @@ std::vector<OptionRow> allRows()
          "Let the simulated switch take commands of switchctl at this Unix socket, from the user of cimd "
          "alone.",
          file<&Options::switchSocket>()},
+        {"control-socket", "PATH",
+         "Answer cimd --list-providers at this Unix socket, to the user of cimd alone.",
+         file<&Options::controlSocket>()},
         {"indication-ca", "FILE",
          "The certificates, in PEM, that vouch for HTTPS listeners of indications. Default: the system's.",
          file<&Options::indicationCa>()},

@@ -346,6 +346,52 @@ def test_tells_the_service_manager_how_it_is(start, tmp_path, monkeypatch, more)
         assert told()["STOPPING"] == "1"
 
 
+def test_lists_providers_at_the_control_socket(start, build_dir, tmp_path):
+    path = tmp_path / "control"
+    conf = tmp_path / "cimd.conf"
+    conf.write_text('control-socket = "control"\n')
+
+    def listed():
+        run = subprocess.run([build_dir / "bin" / "cimd", "--list-providers", "--config", conf], capture_output=True, text=True)
+        return run.returncode, run.stdout + run.stderr
+
+    def row_of(class_name):
+        return next(line.split(maxsplit=1)[1] for line in listed()[1].splitlines() if line.startswith(class_name + " "))
+    stale = socket.socket(socket.AF_UNIX)
+    stale.bind(str(path))  # nobody listens at it
+    stale.close()
+    cimd = start("--config", conf)
+    assert stat.S_IMODE(path.stat().st_mode) == 0o600
+    assert re.fullmatch(r"instance(, method)? +0 +0 +\S+/lib/libcimd_test_providers\.so +not loaded", row_of("Test_Wild"))
+    assert is_instance(cimd.ask("good"))
+    cimd.ask("none such")
+    assert re.fullmatch(r"instance(, method)? +2 +1 +\S+ +loaded", row_of("Test_Wild"))
+    with pytest.raises(AssertionError, match=f"{conf}:1: control-socket: {path}: another process listens there"):
+        start("--config", conf)
+
+    def said_to(*words):
+        with socket.socket(socket.AF_UNIX) as client:
+            client.settimeout(TIMEOUT_SECONDS)
+            client.connect(str(path))
+            for word in words:
+                client.sendall(word)
+            with contextlib.suppress(ConnectionError):
+                return client.recv(1000)
+            return b""
+    assert said_to(b"list-", b"users\n") == b"there is no such command; there are: list-providers\n"
+    assert said_to(b"x" * 10000) == b"", "too long"
+    assert said_to(b"list-providers") == b"", "not ended in time"
+    assert cimd.ask("segv") == ""
+    assert re.fullmatch(r"instance(, method)? +0 +0 +\S+ +not loaded", row_of("Test_Wild")), "waits for the next process"
+    assert cimd.stop() == 0
+    assert not path.exists()
+    status, text = listed()
+    assert status == 2 and f"{conf}:1: control-socket: {path}: cannot ask cimd: No such file" in text
+    path.write_text("")
+    with pytest.raises(AssertionError, match="there is something else in the socket's place"):
+        start("--config", conf)
+
+
 # The grace ends by itself, or the second signal ends it.
 @pytest.mark.parametrize("grace, signals", [("0", [signal.SIGTERM]), ("3600", [signal.SIGTERM, signal.SIGINT])])
 def test_stops_while_a_request_hangs(start, grace, signals):

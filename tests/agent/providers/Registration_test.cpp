@@ -2,9 +2,11 @@
 #include "agent/providers/Registration.h"
 
 #include "agent/log/log.h"
+#include "agent/providers/provider_table.h"
 #include "tests/agent/testproviders/TestCore.h"
 
 #include <gtest/gtest.h>
+#include <regex>
 #include <string>
 
 namespace cimd
@@ -108,6 +110,11 @@ TEST(Registration, ReportsFactoriesThatAreMissingOrFail)
     const ObjectPath faulty = test::named("Test_Faulty", "good", "Mode");
     EXPECT_EQ(outcome(faulty, "Go"), "1 not ready, attempt 1");
     EXPECT_EQ(outcome(faulty, "Go"), "1 not ready, attempt 2"); // every request tries again
+    const std::string table = providerTable(core.providers());
+    for (const char* row :
+         {"Test_Widget +instance, method +1 +1 .*failed: .*Absent_Create_MethodMI is not exported",
+          "Test_Faulty +instance, method +2 +2 .*failed: not ready, attempt 2"})
+        EXPECT_TRUE(std::regex_search(table, std::regex(row))) << table;
 }
 
 // A provider that cannot answer shows who is asked: an association that cannot have the source at one end,

@@ -24,6 +24,7 @@ class TestCore
     explicit TestCore(const std::string& registrations);
 
     const CimService& service() { return _core.service(); }
+    const ProviderManager& providers() { return _core.providers(); }
     std::size_t countOf(const std::string& className);
 
     RequestContext context{"alice", "192.0.2.1:40000", "en"};
