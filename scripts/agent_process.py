@@ -17,7 +17,8 @@ STOP_TIMEOUT_SECONDS = 60
 
 
 class AgentProcess:
-    """A running cimd. `url` is where it listens, `tls_url` its HTTPS port; use it as a context manager.
+    """A running cimd. `url` is where it listens, `tls_url` its HTTPS port, `metrics_url` what --metrics-port serves; use
+    it as a context manager.
 
     Raises RuntimeError with the agent's own output when it does not come up or does not end cleanly.
     """
@@ -31,6 +32,7 @@ class AgentProcess:
         self.log_lines = []
         self.url = None
         self.tls_url = None
+        self.metrics_url = None
         self.process = None
 
     def __enter__(self):
@@ -49,6 +51,8 @@ class AgentProcess:
             self.process.wait()
             self._log_reader.join(STOP_TIMEOUT_SECONDS)
             raise RuntimeError(f"{' '.join(self.command)} did not start: {line}{self.log()}")
+        if urls[-1].endswith("/metrics"):
+            self.metrics_url = urls.pop()
         self.url = urls[0]
         self.tls_url = urls[-1] if urls[-1].startswith("https:") else None
         return self

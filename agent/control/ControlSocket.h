@@ -2,7 +2,7 @@
 #ifndef AGENT_CONTROL_CONTROLSOCKET_H
 #define AGENT_CONTROL_CONTROLSOCKET_H
 
-#include "agent/run/FileDescriptor.h"
+#include "agent/base/FileDescriptor.h"
 
 #include <string>
 #include <sys/types.h>

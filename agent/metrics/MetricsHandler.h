@@ -3,7 +3,7 @@
 #define AGENT_METRICS_METRICSHANDLER_H
 
 #include "agent/http/HttpHandler.h"
-#include "agent/metrics/AgentMetrics.h"
+#include "agent/metrics/agent_metrics.h"
 
 #include <atomic>
 #include <cstdint>

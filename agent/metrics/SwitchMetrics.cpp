@@ -188,8 +188,8 @@ void SwitchMetrics::writeInfo(const MetricFamily& family, const SwitchRows& rows
 
 void SwitchMetrics::writeLogIns()
 {
-    using LogIn = std::pair<const SwitchRow*, const SwitchRow*>; // a switch's port and a device
-    std::vector<LogIn> logIns;
+    using Pairing = std::pair<const SwitchRow*, const SwitchRow*>; // a switch's port and a device
+    std::vector<Pairing> logIns;
     const auto take = [&](const Instance& connection)
     {
         const auto end = [&](const char* role) -> const SwitchRow*
@@ -207,7 +207,7 @@ void SwitchMetrics::writeLogIns()
     if (!isRead)
         logIns.clear();
     std::stable_sort(
-        logIns.begin(), logIns.end(), [](const LogIn& a, const LogIn& b) { return a.first < b.first; });
+        logIns.begin(), logIns.end(), [](const Pairing& a, const Pairing& b) { return a.first < b.first; });
 
     _out.begin(kLogIns);
     auto next = logIns.begin();

@@ -2,7 +2,7 @@
 #ifndef AGENT_METRICS_SWITCHREADER_H
 #define AGENT_METRICS_SWITCHREADER_H
 
-#include "agent/metrics/OpenMetrics.h"
+#include "agent/metrics/open_metrics.h"
 #include "agent/service/CimService.h"
 
 #include <functional>

@@ -2,7 +2,7 @@
 #ifndef AGENT_METRICS_PROCESS_H
 #define AGENT_METRICS_PROCESS_H
 
-#include "agent/metrics/OpenMetrics.h"
+#include "agent/metrics/open_metrics.h"
 
 namespace cimd
 {

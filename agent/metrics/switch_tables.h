@@ -2,7 +2,7 @@
 #ifndef AGENT_METRICS_SWITCH_TABLES_H
 #define AGENT_METRICS_SWITCH_TABLES_H
 
-#include "agent/metrics/OpenMetrics.h"
+#include "agent/metrics/open_metrics.h"
 
 #include <cstdint>
 #include <limits>

@@ -1,7 +1,7 @@
 // The table of the providers.
 #include "agent/providers/provider_table.h"
 
-#include "agent/log/TextTable.h"
+#include "agent/base/TextTable.h"
 
 namespace cimd
 {

@@ -66,6 +66,7 @@ Agent::Agent(const std::string& program, std::vector<std::string> arguments, boo
         throw std::runtime_error(program + ": " + std::strerror(failure));
     _port = portOf(line, "http://");
     _tlsPort = portOf(line, "https://");
+    _metricsPort = portOf(line, "metrics on http://");
     if (_port == 0)
         throw std::runtime_error(program + " did not start");
 }

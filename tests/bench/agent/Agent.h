@@ -33,7 +33,8 @@ class Agent
 
     std::uint16_t port() const { return _port; }
     std::uint16_t tlsPort() const { return _tlsPort; } // 0: none
-    Memory memory() const;                             // of the process that was started
+    std::uint16_t metricsPort() const { return _metricsPort; }
+    Memory memory() const; // of the process that was started
     // Of all its threads since the start.
     double processorSeconds() const;
     // Makes the next peak that of the time from now on.
@@ -43,6 +44,7 @@ class Agent
     pid_t _pid = -1;
     std::uint16_t _port = 0;
     std::uint16_t _tlsPort = 0;
+    std::uint16_t _metricsPort = 0;
 };
 
 } // namespace bench

@@ -272,6 +272,33 @@ void benchLongAnswers(const Places& places, const std::vector<std::string>& fabr
     }
 }
 
+// A large fabric scraped: maps that are empty, which then hold all of it, and maps that are fresh.
+void benchScrape(const Places& places, std::vector<std::string> fabric)
+{
+    fabric.insert(fabric.end(), {"--metrics-port", "0"});
+    const Agent agent(places.program, fabric);
+    const std::string request = "GET /metrics HTTP/1.1\r\nHost: localhost\r\n\r\n";
+    std::printf("\nA scrape of the metrics of a large fabric\n  %-6s  %12s  %8s  %14s\n",
+                "maps",
+                "bytes",
+                "ms",
+                "growth KiB");
+    for (const char* maps : {"empty", "fresh"})
+    {
+        agent.forgetPeak();
+        const std::size_t before = agent.memory().now;
+        const LoadResult result = load(agent.metricsPort(), 1, request, 0);
+        std::printf("  %-6s  %12zu  %8.0f  %14zu\n",
+                    maps,
+                    result.bytes,
+                    result.seconds * kMilli,
+                    agent.memory().peak - before);
+        std::fflush(stdout);
+    }
+    std::printf("  %zu instances of VRAX_FCPort\n",
+                countOf(ask(agent.port(), enumerate("VRAX_FCPort")), "<VALUE.NAMEDINSTANCE>"));
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -310,6 +337,7 @@ int main(int argc, char** argv)
         benchFlood(places);
         benchImage(places);
         benchLongAnswers(places, {"--scenario", argv[2]});
+        benchScrape(places, {"--scenario", argv[2]});
     }
     catch (const std::exception& failure)
     {

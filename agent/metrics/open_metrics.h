@@ -1,6 +1,6 @@
 // Writes OpenMetrics text, what Prometheus and its kin scrape.
-#ifndef AGENT_METRICS_OPENMETRICS_H
-#define AGENT_METRICS_OPENMETRICS_H
+#ifndef AGENT_METRICS_OPEN_METRICS_H
+#define AGENT_METRICS_OPEN_METRICS_H
 
 #include "agent/http/HttpHandler.h"
 

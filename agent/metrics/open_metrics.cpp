@@ -1,5 +1,5 @@
 // The form of OpenMetrics text: metadata, escapes, numbers.
-#include "agent/metrics/OpenMetrics.h"
+#include "agent/metrics/open_metrics.h"
 
 #include "xml/utf8.h"
 

@@ -1,5 +1,5 @@
 // The families of the agent itself.
-#include "agent/metrics/AgentMetrics.h"
+#include "agent/metrics/agent_metrics.h"
 
 #include <chrono>
 #include <functional>

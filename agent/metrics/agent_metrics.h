@@ -1,10 +1,10 @@
 // The agent's part of a scrape: what it counted of its own work.
-#ifndef AGENT_METRICS_AGENTMETRICS_H
-#define AGENT_METRICS_AGENTMETRICS_H
+#ifndef AGENT_METRICS_AGENT_METRICS_H
+#define AGENT_METRICS_AGENT_METRICS_H
 
 #include "agent/http/HttpServer.h"
-#include "agent/metrics/OpenMetrics.h"
 #include "agent/metrics/SwitchMetrics.h"
+#include "agent/metrics/open_metrics.h"
 #include "agent/providers/ProviderManager.h"
 #include "agent/pull/Enumerations.h"
 #include "agent/run/Counters.h"
