@@ -1,14 +1,13 @@
 // Requests over HTTP and HTTPS with libcurl.
 #include "delivery/Http_Client.h"
 
+#include "delivery/curl_library.h"
+
 #include <algorithm>
 #include <cstring>
 #include <map>
-#include <mutex>
 #include <new>
 #include <utility>
-
-#include <curl/curl.h>
 
 namespace cimple
 {
@@ -27,14 +26,14 @@ constexpr curl_off_t kLongestRetrySeconds = 24 * 3600;
 template <class T, auto FREE>
 struct Freed
 {
-    void operator()(T* resource) const { FREE(resource); }
+    void operator()(T* resource) const { (curl().*FREE)(resource); }
 };
 template <class T, auto FREE>
 using Handle = std::unique_ptr<T, Freed<T, FREE>>;
 
-using Easy = Handle<CURL, curl_easy_cleanup>;
-using Multi = Handle<CURLM, curl_multi_cleanup>;
-using Headers = Handle<curl_slist, curl_slist_free_all>;
+using Easy = Handle<CURL, &Curl_Library::easy_cleanup>;
+using Multi = Handle<CURLM, &Curl_Library::multi_cleanup>;
+using Headers = Handle<curl_slist, &Curl_Library::slist_free_all>;
 
 template <class HANDLE>
 HANDLE required(HANDLE handle)
@@ -42,13 +41,6 @@ HANDLE required(HANDLE handle)
     if (!handle)
         throw std::bad_alloc();
     return handle;
-}
-
-// The library stays initialised until the process ends: others in it may use it, too.
-void initialise()
-{
-    static std::once_flag once;
-    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
 }
 
 Headers exportHeaders()
@@ -59,7 +51,7 @@ Headers exportHeaders()
                              "CIMExportMethod: ExportIndication",
                              "Expect:"}) // listeners that do not know it would cost a second each time
     {
-        curl_slist* const longer = curl_slist_append(headers.get(), line);
+        curl_slist* const longer = curl().slist_append(headers.get(), line);
         if (longer == nullptr)
             throw std::bad_alloc();
         if (!headers)
@@ -99,7 +91,7 @@ template <class VALUE>
 VALUE infoOf(CURL* easy, CURLINFO what)
 {
     VALUE value{};
-    curl_easy_getinfo(easy, what, &value);
+    curl().easy_getinfo(easy, what, &value);
     return value;
 }
 
@@ -129,7 +121,7 @@ class Http_Client::Engine
   public:
     explicit Engine(const Http_Settings& settings) : _settings(settings)
     {
-        curl_multi_setopt(_multi.get(), CURLMOPT_MAXCONNECTS, kMaxKeptConnections);
+        curl().multi_setopt(_multi.get(), CURLMOPT_MAXCONNECTS, kMaxKeptConnections);
     }
     ~Engine()
     {
@@ -147,11 +139,11 @@ class Http_Client::Engine
         request.answer.clear();
         request.complaint[0] = '\0';
         request.hidesComplaint = url.find('@') != url.npos;
-        curl_easy_setopt(easy, CURLOPT_URL, url.c_str());
-        curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body->size()));
-        curl_easy_setopt(easy, CURLOPT_POSTFIELDS, request.body->data());
-        curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, fresh ? 1L : 0L);
-        if (curl_multi_add_handle(_multi.get(), easy) != CURLM_OK)
+        curl().easy_setopt(easy, CURLOPT_URL, url.c_str());
+        curl().easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body->size()));
+        curl().easy_setopt(easy, CURLOPT_POSTFIELDS, request.body->data());
+        curl().easy_setopt(easy, CURLOPT_FRESH_CONNECT, fresh ? 1L : 0L);
+        if (curl().multi_add_handle(_multi.get(), easy) != CURLM_OK)
             throw std::bad_alloc();
         request.isUnderWay = true;
     }
@@ -159,16 +151,16 @@ class Http_Client::Engine
     std::vector<Outcome> wait(std::chrono::milliseconds atMost)
     {
         int running = 0;
-        curl_multi_perform(_multi.get(), &running);
+        curl().multi_perform(_multi.get(), &running);
         std::vector<Outcome> ended = collect();
         if (!ended.empty())
             return ended;
-        curl_multi_poll(_multi.get(), nullptr, 0, static_cast<int>(atMost.count()), nullptr);
-        curl_multi_perform(_multi.get(), &running);
+        curl().multi_poll(_multi.get(), nullptr, 0, static_cast<int>(atMost.count()), nullptr);
+        curl().multi_perform(_multi.get(), &running);
         return collect();
     }
 
-    void wake() noexcept { curl_multi_wakeup(_multi.get()); }
+    void wake() noexcept { curl().multi_wakeup(_multi.get()); }
 
     void forget(Peer peer) noexcept
     {
@@ -199,31 +191,31 @@ class Http_Client::Engine
 
     void prepare(Request& request)
     {
-        request.easy = required(Easy(curl_easy_init()));
+        request.easy = required(Easy(curl().easy_init()));
         CURL* const easy = request.easy.get();
         const auto milliseconds = [](std::chrono::milliseconds time)
         { return static_cast<long>(time.count()); };
-        curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+        curl().easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
         // A name that does not resolve must not hold up the thread when its time is over.
-        curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
-        curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-        curl_easy_setopt(easy, CURLOPT_DEFAULT_PROTOCOL, "ftp"); // a URL without a scheme is none
-        curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-        curl_easy_setopt(
+        curl().easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
+        curl().easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+        curl().easy_setopt(easy, CURLOPT_DEFAULT_PROTOCOL, "ftp"); // a URL without a scheme is none
+        curl().easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+        curl().easy_setopt(
             easy, CURLOPT_PROXY, ""); // listeners are reached directly, whatever the environment says
-        curl_easy_setopt(easy, CURLOPT_POST, 1L);
-        curl_easy_setopt(easy, CURLOPT_HTTPHEADER, _headers.get());
-        curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
-        curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, milliseconds(_settings.connectTime));
-        curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, milliseconds(_settings.answerTime));
-        curl_easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+        curl().easy_setopt(easy, CURLOPT_POST, 1L);
+        curl().easy_setopt(easy, CURLOPT_HTTPHEADER, _headers.get());
+        curl().easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
+        curl().easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, milliseconds(_settings.connectTime));
+        curl().easy_setopt(easy, CURLOPT_TIMEOUT_MS, milliseconds(_settings.answerTime));
+        curl().easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
         if (!_settings.caFile.empty())
-            curl_easy_setopt(easy, CURLOPT_CAINFO, _settings.caFile.c_str());
-        curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, _settings.acceptsAnyCertificate ? 0L : 1L);
-        curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, _settings.acceptsAnyCertificate ? 0L : 2L);
-        curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, receive);
-        curl_easy_setopt(easy, CURLOPT_WRITEDATA, &request);
-        curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, request.complaint);
+            curl().easy_setopt(easy, CURLOPT_CAINFO, _settings.caFile.c_str());
+        curl().easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, _settings.acceptsAnyCertificate ? 0L : 1L);
+        curl().easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, _settings.acceptsAnyCertificate ? 0L : 2L);
+        curl().easy_setopt(easy, CURLOPT_WRITEFUNCTION, receive);
+        curl().easy_setopt(easy, CURLOPT_WRITEDATA, &request);
+        curl().easy_setopt(easy, CURLOPT_ERRORBUFFER, request.complaint);
     }
 
     std::vector<Outcome> collect()
@@ -231,7 +223,7 @@ class Http_Client::Engine
         std::vector<Outcome> ended;
         ended.reserve(_requests.size()); // what is read from the library must not get lost
         int left = 0;
-        while (const CURLMsg* message = curl_multi_info_read(_multi.get(), &left))
+        while (const CURLMsg* message = curl().multi_info_read(_multi.get(), &left))
             if (message->msg == CURLMSG_DONE)
                 ended.push_back(settle(message->easy_handle, message->data.result));
         return ended;
@@ -266,7 +258,7 @@ class Http_Client::Engine
         else if (outcome.result != Http_Result::Answered)
             outcome.reason = request.complaint[0] != '\0' && !request.hidesComplaint
                                  ? request.complaint
-                                 : curl_easy_strerror(code);
+                                 : curl().easy_strerror(code);
     }
     catch (const std::bad_alloc&)
     {
@@ -276,14 +268,14 @@ class Http_Client::Engine
     void end(Request& request) noexcept
     {
         if (request.isUnderWay)
-            curl_multi_remove_handle(_multi.get(), request.easy.get());
+            curl().multi_remove_handle(_multi.get(), request.easy.get());
         request.isUnderWay = false;
         request.body.reset();
     }
 
     const Http_Settings _settings;
     const Headers _headers = exportHeaders();
-    const Multi _multi = required(Multi(curl_multi_init()));
+    const Multi _multi = required(Multi(curl().multi_init()));
     std::map<Peer, Request> _requests;
 };
 
@@ -292,31 +284,46 @@ bool Http_Client::isAvailable()
     return true;
 }
 
-Http_Client::Http_Client(const Http_Settings& settings)
-    : _engine((initialise(), std::make_unique<Engine>(settings)))
-{
-}
+Http_Client::Http_Client(const Http_Settings& settings) : _settings(settings) {}
 
 Http_Client::~Http_Client() = default;
 
 void Http_Client::start(Peer peer, const std::string& url, Http_Body body, bool fresh)
 {
+    if (!_engine)
+    {
+        auto engine = std::make_unique<Engine>(_settings);
+        const std::lock_guard<std::mutex> lock(_lock);
+        _engine = std::move(engine);
+    }
     _engine->start(peer, url, std::move(body), fresh);
 }
 
 std::vector<Http_Client::Outcome> Http_Client::wait(std::chrono::milliseconds atMost)
 {
-    return _engine->wait(atMost);
+    {
+        std::unique_lock<std::mutex> lock(_lock);
+        if (!_engine)
+            _woken.wait_for(lock, atMost, [this] { return _isWoken; });
+        if (std::exchange(_isWoken, false))
+            atMost = std::chrono::milliseconds(0);
+    }
+    return _engine ? _engine->wait(atMost) : std::vector<Outcome>();
 }
 
 void Http_Client::wake() noexcept
 {
-    _engine->wake();
+    const std::lock_guard<std::mutex> lock(_lock);
+    if (_engine)
+        return _engine->wake();
+    _isWoken = true;
+    _woken.notify_one();
 }
 
 void Http_Client::forget(Peer peer) noexcept
 {
-    _engine->forget(peer);
+    if (_engine)
+        _engine->forget(peer);
 }
 
 } // namespace cimple

@@ -3,7 +3,9 @@
 #define DELIVERY_HTTP_CLIENT_H
 
 #include <chrono>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -29,7 +31,7 @@ enum class Http_Result
 };
 
 // Keeps connections for the next request. All functions are for one thread, but wake(). They throw
-// std::bad_alloc.
+// std::bad_alloc; start() throws std::runtime_error, too, where libcurl cannot be loaded.
 class Http_Client
 {
   public:
@@ -69,7 +71,12 @@ class Http_Client
 
   private:
     class Engine;
-    std::unique_ptr<Engine> _engine;
+
+    const Http_Settings _settings;
+    std::mutex _lock; // of what follows; the thread itself reads without it what only it changes
+    std::condition_variable _woken;
+    bool _isWoken = false;           // before there was an engine
+    std::unique_ptr<Engine> _engine; // made by the first start()
 };
 
 } // namespace cimple

@@ -15,7 +15,7 @@ bool Http_Client::isAvailable()
     return false;
 }
 
-Http_Client::Http_Client(const Http_Settings&)
+Http_Client::Http_Client(const Http_Settings& settings) : _settings(settings)
 {
     throw std::bad_alloc();
 }

@@ -45,7 +45,7 @@ InstanceObject::~InstanceObject()
     std::vector<Property>& properties = _instance.properties();
     for (std::size_t i = 0; i < properties.size(); ++i)
         if (_isSet[i])
-            properties[i].value = CimValue::null(properties[i].value.type(), properties[i].value.isArray());
+            properties[i].value.clear();
     owner()->keepBlank(*info, std::move(_instance));
 }
 
@@ -142,7 +142,7 @@ void InstanceObject::keepOnly(const char** properties, const char** keys)
         if (!_isSet[i] || isKept(i))
             continue;
         _isSet[i] = false;
-        all[i].value = CimValue::null(all[i].value.type(), all[i].value.isArray());
+        all[i].value.clear();
     }
 }
 

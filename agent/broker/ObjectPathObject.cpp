@@ -32,8 +32,8 @@ ObjectPathObject::~ObjectPathObject()
     std::vector<KeyBinding>& keys = _path.keys();
     if (!owner() || !_keysOf || keys.size() != _keysOf->keys().size())
         return;
-    for (std::size_t i = 0; i < keys.size(); ++i)
-        keys[i].value = CimValue::null(_keysOf->keys()[i]->type);
+    for (KeyBinding& key : keys)
+        key.value.clear();
     owner()->keepBlank(*_keysOf, std::move(keys));
 }
 

@@ -61,6 +61,8 @@ class CimValue
     CimType type() const { return _type; } // of the elements for an array
     bool isArray() const { return _isArray; }
     bool isNull() const { return std::holds_alternative<std::monostate>(_data); }
+    // Becomes NULL of the same type.
+    void clear() { _data = std::monostate(); }
     bool hasType(CimType type, bool isArray) const { return _type == type && _isArray == isArray; }
 
     bool asBoolean() const { return std::get<bool>(_data); }

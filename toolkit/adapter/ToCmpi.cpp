@@ -31,16 +31,6 @@ void put(Edt* target, Function function, const char* name, const CMPIData& data,
     checkBroker(status, name);
 }
 
-// The text of a scalar string property that is not NULL, otherwise null: such strings need no broker object.
-const char* plainText(const Instance* instance, const Meta_Feature* feature)
-{
-    const Meta_Property* mp = as_property(feature);
-    if (!mp || mp->type != STRING || mp->subscript != 0)
-        return nullptr;
-    const auto& property = *static_cast<const Property<String>*>(__property_of(instance, mp));
-    return property.null ? nullptr : property.value.c_str();
-}
-
 } // namespace
 
 const std::vector<bool>& PropertyFilter::of(const Meta_Class* metaClass)
@@ -75,8 +65,7 @@ void PropertyFilter::applyTo(const CMPIInstance* instance, const Meta_Class* met
 
 CMPIObjectPath* ToCmpi::path(const Instance* instance)
 {
-    Keys keys;
-    return makePath(instance, _nameSpace.c_str(), kStrict, keys);
+    return makePath(instance, _nameSpace.c_str(), kStrict);
 }
 
 CMPIInstance* ToCmpi::instance(const Instance* instance, PropertyFilter& filter)
@@ -122,24 +111,26 @@ const char* ToCmpi::nameSpaceOf(const Instance* instance, const char* outer) con
 }
 
 void ToCmpi::addKeys(
-    CMPIObjectPath* path, const Instance* instance, const char* nameSpace, Strictness strictness, Keys& keys)
+    CMPIObjectPath* path, const Instance* instance, const char* nameSpace, Strictness strictness, Keys* keys)
 {
-    keys.reserve(instance->meta_class->num_keys);
-    for (const Meta_Feature* feature : features_of(instance->meta_class))
+    const Class_Shape& shape = _shapes.of(instance->meta_class);
+    if (keys)
+        keys->reserve(shape.keys.size());
+    for (const Feature_Shape& key : shape.keys)
     {
-        if (!is_key(feature))
-            continue;
-        CMPIData& key = keys.emplace_back(CMPIData{CMPI_null, CMPI_nullValue, emptyValue()});
-        const char* text = plainText(instance, feature);
-        if (text || convert(instance, feature, nameSpace, key))
-            put(path, path->ft->addKey, feature->name, key, text);
+        CMPIData data = {CMPI_null, CMPI_nullValue, emptyValue()};
+        const char* const text = key.isPlainText && !key.isNull(instance) ? key.text(instance) : nullptr;
+        if (text || convert(instance, key.feature, nameSpace, data))
+            put(path, path->ft->addKey, key.feature->name, data, text);
         else if (strictness == kStrict)
-            throw Failure(CMPI_RC_ERR_FAILED, std::string("key ") + feature->name + " has no value");
+            throw Failure(CMPI_RC_ERR_FAILED, std::string("key ") + key.feature->name + " has no value");
+        if (keys)
+            keys->push_back(data);
     }
 }
 
 CMPIObjectPath*
-ToCmpi::makePath(const Instance* instance, const char* outer, Strictness strictness, Keys& keys)
+ToCmpi::makePath(const Instance* instance, const char* outer, Strictness strictness, Keys* keys)
 {
     const char* nameSpace = nameSpaceOf(instance, outer);
     CMPIStatus status = {CMPI_RC_OK, nullptr};
@@ -156,15 +147,17 @@ CMPIInstance* ToCmpi::makeInstance(const Instance* instance,
 {
     Keys keys;
     const size_t before = _made.size();
-    CMPIObjectPath* path = makePath(instance, outer, strictness, keys);
+    CMPIObjectPath* path = makePath(instance, outer, strictness, &keys);
     CMPIStatus status = {CMPI_RC_OK, nullptr};
     CMPIInstance* result = made(CMNewInstance(_broker, path, &status), status, "a new instance");
     if (_tracking) // the instance contains the path and is released before it
         std::rotate(_made.begin() + static_cast<std::ptrdiff_t>(before), _made.end() - 1, _made.end());
-    const Prefilled& prefilled = _prefilled.of(instance->meta_class, result);
+    Class_Shape& shape = _shapes.of(instance->meta_class);
+    if (!shape.prefilled)
+        shape.prefilled = &_prefilled.of(instance->meta_class, result);
     if (filter)
         filter->applyTo(result, instance->meta_class);
-    setFeatures(result, instance, nameSpaceOf(instance, outer), keys, filter, prefilled);
+    setFeatures(result, instance, nameSpaceOf(instance, outer), keys, filter, shape);
     return result;
 }
 
@@ -173,26 +166,29 @@ void ToCmpi::setFeatures(CMPIInstance* target,
                          const char* nameSpace,
                          const Keys& keys,
                          PropertyFilter* filter,
-                         const Prefilled& prefilled)
+                         const Class_Shape& shape)
 {
-    const Meta_Class* metaClass = instance->meta_class;
-    const std::vector<bool>* admitted = filter ? &filter->of(metaClass) : nullptr;
+    const Prefilled& prefilled = *shape.prefilled;
+    const std::vector<bool>* admitted = filter ? &filter->of(instance->meta_class) : nullptr;
     auto key = keys.begin(); // the filter admits all keys
-    for (size_t i = 0; i < metaClass->num_meta_features; i++)
+    for (const Feature_Shape& each : shape.features)
     {
-        const Meta_Feature* feature = metaClass->meta_features[i];
-        if (feature->flags & CIMPLE_FLAG_METHOD || (admitted && !(*admitted)[i]))
+        if (admitted && !(*admitted)[each.place])
             continue;
         CMPIData data = {CMPI_null, CMPI_nullValue, emptyValue()};
-        const char* text = plainText(instance, feature);
-        if (is_key(feature))
+        const char* text = nullptr;
+        if (each.isKey)
             data = *key++;
-        else if (!text)
-            convert(instance, feature, nameSpace, data);
+        const bool isNull = each.isNull(instance); // as most are
+        if (!isNull && each.isPlainText)
+            text = each.text(instance);
+        else if (!isNull && !each.isKey)
+            convert(instance, each.feature, nameSpace, data);
+        const char* const name = each.feature->name;
         if (text || data.state == CMPI_goodValue)
-            put(target, target->ft->setProperty, feature->name, data, text);
-        else if (!prefilled.features.empty() && prefilled.features[i] != CMPI_null)
-            checkBroker(CMSetProperty(target, feature->name, nullptr, prefilled.features[i]), feature->name);
+            put(target, target->ft->setProperty, name, data, text);
+        else if (!prefilled.features.empty() && prefilled.features[each.place] != CMPI_null)
+            checkBroker(CMSetProperty(target, name, nullptr, prefilled.features[each.place]), name);
     }
     for (const auto& [name, type] : prefilled.unknown)
         checkBroker(CMSetProperty(target, name.c_str(), nullptr, type), name.c_str());
@@ -268,10 +264,7 @@ CMPIValue ToCmpi::reference(const Instance* instance, CMPIType type, const char*
     if (type == CMPI_instance)
         value.inst = makeInstance(instance, nameSpace, kLoose, nullptr);
     else
-    {
-        Keys keys;
-        value.ref = makePath(instance, nameSpace, kStrict, keys);
-    }
+        value.ref = makePath(instance, nameSpace, kStrict);
     return value;
 }
 

@@ -2,6 +2,7 @@
 #ifndef TOOLKIT_ADAPTER_TOCMPI_H
 #define TOOLKIT_ADAPTER_TOCMPI_H
 
+#include "class_shape.h"
 #include "server_schema.h"
 #include <cimple/cimple.h>
 #include <cmpift.h>
@@ -87,6 +88,7 @@ class ToCmpi
         kLoose
     };
     // The converted keys of an instance in the order of its features; they go into path and instance alike.
+    // Plain texts are null here, as they need no conversion.
     typedef std::vector<CMPIData> Keys;
 
     template <class Edt>
@@ -99,8 +101,9 @@ class ToCmpi
                  const cimple::Instance* instance,
                  const char* nameSpace,
                  Strictness strictness,
-                 Keys& keys);
-    CMPIObjectPath* makePath(const cimple::Instance* instance, const char* outer, Strictness, Keys& keys);
+                 Keys* keys);
+    CMPIObjectPath*
+    makePath(const cimple::Instance* instance, const char* outer, Strictness, Keys* keys = nullptr);
     CMPIInstance*
     makeInstance(const cimple::Instance* instance, const char* outer, Strictness, PropertyFilter* filter);
     void setFeatures(CMPIInstance* target,
@@ -108,7 +111,7 @@ class ToCmpi
                      const char* nameSpace,
                      const Keys& keys,
                      PropertyFilter* filter,
-                     const Prefilled& prefilled);
+                     const Class_Shape& shape);
 
     bool convert(const cimple::Instance* instance,
                  const cimple::Meta_Feature* feature,
@@ -128,6 +131,7 @@ class ToCmpi
     std::vector<Made> _made;
     Prefilled_Classes _ownPrefilled;
     Prefilled_Classes& _prefilled;
+    Class_Shapes _shapes;
     bool _tracking;
 };
 

@@ -27,6 +27,10 @@ constexpr std::chrono::seconds kTidied{11}; // the agent tidies up every ten
 constexpr double kMilli = 1e3;
 constexpr double kMega = 1e6;
 
+// Together their instances are all that there are.
+constexpr const char* kRoots[] = {
+    "CIM_ManagedElement", "CIM_Dependency", "CIM_Component", "CIM_MemberOfCollection"};
+
 struct Places
 {
     std::string program;
@@ -56,6 +60,12 @@ std::string firstName(const Agent& agent, const std::string& className)
 std::string getInstance(const std::string& instanceName)
 {
     return cimRequest("GetInstance", "<IPARAMVALUE NAME=\"InstanceName\">" + instanceName + "</IPARAMVALUE>");
+}
+
+void printMemoryHead(const char* of)
+{
+    std::printf(
+        "\nMemory of the agent, %s\n  %-46s  %10s  %10s  %10s\n", of, "", "RSS MiB", "no file's", "peak MiB");
 }
 
 void printMemory(const char* when, const Memory& memory)
@@ -117,9 +127,8 @@ void benchSwitch(const Places& places)
     const Agent agent(places.program, places.scenario);
     const Memory started = agent.memory();
     const std::string get = getInstance(firstName(agent, "VRAX_FCPortStatistics"));
-    ask(agent.port(), enumerate("CIM_ManagedElement"));
-    for (const char* association : {"CIM_Dependency", "CIM_Component", "CIM_MemberOfCollection"})
-        ask(agent.port(), enumerate(association));
+    for (const char* root : kRoots)
+        ask(agent.port(), enumerate(root));
     const Memory walked = agent.memory();
     benchRequests(agent, "GetInstance over HTTP: VRAX_FCPortStatistics", get);
     const std::string all = enumerate("VRAX_FCPortStatistics");
@@ -129,16 +138,28 @@ void benchSwitch(const Places& places)
                   "EnumerateInstances over HTTP: VRAX_FCPortStatistics, %zu instances",
                   countOf(ask(agent.port(), all), "<VALUE.NAMEDINSTANCE>"));
     benchRequests(agent, title, all);
-    std::printf("\nMemory of the agent, default scenario\n  %-46s  %10s  %10s  %10s\n",
-                "",
-                "RSS MiB",
-                "no file's",
-                "peak MiB");
+    printMemoryHead("default scenario");
     printMemory("started", started);
     printMemory("every class read once, at rest", walked);
     printMemory("just after 64 connections under load", agent.memory());
     std::this_thread::sleep_for(kTidied);
     printMemory("at rest again", agent.memory());
+}
+
+// What the agent holds while one client reads all there is of a fabric, as fast as it comes. The simulated
+// switch is part of the process.
+void benchStreaming(const Places& places, const std::vector<std::string>& fabric)
+{
+    const Agent agent(places.program, fabric);
+    printMemoryHead("5,000 nodes in the fabric");
+    printMemory("started", agent.memory());
+    for (const char* when : {"every class streamed once", "every class streamed again"})
+    {
+        agent.forgetPeak();
+        for (const char* root : kRoots)
+            load(agent.port(), 1, enumerate(root), 0);
+        printMemory(when, agent.memory());
+    }
 }
 
 // An image of the switch's configuration, which is an array of bytes: uploaded, and read as it was uploaded.
@@ -304,11 +325,12 @@ void benchScrape(const Places& places, std::vector<std::string> fabric)
 int main(int argc, char** argv)
 {
     const bool isComparison = argc == 5 && std::string(argv[1]) == "--against";
-    if (argc != 5)
+    if (!isComparison && argc != 6)
     {
         std::fprintf(
             stderr,
-            "usage: %s <build directory> <scenario of a large fabric> <certificate> <key>\n"
+            "usage: %s <build directory> <scenario of a large fabric> <one of 5,000 nodes> <certificate> "
+            "<key>\n"
             "       %s --against <other build directory> <build directory> <scenario of a large fabric>\n",
             argv[0],
             argv[0]);
@@ -317,7 +339,7 @@ int main(int argc, char** argv)
     const std::string build = argv[1];
     const Places places{build + "/bin/cimd",
                         {"--scenario", BENCH_DEFAULT_SCENARIO},
-                        {"--certificate", argv[3], "--private-key", argv[4], "--tls-port", "0"},
+                        {"--certificate", argv[argc - 2], "--private-key", argv[argc - 1], "--tls-port", "0"},
                         {"--repository",
                          BENCH_FILES "/repository.xml",
                          "--registration",
@@ -334,6 +356,7 @@ int main(int argc, char** argv)
         }
         benchStart(places);
         benchSwitch(places);
+        benchStreaming(places, {"--scenario", argv[3]});
         benchFlood(places);
         benchImage(places);
         benchLongAnswers(places, {"--scenario", argv[2]});
