@@ -17,8 +17,7 @@ target_link_libraries(cimd_start PUBLIC cimd_core PRIVATE vrax_warnings ${CMAKE_
 
 add_executable(cimd main.cpp)
 target_link_libraries(cimd PRIVATE cimd_wire cimd_start vrax_warnings)
-install(TARGETS cimd cimd-passwd RUNTIME COMPONENT cimd)
-install(FILES "${CMAKE_SOURCE_DIR}/packaging/cimd.service" DESTINATION lib/systemd/system COMPONENT cimd)
+install(TARGETS cimd cimd-passwd)
 
 # The manual pages; that of cimd has an entry for each row LIMIT(member, type, default, least, most, "unit",
 # "option",\n"meaning") of the limits.
@@ -41,4 +40,4 @@ foreach(row IN LISTS limit_rows)
 endforeach()
 string(REPLACE "<semicolon>" ";" LIMITS "${LIMITS}")
 configure_file("${CMAKE_SOURCE_DIR}/docs/cimd.8.in" "${cimd_page}" @ONLY)
-install(FILES "${cimd_page}" "${CMAKE_SOURCE_DIR}/docs/cimd-passwd.8" DESTINATION share/man/man8 COMPONENT cimd)
+install(FILES "${cimd_page}" "${CMAKE_SOURCE_DIR}/docs/cimd-passwd.8" DESTINATION share/man/man8)

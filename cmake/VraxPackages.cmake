@@ -1,5 +1,9 @@
 # Debian packages, one for each component of the installation: `cpack` in the build tree, or `make package`.
 
+if(VRAX_AGENT)
+    install(FILES packaging/cimd.service DESTINATION lib/systemd/system)
+endif()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL module simulator cimd toolkit)
