@@ -7,7 +7,7 @@ SWITCH_SOCKET ?= build/release/switch.sock
 FUZZ_SECONDS ?= 60
 PYTHON := .venv/bin/python3
 
-.PHONY: help run demo test test-asan test-tsan test-ppc test-clang-tsa test-install fuzz bench format lint tidy docs setup clean
+.PHONY: help run demo test test-asan test-tsan test-ppc test-clang-tsa test-install package test-package fuzz bench format lint tidy docs setup clean
 
 help:
 	@sed -n 's/^## //p' Makefile
@@ -56,6 +56,15 @@ test-clang-tsa: setup
 ## make test-install    install the toolkit, then build the module against that installation
 test-install: setup
 	@scripts/check-installed-toolkit
+
+## make package    the Debian packages, in build/packages; prints their sizes
+package: setup
+	@scripts/build release bundle
+	@scripts/packages
+
+## make test-package    install them in a bare Debian 12, ask the agent, remove them; says so where that is not possible
+test-package: package
+	@$(PYTHON) scripts/check-packages || [ $$? -eq 77 ]
 
 ## make fuzz       fuzz every reader of foreign input for a while (FUZZ_SECONDS each, 60)
 fuzz: setup
