@@ -168,6 +168,11 @@ void stopDelivery()
 {
     note("stopDelivery");
 }
+
+Delivery_Counts deliveryCounts()
+{
+    return {};
+}
 void subscriptionsChanged()
 {
     note("subscriptionsChanged");
