@@ -53,7 +53,6 @@ class Provider
     CMPIInstanceMI* instance();
     CMPIAssociationMI* association();
     CMPIMethodMI* method();
-    CMPIIndicationMI* indication();
 
     // Ends all interfaces that were created. No call may be in progress.
     void cleanUp();
@@ -74,7 +73,6 @@ class Provider
     InterfaceSlot<CMPIInstanceMI> _instance;
     InterfaceSlot<CMPIAssociationMI> _association;
     InterfaceSlot<CMPIMethodMI> _method;
-    InterfaceSlot<CMPIIndicationMI> _indication;
     std::atomic<bool> _hadFault{false};
 };
 
