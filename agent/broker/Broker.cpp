@@ -18,14 +18,6 @@ Broker& Broker::of(const CMPIBroker* handle)
     return *static_cast<Broker*>(const_cast<void*>(handle->hdl));
 }
 
-void Broker::deliver(const RequestContext& context,
-                     const std::string& nameSpace,
-                     const Instance& indication) const
-{
-    if (_indicationHandler)
-        _indicationHandler(context, nameSpace, indication);
-}
-
 CMPIContext* Broker::prepareThread(const ContextObject& context)
 {
     auto copy = std::make_unique<ContextObject>(context);

@@ -6,7 +6,6 @@
 #include "agent/repository/ClassRepository.h"
 
 #include <cmpift.h>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -19,10 +18,6 @@ namespace cimd
 class Broker
 {
   public:
-    // Takes indications from any attached thread; `nameSpace` is where it originates. Throws what it likes.
-    using IndicationHandler = std::function<void(
-        const RequestContext& context, const std::string& nameSpace, const Instance& indication)>;
-
     // @param upCalls  What providers may ask of the server.
     Broker(const ClassRepository& repository, const CMPIBrokerFT& upCalls);
     Broker(const Broker&) = delete;
@@ -30,12 +25,6 @@ class Broker
 
     const CMPIBroker* handle() const { return &_handle; }
     const ClassRepository& repository() const { return _repository; }
-
-    // Without a handler indications are dropped, which is no error: nobody subscribed. Set it before
-    // providers run.
-    void onIndication(IndicationHandler handler) { _indicationHandler = std::move(handler); }
-    void
-    deliver(const RequestContext& context, const std::string& nameSpace, const Instance& indication) const;
 
     // Threads that providers start. A prepared context belongs to the broker until its thread detaches.
     CMPIContext* prepareThread(const ContextObject& context);
@@ -52,7 +41,6 @@ class Broker
     };
 
     const ClassRepository& _repository;
-    IndicationHandler _indicationHandler;
     CMPIBroker _handle;
     std::mutex _mutex; // guards _threads
     std::unordered_map<const CMPIContext*, Thread> _threads;

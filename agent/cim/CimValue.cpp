@@ -70,11 +70,6 @@ CimValue CimValue::reference(ObjectPath value)
     return {CimType::Reference, false, std::make_shared<const ObjectPath>(std::move(value))};
 }
 
-CimValue CimValue::reference(std::shared_ptr<const ObjectPath> value)
-{
-    return {CimType::Reference, false, std::move(value)};
-}
-
 CimValue CimValue::embedded(CimType type, Instance value)
 {
     return embedded(type, std::make_shared<const Instance>(std::move(value)));

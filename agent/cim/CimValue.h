@@ -42,8 +42,7 @@ class CimValue
     static CimValue string(std::string value); // UTF-8
     static CimValue dateTime(const CimDateTime& value);
     static CimValue reference(ObjectPath value);
-    static CimValue reference(std::shared_ptr<const ObjectPath> value); // never a null pointer
-    static CimValue embedded(CimType type, Instance value);             // type Instance or Object
+    static CimValue embedded(CimType type, Instance value); // type Instance or Object
     static CimValue embedded(CimType type, std::shared_ptr<const Instance> value);
     // Every element is a scalar of `elementType`, NULL or not; std::invalid_argument otherwise.
     static CimValue array(CimType elementType, Elements elements);

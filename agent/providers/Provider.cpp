@@ -142,14 +142,8 @@ CMPIMethodMI* Provider::method()
     return _method.getOrCreate([this] { return createWatched<CMPIMethodMI>("Method"); });
 }
 
-CMPIIndicationMI* Provider::indication()
-{
-    return _indication.getOrCreate([this] { return createWatched<CMPIIndicationMI>("Indication"); });
-}
-
 void Provider::cleanUp()
 {
-    cleanUp(_indication, "indication");
     cleanUp(_association, "association");
     cleanUp(_method, "method");
     cleanUp(_instance, "instance");

@@ -57,7 +57,6 @@ class Provider
     CMPIInstanceMI* instance();
     CMPIAssociationMI* association();
     CMPIMethodMI* method();
-    CMPIIndicationMI* indication();
 
     // Ends all interfaces that were created. No call may be in progress.
     void cleanUp();
@@ -80,7 +79,6 @@ class Provider
     InterfaceSlot<CMPIInstanceMI> _instance;
     InterfaceSlot<CMPIAssociationMI> _association;
     InterfaceSlot<CMPIMethodMI> _method;
-    InterfaceSlot<CMPIIndicationMI> _indication;
     std::atomic<bool> _hadFault{false};
     mutable std::mutex _stateMutex;
     std::string _state = "not loaded";

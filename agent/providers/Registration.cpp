@@ -144,8 +144,6 @@ bool Registration::has(ProviderKind kind) const
         return association;
     case ProviderKind::Method:
         return method;
-    case ProviderKind::Indication:
-        return indication;
     }
     return false;
 }

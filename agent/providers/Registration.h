@@ -19,13 +19,12 @@ class RegistrationError : public std::runtime_error
     using std::runtime_error::runtime_error;
 };
 
-// The kinds of management interface a provider offers for a class.
+// The kinds of management interface that requests need of a provider.
 enum class ProviderKind
 {
     Instance,
     Association,
-    Method,
-    Indication
+    Method
 };
 
 struct Registration

@@ -46,11 +46,6 @@ struct Disposer
 // Holds an instance under construction.
 typedef std::unique_ptr<Instance, Disposer> Held;
 
-Instance* clone_or_null(const Instance* instance)
-{
-    return instance ? clone(instance) : nullptr;
-}
-
 // The instance that has the array releases the elements if a copy fails.
 void clone_elements(Array_Instance& to, const Array_Instance& from)
 {

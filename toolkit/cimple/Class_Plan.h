@@ -4,6 +4,7 @@
 #define CIMPLE_CLASS_PLAN_H
 
 #include <cimple/Features.h>
+#include <cimple/Instance.h>
 #include <cimple/Value_Ops.h>
 #include <vector>
 
@@ -74,6 +75,12 @@ class Class_Plan
 
 // The plan lives until the end of the program. May be called by any number of threads.
 const Class_Plan& plan_of(const Meta_Class* mc);
+
+// A deep copy; null for null.
+inline Instance* clone_or_null(const Instance* instance)
+{
+    return instance ? clone(instance) : nullptr;
+}
 
 // Spreads a hash over all bits, so that sums of hashes do not collide for related values.
 inline size_t mix(size_t x)

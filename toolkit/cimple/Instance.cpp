@@ -37,11 +37,6 @@ void copy_property(Instance* dest, const Instance* src, const Meta_Property* mp)
     null_of(mp, to) = null_of(mp, from);
 }
 
-Instance* clone_or_null(const Instance* instance)
-{
-    return instance ? clone(instance) : nullptr;
-}
-
 void set_reference(Instance* instance, const Meta_Reference* mr, Instance* value)
 {
     unref(std::exchange(__ref_of(instance, mr), value));
