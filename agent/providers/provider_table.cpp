@@ -15,12 +15,14 @@ std::string kindsOf(const Registration& registration)
     static constexpr std::pair<ProviderKind, const char*> kNames[] = {
         {ProviderKind::Instance, "instance"},
         {ProviderKind::Association, "association"},
-        {ProviderKind::Method, "method"},
-        {ProviderKind::Indication, "indication"}};
+        {ProviderKind::Method, "method"}};
     std::string text;
+    const auto add = [&text](const char* name) { text += (text.empty() ? "" : ", ") + std::string(name); };
     for (const auto& [kind, name] : kNames)
         if (registration.has(kind))
-            text += (text.empty() ? "" : ", ") + std::string(name);
+            add(name);
+    if (registration.indication)
+        add("indication");
     return text;
 }
 
