@@ -331,7 +331,7 @@ void handOnTrust(const Settings& settings)
 }
 
 // The server, that of the metrics, providers and the C library have some descriptors of their own.
-constexpr std::size_t kOtherDescriptors = 96;
+constexpr std::size_t kOtherDescriptors = 64;
 
 // A connection is a socket and, with a slow client, a file; so is an enumeration that waits to be pulled.
 void makeRoomForFiles(const Limits& limits)

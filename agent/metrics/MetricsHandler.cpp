@@ -27,6 +27,25 @@ std::string nameSpaceOf(const ProviderManager& providers)
 
 } // namespace
 
+MetricsHandler::Turn::Turn(MetricsHandler& handler) : _handler(handler)
+{
+    std::unique_lock<std::mutex> lock(handler._mutex);
+    _hasCome = handler._free.wait_for(lock, kPatience, [&] { return !handler._isBusy; });
+    if (_hasCome)
+        handler._isBusy = true;
+}
+
+MetricsHandler::Turn::~Turn()
+{
+    if (!_hasCome)
+        return;
+    {
+        const std::lock_guard<std::mutex> lock(_handler._mutex);
+        _handler._isBusy = false;
+    }
+    _handler._free.notify_one();
+}
+
 Verdict MetricsHandler::refuse(const HttpRequest& head)
 {
     if (head.target != kPath)
@@ -40,8 +59,8 @@ Verdict MetricsHandler::refuse(const HttpRequest& head)
 
 HttpResponse MetricsHandler::answer(HttpRequest& request, AnswerStream& stream)
 {
-    const std::unique_lock<std::timed_mutex> turn(_turn, kPatience);
-    if (!turn.owns_lock())
+    const Turn turn(*this);
+    if (!turn.hasCome())
     {
         HttpResponse response = plain(kUnavailable, "Another scrape has not ended yet.\n");
         response.headers.emplace_back("Retry-After", "10");
