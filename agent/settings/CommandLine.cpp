@@ -45,6 +45,7 @@ CommandLine readCommandLine(int argc, char* const argv[])
     const auto& rows = optionRows();
     const auto& actions = actionRows();
     std::vector<option> longOptions;
+    longOptions.reserve(rows.size() + actions.size() + 1);
     for (const OptionRow& row : rows)
         longOptions.push_back(
             {row.name, row.argument != nullptr ? required_argument : optional_argument, nullptr, 0});

@@ -138,6 +138,7 @@ std::optional<std::vector<FileValue>> readConfigFile(const std::string& path)
     {
         std::sort(faults.begin(), faults.end());
         std::vector<std::string> texts;
+        texts.reserve(faults.size());
         for (auto& fault : faults)
             texts.push_back(std::move(fault.second));
         throw StartError(std::move(texts));

@@ -29,9 +29,10 @@ OPTIONS
 
 constexpr std::string_view kLimits = R"(
 CONFIGURATION FILE
-       /etc/cimd/cimd.conf, in TOML. Each option above is a key of the same name, but for --config and those that print
+       /etc/cimd/cimd.conf, in TOML. Each option is a key of the same name, but for --config and those that print
        something and exit: port = 5988, listen = "192.0.2.7", no-http = true. Names of files are relative to the
-       directory of the file.
+       directory of the file. The command line takes back what the file says by =false behind an option without
+       an argument, and by an empty argument of one without default.
 
 LIMITS
        Bounds on what clients and providers can make cimd hold or do; cimd --show-limits prints them as a table.
