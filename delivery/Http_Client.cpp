@@ -1,7 +1,7 @@
 // Requests over HTTP and HTTPS with libcurl.
 #include "delivery/Http_Client.h"
 
-#include "delivery/curl_library.h"
+#include "delivery/Curl_Library.h"
 
 #include <algorithm>
 #include <cstring>

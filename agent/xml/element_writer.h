@@ -32,9 +32,9 @@ void writeEmbeddedAttribute(XmlWriter& xml, CimType type);
 class ClassMarkup
 {
   public:
-    // INSTANCENAME
+    // Writes an INSTANCENAME.
     void writeName(XmlWriter& xml, const ObjectPath& path);
-    // INSTANCE; CimError if a property is an array of references, which CIM-XML does not have.
+    // Writes an INSTANCE. CimError if a property is an array of references, which CIM-XML does not have.
     void writeInstance(XmlWriter& xml, const Instance& instance);
 
   private:

@@ -2,7 +2,7 @@
 #ifndef TOOLKIT_ADAPTER_TOCMPI_H
 #define TOOLKIT_ADAPTER_TOCMPI_H
 
-#include "class_shape.h"
+#include "Class_Shape.h"
 #include "server_schema.h"
 #include <cimple/cimple.h>
 #include <cmpift.h>

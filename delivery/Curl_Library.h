@@ -1,5 +1,5 @@
-// libcurl, loaded when it is first needed: with all the libraries that it brings it takes 5 MB of memory, and
-// a switch without listeners never needs it.
+// The functions of libcurl, which is loaded when it is first needed: with all the libraries that it brings it
+// takes 5 MB of memory, and a switch without listeners never needs it.
 #ifndef DELIVERY_CURL_LIBRARY_H
 #define DELIVERY_CURL_LIBRARY_H
 

@@ -1,5 +1,5 @@
 // Properties and references with their places.
-#include "class_shape.h"
+#include "Class_Shape.h"
 
 #include <cimple/Features.h>
 

@@ -1,5 +1,5 @@
 // Loading libcurl.
-#include "delivery/curl_library.h"
+#include "delivery/Curl_Library.h"
 
 #include <stdexcept>
 #include <string>
