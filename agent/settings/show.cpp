@@ -63,10 +63,11 @@ std::string sampleConfig()
     std::string text(kSampleHead);
     for (const OptionRow& row : optionRows())
     {
+        // Lines are to be valid once they count.
+        const char* const example = row.access.kind == OptionKind::Number ? "0" : row.argument;
         const std::string value = row.access.get(standard);
         text += '\n' + paragraph("# ", row.meaning);
-        text +=
-            std::string("#") + row.name + " = " + valueText(row, value.empty() ? row.argument : value) + '\n';
+        text += std::string("#") + row.name + " = " + valueText(row, value.empty() ? example : value) + '\n';
     }
     return text;
 }
