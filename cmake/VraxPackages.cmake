@@ -46,10 +46,10 @@ vrax_package(simulator vrax-simulator "simulated Fibre Channel switch
 The interface of the switch's firmware over a model in memory, with example
 fabrics, the generator simgen and switchctl, which does to the simulated
 switch what people and hardware do to a real one."
-    PROVIDES vrax-platform)
+    PROVIDES vrax-platform CONFLICTS vrax-platform) # there is one platform library: this, or the firmware's
 vrax_package(cimd cimd "small CIM-XML server
 CIM operations over HTTP and HTTPS, answered by CMPI providers. After
-installation it serves this machine only, at port 5988."
+installation it serves this machine only, at port 5988; see cimd.conf(5)."
     DEPENDS "vrax-providers (= ${PROJECT_VERSION}), adduser, procps")
 vrax_package(toolkit vrax-toolkit-dev "development files of the CIM provider toolkit
 Headers and libraries to write CIM providers with, their CMPI adapter, the
