@@ -8,7 +8,7 @@ add_library(cimd_wire STATIC ${sources})
 vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.cpp http/connection_answers.cpp http/Reply.cpp
                            http/RequestReader.cpp http/answer_head.cpp http/cim_headers.cpp)
 target_compile_definitions(cimd_wire PUBLIC CIMD_VERSION="${PROJECT_VERSION}")
-target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PkgConfig::pugixml PRIVATE vrax_warnings PkgConfig::gnutls)
+target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PRIVATE vrax_warnings PkgConfig::gnutls)
 
 file(GLOB sources CONFIGURE_DEPENDS *.cpp)
 list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")

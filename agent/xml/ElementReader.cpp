@@ -4,7 +4,6 @@
 #include "agent/cim/CimArray.h"
 #include "agent/cim/value_text.h"
 #include "agent/xml/ByteArrayPacker.h"
-#include "agent/xml/xml_check.h"
 
 #include <algorithm>
 
@@ -61,13 +60,12 @@ CimType withEmbedding(XmlElement element, CimType type)
 {
     for (const char* name : {"EmbeddedObject", "EMBEDDEDOBJECT"})
     {
-        const pugi::xml_attribute attribute = element.attribute(name);
-        if (attribute.empty())
+        const std::optional<std::string_view> kind = element.attribute(name);
+        if (!kind)
             continue;
-        const std::string_view kind = attribute.value();
-        if (type != CimType::String || (kind != "instance" && kind != "object"))
+        if (type != CimType::String || (*kind != "instance" && *kind != "object"))
             failElement(element, "has an EmbeddedObject attribute that does not fit");
-        return kind == "instance" ? CimType::Instance : CimType::Object;
+        return *kind == "instance" ? CimType::Instance : CimType::Object;
     }
     return type;
 }
@@ -76,15 +74,15 @@ CimType withEmbedding(XmlElement element, CimType type)
 
 void failElement(XmlElement element, const std::string& what)
 {
-    std::string text = element.name();
-    if (const std::string_view name = element.attribute("NAME").value(); !name.empty())
+    std::string text(element.name());
+    if (const std::string_view name = element.attribute("NAME").value_or(""); !name.empty())
         text.append(1, ' ').append(name);
     throw CimError(CimStatus::InvalidParameter, text + " " + what);
 }
 
 std::string_view requiredAttribute(XmlElement element, const char* name)
 {
-    const std::string_view value = element.attribute(name).value();
+    const std::string_view value = element.attribute(name).value_or("");
     if (value.empty())
         failElement(element, std::string("lacks the attribute ") + name);
     return value;
@@ -168,14 +166,14 @@ CimValue ElementReader::keyValue(XmlElement element) const
 {
     if (!isTag(element, "KEYVALUE"))
         failElement(element, "stands where KEYVALUE is expected");
-    if (!element.attribute("TYPE").empty())
+    if (element.attribute("TYPE"))
     {
         const CimType type = typeAttribute(element, "TYPE");
         if (type == CimType::Reference)
             failElement(element, "cannot hold a reference");
         return parseText(type, element);
     }
-    const std::string_view kind = element.attribute("VALUETYPE").as_string("string");
+    const std::string_view kind = element.attribute("VALUETYPE").value_or("string");
     if (kind == "string")
         return CimValue::string(plainText(element));
     if (kind == "boolean")
@@ -233,7 +231,7 @@ CimValue ElementReader::value(CimType type, XmlElement element) const
         if (elements.size() == most)
             failElement(element, "has more than " + std::to_string(most) + " elements");
     };
-    PackedBytes packed(type == CimType::Uint8 ? element.value() : "");
+    PackedBytes packed(type == CimType::Uint8 ? element.content() : "");
     for (unsigned char byte = 0; packed.next(byte);)
     {
         checkRoom();
@@ -303,7 +301,7 @@ Argument ElementReader::argument(XmlElement element) const
 {
     Argument result;
     result.name = requiredAttribute(element, "NAME");
-    const bool typed = !element.attribute("PARAMTYPE").empty();
+    const bool typed = element.attribute("PARAMTYPE").has_value();
     const CimType type =
         withEmbedding(element, typed ? typeAttribute(element, "PARAMTYPE") : CimType::String);
     result.typed = typed || type != CimType::String;

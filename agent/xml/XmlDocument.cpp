@@ -1,8 +1,9 @@
-// Building and reading the tree.
+// Reading the tree.
 #include "agent/xml/XmlDocument.h"
 
 #include "agent/xml/ByteArrayPacker.h"
-#include "agent/xml/xml_check.h"
+
+#include <algorithm>
 
 namespace cimd
 {
@@ -10,38 +11,18 @@ namespace cimd
 namespace
 {
 
-XmlElement skipToElement(pugi::xml_node node)
-{
-    while (node && node.type() != pugi::node_element)
-        node = node.next_sibling();
-    return node;
-}
-
 // CIM-XML has no namespaces, but some tools qualify everything they write.
-void dropPrefix(XmlElement root)
+void dropPrefix(XmlTree& tree)
 {
-    const std::string_view name = root.name();
-    const std::size_t colon = name.find(':');
+    const std::string_view root = tree.elements.front().name;
+    const std::size_t colon = root.find(':');
     if (colon == std::string_view::npos ||
-        root.attribute(("xmlns:" + std::string(name.substr(0, colon))).c_str()).empty())
+        !XmlElement(tree, 0).attribute("xmlns:" + std::string(root.substr(0, colon))))
         return;
-    struct Walker : pugi::xml_tree_walker
-    {
-        explicit Walker(std::string_view prefixed) : prefix(prefixed) {}
-
-        bool for_each(pugi::xml_node& node) override
-        {
-            const std::string_view qualified = node.name();
-            if (qualified.substr(0, prefix.size()) == prefix)
-                node.set_name(std::string(qualified.substr(prefix.size())).c_str());
-            return true;
-        }
-
-        const std::string prefix;
-    };
-    Walker walker(name.substr(0, colon + 1));
-    root.traverse(walker);
-    walker.for_each(root);
+    const std::string_view prefix = root.substr(0, colon + 1);
+    for (XmlTree::Element& element : tree.elements)
+        if (element.name.substr(0, prefix.size()) == prefix)
+            element.name.remove_prefix(prefix.size());
 }
 
 } // namespace
@@ -51,33 +32,45 @@ XmlDocument::XmlDocument(std::string text, const Limits& limits) : _text(std::mo
     const XmlEncoding encoding = toUtf8(_text);
     if (encoding == XmlEncoding::Utf16)
         _text = packByteArrays(_text);
-    checkXml(_text, limits, encoding);
-    // White space is kept: a string value may consist of nothing else. The text that an element begins with
-    // is its value: an array has an element and a text for each of its values.
-    const unsigned options = pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata;
-    const pugi::xml_parse_result result =
-        _tree.load_buffer_inplace(_text.data(), _text.size(), options, pugi::encoding_utf8);
-    if (!result)
-        throw XmlError({}, 0, result.description());
-    dropPrefix(root());
+    _tree = parseXml(_text, limits, encoding);
+    dropPrefix(_tree);
 }
 
-XmlElement firstChild(XmlElement element)
+const XmlTree::Element& XmlElement::node() const
 {
-    return skipToElement(element.first_child());
+    static const XmlTree::Element kNothing;
+    return _tree ? _tree->elements[_index] : kNothing;
 }
 
-XmlElement nextElement(XmlElement element)
+std::optional<std::string_view> XmlElement::attribute(std::string_view name) const
 {
-    return skipToElement(element.next_sibling());
+    const XmlTree::Element& element = node();
+    for (std::uint32_t i = 0; i < element.attributes; ++i)
+        if (const XmlTree::Attribute& attribute = _tree->attributes[element.firstAttribute + i];
+            attribute.name == name)
+            return attribute.value;
+    return std::nullopt;
 }
 
 std::string textOf(XmlElement element)
 {
-    std::string text = element.value(); // see parse_embed_pcdata above
-    for (const pugi::xml_node node : element.children())
-        if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata)
-            text += node.value();
+    constexpr std::string_view kCharacterData = "<![CDATA[";
+    std::string_view rest = element.content();
+    std::string text;
+    while (!rest.empty())
+    {
+        const std::size_t markup = std::min(rest.find('<'), rest.size());
+        appendText(text, rest.substr(0, markup));
+        rest.remove_prefix(markup);
+        const bool isData = rest.substr(0, kCharacterData.size()) == kCharacterData;
+        const std::string_view end = isData ? "]]>" : rest.substr(0, 2) == "<?" ? "?>" : "-->";
+        const std::size_t stop = rest.find(end);
+        if (stop == std::string_view::npos)
+            break; // the text ends here
+        if (isData)
+            appendCharacterData(text, rest.substr(kCharacterData.size(), stop - kCharacterData.size()));
+        rest.remove_prefix(stop + end.size());
+    }
     return text;
 }
 

@@ -1,7 +1,7 @@
 // Decoding of UTF-16.
 #include "agent/xml/encoding.h"
 
-#include "agent/xml/xml_check.h"
+#include "agent/xml/xml_parser.h"
 #include "agent/xml/xml_text.h"
 
 #include <string_view>

@@ -1,8 +1,6 @@
 // The envelope of a request.
 #include "agent/xml/request_reader.h"
 
-#include "agent/xml/xml_check.h"
-
 namespace cimd
 {
 
@@ -53,7 +51,7 @@ void readCall(XmlElement call, const Limits& limits, WireRequest& request)
     for (XmlElement child = nextElement(where); child; child = nextElement(child))
     {
         if (!isTag(child, request.extrinsic ? "PARAMVALUE" : "IPARAMVALUE"))
-            notValid(std::string(call.name()) + " has an unexpected element " + child.name());
+            notValid(std::string(call.name()) + " has an unexpected element " + std::string(child.name()));
         requiredAttribute(child, "NAME");
         request.parameters.push_back(child);
     }
@@ -62,7 +60,7 @@ void readCall(XmlElement call, const Limits& limits, WireRequest& request)
 void readEnvelope(XmlElement root, const Limits& limits, WireRequest& request)
 {
     if (!isTag(root, "CIM"))
-        notValid(std::string("the root element is ") + root.name() + ", not CIM");
+        notValid("the root element is " + std::string(root.name()) + ", not CIM");
     checkVersion(root, "CIMVERSION", "2", "unsupported-cim-version");
     checkVersion(root, "DTDVERSION", "2", "unsupported-dtd-version");
     const XmlElement message = childOf(root, "MESSAGE");

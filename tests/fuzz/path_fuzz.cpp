@@ -3,7 +3,7 @@
 // The input's first line is a header value and, at once, a model path; the rest is a path element.
 #include "agent/http/cim_headers.h"
 #include "agent/xml/ElementReader.h"
-#include "agent/xml/xml_check.h"
+#include "agent/xml/XmlDocument.h"
 #include "tests/fuzz/fuzz.h"
 
 #include <Demo_Limits.h>

@@ -2,7 +2,7 @@
 #include "agent/xml/ByteArrayPacker.h"
 
 #include "agent/xml/ElementReader.h"
-#include "agent/xml/xml_check.h"
+#include "agent/xml/XmlDocument.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // One pass over the characters, then one over the markup.
-#include "agent/xml/xml_check.h"
+#include "agent/xml/xml_parser.h"
 
 #include "agent/cim/CimName.h"
 #include "agent/xml/ByteArrayPacker.h"
@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <charconv>
 #include <optional>
-#include <vector>
+#include <utility>
 
 namespace cimd
 {
@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr std::string_view kSpace = " \t\r\n";
+constexpr std::string_view kSpecialInAttribute = "&\t\r\n";
 
 bool isSpace(char c)
 {
@@ -38,6 +39,11 @@ void checkCharacters(std::string_view text)
 {
     for (std::size_t at = 0; at < text.size();)
     {
+        if (text[at] >= ' ' && text[at] <= '~')
+        {
+            ++at;
+            continue;
+        }
         const std::size_t start = at;
         if (isRunMark(text[at]) && (at = packedRunEnd(text, at)) != start)
             continue; // the second pass sees that it is where it may be
@@ -49,30 +55,76 @@ void checkCharacters(std::string_view text)
     }
 }
 
-class Checker
+// The character of "amp" or "#xE9"; nothing if that is no reference.
+std::optional<char32_t> referred(std::string_view name)
+{
+    constexpr std::pair<std::string_view, char32_t> kNamed[] = {
+        {"amp", U'&'}, {"lt", U'<'}, {"gt", U'>'}, {"quot", U'"'}, {"apos", U'\''}};
+    for (const auto& [known, character] : kNamed)
+        if (name == known)
+            return character;
+    if (name.empty() || name.front() != '#')
+        return std::nullopt;
+    name.remove_prefix(1);
+    const bool hex = !name.empty() && name.front() == 'x';
+    name.remove_prefix(hex ? 1 : 0);
+    unsigned value = 0;
+    const char* const end = name.data() + name.size();
+    const auto [stop, error] = std::from_chars(name.data(), end, value, hex ? 16 : 10);
+    if (error != std::errc() || stop != end || !isXmlCharacter(value))
+        return std::nullopt;
+    return value;
+}
+
+// @param special     What is not taken over as it is: "&" and white space.
+// @param whiteSpace  What stands for each such white space; the two characters of a line end are one.
+void appendMeant(std::string& out, std::string_view written, std::string_view special, char whiteSpace)
+{
+    for (std::size_t at = 0; at < written.size();)
+    {
+        const std::size_t next = std::min(written.find_first_of(special, at), written.size());
+        out.append(written, at, next - at);
+        if (next == written.size())
+            return;
+        at = next + 1;
+        if (written[next] == '&')
+        {
+            const std::size_t end = written.find(';', at);
+            appendUtf8(out, *referred(written.substr(at, end - at)));
+            at = end + 1;
+            continue;
+        }
+        out += whiteSpace;
+        if (written[next] == '\r' && at < written.size() && written[at] == '\n')
+            ++at;
+    }
+}
+
+class Parser
 {
   public:
-    Checker(std::string_view text, const Limits& limits, XmlEncoding encoding)
+    Parser(std::string_view text, const Limits& limits, XmlEncoding encoding)
         : _text(text), _limits(limits), _encoding(encoding)
     {
     }
 
-    // @return how much of the text is packed.
-    std::size_t run()
+    XmlTree run()
     {
+        constexpr std::size_t kUsual = 32; // elements of a small request
+        _tree.elements.reserve(kUsual);
+        _tree.attributes.reserve(kUsual);
         if (startsWith("<?xml") && _text.size() > 5 && isSpace(_text[5]))
             declaration();
         bool typeSeen = false;
-        bool rootSeen = false;
         while (_at < _text.size())
         {
             if (accept("<!--"))
                 comment();
             else if (accept("<?"))
                 instruction();
-            else if (!_open.empty() && accept("<![CDATA["))
+            else if (isOpen() && accept("<![CDATA["))
                 characterData();
-            else if (_open.empty() && !rootSeen && !typeSeen && accept("<!DOCTYPE"))
+            else if (_tree.elements.empty() && !typeSeen && accept("<!DOCTYPE"))
             {
                 typeSeen = true;
                 documentType();
@@ -81,23 +133,35 @@ class Checker
                 endTag();
             else if (_text[_at] == '<')
             {
-                if (_open.empty() && rootSeen)
+                if (!isOpen() && !_tree.elements.empty())
                     fail("a second root element");
-                rootSeen = true;
                 startTag();
             }
             else
                 text();
         }
-        if (!_open.empty())
-            fail("element " + std::string(_open.back()) + " is not closed");
-        if (!rootSeen)
+        if (isOpen())
+            fail("element " + std::string(open().name) + " is not closed");
+        if (_tree.elements.empty())
             fail("no element");
-        return _packed;
+        if (_text.size() - _packed > _limits.xmlBytes)
+            throw XmlError(
+                _text, 0, "more than " + std::to_string(_limits.xmlBytes) + " bytes beside arrays of uint8");
+        return std::move(_tree);
     }
 
   private:
     [[noreturn]] void fail(const std::string& what) const { throw XmlError(_text, _at, what); }
+
+    bool isOpen() const { return _open != XmlTree::kNone; }
+    XmlTree::Element& open() { return _tree.elements[_open]; }
+
+    // The content of the open element ends here if it has not before.
+    void endContent(std::size_t at)
+    {
+        if (open().firstChild == XmlTree::kNone)
+            open().content = _text.substr(_contentAt, at - _contentAt);
+    }
 
     void countNode()
     {
@@ -214,6 +278,8 @@ class Checker
         {
             if (_text[_at] == '[')
                 fail("an internal document type subset is not accepted");
+            if (_text[_at] == '<')
+                fail("\"<\" in a document type declaration");
             if (_text[_at] == '"' || _text[_at] == '\'')
                 quoted();
             else
@@ -225,36 +291,62 @@ class Checker
 
     void endTag()
     {
+        const std::size_t start = _at - 2;
         const std::string_view tag = name();
         skipSpace();
-        if (_open.empty() || tag != _open.back())
+        if (!isOpen() || tag != open().name)
             fail("end tag " + std::string(tag) + " closes nothing");
         if (!accept(">"))
             fail("\">\" was expected");
-        _open.pop_back();
+        endContent(start);
+        _previous = std::exchange(_open, open().parent);
+        --_depth;
+    }
+
+    // Makes a place for an element behind its predecessor or in its parent.
+    std::uint32_t link()
+    {
+        const auto index = static_cast<std::uint32_t>(_tree.elements.size());
+        if (_previous != XmlTree::kNone)
+            _tree.elements[_previous].next = index;
+        else if (isOpen())
+        {
+            endContent(_at);
+            open().firstChild = index;
+        }
+        XmlTree::Element& element = _tree.elements.emplace_back();
+        element.parent = _open;
+        element.firstAttribute = static_cast<std::uint32_t>(_tree.attributes.size());
+        return index;
     }
 
     void startTag()
     {
         countNode();
+        const std::uint32_t index = link();
         ++_at;
         const std::string_view tag = name();
-        _attributes.clear();
+        _tree.elements[index].name = tag;
         for (;;)
         {
             const bool space = skipSpace();
             if (accept("/>"))
+            {
+                _previous = index;
                 return;
+            }
             if (accept(">"))
                 break;
             if (!space)
                 fail("white space was expected after " + std::string(tag));
-            attribute();
+            attribute(_tree.elements[index]);
         }
-        if (_open.size() == _limits.xmlDepth)
+        if (_depth == _limits.xmlDepth)
             fail("elements nested deeper than " + std::to_string(_limits.xmlDepth));
-        _open.push_back(tag);
-        _firstTextAt = _at;
+        ++_depth;
+        _open = index;
+        _previous = XmlTree::kNone;
+        _contentAt = _firstTextAt = _at;
         if (tag == "VALUE.ARRAY")
             packedRun();
     }
@@ -275,20 +367,30 @@ class Checker
         skipSpace();
     }
 
-    void attribute()
+    void attribute(XmlTree::Element& element)
     {
         const std::string_view attribute = name();
-        if (std::find(_attributes.begin(), _attributes.end(), attribute) != _attributes.end())
+        const auto first = _tree.attributes.begin() + element.firstAttribute;
+        if (std::any_of(first,
+                        _tree.attributes.end(),
+                        [&](const XmlTree::Attribute& other) { return other.name == attribute; }))
             fail("attribute " + std::string(attribute) + " twice");
-        if (_attributes.size() == _limits.xmlAttributes)
+        if (element.attributes == _limits.xmlAttributes)
             fail("more than " + std::to_string(_limits.xmlAttributes) + " attributes");
         countNode();
-        _attributes.push_back(attribute);
         equals(attribute);
-        const std::string_view value = quoted();
+        std::string_view value = quoted();
         if (value.find('<') != std::string_view::npos)
             fail("\"<\" in attribute " + std::string(attribute));
         references(value);
+        if (value.find_first_of(kSpecialInAttribute) != std::string_view::npos)
+        {
+            std::string& meant = _tree.values.emplace_back();
+            appendMeant(meant, value, kSpecialInAttribute, ' ');
+            value = meant;
+        }
+        _tree.attributes.push_back({attribute, value});
+        ++element.attributes;
     }
 
     void text()
@@ -298,7 +400,7 @@ class Checker
             countNode();
         const std::size_t end = std::min(_text.find('<', _at), _text.size());
         const std::string_view run = _text.substr(_at, end - _at);
-        if (_open.empty() && run.find_first_not_of(kSpace) != std::string_view::npos)
+        if (!isOpen() && run.find_first_not_of(kSpace) != std::string_view::npos)
             fail("text outside the root element");
         if (run.find("]]>") != std::string_view::npos)
             fail("\"]]>\" in text");
@@ -311,22 +413,9 @@ class Checker
         for (std::size_t at = run.find('&'); at != std::string_view::npos; at = run.find('&', at + 1))
         {
             const std::size_t end = run.find(';', at);
-            if (end == std::string_view::npos || !isReference(run.substr(at + 1, end - at - 1)))
+            if (end == std::string_view::npos || !referred(run.substr(at + 1, end - at - 1)))
                 fail("\"&\" that starts no known reference");
         }
-    }
-
-    static bool isReference(std::string_view name)
-    {
-        if (name.empty() || name.front() != '#')
-            return name == "amp" || name == "lt" || name == "gt" || name == "quot" || name == "apos";
-        name.remove_prefix(1);
-        const bool hex = !name.empty() && name.front() == 'x';
-        name.remove_prefix(hex ? 1 : 0);
-        unsigned value = 0;
-        const char* const end = name.data() + name.size();
-        const auto [stop, error] = std::from_chars(name.data(), end, value, hex ? 16 : 10);
-        return error == std::errc() && stop == end && isXmlCharacter(value);
     }
 
     std::string_view _text;
@@ -335,9 +424,12 @@ class Checker
     std::size_t _at = 0;
     std::size_t _nodes = 0;
     std::size_t _firstTextAt = 0; // behind the last start tag
-    std::vector<std::string_view> _open;
-    std::vector<std::string_view> _attributes; // of the current tag
+    std::size_t _contentAt = 0;   // the same, before a packed run
     std::size_t _packed = 0;
+    XmlTree _tree;
+    std::uint32_t _open = XmlTree::kNone;     // the element whose end tag is to come next
+    std::uint32_t _previous = XmlTree::kNone; // its last child that is complete
+    std::size_t _depth = 0;
 };
 
 std::string place(std::string_view text, std::size_t offset)
@@ -356,13 +448,20 @@ XmlError::XmlError(std::string_view text, std::size_t offset, const std::string&
 {
 }
 
-void checkXml(std::string_view text, const Limits& limits, XmlEncoding encoding)
+XmlTree parseXml(std::string_view text, const Limits& limits, XmlEncoding encoding)
 {
     checkCharacters(text);
-    const std::size_t packed = Checker(text, limits, encoding).run();
-    if (text.size() - packed > limits.xmlBytes)
-        throw XmlError(
-            text, 0, "more than " + std::to_string(limits.xmlBytes) + " bytes beside arrays of uint8");
+    return Parser(text, limits, encoding).run();
+}
+
+void appendText(std::string& out, std::string_view written)
+{
+    appendMeant(out, written, "&\r", '\n');
+}
+
+void appendCharacterData(std::string& out, std::string_view written)
+{
+    appendMeant(out, written, "\r", '\n');
 }
 
 } // namespace cimd
