@@ -278,6 +278,8 @@ class Parser
         {
             if (_text[_at] == '[')
                 fail("an internal document type subset is not accepted");
+            if (_text[_at] == '<')
+                fail("\"<\" in a document type declaration");
             if (_text[_at] == '"' || _text[_at] == '\'')
                 quoted();
             else

@@ -73,6 +73,7 @@ constexpr BadXml kBad[] = {
     {"<a><?pi</a>", "line 1, column 8: an unfinished processing instruction"},
     {"<!DOCTYPE a", "line 1, column 12: an unfinished document type declaration"},
     {"<!DOCTYPE a><!DOCTYPE a><a/>", "line 1, column 14: a name was expected"},
+    {"<!DOCTYPE a <!--x--><a/>", "line 1, column 13: \"<\" in a document type declaration"},
     {"<?xml version='1.0' encoding='UTF-16'?><a/>",
      "line 1, column 38: encoding UTF-16 is declared, but the text is taken for UTF-8"},
     {"<?xml encoding='utf-8'?><a/>", "line 1, column 6: an XML declaration must start with a version 1.x"},
