@@ -37,11 +37,16 @@ function(vrax_package component package text)
     endwhile()
 endfunction()
 
+# libcurl is loaded when the first indication is sent, so dpkg-shlibdeps does not see it.
+set(module_depends "vrax-simulator | vrax-platform")
+if(VRAX_DELIVERS)
+    string(APPEND module_depends ", libcurl3-gnutls (>= 7.87)")
+endif()
 vrax_package(module vrax-providers "CMPI providers for a Fibre Channel switch
 CIM classes of the SMI-S Fabric, Switch and Server profiles, for a CIM server
 that runs on the switch: the provider library, the classes as MOF and as
 repository of cimd, and their registration."
-    DEPENDS "vrax-simulator | vrax-platform" SUGGESTS python3)
+    DEPENDS "${module_depends}" SUGGESTS python3)
 vrax_package(simulator vrax-simulator "simulated Fibre Channel switch
 The interface of the switch's firmware over a model in memory, with example
 fabrics, the generator simgen and switchctl, which does to the simulated

@@ -9,19 +9,18 @@
 #include "agent/cim/CimError.h"
 #include "agent/http/Connection.h"
 #include "agent/http/ConnectionTable.h"
+#include "agent/http/Epoll.h"
 #include "agent/http/TaskQueue.h"
 #include "agent/http/cim_headers.h"
 #include "agent/log/log.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <condition_variable>
 #include <exception>
 #include <list>
 #include <mutex>
 #include <stdexcept>
-#include <sys/epoll.h>
 #include <system_error>
 #include <thread>
 #include <unordered_map>
@@ -33,18 +32,12 @@ namespace cimd
 namespace
 {
 
-constexpr std::size_t kEvents = 64;
 constexpr int kAcceptedInTurn =
     16; // so that those who have sent something are read before others take their place
 constexpr std::chrono::milliseconds kLookAgain{10}; // looking at all connections costs something
 constexpr std::chrono::milliseconds kAcceptAgain{100};
 constexpr std::uint64_t kTasks = 0; // identities in epoll: this, the listeners, the connections
 constexpr std::uint64_t kFirstListener = 1;
-
-std::string systemError()
-{
-    return std::generic_category().message(errno);
-}
 
 } // namespace
 
@@ -56,18 +49,15 @@ class HttpServer::Impl : public Station
          std::vector<ListenSocket> sockets,
          ServerOptions options)
         : Station(theHandler, theLimits, std::move(options.spoolDirectory)),
-          _onHungWorkers(std::move(options.onHungWorkers)), _epoll(epoll_create1(EPOLL_CLOEXEC)),
-          _pool(limits.workers, limits.queuedRequests)
+          _onHungWorkers(std::move(options.onHungWorkers)), _pool(limits.workers, limits.queuedRequests)
     {
-        if (_epoll.get() < 0)
-            throw std::runtime_error("cannot serve: " + systemError());
-        watch(_tasks.fd(), kTasks, EPOLLIN);
+        _epoll.add(_tasks.fd(), kTasks, EPOLLIN);
         for (ListenSocket& socket : sockets)
         {
             if (socket.isTls() && !_tls)
                 _tls = std::make_shared<TlsContext>(options.tls);
             Listener& listener = _listeners.emplace_back(std::move(socket));
-            watch(listener.socket.get(), kFirstListener + _listeners.size() - 1, EPOLLIN | EPOLLET);
+            _epoll.add(listener.socket.get(), kFirstListener + _listeners.size() - 1, EPOLLIN | EPOLLET);
         }
         _nextId = kFirstListener + _listeners.size();
         _thread = std::thread([this] { serve(); });
@@ -91,7 +81,7 @@ class HttpServer::Impl : public Station
             {
                 isStopping = true;
                 for (const Listener& listener : _listeners) // a supervisor may have them open, too
-                    epoll_ctl(_epoll.get(), EPOLL_CTL_DEL, listener.socket.get(), nullptr);
+                    _epoll.remove(listener.socket.get());
                 _listeners.clear();
                 for (const std::uint64_t id : identities())
                 {
@@ -239,24 +229,14 @@ class HttpServer::Impl : public Station
         return true;
     }
 
-    void watch(int fd, std::uint64_t id, std::uint32_t events)
-    {
-        epoll_event event{};
-        event.events = events;
-        event.data.u64 = id;
-        if (epoll_ctl(_epoll.get(), EPOLL_CTL_ADD, fd, &event) != 0)
-            throw std::runtime_error("cannot watch a socket: " + systemError());
-    }
-
     void serve()
     {
-        std::array<epoll_event, kEvents> events;
         while (!_isEnding)
         {
-            const int count = epoll_wait(_epoll.get(), events.data(), kEvents, patience());
+            const std::vector<epoll_event>& events = _epoll.wait(patience());
             now = timeNow();
-            for (int i = 0; i < count; ++i)
-                take(events[static_cast<std::size_t>(i)]);
+            for (const epoll_event& event : events)
+                take(event);
             std::vector<std::uint64_t> again;
             again.swap(_again);
             for (const std::uint64_t id : again)
@@ -392,7 +372,7 @@ class HttpServer::Impl : public Station
         const std::uint64_t id = _nextId++;
         auto connection = std::make_unique<Connection>(
             *this, id, std::move(socket), listener.socket.isTls() ? _tls : nullptr, peer);
-        watch(connection->fd(), id, EPOLLIN | EPOLLOUT | EPOLLRDHUP | EPOLLET);
+        _epoll.add(connection->fd(), id, EPOLLIN | EPOLLOUT | EPOLLRDHUP | EPOLLET);
         _connections.emplace(id, std::move(connection));
         runConnection(id);
         return true;
@@ -421,7 +401,7 @@ class HttpServer::Impl : public Station
         case ENOBUFS:
         case ENOMEM:
             refusals.add(
-                {LogLevel::Warning, "http", "cannot take connections: " + systemError()}, "new clients", now);
+                {LogLevel::Warning, "http", "cannot take connections: " + std::generic_category().message(errno)}, "new clients", now);
             _acceptAgain = now + kAcceptAgain;
             if (const Admission::Guest* guest = admission.next(now))
                 drop(*guest);
@@ -452,7 +432,7 @@ class HttpServer::Impl : public Station
 
     const OnHungWorkers _onHungWorkers;
     std::shared_ptr<const TlsContext> _tls;
-    const FileDescriptor _epoll;
+    Epoll _epoll;
     std::vector<Listener> _listeners;
     std::unordered_map<std::uint64_t, ConnectionPtr> _connections;
     std::uint64_t _nextId = 0;
