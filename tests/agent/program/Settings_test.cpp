@@ -252,7 +252,7 @@ TEST(SettingsTest, FaultsNameTheOption)
         {"--verbose", "--verbose: there is no such option; see cimd --help"},
         {"-p 80", "-p: there is no such option; see cimd --help"},
         {"--help=1", "--help=1: there is no such option; see cimd --help"},
-        {"--port 1 file", "file: arguments without an option are not known"},
+        {"--port 1 file --verbose", "file: arguments without an option are not known"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(row.fault, faultsOf(row.line));
