@@ -154,6 +154,7 @@ TEST(SettingsTest, TheCommandLineCountsMoreThanTheFile)
     const std::string table = configTable(settings);
     for (const std::string& line : {"listen +\"::1\" +" + file.path() + ":1",
                                     std::string("port +2 +command line"),
+                                    std::string("metrics-port +\"\" +default"),
                                     std::string("log-level +\"warning\" +default")})
         EXPECT_TRUE(std::regex_search(table, std::regex("\n" + line + "\n"))) << line;
 
