@@ -7,11 +7,34 @@
 #include "agent/providers/Registration.h"
 #include "agent/repository/ClassRepository.h"
 
+#include <cerrno>
+#include <filesystem>
 #include <string>
+#include <system_error>
+#include <unistd.h>
 #include <vector>
 
 namespace cimd
 {
+
+namespace
+{
+
+// Throws std::system_error without the access, which is named as for access(2).
+void checkAccess(const std::string& path, int wanted)
+{
+    if (access(path.c_str(), wanted) != 0)
+        throw std::system_error(errno, std::generic_category(), path);
+}
+
+// The same unless a file can be made, or replaced, with this name.
+void checkCanBeMade(const std::string& path)
+{
+    const std::filesystem::path directory = std::filesystem::path(path).parent_path();
+    checkAccess(directory.empty() ? "." : directory.string(), W_OK | X_OK);
+}
+
+} // namespace
 
 TlsIdentity readTlsIdentity(const Settings& settings)
 {
@@ -70,6 +93,13 @@ void checkNamedFiles(const Settings& settings)
         check("indication-ca", [&] { readCertificate(*options.indicationCa); });
     check("repository", [&] { ClassRepository::load(options.repository); });
     check("registration", [&] { loadRegistrations(options.registration); });
+    check("provider-dir", [&] { checkAccess(options.providerDir + "/.", X_OK); });
+    if (options.scenario)
+        check("scenario", [&] { checkAccess(*options.scenario, R_OK); });
+    if (options.state)
+        check("state", [&] { checkCanBeMade(*options.state); });
+    if (options.traceXml && options.traceXml != "-" && access(options.traceXml->c_str(), W_OK) != 0)
+        check("trace-xml", [&] { checkCanBeMade(*options.traceXml); });
     check("spool-directory", [&] { SpoolArea::fileIn(options.spoolDirectory); });
     if (!faults.empty())
         throw StartError(std::move(faults));

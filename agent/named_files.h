@@ -37,8 +37,10 @@ TlsIdentity readTlsIdentity(const Settings& settings);
 // may use cimd.
 void checkUsersAreKnown(const Settings& settings, const char* option, const std::string& address);
 
-// Reads each file that an option names, and tries the address; writes nothing and loads no library. Throws
-// StartError with everything that is wrong.
+// Reads each file of the agent that an option names, and tries the address; writes nothing and loads no
+// library, so that of what the switch and providers read it only looks whether it is there. Sockets are left
+// out: the service manager may make their directory when cimd starts. Throws StartError with everything that
+// is wrong.
 void checkNamedFiles(const Settings& settings);
 
 } // namespace cimd

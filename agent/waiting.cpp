@@ -107,6 +107,8 @@ void waitForStop(SignalSet& signals, const Setting& setting, Servers servers)
         if (setting.supervisor == nullptr)
             tellReloading();
         renewTls(setting.settings, servers);
+        if (servers.authenticator)
+            servers.authenticator->readUsers();
         renewLogLevel(setting.settings, servers.providers);
         sayReady(setting);
     }

@@ -2,6 +2,7 @@
 #ifndef AGENT_WAITING_H
 #define AGENT_WAITING_H
 
+#include "agent/auth/Authenticator.h"
 #include "agent/http/HttpServer.h"
 #include "agent/metrics/MetricsServer.h"
 #include "agent/providers/ProviderManager.h"
@@ -19,6 +20,7 @@ struct Servers
 {
     HttpServer& operations;
     std::optional<MetricsServer>& metrics;
+    std::optional<Authenticator>& authenticator;
     ProviderManager& providers;
     const Counters& counters;
 };

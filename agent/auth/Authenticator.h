@@ -55,6 +55,9 @@ class Authenticator
     // Checks the value of an Authorization header; may take as long as a password hash takes.
     LogIn check(const std::string& authorization, const std::string& peer);
 
+    // Reads the password file if it has changed, without waiting for a log-in that needs it.
+    void readUsers() { _store.current(); }
+
   private:
     struct Known
     {

@@ -61,7 +61,7 @@ CommandLine readCommandLine(int argc, char* const argv[])
     {
         int index = -1;
         const int current = optind == 0 ? 1 : optind;
-        const int found = getopt_long(argc, argv, ":", longOptions.data(), &index);
+        const int found = getopt_long(argc, argv, "+:", longOptions.data(), &index);
         if (found == -1)
             break;
         if (found == ':')

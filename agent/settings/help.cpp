@@ -48,8 +48,8 @@ PROCESSES
 
 SIGNALS
        SIGTERM and SIGINT end cimd after the requests in flight are answered; a second one ends it at once. SIGHUP has
-       it read certificate and key again, and the log level of the configuration file; when the terminal of cimd has
-       gone it ends cimd, too.
+       it read certificate, key and users again, and the log level of the configuration file; when the terminal of cimd
+       has gone it ends cimd, too.
        SIGUSR1 prints what was asked for since the start, per class and operation, the requests in flight and the
        connections to standard error. Send signals to the process that was started.
 

@@ -41,7 +41,7 @@ std::string quoted(const std::string& text)
 std::string valueText(const OptionRow& row, const std::string& value)
 {
     const bool isBare = row.access.kind == OptionKind::Flag || row.access.kind == OptionKind::Number;
-    return isBare ? value : quoted(value);
+    return isBare && !value.empty() ? value : quoted(value);
 }
 
 } // namespace

@@ -12,6 +12,7 @@ import pywbem
 import requests
 
 from agent_process import NAMESPACE, AgentProcess
+from indications import wait_until
 
 JOE = ("joe", "se:cret \u00e9")
 
@@ -54,6 +55,8 @@ def test_lets_known_users_in_and_nobody_else(build_dir, guarded, users):
     assert connect(guarded, ("joe", "changed")).EnumerateInstanceNames("CIM_ObjectManager")
 
     users.write_text("nonsense\n")
+    os.kill(guarded.process.pid, signal.SIGHUP)
+    wait_until(lambda: "the users stay as they were" in guarded.log())  # nobody has to log in for that
     assert connect(guarded, ("joe", "changed")).EnumerateInstanceNames("CIM_ObjectManager")
 
     # A process that takes over cannot know who was in the file, and must not go by what was in it at the start.

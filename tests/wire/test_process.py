@@ -123,11 +123,14 @@ def test_explains_itself(build_dir):
 
 def test_checks_the_files_that_the_configuration_names(build_dir, tmp_path):
     conf = tmp_path / "cimd.conf"
-    conf.write_text('password-file = "users"\ncertificate = "cert.pem"\nprivate-key = "key.pem"\nregistration = "reg"\n')
+    conf.write_text('password-file = "users"\ncertificate = "cert.pem"\nprivate-key = "key.pem"\nregistration = "reg"\n'
+                    'scenario = "fabric.json"\nstate = "none/state"\ntrace-xml = "none/trace"\nprovider-dir = "cimd.conf"\n')
     run = subprocess.run([build_dir / "bin" / "cimd", "--check-config", "--config", conf, *STORE[:2], "--indication-ca", conf],
                          capture_output=True, text=True)
     faults = [f"{conf}:2: certificate: {tmp_path}/cert.pem: ", f"{conf}:1: password-file: {tmp_path}/users: ",
-              f"--indication-ca: {conf}: holds no cert", f"{conf}:4: registration: {tmp_path}/reg: "]
+              f"--indication-ca: {conf}: holds no cert", f"{conf}:4: registration: {tmp_path}/reg: ",
+              f"{conf}:8: provider-dir: {conf}/.: Not a directory", f"{conf}:5: scenario: {tmp_path}/fabric.json: No such file",
+              f"{conf}:6: state: {tmp_path}/none: No such file", f"{conf}:7: trace-xml: {tmp_path}/none: No such file"]
     lines = run.stderr.splitlines()
     assert run.returncode == 2 and len(lines) == len(faults)
     assert all(line.startswith("cimd: " + fault) for line, fault in zip(lines, faults)), lines

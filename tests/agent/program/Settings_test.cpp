@@ -154,6 +154,7 @@ TEST(SettingsTest, TheCommandLineCountsMoreThanTheFile)
     const std::string table = configTable(settings);
     for (const std::string& line : {"listen +\"::1\" +" + file.path() + ":1",
                                     std::string("port +2 +command line"),
+                                    std::string("metrics-port +\"\" +default"),
                                     std::string("log-level +\"warning\" +default")})
         EXPECT_TRUE(std::regex_search(table, std::regex("\n" + line + "\n"))) << line;
 
@@ -252,7 +253,7 @@ TEST(SettingsTest, FaultsNameTheOption)
         {"--verbose", "--verbose: there is no such option; see cimd --help"},
         {"-p 80", "-p: there is no such option; see cimd --help"},
         {"--help=1", "--help=1: there is no such option; see cimd --help"},
-        {"--port 1 file", "file: arguments without an option are not known"},
+        {"--port 1 file --verbose", "file: arguments without an option are not known"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(row.fault, faultsOf(row.line));
