@@ -55,9 +55,10 @@ try
 {
     const Settings now = settings.readAgain();
     const LogLevel level = now.options().logLevel;
-    if (level != logLevel())
+    const bool isNew = level != logLevel();
+    setLogLevel(level); // before anybody reads that it counts
+    if (isNew)
         logAlways("notice", "cimd", "SIGHUP: the log level is " + std::string(levelName(level)));
-    setLogLevel(level);
     providers.followLogLevel();
     for (const OptionRow* row : settings.differences(now))
         if (row != findOption("log-level"))

@@ -18,13 +18,13 @@ class Epoll
     // Throws std::system_error.
     Epoll();
 
-    // From now on wait() tells of `events` there with this identity. A descriptor that is closed is forgotten.
-    // Throws std::system_error.
+    // From now on wait() tells of `events` there with this identity. A descriptor that is closed is
+    // forgotten. Throws std::system_error.
     void add(int fd, std::uint64_t id, std::uint32_t events);
     // For one that others have open, too.
     void remove(int fd);
-    // Waits for up to so many milliseconds; -1: as long as it takes. What has happened is valid until the next
-    // call.
+    // Waits for up to so many milliseconds; -1: as long as it takes. What has happened is valid until the
+    // next call.
     const std::vector<epoll_event>& wait(int milliseconds);
 
   private:

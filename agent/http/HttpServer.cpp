@@ -400,8 +400,11 @@ class HttpServer::Impl : public Station
         case ENFILE:
         case ENOBUFS:
         case ENOMEM:
-            refusals.add(
-                {LogLevel::Warning, "http", "cannot take connections: " + std::generic_category().message(errno)}, "new clients", now);
+            refusals.add({LogLevel::Warning,
+                          "http",
+                          "cannot take connections: " + std::generic_category().message(errno)},
+                         "new clients",
+                         now);
             _acceptAgain = now + kAcceptAgain;
             if (const Admission::Guest* guest = admission.next(now))
                 drop(*guest);

@@ -7,7 +7,6 @@
 #include "agent/run/SharedArray.h"
 #include "agent/run/signals.h"
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -62,8 +61,8 @@ class Supervisor
     bool becomeReady();
     // Whether any serving process has become ready.
     bool hasBeenReady() const { return _ready[0] != 0; }
-    // How many were ready before this one that is.
-    std::uint32_t restarts() const { return std::max(_ready[0].load(), 1U) - 1; }
+    // How many were ready before this one.
+    std::uint32_t restarts() const { return _ready[0] - (_isReady ? 1 : 0); }
 
   private:
     struct End
