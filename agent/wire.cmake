@@ -48,9 +48,12 @@ foreach(program IN ITEMS cimd cimd-passwd)
     install(FILES cimd.bash DESTINATION share/bash-completion/completions RENAME ${program})
 endforeach()
 
-# The configuration file, in which everything is commented out.
+# The configuration file, in which everything is commented out. Only a cimd that can run here can write it.
 include(GNUInstallDirs)
 set(cimd_conf "${CMAKE_BINARY_DIR}/etc/cimd/cimd.conf")
-add_custom_command(TARGET cimd POST_BUILD COMMAND "${CMAKE_COMMAND}" -E make_directory "${CMAKE_BINARY_DIR}/etc/cimd"
-                   COMMAND cimd --sample-config > "${cimd_conf}" BYPRODUCTS "${cimd_conf}" VERBATIM)
-install(FILES "${cimd_conf}" DESTINATION "${CMAKE_INSTALL_SYSCONFDIR}/cimd")
+if(NOT CMAKE_CROSSCOMPILING OR CMAKE_CROSSCOMPILING_EMULATOR)
+    add_custom_command(
+        TARGET cimd POST_BUILD COMMAND "${CMAKE_COMMAND}" -E make_directory "${CMAKE_BINARY_DIR}/etc/cimd"
+        COMMAND cimd --sample-config > "${cimd_conf}" BYPRODUCTS "${cimd_conf}" VERBATIM)
+    install(FILES "${cimd_conf}" DESTINATION "${CMAKE_INSTALL_SYSCONFDIR}/cimd")
+endif()

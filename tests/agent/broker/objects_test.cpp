@@ -224,6 +224,66 @@ TEST_F(CmpiObjects, FillPathsOfOneClassOneAfterTheOther)
     }
 }
 
+// An instance that has gone leaves its place to the next of its class, and nothing else.
+TEST_F(CmpiObjects, ReturnInstancesOneAfterTheOther)
+{
+    const struct
+    {
+        const char* className;
+        const char* name; // key in the path
+        bool isFiltered;
+        std::string given; // names of the properties that are
+    } rows[] = {{"Test_Widget", "a", false, "Name U8 "},
+                {"Test_Widget", "b", true, ""},
+                {"Test_Gadget", "c", false, "Name U8 "},
+                {"Test_Sprocket", "d", false, "Name "},
+                {"Test_Widget", "e", false, "Name U8 "}};
+    const char* none[] = {nullptr};
+    for (const auto& row : rows)
+        for (const bool isSet : {true, false})
+        {
+            CMPIObjectPath* path = newPath(row.className);
+            path->ft->addKey(path, "Name", reinterpret_cast<const CMPIValue*>(row.name), CMPI_chars);
+            CMPIInstance* instance = CMNewInstance(mb, path, nullptr);
+            CMPIInstance* other = CMNewInstance(mb, path, nullptr);
+            for (CMPIInstance* each : {instance, other})
+                if (isSet)
+                    set<CMPIUint8>(each, "U8", CMPI_uint8, 1);
+            if (row.isFiltered)
+                instance->ft->setPropertyFilter(instance, none, none);
+            ASSERT_EQ(CMReturnInstance(call.result(), instance).rc, CMPI_RC_OK);
+            CMRelease(other);
+            CMRelease(instance);
+            std::string given;
+            for (const Property& property : results.instances.back().properties())
+                given += property.value.isNull() ? "" : property.name.str() + ' ';
+            EXPECT_EQ(isSet ? row.given : row.given.substr(0, row.given.find("U8")), given) << row.name;
+            EXPECT_EQ(row.className, results.instances.back().className().str());
+        }
+}
+
+// Others may be returning it, too.
+TEST_F(CmpiObjects, LeaveReturnedClonesAsTheyAre)
+{
+    CMPIInstance* widget = newWidget();
+    const char* properties[] = {"Name", nullptr};
+    widget->ft->setPropertyFilter(widget, properties, nullptr);
+    CMPIInstance* clone = CMClone(widget, nullptr);
+    EXPECT_EQ(CMReturnInstance(call.result(), clone).rc, CMPI_RC_OK);
+    set<CMPIUint8>(clone, "U8", CMPI_uint8, 1);
+    EXPECT_EQ(CMGetPropertyCount(clone, nullptr), 0U) << "neither the key nor what is filtered out";
+    CMRelease(clone);
+    CMPIObjectPath* path = CMClone(CMGetObjectPath(newWidget(), nullptr), nullptr);
+    path->ft->setHostname(path, "host");
+    EXPECT_EQ(CMReturnObjectPath(call.result(), path).rc, CMPI_RC_OK);
+    EXPECT_EQ(text(path->ft->getHostname(path, nullptr)), "host");
+    CMRelease(path);
+    set<CMPIUint8>(widget, "Name", CMPI_uint8, 1); // of a wrong type, which counts against the clone, too
+    clone = CMClone(widget, nullptr);
+    EXPECT_NE(CMReturnInstance(call.result(), clone).rc, CMPI_RC_OK);
+    CMRelease(clone);
+}
+
 TEST_F(CmpiObjects, CarryInstancesWithinInstances)
 {
     CMPIInstance* part = CMNewInstance(mb, newPath("Test_Part"), nullptr);

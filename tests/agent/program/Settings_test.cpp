@@ -6,6 +6,7 @@
 #include "tests/agent/pull/TemporaryDirectory.h"
 
 #include <algorithm>
+#include <climits>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -201,6 +202,8 @@ TEST(SettingsTest, FaultsOfTheFileNameTheLine)
     }
     EXPECT_EQ("--config: cannot read /none: No such file or directory", faultsOf("--config /none"));
     EXPECT_EQ("cannot read /tmp: Is a directory", faultsOf("", "/tmp"));
+    const std::string longest(NAME_MAX + 1, 'x');
+    EXPECT_EQ("cannot read " + longest + ": File name too long", faultsOf("", longest));
 }
 
 // With the comment signs gone, each key has its default, 0, or the word for its value.
@@ -253,6 +256,7 @@ TEST(SettingsTest, FaultsNameTheOption)
         {"--verbose", "--verbose: there is no such option; see cimd --help"},
         {"-p 80", "-p: there is no such option; see cimd --help"},
         {"--help=1", "--help=1: there is no such option; see cimd --help"},
+        {"--password-file /x --no-authentication", "--no-authentication: --password-file says the opposite"},
         {"--port 1 file --verbose", "file: arguments without an option are not known"},
     };
     for (const auto& row : rows)

@@ -222,30 +222,34 @@ TEST(Element, PathsAreWrittenAlikeEverywhere)
 TEST(Element, RememberedMarkupIsUsedWhereItFits)
 {
     const CimName key("K");
-    const CimName property("P");
+    const CimName names[] = {"First", "P", "Last"};
     const auto made = [&](const CimName& className, const CimValue& id, const CimValue& value, CimName origin)
     {
         ObjectPath path("root/interop", className);
         path.setKey(key, id);
         Instance instance(className);
         instance.setPath(path);
-        instance.properties() = {{"First", CimValue::null(CimType::Uint8), {}},
-                                 {property, value, std::move(origin)},
-                                 {"Last", CimValue::null(CimType::DateTime), {}}};
+        instance.properties() = {{names[0], CimValue::null(CimType::Uint8), {}},
+                                 {names[1], value, std::move(origin)},
+                                 {names[2], CimValue::null(CimType::DateTime), {}}};
         return instance;
     };
     const CimName one("Test_One");
     const CimName other("Test_Other");
     const CimValue text = CimValue::string("a");
     const CimValue path = CimValue::reference(ObjectPath("n", "Test_Far"));
-    const Instance instances[] = {made(one, text, text, {}),
-                                  made(one, text, CimValue::null(CimType::String), {}),
-                                  made(one, CimValue::uint8(1), CimValue::uint8(1), {}),
-                                  made(one, path, path, {}),
-                                  made(one, text, CimValue::array(CimType::String, {text}), {}),
-                                  made(other, text, text, "Test_Base"),
-                                  made(other, text, text, {}),
-                                  made(other, text, text, "Test_Other")};
+    Instance instances[] = {made(one, text, text, {}),
+                            made(one, text, CimValue::null(CimType::String), {}),
+                            made(one, text, CimValue::null(CimType::String, true), {}),
+                            made(one, CimValue::uint8(1), CimValue::uint8(1), {}),
+                            made(one, path, path, {}),
+                            made(one, text, CimValue::array(CimType::String, {text}), {}),
+                            made(one, text, text, {}),
+                            made(other, text, text, "Test_Base"),
+                            made(other, text, text, {}),
+                            made(other, text, text, "Test_Other")};
+    instances[0].path().setKey("More", text);
+    instances[0].properties().pop_back();
     const auto written = [](const Instance& instance, ClassMarkup& markup)
     {
         std::string out;
@@ -253,10 +257,10 @@ TEST(Element, RememberedMarkupIsUsedWhereItFits)
         writeNamedInstance(xml, instance, markup);
         return out;
     };
-    ClassMarkup kept;
     for (const Instance& instance : instances)
         for (const Instance& before : instances)
         {
+            ClassMarkup kept;
             written(before, kept);
             ClassMarkup fresh;
             EXPECT_EQ(written(instance, fresh), written(instance, kept));

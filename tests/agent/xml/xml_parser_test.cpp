@@ -129,11 +129,14 @@ TEST(XmlParser, BoundsTheNodesOfATree)
 
 TEST(XmlDocument, KeepsTextAndSkipsWhatIsNotContent)
 {
-    const XmlDocument document("<a> <b> x&#13;<![CDATA[<y>]]><!-- no -->\r\nz </b><!-- --><?pi?>t<c/></a>",
-                               limits());
+    const XmlDocument document(
+        "<a d='\t1\r\n&#10;'> <b> x&#13;<![CDATA[<y>&#9;\r]]><!-- no --><?pi --> ?>\r\nz </b>"
+        "<!-- --><?pi?>t<c/></a>",
+        limits());
+    EXPECT_EQ(" 1 \n", document.root().attribute("d"));
     const XmlElement first = firstChild(document.root());
     const XmlElement second = nextElement(first);
-    EXPECT_EQ(" x\r<y>\nz ", textOf(first));
+    EXPECT_EQ(" x\r<y>&#9;\n\nz ", textOf(first));
     EXPECT_TRUE(isTag(second, "c"));
     EXPECT_FALSE(nextElement(second));
     EXPECT_FALSE(isTag(nextElement(second), "c"));
