@@ -111,5 +111,22 @@ TEST(SwitchRowsTest, FindsPortsByWorldWideNameInAnyLetterCase)
         EXPECT_EQ("none", found(other)) << other;
 }
 
+// What may change at a port must not begin a new counter.
+TEST(SwitchRowsTest, CountersHaveTheLabelsThatLast)
+{
+    SwitchRows ports(switchClasses().at(2));
+    SwitchRow row;
+    row.labels = "wwn=\"a\",type=\"F\"";
+    row.lasting = row.labels.find(',');
+    Instance statistics("VRAX_FCPortStatistics");
+    statistics.set("BytesReceived", CimValue::uint64(5));
+    ports.add(std::move(row), statistics);
+    HttpResponse response;
+    Way way;
+    OpenMetricsWriter out(response, way);
+    ports.write(out);
+    EXPECT_NE(std::string::npos, way.text.find("\nvrax_port_received_bytes_total{wwn=\"a\"} 5\n"));
+}
+
 } // namespace
 } // namespace cimd
