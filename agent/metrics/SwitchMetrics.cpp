@@ -52,14 +52,14 @@ std::string text(const Instance& instance, const char* property)
 
 // False when the class could not be read; what was taken is then to be forgotten.
 template <class Take>
-bool SwitchMetrics::read(const std::string& className, std::vector<CimName> properties, Take take)
+bool SwitchMetrics::read(const std::string& className, const std::vector<CimName>& properties, Take take)
 {
     const auto start = std::chrono::steady_clock::now();
     ClassRead outcome{className, "", {}};
     _entry.about(className);
     try
     {
-        _reader.read(className, std::move(properties), take);
+        _reader.read(className, properties, take);
     }
     catch (const CimError& error)
     {
@@ -84,7 +84,7 @@ std::vector<ClassRead> SwitchMetrics::write()
             for (const char* more : {"PortNumber", "PortType", "PermanentAddress", "NetworkAddresses"})
                 properties.emplace_back(more);
         const auto take = [&](const Instance& instance) { rows.add(rowOf(instance, table), instance); };
-        if (!read(table.className, std::move(properties), take))
+        if (!read(table.className, properties, take))
             rows = SwitchRows(table);
         rows.write(_out);
         if (table.part == SwitchPart::Switch)

@@ -37,7 +37,7 @@ class SwitchMetrics
 
   private:
     template <class Take>
-    bool read(const std::string& className, std::vector<CimName> properties, Take take);
+    bool read(const std::string& className, const std::vector<CimName>& properties, Take take);
     SwitchRow rowOf(const Instance& instance, const SwitchClass& table);
     SwitchRow switchRow(const Instance& instance);
     SwitchRow portRow(const Instance& instance) const;

@@ -26,6 +26,7 @@ CommandLine readLine(const std::string& line)
     std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
     words.insert(words.begin(), "cimd");
     std::vector<char*> argv;
+    argv.reserve(words.size() + 1);
     for (std::string& word : words)
         argv.push_back(word.data());
     argv.push_back(nullptr);
@@ -68,6 +69,7 @@ class ConfigFile
 std::vector<std::string> namesOf(const std::vector<const OptionRow*>& rows)
 {
     std::vector<std::string> names;
+    names.reserve(rows.size());
     for (const OptionRow* row : rows)
         names.emplace_back(row->name);
     return names;

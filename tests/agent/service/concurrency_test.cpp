@@ -37,10 +37,10 @@ TEST(Concurrency, ReadsWritesAndUpCallsRunSideBySide)
             service.deleteInstance(core.context, {kNameSpace, named("Test_Gadget", name)});
         }
     };
-    std::vector<std::thread> threads;
-    for (int id = 0; id < 8; ++id)
-        threads.emplace_back([&, id]
-                             { EXPECT_EQ("OK", test::outcome([&] { work("own" + std::to_string(id)); })); });
+    std::vector<std::thread> threads(8);
+    for (std::size_t id = 0; id < threads.size(); ++id)
+        threads[id] = std::thread(
+            [&, id] { EXPECT_EQ("OK", test::outcome([&] { work("own" + std::to_string(id)); })); });
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(core.countOf("Test_Base"), 4U);

@@ -8,6 +8,7 @@
 #include <ctime>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -47,6 +48,7 @@ Agent::Agent(const std::string& program, std::vector<std::string> arguments, boo
     if (!supervised)
         arguments.push_back("--no-supervisor");
     std::vector<char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)
         argv.push_back(argument.data());
     argv.push_back(nullptr);
@@ -81,12 +83,12 @@ Memory Agent::memory() const
 {
     std::ifstream status("/proc/" + std::to_string(_pid) + "/status");
     Memory memory;
-    for (std::string line; std::getline(status, line);)
-    {
-        std::sscanf(line.c_str(), "VmRSS: %zu", &memory.now);
-        std::sscanf(line.c_str(), "VmHWM: %zu", &memory.peak);
-        std::sscanf(line.c_str(), "RssAnon: %zu", &memory.own);
-    }
+    const std::pair<const char*, std::size_t*> rows[] = {
+        {"VmRSS:", &memory.now}, {"VmHWM:", &memory.peak}, {"RssAnon:", &memory.own}};
+    for (std::string word; status >> word;)
+        for (const auto& [name, kilobytes] : rows)
+            if (word == name)
+                status >> *kilobytes;
     return memory;
 }
 
