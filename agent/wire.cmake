@@ -44,9 +44,7 @@ install(FILES "${cimd_page}" "${CMAKE_SOURCE_DIR}/docs/cimd-passwd.8" DESTINATIO
 configure_file("${CMAKE_SOURCE_DIR}/docs/cimd.conf.5.in" "${CMAKE_BINARY_DIR}/share/man/man5/cimd.conf.5" @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/share/man/man5/cimd.conf.5" DESTINATION share/man/man5)
 
-foreach(program IN ITEMS cimd cimd-passwd)
-    install(FILES cimd.bash DESTINATION share/bash-completion/completions RENAME ${program})
-endforeach()
+vrax_completion(cimd cimd-passwd)
 
 # The configuration file, in which everything is commented out. Only a cimd that can run here can write it.
 include(GNUInstallDirs)

@@ -86,5 +86,14 @@ function(vrax_unity target)
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endfunction()
 
+# vrax_completion(<programs>)
+#   Bash completes the options that the --help of a program shows.
+function(vrax_completion)
+    foreach(program IN LISTS ARGN)
+        install(FILES "${CMAKE_SOURCE_DIR}/packaging/completion.bash" DESTINATION share/bash-completion/completions
+                RENAME ${program})
+    endforeach()
+endfunction()
+
 # 64-bit seconds on 32-bit platforms: switches outlive the year 2038.
 set(vrax_wide_time _FILE_OFFSET_BITS=64 _TIME_BITS=64)

@@ -42,11 +42,13 @@ def test_the_manual_page_has_every_option_and_command(build_dir, program, page):
     ("cimd --list", ["--listen", "--list-providers"], ["--port"]), ("cimd --no-http --max-work", ["--max-workers"], []),
     ("cimd --log-level =", ["error", "warning", "info", "debug"], []), ("cimd --log-level w", ["warning"], ["error"]),
     ("cimd --scenario ./si", ["./simulator"], []), ("cimd --provider-dir s", ["simulator", "support"], ["README.md"]),
-    ("cimd --port 5", [], ["5988"]), ("cimd-passwd --", ["--stdin", "--delete"], []), ("cimd-passwd READ", ["README.md"], [])])
+    ("cimd --port 5", [], ["5988"]), ("cimd-passwd --", ["--stdin", "--delete"], []), ("cimd-passwd READ", ["README.md"], []),
+    ("simgen --no", ["--nodes"], ["--seed"]), ("simgen --seed 1", [], ["1"]), ("simgen READ", ["README.md"], []),
+    ("share/vrax-host-files s", ["sfcb"], ["openpegasus"]), ("share/vrax-host-files --output s", ["share"], ["sfcb"])])
 def test_the_shell_completes(build_dir, line, found, never):
-    script = f"""source agent/cimd.bash
+    script = f"""source packaging/completion.bash
         COMP_WORDS=({line}); COMP_CWORD=$((${{#COMP_WORDS[@]}} - 1))
-        _cimd; printf '%s\\n' "${{COMPREPLY[@]}}" """
+        _of_help; printf '%s\\n' "${{COMPREPLY[@]}}" """
     run = subprocess.run(["bash", "-c", script], capture_output=True, text=True, check=True, cwd=ROOT,
                          env={**os.environ, "PATH": f"{build_dir}/bin:{os.environ['PATH']}"})
     words = run.stdout.split()
