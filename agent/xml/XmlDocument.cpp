@@ -38,8 +38,8 @@ XmlDocument::XmlDocument(std::string text, const Limits& limits) : _text(std::mo
 
 const XmlTree::Element& XmlElement::node() const
 {
-    static const XmlTree::Element kNothing;
-    return _tree ? _tree->elements[_index] : kNothing;
+    static const XmlTree::Element kNoElement;
+    return _tree ? _tree->elements[_index] : kNoElement;
 }
 
 std::optional<std::string_view> XmlElement::attribute(std::string_view name) const
@@ -54,7 +54,7 @@ std::optional<std::string_view> XmlElement::attribute(std::string_view name) con
 
 std::string textOf(XmlElement element)
 {
-    constexpr std::string_view kCharacterData = "<![CDATA[";
+    constexpr std::string_view kDataStart = "<![CDATA[";
     std::string_view rest = element.content();
     std::string text;
     while (!rest.empty())
@@ -62,13 +62,13 @@ std::string textOf(XmlElement element)
         const std::size_t markup = std::min(rest.find('<'), rest.size());
         appendText(text, rest.substr(0, markup));
         rest.remove_prefix(markup);
-        const bool isData = rest.substr(0, kCharacterData.size()) == kCharacterData;
+        const bool isData = rest.substr(0, kDataStart.size()) == kDataStart;
         const std::string_view end = isData ? "]]>" : rest.substr(0, 2) == "<?" ? "?>" : "-->";
         const std::size_t stop = rest.find(end);
         if (stop == std::string_view::npos)
             break; // the text ends here
         if (isData)
-            appendCharacterData(text, rest.substr(kCharacterData.size(), stop - kCharacterData.size()));
+            appendCharacterData(text, rest.substr(kDataStart.size(), stop - kDataStart.size()));
         rest.remove_prefix(stop + end.size());
     }
     return text;
