@@ -38,8 +38,11 @@ class Cimd:
         self.watchdog.start()
 
     def __enter__(self):
-        self.skipped = []  # what was said before
-        self.port = int(self.read_until("listening on http://127.0.0.1:", self.skipped).rsplit(":", 1)[1])
+        with contextlib.ExitStack() as undone:
+            undone.push(self)
+            self.skipped = []  # what was said before
+            self.port = int(self.read_until("listening on http://127.0.0.1:", self.skipped).rsplit(":", 1)[1])
+            undone.pop_all()
         return self
 
     def __exit__(self, *exception):
