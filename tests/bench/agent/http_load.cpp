@@ -31,6 +31,12 @@ constexpr std::size_t kReadBytes = 256 * 1024;
     throw std::runtime_error(what + ": " + std::strerror(errno));
 }
 
+class HungUp : public std::runtime_error
+{
+  public:
+    HungUp() : std::runtime_error("the agent hung up before the end of an answer") {}
+};
+
 class Connection
 {
   public:
@@ -60,6 +66,8 @@ class Connection
         for (std::size_t sent = 0; sent < request.size();)
         {
             const ssize_t n = ::send(_fd, request.data() + sent, request.size() - sent, MSG_NOSIGNAL);
+            if (n < 0 && (errno == EPIPE || errno == ECONNRESET))
+                throw HungUp();
             if (n < 0)
                 fail("send");
             sent += static_cast<std::size_t>(n);
@@ -70,10 +78,10 @@ class Connection
     bool receive(std::vector<char>& buffer)
     {
         const ssize_t n = recv(_fd, buffer.data(), buffer.size(), 0);
+        if (n == 0 || (n < 0 && errno == ECONNRESET))
+            throw HungUp();
         if (n < 0)
             fail("recv");
-        if (n == 0)
-            throw std::runtime_error("the agent hung up within an answer");
         return _reader.take(buffer.data(), static_cast<std::size_t>(n));
     }
 
@@ -214,7 +222,16 @@ LoadResult newClients(std::uint16_t port, const std::string& request, double sec
     while (result.seconds < seconds)
     {
         const double before = result.seconds;
-        result.bytes += ask(port, request).size();
+        for (bool isAnswered = false; !isAnswered;)
+            try
+            {
+                result.bytes += ask(port, request).size();
+                isAnswered = true;
+            }
+            catch (const HungUp&)
+            {
+                ++result.hungUp;
+            }
         result.seconds = std::chrono::duration<double>(Clock::now() - start).count();
         result.answerSeconds.push_back(result.seconds - before);
     }

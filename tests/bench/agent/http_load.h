@@ -56,6 +56,7 @@ struct LoadResult
     double seconds = 0;
     std::size_t bytes = 0;             // of all bodies
     std::vector<double> answerSeconds; // in ascending order
+    std::size_t hungUp = 0;            // clients that had to ask again
 
     double rate() const { return static_cast<double>(answerSeconds.size()) / seconds; }
     // The time within which this share of the answers came.

@@ -216,17 +216,19 @@ void benchFlood(const Places& places)
     const Agent agent(places.program, arguments);
     const std::string request = getInstance(firstName(agent, "VRAX_FCPortStatistics"));
     std::printf("\n3,500 connections that are taken and not used, from 30 addresses\n"
-                "  %-12s  %10s  %10s  %10s  %10s\n",
+                "  %-12s  %10s  %11s  %10s  %10s  %10s\n",
                 "clients",
                 "answers",
+                "asked again",
                 "p50 ms",
                 "p99 ms",
                 "max ms");
     const auto row = [](const char* title, const LoadResult& result)
     {
-        std::printf("  %-12s  %10zu  %10.3f  %10.3f  %10.3f\n",
+        std::printf("  %-12s  %10zu  %11zu  %10.3f  %10.3f  %10.3f\n",
                     title,
                     result.answerSeconds.size(),
+                    result.hungUp,
                     result.quantile(0.5) * kMilli,
                     result.quantile(0.99) * kMilli,
                     result.quantile(1) * kMilli);
