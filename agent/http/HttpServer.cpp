@@ -20,7 +20,6 @@
 #include <exception>
 #include <list>
 #include <mutex>
-#include <stdexcept>
 #include <system_error>
 #include <thread>
 #include <unordered_map>
