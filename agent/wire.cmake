@@ -7,6 +7,8 @@ file(GLOB sources CONFIGURE_DEPENDS http/*.cpp metrics/*.cpp ops/*.cpp pull/*.cp
 add_library(cimd_wire STATIC ${sources})
 vrax_unity(cimd_wire ALONE http/Channel.cpp http/Connection.cpp http/HttpServer.cpp http/connection_answers.cpp http/Reply.cpp
                            http/RequestReader.cpp http/answer_head.cpp http/cim_headers.cpp)
+file(GLOB hot_sources CONFIGURE_DEPENDS xml/*.cpp)
+vrax_optimise(${hot_sources})
 target_compile_definitions(cimd_wire PUBLIC CIMD_VERSION="${PROJECT_VERSION}")
 target_link_libraries(cimd_wire PUBLIC cimd_auth cimd_core PRIVATE vrax_warnings PkgConfig::gnutls)
 

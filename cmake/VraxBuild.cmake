@@ -7,7 +7,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG") # more makes the text a quarter larger and nothing faster
+set(CMAKE_CXX_FLAGS_RELEASE "-Os -DNDEBUG") # but for what vrax_optimise() names
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib/cimd")
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
@@ -84,6 +84,23 @@ function(vrax_unity target)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
     # An unnamed namespace is as local as it was: nothing includes the included source but its unit.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+endfunction()
+
+# vrax_optimise(<sources>)
+#   Sources that run for every value of an instance are compiled for speed, all others for size.
+function(vrax_optimise)
+    set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS $<$<CONFIG:Release>:-O2>)
+endfunction()
+
+# vrax_run_time_library(<target> <DEFINITION> <file>)
+#   The target loads the library when it first needs it, by the name that the linker would note.
+function(vrax_run_time_library target definition file)
+    execute_process(COMMAND "${CMAKE_OBJDUMP}" -p "${file}" OUTPUT_VARIABLE description COMMAND_ERROR_IS_FATAL ANY)
+    if(NOT description MATCHES "SONAME +([^ \n]+)")
+        message(FATAL_ERROR "${file} is no shared library with a name")
+    endif()
+    target_compile_definitions(${target} PRIVATE "${definition}=\"${CMAKE_MATCH_1}\"")
+    target_link_libraries(${target} PRIVATE ${CMAKE_DL_LIBS})
 endfunction()
 
 # vrax_completion(<programs>)

@@ -55,7 +55,7 @@ switch what people and hardware do to a real one."
 vrax_package(cimd cimd "small CIM-XML server
 CIM operations over HTTP and HTTPS, answered by CMPI providers. After
 installation it serves this machine only, at port 5988; see cimd.conf(5)."
-    DEPENDS "vrax-providers (= ${PROJECT_VERSION}), adduser, procps")
+    DEPENDS "vrax-providers (= ${PROJECT_VERSION}), adduser, libsystemd0, procps")
 vrax_package(toolkit vrax-toolkit-dev "development files of the CIM provider toolkit
 Headers and libraries to write CIM providers with, their CMPI adapter, the
 headers of CMPI, and genclass, which makes C++ classes of MOF. genclass needs

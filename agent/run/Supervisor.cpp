@@ -136,19 +136,20 @@ Supervisor::End Supervisor::watch(pid_t child)
 {
     const SignalSet signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGUSR2, SIGCHLD});
     End end{0, false};
-    std::optional<Clock::time_point> deadline;
+    constexpr Clock::time_point kNone = Clock::time_point::max();
+    Clock::time_point deadline = kNone;
     for (;;)
     {
         int signal = 0;
-        if (!deadline)
+        if (deadline == kNone)
             signal = signals.wait();
-        else if (const auto now = Clock::now(); now < *deadline)
-            signal = signals.wait(duration_cast<milliseconds>(*deadline - now) + milliseconds(1));
+        else if (const auto now = Clock::now(); now < deadline)
+            signal = signals.wait(duration_cast<milliseconds>(deadline - now) + milliseconds(1));
         else
         {
             complain(LogLevel::Error, "the serving process does not stop: killing it");
             kill(child, SIGKILL);
-            deadline.reset();
+            deadline = kNone;
         }
         switch (signal)
         {

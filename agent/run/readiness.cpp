@@ -5,6 +5,8 @@
 
 #include <cerrno>
 #include <chrono>
+#include <cstdlib>
+#include <dlfcn.h>
 #include <system_error>
 #include <systemd/sd-daemon.h>
 
@@ -14,12 +16,28 @@ namespace cimd
 namespace
 {
 
+// Loaded where a service manager wants to be told: other systems need not have the library, nor the memory
+// for it and the six that it brings.
+decltype(&sd_notify) loadNotify(std::string& fault)
+{
+    if (void* const library = dlopen(CIMD_LIBSYSTEMD_FILE, RTLD_NOW | RTLD_LOCAL))
+        if (void* const function = dlsym(library, "sd_notify"))
+            return reinterpret_cast<decltype(&sd_notify)>(function);
+    fault = dlerror();
+    return nullptr;
+}
+
 void tell(const std::string& message)
 {
-    if (const int result = sd_notify(0, message.c_str()); result < 0)
-        log(LogLevel::Warning,
-            "cimd",
-            "NOTIFY_SOCKET: cannot tell the service manager: " + std::generic_category().message(-result));
+    if (std::getenv("NOTIFY_SOCKET") == nullptr)
+        return;
+    std::string fault;
+    static const auto notify = loadNotify(fault);
+    const int result = notify != nullptr ? notify(0, message.c_str()) : 0;
+    if (result < 0)
+        fault = std::generic_category().message(-result);
+    if (!fault.empty())
+        log(LogLevel::Warning, "cimd", "NOTIFY_SOCKET: cannot tell the service manager: " + fault);
 }
 
 } // namespace
