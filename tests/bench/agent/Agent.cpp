@@ -81,14 +81,19 @@ Agent::~Agent()
 
 Memory Agent::memory() const
 {
-    std::ifstream status("/proc/" + std::to_string(_pid) + "/status");
     Memory memory;
-    const std::pair<const char*, std::size_t*> rows[] = {
-        {"VmRSS:", &memory.now}, {"VmHWM:", &memory.peak}, {"RssAnon:", &memory.own}};
-    for (std::string word; status >> word;)
-        for (const auto& [name, kilobytes] : rows)
-            if (word == name)
-                status >> *kilobytes;
+    const std::pair<const char*, std::size_t*> rows[] = {{"VmRSS:", &memory.now},
+                                                         {"VmHWM:", &memory.peak},
+                                                         {"RssAnon:", &memory.own},
+                                                         {"Pss:", &memory.share}};
+    for (const char* file : {"status", "smaps_rollup"})
+    {
+        std::ifstream lines("/proc/" + std::to_string(_pid) + "/" + file);
+        for (std::string word; lines >> word;)
+            for (const auto& [name, kilobytes] : rows)
+                if (word == name)
+                    lines >> *kilobytes;
+    }
     return memory;
 }
 

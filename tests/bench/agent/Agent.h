@@ -15,9 +15,10 @@ namespace bench
 // What /proc says of a process, in kilobytes.
 struct Memory
 {
-    std::size_t now = 0;  // VmRSS
-    std::size_t peak = 0; // VmHWM: the most that VmRSS ever was
-    std::size_t own = 0;  // RssAnon: the part that is no file's, that is, no program's and no library's
+    std::size_t now = 0;   // VmRSS
+    std::size_t peak = 0;  // VmHWM: the most that VmRSS ever was
+    std::size_t own = 0;   // RssAnon: the part that is no file's, that is, no program's and no library's
+    std::size_t share = 0; // Pss: as VmRSS, but a page that several processes have counts for each in part
 };
 
 // Started on a free port; stopped at the end of the scope. Throws when it does not come up.

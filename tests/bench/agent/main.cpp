@@ -64,15 +64,21 @@ std::string getInstance(const std::string& instanceName)
 
 void printMemoryHead(const char* of)
 {
-    std::printf(
-        "\nMemory of the agent, %s\n  %-46s  %10s  %10s  %10s\n", of, "", "RSS MiB", "no file's", "peak MiB");
+    std::printf("\nMemory of the agent, MiB, %s\n  %-46s  %10s  %10s  %10s  %10s\n",
+                of,
+                "",
+                "RSS",
+                "its share",
+                "no file's",
+                "peak RSS");
 }
 
 void printMemory(const char* when, const Memory& memory)
 {
-    std::printf("  %-46s  %10.1f  %10.1f  %10.1f\n",
+    std::printf("  %-46s  %10.1f  %10.1f  %10.1f  %10.1f\n",
                 when,
                 static_cast<double>(memory.now) / 1024,
+                static_cast<double>(memory.share) / 1024,
                 static_cast<double>(memory.own) / 1024,
                 static_cast<double>(memory.peak) / 1024);
     std::fflush(stdout);
