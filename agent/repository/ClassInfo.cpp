@@ -21,6 +21,7 @@ void inheritQualifiers(Qualifiers& own, const Qualifiers& inherited)
         own.push_back(qualifier);
         own.back().propagated = true;
     }
+    own.shrink_to_fit();
 }
 
 void inheritParameterQualifiers(MethodDecl& own, const MethodDecl& inherited)
@@ -128,24 +129,39 @@ void ClassInfo::index()
     std::sort(_byName.begin(),
               _byName.end(),
               [this](std::size_t a, std::size_t b) { return _properties[a]->name < _properties[b]->name; });
-    for (const PropertyDecl* property : _properties)
+    for (std::size_t i = 0; i < _properties.size(); ++i)
     {
+        const PropertyDecl* property = _properties[i];
         if (property->isKey())
             _keys.push_back(property);
         if (property->type == CimType::Reference)
             _references.push_back(property);
         if (property->type == CimType::Reference || isEmbedded(property->type))
-            _structured.push_back(_blank.size());
-        _blank.push_back({property->name, CimValue::null(property->type, property->isArray), {}});
+            _structured.push_back(i);
     }
     std::sort(_keys.begin(),
               _keys.end(),
               [](const PropertyDecl* a, const PropertyDecl* b) { return a->name < b->name; });
     for (const PropertyDecl* key : _keys)
-    {
         _keyIndexes.push_back(*findProperty(key->name.str()));
-        _blankKeys.push_back({key->name, CimValue::null(key->type)});
-    }
+}
+
+std::vector<Property> ClassInfo::blank() const
+{
+    std::vector<Property> blank;
+    blank.reserve(_properties.size());
+    for (const PropertyDecl* property : _properties)
+        blank.push_back({property->name, CimValue::null(property->type, property->isArray), {}});
+    return blank;
+}
+
+std::vector<KeyBinding> ClassInfo::blankKeys() const
+{
+    std::vector<KeyBinding> blank;
+    blank.reserve(_keys.size());
+    for (const PropertyDecl* key : _keys)
+        blank.push_back({key->name, CimValue::null(key->type)});
+    return blank;
 }
 
 bool ClassInfo::isA(const CimName& className) const

@@ -54,9 +54,9 @@ class ClassInfo
     const MethodDecl* findMethod(const CimName& method) const;
 
     // Every property in class order, NULL: where the properties of an instance are filled in.
-    const std::vector<Property>& blank() const { return _blank; }
+    std::vector<Property> blank() const;
     // The same for the keys of a path.
-    const std::vector<KeyBinding>& blankKeys() const { return _blankKeys; }
+    std::vector<KeyBinding> blankKeys() const;
 
     // What a client sees of the class: its own and, unless `localOnly`, its inherited features with the
     // qualifiers that reach it.
@@ -85,8 +85,6 @@ class ClassInfo
     std::vector<const PropertyDecl*> _references;
     std::vector<std::size_t> _structured;
     std::vector<const MethodDecl*> _methods;
-    std::vector<Property> _blank;
-    std::vector<KeyBinding> _blankKeys;
     bool _isAssociation = false;
     bool _isIndication = false;
 };

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <pugixml.hpp>
 #include <unordered_map>
 
@@ -15,6 +16,13 @@ namespace
 {
 
 using pugi::xml_node;
+
+// What is read stays until the agent ends, so vectors are as long as they need to be.
+template <class Nodes>
+std::size_t count(const Nodes& nodes)
+{
+    return static_cast<std::size_t>(std::distance(nodes.begin(), nodes.end()));
+}
 
 class Reader
 {
@@ -136,6 +144,7 @@ CimValue Reader::readValue(const xml_node& node, CimType type, bool isArray) con
     if (!isArray)
         return readScalar(value, type);
     CimValue::Elements elements;
+    elements.reserve(count(value.children()));
     for (const xml_node element : value.children())
         elements.push_back(std::string_view(element.name()) == "VALUE.NULL" ? CimValue::null(type)
                                                                             : readScalar(element, type));
@@ -145,6 +154,7 @@ CimValue Reader::readValue(const xml_node& node, CimType type, bool isArray) con
 Qualifiers Reader::readQualifiers(const xml_node& node)
 {
     Qualifiers result;
+    result.reserve(count(node.children("QUALIFIER")));
     for (const xml_node child : node.children("QUALIFIER"))
     {
         Qualifier qualifier;
@@ -240,6 +250,9 @@ ClassDecl Reader::readClass(const xml_node& node)
     _className = result.name.str();
     result.superClass = optionalName(node, "SUPERCLASS");
     result.qualifiers = readQualifiers(node);
+    const auto methods = count(node.children("METHOD"));
+    result.methods.reserve(methods);
+    result.properties.reserve(count(node.children()) - methods - result.qualifiers.size());
     for (const xml_node child : node.children())
     {
         const std::string_view element = child.name();
