@@ -279,14 +279,10 @@ void Connection::keepBody(std::string_view piece)
         _refusal = tooLarge();
     else if (!exchange.share.take(piece.size()))
         _refusal = refusal(kUnavailable,
-                           "The requests under way hold " + std::to_string(_station.bodies.bytes()) +
+                           "The requests under way hold " + std::to_string(_station.bodies.most()) +
                                " bytes already.");
     if (_refusal)
-    {
-        body = std::string();
-        exchange.share.giveBack();
-        return;
-    }
+        return exchange.dropBody();
     // Growing in steps takes up to three times a large body. The announced length is believed once a part of
     // it is there: announcing alone must not cost memory. What became shorter so far will go on so.
     const std::uint64_t announced = std::min<std::uint64_t>(_announced, _station.limits.bodyBytes);
@@ -316,10 +312,7 @@ void Connection::vouched(std::optional<HttpResponse> refusal)
     if (!refusal)
         _station.admission.served(_place);
     else
-    {
-        _exchange->request.body = std::string();
-        _exchange->share.giveBack();
-    }
+        _exchange->dropBody();
     _refusal = std::move(refusal);
     enter(Phase::Body);
 }

@@ -3,7 +3,7 @@
 #define AGENT_HTTP_CONNECTION_H
 
 #include "agent/http/Admission.h"
-#include "agent/http/BodyBudget.h"
+#include "agent/http/ByteBudget.h"
 #include "agent/http/Channel.h"
 #include "agent/http/RefusalLog.h"
 #include "agent/http/Reply.h"
@@ -25,13 +25,19 @@ namespace cimd
 // One request on its way through the server; shared with the worker that answers it.
 struct Exchange
 {
-    Exchange(const Limits& limits, BodyBudget& bodies, SpoolArea& area, std::function<void()> wake)
+    Exchange(const Limits& limits, ByteBudget& bodies, SpoolArea& area, std::function<void()> wake)
         : share(bodies), reply(limits, area, std::move(wake))
     {
     }
 
+    void dropBody()
+    {
+        request.body = std::string();
+        share.giveBack();
+    }
+
     HttpRequest request;
-    BodyShare share; ///< of the memory for bodies: what this one takes
+    ByteShare share; ///< of the memory for bodies: what this one takes
     Reply reply;
 };
 using ExchangePtr = std::shared_ptr<Exchange>;
@@ -61,7 +67,7 @@ class Station
 
     HttpHandler& handler;
     const Limits limits;
-    BodyBudget bodies;
+    ByteBudget bodies;
     SpoolArea area;
     Admission admission;
     RefusalLog refusals;

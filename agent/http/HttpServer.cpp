@@ -169,8 +169,7 @@ class HttpServer::Impl : public Station
             response = {kInternalError, {{"Content-Type", "text/plain"}}, "The server failed to answer.\n"};
             response.trailers = failureTrailers(CimError(CimStatus::Failed, "the server failed to answer"));
         }
-        exchange.request.body = std::string();
-        exchange.share.giveBack();
+        exchange.dropBody();
         _pool.giveBack(worker); // before the client can ask again
         exchange.reply.finish(std::move(response), timeNow());
         changed([&] { _running.remove(running); });

@@ -222,11 +222,24 @@ Reply::Start Reply::takeHead(HttpResponse& head)
     return _isStreaming ? Start::Stream : Start::Whole;
 }
 
+// The next chunk from the file, which ends with its last byte.
+std::string Reply::overflowed()
+{
+    constexpr std::size_t kLineEnd = 2; // which HTTP puts behind a chunk
+    std::string piece;
+    piece.reserve(_chunk + kLineEnd);
+    piece.resize(_chunk);
+    piece.resize(_overflow.read(piece.data(), piece.size()));
+    if (_overflow.empty())
+        _overflow.clear();
+    return piece;
+}
+
 // Empty if there is nothing to send now.
 std::string Reply::nextPiece()
 {
     if (_unsent.empty() && !_overflow.empty())
-        return _overflow.read(_chunk);
+        return overflowed();
     if (_unsent.empty())
         return std::exchange(_last, {});
     std::string piece = std::move(_unsent.front());

@@ -3,7 +3,7 @@
 #define AGENT_HTTP_REPLY_H
 
 #include "agent/http/HttpHandler.h"
-#include "agent/http/Overflow.h"
+#include "agent/http/SpoolArea.h"
 #include "agent/http/deadline.h"
 #include "agent/limits/Limits.h"
 
@@ -78,6 +78,7 @@ class Reply : public AnswerStream
     void wakeSender();
     bool hasRoom() const { return _overflow.empty() && _unsentBytes <= _mostUnsent; }
     bool overflows(std::string_view chunk);
+    std::string overflowed();
     std::string nextPiece();
     bool isTaken() const { return _overflow.empty() && _unsentBytes <= _mostUnsent / 2; }
     void waitUntilTaken(std::unique_lock<std::mutex>& lock, Time end);
@@ -99,7 +100,7 @@ class Reply : public AnswerStream
     HttpResponse _response; // the head once the answer streams, everything if it never does
     std::deque<std::string> _unsent;
     std::size_t _unsentBytes = 0; // of _unsent
-    Overflow _overflow;           // comes after _unsent
+    SpoolFile _overflow;          // comes after _unsent
     std::string _last;            // comes after the overflow
     std::size_t _taken = 0;
     std::uint64_t _sent = 0; // bytes that the sender has read

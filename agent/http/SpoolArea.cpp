@@ -23,39 +23,47 @@ FileDescriptor SpoolArea::fileIn(const std::string& directory)
     return file;
 }
 
-FileDescriptor SpoolArea::file() const
-try
+void SpoolFile::fail(const std::string& what, int error) const
 {
-    return fileIn(_directory);
-}
-catch (const std::system_error& error)
-{
-    fail("create a file", error.code().value());
-}
-
-void SpoolArea::take(std::size_t bytes)
-{
-    if (_used.fetch_add(bytes) + bytes <= _fileBytes)
-        return;
-    _used -= bytes;
-    throw CimError(CimStatus::ServerLimitsExceeded,
-                   "the results kept for clients would exceed " + std::to_string(_fileBytes) + " bytes");
-}
-
-void SpoolArea::fail(const std::string& what, int error) const
-{
-    const std::string text = "cannot " + what + " for results kept in " + _directory + ": " +
+    const std::string text = "cannot " + what + " for results kept in " + _area._directory + ": " +
                              std::generic_category().message(error);
     log(LogLevel::Error, "spool", text);
     throw CimError(error == ENOSPC || error == EDQUOT ? CimStatus::ServerLimitsExceeded : CimStatus::Failed,
                    text);
 }
 
-void SpoolArea::write(const FileDescriptor& file, std::string_view bytes, std::size_t offset) const
+void SpoolFile::add(std::string_view bytes)
 {
+    const std::size_t end = _share.taken();
+    if (!_share.take(bytes.size()))
+        throw CimError(CimStatus::ServerLimitsExceeded,
+                       "the results kept for clients would exceed " + std::to_string(_area._budget.most()) +
+                           " bytes");
+    try
+    {
+        write(bytes, end);
+    }
+    catch (const CimError&)
+    {
+        _share.giveBack(bytes.size());
+        throw;
+    }
+}
+
+void SpoolFile::write(std::string_view bytes, std::size_t offset)
+{
+    try
+    {
+        if (!exists())
+            _file = SpoolArea::fileIn(_area._directory);
+    }
+    catch (const std::system_error& error)
+    {
+        fail("create a file", error.code().value());
+    }
     while (!bytes.empty())
     {
-        const ssize_t written = ::pwrite(file.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        const ssize_t written = ::pwrite(_file.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
         if (written < 0 && errno == EINTR)
             continue;
         if (written < 0)
@@ -65,17 +73,25 @@ void SpoolArea::write(const FileDescriptor& file, std::string_view bytes, std::s
     }
 }
 
-std::size_t SpoolArea::read(const FileDescriptor& file, char* to, std::size_t size, std::size_t offset) const
+std::size_t SpoolFile::read(char* to, std::size_t size)
 {
     for (;;)
     {
-        const ssize_t got = ::pread(file.get(), to, size, static_cast<off_t>(offset));
+        const ssize_t got = ::pread(_file.get(), to, size, static_cast<off_t>(_read));
         if (got < 0 && errno == EINTR)
             continue;
         if (got <= 0)
             fail("read", got < 0 ? errno : EIO);
+        _read += static_cast<std::size_t>(got);
         return static_cast<std::size_t>(got);
     }
+}
+
+void SpoolFile::clear()
+{
+    _share.giveBack();
+    _read = 0;
+    _file = FileDescriptor();
 }
 
 } // namespace cimd

@@ -2,9 +2,9 @@
 #ifndef AGENT_HTTP_SPOOLAREA_H
 #define AGENT_HTTP_SPOOLAREA_H
 
-#include "agent/http/ListenSocket.h"
+#include "agent/base/FileDescriptor.h"
+#include "agent/http/ByteBudget.h"
 
-#include <atomic>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -21,34 +21,51 @@ class SpoolArea
     // @param memoryBytes   What one spool keeps in memory before it opens a file.
     // @param fileBytes     What all files together may hold.
     SpoolArea(std::string directory, std::size_t memoryBytes, std::size_t fileBytes)
-        : _directory(std::move(directory)), _memoryBytes(memoryBytes), _fileBytes(fileBytes)
+        : _directory(std::move(directory)), _memoryBytes(memoryBytes), _budget(fileBytes)
     {
     }
 
-    // A file without a name. Throws std::system_error with the directory.
+    // A file without a name, which nobody else can open. Throws std::system_error with the directory.
     static FileDescriptor fileIn(const std::string& directory);
 
     std::size_t memoryBytes() const { return _memoryBytes; }
-    // A file for reading and writing that nobody else can open. CimError (failed) with path and reason, which
-    // also go to the log.
-    FileDescriptor file() const;
-    // CimError (server limits exceeded) if the files would hold more than they may.
-    void take(std::size_t bytes);
-    void giveBack(std::size_t bytes) { _used -= bytes; }
-    std::size_t used() const { return _used; }
-
-    // Writes all of it from `offset` on; CimError with the reason if that fails.
-    void write(const FileDescriptor& file, std::string_view bytes, std::size_t offset) const;
-    // Reads up to `size` bytes from `offset` on, at least one. CimError if there are none.
-    std::size_t read(const FileDescriptor& file, char* to, std::size_t size, std::size_t offset) const;
+    std::size_t used() const { return _budget.used(); }
 
   private:
-    [[noreturn]] void fail(const std::string& what, int error) const;
+    friend class SpoolFile;
 
     const std::string _directory;
     const std::size_t _memoryBytes;
-    const std::size_t _fileBytes;
-    std::atomic<std::size_t> _used{0};
+    ByteBudget _budget;
+};
+
+// First in, first out, in a file that is there from the first bytes on. What fails there is a CimError with
+// directory and reason, which also go to the log. Used on one thread at a time.
+class SpoolFile
+{
+  public:
+    // `area` outlives the object.
+    explicit SpoolFile(SpoolArea& area) : _area(area), _share(area._budget) {}
+
+    bool exists() const { return _file.get() >= 0; }
+    // Whether all was read that was added.
+    bool empty() const { return _read == _share.taken(); }
+    // CimError (server limits exceeded), too, if the files would hold more than they may. Adds nothing then.
+    void add(std::string_view bytes);
+    // Reads up to `size` bytes, at least one.
+    std::size_t read(char* to, std::size_t size);
+    // The last bytes that were read will be read again.
+    void unread(std::size_t bytes) { _read -= bytes; }
+    void clear();
+
+  private:
+    void write(std::string_view bytes, std::size_t offset);
+    [[noreturn]] void fail(const std::string& what, int error) const;
+
+    SpoolArea& _area;
+    ByteShare _share; // the size of the file
+    FileDescriptor _file;
+    std::size_t _read = 0;
 };
 
 } // namespace cimd

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <utility>
 
 namespace cimd
 {
@@ -31,21 +30,9 @@ void appendLength(std::string& out, std::size_t length)
 
 } // namespace
 
-Spool::~Spool()
-{
-    _area->giveBack(_taken);
-}
-
-Spool::Spool(Spool&& other) noexcept
-    : _area(other._area), _count(std::exchange(other._count, 0)), _buffer(std::move(other._buffer)),
-      _at(other._at), _read(other._read), _taken(std::exchange(other._taken, 0)),
-      _file(std::move(other._file))
-{
-}
-
 void Spool::add(const Item& item)
 {
-    if (_buffer.size() + item.head.size() + item.body.size() > _area->memoryBytes())
+    if (_buffer.size() + item.head.size() + item.body.size() > _memoryBytes)
         flush();
     _buffer += item.goesOn ? kGoesOn : kEnds;
     appendLength(_buffer, item.head.size());
@@ -57,18 +44,13 @@ void Spool::add(const Item& item)
 
 void Spool::flush()
 {
-    if (_file.get() < 0)
-        _file = _area->file();
-    _area->take(_buffer.size());
-    const std::size_t end = _taken;
-    _taken += _buffer.size();
-    _area->write(_file, _buffer, end);
+    _file->add(_buffer);
     _buffer.clear();
 }
 
 void Spool::seal()
 {
-    if (_file.get() < 0)
+    if (!_file->exists())
         return;
     flush();
     rest();
@@ -76,9 +58,9 @@ void Spool::seal()
 
 void Spool::rest()
 {
-    if (_file.get() < 0)
+    if (!_file->exists())
         return;
-    _read -= _buffer.size() - _at; // what was read ahead is read again
+    _file->unread(_buffer.size() - _at);
     _at = 0;
     std::string().swap(_buffer);
 }
@@ -92,11 +74,7 @@ void Spool::need(std::size_t bytes)
     std::size_t filled = _buffer.size();
     _buffer.resize(std::max(bytes, kReadBytes));
     while (filled < bytes)
-    {
-        const std::size_t got = _area->read(_file, &_buffer[filled], _buffer.size() - filled, _read);
-        filled += got;
-        _read += got;
-    }
+        filled += _file->read(&_buffer[filled], _buffer.size() - filled);
     _buffer.resize(filled);
 }
 

@@ -5,6 +5,7 @@
 #include "agent/http/SpoolArea.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -17,10 +18,10 @@ class Spool
 {
   public:
     // `area` outlives the spool.
-    explicit Spool(SpoolArea& area) : _area(&area) {}
-    ~Spool();
-    Spool(Spool&& other) noexcept;
-    Spool& operator=(Spool&&) = delete;
+    explicit Spool(SpoolArea& area)
+        : _memoryBytes(area.memoryBytes()), _file(std::make_unique<SpoolFile>(area))
+    {
+    }
 
     // Two texts, such as an instance's path and the instance. A long body comes in parts; only the first of
     // them has the head.
@@ -47,13 +48,11 @@ class Spool
     void need(std::size_t bytes);
     std::size_t takeLength();
 
-    SpoolArea* _area;
+    std::size_t _memoryBytes;
     std::size_t _count = 0;
-    std::string _buffer;    // until seal(): what is not in the file; after it: what was read ahead
-    std::size_t _at = 0;    // read so far, of _buffer
-    std::size_t _read = 0;  // read so far into _buffer, of the file
-    std::size_t _taken = 0; // bytes of the area in use: the file's size
-    FileDescriptor _file;
+    std::string _buffer; // until seal(): what is not in the file; after it: what was read ahead
+    std::size_t _at = 0; // read so far, of _buffer
+    std::unique_ptr<SpoolFile> _file;
 };
 
 } // namespace cimd

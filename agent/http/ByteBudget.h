@@ -1,6 +1,6 @@
-// The memory that the bodies of all requests share.
-#ifndef AGENT_HTTP_BODYBUDGET_H
-#define AGENT_HTTP_BODYBUDGET_H
+// Memory or file space that many share.
+#ifndef AGENT_HTTP_BYTEBUDGET_H
+#define AGENT_HTTP_BYTEBUDGET_H
 
 #include <atomic>
 #include <cstddef>
@@ -9,36 +9,37 @@ namespace cimd
 {
 
 // Used from any thread.
-class BodyBudget
+class ByteBudget
 {
   public:
-    explicit BodyBudget(std::size_t bytes) : _bytes(bytes) {}
+    explicit ByteBudget(std::size_t most) : _most(most) {}
 
     // False, and nothing taken, if less than that is left.
     bool take(std::size_t bytes)
     {
-        if (_used.fetch_add(bytes) + bytes <= _bytes)
+        if (_used.fetch_add(bytes) + bytes <= _most)
             return true;
         _used -= bytes;
         return false;
     }
     void giveBack(std::size_t bytes) { _used -= bytes; }
-    std::size_t bytes() const { return _bytes; }
+    std::size_t most() const { return _most; }
+    std::size_t used() const { return _used; }
 
   private:
-    const std::size_t _bytes;
+    const std::size_t _most;
     std::atomic<std::size_t> _used{0};
 };
 
-// What one body has taken, given back at the end of the scope. Used on one thread at a time.
-class BodyShare
+// What one of them has taken, given back at the end of the scope. Used on one thread at a time.
+class ByteShare
 {
   public:
     // `budget` outlives the share.
-    explicit BodyShare(BodyBudget& budget) : _budget(budget) {}
-    ~BodyShare() { giveBack(); }
-    BodyShare(const BodyShare&) = delete;
-    BodyShare& operator=(const BodyShare&) = delete;
+    explicit ByteShare(ByteBudget& budget) : _budget(budget) {}
+    ~ByteShare() { giveBack(); }
+    ByteShare(const ByteShare&) = delete;
+    ByteShare& operator=(const ByteShare&) = delete;
 
     bool take(std::size_t bytes)
     {
@@ -54,9 +55,10 @@ class BodyShare
         _taken -= bytes;
     }
     void giveBack() { giveBack(_taken); }
+    std::size_t taken() const { return _taken; }
 
   private:
-    BodyBudget& _budget;
+    ByteBudget& _budget;
     std::size_t _taken = 0;
 };
 
