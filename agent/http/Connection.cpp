@@ -226,9 +226,7 @@ void Connection::beginRequest()
 {
     RequestReader::Head& head = _reader.head();
     const Limits& limits = _station.limits;
-    _exchange = std::make_shared<Exchange>(
-        limits, _station.bodies, _station.area, [&station = _station, id = _id] { station.wake(id); });
-    _station.began();
+    _exchange = _station.begin(_id);
     HttpRequest& request = _exchange->request = std::move(head.request);
     request.peer = _peer;
     _form = {head.isOld, head.isLast, request.method != "HEAD", !head.isOld && takesTrailers(request)};
@@ -346,7 +344,6 @@ void Connection::endRequest(const std::string& reason)
     _exchange->reply.close(reason);
     _exchange.reset();
     _collect = nullptr;
-    _station.ended();
 }
 
 void Connection::close(const std::string& reason)

@@ -25,10 +25,18 @@ namespace cimd
 // One request on its way through the server; shared with the worker that answers it.
 struct Exchange
 {
-    Exchange(const Limits& limits, ByteBudget& bodies, SpoolArea& area, std::function<void()> wake)
-        : share(bodies), reply(limits, area, std::move(wake))
+    // `over` is called at the end, by whoever is the last to let go.
+    Exchange(const Limits& limits,
+             ByteBudget& bodies,
+             SpoolArea& area,
+             std::function<void()> wake,
+             std::function<void()> over)
+        : share(bodies), reply(limits, area, std::move(wake)), _over(std::move(over))
     {
     }
+    ~Exchange() { _over(); }
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
 
     void dropBody()
     {
@@ -39,10 +47,13 @@ struct Exchange
     HttpRequest request;
     ByteShare share; ///< of the memory for bodies: what this one takes
     Reply reply;
+
+  private:
+    const std::function<void()> _over;
 };
 using ExchangePtr = std::shared_ptr<Exchange>;
 
-// What connections need of their server. For its I/O thread, but for wake().
+// What connections need of their server. For its I/O thread.
 class Station
 {
   public:
@@ -59,11 +70,8 @@ class Station
     virtual bool answer(const ExchangePtr& exchange) = 0;
     // Has a worker ask the handler to vouch for the client, and tells the connection; false if too many wait.
     virtual bool vouch(std::uint64_t connection, const ExchangePtr& exchange) = 0;
-    // A request's head has come, or what began with it is over.
-    virtual void began() = 0;
-    virtual void ended() = 0;
-    // Any thread: has the connection run.
-    virtual void wake(std::uint64_t connection) = 0;
+    // A request's head has come, and the connection runs whenever there is something to do for it.
+    virtual ExchangePtr begin(std::uint64_t connection) = 0;
 
     HttpHandler& handler;
     const Limits limits;

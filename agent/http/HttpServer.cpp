@@ -10,7 +10,6 @@
 #include "agent/http/Connection.h"
 #include "agent/http/ConnectionTable.h"
 #include "agent/http/Epoll.h"
-#include "agent/http/TaskQueue.h"
 #include "agent/http/cim_headers.h"
 #include "agent/log/log.h"
 
@@ -35,8 +34,8 @@ constexpr int kAcceptedInTurn =
     16; // so that those who have sent something are read before others take their place
 constexpr std::chrono::milliseconds kLookAgain{10}; // looking at all connections costs something
 constexpr std::chrono::milliseconds kAcceptAgain{100};
-constexpr std::uint64_t kTasks = 0; // identities in epoll: this, the listeners, the connections
-constexpr std::uint64_t kFirstListener = 1;
+// Identities in epoll: its tasks, the listeners, the connections.
+constexpr std::uint64_t kFirstListener = Epoll::kTasks + 1;
 
 } // namespace
 
@@ -50,7 +49,6 @@ class HttpServer::Impl : public Station
         : Station(theHandler, theLimits, std::move(options.spoolDirectory)),
           _onHungWorkers(std::move(options.onHungWorkers)), _pool(limits.workers, limits.queuedRequests)
     {
-        _epoll.add(_tasks.fd(), kTasks, EPOLLIN);
         for (ListenSocket& socket : sockets)
         {
             if (socket.isTls() && !_tls)
@@ -65,7 +63,7 @@ class HttpServer::Impl : public Station
     ~Impl() override
     {
         stop(std::chrono::milliseconds(0));
-        _tasks.postAndWait([this] { _isEnding = true; });
+        _epoll.postAndWait([this] { _isEnding = true; });
         _thread.join(); // with all connections, which the makers of answers hear
         _pool.join();
     }
@@ -75,7 +73,7 @@ class HttpServer::Impl : public Station
 
     bool stop(std::chrono::milliseconds grace)
     {
-        _tasks.postAndWait(
+        _epoll.postAndWait(
             [this]
             {
                 isStopping = true;
@@ -89,20 +87,20 @@ class HttpServer::Impl : public Station
                 }
             });
         std::unique_lock<std::mutex> lock(_mutex);
-        _changed.wait_for(lock, grace, [this] { return _exchanges == 0 && _running.empty(); });
+        _changed.wait_for(lock, grace, [this] { return _exchanges == 0; });
         return _running.empty();
     }
 
     void setTls(const TlsIdentity& identity)
     {
         const auto context = std::make_shared<const TlsContext>(identity);
-        _tasks.postAndWait([&] { _tls = context; });
+        _epoll.postAndWait([&] { _tls = context; });
     }
 
     std::vector<std::string> connectionTable()
     {
         ConnectionTable table(limits.connections);
-        _tasks.postAndWait(
+        _epoll.postAndWait(
             [&]
             {
                 for (const auto& [id, connection] : _connections)
@@ -116,7 +114,7 @@ class HttpServer::Impl : public Station
         ServerState all;
         for (const char* name : Connection::kStateNames)
             all.connections[name] = 0;
-        _tasks.postAndWait(
+        _epoll.postAndWait(
             [&]
             {
                 for (const auto& entry : _connections)
@@ -139,11 +137,6 @@ class HttpServer::Impl : public Station
     };
 
     // --- other threads
-
-    void wake(std::uint64_t id) override
-    {
-        _tasks.post([this, id] { runConnection(id); });
-    }
 
     // Changes what stop() waits for.
     template <class Change>
@@ -177,30 +170,33 @@ class HttpServer::Impl : public Station
 
     // --- the I/O thread, from here on
 
-    void began() override
+    ExchangePtr begin(std::uint64_t id) override
     {
+        auto exchange = std::make_shared<Exchange>(
+            limits,
+            bodies,
+            area,
+            [this, id] { _epoll.post([this, id] { runConnection(id); }); },
+            [this] { changed([this] { --_exchanges; }); });
         changed([this] { ++_exchanges; });
-    }
-    void ended() override
-    {
-        changed([this] { --_exchanges; });
+        return exchange;
     }
 
     bool answer(const ExchangePtr& exchange) override
     {
-        if (!_pool.reserve())
-            return false;
         changed([&] { _running.push_back(exchange); });
-        _pool.submit([this, exchange](WorkerPool::Worker& worker) { work(exchange, worker); });
+        if (!_pool.submit([this, exchange](WorkerPool::Worker& worker) { work(exchange, worker); }))
+        {
+            changed([&] { _running.remove(exchange); });
+            return false;
+        }
         _due = std::min(_due, now + limits.operationSeconds);
         return true;
     }
 
     bool vouch(std::uint64_t id, const ExchangePtr& exchange) override
     {
-        if (!_pool.reserve())
-            return false;
-        _pool.submit(
+        return _pool.submit(
             [this, id, exchange](WorkerPool::Worker& worker)
             {
                 std::optional<HttpResponse> refusal;
@@ -214,7 +210,7 @@ class HttpServer::Impl : public Station
                     refusal = HttpResponse{kInternalError, {}, "The server failed to answer.\n"};
                 }
                 _pool.giveBack(worker);
-                _tasks.post(
+                _epoll.post(
                     [this, id, refusal]
                     {
                         const auto entry = _connections.find(id);
@@ -224,7 +220,6 @@ class HttpServer::Impl : public Station
                         runConnection(id);
                     });
             });
-        return true;
     }
 
     void serve()
@@ -264,8 +259,8 @@ class HttpServer::Impl : public Station
     void take(const epoll_event& event)
     {
         const std::uint64_t id = event.data.u64;
-        if (id == kTasks)
-            return _tasks.run();
+        if (id == Epoll::kTasks)
+            return _epoll.runTasks();
         if (id < kFirstListener + _listeners.size())
         {
             _listeners[id - kFirstListener].isReady = true;
@@ -442,12 +437,11 @@ class HttpServer::Impl : public Station
     bool _isTurningAway = false;
     Time _acceptAgain = kNever; // there was no place, or no descriptor
     bool _isEnding = false;
-    TaskQueue _tasks;   // of other threads
     Time _due = kNever; // when to look at all connections
 
     std::mutex _mutex;
     std::condition_variable _changed;
-    unsigned _exchanges = 0;         // from a complete head to the end of the answer
+    unsigned _exchanges = 0;         // of connections and workers
     std::list<ExchangePtr> _running; // handed to a worker and not yet returned from
     WorkerPool _pool;
     std::thread _thread; // last: it uses the others

@@ -50,25 +50,14 @@ void WorkerPool::add()
     }
 }
 
-bool WorkerPool::reserve()
+bool WorkerPool::submit(Task task)
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    if (_stopping || _taken == _capacity)
+    if (_stopping || _tasks.size() + _running >= _capacity)
         return false;
-    ++_taken;
-    ++_reserved;
-    return true;
-}
-
-void WorkerPool::submit(Task task)
-{
-    std::lock_guard<std::mutex> lock(_mutex);
     _tasks.push_back(std::move(task));
-    --_reserved;
-    if (_stopping)
-        _wake.notify_all(); // those that end when nothing more can come
-    else
-        _wake.notify_one();
+    _wake.notify_one();
+    return true;
 }
 
 void WorkerPool::joinReturned()
@@ -86,7 +75,7 @@ void WorkerPool::joinReturned()
 void WorkerPool::freePlace(Worker& worker)
 {
     if (std::exchange(worker.hasPlace, false))
-        --_taken;
+        --_running;
 }
 
 void WorkerPool::giveBack(Worker& worker)
@@ -117,7 +106,7 @@ unsigned WorkerPool::writeOff(Worker& worker)
 WorkerPool::Load WorkerPool::load()
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    return {_tasks.size(), _taken - _reserved - _tasks.size(), _writtenOff};
+    return {_tasks.size(), _running, _writtenOff};
 }
 
 void WorkerPool::run(Worker& self)
@@ -125,12 +114,13 @@ void WorkerPool::run(Worker& self)
     std::unique_lock<std::mutex> lock(_mutex);
     for (;;)
     {
-        _wake.wait(lock, [this] { return !_tasks.empty() || (_stopping && _reserved == 0); });
+        _wake.wait(lock, [this] { return !_tasks.empty() || _stopping; });
         if (_tasks.empty())
             return;
         Task task = std::move(_tasks.front());
         _tasks.pop_front();
         self.hasPlace = true;
+        ++_running;
         lock.unlock();
         task(self);
         task = nullptr;

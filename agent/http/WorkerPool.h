@@ -13,8 +13,8 @@
 namespace cimd
 {
 
-// Tasks start in the order of submission. At most `workers` run and `queued` wait; a place is reserved first,
-// so that a caller can refuse work before it commits to it. All members may be called from any thread.
+// Tasks start in the order of submission. At most `workers` run and `queued` wait. All members may be called
+// from any thread.
 class WorkerPool
 {
   public:
@@ -34,11 +34,8 @@ class WorkerPool
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
 
-    // Takes a place for one task; false when all are taken, and after join(). Each success is followed by
-    // exactly one submit().
-    bool reserve();
-    // Runs a task in a reserved place. The task must not throw.
-    void submit(Task task);
+    // Has a task run, which must not throw; false when all places are taken, and after join().
+    bool submit(Task task);
 
     // Gives the place of the running task back ahead of its end, so that whoever learns of its outcome finds
     // the place free. For the task itself.
@@ -57,7 +54,7 @@ class WorkerPool
     };
     Load load();
 
-    // Runs what was reserved, then waits for all threads to end, written off or not. Tasks may go on to use
+    // Runs what was submitted, then waits for all threads to end, written off or not. Tasks may go on to use
     // the pool meanwhile.
     void join();
 
@@ -71,8 +68,7 @@ class WorkerPool
     std::mutex _mutex;
     std::condition_variable _wake;
     std::deque<Task> _tasks;
-    std::size_t _taken = 0;    // reserved, waiting or running
-    std::size_t _reserved = 0; // not yet submitted
+    std::size_t _running = 0; // that have not given their place back
     unsigned _writtenOff = 0;
     bool _stopping = false;
     std::list<Worker> _workers;

@@ -19,9 +19,8 @@ TEST(WorkerPool, RunsEverythingSubmittedBeforeItEnds)
         WorkerPool many(8, 1000);
         for (int i = 0; i < 1000; ++i)
         {
-            ASSERT_TRUE(ordered.reserve() && many.reserve());
-            ordered.submit([&order, i](WorkerPool::Worker&) { order.push_back(i); });
-            many.submit([&parallel](WorkerPool::Worker&) { ++parallel; });
+            ASSERT_TRUE(ordered.submit([&order, i](WorkerPool::Worker&) { order.push_back(i); }));
+            ASSERT_TRUE(many.submit([&parallel](WorkerPool::Worker&) { ++parallel; }));
         }
     }
     ASSERT_EQ(1000U, order.size());
@@ -33,29 +32,28 @@ TEST(WorkerPool, IsThereForItsTasksWhileItEnds)
 {
     WorkerPool pool(3, 0);
     std::promise<void> gate;
-    ASSERT_TRUE(pool.reserve());
-    pool.submit(
+    bool hasRun = false;
+    ASSERT_TRUE(pool.submit(
         [&](WorkerPool::Worker& worker)
         {
             gate.get_future().wait();
             pool.giveBack(worker);
-        });
-    ASSERT_TRUE(pool.reserve()) << "for the task that comes last";
+            hasRun = true;
+        }));
     std::thread ending([&pool] { pool.join(); });
-    while (pool.reserve()) // until the end has begun
+    for (bool isTaken = true; isTaken;) // until the end has begun
     {
-        std::promise<void> done;
-        pool.submit(
-            [&](WorkerPool::Worker& worker)
+        const auto done = std::make_shared<std::promise<void>>();
+        isTaken = pool.submit(
+            [&pool, done](WorkerPool::Worker& worker)
             {
                 pool.giveBack(worker);
-                done.set_value();
+                done->set_value();
             });
-        done.get_future().wait();
+        if (isTaken)
+            done->get_future().wait();
     }
     gate.set_value();
-    bool hasRun = false;
-    pool.submit([&hasRun](WorkerPool::Worker&) { hasRun = true; });
     ending.join();
     EXPECT_TRUE(hasRun);
 }
@@ -70,14 +68,14 @@ TEST(WorkerPool, ReplacesThreadsThatAreWrittenOff)
         for (unsigned lost = 1; lost <= 3; ++lost)
         {
             std::promise<WorkerPool::Worker*> hanging;
-            ASSERT_TRUE(pool.reserve()) << "the place of the one before is free";
-            pool.submit(
+            const bool isTaken = pool.submit(
                 [&returned, &hanging, opened](WorkerPool::Worker& worker)
                 {
                     hanging.set_value(&worker);
                     opened.wait();
                     ++returned;
                 });
+            ASSERT_TRUE(isTaken) << "the place of the one before is free";
             EXPECT_EQ(lost, pool.writeOff(*hanging.get_future().get()));
         }
         gate.set_value();
