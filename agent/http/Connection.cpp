@@ -2,7 +2,6 @@
 #include "agent/http/Connection.h"
 
 #include "agent/auth/client_address.h"
-#include "agent/cim/CimName.h"
 #include "agent/http/cim_headers.h"
 
 #include <algorithm>
@@ -18,14 +17,6 @@ namespace
 constexpr int kStepsInTurn = 64;
 constexpr std::size_t kBelief = 8;
 constexpr std::chrono::seconds kDrainTime{2};
-
-bool takesTrailers(const HttpRequest& request)
-{
-    return std::any_of(request.headers.begin(),
-                       request.headers.end(),
-                       [](const HttpHeader& header)
-                       { return equalNoCase(header.first, "TE") && listsWord(header.second, "trailers"); });
-}
 
 } // namespace
 
@@ -229,10 +220,9 @@ void Connection::beginRequest()
     _exchange = _station.begin(_id);
     HttpRequest& request = _exchange->request = std::move(head.request);
     request.peer = _peer;
-    _form = {head.isOld, head.isLast, request.method != "HEAD", !head.isOld && takesTrailers(request)};
-    _announced = head.announced;
+    _form = head.form;
     _received = 0;
-    _isStreaming = _isAnswered = false;
+    _isAnswered = false;
     if (_begun == kNever)
         _begun = _station.now;
     enter(Phase::Body);
@@ -247,10 +237,10 @@ void Connection::beginRequest()
         if (verdict.isKnown)
             _station.admission.served(_place);
     }
-    if (!_refusal && _announced > limits.bodyBytes)
+    if (!_refusal && head.announced > limits.bodyBytes)
         _refusal = tooLarge();
     // Whoever asks before sending the body, or would send more than we care to read, is answered now.
-    if (_refusal && (_station.isStopping || head.asks || _announced > limits.discardBytes))
+    if (_refusal && (_station.isStopping || head.asks || head.announced > limits.discardBytes))
     {
         _form.closes = true;
         completeRequest();
@@ -283,7 +273,8 @@ void Connection::keepBody(std::string_view piece)
         return exchange.dropBody();
     // Growing in steps takes up to three times a large body. The announced length is believed once a part of
     // it is there: announcing alone must not cost memory. What became shorter so far will go on so.
-    const std::uint64_t announced = std::min<std::uint64_t>(_announced, _station.limits.bodyBytes);
+    const std::uint64_t announced =
+        std::min<std::uint64_t>(_reader.head().announced, _station.limits.bodyBytes);
     const std::size_t before = body.size();
     const std::size_t needed = before + piece.size();
     if (needed > body.capacity() && _received <= announced && announced / kBelief <= _received)

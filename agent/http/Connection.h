@@ -155,10 +155,9 @@ class Connection
     HttpResponse tooLarge();
     void respond(HttpResponse&& answer, bool closes);
     void sendHead(const HttpResponse& answer, std::optional<std::size_t> length);
-    bool fetchPiece();
-    void breakOff();
+    void sendPiece(std::string&& piece);
+    void breakOff(const std::vector<HttpHeader>& trailers);
     void send(std::string_view bytes);
-    void sendAfter(std::string&& bytes); // what was given to send(), and once
     void endAnswer();
     void endRequest(const std::string& reason);
     void served(unsigned status);
@@ -189,18 +188,16 @@ class Connection
     // Of the request.
     ExchangePtr _exchange;
     std::optional<HttpResponse> _refusal; // what the head or the size of the body earned it
-    std::uint64_t _announced = 0;
-    std::uint64_t _received = 0; // body bytes, dropped ones included
+    std::uint64_t _received = 0;          // body bytes, dropped ones included
     std::size_t _bodyLimit = 0;
     std::function<void(std::string&, std::string_view)> _collect; // see Verdict
     AnswerForm _form;
-    bool _isStreaming = false; // the head of an answer has been written that comes piece by piece
-    bool _isAnswered = false;  // all of the answer has been written, or is in _out and _rest
+    bool _isAnswered = false; // all of the answer has been written, or is in _out and _rest
 
     // To be sent.
     std::string _out;
     std::size_t _sent = 0; // of _out
-    std::string _rest;     // follows it
+    std::string _rest;     // follows it, once
     Time _progress;        // when the client last took something, or should have begun to
 };
 

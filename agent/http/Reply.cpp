@@ -122,12 +122,6 @@ void Reply::waitForQuickClient(std::unique_lock<std::mutex>& lock)
     _patience = hasRoom() ? _patience - (timeNow() - asked) : Time::duration::zero();
 }
 
-std::size_t Reply::taken() const
-{
-    std::lock_guard<std::mutex> lock(_mutex);
-    return _taken;
-}
-
 void Reply::whenLate(std::function<HttpResponse()> late)
 {
     std::lock_guard<std::mutex> lock(_mutex);
@@ -142,10 +136,10 @@ void Reply::end(HttpResponse&& response)
     else if (!response.trailers.empty())
     {
         _isBroken = true;
-        _trailers = std::move(response.trailers);
+        _response.trailers = std::move(response.trailers);
     }
     else
-        _last = std::move(response.body);
+        _response.body = std::move(response.body);
     _isComplete = true;
 }
 
@@ -210,16 +204,23 @@ void Reply::release()
     wakeSender();
 }
 
-Reply::Start Reply::takeHead(HttpResponse& head)
+Reply::Part Reply::take(HttpResponse& part)
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    if (_isClosed)
-        return Start::None;
+    if (_hasBegun)
+        return takeBody(part);
     _isAwaited = !_isStreaming && (!_isComplete || _heldUntil != kNever);
     if (_isAwaited)
-        return Start::Later;
-    head = std::move(_response);
-    return _isStreaming ? Start::Stream : Start::Whole;
+        return Part::None;
+    if (!_isStreaming)
+    {
+        part = std::move(_response);
+        return Part::Whole;
+    }
+    _hasBegun = true;
+    part.status = _response.status;
+    part.headers = std::move(_response.headers);
+    return Part::Head;
 }
 
 // The next chunk from the file, which ends with its last byte.
@@ -241,19 +242,18 @@ std::string Reply::nextPiece()
     if (_unsent.empty() && !_overflow.empty())
         return overflowed();
     if (_unsent.empty())
-        return std::exchange(_last, {});
+        return std::exchange(_response.body, {});
     std::string piece = std::move(_unsent.front());
     _unsent.pop_front();
     _unsentBytes -= piece.size();
     return piece;
 }
 
-Reply::Piece Reply::read(std::string& piece)
+Reply::Part Reply::takeBody(HttpResponse& part)
 {
-    std::lock_guard<std::mutex> lock(_mutex);
     try
     {
-        piece = nextPiece();
+        part.body = nextPiece();
     }
     catch (const CimError& error)
     {
@@ -262,21 +262,15 @@ Reply::Piece Reply::read(std::string& piece)
         _isComplete = _isBroken = true;
         _overflow.clear();
     }
-    _sent += piece.size();
     if (isTaken())
         _room.notify_all();
-    if (!piece.empty())
-        return Piece::Text;
-    if (_isComplete || _isClosed)
-        return _isBroken || _isClosed ? Piece::Broken : Piece::End;
-    _isAwaited = true;
-    return Piece::Nothing;
-}
-
-std::vector<HttpHeader> Reply::takeTrailers()
-{
-    std::lock_guard<std::mutex> lock(_mutex);
-    return std::move(_trailers);
+    if (!part.body.empty())
+        return Part::Body;
+    _isAwaited = !_isComplete;
+    if (_isAwaited)
+        return Part::None;
+    part.trailers = std::move(_response.trailers);
+    return _isBroken ? Part::Broken : Part::End;
 }
 
 void Reply::close(const std::string& reason)
@@ -288,7 +282,7 @@ void Reply::close(const std::string& reason)
     _unsent.clear();
     _unsentBytes = 0;
     _overflow.clear();
-    _last.clear();
+    _response.body.clear();
     _room.notify_all();
 }
 

@@ -10,12 +10,10 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <functional>
 #include <mutex>
 #include <string>
-#include <vector>
 
 namespace cimd
 {
@@ -38,7 +36,7 @@ class Reply : public AnswerStream
     // Time begins to run. `writeOff` is called, with the reply locked, if it runs out.
     void start(Time now, std::function<void()> writeOff);
     void flush(HttpResponse& response) override;
-    std::size_t taken() const override;
+    std::size_t taken() const override { return _taken; }
     void whenLate(std::function<HttpResponse()> late) override;
     // The last word; nothing may follow. Ignored when the answer is closed.
     void finish(HttpResponse&& response, Time now);
@@ -50,27 +48,17 @@ class Reply : public AnswerStream
     // Lets an answer go that is kept back.
     void release();
 
-    enum class Start
+    enum class Part
     {
-        Later,  ///< There will be a call of `wake`.
-        Whole,  ///< an answer as it is
-        Stream, ///< the head of one whose body is to be read
-        None    ///< the answer was closed before it was made
+        None,  ///< There will be a call of `wake`.
+        Whole, ///< an answer as it is
+        Head,  ///< of an answer whose body follows
+        Body,  ///< the next bytes of that
+        End,   ///< of the body
+        Broken ///< The answer is incomplete and will stay so; `part` has the trailers.
     };
-    // What is to be sent first.
-    Start takeHead(HttpResponse& head);
-
-    enum class Piece
-    {
-        Text,    ///< there are bytes
-        Nothing, ///< there will be a call of `wake`
-        End,
-        Broken ///< the answer is incomplete and will stay so
-    };
-    // Gives the next bytes of a streaming answer's body.
-    Piece read(std::string& piece);
-    // What to send after the body; of a broken answer only.
-    std::vector<HttpHeader> takeTrailers();
+    // Takes out what is to be sent next.
+    Part take(HttpResponse& part);
     // Nobody takes the rest: `reason` is what the maker hears.
     void close(const std::string& reason);
 
@@ -80,6 +68,7 @@ class Reply : public AnswerStream
     bool overflows(std::string_view chunk);
     std::string overflowed();
     std::string nextPiece();
+    Part takeBody(HttpResponse& part);
     bool isTaken() const { return _overflow.empty() && _unsentBytes <= _mostUnsent / 2; }
     void waitUntilTaken(std::unique_lock<std::mutex>& lock, Time end);
     void waitForQuickClient(std::unique_lock<std::mutex>& lock);
@@ -93,22 +82,20 @@ class Reply : public AnswerStream
     const std::chrono::seconds _timeLimit;
     const std::function<void()> _wake;
 
-    mutable std::mutex _mutex;
+    std::mutex _mutex;
     std::condition_variable _room;
     bool _isAwaited = false; // by the sender
 
-    HttpResponse _response; // the head once the answer streams, everything if it never does
+    HttpResponse _response; // everything, or of an answer that streams head, last piece and trailers
     std::deque<std::string> _unsent;
     std::size_t _unsentBytes = 0; // of _unsent
-    SpoolFile _overflow;          // comes after _unsent
-    std::string _last;            // comes after the overflow
-    std::size_t _taken = 0;
-    std::uint64_t _sent = 0; // bytes that the sender has read
-    std::vector<HttpHeader> _trailers;
+    SpoolFile _overflow;          // comes after _unsent and before the last piece
+    std::size_t _taken = 0;       // the maker's
     bool _isStreaming = false;
+    bool _hasBegun = false;   // the sender has the head
     bool _isComplete = false; // the maker has nothing to add
     bool _isBroken = false;
-    bool _isClosed = false; // the sender has nothing to take
+    bool _isClosed = false; // the sender takes nothing more
     std::string _reason;
     // Closed, or complete without its maker, who looks at this for each result and at the rest for a chunk.
     std::atomic<bool> _isUnwanted{false};

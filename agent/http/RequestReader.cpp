@@ -49,14 +49,6 @@ bool isText(std::string_view text)
                         { return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f'; });
 }
 
-bool listed(const HttpRequest& request, const char* name, std::string_view word)
-{
-    return std::any_of(request.headers.begin(),
-                       request.headers.end(),
-                       [&](const HttpHeader& header)
-                       { return equalNoCase(header.first, name) && listsWord(header.second, word); });
-}
-
 } // namespace
 
 void RequestReader::begin(State state, std::size_t room)
@@ -179,7 +171,7 @@ void RequestReader::readStart()
     if (version[5] != '1')
         return fail(kUnknownVersion, kNoStart);
     _head = Head();
-    _head.isOld = version[7] == '0';
+    _head.form.isOld = version[7] == '0';
     _head.request.method = line.substr(0, first);
     _head.request.target = percentDecoded(target.substr(0, target.find('?')));
     _state = State::Headers;
@@ -198,21 +190,24 @@ void RequestReader::readHeader()
 void RequestReader::endHead()
 {
     const HttpRequest& request = _head.request;
+    AnswerForm& form = _head.form;
     for (const char* name : kSingle)
     {
         const auto isNamed = [name](const HttpHeader& header) { return equalNoCase(header.first, name); };
         if (std::count_if(request.headers.begin(), request.headers.end(), isNamed) > 1)
             return fail(kBadRequest, kTwice);
     }
-    if (!_head.isOld && request.header("Host") == nullptr)
+    if (!form.isOld && request.header("Host") == nullptr)
         return fail(kBadRequest, "The header Host is missing.");
     if (!readLengths())
         return;
-    _head.isLast =
-        _head.isOld ? !listed(request, "Connection", "keep-alive") : listed(request, "Connection", "close");
-    _head.asks = !_head.isOld && listed(request, "Expect", "100-continue");
+    form.closes =
+        form.isOld ? !request.lists("Connection", "keep-alive") : request.lists("Connection", "close");
+    form.hasBody = request.method != "HEAD";
+    form.takesTrailers = !form.isOld && request.lists("TE", "trailers");
+    _head.asks = !form.isOld && request.lists("Expect", "100-continue");
     _left = _head.announced;
-    if (_head.isChunked)
+    if (request.header("Transfer-Encoding") != nullptr)
         begin(State::ChunkSize, kChunkLine);
     else
         _state = _left == 0 ? State::Complete : State::Body;
@@ -223,7 +218,7 @@ bool RequestReader::readLengths()
 {
     const std::string* coding = _head.request.header("Transfer-Encoding");
     const std::string* length = _head.request.header("Content-Length");
-    if (coding != nullptr && (length != nullptr || _head.isOld))
+    if (coding != nullptr && (length != nullptr || _head.form.isOld))
         fail(kBadRequest, kBadLength);
     else if (coding != nullptr && !equalNoCase(*coding, "chunked"))
         fail(kNotImplemented, "The only transfer coding is chunked.");
@@ -236,7 +231,6 @@ bool RequestReader::readLengths()
         if (error != std::errc()) // more than anybody takes
             _head.announced = std::numeric_limits<std::uint64_t>::max();
     }
-    _head.isChunked = coding != nullptr;
     return _state != State::Failed;
 }
 

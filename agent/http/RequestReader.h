@@ -2,7 +2,7 @@
 #ifndef AGENT_HTTP_REQUESTREADER_H
 #define AGENT_HTTP_REQUESTREADER_H
 
-#include "agent/http/message.h"
+#include "agent/http/answer_head.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -32,10 +32,8 @@ class RequestReader
     {
         HttpRequest request;         ///< without peer, user and body
         std::uint64_t announced = 0; ///< bytes of body; 0 if it does not say
-        bool isChunked = false;
-        bool isOld = false;  ///< HTTP/1.0, which knows no chunks
-        bool isLast = false; ///< The client wants no other answer on this connection.
-        bool asks = false;   ///< It waits for a word before it sends the body.
+        bool asks = false;           ///< The client waits for a word before it sends the body.
+        AnswerForm form;
     };
 
     struct Fault

@@ -21,7 +21,6 @@ constexpr Phrase kPhrases[] = {
     {200, "OK"},
     {400, "Bad Request"},
     {401, "Unauthorized"},
-    {403, "Forbidden"},
     {404, "Not Found"},
     {405, "Method Not Allowed"},
     {406, "Not Acceptable"},

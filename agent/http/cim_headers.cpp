@@ -4,8 +4,9 @@
 #include "agent/cim/CimName.h"
 #include "agent/cim/value_text.h"
 
+#include <algorithm>
 #include <charconv>
-#include <vector>
+#include <initializer_list>
 
 namespace cimd
 {
@@ -16,38 +17,17 @@ namespace
 constexpr std::string_view kTarget = "/cimom";
 constexpr const char* kAllow = "OPTIONS, POST";
 
-std::vector<std::string_view> split(std::string_view text, char separator)
+bool isOneOf(std::string_view text, std::initializer_list<std::string_view> words)
 {
-    std::vector<std::string_view> parts;
-    for (;;)
-    {
-        const std::size_t end = text.find(separator);
-        parts.push_back(withoutBlanks(text.substr(0, end)));
-        if (end == std::string_view::npos)
-            return parts;
-        text.remove_prefix(end + 1);
-    }
-}
-
-bool isXmlType(std::string_view type)
-{
-    return equalNoCase(type, "application/xml") || equalNoCase(type, "text/xml");
-}
-
-// The text itself says which of these it is in, see XmlEncoding.
-bool isKnownCharset(std::string_view charset)
-{
-    for (const char* known : {"utf-8", "us-ascii", "utf-16", "utf-16le", "utf-16be"})
-        if (equalNoCase(charset, known))
-            return true;
-    return false;
+    return std::any_of(
+        words.begin(), words.end(), [&](std::string_view word) { return equalNoCase(text, word); });
 }
 
 // application/xml or text/xml in UTF-8 or UTF-16; a charset may be missing, quoted or not.
 bool isCimXml(std::string_view contentType)
 {
     const std::vector<std::string_view> parts = split(contentType, ';');
-    if (!isXmlType(parts.front()))
+    if (!isOneOf(parts.front(), {"application/xml", "text/xml"}))
         return false;
     for (const std::string_view parameter : parts)
     {
@@ -58,7 +38,8 @@ bool isCimXml(std::string_view contentType)
         std::string_view value = withoutBlanks(parameter.substr(equals + 1));
         if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
             value = value.substr(1, value.size() - 2);
-        if (!isKnownCharset(value))
+        // The text itself says which of these it is in, see XmlEncoding.
+        if (!isOneOf(value, {"utf-8", "us-ascii", "utf-16", "utf-16le", "utf-16be"}))
             return false;
     }
     return true;
@@ -66,14 +47,8 @@ bool isCimXml(std::string_view contentType)
 
 bool acceptsXml(std::string_view accept)
 {
-    for (const std::string_view range : split(accept, ','))
-    {
-        const std::string_view type = split(range, ';').front();
-        if (isXmlType(type) || type == "*/*" || equalNoCase(type, "application/*") ||
-            equalNoCase(type, "text/*"))
-            return true;
-    }
-    return false;
+    const auto types = {"application/xml", "text/xml", "application/*", "text/*", "*/*"};
+    return std::any_of(types.begin(), types.end(), [&](const char* type) { return listsWord(accept, type); });
 }
 
 HttpResponse plain(unsigned status, const std::string& reason)

@@ -2,8 +2,7 @@
 #include "agent/http/Connection.h"
 
 #include <algorithm>
-#include <charconv>
-#include <iterator>
+#include <cstdio>
 #include <utility>
 
 namespace cimd
@@ -29,7 +28,7 @@ void Connection::respond(HttpResponse&& answer, bool closes)
     if (answer.body.size() <= kCopied)
         send(answer.body);
     else
-        sendAfter(std::move(answer.body));
+        _rest = std::move(answer.body);
 }
 
 // Brings the next part of an answer into _out.
@@ -40,30 +39,40 @@ bool Connection::fetch()
         endAnswer();
         return true;
     }
-    if (_isStreaming)
-        return fetchPiece();
     if (_station.isStopping)
         _exchange->reply.release();
-    HttpResponse head;
-    switch (_exchange->reply.takeHead(head))
+    HttpResponse part;
+    Reply::Part kind = _exchange->reply.take(part);
+    if (kind == Reply::Part::Whole || kind == Reply::Part::Head)
+        served(part.status);
+    if (kind == Reply::Part::Head)
     {
-    case Reply::Start::Later:
-        return false;
-    case Reply::Start::None:
-        close(kGone);
-        return false;
-    case Reply::Start::Whole:
-        served(head.status);
-        respond(std::move(head), _form.closes);
-        return true;
-    case Reply::Start::Stream:
-        break;
+        _form.closes = _form.closes || _form.isOld || _station.isStopping;
+        sendHead(part, std::nullopt);
+        kind = _exchange->reply.take(part); // leaves together with the head
     }
-    served(head.status);
-    _isStreaming = true;
-    _form.closes = _form.closes || _form.isOld || _station.isStopping;
-    sendHead(head, std::nullopt);
-    return fetchPiece();
+    switch (kind)
+    {
+    case Reply::Part::Whole:
+        respond(std::move(part), _form.closes);
+        break;
+    case Reply::Part::Body:
+        sendPiece(std::move(part.body));
+        break;
+    case Reply::Part::Broken:
+        breakOff(part.trailers);
+        break;
+    case Reply::Part::End:
+        _isAnswered = true;
+        if (!_form.isOld)
+            send("0\r\n\r\n");
+        break;
+    default:
+        if (_out.empty())
+            _place->behindSince = kNever;
+        return !_out.empty();
+    }
+    return true;
 }
 
 void Connection::sendHead(const HttpResponse& answer, std::optional<std::size_t> length)
@@ -78,43 +87,20 @@ void Connection::served(unsigned status)
         _station.admission.served(_place);
 }
 
-bool Connection::fetchPiece()
+void Connection::sendPiece(std::string&& piece)
 {
-    std::string piece;
-    switch (_exchange->reply.read(piece))
-    {
-    case Reply::Piece::Nothing:
-        if (_out.empty())
-            _place->behindSince = kNever;
-        return !_out.empty();
-    case Reply::Piece::Broken:
-        breakOff();
-        return true;
-    case Reply::Piece::End:
-        _isAnswered = true;
-        if (!_form.isOld)
-            send("0\r\n\r\n");
-        return true;
-    case Reply::Piece::Text:
-        break;
-    }
-    if (!_form.isOld)
-    {
-        char size[2 * sizeof piece.size()];
-        const auto sizeEnd = std::to_chars(size, std::end(size), piece.size(), 16).ptr;
-        send({size, static_cast<std::size_t>(sizeEnd - size)});
-        send("\r\n");
-        piece += "\r\n";
-    }
-    sendAfter(std::move(piece));
-    return true;
+    if (_form.isOld)
+        return send(piece);
+    char size[2 * sizeof piece.size() + sizeof "\r\n"];
+    std::snprintf(size, sizeof size, "%zx\r\n", piece.size());
+    send(size);
+    _rest = std::move(piece) + "\r\n";
 }
 
 // A client that wants trailers gets those of the reply; any other finds the connection closed without a last
 // chunk.
-void Connection::breakOff()
+void Connection::breakOff(const std::vector<HttpHeader>& trailers)
 {
-    const std::vector<HttpHeader> trailers = _exchange->reply.takeTrailers();
     log(LogLevel::Warning,
         "http",
         _peer + ": the answer broke off" + (trailers.empty() ? "" : ": " + trailers.back().second));
@@ -144,17 +130,6 @@ void Connection::send(std::string_view bytes)
     if (_out.empty())
         _progress = _station.now;
     _out.append(bytes);
-}
-
-void Connection::sendAfter(std::string&& bytes)
-{
-    if (!_out.empty())
-    {
-        _rest = std::move(bytes);
-        return;
-    }
-    _progress = _station.now;
-    _out = std::move(bytes);
 }
 
 bool Connection::write()

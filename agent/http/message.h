@@ -2,8 +2,6 @@
 #ifndef AGENT_HTTP_MESSAGE_H
 #define AGENT_HTTP_MESSAGE_H
 
-#include "agent/http/status.h"
-
 #include <chrono>
 #include <string>
 #include <string_view>
@@ -12,6 +10,24 @@
 
 namespace cimd
 {
+
+// The statuses that this server gives (RFC 9110; 510 is of RFC 2774).
+constexpr unsigned kOk = 200;
+constexpr unsigned kBadRequest = 400;
+constexpr unsigned kUnauthorized = 401;
+constexpr unsigned kNotFound = 404;
+constexpr unsigned kMethodNotAllowed = 405;
+constexpr unsigned kNotAcceptable = 406;
+constexpr unsigned kRequestTimeout = 408;
+constexpr unsigned kContentTooLarge = 413;
+constexpr unsigned kTargetTooLong = 414;
+constexpr unsigned kUnsupportedMediaType = 415;
+constexpr unsigned kHeadTooLarge = 431;
+constexpr unsigned kInternalError = 500;
+constexpr unsigned kNotImplemented = 501;
+constexpr unsigned kUnavailable = 503;
+constexpr unsigned kUnknownVersion = 505;
+constexpr unsigned kNotExtended = 510;
 
 using HttpHeader = std::pair<std::string, std::string>;
 
@@ -26,10 +42,15 @@ struct HttpRequest
 
     // Value of a header, its name compared without regard to case; null when the request lacks it.
     const std::string* header(std::string_view name) const;
+    // Whether a header of this name lists the word, see listsWord().
+    bool lists(std::string_view name, std::string_view word) const;
 };
 
 // Without the blanks and tabs around it, which count for nothing in headers.
 std::string_view withoutBlanks(std::string_view text);
+
+// What stands between separators, each without the blanks around it.
+std::vector<std::string_view> split(std::string_view text, char separator);
 
 // Whether a header's value is a list ("chunked, trailers;q=1") with this word, in any letter case.
 bool listsWord(std::string_view list, std::string_view word);
