@@ -70,7 +70,6 @@ class Channel
     Channel(const Channel&) = delete; // GnuTLS knows its address
     Channel& operator=(const Channel&) = delete;
 
-    int fd() const { return _socket.get(); }
     bool isTls() const { return _session != nullptr; }
 
     // To be called until it is Done or Broken; without TLS it is Done at once. After Broken the bytes of the

@@ -116,7 +116,6 @@ class Connection
     // Ends whatever is going on; `reason` is what the maker of an answer hears.
     void close(const std::string& reason);
 
-    int fd() const { return _channel.fd(); }
     const Admission::Guest& guest() const { return *_place; }
     // What connections may be doing, for people.
     static constexpr const char* kStateNames[] = {

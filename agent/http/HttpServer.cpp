@@ -8,9 +8,9 @@
 #include "agent/auth/client_address.h"
 #include "agent/cim/CimError.h"
 #include "agent/http/Connection.h"
-#include "agent/http/ConnectionTable.h"
 #include "agent/http/Epoll.h"
 #include "agent/http/cim_headers.h"
+#include "agent/http/connection_lines.h"
 #include "agent/log/log.h"
 
 #include <algorithm>
@@ -80,11 +80,9 @@ class HttpServer::Impl : public Station
                 for (const Listener& listener : _listeners) // a supervisor may have them open, too
                     _epoll.remove(listener.socket.get());
                 _listeners.clear();
-                for (const std::uint64_t id : identities())
-                {
-                    _connections.at(id)->stop();
-                    runConnection(id);
-                }
+                for (auto& entry : _connections)
+                    entry.second.stop();
+                runAll();
             });
         std::unique_lock<std::mutex> lock(_mutex);
         _changed.wait_for(lock, grace, [this] { return _exchanges == 0; });
@@ -99,14 +97,14 @@ class HttpServer::Impl : public Station
 
     std::vector<std::string> connectionTable()
     {
-        ConnectionTable table(limits.connections);
+        ConnectionCounts counts;
         _epoll.postAndWait(
             [&]
             {
                 for (const auto& [id, connection] : _connections)
-                    table.add(connection->guest().address, connection->stateName());
+                    ++counts[connection.guest().address][connection.stateName()];
             });
-        return table.lines();
+        return connectionLines(counts, limits.connections);
     }
 
     ServerState state()
@@ -118,7 +116,7 @@ class HttpServer::Impl : public Station
             [&]
             {
                 for (const auto& entry : _connections)
-                    ++all.connections[entry.second->stateName()];
+                    ++all.connections[entry.second.stateName()];
                 all.answers = answers;
                 all.refusals = refusals.totals();
             });
@@ -127,8 +125,6 @@ class HttpServer::Impl : public Station
     }
 
   private:
-    using ConnectionPtr = std::unique_ptr<Connection>;
-
     struct Listener
     {
         explicit Listener(ListenSocket&& theSocket) : socket(std::move(theSocket)) {}
@@ -147,6 +143,15 @@ class HttpServer::Impl : public Station
         _changed.notify_all();
     }
 
+    static HttpResponse failure(const Exchange& exchange, const std::exception& error)
+    {
+        log(LogLevel::Error, "http", exchange.request.peer + ": " + error.what());
+        HttpResponse response{
+            kInternalError, {{"Content-Type", "text/plain"}}, "The server failed to answer.\n"};
+        response.trailers = failureTrailers(CimError(CimStatus::Failed, "the server failed to answer"));
+        return response;
+    }
+
     void work(const ExchangePtr& running, WorkerPool::Worker& worker)
     {
         Exchange& exchange = *running;
@@ -158,9 +163,7 @@ class HttpServer::Impl : public Station
         }
         catch (const std::exception& error)
         {
-            log(LogLevel::Error, "http", exchange.request.peer + ": " + error.what());
-            response = {kInternalError, {{"Content-Type", "text/plain"}}, "The server failed to answer.\n"};
-            response.trailers = failureTrailers(CimError(CimStatus::Failed, "the server failed to answer"));
+            response = failure(exchange, error);
         }
         exchange.dropBody();
         _pool.giveBack(worker); // before the client can ask again
@@ -206,8 +209,7 @@ class HttpServer::Impl : public Station
                 }
                 catch (const std::exception& error)
                 {
-                    log(LogLevel::Error, "http", exchange->request.peer + ": " + error.what());
-                    refusal = HttpResponse{kInternalError, {}, "The server failed to answer.\n"};
+                    refusal = failure(*exchange, error);
                 }
                 _pool.giveBack(worker);
                 _epoll.post(
@@ -216,7 +218,7 @@ class HttpServer::Impl : public Station
                         const auto entry = _connections.find(id);
                         if (entry == _connections.end())
                             return;
-                        entry->second->vouched(refusal);
+                        entry->second.vouched(refusal);
                         runConnection(id);
                     });
             });
@@ -238,8 +240,8 @@ class HttpServer::Impl : public Station
             if (now >= _due)
                 checkAll();
         }
-        for (const auto& entry : _connections)
-            entry.second->close("the server is stopping");
+        for (auto& entry : _connections)
+            entry.second.close("the server is stopping");
         _connections.clear();
         refusals.tellAll(kNever);
     }
@@ -269,7 +271,7 @@ class HttpServer::Impl : public Station
         const auto entry = _connections.find(id);
         if (entry == _connections.end())
             return;
-        entry->second->ready(event.events);
+        entry->second.ready(event.events);
         runConnection(id);
     }
 
@@ -279,7 +281,7 @@ class HttpServer::Impl : public Station
         const auto entry = _connections.find(id);
         if (entry == _connections.end())
             return;
-        Connection& connection = *entry->second;
+        Connection& connection = entry->second;
         if (connection.run())
             _again.push_back(id);
         _due = std::min(_due, connection.check());
@@ -292,19 +294,19 @@ class HttpServer::Impl : public Station
         _connections.erase(id);
     }
 
-    std::vector<std::uint64_t> identities() const
+    void runAll()
     {
         std::vector<std::uint64_t> all;
         for (const auto& entry : _connections)
             all.push_back(entry.first);
-        return all;
+        for (const std::uint64_t id : all)
+            runConnection(id);
     }
 
     void checkAll()
     {
         _due = kNever;
-        for (const std::uint64_t id : identities())
-            runConnection(id);
+        runAll();
         std::list<ExchangePtr> running;
         {
             std::lock_guard<std::mutex> lock(_mutex);
@@ -363,10 +365,9 @@ class HttpServer::Impl : public Station
             drop(*admission.next(now));
         }
         const std::uint64_t id = _nextId++;
-        auto connection = std::make_unique<Connection>(
-            *this, id, std::move(socket), listener.socket.isTls() ? _tls : nullptr, peer);
-        _epoll.add(connection->fd(), id, EPOLLIN | EPOLLOUT | EPOLLRDHUP | EPOLLET);
-        _connections.emplace(id, std::move(connection));
+        _epoll.add(socket.get(), id, EPOLLIN | EPOLLOUT | EPOLLRDHUP | EPOLLET);
+        _connections.try_emplace(
+            id, *this, id, std::move(socket), listener.socket.isTls() ? _tls : nullptr, peer);
         runConnection(id);
         return true;
     }
@@ -430,7 +431,7 @@ class HttpServer::Impl : public Station
     std::shared_ptr<const TlsContext> _tls;
     Epoll _epoll;
     std::vector<Listener> _listeners;
-    std::unordered_map<std::uint64_t, ConnectionPtr> _connections;
+    std::unordered_map<std::uint64_t, Connection> _connections;
     std::uint64_t _nextId = 0;
     std::vector<std::uint64_t> _again; // those with more to do
     bool _acceptsMore = false;

@@ -28,6 +28,11 @@ struct FreeAddrinfo
     throw std::system_error(errno, std::generic_category(), "cannot listen on " + url + ": " + step);
 }
 
+std::string withBrackets(const std::string& address)
+{
+    return address.find(':') != std::string::npos ? '[' + address + ']' : address;
+}
+
 std::string peerName(const sockaddr* address, socklen_t size)
 {
     char host[NI_MAXHOST];
@@ -35,7 +40,7 @@ std::string peerName(const sockaddr* address, socklen_t size)
     if (getnameinfo(address, size, host, sizeof host, port, sizeof port, NI_NUMERICHOST | NI_NUMERICSERV) !=
         0)
         return "unknown";
-    return (address->sa_family == AF_INET6 ? "[" + std::string(host) + "]" : host) + ":" + port;
+    return withBrackets(host) + ":" + port;
 }
 
 std::string withoutBrackets(const std::string& address)
@@ -46,19 +51,10 @@ std::string withoutBrackets(const std::string& address)
 
 std::uint16_t boundPort(int fd)
 {
-    sockaddr_storage bound{};
+    sockaddr_in6 bound{}; // has the port where that of IPv4 has it
     socklen_t size = sizeof bound;
-    char service[8] = "";
-    if (getsockname(fd, reinterpret_cast<sockaddr*>(&bound), &size) != 0 ||
-        getnameinfo(reinterpret_cast<const sockaddr*>(&bound),
-                    size,
-                    nullptr,
-                    0,
-                    service,
-                    sizeof service,
-                    NI_NUMERICSERV) != 0)
-        return 0;
-    return static_cast<std::uint16_t>(std::stoul(service));
+    getsockname(fd, reinterpret_cast<sockaddr*>(&bound), &size);
+    return ntohs(bound.sin6_port);
 }
 
 } // namespace
@@ -76,21 +72,18 @@ ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsig
         throw std::runtime_error("cannot listen on \"" + address +
                                  "\": not an IPv4 or IPv6 address: " + gai_strerror(rc));
     const std::unique_ptr<addrinfo, FreeAddrinfo> info(found);
-    _ipv6 = info->ai_family == AF_INET6;
-
     _fd = FileDescriptor(socket(info->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     if (_fd.get() < 0)
         fail(url(), "socket");
     const int on = 1;
     if (setsockopt(_fd.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0)
         fail(url(), "SO_REUSEADDR");
-    if (_ipv6 && setsockopt(_fd.get(), IPPROTO_IPV6, IPV6_V6ONLY, &on, sizeof on) != 0)
+    if (info->ai_family == AF_INET6 && setsockopt(_fd.get(), IPPROTO_IPV6, IPV6_V6ONLY, &on, sizeof on) != 0)
         fail(url(), "IPV6_V6ONLY");
     if (bind(_fd.get(), info->ai_addr, info->ai_addrlen) != 0)
         fail(url(), "bind");
     if (listen(_fd.get(), static_cast<int>(backlog)) != 0)
         fail(url(), "listen");
-    _isLoopback = isLoopbackAddress(_address);
     _port = boundPort(_fd.get());
 }
 
@@ -120,8 +113,7 @@ bool ListenSocket::isLoopbackAddress(const std::string& address)
 
 std::string ListenSocket::url() const
 {
-    return (_isTls ? "https://" : "http://") + (_ipv6 ? "[" + _address + "]" : _address) + ":" +
-           std::to_string(_port);
+    return (_isTls ? "https://" : "http://") + withBrackets(_address) + ":" + std::to_string(_port);
 }
 
 } // namespace cimd

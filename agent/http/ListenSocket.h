@@ -27,7 +27,7 @@ class ListenSocket
     // Whether a numeric address is for this machine alone.
     static bool isLoopbackAddress(const std::string& address);
     // Whether only this machine can connect.
-    bool isLoopback() const { return _isLoopback; }
+    bool isLoopback() const { return isLoopbackAddress(_address); }
     // "http://127.0.0.1:5988" or "https://...", with brackets around an IPv6 address.
     std::string url() const;
     // The next client, and its address, "192.0.2.7:49152". Does not wait: the descriptor is negative, and
@@ -38,9 +38,7 @@ class ListenSocket
   private:
     FileDescriptor _fd;
     std::uint16_t _port = 0;
-    bool _ipv6 = false;
     bool _isTls = false;
-    bool _isLoopback = false;
     std::string _address;
 };
 

@@ -4,6 +4,7 @@
 #include "agent/http/cim_headers.h"
 
 #include <ctime>
+#include <utility>
 
 namespace cimd
 {
@@ -11,13 +12,7 @@ namespace cimd
 namespace
 {
 
-struct Phrase
-{
-    unsigned status;
-    const char* text;
-};
-
-constexpr Phrase kPhrases[] = {
+constexpr std::pair<unsigned, const char*> kPhrases[] = {
     {200, "OK"},
     {400, "Bad Request"},
     {401, "Unauthorized"},
@@ -38,9 +33,9 @@ constexpr Phrase kPhrases[] = {
 
 const char* phraseOf(unsigned status)
 {
-    for (const Phrase& phrase : kPhrases)
-        if (phrase.status == status)
-            return phrase.text;
+    for (const auto& [known, phrase] : kPhrases)
+        if (known == status)
+            return phrase;
     return "Unknown";
 }
 

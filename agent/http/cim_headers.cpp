@@ -165,6 +165,26 @@ bool sameText(const CimValue& value, const std::string& text)
     return parsed && *parsed == value;
 }
 
+// Everything but letters, digits and the marks of RFC 3986 that need no escape, and spaces, as "%xx".
+std::string percentEncoded(std::string_view text)
+{
+    constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~ ";
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string encoded;
+    encoded.reserve(text.size());
+    for (const char c : text)
+    {
+        if (kPlain.find(c) != std::string_view::npos)
+        {
+            encoded += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        encoded += {'%', kDigits[byte >> 4], kDigits[byte & 0xF]};
+    }
+    return encoded;
+}
+
 } // namespace
 
 std::string percentDecoded(std::string_view text)
@@ -185,25 +205,6 @@ std::string percentDecoded(std::string_view text)
             decoded += text[at];
     }
     return decoded;
-}
-
-std::string percentEncoded(std::string_view text)
-{
-    constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~ ";
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string encoded;
-    encoded.reserve(text.size());
-    for (const char c : text)
-    {
-        if (kPlain.find(c) != std::string_view::npos)
-        {
-            encoded += c;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(c);
-        encoded += {'%', kDigits[byte >> 4], kDigits[byte & 0xF]};
-    }
-    return encoded;
 }
 
 HttpResponse refusal(unsigned status, const std::string& cimError, const std::string& reason)

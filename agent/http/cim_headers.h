@@ -17,9 +17,6 @@ namespace cimd
 // "root%2Finterop" gives "root/interop"; sequences that are not two hexadecimal digits stand as they are.
 std::string percentDecoded(std::string_view text);
 
-// Everything but letters, digits and the marks of RFC 3986 that need no escape, and spaces, as "%xx".
-std::string percentEncoded(std::string_view text);
-
 // What a request head that cannot be a CIM-XML operation is answered with: wrong target, method, content
 // type, or CIM headers (DSP0200, "Encapsulation of CIM messages"). Nothing for a head that is in order.
 std::optional<HttpResponse> refuseHead(const HttpRequest& head);
