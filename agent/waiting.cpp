@@ -76,7 +76,8 @@ void showWork(const Setting& setting, Servers servers)
 {
     for (const std::string& line : servers.counters.table())
         logAlways("notice", "counters", line);
-    for (const std::string& line : servers.operations.connectionTable())
+    const std::size_t most = setting.settings.options().limits.connections;
+    for (const std::string& line : connectionLines(servers.operations.state().clients, most))
         logAlways("notice", "counters", line);
     const auto requests = setting.inFlight.list();
     logAlways("notice", "counters", "requests in flight: " + std::to_string(requests.size()));

@@ -203,7 +203,8 @@ HttpResponse Connection::refusal(unsigned status, const std::string& reason)
 void Connection::refuse(unsigned status, const std::string& reason)
 {
     _refusal.reset();
-    respond(refusal(status, reason), true);
+    _form.closes = true;
+    respond(refusal(status, reason));
 }
 
 HttpResponse Connection::tooLarge()
@@ -316,11 +317,7 @@ void Connection::completeRequest()
             return;
         _refusal = refusal(kUnavailable, "Too many requests are waiting.");
     }
-    HttpResponse answer = std::move(*_refusal);
-    _refusal.reset();
-    if (answer.holdFor.count() == 0)
-        return respond(std::move(answer), _form.closes);
-    _exchange->reply.finish(std::move(answer), _station.now);
+    hold(*std::exchange(_refusal, std::nullopt));
 }
 
 void Connection::endRequest(const std::string& reason)
@@ -330,6 +327,7 @@ void Connection::endRequest(const std::string& reason)
     _isFresh = false;
     _begun = kNever;
     _form = {};
+    _held.reset();
     if (!_exchange)
         return;
     _exchange->reply.close(reason);
@@ -370,6 +368,8 @@ Time Connection::deadline() const
     case Phase::Drain:
         return _since + kDrainTime;
     case Phase::Answer:
+        if (_held)
+            return _heldUntil;
         return _exchange ? _exchange->reply.check(_station.now) : kNever;
     case Phase::Check:
         break;

@@ -152,7 +152,8 @@ class Connection
     void refuse(unsigned status, const std::string& reason);
     HttpResponse refusal(unsigned status, const std::string& reason);
     HttpResponse tooLarge();
-    void respond(HttpResponse&& answer, bool closes);
+    void hold(HttpResponse&& answer);
+    void respond(HttpResponse&& answer);
     void sendHead(const HttpResponse& answer, std::optional<std::size_t> length);
     void sendPiece(std::string&& piece);
     void breakOff(const std::vector<HttpHeader>& trailers);
@@ -191,6 +192,8 @@ class Connection
     std::size_t _bodyLimit = 0;
     std::function<void(std::string&, std::string_view)> _collect; // see Verdict
     AnswerForm _form;
+    std::optional<HttpResponse> _held; // an answer that is kept back
+    Time _heldUntil = kNever;
     bool _isAnswered = false; // all of the answer has been written, or is in _out and _rest
 
     // To be sent.

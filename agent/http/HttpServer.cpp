@@ -10,7 +10,6 @@
 #include "agent/http/Connection.h"
 #include "agent/http/Epoll.h"
 #include "agent/http/cim_headers.h"
-#include "agent/http/connection_lines.h"
 #include "agent/log/log.h"
 
 #include <algorithm>
@@ -95,18 +94,6 @@ class HttpServer::Impl : public Station
         _epoll.postAndWait([&] { _tls = context; });
     }
 
-    std::vector<std::string> connectionTable()
-    {
-        ConnectionCounts counts;
-        _epoll.postAndWait(
-            [&]
-            {
-                for (const auto& [id, connection] : _connections)
-                    ++counts[connection.guest().address][connection.stateName()];
-            });
-        return connectionLines(counts, limits.connections);
-    }
-
     ServerState state()
     {
         ServerState all;
@@ -115,8 +102,11 @@ class HttpServer::Impl : public Station
         _epoll.postAndWait(
             [&]
             {
-                for (const auto& entry : _connections)
-                    ++all.connections[entry.second.stateName()];
+                for (const auto& [id, connection] : _connections)
+                {
+                    ++all.connections[connection.stateName()];
+                    ++all.clients[connection.guest().address][connection.stateName()];
+                }
                 all.answers = answers;
                 all.refusals = refusals.totals();
             });
@@ -167,7 +157,7 @@ class HttpServer::Impl : public Station
         }
         exchange.dropBody();
         _pool.giveBack(worker); // before the client can ask again
-        exchange.reply.finish(std::move(response), timeNow());
+        exchange.reply.finish(std::move(response));
         changed([&] { _running.remove(running); });
     }
 
@@ -466,11 +456,6 @@ bool HttpServer::stop(std::chrono::milliseconds grace)
 void HttpServer::setTls(const TlsIdentity& identity)
 {
     _impl->setTls(identity);
-}
-
-std::vector<std::string> HttpServer::connectionTable()
-{
-    return _impl->connectionTable();
 }
 
 ServerState HttpServer::state()

@@ -6,6 +6,7 @@
 #include "agent/http/HttpHandler.h"
 #include "agent/http/ListenSocket.h"
 #include "agent/http/WorkerPool.h"
+#include "agent/http/connection_lines.h"
 #include "agent/limits/Limits.h"
 
 #include <chrono>
@@ -35,6 +36,7 @@ struct ServerOptions
 struct ServerState
 {
     std::map<std::string, std::size_t> connections; ///< by what they are doing; all that there is to do
+    ConnectionCounts clients;                       ///< the same by address, but for what nobody does
     std::map<unsigned, std::uint64_t> answers;      ///< by HTTP status
     std::map<std::string, std::uint64_t> refusals;  ///< connections and requests, by reason
     WorkerPool::Load workers;
@@ -63,10 +65,6 @@ class HttpServer
     // Connections from now on have this identity; those that there are keep theirs. Throws std::runtime_error
     // for one that cannot be used. From any thread but the server's.
     void setTls(const TlsIdentity& identity);
-
-    // The connections by address and state, in lines for people; "192.0.2.7: 12: 10 idle, 2 head". From any
-    // thread but the server's.
-    std::vector<std::string> connectionTable();
 
     // From any thread but the server's.
     ServerState state();

@@ -151,34 +151,20 @@ void Reply::hasReturned()
     _due = kNever;
 }
 
-void Reply::finish(HttpResponse&& response, Time now)
+void Reply::finish(HttpResponse&& response)
 {
     std::lock_guard<std::mutex> lock(_mutex);
     hasReturned();
     if (_isComplete)
         return;
-    const auto hold = response.holdFor;
     end(std::move(response));
-    if (hold.count() > 0 && !_isStreaming && !_isClosed)
-    {
-        _heldUntil = now + hold;
-        _wake(); // to look at the time
-    }
-    else
-        wakeSender();
+    wakeSender();
 }
 
 Time Reply::check(Time now)
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    if (_heldUntil <= now)
-    {
-        _heldUntil = kNever;
-        wakeSender();
-    }
-    if (_due == kNever)
-        return _heldUntil;
-    if (now < _due)
+    if (now < _due || _due == kNever)
         return _due;
     if (_isWaiting)
         return now + kWaitStep; // by how much it is due later shows when the client has taken something
@@ -195,21 +181,12 @@ Time Reply::check(Time now)
     return kNever;
 }
 
-void Reply::release()
-{
-    std::lock_guard<std::mutex> lock(_mutex);
-    if (_heldUntil == kNever)
-        return;
-    _heldUntil = kNever;
-    wakeSender();
-}
-
 Reply::Part Reply::take(HttpResponse& part)
 {
     std::lock_guard<std::mutex> lock(_mutex);
     if (_hasBegun)
         return takeBody(part);
-    _isAwaited = !_isStreaming && (!_isComplete || _heldUntil != kNever);
+    _isAwaited = !_isStreaming && !_isComplete;
     if (_isAwaited)
         return Part::None;
     if (!_isStreaming)

@@ -39,14 +39,12 @@ class Reply : public AnswerStream
     std::size_t taken() const override { return _taken; }
     void whenLate(std::function<HttpResponse()> late) override;
     // The last word; nothing may follow. Ignored when the answer is closed.
-    void finish(HttpResponse&& response, Time now);
+    void finish(HttpResponse&& response);
 
     // --- the I/O thread
 
     // Does what is due. @return when to be called again.
     Time check(Time now);
-    // Lets an answer go that is kept back.
-    void release();
 
     enum class Part
     {
@@ -103,7 +101,6 @@ class Reply : public AnswerStream
     std::function<HttpResponse()> _late;
     std::function<void()> _writeOff;
     Time _due = kNever;
-    Time _heldUntil = kNever; // set while a complete answer is kept back
     bool _isWaiting = false;  // for the client
     Time::duration _patience; // for a client that keeps up
 };

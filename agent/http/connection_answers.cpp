@@ -17,9 +17,16 @@ constexpr std::size_t kKept = 4 * 1024;    // of a buffer between two answers
 
 } // namespace
 
-void Connection::respond(HttpResponse&& answer, bool closes)
+// Answers after the time that the answer says.
+void Connection::hold(HttpResponse&& answer)
 {
-    _form.closes = closes || _station.isStopping;
+    _heldUntil = _station.now + answer.holdFor;
+    _held = std::move(answer);
+}
+
+void Connection::respond(HttpResponse&& answer)
+{
+    _form.closes = _form.closes || _station.isStopping;
     enter(Phase::Answer);
     _isAnswered = true;
     sendHead(answer, answer.body.size());
@@ -39,8 +46,13 @@ bool Connection::fetch()
         endAnswer();
         return true;
     }
-    if (_station.isStopping)
-        _exchange->reply.release();
+    if (_held)
+    {
+        if (_station.now < _heldUntil && !_station.isStopping)
+            return false;
+        respond(*std::exchange(_held, std::nullopt));
+        return true;
+    }
     HttpResponse part;
     Reply::Part kind = _exchange->reply.take(part);
     if (kind == Reply::Part::Whole || kind == Reply::Part::Head)
@@ -54,7 +66,7 @@ bool Connection::fetch()
     switch (kind)
     {
     case Reply::Part::Whole:
-        respond(std::move(part), _form.closes);
+        hold(std::move(part));
         break;
     case Reply::Part::Body:
         sendPiece(std::move(part.body));

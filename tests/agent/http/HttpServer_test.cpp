@@ -235,7 +235,8 @@ TEST_F(HttpServerTest, GivesThePlaceOfTheFirstStrangerToANewClient)
     RawClient silent(port);
     RawClient slow(port);
     slow.send("POST /");
-    while (server->connectionTable().back() != "127.0.0.1: 3: 1 head, 2 idle")
+    while (connectionLines(server->state().clients, limits.connections).back() !=
+           "127.0.0.1: 3: 1 head, 2 idle")
         std::this_thread::yield();
 
     RawClient busy(port);
