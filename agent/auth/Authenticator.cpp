@@ -1,14 +1,13 @@
 // Log-ins: what is remembered, what is checked, what is refused.
 #include "agent/auth/Authenticator.h"
 
+#include "agent/auth/gnutls_handles.h"
 #include "agent/auth/password_hash.h"
 #include "agent/cim/value_text.h"
 #include "agent/log/log.h"
 
 #include <algorithm>
 #include <gnutls/crypto.h>
-#include <gnutls/gnutls.h>
-#include <stdexcept>
 #include <utility>
 
 namespace cimd
@@ -20,17 +19,10 @@ namespace
 constexpr std::size_t kKeyBytes = 32;
 constexpr std::size_t kDigestBytes = 32; // of HMAC-SHA256
 
-[[noreturn]] void failTls(const char* step, int code)
-{
-    throw std::runtime_error(std::string(step) + ": " + gnutls_strerror(code));
-}
-
 std::vector<unsigned char> randomKey()
 {
     std::vector<unsigned char> key(kKeyBytes);
-    const int rc = gnutls_rnd(GNUTLS_RND_KEY, key.data(), key.size());
-    if (rc != GNUTLS_E_SUCCESS)
-        failTls("cannot make a random key", rc);
+    checkTls(gnutls_rnd(GNUTLS_RND_KEY, key.data(), key.size()), "cannot make a random key");
     return key;
 }
 
@@ -151,14 +143,13 @@ LogIn Authenticator::refused(const std::string& peer, const std::string& reason)
 std::string Authenticator::digest(const std::string& authorization) const
 {
     std::string digest(kDigestBytes, '\0');
-    const int rc = gnutls_hmac_fast(GNUTLS_MAC_SHA256,
-                                    _key.data(),
-                                    _key.size(),
-                                    authorization.data(),
-                                    authorization.size(),
-                                    digest.data());
-    if (rc != GNUTLS_E_SUCCESS)
-        failTls("HMAC-SHA256", rc);
+    checkTls(gnutls_hmac_fast(GNUTLS_MAC_SHA256,
+                              _key.data(),
+                              _key.size(),
+                              authorization.data(),
+                              authorization.size(),
+                              digest.data()),
+             "HMAC-SHA256");
     return digest;
 }
 

@@ -1,15 +1,13 @@
 // Reading certificate and key, with complaints that an operator can act on.
 #include "agent/auth/TlsIdentity.h"
 
+#include "agent/auth/gnutls_handles.h"
 #include "agent/auth/private_file.h"
 #include "agent/log/log.h"
 
 #include <ctime>
-#include <gnutls/gnutls.h>
 #include <gnutls/x509.h>
-#include <memory>
 #include <stdexcept>
-#include <type_traits>
 #include <vector>
 
 namespace cimd
@@ -20,38 +18,17 @@ namespace
 
 using Bytes = std::vector<unsigned char>;
 
-template <class Handle, void (*Free)(Handle)>
-struct Freeing
-{
-    using pointer = Handle;
-    void operator()(Handle handle) const { Free(handle); }
-};
-using Certificate = std::unique_ptr<gnutls_x509_crt_t, Freeing<gnutls_x509_crt_t, gnutls_x509_crt_deinit>>;
-using Key =
-    std::unique_ptr<gnutls_x509_privkey_t, Freeing<gnutls_x509_privkey_t, gnutls_x509_privkey_deinit>>;
-
-void check(int code, const std::string& complaint)
-{
-    if (code < 0)
-        throw std::runtime_error(complaint + ": " + gnutls_strerror(code));
-}
-
-// Refers to the text.
-gnutls_datum_t datum(const std::string& text)
-{
-    // The library's readers take pointers to what they do not change.
-    auto* bytes = reinterpret_cast<unsigned char*>(const_cast<char*>(text.data()));
-    return {bytes, static_cast<unsigned>(text.size())};
-}
+using Certificate = TlsHandle<gnutls_x509_crt_t, gnutls_x509_crt_deinit>;
+using Key = TlsHandle<gnutls_x509_privkey_t, gnutls_x509_privkey_deinit>;
 
 // The first certificate of a PEM text.
 Certificate firstCertificate(const std::string& pem, const std::string& complaint)
 {
     gnutls_x509_crt_t handle = nullptr;
-    check(gnutls_x509_crt_init(&handle), complaint);
+    checkTls(gnutls_x509_crt_init(&handle), complaint);
     Certificate certificate(handle);
-    const gnutls_datum_t text = datum(pem);
-    check(gnutls_x509_crt_import(handle, &text, GNUTLS_X509_FMT_PEM), complaint);
+    const gnutls_datum_t text = tlsText(pem);
+    checkTls(gnutls_x509_crt_import(handle, &text, GNUTLS_X509_FMT_PEM), complaint);
     return certificate;
 }
 
@@ -63,7 +40,7 @@ Bytes keyId(int (*get)(Handle, unsigned, unsigned char*, size_t*),
 {
     Bytes id(64);
     size_t size = id.size();
-    check(get(handle, GNUTLS_KEYID_USE_SHA256, id.data(), &size), complaint);
+    checkTls(get(handle, GNUTLS_KEYID_USE_SHA256, id.data(), &size), complaint);
     id.resize(size);
     return id;
 }
@@ -98,11 +75,11 @@ std::string readPrivateKey(const std::string& path, const std::string& certifica
     std::string pem = readSmallFile(path, Secrecy::Secret).text;
     const std::string complaint = path + ": holds no unencrypted private key in PEM form";
     gnutls_x509_privkey_t handle = nullptr;
-    check(gnutls_x509_privkey_init(&handle), complaint);
+    checkTls(gnutls_x509_privkey_init(&handle), complaint);
     const Key key(handle);
-    const gnutls_datum_t text = datum(pem);
-    check(gnutls_x509_privkey_import2(handle, &text, GNUTLS_X509_FMT_PEM, nullptr, GNUTLS_PKCS_PLAIN),
-          complaint);
+    const gnutls_datum_t text = tlsText(pem);
+    checkTls(gnutls_x509_privkey_import2(handle, &text, GNUTLS_X509_FMT_PEM, nullptr, GNUTLS_PKCS_PLAIN),
+             complaint);
     const Certificate own = firstCertificate(certificate, "the certificate");
     if (keyId(gnutls_x509_privkey_get_key_id, handle, path) !=
         keyId(gnutls_x509_crt_get_key_id, own.get(), "the certificate"))

@@ -6,7 +6,6 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <new>
-#include <stdexcept>
 #include <sys/socket.h>
 
 namespace cimd
@@ -20,19 +19,6 @@ namespace
 constexpr const char* kPriorities = "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2:-RSA:%SERVER_PRECEDENCE";
 constexpr unsigned kTls12 = 0x0303;
 constexpr std::size_t kMostAtOnce = 256 * 1024;
-
-void check(int code, const char* step)
-{
-    if (code < 0)
-        throw std::runtime_error(std::string("TLS: ") + step + ": " + gnutls_strerror(code));
-}
-
-// Refers to the text, which the library only reads.
-gnutls_datum_t datum(const std::string& text)
-{
-    auto* bytes = reinterpret_cast<unsigned char*>(const_cast<char*>(text.data()));
-    return {bytes, static_cast<unsigned>(text.size())};
-}
 
 std::string versionName(unsigned version)
 {
@@ -54,9 +40,25 @@ Channel::Result resultOf(ssize_t bytes)
     return {errno == EAGAIN ? Channel::State::Again : Channel::State::Broken};
 }
 
-bool isHarmless(ssize_t code)
+Channel::Result tlsResult(ssize_t code)
 {
-    return code != GNUTLS_E_AGAIN && gnutls_error_is_fatal(static_cast<int>(code)) == 0;
+    if (code >= 0)
+        return {Channel::State::Done, static_cast<std::size_t>(code)};
+    if (code == GNUTLS_E_PREMATURE_TERMINATION) // many a client says no goodbye
+        return {Channel::State::End};
+    return {code == GNUTLS_E_AGAIN ? Channel::State::Again : Channel::State::Broken};
+}
+
+// Repeats a call that the library interrupts for nothing that matters here.
+template <class Call>
+ssize_t called(Call call)
+{
+    for (;;)
+    {
+        const ssize_t code = call();
+        if (code >= 0 || code == GNUTLS_E_AGAIN || gnutls_error_is_fatal(static_cast<int>(code)) != 0)
+            return code;
+    }
 }
 
 } // namespace
@@ -64,17 +66,17 @@ bool isHarmless(ssize_t code)
 TlsContext::TlsContext(const TlsIdentity& identity)
 {
     gnutls_certificate_credentials_t credentials = nullptr;
-    check(gnutls_certificate_allocate_credentials(&credentials), "credentials");
+    checkTls(gnutls_certificate_allocate_credentials(&credentials), "TLS: credentials");
     _credentials.reset(credentials);
-    const gnutls_datum_t certificate = datum(identity.certificate);
-    const gnutls_datum_t key = datum(identity.key);
-    check(gnutls_certificate_set_x509_key_mem(credentials, &certificate, &key, GNUTLS_X509_FMT_PEM),
-          "certificate and key");
+    const gnutls_datum_t certificate = tlsText(identity.certificate);
+    const gnutls_datum_t key = tlsText(identity.key);
+    checkTls(gnutls_certificate_set_x509_key_mem(credentials, &certificate, &key, GNUTLS_X509_FMT_PEM),
+             "TLS: certificate and key");
     gnutls_priority_t priorities = nullptr;
-    check(gnutls_priority_init(&priorities, kPriorities, nullptr), "priorities");
+    checkTls(gnutls_priority_init(&priorities, kPriorities, nullptr), "TLS: priorities");
     _priorities.reset(priorities);
     _ticketKey.reset(new gnutls_datum_t{});
-    check(gnutls_session_ticket_key_generate(_ticketKey.get()), "key of tickets");
+    checkTls(gnutls_session_ticket_key_generate(_ticketKey.get()), "TLS: key of tickets");
 }
 
 void TlsContext::WipeKey::operator()(gnutls_datum_t* key) const
@@ -84,17 +86,18 @@ void TlsContext::WipeKey::operator()(gnutls_datum_t* key) const
     delete key;
 }
 
-Channel::Channel(FileDescriptor socket, const TlsContext* tls) : _socket(std::move(socket))
+Channel::Channel(FileDescriptor socket, std::shared_ptr<const TlsContext> tls)
+    : _socket(std::move(socket)), _tls(std::move(tls))
 {
-    if (tls == nullptr)
+    if (!_tls)
         return;
     gnutls_session_t session = nullptr;
     if (gnutls_init(&session, GNUTLS_SERVER | GNUTLS_NONBLOCK | GNUTLS_NO_SIGNAL) < 0)
         throw std::bad_alloc();
     _session.reset(session);
-    if (gnutls_priority_set(session, tls->priorities()) < 0 ||
-        gnutls_credentials_set(session, GNUTLS_CRD_CERTIFICATE, tls->credentials()) < 0 ||
-        gnutls_session_ticket_enable_server(session, &tls->ticketKey()) < 0)
+    if (gnutls_priority_set(session, _tls->priorities()) < 0 ||
+        gnutls_credentials_set(session, GNUTLS_CRD_CERTIFICATE, _tls->credentials()) < 0 ||
+        gnutls_session_ticket_enable_server(session, &_tls->ticketKey()) < 0)
         throw std::bad_alloc();
     gnutls_session_set_ptr(session, this);
     gnutls_handshake_set_timeout(session, 0); // the server has a clock of its own
@@ -128,30 +131,27 @@ int Channel::onMessage(
     return GNUTLS_E_SUCCESS;
 }
 
-Channel::Result Channel::shakeHands()
+Channel::State Channel::shakeHands()
 {
     if (!_session)
-        return {State::Done};
-    int code = 0;
-    do
-        code = gnutls_handshake(_session.get());
-    while (code < 0 && isHarmless(code));
+        return State::Done;
+    const int code = static_cast<int>(called([this] { return gnutls_handshake(_session.get()); }));
     if (code == GNUTLS_E_SUCCESS)
     {
         // The client's last message gets no answer, and many a client keeps its request back until that is
         // acknowledged, which the system would put off for 40 ms.
         const int on = 1;
         setsockopt(_socket.get(), IPPROTO_TCP, TCP_QUICKACK, &on, sizeof on);
-        return {State::Done};
+        return State::Done;
     }
     if (code == GNUTLS_E_AGAIN)
-        return {State::Again};
+        return State::Again;
     if (code == GNUTLS_E_FATAL_ALERT_RECEIVED || code == GNUTLS_E_WARNING_ALERT_RECEIVED)
         _alert = gnutls_alert_get(_session.get());
     else if (_hasReceived)
         gnutls_alert_send_appropriate(_session.get(), code);
     _session.reset();
-    return {State::Broken};
+    return State::Broken;
 }
 
 std::string Channel::handshakeFault() const
@@ -174,35 +174,20 @@ std::string Channel::handshakeFault() const
 
 Channel::Result Channel::read(char* to, std::size_t size)
 {
-    if (!_session)
-    {
-        const Result result = resultOf(recv(_socket.get(), to, size, 0));
-        return result.state == State::Done && result.bytes == 0 ? Result{State::End} : result;
-    }
-    ssize_t code = 0;
-    do
-        code = gnutls_record_recv(_session.get(), to, size);
-    while (code < 0 && isHarmless(code));
-    if (code == GNUTLS_E_AGAIN)
-        return {State::Again};
-    if (code == 0 || code == GNUTLS_E_PREMATURE_TERMINATION)
-        return {State::End};
-    return code > 0 ? Result{State::Done, static_cast<std::size_t>(code)} : Result{State::Broken};
+    const Result result =
+        _session ? tlsResult(called([&] { return gnutls_record_recv(_session.get(), to, size); }))
+                 : resultOf(recv(_socket.get(), to, size, 0));
+    return result.state == State::Done && result.bytes == 0 ? Result{State::End} : result;
 }
 
 Channel::Result Channel::write(std::string_view bytes, bool isMoreToCome)
 {
     bytes = bytes.substr(0, kMostAtOnce);
-    if (!_session)
-        return resultOf(
-            send(_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL | (isMoreToCome ? MSG_MORE : 0)));
-    ssize_t code = 0;
-    do
-        code = gnutls_record_send(_session.get(), bytes.data(), bytes.size());
-    while (code < 0 && isHarmless(code));
-    if (code == GNUTLS_E_AGAIN)
-        return {State::Again};
-    return code >= 0 ? Result{State::Done, static_cast<std::size_t>(code)} : Result{State::Broken};
+    if (_session)
+        return tlsResult(
+            called([&] { return gnutls_record_send(_session.get(), bytes.data(), bytes.size()); }));
+    return resultOf(
+        send(_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL | (isMoreToCome ? MSG_MORE : 0)));
 }
 
 void Channel::endWriting()

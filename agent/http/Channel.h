@@ -3,26 +3,17 @@
 #define AGENT_HTTP_CHANNEL_H
 
 #include "agent/auth/TlsIdentity.h"
+#include "agent/auth/gnutls_handles.h"
 #include "agent/base/FileDescriptor.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <gnutls/gnutls.h>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <type_traits>
 
 namespace cimd
 {
-
-template <class Handle, void (*Free)(Handle)>
-struct TlsFree
-{
-    void operator()(Handle handle) const { Free(handle); }
-};
-template <class Handle, void (*Free)(Handle)>
-using TlsHandle = std::unique_ptr<std::remove_pointer_t<Handle>, TlsFree<Handle, Free>>;
 
 // What all TLS connections of a server share.
 class TlsContext
@@ -65,8 +56,8 @@ class Channel
         std::size_t bytes = 0;
     };
 
-    // A null context means no TLS; it outlives the channel. Throws std::bad_alloc.
-    Channel(FileDescriptor socket, const TlsContext* tls);
+    // A null context means no TLS. Throws std::bad_alloc.
+    Channel(FileDescriptor socket, std::shared_ptr<const TlsContext> tls);
     Channel(const Channel&) = delete; // GnuTLS knows its address
     Channel& operator=(const Channel&) = delete;
 
@@ -74,7 +65,7 @@ class Channel
 
     // To be called until it is Done or Broken; without TLS it is Done at once. After Broken the bytes of the
     // socket are read as they are.
-    Result shakeHands();
+    State shakeHands();
     // Why the handshake failed, or what it waits for.
     std::string handshakeFault() const;
     // Whether the client has sent anything at all; for TLS alone.
@@ -93,6 +84,7 @@ class Channel
         gnutls_session_t session, unsigned type, unsigned, unsigned incoming, const gnutls_datum_t* message);
 
     FileDescriptor _socket;
+    const std::shared_ptr<const TlsContext> _tls; // the session's
     TlsHandle<gnutls_session_t, gnutls_deinit> _session;
     bool _hasReceived = false;
     bool _isGreeted = false; // a ClientHello came

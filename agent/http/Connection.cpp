@@ -25,10 +25,10 @@ Connection::Connection(Station& station,
                        FileDescriptor socket,
                        std::shared_ptr<const TlsContext> tls,
                        std::string peer)
-    : _station(station), _id(id), _tls(std::move(tls)), _channel(std::move(socket), _tls.get()),
-      _peer(std::move(peer)), _place(station.admission.enter(id, clientAddress(_peer))),
-      _phase(_tls ? Phase::Handshake : Phase::Idle), _since(station.now), _reader(station.limits.headBytes),
-      _progress(station.now)
+    : _station(station), _id(id), _channel(std::move(socket), std::move(tls)), _peer(std::move(peer)),
+      _place(station.admission.enter(id, clientAddress(_peer))),
+      _phase(_channel.isTls() ? Phase::Handshake : Phase::Idle), _since(station.now),
+      _reader(station.limits.headBytes), _progress(station.now)
 {
 }
 
@@ -97,7 +97,7 @@ bool Connection::step()
 
 bool Connection::shakeHands()
 {
-    switch (_channel.shakeHands().state)
+    switch (_channel.shakeHands())
     {
     case Channel::State::Done:
         enter(Phase::Idle);

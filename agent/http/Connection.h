@@ -168,7 +168,6 @@ class Connection
 
     Station& _station;
     const std::uint64_t _id;
-    const std::shared_ptr<const TlsContext> _tls; // the channel's
     Channel _channel;
     const std::string _peer;
     const Admission::Place _place;
