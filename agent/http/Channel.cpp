@@ -122,12 +122,8 @@ int Channel::onMessage(
     Channel& channel = *static_cast<Channel*>(gnutls_session_get_ptr(session));
     if (incoming == 0)
         channel._isAgreed = channel._isAgreed || type == GNUTLS_HANDSHAKE_SERVER_HELLO;
-    else if (type == GNUTLS_HANDSHAKE_CLIENT_HELLO)
-    {
-        channel._isGreeted = true;
-        if (message != nullptr && message->size >= 2)
-            channel._version = message->data[0] * 256U + message->data[1];
-    }
+    else if (type == GNUTLS_HANDSHAKE_CLIENT_HELLO && message != nullptr && message->size >= 2)
+        channel._version = message->data[0] * 256U + message->data[1];
     return GNUTLS_E_SUCCESS;
 }
 
@@ -158,14 +154,14 @@ std::string Channel::handshakeFault() const
 {
     if (!_hasReceived)
         return "the client sent nothing";
-    if (!_isGreeted)
+    if (_version == 0)
         return "what the client sent is not TLS";
     if (_alert != 0)
     {
         const char* name = gnutls_alert_get_name(static_cast<gnutls_alert_description_t>(_alert));
         return std::string("the client refused: ") + (name != nullptr ? name : "unknown alert");
     }
-    if (_version != 0 && _version < kTls12)
+    if (_version < kTls12)
         return "the client knows nothing newer than " + versionName(_version) + ", TLS 1.2 is needed";
     // Some clients say why in a way that GnuTLS does not read.
     return _isAgreed ? "the client left, perhaps because it does not trust the certificate"

@@ -44,13 +44,14 @@ void Reply::start(Time now, std::function<void()> writeOff)
 
 void Reply::wakeSender()
 {
-    if (std::exchange(_isAwaited, false) && !_isClosed)
+    if (std::exchange(_isAwaited, false))
         _wake();
 }
 
-void Reply::throwClosed() const
+void Reply::checkWanted() const
 {
-    throw AnswerClosed(_reason);
+    if (_isUnwanted)
+        throw AnswerClosed(_reason);
 }
 
 void Reply::flush(HttpResponse& response)
@@ -60,8 +61,7 @@ void Reply::flush(HttpResponse& response)
     std::unique_lock<std::mutex> lock(_mutex);
     if (!hasRoom())
         waitForQuickClient(lock);
-    if (_isClosed || _isComplete)
-        throwClosed();
+    checkWanted();
     std::string chunk = std::move(response.body);
     response.body.clear();
     response.body.reserve(_chunk + kBeyond);
@@ -76,8 +76,7 @@ void Reply::flush(HttpResponse& response)
     else if (!overflows(chunk))
     {
         waitUntilTaken(lock, kNever); // or until the sender closes the answer
-        if (_isClosed || _isComplete)
-            throwClosed();
+        checkWanted();
         push(std::move(chunk));
     }
     wakeSender();
@@ -105,7 +104,7 @@ catch (const CimError& error)
 void Reply::waitUntilTaken(std::unique_lock<std::mutex>& lock, Time end)
 {
     const Time asked = timeNow();
-    const auto isOver = [this] { return isTaken() || _isClosed || _isComplete; };
+    const auto isOver = [this] { return isTaken() || _isUnwanted; };
     _isWaiting = true;
     _room.wait_until(lock, end, isOver);
     _isWaiting = false;
@@ -236,7 +235,7 @@ Reply::Part Reply::takeBody(HttpResponse& part)
     {
         log(LogLevel::Error, "http", error.what());
         _reason = error.what();
-        _isComplete = _isBroken = true;
+        _isUnwanted = _isComplete = _isBroken = true;
         _overflow.clear();
     }
     if (isTaken())
@@ -253,7 +252,8 @@ Reply::Part Reply::takeBody(HttpResponse& part)
 void Reply::close(const std::string& reason)
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    _isClosed = _isUnwanted = true;
+    _isAwaited = false;
+    _isUnwanted = true;
     if (_reason.empty())
         _reason = reason;
     _unsent.clear();

@@ -73,7 +73,7 @@ class Reply : public AnswerStream
     void push(std::string&& chunk);
     void end(HttpResponse&& response);
     void hasReturned();
-    [[noreturn]] void throwClosed() const;
+    void checkWanted() const;
 
     const std::size_t _chunk;
     const std::size_t _mostUnsent;
@@ -93,9 +93,9 @@ class Reply : public AnswerStream
     bool _hasBegun = false;   // the sender has the head
     bool _isComplete = false; // the maker has nothing to add
     bool _isBroken = false;
-    bool _isClosed = false; // the sender takes nothing more
     std::string _reason;
-    // Closed, or complete without its maker, who looks at this for each result and at the rest for a chunk.
+    // Closed, or complete without its maker, who looks at this for each result and at the rest for a chunk;
+    // _reason says why.
     std::atomic<bool> _isUnwanted{false};
 
     std::function<HttpResponse()> _late;
