@@ -11,43 +11,36 @@ namespace cimd
 namespace
 {
 
-CMPIData propertyData(const InstanceObject& object, const Property& property)
+std::optional<CMPIData> dataOf(const InstanceObject& object, const Property* property)
 {
+    if (!property)
+        return std::nullopt;
     const bool isKey =
-        object.info && object.info->properties()[*object.info->findProperty(property.name.str())]->isKey();
-    return toCmpi(property.value, isKey ? CMPI_keyValue : CMPI_goodValue);
+        object.info && object.info->properties()[*object.info->findProperty(property->name.str())]->isKey();
+    return toCmpi(property->value, isKey ? CMPI_keyValue : CMPI_goodValue);
 }
 
 CMPIData getProperty(const CMPIInstance* instance, const char* name, CMPIStatus* rc)
 {
-    bool isFound = true;
-    const CMPIData result = answer(rc,
-                                   [&]
-                                   {
-                                       const auto& object = objectOf<InstanceObject>(instance);
-                                       const Property* property = object.find(orEmpty(name));
-                                       isFound = property != nullptr;
-                                       return isFound ? propertyData(object, *property) : CMPIData{};
-                                   });
-    return isFound ? result : notFound(rc);
+    return answerFound(rc,
+                       [&]
+                       {
+                           const auto& object = objectOf<InstanceObject>(instance);
+                           return dataOf(object, object.find(orEmpty(name)));
+                       });
 }
 
 CMPIData getPropertyAt(const CMPIInstance* instance, CMPICount index, CMPIString** name, CMPIStatus* rc)
 {
-    bool isFound = true;
-    const CMPIData result = answer(rc,
-                                   [&]
-                                   {
-                                       const auto& object = objectOf<InstanceObject>(instance);
-                                       const Property* property = object.at(index);
-                                       isFound = property != nullptr;
-                                       if (!isFound)
-                                           return CMPIData{};
-                                       if (name)
-                                           *name = trackString(property->name.str());
-                                       return propertyData(object, *property);
-                                   });
-    return isFound ? result : notFound(rc);
+    return answerFound(rc,
+                       [&]
+                       {
+                           const auto& object = objectOf<InstanceObject>(instance);
+                           const Property* property = object.at(index);
+                           if (property && name)
+                               *name = trackString(property->name.str());
+                           return dataOf(object, property);
+                       });
 }
 
 CMPICount getPropertyCount(const CMPIInstance* instance, CMPIStatus* rc)

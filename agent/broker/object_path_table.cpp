@@ -59,32 +59,17 @@ CMPIStatus addKey(const CMPIObjectPath* path, const char* name, const CMPIValue*
 
 CMPIData getKey(const CMPIObjectPath* path, const char* name, CMPIStatus* rc)
 {
-    bool isFound = true;
-    const CMPIData result = answer(rc,
-                                   [&]
-                                   {
-                                       const CimValue* value = pathOf(path).findKey(CimName(orEmpty(name)));
-                                       isFound = value != nullptr;
-                                       return isFound ? toCmpi(*value, CMPI_keyValue) : CMPIData{};
-                                   });
-    return isFound ? result : notFound(rc);
+    return answerValue(
+        rc, [&] { return pathOf(path).findKey(CimName(orEmpty(name))); }, CMPI_keyValue);
 }
 
 CMPIData getKeyAt(const CMPIObjectPath* path, CMPICount index, CMPIString** name, CMPIStatus* rc)
 {
-    bool isFound = true;
-    const CMPIData result = answer(rc,
-                                   [&]
-                                   {
-                                       const auto& keys = pathOf(path).keys();
-                                       isFound = index < keys.size();
-                                       if (!isFound)
-                                           return CMPIData{};
-                                       if (name)
-                                           *name = trackString(keys[index].name.str());
-                                       return toCmpi(keys[index].value, CMPI_keyValue);
-                                   });
-    return isFound ? result : notFound(rc);
+    const auto keys = [&]() -> auto&
+    {
+        return pathOf(path).keys();
+    };
+    return answerItem(rc, keys, index, name, CMPI_keyValue);
 }
 
 CMPICount getKeyCount(const CMPIObjectPath* path, CMPIStatus* rc)

@@ -133,14 +133,8 @@ struct ContextObject : CMPIContext, Tracked
     void set(const std::string& name, CimValue value);
     const CimValue* find(std::string_view name) const;
 
-    struct Entry
-    {
-        std::string name;
-        CimValue value;
-    };
-
     RequestContext request;
-    std::vector<Entry> entries;
+    std::vector<Argument> entries; // their names are told apart by case
 };
 
 // The object behind a handle; CmpiError (invalid handle) if it is null or not one of ours.

@@ -118,18 +118,12 @@ CMPIArray* enumerationArray(const CMPIEnumeration* enumeration, CMPIStatus* rc)
 
 // Items by name or index, of arguments and contexts.
 
-CMPIString** setName(CMPIString** name, const std::string& text)
+CimValue* findArgument(ArgsObject& object, const char* name)
 {
-    if (name)
-        *name = trackString(text);
-    return name;
-}
-
-std::vector<Argument>::iterator findArgument(ArgsObject& object, const char* name)
-{
-    return std::find_if(object.arguments.begin(),
-                        object.arguments.end(),
-                        [&](const Argument& argument) { return equalNoCase(argument.name.str(), name); });
+    for (Argument& argument : object.arguments)
+        if (equalNoCase(argument.name.str(), name))
+            return &argument.value;
+    return nullptr;
 }
 
 CMPIStatus addArgument(const CMPIArgs* args, const char* name, const CMPIValue* value, CMPIType type)
@@ -139,42 +133,25 @@ CMPIStatus addArgument(const CMPIArgs* args, const char* name, const CMPIValue* 
         {
             auto& object = objectOf<ArgsObject>(args);
             CimValue converted = fromCmpi(value, type);
-            const auto place = findArgument(object, required(name, "the name of an argument"));
-            if (place == object.arguments.end())
-                object.arguments.push_back({CimName(name), std::move(converted)});
+            if (CimValue* known = findArgument(object, required(name, "the name of an argument")))
+                *known = std::move(converted);
             else
-                place->value = std::move(converted);
+                object.arguments.push_back({CimName(name), std::move(converted)});
         });
 }
 
 CMPIData getArgument(const CMPIArgs* args, const char* name, CMPIStatus* rc)
 {
-    bool isFound = true;
-    const CMPIData result = answer(rc,
-                                   [&]
-                                   {
-                                       auto& object = objectOf<ArgsObject>(args);
-                                       const auto place = findArgument(object, orEmpty(name));
-                                       isFound = place != object.arguments.end();
-                                       return isFound ? toCmpi(place->value) : CMPIData{};
-                                   });
-    return isFound ? result : notFound(rc);
+    return answerValue(rc, [&] { return findArgument(objectOf<ArgsObject>(args), orEmpty(name)); });
 }
 
 CMPIData getArgumentAt(const CMPIArgs* args, CMPICount index, CMPIString** name, CMPIStatus* rc)
 {
-    bool isFound = true;
-    const CMPIData result = answer(rc,
-                                   [&]
-                                   {
-                                       auto& arguments = objectOf<ArgsObject>(args).arguments;
-                                       isFound = index < arguments.size();
-                                       if (!isFound)
-                                           return CMPIData{};
-                                       setName(name, arguments[index].name.str());
-                                       return toCmpi(arguments[index].value);
-                                   });
-    return isFound ? result : notFound(rc);
+    const auto items = [&]() -> auto&
+    {
+        return objectOf<ArgsObject>(args).arguments;
+    };
+    return answerItem(rc, items, index, name);
 }
 
 CMPICount argumentCount(const CMPIArgs* args, CMPIStatus* rc)
@@ -193,32 +170,16 @@ CMPIStatus addEntry(const CMPIContext* context, const char* name, const CMPIValu
 
 CMPIData getEntry(const CMPIContext* context, const char* name, CMPIStatus* rc)
 {
-    bool isFound = true;
-    const CMPIData result = answer(rc,
-                                   [&]
-                                   {
-                                       const CimValue* value =
-                                           objectOf<ContextObject>(context).find(orEmpty(name));
-                                       isFound = value != nullptr;
-                                       return isFound ? toCmpi(*value) : CMPIData{};
-                                   });
-    return isFound ? result : notFound(rc);
+    return answerValue(rc, [&] { return objectOf<ContextObject>(context).find(orEmpty(name)); });
 }
 
 CMPIData getEntryAt(const CMPIContext* context, CMPICount index, CMPIString** name, CMPIStatus* rc)
 {
-    bool isFound = true;
-    const CMPIData result = answer(rc,
-                                   [&]
-                                   {
-                                       const auto& entries = objectOf<ContextObject>(context).entries;
-                                       isFound = index < entries.size();
-                                       if (!isFound)
-                                           return CMPIData{};
-                                       setName(name, entries[index].name);
-                                       return toCmpi(entries[index].value);
-                                   });
-    return isFound ? result : notFound(rc);
+    const auto items = [&]() -> auto&
+    {
+        return objectOf<ContextObject>(context).entries;
+    };
+    return answerItem(rc, items, index, name);
 }
 
 CMPICount entryCount(const CMPIContext* context, CMPIStatus* rc)
@@ -231,8 +192,8 @@ CMPICount entryCount(const CMPIContext* context, CMPIStatus* rc)
 
 void ContextObject::set(const std::string& name, CimValue value)
 {
-    const auto place =
-        std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.name == name; });
+    const auto place = std::find_if(
+        entries.begin(), entries.end(), [&](const Argument& entry) { return entry.name.str() == name; });
     if (place == entries.end())
         entries.push_back({name, std::move(value)});
     else
@@ -241,9 +202,10 @@ void ContextObject::set(const std::string& name, CimValue value)
 
 const CimValue* ContextObject::find(std::string_view name) const
 {
-    const auto place =
-        std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.name == name; });
-    return place == entries.end() ? nullptr : &place->value;
+    for (const Argument& entry : entries)
+        if (entry.name.str() == name)
+            return &entry.value;
+    return nullptr;
 }
 
 const CMPIStringFT kStringTable{
