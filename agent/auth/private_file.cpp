@@ -86,17 +86,6 @@ class TemporaryFile
     FileDescriptor _fd;
 };
 
-void writeAll(int fd, const std::string& path, const std::string& text)
-{
-    for (std::size_t at = 0; at < text.size();)
-    {
-        const ssize_t written = write(fd, text.data() + at, text.size() - at);
-        if (written < 0 && errno != EINTR)
-            failSystem(path, "cannot write");
-        at += written > 0 ? static_cast<std::size_t>(written) : 0;
-    }
-}
-
 } // namespace
 
 std::optional<FileStamp> fileStamp(const std::string& path)
@@ -152,8 +141,7 @@ void replaceFile(const std::string& path, const std::string& text)
     if (exists &&
         (fchown(fresh.fd(), old.st_uid, old.st_gid) != 0 || fchmod(fresh.fd(), old.st_mode & 07777) != 0))
         failSystem(path, "cannot give the new file the owner and mode of the old one");
-    writeAll(fresh.fd(), path, text);
-    if (fsync(fresh.fd()) != 0)
+    if (!writeAll(fresh.fd(), text) || fsync(fresh.fd()) != 0)
         failSystem(path, "cannot write");
     fresh.moveTo(target);
     const FileDescriptor directory(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

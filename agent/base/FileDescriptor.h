@@ -2,6 +2,9 @@
 #ifndef AGENT_BASE_FILEDESCRIPTOR_H
 #define AGENT_BASE_FILEDESCRIPTOR_H
 
+#include <cerrno>
+#include <cstddef>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -31,6 +34,20 @@ class FileDescriptor
   private:
     int _fd;
 };
+
+// Writes all of a text to a file; false, with errno, if that fails.
+inline bool writeAll(int fd, std::string_view text)
+{
+    while (!text.empty())
+    {
+        const ssize_t written = ::write(fd, text.data(), text.size());
+        if (written < 0 && errno != EINTR)
+            return false;
+        if (written > 0)
+            text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
 
 } // namespace cimd
 

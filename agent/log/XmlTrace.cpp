@@ -1,6 +1,7 @@
 // Writing bodies to the trace file.
 #include "agent/log/XmlTrace.h"
 
+#include "agent/base/FileDescriptor.h"
 #include "agent/log/log.h"
 
 #include <cerrno>
@@ -11,24 +12,6 @@
 
 namespace cimd
 {
-
-namespace
-{
-
-bool writeAll(int fd, std::string_view text)
-{
-    while (!text.empty())
-    {
-        const ssize_t written = ::write(fd, text.data(), text.size());
-        if (written < 0 && errno != EINTR)
-            return false;
-        if (written > 0)
-            text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
-} // namespace
 
 XmlTrace::XmlTrace(const std::string& file)
     : _name(file == "-" ? "standard output" : file),

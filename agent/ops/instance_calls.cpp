@@ -18,11 +18,7 @@ void ignoreOldOptions(Call& call)
 
 void enumerateInstances(Call& call)
 {
-    EnumerateInstancesRequest request;
-    request.nameSpace = call.nameSpace();
-    request.className = call.about(call.parameters.requiredClassName("ClassName"));
-    request.deepInheritance = call.parameters.boolean("DeepInheritance", request.deepInheritance);
-    instanceOptions(call, request);
+    const EnumerateInstancesRequest request = enumerateInstancesRequest(call);
     ignoreOldOptions(call);
     call.parameters.finish();
     auto sink = sinkFor<Instance>(call,
@@ -33,9 +29,7 @@ void enumerateInstances(Call& call)
 
 void enumerateInstanceNames(Call& call)
 {
-    EnumerateInstanceNamesRequest request;
-    request.nameSpace = call.nameSpace();
-    request.className = call.about(call.parameters.requiredClassName("ClassName"));
+    const EnumerateInstanceNamesRequest request = enumerateInstanceNamesRequest(call);
     call.parameters.finish();
     auto sink = sinkFor<ObjectPath>(call,
                                     [&, markup = ClassMarkup()](const ObjectPath& item) mutable

@@ -152,7 +152,8 @@ void open(Call& call,
     use.keep();
 }
 
-void pull(Call& call, Form form)
+template <Form form>
+void pull(Call& call)
 {
     const std::string name = call.parameters.requiredText("EnumerationContext");
     const std::size_t most = call.parameters.requiredUint32("MaxObjectCount");
@@ -168,20 +169,12 @@ void pull(Call& call, Form form)
 
 void openEnumerateInstances(Call& call)
 {
-    EnumerateInstancesRequest request;
-    request.nameSpace = call.nameSpace();
-    request.className = call.about(call.parameters.requiredClassName("ClassName"));
-    request.deepInheritance = call.parameters.boolean("DeepInheritance", request.deepInheritance);
-    instanceOptions(call, request);
-    open(call, request, Form::WithPath, &CimService::enumerateInstances);
+    open(call, enumerateInstancesRequest(call), Form::WithPath, &CimService::enumerateInstances);
 }
 
 void openEnumerateInstancePaths(Call& call)
 {
-    EnumerateInstanceNamesRequest request;
-    request.nameSpace = call.nameSpace();
-    request.className = call.about(call.parameters.requiredClassName("ClassName"));
-    open(call, request, Form::Path, &CimService::enumerateInstanceNames);
+    open(call, enumerateInstanceNamesRequest(call), Form::Path, &CimService::enumerateInstanceNames);
 }
 
 void openAssociatorInstances(Call& call)
@@ -212,21 +205,6 @@ void openReferenceInstancePaths(Call& call)
     open(call, request, Form::Path, &CimService::referenceNames);
 }
 
-void pullInstancesWithPath(Call& call)
-{
-    pull(call, Form::WithPath);
-}
-
-void pullInstances(Call& call)
-{
-    pull(call, Form::Instance);
-}
-
-void pullInstancePaths(Call& call)
-{
-    pull(call, Form::Path);
-}
-
 void closeEnumeration(Call& call)
 {
     const std::string name = call.parameters.requiredText("EnumerationContext");
@@ -244,9 +222,9 @@ const OperationList kPullCalls = {
     {"OpenAssociatorInstancePaths", openAssociatorInstancePaths, false},
     {"OpenReferenceInstances", openReferenceInstances, false},
     {"OpenReferenceInstancePaths", openReferenceInstancePaths, false},
-    {"PullInstancesWithPath", pullInstancesWithPath, false},
-    {"PullInstances", pullInstances, false},
-    {"PullInstancePaths", pullInstancePaths, false},
+    {"PullInstancesWithPath", pull<Form::WithPath>, false},
+    {"PullInstances", pull<Form::Instance>, false},
+    {"PullInstancePaths", pull<Form::Path>, false},
     {"CloseEnumeration", closeEnumeration, false},
     // DSP0200 has longer names for these four; both are in use.
     {"OpenAssociators", openAssociatorInstances, false},

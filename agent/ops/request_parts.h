@@ -42,6 +42,21 @@ inline void instanceOptions(Call& call, InstanceOptions& options)
     options.properties = call.parameters.propertyList("PropertyList");
 }
 
+inline EnumerateInstancesRequest enumerateInstancesRequest(Call& call)
+{
+    EnumerateInstancesRequest request;
+    request.nameSpace = call.nameSpace();
+    request.className = call.about(call.parameters.requiredClassName("ClassName"));
+    request.deepInheritance = call.parameters.boolean("DeepInheritance", request.deepInheritance);
+    instanceOptions(call, request);
+    return request;
+}
+
+inline EnumerateInstanceNamesRequest enumerateInstanceNamesRequest(Call& call)
+{
+    return {call.nameSpace(), call.about(call.parameters.requiredClassName("ClassName"))};
+}
+
 } // namespace cimd
 
 #endif

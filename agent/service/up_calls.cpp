@@ -3,6 +3,8 @@
 #include "agent/broker/conversion.h"
 #include "agent/service/ServiceBroker.h"
 
+#include <type_traits>
+
 namespace cimd
 {
 namespace
@@ -48,37 +50,39 @@ struct UpCall
     std::string nameSpace;
 };
 
-// Results of a request as elements of an enumeration.
-class InstanceElements : public Sink<Instance>
+CimValue elementOf(const Instance& instance)
+{
+    return CimValue::embedded(CimType::Instance, instance);
+}
+
+CimValue elementOf(const ObjectPath& path)
+{
+    return CimValue::reference(path);
+}
+
+// Takes results as elements of an enumeration.
+template <class Item>
+class Elements : public Sink<Item>
 {
   public:
-    void put(const Instance& instance) override
-    {
-        elements.push_back(CimValue::embedded(CimType::Instance, instance));
-    }
+    void put(const Item& item) override { values.push_back(elementOf(item)); }
 
-    CMPIEnumeration* enumeration()
-    {
-        return track<EnumerationObject>(CimType::Instance, std::move(elements));
-    }
-
-  private:
-    CimValue::Elements elements;
+    CimValue::Elements values;
 };
 
-class PathElements : public Sink<ObjectPath>
+// What an operation of the service answers to a request.
+template <class Item, class Request>
+CMPIEnumeration* enumeration(const UpCall& call,
+                             const Request& request,
+                             void (CimService::*operation)(const RequestContext&, const Request&, Sink<Item>&)
+                                 const)
 {
-  public:
-    void put(const ObjectPath& path) override { elements.push_back(CimValue::reference(path)); }
-
-    CMPIEnumeration* enumeration()
-    {
-        return track<EnumerationObject>(CimType::Reference, std::move(elements));
-    }
-
-  private:
-    CimValue::Elements elements;
-};
+    Elements<Item> found;
+    (call.service.*operation)(call.context.request, request, found);
+    constexpr bool kIsPath = std::is_same_v<Item, ObjectPath>;
+    return track<EnumerationObject>(kIsPath ? CimType::Reference : CimType::Instance,
+                                    std::move(found.values));
+}
 
 CMPIContext* prepareAttachThread(const CMPIBroker* mb, const CMPIContext* ctx)
 {
@@ -120,10 +124,9 @@ CMPIEnumeration* enumerateInstanceNames(const CMPIBroker* mb,
                   [&]
                   {
                       const UpCall call(mb, ctx, classPath);
-                      PathElements found;
-                      call.service.enumerateInstanceNames(
-                          call.context.request, {call.nameSpace, call.path.className()}, found);
-                      return found.enumeration();
+                      return enumeration(call,
+                                         EnumerateInstanceNamesRequest{call.nameSpace, call.path.className()},
+                                         &CimService::enumerateInstanceNames);
                   });
 }
 
@@ -142,9 +145,7 @@ CMPIEnumeration* enumerateInstances(const CMPIBroker* mb,
                       request.className = call.path.className();
                       request.deepInheritance = call.hasFlag(CMPI_FLAG_DeepInheritance);
                       request.properties = propertyList(properties);
-                      InstanceElements found;
-                      call.service.enumerateInstances(call.context.request, request, found);
-                      return found.enumeration();
+                      return enumeration(call, request, &CimService::enumerateInstances);
                   });
 }
 
@@ -225,6 +226,25 @@ CMPIEnumeration* execQuery(
     return nullptr;
 }
 
+AssociatorNamesRequest associatorsRequest(const UpCall& call,
+                                          const char* assocClass,
+                                          const char* resultClass,
+                                          const char* role,
+                                          const char* resultRole)
+{
+    return {call.nameSpace,
+            call.path,
+            filterName(assocClass),
+            filterName(resultClass),
+            filterName(role),
+            filterName(resultRole)};
+}
+
+ReferenceNamesRequest referencesRequest(const UpCall& call, const char* resultClass, const char* role)
+{
+    return {call.nameSpace, call.path, filterName(resultClass), filterName(role)};
+}
+
 CMPIEnumeration* associators(const CMPIBroker* mb,
                              const CMPIContext* ctx,
                              const CMPIObjectPath* instPath,
@@ -239,17 +259,10 @@ CMPIEnumeration* associators(const CMPIBroker* mb,
                   [&]
                   {
                       const UpCall call(mb, ctx, instPath);
-                      AssociatorsRequest request;
-                      request.nameSpace = call.nameSpace;
-                      request.path = call.path;
-                      request.assocClass = filterName(assocClass);
-                      request.resultClass = filterName(resultClass);
-                      request.role = filterName(role);
-                      request.resultRole = filterName(resultRole);
+                      AssociatorsRequest request{
+                          associatorsRequest(call, assocClass, resultClass, role, resultRole), {}};
                       request.properties = propertyList(properties);
-                      InstanceElements found;
-                      call.service.associators(call.context.request, request, found);
-                      return found.enumeration();
+                      return enumeration(call, request, &CimService::associators);
                   });
 }
 
@@ -266,16 +279,9 @@ CMPIEnumeration* associatorNames(const CMPIBroker* mb,
                   [&]
                   {
                       const UpCall call(mb, ctx, instPath);
-                      PathElements found;
-                      call.service.associatorNames(call.context.request,
-                                                   {call.nameSpace,
-                                                    call.path,
-                                                    filterName(assocClass),
-                                                    filterName(resultClass),
-                                                    filterName(role),
-                                                    filterName(resultRole)},
-                                                   found);
-                      return found.enumeration();
+                      return enumeration(call,
+                                         associatorsRequest(call, assocClass, resultClass, role, resultRole),
+                                         &CimService::associatorNames);
                   });
 }
 
@@ -291,15 +297,9 @@ CMPIEnumeration* references(const CMPIBroker* mb,
                   [&]
                   {
                       const UpCall call(mb, ctx, instPath);
-                      ReferencesRequest request;
-                      request.nameSpace = call.nameSpace;
-                      request.path = call.path;
-                      request.resultClass = filterName(resultClass);
-                      request.role = filterName(role);
+                      ReferencesRequest request{referencesRequest(call, resultClass, role), {}};
                       request.properties = propertyList(properties);
-                      InstanceElements found;
-                      call.service.references(call.context.request, request, found);
-                      return found.enumeration();
+                      return enumeration(call, request, &CimService::references);
                   });
 }
 
@@ -314,12 +314,8 @@ CMPIEnumeration* referenceNames(const CMPIBroker* mb,
                   [&]
                   {
                       const UpCall call(mb, ctx, instPath);
-                      PathElements found;
-                      call.service.referenceNames(
-                          call.context.request,
-                          {call.nameSpace, call.path, filterName(resultClass), filterName(role)},
-                          found);
-                      return found.enumeration();
+                      return enumeration(
+                          call, referencesRequest(call, resultClass, role), &CimService::referenceNames);
                   });
 }
 
