@@ -87,9 +87,9 @@ class Channel
     const std::shared_ptr<const TlsContext> _tls; // the session's
     TlsHandle<gnutls_session_t, gnutls_deinit> _session;
     bool _hasReceived = false;
-    bool _isAgreed = false;  // on version and cipher
-    unsigned _version = 0;   // of the ClientHello, 0x0303 for TLS 1.2 and up
-    int _alert = 0;          // from the client; 0: none
+    bool _isAgreed = false; // on version and cipher
+    unsigned _version = 0;  // of the ClientHello, 0x0303 for TLS 1.2 and up
+    int _alert = 0;         // from the client; 0: none
 };
 
 } // namespace cimd

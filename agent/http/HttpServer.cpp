@@ -52,7 +52,7 @@ class HttpServer::Impl : public Station
         {
             if (socket.isTls() && !_tls)
                 _tls = std::make_shared<TlsContext>(options.tls);
-            Listener& listener = _listeners.emplace_back(std::move(socket));
+            Listener& listener = _listeners.emplace_back(Listener{std::move(socket)});
             _epoll.add(listener.socket.get(), kFirstListener + _listeners.size() - 1, EPOLLIN | EPOLLET);
         }
         _nextId = kFirstListener + _listeners.size();
@@ -117,7 +117,6 @@ class HttpServer::Impl : public Station
   private:
     struct Listener
     {
-        explicit Listener(ListenSocket&& theSocket) : socket(std::move(theSocket)) {}
         ListenSocket socket;
         bool isReady = true; // somebody may be waiting
     };

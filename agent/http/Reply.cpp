@@ -30,8 +30,8 @@ HttpResponse plainLateAnswer()
 } // namespace
 
 Reply::Reply(const Limits& limits, SpoolArea& area, std::function<void()> wake)
-    : _chunk(limits.chunkBytes), _mostUnsent(limits.unsentBytes), _timeLimit(limits.operationSeconds),
-      _wake(std::move(wake)), _overflow(area), _patience(kPatience)
+    : _chunk(limits.chunkBytes), _timeLimit(limits.operationSeconds), _wake(std::move(wake)), _overflow(area),
+      _patience(kPatience)
 {
 }
 

@@ -62,12 +62,12 @@ class Reply : public AnswerStream
 
   private:
     void wakeSender();
-    bool hasRoom() const { return _overflow.empty() && _unsentBytes <= _mostUnsent; }
+    bool hasRoom() const { return _overflow.empty() && _unsentBytes <= _overflow.memoryBytes(); }
     bool overflows(std::string_view chunk);
     std::string overflowed();
     std::string nextPiece();
     Part takeBody(HttpResponse& part);
-    bool isTaken() const { return _overflow.empty() && _unsentBytes <= _mostUnsent / 2; }
+    bool isTaken() const { return _overflow.empty() && _unsentBytes <= _overflow.memoryBytes() / 2; }
     void waitUntilTaken(std::unique_lock<std::mutex>& lock, Time end);
     void waitForQuickClient(std::unique_lock<std::mutex>& lock);
     void push(std::string&& chunk);
@@ -76,7 +76,6 @@ class Reply : public AnswerStream
     void checkWanted() const;
 
     const std::size_t _chunk;
-    const std::size_t _mostUnsent;
     const std::chrono::seconds _timeLimit;
     const std::function<void()> _wake;
 

@@ -28,7 +28,6 @@ class SpoolArea
     // A file without a name, which nobody else can open. Throws std::system_error with the directory.
     static FileDescriptor fileIn(const std::string& directory);
 
-    std::size_t memoryBytes() const { return _memoryBytes; }
     std::size_t used() const { return _budget.used(); }
 
   private:
@@ -47,6 +46,8 @@ class SpoolFile
     // `area` outlives the object.
     explicit SpoolFile(SpoolArea& area) : _area(area), _share(area._budget) {}
 
+    // What its user should keep in memory before it adds anything here.
+    std::size_t memoryBytes() const { return _area._memoryBytes; }
     bool exists() const { return _file.get() >= 0; }
     // Whether all was read that was added.
     bool empty() const { return _read == _share.taken(); }

@@ -1,7 +1,6 @@
 // Writing bodies to the trace file.
 #include "agent/log/XmlTrace.h"
 
-#include "agent/base/FileDescriptor.h"
 #include "agent/log/log.h"
 
 #include <cerrno>
@@ -15,17 +14,11 @@ namespace cimd
 
 XmlTrace::XmlTrace(const std::string& file)
     : _name(file == "-" ? "standard output" : file),
-      _fd(file == "-" ? STDOUT_FILENO
+      _fd(file == "-" ? fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)
                       : open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR))
 {
-    if (_fd < 0)
+    if (_fd.get() < 0)
         throw std::system_error(errno, std::generic_category(), "cannot open " + file);
-}
-
-XmlTrace::~XmlTrace()
-{
-    if (_fd != STDOUT_FILENO)
-        close(_fd);
 }
 
 void XmlTrace::write(std::string_view about, std::string_view peer, std::string_view body) noexcept
@@ -35,7 +28,7 @@ try
     text.append(about).append(" ").append(peer).append(": ");
     text.append(std::to_string(body.size())).append(" bytes\n").append(body).append("\n");
     const std::lock_guard<std::mutex> lock(_mutex);
-    if (!writeAll(_fd, text) && !std::exchange(_hasFailed, true))
+    if (!writeAll(_fd.get(), text) && !std::exchange(_hasFailed, true))
         log(LogLevel::Error,
             "trace",
             "cannot write to " + _name + ": " + std::generic_category().message(errno));

@@ -2,6 +2,8 @@
 #ifndef AGENT_LOG_XMLTRACE_H
 #define AGENT_LOG_XMLTRACE_H
 
+#include "agent/base/FileDescriptor.h"
+
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -17,9 +19,6 @@ class XmlTrace
   public:
     // Appends to a file that only its owner can read; "-" is standard output. Throws std::system_error.
     explicit XmlTrace(const std::string& file);
-    ~XmlTrace();
-    XmlTrace(const XmlTrace&) = delete;
-    XmlTrace& operator=(const XmlTrace&) = delete;
 
     // `about` says what it is: "request", "answer", "part of an answer".
     void write(std::string_view about, std::string_view peer, std::string_view body) noexcept;
@@ -27,7 +26,7 @@ class XmlTrace
   private:
     std::mutex _mutex;
     const std::string _name;
-    int _fd;
+    const FileDescriptor _fd;
     bool _hasFailed = false;
 };
 

@@ -32,7 +32,7 @@ void appendLength(std::string& out, std::size_t length)
 
 void Spool::add(const Item& item)
 {
-    if (_buffer.size() + item.head.size() + item.body.size() > _memoryBytes)
+    if (_buffer.size() + item.head.size() + item.body.size() > _file->memoryBytes())
         flush();
     _buffer += item.goesOn ? kGoesOn : kEnds;
     appendLength(_buffer, item.head.size());

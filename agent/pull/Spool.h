@@ -18,10 +18,7 @@ class Spool
 {
   public:
     // `area` outlives the spool.
-    explicit Spool(SpoolArea& area)
-        : _memoryBytes(area.memoryBytes()), _file(std::make_unique<SpoolFile>(area))
-    {
-    }
+    explicit Spool(SpoolArea& area) : _file(std::make_unique<SpoolFile>(area)) {}
 
     // Two texts, such as an instance's path and the instance. A long body comes in parts; only the first of
     // them has the head.
@@ -48,7 +45,6 @@ class Spool
     void need(std::size_t bytes);
     std::size_t takeLength();
 
-    std::size_t _memoryBytes;
     std::size_t _count = 0;
     std::string _buffer; // until seal(): what is not in the file; after it: what was read ahead
     std::size_t _at = 0; // read so far, of _buffer
