@@ -95,18 +95,15 @@ void Reader::entry(std::string_view keyword, std::string_view value)
 
 void Reader::types(std::string_view value)
 {
-    Registration& current = _entries.back();
     for (const std::string& word : words(value))
-        if (word == "instance")
-            current.instance = true;
-        else if (word == "association")
-            current.association = true;
-        else if (word == "method")
-            current.method = true;
-        else if (word == "indication")
-            current.indication = true;
-        else
+    {
+        const auto* const known = std::find_if(kProviderKinds.begin(),
+                                               kProviderKinds.end(),
+                                               [&](const auto& kind) { return kind.second == word; });
+        if (known == kProviderKinds.end())
             fail("type \"" + word + "\" is none of instance, association, method, indication");
+        _entries.back().kinds.insert(known->first);
+    }
 }
 
 void Reader::checkLast() const
@@ -122,7 +119,7 @@ void Reader::checkLast() const
     };
     need(!last.provider.empty(), "provider");
     need(!last.location.empty(), "location");
-    need(last.instance || last.association || last.method || last.indication, "type");
+    need(!last.kinds.empty(), "type");
     need(!last.nameSpaces.empty(), "namespace");
 }
 
@@ -133,20 +130,6 @@ std::vector<Registration> Reader::finish()
 }
 
 } // namespace
-
-bool Registration::has(ProviderKind kind) const
-{
-    switch (kind)
-    {
-    case ProviderKind::Instance:
-        return instance;
-    case ProviderKind::Association:
-        return association;
-    case ProviderKind::Method:
-        return method;
-    }
-    return false;
-}
 
 std::vector<Registration> loadRegistrations(const std::string& file)
 {

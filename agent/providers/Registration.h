@@ -4,9 +4,12 @@
 
 #include "agent/cim/CimName.h"
 
+#include <array>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace cimd
@@ -19,27 +22,29 @@ class RegistrationError : public std::runtime_error
     using std::runtime_error::runtime_error;
 };
 
-// The kinds of management interface that requests need of a provider.
+// The kinds of management interface.
 enum class ProviderKind
 {
     Instance,
     Association,
-    Method
+    Method,
+    Indication
 };
+inline constexpr std::array kProviderKinds{std::pair{ProviderKind::Instance, "instance"},
+                                           std::pair{ProviderKind::Association, "association"},
+                                           std::pair{ProviderKind::Method, "method"},
+                                           std::pair{ProviderKind::Indication, "indication"}};
 
 struct Registration
 {
     CimName className;
     std::string provider; // prefix of the factory functions' names
     std::string location; // the library is lib<location>.so
-    bool instance = false;
-    bool association = false;
-    bool method = false;
-    bool indication = false;
+    std::set<ProviderKind> kinds;
     std::vector<std::string> nameSpaces;
     std::string place; // "file:line" of the entry, for messages
 
-    bool has(ProviderKind kind) const;
+    bool has(ProviderKind kind) const { return kinds.count(kind) != 0; }
 };
 
 // Reads entries of the form

@@ -12,17 +12,10 @@ namespace
 // "instance, method"
 std::string kindsOf(const Registration& registration)
 {
-    static constexpr std::pair<ProviderKind, const char*> kNames[] = {
-        {ProviderKind::Instance, "instance"},
-        {ProviderKind::Association, "association"},
-        {ProviderKind::Method, "method"}};
     std::string text;
-    const auto add = [&text](const char* name) { text += (text.empty() ? "" : ", ") + std::string(name); };
-    for (const auto& [kind, name] : kNames)
+    for (const auto& [kind, name] : kProviderKinds)
         if (registration.has(kind))
-            add(name);
-    if (registration.indication)
-        add("indication");
+            text += (text.empty() ? "" : ", ") + std::string(name);
     return text;
 }
 

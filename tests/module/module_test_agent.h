@@ -27,7 +27,7 @@ class Module_Agent
         // A map that was only loaded as the end of an association belongs to no provider yet, and only
         // providers are unloaded.
         for (const cimd::ProviderEntry& entry : _core.providers().entries())
-            if (entry.registration.instance)
+            if (entry.registration.has(cimd::ProviderKind::Instance))
                 entry.provider->instance();
     }
     Module_Agent(const Module_Agent&) = delete;

@@ -35,7 +35,7 @@ TEST(Registration, ReadsEntriesInOrder)
     EXPECT_EQ(entries[0].className.str(), "Test_Widget");
     EXPECT_EQ(entries[0].provider, "Store");
     EXPECT_EQ(entries[0].location, "cimd_test_providers");
-    EXPECT_TRUE(entries[0].instance && entries[0].association && entries[0].method && entries[0].indication);
+    EXPECT_EQ(4U, entries[0].kinds.size());
     EXPECT_EQ(entries[0].nameSpaces, (std::vector<std::string>{"root/test", "root/other"}));
     EXPECT_FALSE(entries[1].has(ProviderKind::Method));
     EXPECT_EQ(entries[1].place, "x.reg:9");
