@@ -100,7 +100,7 @@ void checkNamedFiles(const Settings& settings)
         check("state", [&] { checkCanBeMade(*options.state); });
     if (options.traceXml && options.traceXml != "-" && access(options.traceXml->c_str(), W_OK) != 0)
         check("trace-xml", [&] { checkCanBeMade(*options.traceXml); });
-    check("spool-directory", [&] { SpoolArea::fileIn(options.spoolDirectory); });
+    check("spool-directory", [&] { SpoolArea::tryDirectory(options.spoolDirectory); });
     if (!faults.empty())
         throw StartError(std::move(faults));
 }

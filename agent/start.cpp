@@ -68,7 +68,7 @@ int start(const Settings& settings)
     makeRoomForFiles(limits);
     Sockets sockets = openSockets(settings);
     handOnTrust(settings);
-    starting(settings, "spool-directory", [&] { return SpoolArea::fileIn(options.spoolDirectory); });
+    starting(settings, "spool-directory", [&] { SpoolArea::tryDirectory(options.spoolDirectory); });
     TlsIdentity tls = readTlsIdentity(settings); // not after a crash: then files may be half renewed
     std::optional<XmlTrace> trace;
     if (options.traceXml)

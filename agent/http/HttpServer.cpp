@@ -203,13 +203,7 @@ class HttpServer::Impl : public Station
                 _pool.giveBack(worker);
                 _epoll.post(
                     [this, id, refusal]
-                    {
-                        const auto entry = _connections.find(id);
-                        if (entry == _connections.end())
-                            return;
-                        entry->second.vouched(refusal);
-                        runConnection(id);
-                    });
+                    { runConnection(id, [&](Connection& connection) { connection.vouched(refusal); }); });
             });
     }
 
@@ -257,20 +251,19 @@ class HttpServer::Impl : public Station
             _listeners[id - kFirstListener].isReady = true;
             return;
         }
-        const auto entry = _connections.find(id);
-        if (entry == _connections.end())
-            return;
-        entry->second.ready(event.events);
-        runConnection(id);
+        runConnection(id, [&event](Connection& connection) { connection.ready(event.events); });
     }
 
-    void runConnection(std::uint64_t id)
+    // Has a connection, if it is still there, do what there is to do, after something else.
+    void runConnection(std::uint64_t id, const std::function<void(Connection&)>& first = {})
     try
     {
         const auto entry = _connections.find(id);
         if (entry == _connections.end())
             return;
         Connection& connection = entry->second;
+        if (first)
+            first(connection);
         if (connection.run())
             _again.push_back(id);
         _due = std::min(_due, connection.check());

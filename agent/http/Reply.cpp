@@ -30,15 +30,14 @@ HttpResponse plainLateAnswer()
 } // namespace
 
 Reply::Reply(const Limits& limits, SpoolArea& area, std::function<void()> wake)
-    : _chunk(limits.chunkBytes), _timeLimit(limits.operationSeconds), _wake(std::move(wake)), _overflow(area),
-      _patience(kPatience)
+    : _limits(limits), _wake(std::move(wake)), _overflow(area), _patience(kPatience)
 {
 }
 
 void Reply::start(Time now, std::function<void()> writeOff)
 {
     std::lock_guard<std::mutex> lock(_mutex);
-    _due = now + _timeLimit;
+    _due = now + _limits.operationSeconds;
     _writeOff = std::move(writeOff);
 }
 
@@ -56,7 +55,7 @@ void Reply::checkWanted() const
 
 void Reply::flush(HttpResponse& response)
 {
-    if (response.body.size() < _chunk && !_isUnwanted)
+    if (response.body.size() < _limits.chunkBytes && !_isUnwanted)
         return;
     std::unique_lock<std::mutex> lock(_mutex);
     if (!hasRoom())
@@ -64,7 +63,7 @@ void Reply::flush(HttpResponse& response)
     checkWanted();
     std::string chunk = std::move(response.body);
     response.body.clear();
-    response.body.reserve(_chunk + kBeyond);
+    response.body.reserve(_limits.chunkBytes + kBeyond);
     if (!_isStreaming)
     {
         _response = response;
@@ -204,8 +203,8 @@ std::string Reply::overflowed()
 {
     constexpr std::size_t kLineEnd = 2; // which HTTP puts behind a chunk
     std::string piece;
-    piece.reserve(_chunk + kLineEnd);
-    piece.resize(_chunk);
+    piece.reserve(_limits.chunkBytes + kLineEnd);
+    piece.resize(_limits.chunkBytes);
     piece.resize(_overflow.read(piece.data(), piece.size()));
     if (_overflow.empty())
         _overflow.clear();

@@ -27,8 +27,8 @@ namespace cimd
 class Reply : public AnswerStream
 {
   public:
-    // `area` outlives the reply. `wake` tells the sender that something it waits for has changed; it is
-    // called with the reply locked, from any thread, and not after close().
+    // `limits` and `area` outlive the reply. `wake` tells the sender that something it waits for has changed;
+    // it is called with the reply locked, from any thread, and not after close().
     Reply(const Limits& limits, SpoolArea& area, std::function<void()> wake);
 
     // --- the maker
@@ -75,8 +75,7 @@ class Reply : public AnswerStream
     void hasReturned();
     void checkWanted() const;
 
-    const std::size_t _chunk;
-    const std::chrono::seconds _timeLimit;
+    const Limits& _limits;
     const std::function<void()> _wake;
 
     std::mutex _mutex;

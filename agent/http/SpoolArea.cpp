@@ -13,14 +13,25 @@
 namespace cimd
 {
 
-FileDescriptor SpoolArea::fileIn(const std::string& directory)
+namespace
+{
+
+// Negative, with errno, if it cannot be made.
+FileDescriptor namelessFile(const std::string& directory)
 {
     std::string path = directory + "/cimd-XXXXXX";
     FileDescriptor file(::mkostemp(path.data(), O_CLOEXEC));
-    if (file.get() < 0)
-        throw std::system_error(errno, std::generic_category(), "cannot create a file in " + directory);
-    ::unlink(path.c_str());
+    if (file.get() >= 0)
+        ::unlink(path.c_str());
     return file;
+}
+
+} // namespace
+
+void SpoolArea::tryDirectory(const std::string& directory)
+{
+    if (namelessFile(directory).get() < 0)
+        throw std::system_error(errno, std::generic_category(), "cannot create a file in " + directory);
 }
 
 void SpoolFile::fail(const std::string& what, int error) const
@@ -52,15 +63,10 @@ void SpoolFile::add(std::string_view bytes)
 
 void SpoolFile::write(std::string_view bytes, std::size_t offset)
 {
-    try
-    {
-        if (!exists())
-            _file = SpoolArea::fileIn(_area._directory);
-    }
-    catch (const std::system_error& error)
-    {
-        fail("create a file", error.code().value());
-    }
+    if (!exists())
+        _file = namelessFile(_area._directory);
+    if (!exists())
+        fail("create a file", errno);
     while (!bytes.empty())
     {
         const ssize_t written = ::pwrite(_file.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));

@@ -25,8 +25,8 @@ class SpoolArea
     {
     }
 
-    // A file without a name, which nobody else can open. Throws std::system_error with the directory.
-    static FileDescriptor fileIn(const std::string& directory);
+    // Throws std::system_error with the directory if no file can be made there.
+    static void tryDirectory(const std::string& directory);
 
     std::size_t used() const { return _budget.used(); }
 
@@ -38,8 +38,9 @@ class SpoolArea
     ByteBudget _budget;
 };
 
-// First in, first out, in a file that is there from the first bytes on. What fails there is a CimError with
-// directory and reason, which also go to the log. Used on one thread at a time.
+// First in, first out, in a file without a name, which nobody else can open and which is there from the first
+// bytes on. What fails there is a CimError with directory and reason, which also go to the log. Used on one
+// thread at a time.
 class SpoolFile
 {
   public:
