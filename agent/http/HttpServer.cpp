@@ -424,8 +424,9 @@ class HttpServer::Impl : public Station
 
     std::mutex _mutex;
     std::condition_variable _changed;
-    unsigned _exchanges = 0;         // of connections and workers
-    std::list<ExchangePtr> _running; // handed to a worker and not yet returned from
+    unsigned _exchanges = 0; // of connections and workers
+    // Handed to a worker and not yet returned from; others hold them as long, for their end takes the mutex.
+    std::list<ExchangePtr> _running;
     WorkerPool _pool;
     std::thread _thread; // last: it uses the others
 };

@@ -18,11 +18,6 @@ namespace cimd
 namespace
 {
 
-struct FreeAddrinfo
-{
-    void operator()(addrinfo* info) const { freeaddrinfo(info); }
-};
-
 [[noreturn]] void fail(const std::string& url, const char* step)
 {
     throw std::system_error(errno, std::generic_category(), "cannot listen on " + url + ": " + step);
@@ -71,7 +66,7 @@ ListenSocket::ListenSocket(const std::string& address, std::uint16_t port, unsig
     if (rc != 0)
         throw std::runtime_error("cannot listen on \"" + address +
                                  "\": not an IPv4 or IPv6 address: " + gai_strerror(rc));
-    const std::unique_ptr<addrinfo, FreeAddrinfo> info(found);
+    const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> info(found, &freeaddrinfo);
     _fd = FileDescriptor(socket(info->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     if (_fd.get() < 0)
         fail(url(), "socket");

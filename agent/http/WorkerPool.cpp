@@ -7,19 +7,12 @@
 namespace cimd
 {
 
-WorkerPool::WorkerPool(unsigned workers, unsigned queued) : _capacity(std::size_t{workers} + queued)
+// The pool is made before its threads, so that those that there are end when another cannot be had.
+WorkerPool::WorkerPool(unsigned workers, unsigned queued) : WorkerPool(std::size_t{workers} + queued)
 {
-    try
-    {
-        std::lock_guard<std::mutex> lock(_mutex);
-        for (unsigned i = 0; i < workers; ++i)
-            add();
-    }
-    catch (...)
-    {
-        join(); // those that there are
-        throw;
-    }
+    std::lock_guard<std::mutex> lock(_mutex);
+    for (unsigned i = 0; i < workers; ++i)
+        add();
 }
 
 void WorkerPool::join()

@@ -59,6 +59,7 @@ class WorkerPool
     void join();
 
   private:
+    explicit WorkerPool(std::size_t capacity) : _capacity(capacity) {}
     void add();
     void run(Worker& self);
     void joinReturned();
