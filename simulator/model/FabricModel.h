@@ -33,10 +33,11 @@ struct PortPlace
 
 struct Port
 {
-    explicit Port(const PortScenario& facts, std::uint64_t seed);
+    // A port of the local switch, or of another, of which nothing is made up but its name.
+    Port(const PortScenario& facts, std::uint64_t seed, bool local);
 
     PortScenario facts;                  // with all defaults filled in
-    TrafficMeter meter;                  // of local ports; idle in others
+    std::unique_ptr<TrafficMeter> meter; // of local ports; null in others
     std::vector<std::uint32_t> attached; // addresses of the attached node ports, rising
     std::optional<PortPlace> peer;       // the other end of a link to another switch
     bool peerSends = false;              // the other end is not switched off or broken
@@ -76,6 +77,8 @@ class FabricModel
 
     // The scenario that would start a fabric like this one: its durable part.
     Scenario toScenario() const;
+    // What it has of the local switch and the zoning.
+    Scenario localScenario() const;
 
     // Makes the local switch what an image of its configuration says (see configuration.h); the active zone
     // set reaches every switch that is linked. Throws ScenarioError and changes nothing.
@@ -194,6 +197,9 @@ class FabricModel
     std::uint64_t startTime() const { return _startTime; } // model time at the start, milliseconds
 
   private:
+    Scenario withoutSwitches() const;
+    SwitchScenario scenarioOf(const Switch& one) const;
+
     // Each throws ScenarioError when there is none.
     Switch& switchWith(int domain);
     PartScenario& part(PartKind kind, int number);

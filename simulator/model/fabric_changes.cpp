@@ -103,13 +103,13 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
         throw ScenarioError("", "domain " + std::to_string(facts.domain) + " is taken");
     Switch& added = inserted.first->second;
     added.facts = facts;
-    added.facts.ports.clear();
+    added.facts.ports = {}; // with their memory
     const std::uint64_t switchSeed = mix(_seed, static_cast<std::uint64_t>(facts.domain));
     added.seed = switchSeed;
     added.ports.reserve(facts.ports.size());
     for (const PortScenario& port : facts.ports)
     {
-        added.ports.emplace_back(port, mix(switchSeed, static_cast<std::uint64_t>(port.number)));
+        added.ports.emplace_back(port, mix(switchSeed, static_cast<std::uint64_t>(port.number)), facts.local);
         if (added.ports.back().facts.wwn.empty())
             added.ports.back().facts.wwn = portWwn(facts.wwn, port.number);
         added.ports.back().toldState = operState(added, added.ports.back());
@@ -237,7 +237,7 @@ void FabricModel::changePort(int number, const std::function<void(PortScenario&)
     change(facts);
     facts.number = number;
     port->facts = facts;
-    port->meter.setLoad(loadOf(facts), now);
+    port->meter->setLoad(loadOf(facts), now);
     linkChanged(*_local, *port, now);
 }
 
