@@ -103,7 +103,7 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
         throw ScenarioError("", "domain " + std::to_string(facts.domain) + " is taken");
     Switch& added = inserted.first->second;
     added.facts = facts;
-    added.facts.ports = {}; // with their memory
+    std::vector<PortScenario>().swap(added.facts.ports); // with its memory
     const std::uint64_t switchSeed = mix(_seed, static_cast<std::uint64_t>(facts.domain));
     added.seed = switchSeed;
     added.ports.reserve(facts.ports.size());
