@@ -171,18 +171,18 @@ SwitchEvent FabricModel::fabricEvent(xpl_SwitchEventType type) const
     return one;
 }
 
-const NodeScenario* FabricModel::node(int domain, std::uint32_t address) const
+const Node* FabricModel::node(int domain, std::uint32_t address) const
 {
     const Switch* owner = switchOf(domain);
     if (owner == nullptr)
         return nullptr;
     const auto found = owner->nodes.find(address);
-    if (found == owner->nodes.end() || !isOnline(*owner, *owner->port(found->second.port)))
+    if (found == owner->nodes.end() || !isOnline(*owner, *owner->port(found->second.port())))
         return nullptr;
     return &found->second;
 }
 
-const NodeScenario* FabricModel::nodeAfter(int domain, std::uint32_t address) const
+const Node* FabricModel::nodeAfter(int domain, std::uint32_t address) const
 {
     const Switch* owner = switchOf(domain);
     if (owner == nullptr)
@@ -190,7 +190,7 @@ const NodeScenario* FabricModel::nodeAfter(int domain, std::uint32_t address) co
     const auto found =
         std::find_if(owner->nodes.upper_bound(address),
                      owner->nodes.end(),
-                     [owner](const auto& one) { return isOnline(*owner, *owner->port(one.second.port)); });
+                     [owner](const auto& one) { return isOnline(*owner, *owner->port(one.second.port())); });
     return found != owner->nodes.end() ? &found->second : nullptr;
 }
 
@@ -313,7 +313,7 @@ Scenario FabricModel::toScenario() const
     {
         scenario.switches.push_back(scenarioOf(one.second));
         for (const auto& node : one.second.nodes)
-            scenario.nodes.push_back(node.second);
+            scenario.nodes.push_back(node.second.facts());
     }
     return scenario;
 }

@@ -7,6 +7,7 @@
 #include "simulator/model/CimSubscriptions.h"
 #include "simulator/model/ConfigEdit.h"
 #include "simulator/model/History.h"
+#include "simulator/model/Node.h"
 #include "simulator/model/OperationalStatus.h"
 #include "simulator/model/TrafficMeter.h"
 #include "simulator/model/Warmth.h"
@@ -54,9 +55,9 @@ struct Port
 
 struct Switch
 {
-    SwitchScenario facts;                        // without its ports
-    std::vector<Port> ports;                     // by rising number
-    std::map<std::uint32_t, NodeScenario> nodes; // by address; all facts filled in
+    SwitchScenario facts;                // without its ports
+    std::vector<Port> ports;             // by rising number
+    std::map<std::uint32_t, Node> nodes; // by address; all facts filled in
     std::uint64_t seed = 0;
     OperationalStatus toldStatus; // its status when something was last told of it
     int carriedPercent = 0;       // the loads of both directions of all ports that are online
@@ -100,9 +101,9 @@ class FabricModel
     void setPrincipal(int domain, std::uint64_t now); // 0: none
 
     // The attached node port with this address, while its switch port is online; null otherwise.
-    const NodeScenario* node(int domain, std::uint32_t address) const;
+    const Node* node(int domain, std::uint32_t address) const;
     // The first such node above `address`.
-    const NodeScenario* nodeAfter(int domain, std::uint32_t address) const;
+    const Node* nodeAfter(int domain, std::uint32_t address) const;
 
     // Changes. Each throws ScenarioError when it names what is not there or already is.
     void addSwitch(const SwitchScenario& facts, std::uint64_t now);

@@ -19,15 +19,15 @@ std::string noSuch(const char* what, int number)
     return std::string("no ") + what + " " + std::to_string(number);
 }
 
-void countNode(Port& port, const NodeScenario& node)
+void countNode(Port& port, const Node& node)
 {
-    const auto place = std::lower_bound(port.attached.begin(), port.attached.end(), node.address);
-    port.attached.insert(place, node.address);
-    port.initiators = port.initiators || node.role == NodeRole::initiator;
-    port.loop = port.loop || node.type == NodePortType::nl;
-    const bool slowest = port.nodeSpeed == LinkSpeed::automatic || node.speed < port.nodeSpeed;
-    if (slowest && node.speed != LinkSpeed::automatic)
-        port.nodeSpeed = node.speed;
+    const auto place = std::lower_bound(port.attached.begin(), port.attached.end(), node.address());
+    port.attached.insert(place, node.address());
+    port.initiators = port.initiators || node.role() == NodeRole::initiator;
+    port.loop = port.loop || node.type() == NodePortType::nl;
+    const bool slowest = port.nodeSpeed == LinkSpeed::automatic || node.speed() < port.nodeSpeed;
+    if (slowest && node.speed() != LinkSpeed::automatic)
+        port.nodeSpeed = node.speed();
 }
 
 void countNodesAgain(const Switch& owner, Port& port)
@@ -181,13 +181,14 @@ void FabricModel::addNode(NodeScenario node, std::uint64_t now)
         node.address = freeAddress(owner, node.port);
     if (node.nodeWwn.empty())
         node.nodeWwn = node.portWwn;
-    if (node.address == 0 || !owner.nodes.emplace(node.address, node).second)
+    if (node.address == 0 || owner.nodes.count(node.address) != 0)
     {
         const std::string fault =
             given ? "address " + hexOf(node.address, 6) + " is taken: " : "no free address: ";
         throw ScenarioError("", fault + node.portWwn + " in domain " + std::to_string(node.domain));
     }
-    countNode(*port, node);
+    const auto added = owner.nodes.emplace(node.address, Node(node)).first;
+    countNode(*port, added->second);
     linkChanged(owner, *port, now);
 }
 
@@ -199,9 +200,9 @@ void FabricModel::removeNode(std::string_view portWwn, std::uint64_t now)
         Switch& owner = one.second;
         for (auto node = owner.nodes.begin(); node != owner.nodes.end(); ++node)
         {
-            if (upperCase(node->second.portWwn) == wanted)
+            if (upperCase(node->second.text(&NodeScenario::portWwn)) == wanted)
             {
-                Port& port = *owner.port(node->second.port);
+                Port& port = *owner.port(node->second.port());
                 owner.nodes.erase(node);
                 countNodesAgain(owner, port);
                 linkChanged(owner, port, now);
