@@ -19,21 +19,13 @@ constexpr const char* kInactive = "Inactive";
 
 inline String zoningId(const char* state, const char* switchWwn, const char* name)
 {
-    String id(state);
-    id.append(':');
-    id.append(switchWwn);
-    id.append(':');
-    id.append(name);
-    return id;
+    return String(String(state, ":", switchWwn).c_str(), ":", name);
 }
 
 // An alias is configured only and has no state.
 inline String aliasId(const char* switchWwn, const char* name)
 {
-    String id(switchWwn);
-    id.append(':');
-    id.append(name);
-    return id;
+    return String(switchWwn, ":", name);
 }
 
 // What follows the nth colon; null when there are fewer.

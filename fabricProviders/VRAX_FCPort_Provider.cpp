@@ -6,6 +6,7 @@
 #include "switchaccess/Attribute.h"
 #include "switchaccess/CacheLock.h"
 #include "switchaccess/Record.h"
+#include "switchaccess/Repeated_Text.h"
 #include "switchaccess/fabric_walk.h"
 #include "switchaccess/local_switch.h"
 #include "switchaccess/port_hardware.h"
@@ -89,21 +90,6 @@ String addressOf(int domain, uint16 portNumber)
     return strToUpper(text);
 }
 
-// A text that one instance after the other has in common, in one representation.
-class Repeated_Text
-{
-  public:
-    const String& of(const char* text)
-    {
-        if (_text != text)
-            _text = text;
-        return _text;
-    }
-
-  private:
-    String _text;
-};
-
 } // namespace
 
 // Reads one port after the other, each in one batch, and gives instances what was read.
@@ -133,10 +119,7 @@ class VRAX_FCPort_Provider::Port_Reader
         instance.CreationClassName.set(_class);
         instance.SystemCreationClassName.set(_switchClass);
         instance.SystemName.set(_switch.of(owner.wwn.c_str()));
-        String device(owner.wwn.c_str());
-        device.append(':');
-        device.append(portWwn.c_str());
-        instance.DeviceID.set(device);
+        instance.DeviceID.set(String(owner.wwn.c_str(), ":", portWwn.c_str()));
     }
 
     // What was read last, as properties.
@@ -159,9 +142,7 @@ class VRAX_FCPort_Provider::Port_Reader
         if (instance.PermanentAddress.value == kZeroWwn)
             return false;
         setKeys(instance, owner, port.getWwn());
-        String name("Port ");
-        name.append(_remote.text(kPortNumber));
-        instance.ElementName.set(name);
+        instance.ElementName.set(String("Port ", _remote.text(kPortNumber)));
         const char* state = _remote.text(kPortState);
         instance.OperationalStatus.set(smlPortStateToCIMOperationalStatus(state, state));
         instance.EnabledState.set(kNotApplicable);

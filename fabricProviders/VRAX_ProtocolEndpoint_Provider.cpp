@@ -3,6 +3,7 @@
 
 #include "switchaccess/Attribute.h"
 #include "switchaccess/CacheLock.h"
+#include "switchaccess/Repeated_Text.h"
 #include "switchaccess/fabric_walk.h"
 #include "switchaccess/string_helpers.h"
 
@@ -40,14 +41,14 @@ class VRAX_ProtocolEndpoint_Provider::Endpoint_Writer
     void localPort(const Walked_Switch& owner, const Local_Port& port)
     {
         if (_local.read({port.index.c_str()}) && isOnline(_local))
-            add(_switchClass, owner.wwn.c_str(), port.wwn.c_str());
+            add(_switchClass, _switch.of(owner.wwn.c_str()), port.wwn.c_str());
     }
 
     void remotePort(const Walked_Switch& owner, const PortCache& port)
     {
         const std::string entry = std::to_string(port.getEntryNumber());
         if (_remote.read({owner.domainText.c_str(), entry.c_str()}) && isOnline(_remote))
-            add(_switchClass, owner.wwn.c_str(), port.getWwn().c_str());
+            add(_switchClass, _switch.of(owner.wwn.c_str()), port.getWwn().c_str());
     }
 
     // An entry without a WWN names no port.
@@ -82,6 +83,7 @@ class VRAX_ProtocolEndpoint_Provider::Endpoint_Writer
     Attribute_Reader<Is> _attached{kAttachedWwn};
     // Texts that the endpoints share.
     String _fabricWwn;
+    Repeated_Text _switch;
     const String _switchClass{"VRAX_FCSwitch"};
     const String _fabricClass{"VRAX_Fabric"};
     const String _class{"VRAX_ProtocolEndpoint"};

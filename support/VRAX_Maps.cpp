@@ -174,9 +174,7 @@ bool VRAX_Maps::checkFlags(std::uint32_t flags, Switch_Role role)
 
 String VRAX_Maps::formatInstanceID(const char* name)
 {
-    String id(kInstanceIdPrefix);
-    id.append(name);
-    return id;
+    return String(kInstanceIdPrefix, name);
 }
 
 std::optional<String> VRAX_Maps::getNameFromInstanceID(const String& instanceId)

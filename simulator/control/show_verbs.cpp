@@ -23,7 +23,7 @@ std::string otherEnd(const Switch& owner, const Port& port)
         return "domain " + std::to_string(port.peer->domain) + " port " + std::to_string(port.peer->port);
     std::string text;
     for (const std::uint32_t address : port.attached)
-        text += (text.empty() ? "" : " ") + owner.nodes.at(address).portWwn;
+        text.append(text.empty() ? "" : " ").append(owner.nodes.at(address).text(&NodeScenario::portWwn));
     return text;
 }
 

@@ -7,7 +7,7 @@ namespace simulator
 namespace
 {
 
-template <class Read> // int32_t(const FabricModel& model, const NodeScenario& node, Answer& answer)
+template <class Read> // int32_t(const FabricModel& model, const Node& node, Answer& answer)
 ReadHandler ofNode(Read read)
 {
     return [read](const FabricModel& model, const KeyArguments& arguments, std::uint64_t, Answer& answer)
@@ -16,8 +16,7 @@ ReadHandler ofNode(Read read)
         std::uint64_t address = 0;
         const bool numbers =
             parseDecimal(arguments[0], domain) && isHex(arguments[1], 6) && parseHex(arguments[1], address);
-        const NodeScenario* node =
-            numbers ? model.node(domain, static_cast<std::uint32_t>(address)) : nullptr;
+        const Node* node = numbers ? model.node(domain, static_cast<std::uint32_t>(address)) : nullptr;
         return node != nullptr ? read(model, *node, answer) : std::int32_t{XPL_UNKNOWN_KEY};
     };
 }
@@ -28,19 +27,23 @@ void addNameServerKeys(ReadKeys& keys)
 {
     const auto add = [&keys](const char* name, auto read)
     { keys.add(std::string("Oper.NameServerAll.%d.Entry.%s.") + name, ofNode(read)); };
-    using Node = NodeScenario;
-    add("PortWwn", [](const FabricModel&, const Node& node, Answer& a) { return a.text(node.portWwn); });
-    add("NodeWwn", [](const FabricModel&, const Node& node, Answer& a) { return a.text(node.nodeWwn); });
-    add("SymPortName", [](const FabricModel&, const Node& node, Answer& a) { return a.text(node.portName); });
-    add("SymNodeName", [](const FabricModel&, const Node& node, Answer& a) { return a.text(node.nodeName); });
+    const std::pair<const char*, std::string NodeScenario::*> texts[] = {
+        {"PortWwn", &NodeScenario::portWwn},
+        {"NodeWwn", &NodeScenario::nodeWwn},
+        {"SymPortName", &NodeScenario::portName},
+        {"SymNodeName", &NodeScenario::nodeName},
+        {"COSList", &NodeScenario::classes},
+        {"FC4StdTypeList", &NodeScenario::protocols},
+    };
+    for (const auto& [name, member] : texts)
+        add(name,
+            [member = member](const FabricModel&, const Node& node, Answer& a)
+            { return a.text(node.text(member)); });
     add("PortType",
-        [](const FabricModel&, const Node& node, Answer& a) { return a.text(toText(node.type)); });
-    add("COSList", [](const FabricModel&, const Node& node, Answer& a) { return a.text(node.classes); });
-    add("FC4StdTypeList",
-        [](const FabricModel&, const Node& node, Answer& a) { return a.text(node.protocols); });
+        [](const FabricModel&, const Node& node, Answer& a) { return a.text(toText(node.type())); });
     add("FabricPortName",
         [](const FabricModel& model, const Node& node, Answer& a)
-        { return a.text(model.switchOf(node.domain)->port(node.port)->facts.wwn); });
+        { return a.text(model.switchOf(node.domain())->port(node.port())->facts.wwn); });
 }
 
 } // namespace simulator

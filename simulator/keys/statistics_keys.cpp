@@ -10,7 +10,7 @@ void addStatisticsKeys(ReadKeys& keys)
     {
         keys.add("Oper.UserPort.0.%s.C64." + std::string(kCounters[i].name),
                  ofLocalPort([i](const Switch&, const Port& port, std::uint64_t now, Answer& answer)
-                             { return answer.hex(port.meter.counter(i, now)); }));
+                             { return answer.hex(port.meter->counter(i, now)); }));
     }
     const std::pair<const char*, std::uint64_t Rates::*> rates[] = {{"RxBytePerf", &Rates::rxBytes},
                                                                     {"TxBytePerf", &Rates::txBytes},
@@ -21,7 +21,7 @@ void addStatisticsKeys(ReadKeys& keys)
         const auto member = rate.second;
         keys.add(std::string("Oper.UserPort.0.%s.") + rate.first,
                  ofLocalPort([member](const Switch&, const Port& port, std::uint64_t now, Answer& answer)
-                             { return answer.decimal(port.meter.rates(now).*member); }));
+                             { return answer.decimal(port.meter->rates(now).*member); }));
     }
 }
 

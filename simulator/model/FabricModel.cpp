@@ -55,10 +55,13 @@ Load loadOf(const PortScenario& facts)
     return load;
 }
 
-Port::Port(const PortScenario& given, std::uint64_t seed) : facts(given), meter(seed, loadOf(given))
+Port::Port(const PortScenario& given, std::uint64_t seed, bool local) : facts(given)
 {
     if (facts.name.empty())
         facts.name = "Port" + std::to_string(facts.number);
+    if (!local)
+        return;
+    meter = std::make_unique<TrafficMeter>(seed, loadOf(facts));
     if (facts.reserved.empty())
         facts.reserved = madeUpBytes(seed, kPortReservedSize);
 }
@@ -168,18 +171,18 @@ SwitchEvent FabricModel::fabricEvent(xpl_SwitchEventType type) const
     return one;
 }
 
-const NodeScenario* FabricModel::node(int domain, std::uint32_t address) const
+const Node* FabricModel::node(int domain, std::uint32_t address) const
 {
     const Switch* owner = switchOf(domain);
     if (owner == nullptr)
         return nullptr;
     const auto found = owner->nodes.find(address);
-    if (found == owner->nodes.end() || !isOnline(*owner, *owner->port(found->second.port)))
+    if (found == owner->nodes.end() || !isOnline(*owner, *owner->port(found->second.port())))
         return nullptr;
     return &found->second;
 }
 
-const NodeScenario* FabricModel::nodeAfter(int domain, std::uint32_t address) const
+const Node* FabricModel::nodeAfter(int domain, std::uint32_t address) const
 {
     const Switch* owner = switchOf(domain);
     if (owner == nullptr)
@@ -187,7 +190,7 @@ const NodeScenario* FabricModel::nodeAfter(int domain, std::uint32_t address) co
     const auto found =
         std::find_if(owner->nodes.upper_bound(address),
                      owner->nodes.end(),
-                     [owner](const auto& one) { return isOnline(*owner, *owner->port(one.second.port)); });
+                     [owner](const auto& one) { return isOnline(*owner, *owner->port(one.second.port())); });
     return found != owner->nodes.end() ? &found->second : nullptr;
 }
 
@@ -204,7 +207,7 @@ void FabricModel::linkChanged(Switch& owner, Port& port, std::uint64_t now)
         portChanged(of, one, now);
         if (!of.facts.local)
             return;
-        one.meter.setLink(linkSpeed(of, one), now);
+        one.meter->setLink(linkSpeed(of, one), now);
         const int carried = isOnline(of, one) ? one.facts.rxLoadPercent + one.facts.txLoadPercent : 0;
         of.carriedPercent += carried - std::exchange(one.carriedPercent, carried);
         warmthChanged(now);
@@ -275,32 +278,50 @@ void FabricModel::restorationRefused(const std::string& reason, std::uint64_t no
     _history.log("config", reason, now);
 }
 
-Scenario FabricModel::toScenario() const
+Scenario FabricModel::withoutSwitches() const
 {
     Scenario scenario;
     scenario.seed = static_cast<int>(_seed);
     scenario.uptimeSeconds = static_cast<int>(_startTime / 1000);
     scenario.principal = _principal;
     scenario.noPrincipal = _principal == 0;
+    scenario.zoning = zoningScenarioOf(_zoning.configured, local().activeZoneSet.get(), _zoning.defaultZone);
+    return scenario;
+}
+
+SwitchScenario FabricModel::scenarioOf(const Switch& one) const
+{
+    SwitchScenario facts = one.facts;
+    if (facts.local)
+    {
+        facts.logEnabled = logs().enabled();
+        facts.userLog = logs()[LogKind::user].texts();
+        facts.alarmLog = logs()[LogKind::alarm].texts();
+        facts.listeners = _cim.listenerScenarios();
+        facts.subscriptions = _cim.subscriptionScenarios();
+    }
+    for (const Port& port : one.ports)
+        facts.ports.push_back(port.facts);
+    return facts;
+}
+
+Scenario FabricModel::toScenario() const
+{
+    Scenario scenario = withoutSwitches();
     scenario.isls = _isls;
     for (const auto& one : _switches)
     {
-        scenario.switches.push_back(one.second.facts);
-        if (one.second.facts.local)
-        {
-            SwitchScenario& facts = scenario.switches.back();
-            facts.logEnabled = logs().enabled();
-            facts.userLog = logs()[LogKind::user].texts();
-            facts.alarmLog = logs()[LogKind::alarm].texts();
-            facts.listeners = _cim.listenerScenarios();
-            facts.subscriptions = _cim.subscriptionScenarios();
-        }
-        for (const Port& port : one.second.ports)
-            scenario.switches.back().ports.push_back(port.facts);
+        scenario.switches.push_back(scenarioOf(one.second));
         for (const auto& node : one.second.nodes)
-            scenario.nodes.push_back(node.second);
+            scenario.nodes.push_back(node.second.facts());
     }
-    scenario.zoning = zoningScenarioOf(_zoning.configured, local().activeZoneSet.get(), _zoning.defaultZone);
+    return scenario;
+}
+
+Scenario FabricModel::localScenario() const
+{
+    Scenario scenario = withoutSwitches();
+    scenario.switches.push_back(scenarioOf(local()));
     return scenario;
 }
 

@@ -7,6 +7,7 @@
 #include "simulator/model/CimSubscriptions.h"
 #include "simulator/model/ConfigEdit.h"
 #include "simulator/model/History.h"
+#include "simulator/model/Node.h"
 #include "simulator/model/OperationalStatus.h"
 #include "simulator/model/TrafficMeter.h"
 #include "simulator/model/Warmth.h"
@@ -33,10 +34,11 @@ struct PortPlace
 
 struct Port
 {
-    explicit Port(const PortScenario& facts, std::uint64_t seed);
+    // A port of the local switch, or of another, of which nothing is made up but its name.
+    Port(const PortScenario& facts, std::uint64_t seed, bool local);
 
     PortScenario facts;                  // with all defaults filled in
-    TrafficMeter meter;                  // of local ports; idle in others
+    std::unique_ptr<TrafficMeter> meter; // of local ports; null in others
     std::vector<std::uint32_t> attached; // addresses of the attached node ports, rising
     std::optional<PortPlace> peer;       // the other end of a link to another switch
     bool peerSends = false;              // the other end is not switched off or broken
@@ -53,9 +55,9 @@ struct Port
 
 struct Switch
 {
-    SwitchScenario facts;                        // without its ports
-    std::vector<Port> ports;                     // by rising number
-    std::map<std::uint32_t, NodeScenario> nodes; // by address; all facts filled in
+    SwitchScenario facts;                // without its ports
+    std::vector<Port> ports;             // by rising number
+    std::map<std::uint32_t, Node> nodes; // by address; all facts filled in
     std::uint64_t seed = 0;
     OperationalStatus toldStatus; // its status when something was last told of it
     int carriedPercent = 0;       // the loads of both directions of all ports that are online
@@ -76,6 +78,8 @@ class FabricModel
 
     // The scenario that would start a fabric like this one: its durable part.
     Scenario toScenario() const;
+    // What it has of the local switch and the zoning.
+    Scenario localScenario() const;
 
     // Makes the local switch what an image of its configuration says (see configuration.h); the active zone
     // set reaches every switch that is linked. Throws ScenarioError and changes nothing.
@@ -97,9 +101,9 @@ class FabricModel
     void setPrincipal(int domain, std::uint64_t now); // 0: none
 
     // The attached node port with this address, while its switch port is online; null otherwise.
-    const NodeScenario* node(int domain, std::uint32_t address) const;
+    const Node* node(int domain, std::uint32_t address) const;
     // The first such node above `address`.
-    const NodeScenario* nodeAfter(int domain, std::uint32_t address) const;
+    const Node* nodeAfter(int domain, std::uint32_t address) const;
 
     // Changes. Each throws ScenarioError when it names what is not there or already is.
     void addSwitch(const SwitchScenario& facts, std::uint64_t now);
@@ -194,6 +198,9 @@ class FabricModel
     std::uint64_t startTime() const { return _startTime; } // model time at the start, milliseconds
 
   private:
+    Scenario withoutSwitches() const;
+    SwitchScenario scenarioOf(const Switch& one) const;
+
     // Each throws ScenarioError when there is none.
     Switch& switchWith(int domain);
     PartScenario& part(PartKind kind, int number);

@@ -19,15 +19,15 @@ std::string noSuch(const char* what, int number)
     return std::string("no ") + what + " " + std::to_string(number);
 }
 
-void countNode(Port& port, const NodeScenario& node)
+void countNode(Port& port, const Node& node)
 {
-    const auto place = std::lower_bound(port.attached.begin(), port.attached.end(), node.address);
-    port.attached.insert(place, node.address);
-    port.initiators = port.initiators || node.role == NodeRole::initiator;
-    port.loop = port.loop || node.type == NodePortType::nl;
-    const bool slowest = port.nodeSpeed == LinkSpeed::automatic || node.speed < port.nodeSpeed;
-    if (slowest && node.speed != LinkSpeed::automatic)
-        port.nodeSpeed = node.speed;
+    const auto place = std::lower_bound(port.attached.begin(), port.attached.end(), node.address());
+    port.attached.insert(place, node.address());
+    port.initiators = port.initiators || node.role() == NodeRole::initiator;
+    port.loop = port.loop || node.type() == NodePortType::nl;
+    const bool slowest = port.nodeSpeed == LinkSpeed::automatic || node.speed() < port.nodeSpeed;
+    if (slowest && node.speed() != LinkSpeed::automatic)
+        port.nodeSpeed = node.speed();
 }
 
 void countNodesAgain(const Switch& owner, Port& port)
@@ -103,13 +103,13 @@ void FabricModel::addSwitch(const SwitchScenario& facts, std::uint64_t now)
         throw ScenarioError("", "domain " + std::to_string(facts.domain) + " is taken");
     Switch& added = inserted.first->second;
     added.facts = facts;
-    added.facts.ports.clear();
+    std::vector<PortScenario>().swap(added.facts.ports); // with its memory
     const std::uint64_t switchSeed = mix(_seed, static_cast<std::uint64_t>(facts.domain));
     added.seed = switchSeed;
     added.ports.reserve(facts.ports.size());
     for (const PortScenario& port : facts.ports)
     {
-        added.ports.emplace_back(port, mix(switchSeed, static_cast<std::uint64_t>(port.number)));
+        added.ports.emplace_back(port, mix(switchSeed, static_cast<std::uint64_t>(port.number)), facts.local);
         if (added.ports.back().facts.wwn.empty())
             added.ports.back().facts.wwn = portWwn(facts.wwn, port.number);
         added.ports.back().toldState = operState(added, added.ports.back());
@@ -181,13 +181,14 @@ void FabricModel::addNode(NodeScenario node, std::uint64_t now)
         node.address = freeAddress(owner, node.port);
     if (node.nodeWwn.empty())
         node.nodeWwn = node.portWwn;
-    if (node.address == 0 || !owner.nodes.emplace(node.address, node).second)
+    if (node.address == 0 || owner.nodes.count(node.address) != 0)
     {
         const std::string fault =
             given ? "address " + hexOf(node.address, 6) + " is taken: " : "no free address: ";
         throw ScenarioError("", fault + node.portWwn + " in domain " + std::to_string(node.domain));
     }
-    countNode(*port, node);
+    const auto added = owner.nodes.emplace(node.address, Node(node)).first;
+    countNode(*port, added->second);
     linkChanged(owner, *port, now);
 }
 
@@ -199,9 +200,9 @@ void FabricModel::removeNode(std::string_view portWwn, std::uint64_t now)
         Switch& owner = one.second;
         for (auto node = owner.nodes.begin(); node != owner.nodes.end(); ++node)
         {
-            if (upperCase(node->second.portWwn) == wanted)
+            if (upperCase(node->second.text(&NodeScenario::portWwn)) == wanted)
             {
-                Port& port = *owner.port(node->second.port);
+                Port& port = *owner.port(node->second.port());
                 owner.nodes.erase(node);
                 countNodesAgain(owner, port);
                 linkChanged(owner, port, now);
@@ -237,7 +238,7 @@ void FabricModel::changePort(int number, const std::function<void(PortScenario&)
     change(facts);
     facts.number = number;
     port->facts = facts;
-    port->meter.setLoad(loadOf(facts), now);
+    port->meter->setLoad(loadOf(facts), now);
     linkChanged(*_local, *port, now);
 }
 

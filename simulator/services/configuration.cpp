@@ -81,7 +81,7 @@ int backupConfig()
                      {
                          const Scenario image =
                              Engine::instance().read([](const FabricModel& model, std::uint64_t)
-                                                     { return configurationOf(model.toScenario()); });
+                                                     { return configurationOf(model.localScenario()); });
                          const std::string text = formatScenario(image);
                          const std::string place = ImageDirectory::instance().locate(kConfigImage);
                          // The file's time is that of the last change of the configuration.

@@ -14,7 +14,7 @@ namespace
 {
 
 template <class Element>
-Element named(const std::string& wwn, std::int32_t Element::*field, std::int32_t value)
+Element named(std::string_view wwn, std::int32_t Element::*field, std::int32_t value)
 {
     Element element{};
     std::copy_n(wwn.data(), std::min(wwn.size(), kXplWwnSize - 1), element.wwn);
@@ -134,7 +134,7 @@ extern "C" xpl_fcsAttached** xpl_fcsGetPortTopology(
             if (found->peer)
                 addPeer(model, *found->peer, attached);
             for (const std::uint32_t address : found->attached)
-                attached.push_back(named(owner->nodes.at(address).portWwn,
+                attached.push_back(named(owner->nodes.at(address).text(&NodeScenario::portWwn),
                                          &xpl_fcsAttached::kind,
                                          std::int32_t{XPL_FCS_NODE_PORT}));
             return std::int32_t{XPL_OK};

@@ -154,7 +154,7 @@ void resetLink(const Switch& owner, Port& port, std::uint64_t now)
 {
     constexpr auto kTxLinkResets = *counterNamed("TxLinkResets");
     if (isOnline(owner, port))
-        port.meter.setCounter(kTxLinkResets, port.meter.counter(kTxLinkResets, now) + 1, now);
+        port.meter->setCounter(kTxLinkResets, port.meter->counter(kTxLinkResets, now) + 1, now);
 }
 
 std::string portRecord(std::int32_t port)
@@ -204,7 +204,7 @@ extern "C" int xpl_swSwitchForceReset(xpl_Handle handle)
         [](FabricModel& model, std::uint64_t now)
         {
             for (Port& port : model.local().ports)
-                port.meter.clear(now);
+                port.meter->clear(now);
         });
     return XPL_OK;
 }

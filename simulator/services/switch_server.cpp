@@ -51,12 +51,12 @@ int attachedPort(Call call, const char* domainId, int previous, char* address)
     return Engine::instance().read(
         [&](const FabricModel& model, std::uint64_t)
         {
-            const NodeScenario* node = model.nodeAfter(domain, static_cast<std::uint32_t>(previous));
+            const Node* node = model.nodeAfter(domain, static_cast<std::uint32_t>(previous));
             if (node == nullptr)
                 return 0;
-            const std::string text = hexOf(node->address, 6);
+            const std::string text = hexOf(node->address(), 6);
             std::memcpy(address, text.c_str(), text.size() + 1);
-            return static_cast<int>(node->address);
+            return static_cast<int>(node->address());
         });
 }
 

@@ -145,7 +145,7 @@ void SimSwitch::setCounter(int port, std::string_view counter, std::uint64_t val
     if (!index)
         throw std::invalid_argument("no counter is named " + std::string(counter));
     engine().write([&](FabricModel& model, std::uint64_t now)
-                   { portOf(model, port).meter.setCounter(*index, value, now); });
+                   { portOf(model, port).meter->setCounter(*index, value, now); });
 }
 
 void SimSwitch::setPrincipal(int domain)

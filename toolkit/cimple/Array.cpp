@@ -5,9 +5,10 @@ CIMPLE_NAMESPACE_BEGIN
 
 Array_Base::Rep* Array_Base::allocate(size_t capacity, size_t element_size)
 {
-    if (capacity > (SIZE_MAX - sizeof(Rep)) / element_size)
+    if (capacity > UINT32_MAX || capacity > (SIZE_MAX - sizeof(Rep)) / element_size)
         throw std::bad_alloc();
-    return new (::operator new(sizeof(Rep) + capacity * element_size)) Rep{0, capacity, 0};
+    return new (::operator new(sizeof(Rep) + capacity * element_size))
+        Rep{0, static_cast<uint32>(capacity), 0};
 }
 
 void Array_Base::release(Rep* rep)
@@ -15,8 +16,14 @@ void Array_Base::release(Rep* rep)
     ::operator delete(rep);
 }
 
+// Small arrays double. Large ones, such as those of a map's instances, gain a quarter: they would otherwise
+// be a quarter empty in the mean.
+const size_t kLarge = 64;
+
 size_t Array_Base::grown(size_t size)
 {
+    if (size > kLarge)
+        return size + size / 4;
     size_t capacity = kMinCapacity;
     while (capacity < size)
         capacity *= 2;

@@ -30,9 +30,9 @@ class CIMPLE_CIMPLE_LINKAGE Array_Base
     // removal at the front leaves the rest where it is.
     struct alignas(8) Rep
     {
-        size_t size;
-        size_t capacity;
-        size_t gap;
+        uint32 size;
+        uint32 capacity;
+        uint32 gap;
     };
 
     Array_Base() : _rep(nullptr) {}
@@ -51,15 +51,20 @@ class CIMPLE_CIMPLE_LINKAGE Array_Base
 };
 
 // Copying copies the elements. Pointers to instances are copied as pointers: who owns what they point to is
-// the business of the instance that contains the array. Positions are not checked.
+// the business of the instance that contains the array. Positions are not checked. Room for more than 2^32 -
+// 1 elements throws std::bad_alloc.
 template <class T>
 class Array : public Array_Base
 {
   public:
     Array() = default;
-    Array(const Array& x) : Array_Base() { append(x.data(), x.size()); }
+    Array(const Array& x) : Array(x.data(), x.size()) {}
     Array(Array&& x) noexcept : Array_Base() { swap(x); }
-    Array(const T* data, size_t size) { append(data, size); }
+    Array(const T* data, size_t size) : Array()
+    {
+        reserve(size); // no more: most copies do not grow
+        append(data, size);
+    }
     ~Array() { destroy_rep(); }
 
     Array& operator=(const Array& x)
@@ -103,7 +108,7 @@ class Array : public Array_Base
         {
             make_room(size);
             std::uninitialized_value_construct_n(data() + old_size, size - old_size);
-            _rep->size = size;
+            _rep->size = static_cast<uint32>(size);
         }
     }
 
@@ -122,7 +127,8 @@ class Array : public Array_Base
         make_room(old_size + n);
         T* const first = this->data();
         std::uninitialized_copy_n(data, n, first + old_size);
-        _rep->size = old_size + n; // NOLINT(clang-analyzer-core.NullDereference): there is room now
+        _rep->size = static_cast<uint32>(old_size +
+                                         n); // NOLINT(clang-analyzer-core.NullDereference): there is room now
         if (pos < old_size)
             std::rotate(first + pos, first + old_size, first + old_size + n);
     }
@@ -147,14 +153,14 @@ class Array : public Array_Base
         {
             std::move_backward(first, removed, removed + n);
             std::destroy_n(first, n);
-            _rep->gap += n;
+            _rep->gap += static_cast<uint32>(n);
         }
         else
         {
             std::move(removed + n, removed + n + behind, removed);
             std::destroy_n(removed + behind, n);
         }
-        _rep->size -= n;
+        _rep->size -= static_cast<uint32>(n);
         if (_rep->size == 0)
             _rep->gap = 0;
     }
@@ -211,7 +217,7 @@ class Array : public Array_Base
 
     bool fits(size_t size) const { return _rep && _rep->gap + size <= _rep->capacity; }
 
-    // Moves elements only after as many additions or removals as there are elements to move.
+    // Moves elements only after additions or removals of a quarter of what there is to move.
     void make_room(size_t size)
     {
         if (fits(size))
@@ -226,7 +232,7 @@ class Array : public Array_Base
     {
         T* const from = data();
         T* const to = elements(_rep);
-        const size_t apart = std::min(size(), _rep->gap); // the rest is moved onto elements
+        const size_t apart = std::min<size_t>(size(), _rep->gap); // the rest is moved onto elements
         std::uninitialized_move_n(from, apart, to);
         std::move(from + apart, from + size(), to + apart);
         std::destroy(std::max(from, to + size()), from + size());
@@ -236,7 +242,7 @@ class Array : public Array_Base
     void reallocate(size_t capacity)
     {
         Rep* const rep = allocate(capacity, sizeof(T));
-        rep->size = size();
+        rep->size = static_cast<uint32>(size());
         if (_rep)
         {
             std::uninitialized_move_n(data(), size(), elements(rep));

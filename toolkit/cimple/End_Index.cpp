@@ -1,19 +1,9 @@
-// Chains of the association instances that have an end in common.
+// Tables of the association instances by the objects that they refer to.
 #include <algorithm>
 #include <cimple/End_Index.h>
 #include <cimple/Features.h>
 
 CIMPLE_NAMESPACE_BEGIN
-
-namespace
-{
-const size_t kMinGroups = 16;
-
-uint32 folded(size_t hash)
-{
-    return static_cast<uint32>(hash ^ (static_cast<uint64>(hash) >> 32));
-}
-} // namespace
 
 End_Index::End_Index(const Meta_Class* meta_class) : _meta_class(meta_class)
 {
@@ -27,11 +17,13 @@ End_Index::End_Index(const Meta_Class* meta_class) : _meta_class(meta_class)
         if (!is_key(mf))
             _others.push_back(mr);
         else if (_roles.size() < CIMPLE_MAX_REFERENCES_PER_CLASS)
-        {
-            _roles.emplace_back();
-            _roles.back().reference = mr;
-        }
+            _roles.push_back(mr);
     }
+}
+
+End_Index::~End_Index()
+{
+    outdate();
 }
 
 const Known_Digests& End_Index::learn(const Instance* instance)
@@ -39,122 +31,121 @@ const Known_Digests& End_Index::learn(const Instance* instance)
     if (instance->meta_class != _meta_class)
         return _known;
     for (size_t i = 0; i < _roles.size(); i++)
-        if (const Instance* const end = __ref_of(instance, _roles[i].reference))
+        if (const Instance* const end = __ref_of(instance, _roles[i]))
             _known.learn(i, end);
     return _known;
 }
 
-void End_Index::add(const Instance* instance, uint32 slot) noexcept
+void End_Index::outdate() noexcept
 {
-    if (_roles.empty())
-        return;
-    _complete = _complete && instance->meta_class == _meta_class;
-    if (!_complete)
-        return;
+    if (const Table* const table = _table.load(std::memory_order_relaxed))
+    {
+        _table.store(nullptr, std::memory_order_relaxed);
+        delete table;
+    }
+}
+
+const End_Index::Table* End_Index::table(const Array<Instance*>& instances, const Slots& slots) const
+{
+    if (const Table* const made = _table.load(std::memory_order_acquire))
+        return made;
+    const std::lock_guard<std::mutex> lock(_making);
+    if (const Table* const made = _table.load(std::memory_order_relaxed))
+        return made;
     try
     {
-        for (Role& role : _roles)
-            if (const Instance* const end = __ref_of(instance, role.reference))
-                role.add(end, *_known.find(end), slot);
+        const Table* const made = make_table(instances, slots).release();
+        _table.store(made, std::memory_order_release);
+        return made;
     }
     catch (const std::bad_alloc&)
     {
-        _complete = false;
+        return nullptr;
     }
 }
 
-void End_Index::clear()
+std::unique_ptr<const End_Index::Table> End_Index::make_table(const Array<Instance*>& instances,
+                                                              const Slots& slots) const
 {
-    for (Role& role : _roles)
-        role.clear();
-    _known.forget();
-    _complete = true;
+    auto table = std::make_unique<Table>();
+    const auto is_of_class = [this](const Instance* instance) { return instance->meta_class == _meta_class; };
+    table->complete = std::all_of(instances.data(), instances.data() + instances.size(), is_of_class);
+    if (!table->complete)
+        return table;
+    for (const Meta_Reference* role : _roles)
+    {
+        Ends& ends = table->roles.emplace_back();
+        ends.entries.reserve(instances.size());
+        Known_Digests known; // neighbours often have an end in common
+        for (size_t pos = 0; pos < instances.size(); pos++)
+        {
+            const Instance* const end = __ref_of(instances[pos], role);
+            if (!end)
+                continue;
+            const Digest& digest = known.learn(0, end);
+            ends.shapes.add(end, digest);
+            ends.entries.push_back({folded(digest.value), slots.at(pos)});
+        }
+        std::sort(ends.entries.begin(), ends.entries.end());
+    }
+    return table;
 }
 
-bool End_Index::select(const Instance* model, Selection& selection) const
+bool End_Index::select(const Array<Instance*>& instances,
+                       const Slots& slots,
+                       const Instance* model,
+                       Selection& selection) const
 {
-    if (!model || model->meta_class != _meta_class || !_complete)
+    if (!model || model->meta_class != _meta_class)
         return false;
     const auto refers = [model](const Meta_Reference* mr) { return __ref_of(model, mr) != nullptr; };
-    if (std::any_of(_others.begin(), _others.end(), refers))
+    if (std::any_of(_others.begin(), _others.end(), refers) ||
+        std::none_of(_roles.begin(), _roles.end(), refers))
+        return false;
+    const Table* const made = table(instances, slots);
+    if (!made || !made->complete)
         return false;
 
-    bool narrow = false;
     Known_Digests known; // often one object in all roles
-    for (const Role& role : _roles)
+    for (size_t i = 0; i < _roles.size(); i++)
     {
-        const Instance* const end = __ref_of(model, role.reference);
+        const Instance* const end = __ref_of(model, _roles[i]);
         if (!end)
             continue;
-        narrow = true;
         const Digest* const before = known.find(end);
         const Digest& digest = before ? *before : known.learn(0, end);
-        if (role.shapes.may_match_other(end, digest, Key_Shapes::Model_First))
+        const Ends& ends = made->roles[i];
+        if (ends.shapes.may_match_other(end, digest, Key_Shapes::Model_First))
             return false;
-        if (role.groups.empty())
-            continue;
-        const Group& group = role.groups[role.place_of(folded(digest.value))];
-        if (group.first != kNone)
-            selection._chains[selection._size++] = {&role.next, group.first};
-    }
-    return narrow;
-}
-
-bool End_Index::Selection::next(uint32& slot)
-{
-    slot = kNone;
-    for (size_t i = 0; i < _size; i++)
-        slot = std::min(slot, _chains[i].head);
-    if (slot == kNone)
-        return false;
-    for (size_t i = 0; i < _size; i++)
-    {
-        Chain& chain = _chains[i];
-        if (chain.head == slot)
-            chain.head = (*chain.next)[slot];
+        const auto by_hash = [](const Selection::Entry& a, const Selection::Entry& b)
+        { return a.hash < b.hash; };
+        const auto [first, last] = std::equal_range(
+            ends.entries.begin(), ends.entries.end(), Selection::Entry{folded(digest.value), 0}, by_hash);
+        if (first != last)
+            selection._ranges[selection._size++] = {&*first, &*first + (last - first)};
     }
     return true;
 }
 
-// The group of the hash, or the free place where it belongs.
-size_t End_Index::Role::place_of(uint32 hash) const
+bool End_Index::Selection::next(uint32& slot)
 {
-    const size_t mask = groups.size() - 1;
-    size_t i = hash & mask;
-    while (groups[i].first != kNone && groups[i].hash != hash)
-        i = (i + 1) & mask;
-    return i;
-}
-
-void End_Index::Role::add(const Instance* end, const Digest& digest, uint32 slot)
-{
-    shapes.add(end, digest);
-    if (4 * (used + 1) > 3 * groups.size())
+    bool found = false;
+    for (size_t i = 0; i < _size; i++)
     {
-        std::vector<Group> smaller(std::max(kMinGroups, 2 * groups.size()), Group{0, kNone, kNone});
-        smaller.swap(groups);
-        for (const Group& group : smaller)
-            if (group.first != kNone)
-                groups[place_of(group.hash)] = group;
+        const Range& range = _ranges[i];
+        if (range.next != range.end && (!found || range.next->slot < slot))
+        {
+            slot = range.next->slot;
+            found = true;
+        }
     }
-    next.resize(slot + 1, kNone);
-    Group& group = groups[place_of(folded(digest.value))];
-    if (group.first == kNone)
+    for (size_t i = 0; i < _size; i++)
     {
-        group = {folded(digest.value), slot, slot};
-        used++;
-        return;
+        Range& range = _ranges[i];
+        if (found && range.next != range.end && range.next->slot == slot)
+            range.next++;
     }
-    next[group.last] = slot;
-    group.last = slot;
-}
-
-void End_Index::Role::clear()
-{
-    groups.clear();
-    used = 0;
-    next.clear();
-    shapes.clear();
+    return found;
 }
 
 CIMPLE_NAMESPACE_END

@@ -31,7 +31,8 @@ void Instance_Map_Base::clear()
     released.swap(_instances);
     _index->slots.clear();
     _index->keys.clear();
-    _index->ends.clear();
+    _index->ends.forget();
+    _index->ends.outdate();
     for (size_t i = 0; i < released.size(); i++)
         unref(released[i]);
 }
@@ -49,7 +50,7 @@ size_t Instance_Map_Base::_insert(Instance* instance)
     _instances.append(instance);
     try
     {
-        const uint32 slot = index.slots.add();
+        index.slots.add();
         try
         {
             index.keys.add(instance, digest);
@@ -59,7 +60,6 @@ size_t Instance_Map_Base::_insert(Instance* instance)
             index.slots.take_back();
             throw;
         }
-        index.ends.add(instance, slot);
     }
     catch (...)
     {
@@ -67,6 +67,7 @@ size_t Instance_Map_Base::_insert(Instance* instance)
         _instances.remove(pos);
         throw;
     }
+    index.ends.outdate();
     return pos;
 }
 
@@ -95,12 +96,7 @@ void Instance_Map_Base::_remove(size_t pos)
         return;
     index.keys.renumber(index.slots);
     index.slots.renumber();
-    index.ends.clear();
-    for (size_t i = 0; i < _instances.size(); i++)
-    {
-        index.ends.learn(_instances[i]);
-        index.ends.add(_instances[i], static_cast<uint32>(i));
-    }
+    index.ends.outdate();
 }
 
 Get_Instance_Status Instance_Map_Base::_get_instance(const Instance* model, Instance*& instance) const
@@ -121,7 +117,7 @@ Instance_Map_Base::_enum_instances(const Instance* model, Enum_Instances_Proc pr
         return proc(_instances[pos], ENUM_INSTANCES_OK, client_data);
     };
     End_Index::Selection selection;
-    if (_index->ends.select(model, selection))
+    if (_index->ends.select(_instances, _index->slots, model, selection))
     {
         for (uint32 slot; selection.next(slot);)
         {

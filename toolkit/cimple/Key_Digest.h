@@ -8,6 +8,12 @@
 
 CIMPLE_NAMESPACE_BEGIN
 
+// A hash in half the room, for tables that compare keys in any case.
+inline uint32 folded(size_t hash)
+{
+    return static_cast<uint32>(hash ^ (static_cast<uint64>(hash) >> 32));
+}
+
 struct Digest
 {
     size_t shape; // hash of the names and types of keys

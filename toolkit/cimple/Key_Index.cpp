@@ -24,10 +24,10 @@ size_t Key_Index::find(const Array<Instance*>& instances,
                 return pos;
         return size_t(-1);
     }
-    for (uint32 slot = _buckets[digest.value & (_buckets.size() - 1)]; slot != kNone;
-         slot = _nodes[slot].next)
+    const uint32 hash = folded(digest.value);
+    for (uint32 slot = _buckets[hash & (_buckets.size() - 1)]; slot != kNone; slot = _nodes[slot].next)
     {
-        if (_nodes[slot].hash != digest.value)
+        if (_nodes[slot].hash != hash)
             continue;
         const size_t pos = slots.position_of(slot);
         if (key_eq(instances[pos], model))
@@ -41,7 +41,10 @@ void Key_Index::add(const Instance* instance, const Digest& digest)
     _shapes.add(instance, digest);
     if (_nodes.size() >= _buckets.size())
         grow(std::max(kMinBuckets, 2 * _buckets.size()));
-    _nodes.push_back({digest.value, kNone, true});
+    if (_nodes.size() == _nodes.capacity())
+        _nodes.reserve(_nodes.size() +
+                       std::max(kMinBuckets, _nodes.size() / 4)); // doubled, most would be empty
+    _nodes.push_back({folded(digest.value), kNone});
     link(static_cast<uint32>(_nodes.size() - 1));
 }
 
@@ -51,7 +54,7 @@ void Key_Index::remove(uint32 slot)
     while (*link_to != slot)
         link_to = &_nodes[*link_to].next;
     *link_to = _nodes[slot].next;
-    _nodes[slot].live = false;
+    _nodes[slot].next = kGone;
 }
 
 void Key_Index::renumber(const Slots& slots)
@@ -80,7 +83,7 @@ void Key_Index::grow(size_t n)
 void Key_Index::link_all()
 {
     for (uint32 slot = 0; slot < _nodes.size(); slot++)
-        if (_nodes[slot].live)
+        if (_nodes[slot].next != kGone)
             link(slot);
 }
 

@@ -32,12 +32,12 @@ class Key_Index
 
   private:
     static constexpr uint32 kNone = 0xFFFFFFFF;
+    static constexpr uint32 kGone = 0xFFFFFFFE;
 
     struct Node
     {
-        size_t hash;
-        uint32 next; // slot of the next instance in the same bucket, or kNone
-        bool live;
+        uint32 hash;
+        uint32 next; // slot of the next instance in the same bucket, kNone, or kGone: it has been removed
     };
 
     void grow(size_t n);

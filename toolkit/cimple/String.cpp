@@ -7,7 +7,9 @@ CIMPLE_NAMESPACE_BEGIN
 
 String::Rep* String::create(size_t capacity)
 {
-    Rep* const rep = new (::operator new(sizeof(Rep) + capacity + 1)) Rep(capacity);
+    if (capacity > UINT32_MAX - sizeof(Rep) - 1)
+        throw std::bad_alloc();
+    Rep* const rep = new (::operator new(sizeof(Rep) + capacity + 1)) Rep(static_cast<uint32>(capacity));
     rep->resize(0);
     return rep;
 }

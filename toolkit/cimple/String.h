@@ -8,8 +8,9 @@
 
 CIMPLE_NAMESPACE_BEGIN
 
-// Always NUL terminated. Different String objects that share a representation may be used by different
-// threads. C strings passed in must not be null. Positions are not checked beyond CIMPLE_ASSERT.
+// Always NUL terminated, and shorter than 4 GiB: what would be longer throws std::bad_alloc. Different String
+// objects that share a representation may be used by different threads. C strings passed in must not be null.
+// Positions are not checked beyond CIMPLE_ASSERT.
 class CIMPLE_CIMPLE_LINKAGE String
 {
   public:
@@ -83,22 +84,23 @@ class CIMPLE_CIMPLE_LINKAGE String
     size_t find(const String& s) const;
 
   private:
-    // The head of a block that goes on with capacity + 1 characters.
+    // The head of a block that goes on with capacity + 1 characters. Small: most texts are short, and there
+    // are many.
     struct Rep
     {
-        explicit Rep(size_t room) : refs(1), size(0), capacity(room) {}
+        explicit Rep(uint32 room) : refs(1), size(0), capacity(room) {}
 
         bool shared() const { return refs.load(std::memory_order_acquire) != 1; }
         char* data() { return reinterpret_cast<char*>(this + 1); }
         void resize(size_t n)
         {
-            size = n;
+            size = static_cast<uint32>(n);
             data()[n] = '\0';
         }
 
         std::atomic<int> refs;
-        size_t size;
-        size_t capacity;
+        uint32 size;
+        uint32 capacity;
     };
 
     // Counting down is spared where nobody else could count.

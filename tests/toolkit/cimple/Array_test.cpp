@@ -1,5 +1,6 @@
 // Arrays: the operations against std::vector, elements with and without destructors, own elements as
 // arguments.
+#include <algorithm>
 #include <cimple/cimple.h>
 #include <gtest/gtest.h>
 #include <random>
@@ -125,6 +126,25 @@ TEST(ArrayMemoryTest, RefusesSizesBeyondTheAddressSpace)
     EXPECT_THROW(array.reserve(size_t(-1) / 4), std::bad_alloc);
     array.append(1);
     EXPECT_EQ(array[0], 1u);
+    if (sizeof(size_t) > sizeof(uint32))
+        EXPECT_THROW(Array_uint8().reserve(size_t(UINT32_MAX) + 1), std::bad_alloc)
+            << "the head counts in 32 bits";
+}
+
+TEST(ArrayMemoryTest, TakesLittleMoreThanItsElements)
+{
+    Array_uint16 array;
+    for (uint16 i = 0; i < 1000; i++)
+    {
+        array.append(i);
+        ASSERT_LE(array.capacity(), std::max<size_t>(2 * array.size(), 8));
+        if (array.size() > 64)
+            ASSERT_LE(array.capacity(), array.size() + array.size() / 4 + 1);
+    }
+    Array_uint16 assigned;
+    assigned = array;
+    for (const Array_uint16& copy : {Array_uint16(array), Array_uint16(array.data(), array.size()), assigned})
+        EXPECT_EQ(copy.capacity(), 1000u);
 }
 
 TEST(PropertyTest, ComparesFlagAndValue)

@@ -37,6 +37,13 @@ TEST(StringTest, ConstructsFromTextAndPieces)
     }
 }
 
+TEST(StringTest, RefusesRoomBeyondFourGibibytes)
+{
+    String text("abc");
+    EXPECT_THROW(text.reserve(UINT32_MAX), std::bad_alloc);
+    EXPECT_STREQ(text.c_str(), "abc");
+}
+
 TEST(StringTest, ChangesLeaveCopiesAlone)
 {
     typedef void (*Change)(String&);
