@@ -36,6 +36,33 @@ const Known_Digests& End_Index::learn(const Instance* instance)
     return _known;
 }
 
+// Moves the entries behind it, which costs less than a new table up to some ten thousand of them.
+void End_Index::add(const Instance* instance, uint32 slot) noexcept
+{
+    Table* const table = _table.load(std::memory_order_relaxed);
+    if (!table)
+        return;
+    try
+    {
+        table->complete = table->complete && instance->meta_class == _meta_class;
+        for (size_t i = 0; table->complete && i < _roles.size(); i++)
+        {
+            const Instance* const end = __ref_of(instance, _roles[i]);
+            if (!end)
+                continue;
+            const Digest& digest = *_known.find(end);
+            Ends& ends = table->roles[i];
+            ends.shapes.add(end, digest);
+            const Selection::Entry entry = {folded(digest.value), slot};
+            ends.entries.insert(std::upper_bound(ends.entries.begin(), ends.entries.end(), entry), entry);
+        }
+    }
+    catch (const std::bad_alloc&)
+    {
+        outdate();
+    }
+}
+
 void End_Index::outdate() noexcept
 {
     if (const Table* const table = _table.load(std::memory_order_relaxed))
@@ -54,7 +81,7 @@ const End_Index::Table* End_Index::table(const Array<Instance*>& instances, cons
         return made;
     try
     {
-        const Table* const made = make_table(instances, slots).release();
+        Table* const made = make_table(instances, slots).release();
         _table.store(made, std::memory_order_release);
         return made;
     }
@@ -64,8 +91,8 @@ const End_Index::Table* End_Index::table(const Array<Instance*>& instances, cons
     }
 }
 
-std::unique_ptr<const End_Index::Table> End_Index::make_table(const Array<Instance*>& instances,
-                                                              const Slots& slots) const
+std::unique_ptr<End_Index::Table> End_Index::make_table(const Array<Instance*>& instances,
+                                                        const Slots& slots) const
 {
     auto table = std::make_unique<Table>();
     const auto is_of_class = [this](const Instance* instance) { return instance->meta_class == _meta_class; };

@@ -28,7 +28,11 @@ class End_Index
     // What has been learned may no longer hold: an instance was not added, or one is about to go.
     void forget() { _known.forget(); }
 
-    // An instance has come, or slots have been renumbered. One that only goes needs no mention.
+    // An instance has come. `slot` is greater than all before. Follows learn() of this instance. One that
+    // goes needs no mention.
+    void add(const Instance* instance, uint32 slot) noexcept;
+
+    // Slots have been renumbered, or all instances are gone.
     void outdate() noexcept;
 
     // The slots in ascending order, each once, some of them perhaps gone. Valid until outdate().
@@ -81,14 +85,14 @@ class End_Index
 
     // Null if memory runs out.
     const Table* table(const Array<Instance*>& instances, const Slots& slots) const;
-    std::unique_ptr<const Table> make_table(const Array<Instance*>& instances, const Slots& slots) const;
+    std::unique_ptr<Table> make_table(const Array<Instance*>& instances, const Slots& slots) const;
 
     const Meta_Class* _meta_class;
     std::vector<const Meta_Reference*> _roles;
     std::vector<const Meta_Reference*> _others; // scalar references that are no keys
     Known_Digests _known;                       // ends of the instance that was added last, by role
     mutable std::mutex _making;
-    mutable std::atomic<const Table*> _table{nullptr}; // owned
+    mutable std::atomic<Table*> _table{nullptr}; // owned
 };
 
 CIMPLE_NAMESPACE_END

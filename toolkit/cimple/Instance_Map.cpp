@@ -48,9 +48,10 @@ size_t Instance_Map_Base::_insert(Instance* instance)
     }
     const size_t pos = _instances.size();
     _instances.append(instance);
+    uint32 slot = 0;
     try
     {
-        index.slots.add();
+        slot = index.slots.add();
         try
         {
             index.keys.add(instance, digest);
@@ -67,7 +68,7 @@ size_t Instance_Map_Base::_insert(Instance* instance)
         _instances.remove(pos);
         throw;
     }
-    index.ends.outdate();
+    index.ends.add(instance, slot);
     return pos;
 }
 

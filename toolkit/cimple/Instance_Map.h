@@ -47,8 +47,7 @@ class CIMPLE_CIMPLE_LINKAGE Instance_Map_Base
     //
     // A model of an association that refers to an object asks only for the instances that refer to it, in one
     // of the roles in which the model does. If the roles are keys, this takes a time that depends on their
-    // number and not on the size, but for the first time after instances have come. A few others may come
-    // with them.
+    // number and not on the size, but for the first time. A few others may come with them.
     Enum_Instances_Status
     _enum_instances(const Instance* model, Enum_Instances_Proc proc, void* client_data) const;
 
