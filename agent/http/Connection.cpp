@@ -57,6 +57,13 @@ void Connection::note(LogLevel level, const char* area, const std::string& reaso
     _station.refusals.add({level, area, reason}, _peer, _station.now);
 }
 
+// Once: an answer that is kept back comes by twice.
+void Connection::noteLogIn(HttpResponse& answer)
+{
+    if (const char* const reason = std::exchange(answer.logInRefusal, nullptr))
+        note(LogLevel::Warning, "auth", reason);
+}
+
 void Connection::enter(Phase phase)
 {
     _phase = phase;
@@ -336,6 +343,7 @@ void Connection::completeRequest()
     }
     HttpResponse answer = std::move(*_refusal);
     _refusal.reset();
+    noteLogIn(answer);
     if (answer.holdFor.count() == 0)
         return respond(std::move(answer), _form.closes);
     _exchange->reply.finish(std::move(answer), _station.now);

@@ -152,6 +152,7 @@ class Connection
     Time deadline() const;
     void expire();
     void note(LogLevel level, const char* area, const std::string& reason);
+    void noteLogIn(HttpResponse& answer);
 
     Station& _station;
     const std::uint64_t _id;

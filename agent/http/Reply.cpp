@@ -217,7 +217,7 @@ Reply::Start Reply::takeHead(HttpResponse& head)
         return Start::None;
     _isAwaited = !_isStreaming && (!_isComplete || _heldUntil != kNever);
     if (_isAwaited)
-        return Start::Later;
+        return _heldUntil != kNever ? Start::Held : Start::Later;
     head = std::move(_response);
     return _isStreaming ? Start::Stream : Start::Whole;
 }

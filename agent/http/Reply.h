@@ -53,6 +53,7 @@ class Reply : public AnswerStream
     enum class Start
     {
         Later,  ///< There will be a call of `wake`.
+        Held,   ///< The same; the answer is there and kept back.
         Whole,  ///< an answer as it is
         Stream, ///< the head of one whose body is to be read
         None    ///< the answer was closed before it was made

@@ -49,11 +49,15 @@ bool Connection::fetch()
     {
     case Reply::Start::Later:
         return false;
+    case Reply::Start::Held: // which may be for seconds, at the wish of a client that guesses
+        _place->isBusy = false;
+        return false;
     case Reply::Start::None:
         close(kGone);
         return false;
     case Reply::Start::Whole:
         served(head.status);
+        noteLogIn(head);
         respond(std::move(head), _form.closes);
         return true;
     case Reply::Start::Stream:

@@ -1,8 +1,12 @@
 // What the server does when something takes too long: operations, requests, clients, and its own end.
 #include "tests/agent/http/ServerFixture.h"
 
+#include "agent/log/log.h"
+
 #include <map>
+#include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
 
 namespace cimd
 {
@@ -123,7 +127,7 @@ TEST_F(TimeTest, KeepsAnAnswerBackWithoutAWorker)
     {
         Verdict verdict;
         if (head.header("X-Refuse") != nullptr)
-            verdict.response = HttpResponse{401, {}, "who?", {}, kLong};
+            verdict.response = HttpResponse{401, {}, "who?", {}, kLong, "no name"};
         return verdict;
     };
     RawClient keeper(port);
@@ -139,7 +143,49 @@ TEST_F(TimeTest, KeepsAnAnswerBackWithoutAWorker)
     EXPECT_EQ("held", keeper.receive().body);
     EXPECT_EQ(401, refused.receive().status);
     EXPECT_EQ(401, asking.receive().status);
+    EXPECT_EQ(2U, server->state().refusals["no name"]) << "told once each, though kept back";
     EXPECT_TRUE(server->stop(kLong));
+}
+
+TEST_F(TimeTest, GivesThePlaceOfAnAnswerThatIsKeptBackToANewClient)
+{
+    limits.connections = 1;
+    start(
+        [](HttpRequest& request, AnswerStream&)
+        {
+            HttpResponse response{200, {}, request.body};
+            if (request.body == "guess")
+                response.holdFor = kLong;
+            return response;
+        });
+    RawClient guesser(port);
+    guesser.send(post("guess"));
+    EXPECT_EQ("other", ask(post("other")).body);
+    EXPECT_NO_THROW(guesser.awaitClose());
+}
+
+// Nothing of the network tells the server when another part of the process has closed a file.
+TEST_F(TimeTest, TakesAClientOnceThereIsADescriptorForIt)
+{
+    std::promise<void> hasFailed;
+    setLogWriter(
+        [&](LogLevel, std::string_view line)
+        {
+            if (line.find("cannot take connections: Too many open files") != std::string_view::npos)
+                hasFailed.set_value();
+        });
+    start(hanging());
+    rlimit usual{};
+    ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &usual));
+    const int next = dup(0);
+    ASSERT_EQ(0, close(next));
+    const rlimit oneMore{static_cast<rlim_t>(next) + 1, usual.rlim_max};
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &oneMore));
+    RawClient client(port); // has the last one
+    hasFailed.get_future().wait();
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &usual));
+    EXPECT_EQ("served", client.ask(post("served")).body);
+    setLogWriter({});
 }
 
 TEST_F(TimeTest, ReleasesAnAnswerThatWasKeptBackAndKeepsNoneAfterTheStop)
