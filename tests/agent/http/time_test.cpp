@@ -15,6 +15,27 @@ namespace
 
 constexpr std::chrono::seconds kSecond{1};
 
+// The process can open that many files more, as long as the object lives or until it is ended.
+class FewDescriptors
+{
+  public:
+    explicit FewDescriptors(rlim_t more)
+    {
+        EXPECT_EQ(0, getrlimit(RLIMIT_NOFILE, &_usual));
+        const FileDescriptor next(dup(0));
+        const rlimit few{static_cast<rlim_t>(next.get()) + more, _usual.rlim_max};
+        EXPECT_EQ(0, setrlimit(RLIMIT_NOFILE, &few));
+    }
+    ~FewDescriptors() { end(); }
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+    void end() const { EXPECT_EQ(0, setrlimit(RLIMIT_NOFILE, &_usual)); }
+
+  private:
+    rlimit _usual{};
+};
+
 class TimeTest : public ServerFixture
 {
   protected:
@@ -175,17 +196,22 @@ TEST_F(TimeTest, TakesAClientOnceThereIsADescriptorForIt)
                 hasFailed.set_value();
         });
     start(hanging());
-    rlimit usual{};
-    ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &usual));
-    const int next = dup(0);
-    ASSERT_EQ(0, close(next));
-    const rlimit oneMore{static_cast<rlim_t>(next) + 1, usual.rlim_max};
-    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &oneMore));
+    const FewDescriptors few(1);
     RawClient client(port); // has the last one
     hasFailed.get_future().wait();
-    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &usual));
+    few.end();
     EXPECT_EQ("served", client.ask(post("served")).body);
     setLogWriter({});
+}
+
+TEST_F(TimeTest, KeepsTheClientThatHasTheLastDescriptor)
+{
+    start(hanging());
+    const FewDescriptors few(2); // for both ends
+    RawClient client(port);
+    for (int i = 0; i < 2; ++i) // until the server has looked for more clients
+        server->state();
+    EXPECT_EQ("served", client.ask(post("served")).body);
 }
 
 TEST_F(TimeTest, ReleasesAnAnswerThatWasKeptBackAndKeepsNoneAfterTheStop)
