@@ -5,6 +5,7 @@
 #include "agent/log/log.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <system_error>
@@ -12,6 +13,13 @@
 
 namespace cimd
 {
+
+namespace
+{
+
+constexpr std::chrono::minutes kFold{1};
+
+} // namespace
 
 FileDescriptor SpoolArea::fileIn(const std::string& directory)
 {
@@ -42,11 +50,29 @@ void SpoolArea::take(std::size_t bytes)
                    "the results kept for clients would exceed " + std::to_string(_fileBytes) + " bytes");
 }
 
+// Every piece of every answer may meet a full disk.
+void SpoolArea::tell(const std::string& fault) const
+{
+    const std::lock_guard<std::mutex> lock(_mutex);
+    const Time now = timeNow();
+    if (fault == _told && now < _quietUntil)
+    {
+        ++_more;
+        return;
+    }
+    const std::string more =
+        _more == 0 ? "" : "; " + std::to_string(_more) + " more faults since the last line";
+    log(LogLevel::Error, "spool", fault + more);
+    _told = fault;
+    _quietUntil = now + kFold;
+    _more = 0;
+}
+
 void SpoolArea::fail(const std::string& what, int error) const
 {
     const std::string text = "cannot " + what + " for results kept in " + _directory + ": " +
                              std::generic_category().message(error);
-    log(LogLevel::Error, "spool", text);
+    tell(text);
     throw CimError(error == ENOSPC || error == EDQUOT ? CimStatus::ServerLimitsExceeded : CimStatus::Failed,
                    text);
 }

@@ -3,9 +3,11 @@
 #define AGENT_HTTP_SPOOLAREA_H
 
 #include "agent/http/ListenSocket.h"
+#include "agent/http/deadline.h"
 
 #include <atomic>
 #include <cstddef>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,7 +32,7 @@ class SpoolArea
 
     std::size_t memoryBytes() const { return _memoryBytes; }
     // A file for reading and writing that nobody else can open. CimError (failed) with path and reason, which
-    // also go to the log.
+    // also go to the log, the same once a minute.
     FileDescriptor file() const;
     // CimError (server limits exceeded) if the files would hold more than they may.
     void take(std::size_t bytes);
@@ -44,11 +46,16 @@ class SpoolArea
 
   private:
     [[noreturn]] void fail(const std::string& what, int error) const;
+    void tell(const std::string& fault) const;
 
     const std::string _directory;
     const std::size_t _memoryBytes;
     const std::size_t _fileBytes;
     std::atomic<std::size_t> _used{0};
+    mutable std::mutex _mutex;     // guards what follows
+    mutable std::string _told;     // the latest fault in the log
+    mutable Time _quietUntil{};    // as far as that goes
+    mutable std::size_t _more = 0; // that were not told
 };
 
 } // namespace cimd
