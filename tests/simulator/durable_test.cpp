@@ -195,6 +195,7 @@ TEST_F(Kept, ChangesOfManyThreadsAreInTheFileWhenTheyAreDone)
     const SimSwitch sim = SimSwitch::make();
     ASSERT_EQ("", keepIn(file("state.json")));
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t)
         threads.emplace_back(
             [this, t]
