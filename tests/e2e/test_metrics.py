@@ -171,6 +171,8 @@ def test_counts_what_clients_do_and_never_back(build_dir):
         requests.post(agent.url + "/nowhere", timeout=60)
         second = scrape(agent)
         client.CloseEnumeration(pulled.context)
+        client.OpenEnumerateInstances("VRAX_FCPort", MaxObjectCount=1, OperationTimeout=1)
+        wait_until(lambda: value(scrape(agent), "cimd_enumerations_open") == 0)  # without any other client
 
         def grown(sample_name, **labels):
             return value(second, sample_name, **labels) - value(first, sample_name, **labels)
