@@ -155,7 +155,9 @@ int serve(const Setting& setting)
         std::fflush(stdout);
     }
 
-    waitForStop(signals, setting, {server, metrics, authenticator, core.providers(), counters});
+    waitForStop(signals,
+                setting,
+                {server, metrics, authenticator, core.providers(), counters, frontEnd.enumerations()});
     const auto deadline = std::chrono::steady_clock::now() + limits.stopGrace;
     bool isDone = server.stop(limits.stopGrace);
     if (metrics)

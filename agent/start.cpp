@@ -52,7 +52,7 @@ void makeRoomForFiles(const Limits& limits)
                 " open files; the system allows " + std::to_string(allowed) + " (RLIMIT_NOFILE)");
 }
 
-constexpr std::size_t kScrapes = 2; // one of them hangs
+constexpr std::size_t kScrapes = 12; // one class each, of which all may hang
 
 // Each worker would otherwise have a heap of its own, which keeps what its largest answer took.
 constexpr int kHeaps = 2;

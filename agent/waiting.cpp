@@ -18,16 +18,18 @@ namespace cimd
 namespace
 {
 
-// How often memory that answers have left behind goes back to the system.
+// How often what clients have left behind goes back to the system.
 constexpr std::chrono::seconds kTidyPeriod{10};
 
-// The next signal. Until it comes, the memory of past answers is given back every now and then.
-int nextSignal(const SignalSet& signals)
+// The next signal. Until it comes, abandoned enumerations and the memory of past answers are given back every
+// now and then, whether or not there are other clients.
+int nextSignal(const SignalSet& signals, Enumerations& enumerations)
 {
     for (;;)
     {
         if (const int signal = signals.wait(kTidyPeriod))
             return signal;
+        enumerations.expire();
         malloc_trim(0);
     }
 }
@@ -97,9 +99,9 @@ bool sayReady(const Setting& setting)
 
 void waitForStop(SignalSet& signals, const Setting& setting, Servers servers)
 {
-    int signal = nextSignal(signals);
+    int signal = nextSignal(signals, servers.enumerations);
     for (; signal == SIGUSR1 || (signal == SIGHUP && !setting.terminal.hasGone());
-         signal = nextSignal(signals))
+         signal = nextSignal(signals, servers.enumerations))
     {
         if (signal == SIGUSR1)
         {

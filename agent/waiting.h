@@ -6,6 +6,7 @@
 #include "agent/http/HttpServer.h"
 #include "agent/metrics/MetricsServer.h"
 #include "agent/providers/ProviderManager.h"
+#include "agent/pull/Enumerations.h"
 #include "agent/run/Counters.h"
 #include "agent/run/signals.h"
 #include "agent/serving.h"
@@ -23,6 +24,7 @@ struct Servers
     std::optional<Authenticator>& authenticator;
     ProviderManager& providers;
     const Counters& counters;
+    Enumerations& enumerations;
 };
 
 // Lets whoever started cimd know that clients are served: after the start, and again after a reload. True for

@@ -61,8 +61,7 @@ bool Authenticator::isKnown(const std::string& authorization)
 LogIn Authenticator::withoutCredentials(const std::string& peer)
 {
     const std::chrono::milliseconds delay = _delay.present(peer, _clock());
-    log(LogLevel::Warning, "auth", peer + ": request refused: it has no credentials");
-    return {{}, false, delay};
+    return {{}, false, delay, "request refused: it has no credentials"};
 }
 
 LogIn Authenticator::check(const std::string& authorization, const std::string& peer)
@@ -81,13 +80,10 @@ LogIn Authenticator::check(const std::string& authorization, const std::string& 
         const std::optional<Credentials> credentials = readBasicCredentials(authorization);
         if (!credentials)
             return refused(peer, "the Authorization header holds no Basic credentials");
-        const std::shared_ptr<const Attempt> checked = attempt(key, *credentials, *state);
+        const bool isGuesser = _delay.hasFailed(peer, _clock());
+        const std::shared_ptr<const Attempt> checked = attempt(key, *credentials, *state, isGuesser);
         if (!checked)
-        {
-            log(LogLevel::Warning, "auth", peer + ": log-in put off: too many are being checked");
-            result.isBusy = true;
-            return result;
-        }
+            return {{}, true, {}, "log-in put off: too many are being checked"};
         if (!checked->fault.empty())
             return refused(peer, "user " + quoted(credentials->user) + ": " + checked->fault);
         log(LogLevel::Info, "auth", peer + ": log-in as " + quoted(credentials->user));
@@ -97,18 +93,23 @@ LogIn Authenticator::check(const std::string& authorization, const std::string& 
     return result;
 }
 
-std::shared_ptr<const Authenticator::Attempt>
-Authenticator::attempt(const std::string& digest, const Credentials& credentials, const PasswordState& state)
+std::shared_ptr<const Authenticator::Attempt> Authenticator::attempt(const std::string& digest,
+                                                                     const Credentials& credentials,
+                                                                     const PasswordState& state,
+                                                                     bool isGuesser)
 {
     std::unique_lock lock(_mutex);
     const auto running = _attempts.find(digest);
     if (running != _attempts.end())
     {
+        if (isGuesser)
+            return nullptr;
         std::shared_ptr<const Attempt> other = running->second;
         _changed.wait(lock, [&] { return other->isDone; });
         return other;
     }
-    if (_attempts.size() >= std::min<std::size_t>(_limits.passwordChecks, std::max(1U, _limits.workers / 2)))
+    const std::size_t most = std::min<std::size_t>(_limits.passwordChecks, std::max(1U, _limits.workers / 2));
+    if (_attempts.size() >= (isGuesser && most > 1 ? most - 1 : most))
         return nullptr;
     const auto mine = std::make_shared<Attempt>();
     _attempts.emplace(digest, mine);

@@ -27,12 +27,14 @@ struct LogIn
     std::string user;                   ///< Empty: refused.
     bool isBusy = false;                ///< Refused without being looked at; worth another try at once.
     std::chrono::milliseconds delay{0}; ///< How long the client must wait for the refusal.
+    const char* reason = nullptr;       ///< Of a refusal that comes so often that one line each is too much.
 };
 
 // Checking a password is slow by design. Credentials that were right are therefore remembered for a while, as
 // keyed hashes whose key dies with the process; equal credentials that arrive together are checked once; and
-// only so many different ones are checked at a time, so that a guesser cannot take every thread. Failures are
-// logged. All members may be called from any thread.
+// only so many different ones are checked at a time, so that a guesser cannot take every thread. An address
+// that has guessed wrong lately waits for no check of another thread, and leaves the last free one to others.
+// Wrong credentials are logged. All members may be called from any thread.
 class Authenticator
 {
   public:
@@ -70,9 +72,12 @@ class Authenticator
         std::string fault; // empty: right
     };
     std::string digest(const std::string& authorization) const;
-    // The outcome of a check that this thread made or another one makes right now; null if none is free.
-    std::shared_ptr<const Attempt>
-    attempt(const std::string& digest, const Credentials& credentials, const PasswordState& state);
+    // The outcome of a check that this thread made or another one makes right now; null if none is free for
+    // a client, who may be a guesser.
+    std::shared_ptr<const Attempt> attempt(const std::string& digest,
+                                           const Credentials& credentials,
+                                           const PasswordState& state,
+                                           bool isGuesser);
     LogIn refused(const std::string& peer, const std::string& reason);
 
     const Limits _limits;

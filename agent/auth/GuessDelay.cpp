@@ -39,6 +39,12 @@ std::chrono::milliseconds GuessDelay::present(const std::string& peer, Time now)
     return failures != nullptr ? delayAfter(*failures) : std::chrono::milliseconds(0);
 }
 
+bool GuessDelay::hasFailed(const std::string& peer, Time now)
+{
+    const std::lock_guard lock(_mutex);
+    return _failures.find(clientAddress(peer), now) != nullptr;
+}
+
 void GuessDelay::succeeded(const std::string& peer)
 {
     const std::lock_guard lock(_mutex);

@@ -29,6 +29,8 @@ class GuessDelay
     std::chrono::milliseconds failed(const std::string& peer, Time now);
     // The delay of the latest failure; none if there was none.
     std::chrono::milliseconds present(const std::string& peer, Time now);
+    // Whether that address has failed lately, and not succeeded since.
+    bool hasFailed(const std::string& peer, Time now);
     void succeeded(const std::string& peer);
 
   private:

@@ -337,6 +337,8 @@ void Connection::endRequest(const std::string& reason)
 
 void Connection::close(const std::string& reason)
 {
+    if (_phase == Phase::Idle) // nothing is cut short, and over TLS the client is told so
+        _channel.endWriting();
     endRequest(reason);
     _isOver = true;
 }

@@ -367,7 +367,8 @@ class HttpServer::Impl : public Station
 
     bool acceptFailed(Listener& listener)
     {
-        switch (errno)
+        const int reason = errno;
+        switch (reason)
         {
         case EAGAIN:
             listener.isReady = false;
@@ -376,9 +377,14 @@ class HttpServer::Impl : public Station
         case ENFILE:
         case ENOBUFS:
         case ENOMEM:
+            if (!listener.socket.hasClient())
+            {
+                listener.isReady = false;
+                return false;
+            }
             refusals.add({LogLevel::Warning,
                           "http",
-                          "cannot take connections: " + std::generic_category().message(errno)},
+                          "cannot take connections: " + std::generic_category().message(reason)},
                          "new clients",
                          now);
             _acceptAgain = now + kAcceptAgain;

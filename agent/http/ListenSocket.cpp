@@ -7,6 +7,7 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <poll.h>
 #include <stdexcept>
 #include <string_view>
 #include <sys/socket.h>
@@ -94,6 +95,12 @@ FileDescriptor ListenSocket::accept(std::string& peer) const
     setsockopt(client.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     peer = peerName(address, size);
     return client;
+}
+
+bool ListenSocket::hasClient() const
+{
+    pollfd client{_fd.get(), POLLIN, 0};
+    return poll(&client, 1, 0) > 0;
 }
 
 bool ListenSocket::isLoopbackAddress(const std::string& address)

@@ -33,6 +33,8 @@ class ListenSocket
     // The next client, and its address, "192.0.2.7:49152". Does not wait: the descriptor is negative, and
     // errno says why, if there is none.
     FileDescriptor accept(std::string& peer) const;
+    // Whether a client is waiting. Needs no descriptor, for lack of which accept() fails before it looks.
+    bool hasClient() const;
     int get() const { return _fd.get(); }
 
   private:

@@ -5,6 +5,7 @@
 #include "agent/log/log.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <system_error>
@@ -15,6 +16,8 @@ namespace cimd
 
 namespace
 {
+
+constexpr std::chrono::minutes kFold{1};
 
 // Negative, with errno, if it cannot be made.
 FileDescriptor namelessFile(const std::string& directory)
@@ -34,11 +37,29 @@ void SpoolArea::tryDirectory(const std::string& directory)
         throw std::system_error(errno, std::generic_category(), "cannot create a file in " + directory);
 }
 
+// Every piece of every answer may meet a full disk.
+void SpoolArea::tell(const std::string& fault)
+{
+    const std::lock_guard<std::mutex> lock(_mutex);
+    const Time now = timeNow();
+    if (fault == _told && now < _quietUntil)
+    {
+        ++_more;
+        return;
+    }
+    const std::string more =
+        _more == 0 ? "" : "; " + std::to_string(_more) + " more faults since the last line";
+    log(LogLevel::Error, "spool", fault + more);
+    _told = fault;
+    _quietUntil = now + kFold;
+    _more = 0;
+}
+
 void SpoolFile::fail(const std::string& what, int error) const
 {
     const std::string text = "cannot " + what + " for results kept in " + _area._directory + ": " +
                              std::generic_category().message(error);
-    log(LogLevel::Error, "spool", text);
+    _area.tell(text);
     throw CimError(error == ENOSPC || error == EDQUOT ? CimStatus::ServerLimitsExceeded : CimStatus::Failed,
                    text);
 }

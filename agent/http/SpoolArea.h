@@ -4,8 +4,10 @@
 
 #include "agent/base/FileDescriptor.h"
 #include "agent/http/ByteBudget.h"
+#include "agent/http/deadline.h"
 
 #include <cstddef>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -33,14 +35,20 @@ class SpoolArea
   private:
     friend class SpoolFile;
 
+    void tell(const std::string& fault);
+
     const std::string _directory;
     const std::size_t _memoryBytes;
     ByteBudget _budget;
+    std::mutex _mutex;     // guards what follows
+    std::string _told;     // the latest fault in the log
+    Time _quietUntil{};    // as far as that goes
+    std::size_t _more = 0; // that were not told
 };
 
 // First in, first out, in a file without a name, which nobody else can open and which is there from the first
-// bytes on. What fails there is a CimError with directory and reason, which also go to the log. Used on one
-// thread at a time.
+// bytes on. What fails there is a CimError with directory and reason, which also go to the log, the same once
+// a minute. Used on one thread at a time.
 class SpoolFile
 {
   public:

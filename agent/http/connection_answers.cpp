@@ -17,9 +17,14 @@ constexpr std::size_t kKept = 4 * 1024;    // of a buffer between two answers
 
 } // namespace
 
-// Answers after the time that the answer says.
+// Answers after the time that the answer says, which may be seconds, at the wish of a client that guesses:
+// that makes nobody busy.
 void Connection::hold(HttpResponse&& answer)
 {
+    if (answer.logInRefusal != nullptr)
+        note(LogLevel::Warning, "auth", answer.logInRefusal);
+    if (answer.holdFor.count() != 0)
+        _place->isBusy = false;
     _heldUntil = _station.now + answer.holdFor;
     _held = std::move(answer);
 }

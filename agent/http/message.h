@@ -65,6 +65,8 @@ struct HttpResponse
     std::vector<HttpHeader> trailers = {};
     // How long the server keeps the answer back, without a thread waiting for it.
     std::chrono::milliseconds holdFor{0};
+    // Why nobody was logged in, for the log, which says each reason once a minute; null: nothing to say.
+    const char* logInRefusal = nullptr;
 };
 
 } // namespace cimd

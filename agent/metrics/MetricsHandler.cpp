@@ -4,6 +4,8 @@
 #include "agent/log/log.h"
 #include "agent/metrics/process.h"
 
+#include <algorithm>
+#include <charconv>
 #include <utility>
 
 namespace cimd
@@ -13,7 +15,9 @@ namespace
 {
 
 constexpr const char* kPath = "/metrics";
-constexpr std::chrono::seconds kPatience{10}; // what scrapers wait by default
+constexpr const char* kPatienceHeader = "X-Prometheus-Scrape-Timeout-Seconds";
+constexpr double kPatience = 10; // seconds: what scrapers wait that do not say so
+constexpr double kUsed = 0.9;    // of it; the rest is for the way
 
 HttpResponse plain(unsigned status, const char* text)
 {
@@ -25,12 +29,20 @@ std::string nameSpaceOf(const ProviderManager& providers)
     return providers.nameSpaces().empty() ? "root/interop" : providers.nameSpaces().front();
 }
 
+double patienceOf(const HttpRequest& request)
+{
+    double patience = kPatience;
+    if (const std::string* const text = request.header(kPatienceHeader))
+        std::from_chars(text->data(), text->data() + text->size(), patience);
+    return patience > 0 ? patience : kPatience;
+}
+
 } // namespace
 
-MetricsHandler::Turn::Turn(MetricsHandler& handler) : _handler(handler)
+MetricsHandler::Turn::Turn(MetricsHandler& handler, Time end) : _handler(handler)
 {
     std::unique_lock<std::mutex> lock(handler._mutex);
-    _hasCome = handler._free.wait_for(lock, kPatience, [&] { return !handler._isBusy; });
+    _hasCome = handler._free.wait_until(lock, end, [&] { return !handler._isBusy; });
     if (_hasCome)
         handler._isBusy = true;
 }
@@ -57,9 +69,19 @@ Verdict MetricsHandler::refuse(const HttpRequest& head)
     return {response};
 }
 
+// Before the server takes the scrape for one that hangs, too.
+MetricsHandler::Time MetricsHandler::endOf(const HttpRequest& request) const
+{
+    const std::chrono::duration<double> most = _parts.limits.operationSeconds;
+    const double seconds = kUsed * std::min(patienceOf(request), most.count());
+    return std::chrono::steady_clock::now() +
+           std::chrono::duration_cast<Time::duration>(std::chrono::duration<double>(seconds));
+}
+
 HttpResponse MetricsHandler::answer(HttpRequest& request, AnswerStream& stream)
 {
-    const Turn turn(*this);
+    const Time end = endOf(request);
+    const Turn turn(*this, end);
     if (!turn.hasCome())
     {
         HttpResponse response = plain(kUnavailable, "Another scrape has not ended yet.\n");
@@ -68,19 +90,23 @@ HttpResponse MetricsHandler::answer(HttpRequest& request, AnswerStream& stream)
     }
     HttpResponse response;
     response.headers.emplace_back("Content-Type", kOpenMetricsType);
-    scrape(request, response, stream);
+    scrape(request, end, response, stream);
     return response;
 }
 
-void MetricsHandler::scrape(const HttpRequest& request, HttpResponse& response, AnswerStream& stream)
+void MetricsHandler::scrape(const HttpRequest& request,
+                            Time end,
+                            HttpResponse& response,
+                            AnswerStream& stream)
 {
     OpenMetricsWriter out(response, stream);
-    InFlight::Entry entry(&_parts.inFlight, "Scrape", request.peer);
     writeAgentMetrics(out, _parts);
     writeProcess(out);
-    const SwitchReader reader(
-        _parts.service, nameSpaceOf(_parts.providers), {request.user, request.peer, ""});
-    const std::vector<ClassRead> reads = SwitchMetrics(reader, out, entry).write();
+    const SwitchReader reader({_parts.service, _parts.inFlight, _late},
+                              nameSpaceOf(_parts.providers),
+                              {request.user, request.peer, ""},
+                              end);
+    const std::vector<ClassRead> reads = SwitchMetrics(reader, out).write();
     logFaults(reads);
     writeScrape(out, reads);
     out.single({"cimd_scrapes", MetricType::Counter, "", "Scrapes until this one."}, _scrapes++);

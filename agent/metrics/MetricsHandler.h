@@ -15,7 +15,8 @@
 namespace cimd
 {
 
-// Answers one scrape at a time; another one waits a while for its turn.
+// Answers one scrape at a time; another one waits for its turn. A scrape ends about when its scraper has lost
+// patience: a class whose provider is not back by then costs its own samples only.
 class MetricsHandler : public HttpHandler
 {
   public:
@@ -24,12 +25,17 @@ class MetricsHandler : public HttpHandler
     Verdict refuse(const HttpRequest& head) override;
     HttpResponse answer(HttpRequest& request, AnswerStream& stream) override;
 
+    // False when providers are not back by then from what scrapes have asked them.
+    bool awaitProviders(LateReads::Time end) { return _late.awaitAll(end); }
+
   private:
+    using Time = SwitchReader::Time;
+
     // The time of one scrape, if it comes.
     class Turn
     {
       public:
-        explicit Turn(MetricsHandler& handler);
+        Turn(MetricsHandler& handler, Time end);
         ~Turn();
         Turn(const Turn&) = delete;
         Turn& operator=(const Turn&) = delete;
@@ -41,10 +47,12 @@ class MetricsHandler : public HttpHandler
         bool _hasCome;
     };
 
-    void scrape(const HttpRequest& request, HttpResponse& response, AnswerStream& stream);
+    Time endOf(const HttpRequest& request) const;
+    void scrape(const HttpRequest& request, Time end, HttpResponse& response, AnswerStream& stream);
     void logFaults(const std::vector<ClassRead>& reads);
 
     const AgentParts _parts;
+    LateReads _late;
     std::mutex _mutex;
     std::condition_variable _free;
     bool _isBusy = false; // with a scrape, which alone uses what follows

@@ -43,4 +43,10 @@ MetricsServer::MetricsServer(const AgentParts& parts,
     _server.emplace(outer, limits, std::move(sockets), std::move(options));
 }
 
+bool MetricsServer::stop(std::chrono::milliseconds grace)
+{
+    const auto end = std::chrono::steady_clock::now() + grace;
+    return _server->stop(grace) && _handler.awaitProviders(end);
+}
+
 } // namespace cimd

@@ -24,8 +24,8 @@ class MetricsServer
                   ServerOptions options,
                   Authenticator* authenticator);
 
-    // See HttpServer.
-    bool stop(std::chrono::milliseconds grace) { return _server->stop(grace); }
+    // See HttpServer. Also false when a provider has not come back from a scrape that has ended.
+    bool stop(std::chrono::milliseconds grace);
     void setTls(const TlsIdentity& identity) { _server->setTls(identity); }
 
   private:

@@ -56,7 +56,6 @@ bool SwitchMetrics::read(const std::string& className, const std::vector<CimName
 {
     const auto start = std::chrono::steady_clock::now();
     ClassRead outcome{className, "", {}};
-    _entry.about(className);
     try
     {
         _reader.read(className, properties, take);

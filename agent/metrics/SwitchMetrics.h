@@ -4,7 +4,6 @@
 
 #include "agent/metrics/SwitchReader.h"
 #include "agent/metrics/SwitchRows.h"
-#include "agent/run/InFlight.h"
 
 #include <chrono>
 #include <map>
@@ -26,11 +25,8 @@ struct ClassRead
 class SwitchMetrics
 {
   public:
-    // The arguments outlive the object. `entry` is told what is being read.
-    SwitchMetrics(const SwitchReader& reader, OpenMetricsWriter& out, InFlight::Entry& entry)
-        : _reader(reader), _out(out), _entry(entry)
-    {
-    }
+    // The arguments outlive the object.
+    SwitchMetrics(const SwitchReader& reader, OpenMetricsWriter& out) : _reader(reader), _out(out) {}
 
     // A class that cannot be read leaves its families without samples. Throws AnswerClosed.
     std::vector<ClassRead> write();
@@ -48,7 +44,6 @@ class SwitchMetrics
 
     const SwitchReader& _reader;
     OpenMetricsWriter& _out;
-    InFlight::Entry& _entry;
     std::map<std::uint64_t, std::string> _switches; // names by World Wide Name
     std::optional<SwitchRows> _ports;
     std::vector<ClassRead> _reads;

@@ -1,7 +1,13 @@
 // Enumerating through the service, and looking into what comes.
 #include "agent/metrics/SwitchReader.h"
 
+#include "agent/http/HttpHandler.h"
+
+#include <algorithm>
 #include <cstdint>
+#include <future>
+#include <memory>
+#include <mutex>
 
 namespace cimd
 {
@@ -9,14 +15,33 @@ namespace cimd
 namespace
 {
 
+using Take = std::function<void(const Instance&)>;
+
+constexpr std::chrono::milliseconds kLeastTime{250}; // what is fresh comes at once
+
+// Hands instances to the scrape as long as that waits for them.
 class Taker : public Sink<Instance>
 {
   public:
-    explicit Taker(const std::function<void(const Instance&)>& take) : _take(take) {}
-    void put(const Instance& instance) override { _take(instance); }
+    explicit Taker(const Take& take) : _take(&take) {}
+
+    void put(const Instance& instance) override
+    {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        if (_take == nullptr)
+            throw AnswerClosed("the scrape has not waited");
+        (*_take)(instance);
+    }
+
+    void close()
+    {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        _take = nullptr;
+    }
 
   private:
-    const std::function<void(const Instance&)>& _take;
+    std::mutex _mutex;
+    const Take* _take;
 };
 
 } // namespace
@@ -25,12 +50,27 @@ void SwitchReader::read(const CimName& className,
                         std::vector<CimName> properties,
                         const std::function<void(const Instance&)>& take) const
 {
+    const std::string& name = className.str();
+    if (_means.late.has(name))
+        throw CimError(CimStatus::Failed, "its provider has not come back since an earlier scrape");
     EnumerateInstancesRequest request;
     request.nameSpace = _nameSpace;
     request.className = className;
     request.properties = std::move(properties);
-    Taker taker(take);
-    _service.enumerateInstances(_context, request, taker);
+    const auto taker = std::make_shared<Taker>(take);
+    const auto enumerate = [means = _means, context = _context, request, taker]
+    {
+        InFlight::Entry entry(&means.inFlight, "Scrape", context.clientAddress);
+        entry.about(request.className.str());
+        means.service.enumerateInstances(context, request, *taker);
+    };
+    std::future<void> reading = std::async(std::launch::async, enumerate);
+    const auto left = _end - std::chrono::steady_clock::now();
+    if (reading.wait_for(std::max<Time::duration>(left / 2, kLeastTime)) == std::future_status::ready)
+        return reading.get();
+    taker->close();
+    _means.late.add(name, std::move(reading));
+    throw CimError(CimStatus::Failed, "its provider did not come back in time");
 }
 
 const CimValue* valueOf(const Instance& instance, const CimName& name)

@@ -35,7 +35,7 @@ class FrontEnd : public HttpHandler
     HttpResponse answer(HttpRequest& request, AnswerStream& stream) override;
 
     // Those that clients have open.
-    const Enumerations& enumerations() const { return _operations.enumerations(); }
+    Enumerations& enumerations() { return _operations.enumerations(); }
 
   private:
     HttpResponse operate(HttpRequest& request, AnswerStream& stream);

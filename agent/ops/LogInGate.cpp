@@ -20,12 +20,14 @@ HttpResponse refused(const LogIn& logIn)
     {
         HttpResponse response = refusal(kUnavailable, "", "Too many log-ins are being checked.");
         response.headers.emplace_back("Retry-After", "1");
+        response.logInRefusal = logIn.reason;
         return response;
     }
     HttpResponse response =
         refusal(kUnauthorized, "", "User name and password are needed, and the right ones.");
     response.headers.emplace_back("WWW-Authenticate", "Basic realm=\"cimd\"");
     response.holdFor = logIn.delay;
+    response.logInRefusal = logIn.reason;
     return response;
 }
 

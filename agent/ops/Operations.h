@@ -47,7 +47,7 @@ class Operations
                 HttpResponse& response,
                 AnswerStream& stream);
 
-    const Enumerations& enumerations() const { return _enumerations; }
+    Enumerations& enumerations() { return _enumerations; }
 
   private:
     const CimService& _service;

@@ -58,7 +58,7 @@ void Engine::open(const Scenario& scenario, bool manualClock)
 void Engine::keepIn(const std::string& path)
 {
     stopKeeping(); // what is opened here is not of the file kept so far
-    if (StateFile::exists(path))
+    if (_stateFile.claim(path))
         open(readScenario(path));
     _stateFile.keepIn(path, [this] { return formatScenario(durablePart()); });
 }

@@ -4,17 +4,26 @@
 #include "simulator/scenario/Scenario.h"
 #include "simulator/scenario/atomic_file.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <exception>
-#include <unistd.h>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <utility>
 
 namespace simulator
 {
 
-bool StateFile::exists(const std::string& path)
+bool StateFile::claim(const std::string& path)
 {
-    return ::access(path.c_str(), F_OK) == 0;
+    const Locked<Mutex> guard(_mutex);
+    _lock = FileDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (_lock.get() < 0)
+        return errno != ENOENT; // whoever reads it is told why that fails
+    // Some file systems have no locks.
+    if (::flock(_lock.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+        throw ScenarioError("", path + ": another process keeps its state there");
+    return true;
 }
 
 void StateFile::keepIn(const std::string& path, const Text& text)
@@ -38,6 +47,7 @@ void StateFile::stop()
 {
     const Locked<Mutex> guard(_mutex);
     _keeps = false;
+    _lock = FileDescriptor();
 }
 
 void StateFile::update(const Text& text) noexcept
@@ -63,6 +73,8 @@ void StateFile::write(std::string text)
 {
     replaceFile(_path, text);
     _written = std::move(text);
+    _lock = FileDescriptor(::open(_path.c_str(), O_RDONLY | O_CLOEXEC));
+    ::flock(_lock.get(), LOCK_EX | LOCK_NB); // nobody else is interested in a file that has just come
 }
 
 } // namespace simulator

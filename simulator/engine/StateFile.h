@@ -2,6 +2,7 @@
 #ifndef SIMULATOR_ENGINE_STATEFILE_H
 #define SIMULATOR_ENGINE_STATEFILE_H
 
+#include "simulator/FileDescriptor.h"
 #include "simulator/thread_annotations.h"
 
 #include <atomic>
@@ -11,14 +12,17 @@
 namespace simulator
 {
 
-// One process writes a state file at a time. Each state is written in one step, so that whoever reads the
-// file at any moment, or after a crash, finds one whole state.
+// One process writes a state file at a time: it has a lock on the file, which ends with the process. Each
+// state is written in one step, so that whoever reads the file at any moment, or after a crash, finds one
+// whole state.
 class StateFile
 {
   public:
     using Text = std::function<std::string()>; // the present state
 
-    static bool exists(const std::string& path);
+    // Whether there is such a file, to be kept next; nobody else can keep it from then on. Throws
+    // ScenarioError when another process does.
+    bool claim(const std::string& path) VRAX_EXCLUDES(_mutex);
 
     // Begins with the present state. Throws ScenarioError when it cannot be written; nothing is kept then.
     void keepIn(const std::string& path, const Text& text) VRAX_EXCLUDES(_mutex);
@@ -35,6 +39,7 @@ class StateFile
     std::atomic<bool> _keeps{false};
     Mutex _mutex;
     std::string _path VRAX_GUARDED_BY(_mutex);
+    FileDescriptor _lock VRAX_GUARDED_BY(_mutex); // the file as it is, locked
     std::string _written VRAX_GUARDED_BY(_mutex); // what the file holds
     std::string
         _complaint VRAX_GUARDED_BY(_mutex); // the last failure that was told; empty: none since a success

@@ -1,6 +1,7 @@
 """The metrics, as the reference parser of the format reads them, beside what a CIM client reads."""
 
 import concurrent.futures
+import contextlib
 import json
 import os
 import pathlib
@@ -23,8 +24,9 @@ CONTENT_TYPE = "application/openmetrics-text; version=1.0.0; charset=utf-8"
 ODD_NAME = 'a "quoted\\name" \u00e9 \u20ac, port{x="1"} 2'
 
 
-def scrape(agent):
-    answer = requests.get(agent.metrics_url, timeout=60)
+def scrape(agent, patience=None):
+    headers = {"X-Prometheus-Scrape-Timeout-Seconds": str(patience)} if patience else {}
+    answer = requests.get(agent.metrics_url, headers=headers, timeout=60)
     assert (answer.status_code, answer.headers["Content-Type"]) == (200, CONTENT_TYPE)
     families = {family.name: family for family in text_string_to_metric_families(answer.content.decode("utf-8"))}
     for family in families.values():
@@ -169,6 +171,8 @@ def test_counts_what_clients_do_and_never_back(build_dir):
         requests.post(agent.url + "/nowhere", timeout=60)
         second = scrape(agent)
         client.CloseEnumeration(pulled.context)
+        client.OpenEnumerateInstances("VRAX_FCPort", MaxObjectCount=1, OperationTimeout=1)
+        wait_until(lambda: value(scrape(agent), "cimd_enumerations_open") == 0)  # without any other client
 
         def grown(sample_name, **labels):
             return value(second, sample_name, **labels) - value(first, sample_name, **labels)
@@ -221,6 +225,62 @@ def test_a_class_that_cannot_be_read_costs_its_own_samples(build_dir, tmp_path):
             assert not families["vrax_voltage_volts"].samples and families["vrax_temperature_celsius"].samples
         agent.stop()
         assert agent.log().count("VRAX_VoltageSensor has no metrics until it can be read: CIM_ERR_NOT_SUPPORTED") == 1
+
+
+@contextlib.contextmanager
+def agent_that_hangs(build_dir, tmp_path, *more):
+    """The provider of VRAX_VoltageSensor does not come back as long as the file is there."""
+    registration, hangs = tmp_path / "providers.reg", tmp_path / "hangs"
+    entries = (build_dir / "share" / "cimd" / "providers.reg").read_text()
+    registration.write_text(re.sub(r"(\[VRAX_VoltageSensor\]\s+provider: )\S+(\s+location: )\S+",
+                                   r"\1Hanging\2cimd_test_providers", entries))
+    hangs.touch()
+    with AgentProcess(build_dir, extra_args=[*METRICS, "--registration", str(registration), *more],
+                      environment={"CIMD_TEST_HANGS": str(hangs)}) as agent:
+        yield agent, hangs
+
+
+def test_counts_threads_that_hang(build_dir, tmp_path):
+    with agent_that_hangs(build_dir, tmp_path, "--max-operation-seconds", "1") as (agent, hangs):
+        for count in (1, 2):
+            with pytest.raises(pywbem.CIMError):
+                connect(agent).EnumerateInstances("VRAX_VoltageSensor")
+            assert value(scrape(agent), "cimd_workers_hung") == count
+        hangs.unlink()
+        wait_until(lambda: value(scrape(agent), "cimd_workers_hung") == 0)
+
+
+def test_a_class_that_hangs_costs_its_own_samples_until_its_provider_is_back(build_dir, tmp_path):
+
+    def unread(families):
+        assert value(families, "cimd_build_info") == 1 and families["vrax_temperature_celsius"].samples
+        return [s.labels["class"] for s in families["cimd_scrape_class_success"].samples if s.value == 0]
+    with agent_that_hangs(build_dir, tmp_path, "--max-stop-seconds", "1") as (agent, hangs):
+        for _ in range(3):
+            assert unread(scrape(agent, 3)) == ["VRAX_VoltageSensor"]
+        hangs.unlink()
+        wait_until(lambda: not unread(scrape(agent)))
+        assert agent.log().count("VRAX_VoltageSensor has no metrics until it can be read: "
+                                 "CIM_ERR_FAILED: its provider did not come back in time") == 1
+        assert agent.log().count("VRAX_VoltageSensor can be read again") == 1
+
+        hangs.touch()
+        with concurrent.futures.ThreadPoolExecutor(1) as pool:
+            patient = pool.submit(scrape, agent, 60)
+
+            def is_reading():
+                agent.process.send_signal(signal.SIGUSR1)
+                return "Scrape VRAX_VoltageSensor: 127.0.0.1:" in agent.log()
+            wait_until(is_reading)
+            answer = requests.get(agent.metrics_url, headers={"X-Prometheus-Scrape-Timeout-Seconds": "1"}, timeout=60)
+            assert (answer.status_code, answer.headers["Retry-After"]) == (503, "10")
+            hangs.unlink()
+            assert not unread(patient.result())
+
+        hangs.touch()
+        assert unread(scrape(agent, 1)) == ["VRAX_VoltageSensor"]
+        with pytest.raises(RuntimeError, match="(?s)ended with status 1: .*a request did not finish in time.*Scrape VRAX_Volt"):
+            agent.stop()
 
 
 def test_who_may_scrape(build_dir, tmp_path):

@@ -167,6 +167,15 @@ def test_a_client_may_take_its_time_after_the_handshake(build_dir, files):
             assert waiting.recv(100).startswith(b"HTTP/1.1 408")
 
 
+def test_an_idle_connection_ends_in_order(build_dir, files):
+    with TlsAgent(build_dir, files, "--max-idle-seconds", "1") as agent:
+        with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60) as below, \
+                context(files).wrap_socket(below, server_hostname="127.0.0.1", suppress_ragged_eofs=False) as idle:
+            idle.sendall(b"OPTIONS /cimom HTTP/1.1\r\nHost: switch\r\n\r\n")
+            assert idle.recv(10_000).startswith(b"HTTP/1.1 200")
+            assert idle.recv(100) == b"", "an SSLEOFError says that the end may be somebody else's"
+
+
 def test_a_handshake_has_its_time(build_dir, files):
     with TlsAgent(build_dir, files, "--max-handshake-seconds", "1") as agent:
         with socket.create_connection(("127.0.0.1", agent.tls_port), timeout=60) as held:

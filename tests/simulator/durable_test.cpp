@@ -1,5 +1,6 @@
 // Tests of saving a fabric and starting from it again, also when saving is cut short.
 #include "platform/xpl_fzs.h"
+#include "simulator/engine/StateFile.h"
 #include "simulator/open.h"
 #include "simulator/scenario/scenario_json.h"
 #include "simulator/testing/SimSwitch.h"
@@ -194,6 +195,7 @@ TEST_F(Kept, ChangesOfManyThreadsAreInTheFileWhenTheyAreDone)
     const SimSwitch sim = SimSwitch::make();
     ASSERT_EQ("", keepIn(file("state.json")));
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t)
         threads.emplace_back(
             [this, t]
@@ -209,6 +211,25 @@ TEST_F(Kept, ChangesOfManyThreadsAreInTheFileWhenTheyAreDone)
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(20u, readScenario(file("state.json")).zoning.aliases.size());
+}
+
+TEST_F(Kept, AFileIsKeptByOneProcessAtATime)
+{
+    SimSwitch sim = SimSwitch::make();
+    const std::string path = file("state.json");
+    StateFile other; // as that of another process
+    const auto text = [] { return std::string("text"); };
+    EXPECT_FALSE(other.claim(path));
+    other.keepIn(path, text);
+    EXPECT_EQ(path + ": another process keeps its state there", keepIn(path));
+    other.stop();
+    std::ofstream(path) << formatScenario(sim.scenario());
+    EXPECT_EQ("", keepIn(path));
+    EXPECT_THROW(other.claim(path), ScenarioError);
+    sim.changeSwitch([](SwitchScenario& one) { one.name = "new"; });
+    EXPECT_THROW(other.claim(path), ScenarioError) << "which is another file by now";
+    EXPECT_EQ(0, vraxsim_keep(nullptr, nullptr, 0));
+    EXPECT_TRUE(other.claim(path));
 }
 
 TEST_F(Kept, AFileThatCannotBeUsedIsLeftAsItIs)

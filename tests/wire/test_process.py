@@ -136,6 +136,17 @@ def test_checks_the_files_that_the_configuration_names(build_dir, tmp_path):
     assert all(line.startswith("cimd: " + fault) for line, fault in zip(lines, faults)), lines
 
 
+def test_checks_who_could_use_the_addresses(build_dir):
+    def checked(*more):
+        return subprocess.run([build_dir / "bin" / "cimd", "--check-config", "--config", "", *STORE, "--listen", "0.0.0.0", "--metrics-port", "0",
+                               "--metrics-listen", "0.0.0.0", *more], capture_output=True, text=True)
+    run = checked()
+    assert run.returncode == 2
+    assert run.stderr.splitlines() == [f"cimd: --{option}: 0.0.0.0 is not for this machine alone: --password-file is needed, "
+                                       "or --no-authentication" for option in ("listen", "metrics-listen")]
+    assert checked("--no-authentication").returncode == 0
+
+
 def test_a_hangup_takes_the_log_level_of_the_file_and_nothing_else(start, tmp_path):
     conf = tmp_path / "cimd.conf"
     conf.touch()

@@ -8,6 +8,7 @@
 #include "tests/agent/http/WholeAnswer.h"
 #include "tests/agent/pull/TemporaryDirectory.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -175,11 +176,46 @@ TEST_F(AuthenticatorTest, PutsOffWhatWouldTakeTooManyThreads)
     auto authenticator = make(limits);
     std::vector<std::thread> clients;
     std::vector<int> isIn(8, 0);
+    clients.reserve(isIn.size());
     for (int& in : isIn)
         clients.emplace_back([&] { in = authenticator.check(kJoe, kPeer).user == "joe" ? 1 : 0; });
     for (std::thread& client : clients)
         client.join();
     EXPECT_EQ(std::vector<int>(8, 1), isIn);
+}
+
+// The same guess again and again, or different ones.
+TEST_F(AuthenticatorTest, GuessersWaitForNoThreadAndLeaveOneToOthers)
+{
+    constexpr std::size_t kGuessers = 4;
+    constexpr int kMostRounds = 300;
+    setLogLevel(LogLevel::Error);
+    Limits limits;
+    limits.passwordChecks = 3;
+    const std::string guesses[kGuessers] = {kWrong, kStranger, "Basic am9lOmI=", "Basic am9lOmM="};
+    for (const std::size_t different : {std::size_t{1}, kGuessers})
+    {
+        auto authenticator = make(limits);
+        const std::string guesser = "192.0.2.66:40000";
+        authenticator.check(kWrong, guesser);
+        std::atomic<bool> isOver{false};
+        std::atomic<bool> isPutOff{false};
+        std::vector<std::thread> guessers;
+        for (std::size_t i = 0; i < kGuessers; ++i)
+            guessers.emplace_back(
+                [&, authorization = guesses[i % different]]
+                {
+                    while (!isOver)
+                        if (authenticator.check(authorization, guesser).isBusy)
+                            isPutOff = true;
+                });
+        for (int i = 0; i < 50 || (!isPutOff && i < kMostRounds); ++i)
+            EXPECT_FALSE(authenticator.check("Basic am9lOmEK", std::to_string(i) + ":40000").isBusy);
+        isOver = true;
+        for (std::thread& thread : guessers)
+            thread.join();
+        EXPECT_TRUE(isPutOff);
+    }
 }
 
 // Shows what comes through the gate.
@@ -197,7 +233,9 @@ TEST_F(AuthenticatorTest, TheGateHoldsRefusalsBackAndLetsNoSecretThrough)
     LogInGate gate(handler, authenticator, limits);
     HttpRequest request{"POST", "/cimom", kPeer, {}, {}, "body"};
     WholeAnswer stream;
-    EXPECT_EQ(milliseconds(0), gate.refuse(request).response.value().holdFor) << "no guess";
+    const HttpResponse unnamed = gate.refuse(request).response.value();
+    EXPECT_EQ(milliseconds(0), unnamed.holdFor) << "no guess";
+    EXPECT_STREQ("request refused: it has no credentials", unnamed.logInRefusal);
 
     request.headers = {{"authorization", kWrong}};
     for (const int delay : {250, 500})

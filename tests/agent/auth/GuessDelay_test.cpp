@@ -52,6 +52,7 @@ TEST(GuessDelayTest, GoesByAddressWithoutThePort)
         GuessDelay delay(10, kLongest);
         delay.failed(row.one, {});
         EXPECT_EQ(row.isSame, delay.present(row.other, {}) != milliseconds(0)) << row.one << " " << row.other;
+        EXPECT_EQ(row.isSame, delay.hasFailed(row.other, {}));
     }
 }
 

@@ -1,8 +1,12 @@
 // What the server does when something takes too long: operations, requests, clients, and its own end.
 #include "tests/agent/http/ServerFixture.h"
 
+#include "agent/log/log.h"
+
 #include <map>
+#include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
 
 namespace cimd
 {
@@ -10,6 +14,27 @@ namespace
 {
 
 constexpr std::chrono::seconds kSecond{1};
+
+// The process can open that many files more, as long as the object lives or until it is ended.
+class FewDescriptors
+{
+  public:
+    explicit FewDescriptors(rlim_t more)
+    {
+        EXPECT_EQ(0, getrlimit(RLIMIT_NOFILE, &_usual));
+        const FileDescriptor next(dup(0));
+        const rlimit few{static_cast<rlim_t>(next.get()) + more, _usual.rlim_max};
+        EXPECT_EQ(0, setrlimit(RLIMIT_NOFILE, &few));
+    }
+    ~FewDescriptors() { end(); }
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+    void end() const { EXPECT_EQ(0, setrlimit(RLIMIT_NOFILE, &_usual)); }
+
+  private:
+    rlimit _usual{};
+};
 
 class TimeTest : public ServerFixture
 {
@@ -123,7 +148,7 @@ TEST_F(TimeTest, KeepsAnAnswerBackWithoutAWorker)
     {
         Verdict verdict;
         if (head.header("X-Refuse") != nullptr)
-            verdict.response = HttpResponse{401, {}, "who?", {}, kLong};
+            verdict.response = HttpResponse{401, {}, "who?", {}, kLong, "no name"};
         return verdict;
     };
     RawClient keeper(port);
@@ -139,7 +164,54 @@ TEST_F(TimeTest, KeepsAnAnswerBackWithoutAWorker)
     EXPECT_EQ("held", keeper.receive().body);
     EXPECT_EQ(401, refused.receive().status);
     EXPECT_EQ(401, asking.receive().status);
+    EXPECT_EQ(2U, server->state().refusals["no name"]) << "told once each, though kept back";
     EXPECT_TRUE(server->stop(kLong));
+}
+
+TEST_F(TimeTest, GivesThePlaceOfAnAnswerThatIsKeptBackToANewClient)
+{
+    limits.connections = 1;
+    start(
+        [](HttpRequest& request, AnswerStream&)
+        {
+            HttpResponse response{200, {}, request.body};
+            if (request.body == "guess")
+                response.holdFor = kLong;
+            return response;
+        });
+    RawClient guesser(port);
+    guesser.send(post("guess"));
+    EXPECT_EQ("other", ask(post("other")).body);
+    EXPECT_NO_THROW(guesser.awaitClose());
+}
+
+// Nothing of the network tells the server when another part of the process has closed a file.
+TEST_F(TimeTest, TakesAClientOnceThereIsADescriptorForIt)
+{
+    std::promise<void> hasFailed;
+    setLogWriter(
+        [&](LogLevel, std::string_view line)
+        {
+            if (line.find("cannot take connections: Too many open files") != std::string_view::npos)
+                hasFailed.set_value();
+        });
+    start(hanging());
+    const FewDescriptors few(1);
+    RawClient client(port); // has the last one
+    hasFailed.get_future().wait();
+    few.end();
+    EXPECT_EQ("served", client.ask(post("served")).body);
+    setLogWriter({});
+}
+
+TEST_F(TimeTest, KeepsTheClientThatHasTheLastDescriptor)
+{
+    start(hanging());
+    const FewDescriptors few(2); // for both ends
+    RawClient client(port);
+    for (int i = 0; i < 2; ++i) // until the server has looked for more clients
+        server->state();
+    EXPECT_EQ("served", client.ask(post("served")).body);
 }
 
 TEST_F(TimeTest, ReleasesAnAnswerThatWasKeptBackAndKeepsNoneAfterTheStop)

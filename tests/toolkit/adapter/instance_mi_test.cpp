@@ -2,6 +2,7 @@
 #include "adapter_fixture.h"
 
 #include <adapter/Failure.h>
+#include <adapter/ToCmpi.h>
 
 #include <stdexcept>
 
@@ -123,6 +124,17 @@ TEST_F(InstanceMi, PropertyListsOmitUnlistedPropertiesButNeverKeys)
             EXPECT_EQ(provider.getInstance(kSensor, c.properties).texts(), Texts{c.expected});
         }
     }
+}
+
+TEST(PropertyFilterTest, IsRightForEachClassOfAnEnumeration)
+{
+    const char* const names[] = {"ENABLED", nullptr};
+    cimple_cmpi::PropertyFilter filter(names);
+    const std::vector<bool> ofElement = {true, false, false}; // Id, Label, Reset
+    const std::vector<bool> ofSensor = {true, false, false, false, false, true, false, false, false};
+    EXPECT_EQ(filter.of(&Demo_Element::static_meta_class), ofElement);
+    EXPECT_EQ(filter.of(&Demo_Sensor::static_meta_class), ofSensor);
+    EXPECT_EQ(filter.of(&Demo_Element::static_meta_class), ofElement);
 }
 
 TEST_F(InstanceMi, ModelsTellTheProviderWhatIsAskedFor)

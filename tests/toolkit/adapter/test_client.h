@@ -65,14 +65,14 @@ class Client
     CMPIAssociationMI* associations = nullptr;
     CMPIIndicationMI* indications = nullptr;
 
-    Outcome enumerateInstances(const Path& p, Properties l = {})
+    Outcome enumerateInstances(const Path& p, const Properties& l = {})
     {
         return many(&I::enumerateInstances, p, l);
     }
     Outcome enumerateInstanceNames(const Path& p) { return many(&I::enumerateInstanceNames, p); }
-    Outcome getInstance(const Path& p, Properties l = {}) { return one(&I::getInstance, p, l); }
+    Outcome getInstance(const Path& p, const Properties& l = {}) { return one(&I::getInstance, p, l); }
     Outcome createInstance(const Path& p, const Inst& inst) { return one(&I::createInstance, p, inst); }
-    Outcome modifyInstance(const Path& p, const Inst& inst, Properties l = {})
+    Outcome modifyInstance(const Path& p, const Inst& inst, const Properties& l = {})
     {
         return many(&I::modifyInstance, p, inst, l);
     }
@@ -93,7 +93,7 @@ class Client
         outcome.out = std::move(out);
         return outcome;
     }
-    Outcome associators(const Path& p, const Filters& f = {}, Properties l = {})
+    Outcome associators(const Path& p, const Filters& f = {}, const Properties& l = {})
     {
         return many(&A::associators, p, f.assocClass, f.resultClass, f.role, f.resultRole, l);
     }
@@ -101,7 +101,7 @@ class Client
     {
         return many(&A::associatorNames, p, f.assocClass, f.resultClass, f.role, f.resultRole);
     }
-    Outcome references(const Path& p, const Filters& f = {}, Properties l = {})
+    Outcome references(const Path& p, const Filters& f = {}, const Properties& l = {})
     {
         return many(&A::references, p, f.assocClass, f.role, l);
     }
