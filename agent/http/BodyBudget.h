@@ -2,6 +2,7 @@
 #ifndef AGENT_HTTP_BODYBUDGET_H
 #define AGENT_HTTP_BODYBUDGET_H
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 
@@ -30,33 +31,40 @@ class BodyBudget
     std::atomic<std::size_t> _used{0};
 };
 
-// What one body has taken, given back at the end of the scope. Used on one thread at a time.
+// What one body has taken, given back at the end of the scope. Used on one thread at a time. So much of it is
+// free: a few large bodies must not keep out all others, which are small.
 class BodyShare
 {
   public:
     // `budget` outlives the share.
-    explicit BodyShare(BodyBudget& budget) : _budget(budget) {}
+    BodyShare(BodyBudget& budget, std::size_t free) : _budget(budget), _free(free) {}
     ~BodyShare() { giveBack(); }
     BodyShare(const BodyShare&) = delete;
     BodyShare& operator=(const BodyShare&) = delete;
 
     bool take(std::size_t bytes)
     {
-        if (!_budget.take(bytes))
-            return false;
+        const std::size_t before = counted();
         _taken += bytes;
-        return true;
+        if (_budget.take(counted() - before))
+            return true;
+        _taken -= bytes;
+        return false;
     }
     // At most what it has taken.
     void giveBack(std::size_t bytes)
     {
-        _budget.giveBack(bytes);
+        const std::size_t before = counted();
         _taken -= bytes;
+        _budget.giveBack(before - counted());
     }
     void giveBack() { giveBack(_taken); }
 
   private:
+    std::size_t counted() const { return _taken - std::min(_taken, _free); }
+
     BodyBudget& _budget;
+    const std::size_t _free;
     std::size_t _taken = 0;
 };
 

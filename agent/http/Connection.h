@@ -26,7 +26,7 @@ namespace cimd
 struct Exchange
 {
     Exchange(const Limits& limits, BodyBudget& bodies, SpoolArea& area, std::function<void()> wake)
-        : share(bodies), reply(limits, area, std::move(wake))
+        : share(bodies, limits.unauthenticatedBodyBytes), reply(limits, area, std::move(wake))
     {
     }
 

@@ -316,6 +316,7 @@ TEST_F(HttpServerTest, RefusesWhatDoesNotFitTheMemoryForBodies)
 {
     limits.bodyBytes = 10'000;
     limits.allBodiesBytes = 15'000;
+    limits.unauthenticatedBodyBytes = 1000; // has room in any case
     startEcho();
     const std::string large(10'000, 'x');
     RawClient arriving(port);
@@ -328,6 +329,12 @@ TEST_F(HttpServerTest, RefusesWhatDoesNotFitTheMemoryForBodies)
         std::this_thread::yield();
     EXPECT_EQ(503, other.ask(post(large)).status);
     EXPECT_EQ(200, other.ask(post(large.substr(6000))).status);
+    RawClient filling(port);
+    filling.send(kHead + "Content-Length: 7000\r\n\r\n" + large.substr(3001));
+    while (other.ask(post(large.substr(8900))).status == 200)
+        std::this_thread::yield();
+    EXPECT_EQ(200, other.ask(post(large.substr(9000))).status);
+    EXPECT_EQ(200, filling.ask("x").status);
     EXPECT_EQ(large, arriving.ask("x").body);
     EXPECT_EQ(200, other.ask(post(large)).status) << "memory is given back with the answer";
 }
