@@ -410,6 +410,7 @@ TEST_F(HttpServerTest, ServesManyClientsAtOnceAndEndsAtAnyMoment)
             }
         };
         std::vector<std::thread> clients;
+        clients.reserve(4);
         for (int i = 0; i < 4; ++i)
             clients.emplace_back(client, std::to_string(i));
         while (answered < 10 * round)
