@@ -2,6 +2,7 @@
 #ifndef AGENT_HTTP_BYTEBUDGET_H
 #define AGENT_HTTP_BYTEBUDGET_H
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 
@@ -35,30 +36,37 @@ class ByteBudget
 class ByteShare
 {
   public:
-    // `budget` outlives the share.
-    explicit ByteShare(ByteBudget& budget) : _budget(budget) {}
+    // `budget` outlives the share. So much of it is free: a few large shares must not keep out all others,
+    // which are small.
+    explicit ByteShare(ByteBudget& budget, std::size_t free = 0) : _budget(budget), _free(free) {}
     ~ByteShare() { giveBack(); }
     ByteShare(const ByteShare&) = delete;
     ByteShare& operator=(const ByteShare&) = delete;
 
     bool take(std::size_t bytes)
     {
-        if (!_budget.take(bytes))
-            return false;
+        const std::size_t before = counted();
         _taken += bytes;
-        return true;
+        if (_budget.take(counted() - before))
+            return true;
+        _taken -= bytes;
+        return false;
     }
     // At most what it has taken.
     void giveBack(std::size_t bytes)
     {
-        _budget.giveBack(bytes);
+        const std::size_t before = counted();
         _taken -= bytes;
+        _budget.giveBack(before - counted());
     }
     void giveBack() { giveBack(_taken); }
     std::size_t taken() const { return _taken; }
 
   private:
+    std::size_t counted() const { return _taken - std::min(_taken, _free); }
+
     ByteBudget& _budget;
+    const std::size_t _free;
     std::size_t _taken = 0;
 };
 

@@ -31,7 +31,8 @@ struct Exchange
              SpoolArea& area,
              std::function<void()> wake,
              std::function<void()> over)
-        : share(bodies), reply(limits, area, std::move(wake)), _over(std::move(over))
+        : share(bodies, limits.unauthenticatedBodyBytes), reply(limits, area, std::move(wake)),
+          _over(std::move(over))
     {
     }
     ~Exchange() { _over(); }
