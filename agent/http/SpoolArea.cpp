@@ -17,7 +17,7 @@ namespace cimd
 namespace
 {
 
-constexpr std::chrono::minutes kFold{1};
+constexpr std::chrono::minutes kQuiet{1};
 
 } // namespace
 
@@ -64,7 +64,7 @@ void SpoolArea::tell(const std::string& fault) const
         _more == 0 ? "" : "; " + std::to_string(_more) + " more faults since the last line";
     log(LogLevel::Error, "spool", fault + more);
     _told = fault;
-    _quietUntil = now + kFold;
+    _quietUntil = now + kQuiet;
     _more = 0;
 }
 
