@@ -17,7 +17,7 @@ namespace cimd
 namespace
 {
 
-constexpr std::chrono::minutes kFold{1};
+constexpr std::chrono::minutes kQuiet{1};
 
 // Negative, with errno, if it cannot be made.
 FileDescriptor namelessFile(const std::string& directory)
@@ -51,7 +51,7 @@ void SpoolArea::tell(const std::string& fault)
         _more == 0 ? "" : "; " + std::to_string(_more) + " more faults since the last line";
     log(LogLevel::Error, "spool", fault + more);
     _told = fault;
-    _quietUntil = now + kFold;
+    _quietUntil = now + kQuiet;
     _more = 0;
 }
 
