@@ -87,9 +87,12 @@ function(vrax_unity target)
 endfunction()
 
 # vrax_optimise(<sources>)
-#   Sources that run for every value of an instance are compiled for speed, all others for size.
+#   Sources in which a release spends its time are compiled for speed, all others for size. Other builds leave the
+#   property alone: a source that has it is not compiled together with others.
 function(vrax_optimise)
-    set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS $<$<CONFIG:Release>:-O2>)
+    if(CMAKE_BUILD_TYPE STREQUAL "Release")
+        set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS -O2)
+    endif()
 endfunction()
 
 # vrax_run_time_library(<target> <DEFINITION> <file>)

@@ -48,6 +48,13 @@ void Connection::note(LogLevel level, const char* area, const std::string& reaso
     _station.refusals.add({level, area, reason}, _peer, _station.now);
 }
 
+// At once: the client may not stay for its answer.
+void Connection::noteLogIn(const HttpResponse& answer)
+{
+    if (answer.logInRefusal != nullptr)
+        note(LogLevel::Warning, "auth", answer.logInRefusal);
+}
+
 void Connection::enter(Phase phase)
 {
     _phase = phase;
@@ -238,7 +245,9 @@ void Connection::beginRequest()
         if (verdict.isKnown)
             _station.admission.served(_place);
     }
-    if (!_refusal && head.announced > limits.bodyBytes)
+    if (_refusal)
+        noteLogIn(*_refusal);
+    else if (head.announced > limits.bodyBytes)
         _refusal = tooLarge();
     // Whoever asks before sending the body, or would send more than we care to read, is answered now.
     if (_refusal && (_station.isStopping || head.asks || head.announced > limits.discardBytes))
@@ -302,7 +311,10 @@ void Connection::vouched(std::optional<HttpResponse> refusal)
     if (!refusal)
         _station.admission.served(_place);
     else
+    {
+        noteLogIn(*refusal);
         _exchange->dropBody();
+    }
     _refusal = std::move(refusal);
     enter(Phase::Body);
 }

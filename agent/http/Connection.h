@@ -153,6 +153,7 @@ class Connection
     void refuse(unsigned status, const std::string& reason);
     HttpResponse refusal(unsigned status, const std::string& reason);
     HttpResponse tooLarge();
+    void noteLogIn(const HttpResponse& answer);
     void hold(HttpResponse&& answer);
     void respond(HttpResponse&& answer);
     void sendHead(const HttpResponse& answer, std::optional<std::size_t> length);

@@ -176,14 +176,20 @@ class HttpServer::Impl : public Station
 
     bool answer(const ExchangePtr& exchange) override
     {
+        bool isTaken = false;
         changed([&] { _running.push_back(exchange); });
-        if (!_pool.submit([this, exchange](WorkerPool::Worker& worker) { work(exchange, worker); }))
+        try
         {
-            changed([&] { _running.remove(exchange); });
-            return false;
+            isTaken = _pool.submit([this, exchange](WorkerPool::Worker& worker) { work(exchange, worker); });
         }
-        _due = std::min(_due, now + limits.operationSeconds);
-        return true;
+        catch (const std::bad_alloc&) // as full as a full queue
+        {
+        }
+        if (isTaken)
+            _due = std::min(_due, now + limits.operationSeconds);
+        else
+            changed([&] { _running.remove(exchange); });
+        return isTaken;
     }
 
     bool vouch(std::uint64_t id, const ExchangePtr& exchange) override

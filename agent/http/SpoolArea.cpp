@@ -4,6 +4,7 @@
 #include "agent/cim/CimError.h"
 #include "agent/log/log.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -102,6 +103,7 @@ void SpoolFile::write(std::string_view bytes, std::size_t offset)
 
 std::size_t SpoolFile::read(char* to, std::size_t size)
 {
+    size = std::min(size, _share.taken() - _read); // a write that failed may have left something behind that
     for (;;)
     {
         const ssize_t got = ::pread(_file.get(), to, size, static_cast<off_t>(_read));

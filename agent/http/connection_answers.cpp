@@ -21,8 +21,6 @@ constexpr std::size_t kKept = 4 * 1024;    // of a buffer between two answers
 // that makes nobody busy.
 void Connection::hold(HttpResponse&& answer)
 {
-    if (answer.logInRefusal != nullptr)
-        note(LogLevel::Warning, "auth", answer.logInRefusal);
     if (answer.holdFor.count() != 0)
         _place->isBusy = false;
     _heldUntil = _station.now + answer.holdFor;
@@ -71,6 +69,7 @@ bool Connection::fetch()
     switch (kind)
     {
     case Reply::Part::Whole:
+        noteLogIn(part);
         hold(std::move(part));
         break;
     case Reply::Part::Body:

@@ -8,6 +8,7 @@
 #include <future>
 #include <memory>
 #include <mutex>
+#include <system_error>
 
 namespace cimd
 {
@@ -64,9 +65,19 @@ void SwitchReader::read(const CimName& className,
         entry.about(request.className.str());
         means.service.enumerateInstances(context, request, *taker);
     };
-    std::future<void> reading = std::async(std::launch::async, enumerate);
+    std::future<void> reading;
+    try
+    {
+        reading = std::async(std::launch::async, enumerate);
+    }
+    catch (const std::system_error& error)
+    {
+        throw CimError(CimStatus::Failed, std::string("there is no thread to read it: ") + error.what());
+    }
     const auto left = _end - std::chrono::steady_clock::now();
-    if (reading.wait_for(std::max<Time::duration>(left / 2, kLeastTime)) == std::future_status::ready)
+    const Time::duration time = left > Time::duration::zero() ? std::max<Time::duration>(left / 2, kLeastTime)
+                                                              : Time::duration::zero();
+    if (reading.wait_for(time) == std::future_status::ready)
         return reading.get();
     taker->close();
     _means.late.add(name, std::move(reading));

@@ -58,9 +58,17 @@ void Engine::open(const Scenario& scenario, bool manualClock)
 void Engine::keepIn(const std::string& path)
 {
     stopKeeping(); // what is opened here is not of the file kept so far
-    if (_stateFile.claim(path))
-        open(readScenario(path));
-    _stateFile.keepIn(path, [this] { return formatScenario(durablePart()); });
+    try
+    {
+        if (_stateFile.claim(path))
+            open(readScenario(path));
+        _stateFile.keepIn(path, [this] { return formatScenario(durablePart()); });
+    }
+    catch (...)
+    {
+        stopKeeping();
+        throw;
+    }
 }
 
 void Engine::stopKeeping()

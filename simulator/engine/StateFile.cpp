@@ -9,6 +9,7 @@
 #include <exception>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <unistd.h>
 #include <utility>
 
 namespace simulator
@@ -17,13 +18,12 @@ namespace simulator
 bool StateFile::claim(const std::string& path)
 {
     const Locked<Mutex> guard(_mutex);
-    _lock = FileDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (_lock.get() < 0)
-        return errno != ENOENT; // whoever reads it is told why that fails
-    // Some file systems have no locks.
-    if (::flock(_lock.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+    // Each state is a new file, so the lock is on one beside it. Where that cannot be made nothing can be
+    // kept, and some file systems have no locks.
+    _lock = FileDescriptor(::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    if (_lock.get() >= 0 && ::flock(_lock.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
         throw ScenarioError("", path + ": another process keeps its state there");
-    return true;
+    return ::access(path.c_str(), F_OK) == 0;
 }
 
 void StateFile::keepIn(const std::string& path, const Text& text)
@@ -73,8 +73,6 @@ void StateFile::write(std::string text)
 {
     replaceFile(_path, text);
     _written = std::move(text);
-    _lock = FileDescriptor(::open(_path.c_str(), O_RDONLY | O_CLOEXEC));
-    ::flock(_lock.get(), LOCK_EX | LOCK_NB); // nobody else is interested in a file that has just come
 }
 
 } // namespace simulator

@@ -12,7 +12,7 @@
 namespace simulator
 {
 
-// One process writes a state file at a time: it has a lock on the file, which ends with the process. Each
+// One process writes a state file at a time: it has a lock on "FILE.lock", which ends with the process. Each
 // state is written in one step, so that whoever reads the file at any moment, or after a crash, finds one
 // whole state.
 class StateFile
@@ -20,8 +20,8 @@ class StateFile
   public:
     using Text = std::function<std::string()>; // the present state
 
-    // Whether there is such a file, to be kept next; nobody else can keep it from then on. Throws
-    // ScenarioError when another process does.
+    // Whether there is such a file, to be kept next; nobody else can keep it from then on up to stop().
+    // Throws ScenarioError when another process does.
     bool claim(const std::string& path) VRAX_EXCLUDES(_mutex);
 
     // Begins with the present state. Throws ScenarioError when it cannot be written; nothing is kept then.
@@ -39,7 +39,7 @@ class StateFile
     std::atomic<bool> _keeps{false};
     Mutex _mutex;
     std::string _path VRAX_GUARDED_BY(_mutex);
-    FileDescriptor _lock VRAX_GUARDED_BY(_mutex); // the file as it is, locked
+    FileDescriptor _lock VRAX_GUARDED_BY(_mutex); // the file that is locked
     std::string _written VRAX_GUARDED_BY(_mutex); // what the file holds
     std::string
         _complaint VRAX_GUARDED_BY(_mutex); // the last failure that was told; empty: none since a success

@@ -23,7 +23,8 @@ const size_t kLarge = 64;
 size_t Array_Base::grown(size_t size)
 {
     if (size > kLarge)
-        return size + size / 4;
+        return static_cast<size_t>(
+            std::min<uint64>(uint64(size) + size / 4, std::max<uint64>(size, UINT32_MAX)));
     size_t capacity = kMinCapacity;
     while (capacity < size)
         capacity *= 2;

@@ -215,7 +215,7 @@ class Array : public Array_Base
         return _rep && !before(element, data()) && before(element, data() + size());
     }
 
-    bool fits(size_t size) const { return _rep && _rep->gap + size <= _rep->capacity; }
+    bool fits(size_t size) const { return _rep && size <= _rep->capacity - _rep->gap; }
 
     // Moves elements only after additions or removals of a quarter of what there is to move.
     void make_room(size_t size)

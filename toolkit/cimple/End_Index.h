@@ -35,7 +35,8 @@ class End_Index
     // Slots have been renumbered, or all instances are gone.
     void outdate() noexcept;
 
-    // The slots in ascending order, each once, some of them perhaps gone. Valid until outdate().
+    // The slots in ascending order, each once, some of them perhaps gone. Valid until the next
+    // change.
     class Selection
     {
       public:

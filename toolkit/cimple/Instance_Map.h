@@ -42,8 +42,8 @@ class CIMPLE_CIMPLE_LINKAGE Instance_Map_Base
     // OK and a copy that belongs to the caller, or NOT_FOUND and `instance` as it was.
     Get_Instance_Status _get_instance(const Instance* model, Instance*& instance) const;
 
-    // Hands every instance in order to `proc`, shared and not to be changed, until it answers false. Does not
-    // make the closing call. Always OK.
+    // Hands every instance in order to `proc`, shared and not to be changed, until it answers false. `proc`
+    // must not change the map. Does not make the closing call. Always OK.
     //
     // A model of an association that refers to an object asks only for the instances that refer to it, in one
     // of the roles in which the model does. If the roles are keys, this takes a time that depends on their

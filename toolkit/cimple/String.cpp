@@ -28,9 +28,9 @@ const size_t kMinGrownCapacity = 32;
 size_t grown(size_t size)
 {
     size_t capacity = kMinGrownCapacity;
-    while (capacity < size)
+    while (capacity < size && capacity <= UINT32_MAX / 4)
         capacity *= 2;
-    return capacity;
+    return std::max(capacity, size);
 }
 } // namespace
 

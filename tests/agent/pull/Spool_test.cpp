@@ -5,7 +5,9 @@
 #include "agent/log/log.h"
 #include "tests/agent/pull/TemporaryDirectory.h"
 
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <utility>
 #include <vector>
 
@@ -28,6 +30,27 @@ std::vector<std::pair<std::string, std::string>> items()
     }
     result.emplace_back("", "");
     return result;
+}
+
+TEST(SpoolFileTest, AWriteThatStopsHalfwayLeavesWhatWasThere)
+{
+    const TemporaryDirectory directory;
+    SpoolArea area(directory.path(), 0, kPlenty);
+    SpoolFile file(area);
+    file.add("12345678");
+    {
+        const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit before{};
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit low{12, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &low);
+        EXPECT_THROW(file.add("abcdefgh"), CimError);
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, ignored);
+    }
+    char text[64];
+    EXPECT_EQ("12345678", std::string(text, file.read(text, sizeof text)));
+    EXPECT_TRUE(file.empty());
 }
 
 TEST(SpoolTest, GivesBackWhatItTook)
