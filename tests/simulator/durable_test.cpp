@@ -187,7 +187,7 @@ TEST_F(Kept, TheFileFollowsEveryChangeThatLasts)
     EXPECT_EQ("renamed", nameInFile()) << "nothing is kept any more";
     EXPECT_EQ("", keepIn(file("state.json")));
     EXPECT_EQ("renamed", valueOf("Config.Switch.SymName"));
-    EXPECT_EQ(1, filesInDirectory());
+    EXPECT_EQ(2, filesInDirectory()) << "the state and its lock";
 }
 
 TEST_F(Kept, ChangesOfManyThreadsAreInTheFileWhenTheyAreDone)
