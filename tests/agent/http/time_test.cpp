@@ -66,6 +66,17 @@ class TimeTest : public ServerFixture
         };
     }
 
+    // Before descriptors become short: a sanitizer needs some to look at an object of a type for the first
+    // time.
+    void showEveryType(RawClient& client)
+    {
+        EXPECT_EQ("served", client.ask(post("served")).body);
+        server->state();
+        std::promise<void> kept;
+        kept.set_value();
+        kept.get_future().wait();
+    }
+
   private:
     static void pourInto(AnswerStream& stream)
     {
@@ -196,6 +207,8 @@ TEST_F(TimeTest, TakesAClientOnceThereIsADescriptorForIt)
                 hasFailed.set_value();
         });
     start(hanging());
+    RawClient before(port);
+    showEveryType(before);
     const FewDescriptors few(1);
     RawClient client(port); // has the last one
     hasFailed.get_future().wait();
@@ -207,11 +220,14 @@ TEST_F(TimeTest, TakesAClientOnceThereIsADescriptorForIt)
 TEST_F(TimeTest, KeepsTheClientThatHasTheLastDescriptor)
 {
     start(hanging());
+    RawClient before(port);
+    showEveryType(before);
     const FewDescriptors few(2); // for both ends
     RawClient client(port);
     for (int i = 0; i < 2; ++i) // until the server has looked for more clients
         server->state();
     EXPECT_EQ("served", client.ask(post("served")).body);
+    EXPECT_EQ("served", before.ask(post("served")).body);
 }
 
 TEST_F(TimeTest, ReleasesAnAnswerThatWasKeptBackAndKeepsNoneAfterTheStop)
